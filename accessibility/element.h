@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/ax.h"
+#include "platform/types.h"
+
+namespace driver {
+
+/// The application element of a running application, which is asked to offer its full accessibility
+/// tree. Fails when no such application runs.
+ax::Element axApp(const std::string& reference);
+
+/// The value of one attribute; absent on any error.
+std::optional<ax::Value> axAttr(const ax::Element& element, const char* name);
+
+/// An attribute that is an element.
+std::optional<ax::Element> axElement(const ax::Element& element, const char* name);
+
+/// The values of those of the attributes that are texts, in the order of the names. Empty texts
+/// count. One round trip.
+std::vector<std::string> axTexts(const ax::Element& element, const std::vector<const char*>& names);
+
+/// The value's element, or its elements when it is a list of nothing else.
+std::optional<ax::Element> elementIn(const std::optional<ax::Value>& value);
+std::vector<ax::Element> elementsIn(const std::optional<ax::Value>& value);
+
+/// The application's windows in the window scope, in the application's order.
+std::vector<ax::Element> axWindows(const ax::Element& application);
+
+/// Whether a window element belongs to the window scope, judged by the window server's title, or by
+/// the element's own when the server does not know the window.
+bool axWindowInScope(const ax::Element& window);
+
+/// The frame in global points; absent when it cannot be read or is not finite. It may be empty.
+std::optional<platform::Rect> axFrame(const ax::Element& element);
+
+/// The first text that is not empty of title, description, placeholder and help; else empty.
+std::string axLabel(const ax::Element& element);
+
+/// The static texts in and below the element, in reading order, joined by spaces and cut to
+/// `maxLength` characters. Visits `budget` elements at most; none when it is negative.
+std::string axText(const ax::Element& element, int budget = 40, std::size_t maxLength = 120);
+
+/// The names of the element's actions; empty when they cannot be read.
+std::vector<std::string> axActions(const ax::Element& element);
+
+}  // namespace driver

@@ -1,0 +1,100 @@
+#include "accessibility/messages.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include "input/sky.h"
+#include "main/globals.h"
+
+namespace driver::messages {
+
+namespace {
+
+constexpr int toleratedTimeOuts = 2;
+
+bool isSilenced(platform::Pid pid) {
+  const auto& counts = globals().messageTimeOuts;
+  const auto entry = counts.find(pid);
+  return entry != counts.end() && entry->second >= toleratedTimeOuts;
+}
+
+/// Sends one message, unless its process is silenced. `send` returns what has an `outcome`;
+/// `unsent` has the one of a message that was not sent.
+template <class Answer, class Send>
+Answer deliver(const ax::Element& element, Answer unsent, const Send& send) {
+  const platform::Pid pid = ax::pid(element);
+  if (isSilenced(pid)) return unsent;
+  Answer answer = send();
+  if (answer.outcome.timedOut) ++globals().messageTimeOuts[pid];
+  return answer;
+}
+
+struct Written {
+  ax::Outcome outcome;
+};
+
+struct NumberReading {
+  platform::WindowNumber number = 0;
+  ax::Outcome outcome;
+};
+
+constexpr ax::Outcome notSent = {ax::Error::cannotComplete, false};
+
+NumberReading readNumber(Sky::AxGetWindow getWindow, const ax::Element& element) {
+  NumberReading reading;
+  reading.outcome.error = static_cast<ax::Error>(getWindow(element.get(), &reading.number));
+  // This entry point cannot tell a time-out from an early refusal.
+  reading.outcome.timedOut = reading.outcome.error == ax::Error::cannotComplete;
+  return reading;
+}
+
+}  // namespace
+
+ax::Reading attribute(const ax::Element& element, const char* name) {
+  ax::Reading reading = deliver(element, ax::Reading{std::nullopt, notSent},
+                                [&] { return ax::attribute(element, name); });
+  if (reading.outcome.error != ax::Error::success) reading.value.reset();
+  return reading;
+}
+
+std::vector<ax::Slot> attributes(const ax::Element& element,
+                                 const std::vector<const char*>& names) {
+  ax::Readings readings =
+      deliver(element, ax::Readings{{}, notSent}, [&] { return ax::attributes(element, names); });
+  if (readings.outcome.error != ax::Error::success) {
+    return std::vector<ax::Slot>(names.size(), ax::Slot{std::nullopt, readings.outcome.error});
+  }
+  readings.slots.resize(names.size());
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    ax::Slot& slot = readings.slots[i];
+    if (slot.value || slot.error != ax::Error::success) continue;
+    // Some applications answer a batch with an empty slot for what they do give by itself.
+    const ax::Reading single = messages::attribute(element, names[i]);
+    slot = {single.value, single.outcome.error};
+  }
+  return readings.slots;
+}
+
+std::vector<std::string> actionNames(const ax::Element& element) {
+  const ax::ActionNames actions =
+      deliver(element, ax::ActionNames{{}, notSent}, [&] { return ax::actionNames(element); });
+  if (actions.outcome.error != ax::Error::success) return {};
+  return actions.names;
+}
+
+ax::Error setAttribute(const ax::Element& element, const char* name, const ax::Value& value) {
+  const Written written = deliver(element, Written{notSent},
+                                  [&] { return Written{ax::setAttribute(element, name, value)}; });
+  return written.outcome.error;
+}
+
+std::optional<platform::WindowNumber> windowNumber(const ax::Element& element) {
+  const Sky::AxGetWindow getWindow = Sky::axGetWindow();
+  if (getWindow == nullptr) return std::nullopt;
+  const NumberReading reading =
+      deliver(element, NumberReading{0, notSent}, [&] { return readNumber(getWindow, element); });
+  if (reading.outcome.error != ax::Error::success || reading.number == 0) return std::nullopt;
+  return reading.number;
+}
+
+}  // namespace driver::messages

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/ax.h"
+#include "platform/types.h"
+
+/// The only way to applications' elements. A process that let two messages run into the full
+/// time-out is sent no more in this run: reads of it are absent, writes answer `cannotComplete`. So
+/// a hung application costs seconds, however much there was to ask.
+namespace driver::messages {
+
+/// One attribute. `value` is absent unless the read succeeded.
+ax::Reading attribute(const ax::Element& element, const char* name);
+
+/// Several attributes in one round trip: one slot for each name, in that order. A slot without a
+/// value has the error of its attribute, or of the whole message.
+std::vector<ax::Slot> attributes(const ax::Element& element, const std::vector<const char*>& names);
+
+/// The names of the element's actions; empty when they cannot be read.
+std::vector<std::string> actionNames(const ax::Element& element);
+
+/// Writes one attribute.
+ax::Error setAttribute(const ax::Element& element, const char* name, const ax::Value& value);
+
+/// The window-server number of a window element; none when it has none or no route tells it.
+std::optional<platform::WindowNumber> windowNumber(const ax::Element& element);
+
+}  // namespace driver::messages

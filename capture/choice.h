@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/share.h"
+#include "platform/types.h"
+#include "platform/window_server.h"
+
+/// What a picture of an application shows. Nothing here asks the platform; windows without a finite
+/// frame are never chosen.
+namespace driver {
+
+/// The application's windows in the window scope, in the given order; after them its untitled ones
+/// that overlap one of those, as sheets and popups do.
+std::vector<share::Window> keptWindows(const std::vector<share::Window>& windows,
+                                       platform::Pid pid);
+
+/// The application's main window among `kept`, which is not empty: the frontmost of the server's
+/// windows that is large enough, else the largest, normal windows before others.
+const share::Window& mainWindow(const std::vector<share::Window>& kept,
+                                const std::vector<windowserver::Window>& frontToBack,
+                                platform::Pid pid);
+
+/// The display that shows most of `frame`, the first of equals; none without a display.
+std::optional<share::Display> displayFor(const platform::Rect& frame,
+                                         const std::vector<share::Display>& displays);
+
+/// True when the two share some area.
+bool overlap(const platform::Rect& a, const platform::Rect& b);
+
+/// The smallest rectangle around all frames; `windows` is not empty.
+platform::Rect unionOfFrames(const std::vector<share::Window>& windows);
+
+/// Windows of other processes over `area` that are small enough in rank to be helpers, such as
+/// input-method panels. Those of regular applications are still among them.
+std::vector<share::Window> helperCandidates(const std::vector<share::Window>& windows,
+                                            platform::Pid pid, const platform::Rect& area);
+
+}  // namespace driver

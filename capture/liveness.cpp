@@ -1,0 +1,20 @@
+#include "capture/liveness.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "base/numbers.h"
+#include "main/replies.h"
+#include "platform/process.h"
+
+namespace driver {
+
+void requireCaptureAlive() {
+  const std::optional<std::string> value = process::environment("CU_CAPTURE_PID");
+  const std::optional<std::int32_t> pid = value ? parseInt32(*value) : std::nullopt;
+  if (!pid || process::acceptsNullSignal(*pid)) return;
+  fail("native screen sharing stopped; background input is disabled");
+}
+
+}  // namespace driver

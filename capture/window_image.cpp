@@ -1,0 +1,28 @@
+#include "capture/window_image.h"
+
+#include <algorithm>
+
+#include "base/geometry.h"
+#include "capture/pixels.h"
+#include "platform/image.h"
+#include "platform/share.h"
+
+namespace driver {
+
+std::optional<platform::Bytes> windowImage(platform::WindowNumber number) {
+  try {
+    const share::Content content = share::content(share::DesktopWindows::included);
+    const auto window =
+        std::find_if(content.windows.begin(), content.windows.end(),
+                     [&](const share::Window& candidate) { return candidate.number == number; });
+    if (window == content.windows.end() || !isFinite(window->frame)) return std::nullopt;
+    share::Configuration configuration;
+    configuration.width = pixelCount(window->frame.width / 2);
+    configuration.height = pixelCount(window->frame.height / 2);
+    return image::pixels(share::screenshot(content, share::WindowFilter{number}, configuration));
+  } catch (const platform::PlatformError&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace driver

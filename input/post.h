@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/quartz.h"
+#include "platform/types.h"
+
+namespace driver {
+
+/// The ways an event takes to a process. With both it arrives twice, by the private one first.
+struct Routes {
+  bool privateRoute = false;
+  bool publicRoute = true;
+};
+
+/// Posts one event to one process, marked as the tool's own, and waits the 12 ms that receivers
+/// need. Fails when the capture service has gone. When the session is not usable the event is
+/// withheld, which `droppedWhileLocked` records, and nothing is waited for; nor for an absent
+/// event. A missing private route is skipped.
+void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+
+}  // namespace driver

@@ -1,0 +1,22 @@
+#include "input/session.h"
+
+#include "platform/window_server.h"
+
+namespace driver {
+
+namespace {
+
+windowserver::Session currentSession() {
+  return windowserver::session().value_or(windowserver::Session{});
+}
+
+}  // namespace
+
+bool sessionUsable() {
+  const windowserver::Session session = currentSession();
+  return !session.locked.value_or(false) && session.onConsole.value_or(true);
+}
+
+bool screenLocked() { return currentSession().locked.value_or(false); }
+
+}  // namespace driver

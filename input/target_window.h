@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/types.h"
+
+namespace driver {
+
+/// The window that input goes to.
+struct TargetWindow {
+  platform::WindowNumber id = 0;
+  platform::Rect bounds;  // global points, finite
+};
+
+/// The frontmost window of the process under a global point, among those that may be operated:
+/// below the system's layers, and in the window scope or untitled. None when there is none, or when
+/// the server does not say which it is.
+std::optional<TargetWindow> windowAt(platform::Pid pid, platform::Point point);
+
+}  // namespace driver

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "main/arguments.h"
+
+namespace driver {
+
+/// One row of the table of commands.
+struct Command {
+  CommandForm form;
+
+  /// Runs the command on a command line of the right length: writes its reply, or never returns.
+  void (*handler)(const Arguments& arguments) = nullptr;
+};
+
+/// All commands, in the order in which names are compared.
+std::span<const Command> commands();
+
+/// One run of the tool: starts it up, checks the preconditions and runs the command. Returns the
+/// exit status; failures end the process themselves.
+int run(const std::vector<std::string>& commandLine);
+
+}  // namespace driver

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "base/value.h"
+
+namespace driver {
+
+/// The answer to a command. It has "ok", and "error" when that is false. Numbers are finite; texts
+/// may be ill-formed until they are written.
+using Reply = Value::Object;
+
+/// A refusal found in a deeper layer.
+class InputFailure : public std::exception {
+ public:
+  explicit InputFailure(std::string message);
+
+  /// The text for the caller of a command.
+  const std::string& message() const { return message_; }
+
+  /// The description for clients of the capture group: InputFailure(message: "...").
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::string message_;
+  std::string description_;
+};
+
+/// A reply that says what went wrong.
+Reply refusal(std::string error);
+
+/// The same for a session that is locked or away from the console.
+Reply lockedRefusal(std::string error);
+
+/// Writes one reply as a line of JSON with sorted keys. When input was withheld in this run because
+/// the screen locked, a success is replaced by a refusal that says so, and the process ends with
+/// status 1.
+void emit(const Reply& reply);
+
+/// Undoes what frames have still to undo, writes a refusal and ends the process with status 1.
+[[noreturn]] void fail(const std::string& message);
+
+}  // namespace driver

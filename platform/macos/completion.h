@@ -1,0 +1,49 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "platform/macos/foundation_text.h"
+#include "platform/types.h"
+
+namespace macos {
+
+/// What a completion handler brings, for a caller that waits for it. The handler shares ownership
+/// with the caller, so that one called late, after the wait has ended, has somewhere to put it.
+template <class Result>
+class Completion {
+ public:
+  /// Called once, by the handler, on any thread. Without a result there is an error.
+  void arrive(Result result, NSError* error) {
+    result_ = std::move(result);
+    error_ = error;
+    dispatch_semaphore_signal(arrived_);
+  }
+
+  /// Waits for the handler and takes the result over. Throws PlatformError with the error's
+  /// description, and when the handler has not been called in ten seconds.
+  Result wait() {
+    const dispatch_time_t deadline = dispatch_time(DISPATCH_TIME_NOW, patienceNanoseconds);
+    if (dispatch_semaphore_wait(arrived_, deadline) != 0) {
+      throw platform::PlatformError("the system did not answer in time");
+    }
+    if (error_ != nil || !result_) throw platform::PlatformError(description());
+    return std::move(result_);
+  }
+
+ private:
+  static constexpr std::int64_t patienceNanoseconds = 10'000'000'000;
+
+  std::string description() const {
+    return optionalText(error_.description).value_or("the system gave no answer");
+  }
+
+  dispatch_semaphore_t arrived_ = dispatch_semaphore_create(0);
+  Result result_ = {};
+  NSError* error_ = nil;
+};
+
+}  // namespace macos

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+#include <sys/types.h>
+
+#if __has_include(<MacTypes.h>)
+#include <MacTypes.h>
+#else
+typedef unsigned char Boolean;
+typedef uint8_t UInt8;
+typedef uint16_t UniChar;
+typedef uint32_t UInt32;
+typedef int32_t SInt32;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#pragma clang assume_nonnull begin
+
+typedef double CGFloat;
+typedef struct CGPoint {
+  CGFloat x;
+  CGFloat y;
+} CGPoint;
+typedef struct CGSize {
+  CGFloat width;
+  CGFloat height;
+} CGSize;
+typedef struct CGRect {
+  CGPoint origin;
+  CGSize size;
+} CGRect;
+
+typedef const void* CFTypeRef;
+typedef long CFIndex;
+typedef unsigned long CFTypeID;
+typedef unsigned long CFHashCode;
+typedef struct {
+  CFIndex location;
+  CFIndex length;
+} CFRange;
+
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFArray* CFArrayRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef const struct __CFData* CFDataRef;
+typedef struct __CFData* CFMutableDataRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef const struct __CFLocale* CFLocaleRef;
+typedef const struct __CFNumber* CFNumberRef;
+typedef const struct __CFString* CFStringRef;
+typedef struct __CFString* CFMutableStringRef;
+typedef const struct __CFURL* CFURLRef;
+
+extern const CFAllocatorRef _Null_unspecified kCFAllocatorDefault;
+
+CFTypeRef CFRetain(CFTypeRef cf);
+void CFRelease(CFTypeRef cf);
+Boolean CFEqual(CFTypeRef cf1, CFTypeRef cf2);
+CFHashCode CFHash(CFTypeRef cf);
+CFTypeID CFGetTypeID(CFTypeRef cf);
+
+typedef struct CFArrayCallBacks CFArrayCallBacks;
+extern const CFArrayCallBacks kCFTypeArrayCallBacks;
+CFTypeID CFArrayGetTypeID(void);
+CFArrayRef _Null_unspecified CFArrayCreate(CFAllocatorRef _Nullable allocator,
+                                           const void* _Nonnull* _Nullable values,
+                                           CFIndex numValues,
+                                           const CFArrayCallBacks* _Nullable callBacks);
+CFIndex CFArrayGetCount(CFArrayRef theArray);
+const void* _Null_unspecified CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx);
+
+extern const CFBooleanRef kCFBooleanTrue;
+extern const CFBooleanRef kCFBooleanFalse;
+CFTypeID CFBooleanGetTypeID(void);
+Boolean CFBooleanGetValue(CFBooleanRef boolean);
+
+CFMutableDataRef _Null_unspecified CFDataCreateMutable(CFAllocatorRef _Nullable allocator,
+                                                       CFIndex capacity);
+CFIndex CFDataGetLength(CFDataRef theData);
+const UInt8* _Null_unspecified CFDataGetBytePtr(CFDataRef theData);
+
+CFTypeID CFDictionaryGetTypeID(void);
+const void* _Nullable CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);
+
+CFTypeID CFNullGetTypeID(void);
+
+typedef enum CFNumberType : CFIndex {
+  kCFNumberSInt64Type = 4,
+  kCFNumberDoubleType = 13,
+} CFNumberType;
+CFTypeID CFNumberGetTypeID(void);
+CFNumberRef _Null_unspecified CFNumberCreate(CFAllocatorRef _Nullable allocator,
+                                             CFNumberType theType, const void* valuePtr);
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePtr);
+Boolean CFNumberIsFloatType(CFNumberRef number);
+
+void CFRunLoopRun(void);
+
+#define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString(text))
+typedef enum CFStringNormalizationForm : CFIndex {
+  kCFStringNormalizationFormD = 0,
+} CFStringNormalizationForm;
+CFTypeID CFStringGetTypeID(void);
+CFStringRef _Null_unspecified CFStringCreateWithCharacters(CFAllocatorRef _Nullable alloc,
+                                                           const UniChar* _Nullable chars,
+                                                           CFIndex numChars);
+CFMutableStringRef _Null_unspecified CFStringCreateMutableCopy(CFAllocatorRef _Nullable alloc,
+                                                               CFIndex maxLength,
+                                                               CFStringRef theString);
+CFIndex CFStringGetLength(CFStringRef theString);
+void CFStringGetCharacters(CFStringRef theString, CFRange range, UniChar* buffer);
+CFRange CFStringGetRangeOfComposedCharactersAtIndex(CFStringRef theString, CFIndex theIndex);
+void CFStringLowercase(CFMutableStringRef theString, CFLocaleRef _Nullable locale);
+void CFStringNormalize(CFMutableStringRef theString, CFStringNormalizationForm theForm);
+
+CFURLRef _Nullable CFURLCreateFromFileSystemRepresentation(CFAllocatorRef _Nullable allocator,
+                                                           const UInt8* buffer, CFIndex bufLen,
+                                                           Boolean isDirectory);
+
+#pragma clang assume_nonnull end
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,60 @@
+#include "platform/image.h"
+
+#include "platform/macos/owned.h"
+#include "platform/macos/standins/fixture.h"
+#include "platform/macos/standins/images.h"
+
+namespace {
+
+using standins::ImageFault;
+
+class Pictures : public standins::AdapterTest {
+ protected:
+  void TearDown() override {
+    standins::setImageFault(ImageFault::none);
+    AdapterTest::TearDown();
+  }
+
+  static image::Image picture(CGImageRef native) {
+    return image::Image(macos::shared(macos::Owned(native)));
+  }
+};
+
+const std::string pixels("p\0x", 3);
+
+}  // namespace
+
+TEST_F(Pictures, pixels_are_the_raw_bytes) {
+  EXPECT_EQ(image::pixels(picture(standins::image(pixels))), pixels);
+  EXPECT_EQ(image::pixels(picture(standins::image(""))), "");
+}
+
+TEST_F(Pictures, pixels_are_absent_without_data) {
+  EXPECT_EQ(image::pixels(picture(standins::imageWithoutProvider())), std::nullopt);
+  EXPECT_EQ(image::pixels(picture(standins::imageWithoutData())), std::nullopt);
+}
+
+TEST_F(Pictures, png_encodes_one_picture_in_memory) {
+  EXPECT_EQ(image::png(picture(standins::image(pixels))), "\"public.png\" " + pixels);
+}
+
+TEST_F(Pictures, png_is_absent_when_it_cannot_be_encoded) {
+  const image::Image image = picture(standins::image(pixels));
+  standins::setImageFault(ImageFault::noDestination);
+  EXPECT_EQ(image::png(image), std::nullopt);
+  standins::setImageFault(ImageFault::notFinalized);
+  EXPECT_EQ(image::png(image), std::nullopt);
+}
+
+TEST_F(Pictures, load_gives_the_picture_in_a_file) {
+  EXPECT_EQ(image::pixels(image::load("/tmp/caf\u00e9.png").value()),
+            "pixels of /tmp/caf\u00e9.png");
+}
+
+TEST_F(Pictures, load_fails_without_a_readable_picture) {
+  EXPECT_FALSE(image::load(""));
+  standins::setImageFault(ImageFault::noSource);
+  EXPECT_FALSE(image::load("/tmp/a.png"));
+  standins::setImageFault(ImageFault::noImage);
+  EXPECT_FALSE(image::load("/tmp/a.png"));
+}

@@ -1,0 +1,35 @@
+#include "platform/loop.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <time.h>
+
+#include <cerrno>
+
+namespace loop {
+
+namespace {
+
+constexpr std::uint32_t microsecondsPerSecond = 1'000'000;
+constexpr std::int32_t nanosecondsPerMicrosecond = 1'000;
+
+}  // namespace
+
+std::uint64_t uptimeNanoseconds() { return clock_gettime_nsec_np(CLOCK_UPTIME_RAW); }
+
+void sleepMicroseconds(std::uint32_t microseconds) {
+  timespec rest = {};
+  rest.tv_sec = microseconds / microsecondsPerSecond;
+  rest.tv_nsec =
+      static_cast<std::int32_t>(microseconds % microsecondsPerSecond) * nanosecondsPerMicrosecond;
+  while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
+  }
+}
+
+// In the run loop, which also serves the main dispatch queue. dispatch_main() would end the main
+// thread: its run loop would never turn again, and with it the state of running applications would
+// freeze and event taps would fall silent.
+void park() {
+  for (;;) CFRunLoopRun();
+}
+
+}  // namespace loop

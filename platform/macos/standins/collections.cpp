@@ -1,0 +1,125 @@
+#include "platform/macos/standins/collections.h"
+
+#include <utility>
+
+#include "platform/macos/standins/objects.h"
+#include "platform/macos/standins/strings.h"
+
+struct CFArrayCallBacks {};
+
+namespace standins {
+
+namespace {
+
+struct Array : Object {
+  explicit Array(std::vector<CFTypeRef> elements) : Object(Type::array) {
+    owned = std::move(elements);
+  }
+  std::string describe() const override {
+    std::string text;
+    for (const CFTypeRef element : owned) text += ' ' + standins::describe(element);
+    return '[' + text + " ]";
+  }
+};
+
+struct Dictionary : Object {
+  explicit Dictionary(const std::map<std::u16string, CFTypeRef>& content)
+      : Object(Type::dictionary), entries(content) {
+    for (const auto& [key, value] : entries) owned.push_back(value);
+  }
+  std::string describe() const override { return "dictionary"; }
+  std::map<std::u16string, CFTypeRef> entries;
+};
+
+struct Data : Object {
+  explicit Data(std::string bytes) : Object(Type::data), bytes(std::move(bytes)) {}
+  std::string describe() const override { return "data " + bytes; }
+  std::string bytes;
+};
+
+struct Url : Object {
+  explicit Url(std::string path) : Object(Type::url), path(std::move(path)) {}
+  std::string describe() const override { return "url " + path; }
+  std::string path;
+};
+
+// An object without content that the adapters look into.
+struct Plain : Object {
+  Plain(Type type, std::string name) : Object(type), name(std::move(name)) {}
+  std::string describe() const override { return name; }
+  std::string name;
+};
+
+}  // namespace
+
+CFTypeRef null() { return entered(new Plain(Type::null, "nothing")); }
+
+CFTypeRef attributedString() {
+  return entered(new Plain(Type::attributedString, "attributed string"));
+}
+
+CFArrayRef array(const std::vector<CFTypeRef>& elements) {
+  return reinterpret_cast<CFArrayRef>(entered(new Array(elements)));
+}
+
+CFDictionaryRef dictionary(const std::map<std::u16string, CFTypeRef>& entries) {
+  return reinterpret_cast<CFDictionaryRef>(entered(new Dictionary(entries)));
+}
+
+CFMutableDataRef data(std::string bytes) {
+  return reinterpret_cast<CFMutableDataRef>(entered(new Data(std::move(bytes))));
+}
+
+void append(CFMutableDataRef data, const std::string& bytes) { as<Data>(data)->bytes += bytes; }
+
+std::string pathOf(CFURLRef url) { return as<Url>(url)->path; }
+
+}  // namespace standins
+
+using namespace standins;
+
+const CFAllocatorRef kCFAllocatorDefault = nullptr;
+const CFArrayCallBacks kCFTypeArrayCallBacks = {};
+
+CFTypeID CFArrayGetTypeID() { return CFTypeID(Type::array); }
+CFTypeID CFDictionaryGetTypeID() { return CFTypeID(Type::dictionary); }
+CFTypeID CFNullGetTypeID() { return CFTypeID(Type::null); }
+
+CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex numValues,
+                         const CFArrayCallBacks* callBacks) {
+  if (callBacks != &kCFTypeArrayCallBacks) noteMistake("an array that does not retain");
+  const std::vector<CFTypeRef> elements(values, values + numValues);
+  for (const CFTypeRef element : elements) CFRetain(element);
+  return array(elements);
+}
+
+CFIndex CFArrayGetCount(CFArrayRef theArray) { return CFIndex(as<Array>(theArray)->owned.size()); }
+
+const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx) {
+  return as<Array>(theArray)->owned.at(std::size_t(idx));
+}
+
+const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {
+  const auto& entries = as<Dictionary>(theDict)->entries;
+  const auto found = entries.find(unitsOf(static_cast<CFStringRef>(key)));
+  return found == entries.end() ? nullptr : found->second;
+}
+
+CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex capacity) {
+  if (capacity != 0) noteMistake("data that cannot grow");
+  return data("");
+}
+
+CFIndex CFDataGetLength(CFDataRef theData) { return CFIndex(as<Data>(theData)->bytes.size()); }
+
+const UInt8* CFDataGetBytePtr(CFDataRef theData) {
+  return reinterpret_cast<const UInt8*>(as<Data>(theData)->bytes.data());
+}
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* buffer,
+                                                 CFIndex bufLen, Boolean isDirectory) {
+  if (isDirectory) noteMistake("a file named as a directory");
+  if (bufLen == 0) return nullptr;
+  const std::string path(reinterpret_cast<const char*>(buffer), std::size_t(bufLen));
+  return reinterpret_cast<CFURLRef>(entered(new Url(path)));
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <string>
+#include <vector>
+
+/// Stand-ins for Apple's C interfaces, in which the adapters run without a Mac. They count the
+/// references to every object exactly, and record the calls that a test may want to compare.
+namespace standins {
+
+enum class Type : CFTypeID {
+  array = 1,
+  attributedString,
+  boolean,
+  boxedValue,
+  data,
+  dictionary,
+  displayMode,
+  element,
+  event,
+  eventSource,
+  image,
+  imageDestination,
+  imageSource,
+  null,
+  number,
+  provider,
+  string,
+  url,
+};
+
+/// An object as the adapters see it. It begins with one reference, and its memory outlives its last
+/// one, so that a later use can be told.
+class Object {
+ public:
+  explicit Object(Type type) : type(type) {}
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  virtual ~Object() = default;
+
+  /// The content, as tests compare it.
+  virtual std::string describe() const = 0;
+
+  const Type type;
+  long references = 1;
+  /// The references that this object owns.
+  std::vector<CFTypeRef> owned;
+};
+
+/// Enters a new object into the books, which own its memory. The caller has its one reference.
+template <class Kind>
+Kind* entered(Kind* object);
+void enter(Object* object);
+
+/// The object behind a reference; noted as a mistake when its last reference has gone.
+Object* checked(CFTypeRef reference);
+
+/// The object as what it is known to be.
+template <class Kind>
+Kind* as(CFTypeRef reference) {
+  return dynamic_cast<Kind*>(checked(reference));
+}
+
+/// Any object's content; "null" for a null reference.
+std::string describe(CFTypeRef reference);
+
+/// Notes a misuse of an interface.
+void noteMistake(std::string mistake);
+
+/// Records a call.
+void record(std::string call);
+
+/// The calls recorded since this was last asked.
+std::vector<std::string> takeCalls();
+
+/// Takes a reference over until the books are closed.
+template <class Reference>
+Reference kept(Reference reference);
+void keep(CFTypeRef reference);
+
+/// Closes the books: what was kept is released, and all that is then wrong is told. Every object is
+/// gone afterwards.
+std::vector<std::string> closeBooks();
+
+template <class Kind>
+Kind* entered(Kind* object) {
+  enter(object);
+  return object;
+}
+
+template <class Reference>
+Reference kept(Reference reference) {
+  keep(reference);
+  return reference;
+}
+
+}  // namespace standins

@@ -1,0 +1,98 @@
+#include "platform/posix/files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "platform/posix/output.h"
+
+namespace posix {
+
+namespace {
+
+constexpr mode_t permissionBits = 0777;
+constexpr mode_t newFilePermissions = 0666;  // less the user's mask
+
+struct Target {
+  bool replaceable = false;
+  std::optional<mode_t> permissions;  // of the file that is there
+};
+
+Target examine(const std::string& path) {
+  struct stat status = {};
+  if (lstat(path.c_str(), &status) != 0) return {errno == ENOENT, std::nullopt};
+  return {S_ISREG(status.st_mode), static_cast<mode_t>(status.st_mode & permissionBits)};
+}
+
+// A name of fixed length, so that it fits wherever the target's name does, and one that nobody can
+// lie in wait for.
+std::optional<std::string> nameBeside(const std::string& path) {
+  std::uint64_t random = 0;
+  if (getentropy(&random, sizeof random) != 0) return std::nullopt;
+  char name[40] = {};
+  std::snprintf(name, sizeof name, ".driver-%016llx", static_cast<unsigned long long>(random));
+  return path.substr(0, path.rfind('/') + 1) + name;
+}
+
+bool fill(int descriptor, std::string_view contents, std::optional<mode_t> permissions) {
+  if (permissions && fchmod(descriptor, *permissions) != 0) return false;
+  return writeAll(descriptor, contents);
+}
+
+bool writeNewFile(const std::string& path, std::string_view contents,
+                  std::optional<mode_t> permissions) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+  const int descriptor = open(path.c_str(), flags, newFilePermissions);
+  if (descriptor < 0) return false;
+  const bool filled = fill(descriptor, contents, permissions);
+  // A full disk may show only here.
+  const bool closed = close(descriptor) == 0;
+  if (filled && closed) return true;
+  unlink(path.c_str());
+  return false;
+}
+
+bool namesFile(const std::string& path) {
+  return !path.empty() && path.back() != '/' && path.find('\0') == std::string::npos;
+}
+
+bool isSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
+
+}  // namespace
+
+bool replaceFile(const std::string& path, std::string_view contents) {
+  if (!namesFile(path)) return false;
+  const Target target = examine(path);
+  if (!target.replaceable) return false;
+  const std::optional<std::string> beside = nameBeside(path);
+  if (!beside || !writeNewFile(*beside, contents, target.permissions)) return false;
+  if (rename(beside->c_str(), path.c_str()) == 0) return true;
+  unlink(beside->c_str());
+  return false;
+}
+
+std::optional<std::vector<std::string>> listDirectory(const std::string& path) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(path.c_str()), closedir);
+  if (!directory) return std::nullopt;
+  std::vector<std::string> names;
+  errno = 0;
+  while (const dirent* entry = readdir(directory.get())) {
+    if (!isSelfOrParent(entry->d_name)) names.emplace_back(entry->d_name);
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+bool fileExists(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0;
+}
+
+}  // namespace posix

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace posix {
+
+/// Puts `contents` in place of the file at `path` in one step: a reader sees the old file or the
+/// new one, whole. The new file is written beside the target and renamed. It keeps the permission
+/// bits of the file it replaces; where there was none, it gets those of any new file. Only a
+/// regular file, or nothing, is replaced: a directory, a link, a FIFO or a device is refused. False
+/// when it was refused or failed; then the target is as before and nothing is left beside it.
+bool replaceFile(const std::string& path, std::string_view contents);
+
+/// The names in a directory, without "." and "..", in the order the system gives them; none when
+/// it cannot be listed.
+std::optional<std::vector<std::string>> listDirectory(const std::string& path);
+
+/// True when something exists at `path`, links followed.
+bool fileExists(const std::string& path);
+
+}  // namespace posix

@@ -1,0 +1,63 @@
+#include "platform/json.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace json {
+namespace {
+
+using driver::Value;
+
+TEST(json_write, sorts_keys_and_adds_nothing_between_tokens) {
+  const Value value(Value::Object{
+      {"ok", true}, {"b", Value::List{1, 2}}, {"B", 1}, {"a", Value::Object{{"z", 1}, {"y", 2}}}});
+  EXPECT_EQ(write(value), R"({"B":1,"a":{"y":2,"z":1},"b":[1,2],"ok":true})");
+}
+
+TEST(json_write, writes_empty_containers_and_null) {
+  EXPECT_EQ(write(Value::Object{{"list", Value::List{}},
+                                {"map", Value::Object{}},
+                                {"none", Value()},
+                                {"text", ""},
+                                {"no", false}}),
+            R"({"list":[],"map":{},"no":false,"none":null,"text":""})");
+}
+
+TEST(json_write, escapes_the_slash_in_texts_and_keys) {
+  EXPECT_EQ(write(Value::Object{{"a/b", "/tmp/a.png"}}), R"({"a\/b":"\/tmp\/a.png"})");
+}
+
+TEST(json_write, escapes_quotes_backslashes_and_control_characters) {
+  EXPECT_EQ(write(Value::List{"\"", "\\", "\b\f\n\r\t", "\x01\x1F", std::string("\0", 1)}),
+            R"(["\"","\\","\b\f\n\r\t","\u0001\u001f","\u0000"])");
+}
+
+TEST(json_write, keeps_characters_beyond_ascii) {
+  EXPECT_EQ(write(Value::List{"caf\u00E9 \u4F60 \U0001F600 \u2028 \uFFFD"}),
+            "[\"caf\u00E9 \u4F60 \U0001F600 \u2028 \uFFFD\"]");
+}
+
+TEST(json_write, writes_integers_in_full) {
+  EXPECT_EQ(write(Value::List{std::numeric_limits<std::int64_t>::min(),
+                              std::numeric_limits<std::int64_t>::max(), std::uint32_t{4294967295}}),
+            "[-9223372036854775808,9223372036854775807,4294967295]");
+}
+
+TEST(json_write, writes_whole_doubles_without_a_fraction) {
+  EXPECT_EQ(write(Value::List{0.0, 1.0, -80.0, 1e15}), "[0,1,-80,1000000000000000]");
+}
+
+TEST(json_write, writes_negative_zero_as_zero) { EXPECT_EQ(write(Value::List{-0.0}), "[0]"); }
+
+TEST(json_write, writes_fractions_as_short_as_they_read_back) {
+  EXPECT_EQ(write(Value::List{0.5, -2.25, 0.1, 1.0 / 3}), "[0.5,-2.25,0.1,0.3333333333333333]");
+}
+
+TEST(json_write, stops_the_process_at_what_is_not_finite) {
+  EXPECT_DEATH(write(Value::List{std::numeric_limits<double>::quiet_NaN()}), "");
+  EXPECT_DEATH(write(Value::List{-std::numeric_limits<double>::infinity()}), "");
+}
+
+}  // namespace
+}  // namespace json

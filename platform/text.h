@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Unicode text. Texts are well-formed UTF-8. All of it is local.
+namespace text {
+
+/// Lower case, independent of any locale.
+std::string lowercase(std::string_view text);
+
+/// True when the two are canonically equivalent: a composed and a decomposed letter are the same.
+bool equal(std::string_view a, std::string_view b);
+
+/// The first `count` characters, as the user perceives them.
+std::string prefix(std::string_view text, std::size_t count);
+
+/// The text without blanks (spaces of any width and tabs, no line breaks) at both ends.
+std::string trimmedBlanks(std::string_view text);
+
+/// The pieces between white space of any kind, line breaks included; no piece is empty.
+std::vector<std::string> words(std::string_view text);
+
+}  // namespace text

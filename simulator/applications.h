@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/world.h"
+
+/// How applications behave: what accessibility shows of them, and how they react.
+namespace simulator {
+
+/// One attribute of an element, as an application that answers gives it.
+struct AttributeResult {
+  std::optional<AttributeValue> value;
+  ax::Error error = ax::Error::success;
+};
+
+/// Reads an attribute of an element (id 0: the application element). A tree that is made on demand
+/// shows no windows and no children before its time.
+AttributeResult readAttribute(const World& world, const Application& application, ElementId id,
+                              const std::string& name, Microseconds now);
+
+/// Writes an attribute. The two enabling attributes of the application element are remembered;
+/// others change the element when it has the attribute already.
+ax::Error writeAttribute(Application& application, ElementId id, const std::string& name,
+                         const AttributeValue& value, Microseconds now);
+
+/// The names of an element's actions; none when there is no such element.
+std::optional<std::vector<std::string>> actionNames(const Application& application, ElementId id);
+
+/// The innermost element of the window that contains the point; among siblings the later one is on
+/// top. 0 when none does.
+ElementId elementAt(const Application& application, const Window& window, Point point);
+
+/// Lets a click that landed at a global point of a window have its effect: the element under it
+/// gets the keyboard focus when it takes text, and its reactions run, in order. Gives one sentence
+/// of what happened, for the journal, for example `pressed AXButton "Send"`.
+std::string click(World& world, Pid pid, WindowNumber window, Point point, bool right);
+
+/// Lets something happen that no client asked for.
+void happen(World& world, const Happening& happening);
+
+/// The windows that an application's end, or a window's closing, leaves.
+void quitApplication(World& world, Pid pid);
+
+}  // namespace simulator

@@ -1,0 +1,140 @@
+#include "simulator/desktop.h"
+
+#include <array>
+#include <cstdio>
+
+#include "simulator/applications.h"
+#include "simulator/calls.h"
+#include "simulator/world_text.h"
+
+namespace simulator {
+
+using platform::Call;
+
+namespace {
+
+/// Above the largest process id a host can have, so that nobody can signal a stranger.
+constexpr Pid firstClientPid = 5'000'000;
+
+/// A Mac that serves for days forgets its oldest calls.
+constexpr std::size_t traceEntriesMax = 200'000;
+
+std::string datumText(const driver::Datum& datum);
+
+struct Texter {
+  std::string operator()(std::monostate /*nothing*/) const { return "-"; }
+  std::string operator()(bool value) const { return value ? "true" : "false"; }
+  std::string operator()(std::int64_t value) const { return std::to_string(value); }
+  std::string operator()(double value) const {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.17g", value);
+    return text.data();
+  }
+  std::string operator()(const std::string& value) const {
+    std::string text = "\"";
+    for (const char c : value.substr(0, 120)) {
+      text += static_cast<unsigned char>(c) < ' ' ? '.' : c;
+    }
+    return text + "\"";
+  }
+  std::string operator()(const driver::Datum::List& values) const {
+    std::string text = "[";
+    for (const auto& value : values) text += (text.size() > 1 ? " " : "") + datumText(value);
+    return text + "]";
+  }
+};
+
+std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, datum.data); }
+
+}  // namespace
+
+Desktop::Desktop(World world, std::vector<Fault> faults) : mac_{std::move(world), 0, {}, 0} {
+  for (const Fault& fault : faults) addFault(fault);
+  advanceTo(0);
+}
+
+std::size_t Desktop::join(std::vector<std::string> arguments,
+                          std::map<std::string, std::string> environment) {
+  const std::size_t index = clients_.size();
+  auto client = std::make_unique<Client>();
+  client->pid = firstClientPid + static_cast<Pid>(index);
+  client->arguments = std::move(arguments);
+  client->environment = std::move(environment);
+  mac_.world.processes.insert(client->pid);
+  rules_.push_back(std::make_unique<Rules>(mac_, *client));
+  clients_.push_back(std::move(client));
+  return index;
+}
+
+void Desktop::leave(std::size_t client) {
+  mac_.world.processes.erase(clients_[client]->pid);
+  clients_[client]->pictures.clear();
+  rules_[client]->finish(violations_);
+}
+
+const Outcome* Desktop::strike(platform::Function function) {
+  const Outcome* outcome = nullptr;
+  for (ArmedFault& armed : faults_) {
+    const Fault& fault = armed.fault;
+    if (fault.function && *fault.function != function) continue;
+    ++armed.counted;
+    const bool struck =
+        fault.onwards ? armed.counted >= fault.occurrence : armed.counted == fault.occurrence;
+    if (struck) outcome = &fault.outcome;
+  }
+  return outcome;
+}
+
+Answer Desktop::handle(std::size_t clientIndex, Call call) {
+  Client& client = *clients_[clientIndex];
+  Rules& rules = *rules_[clientIndex];
+  const Outcome* outcome = strike(call.function);
+  if (outcome != nullptr && outcome->kind == Outcome::Kind::happening) {
+    happen(outcome->happening);
+  }
+  rules.before(call, violations_);
+  std::optional<Answer> given;
+  if (outcome != nullptr) given = faultyAnswer(call, *outcome);
+  Answer result = given ? std::move(*given) : answer(mac_, client, call);
+  if (outcome != nullptr) result.delay += delayOf(*outcome);
+  rules.after(call, result, outcome != nullptr, violations_);
+  if (trace_.size() == traceEntriesMax) {
+    trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
+  }
+  trace_.push_back({mac_.now, clientIndex, std::move(call), result.value, outcome != nullptr});
+  if (client.exited) leave(clientIndex);
+  return result;
+}
+
+void Desktop::advanceTo(Microseconds time) {
+  const auto& script = mac_.world.script;
+  while (scripted_ < script.size() && script[scripted_].at <= time) {
+    const Scripted& scripted = script[scripted_++];
+    mac_.now = std::max(mac_.now, scripted.at);
+    happen(Happening(scripted.happening));
+  }
+  mac_.now = std::max(mac_.now, time);
+}
+
+void Desktop::happen(const Happening& happening) {
+  simulator::happen(mac_.world, happening);
+  mac_.journal.push_back({mac_.now, "happening", happening.pid, 0, happeningText(happening),
+                          std::nullopt, "", std::nullopt, ""});
+}
+
+void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }
+
+std::optional<Microseconds> Desktop::nextScripted() const {
+  if (scripted_ >= mac_.world.script.size()) return std::nullopt;
+  return mac_.world.script[scripted_].at;
+}
+
+std::string traceLine(const TraceEntry& entry) {
+  std::string line = milliseconds(entry.at) + " ms #" + std::to_string(entry.client) + " ";
+  line += platform::functionNames[static_cast<std::size_t>(entry.call.function)];
+  for (const auto& argument : entry.call.arguments) line += " " + datumText(argument);
+  line += " -> " + datumText(entry.answer);
+  return entry.faulty ? line + " (fault)" : line;
+}
+
+}  // namespace simulator

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/call.h"
+#include "simulator/faults.h"
+#include "simulator/mac.h"
+#include "simulator/rules.h"
+
+namespace simulator {
+
+/// One call as it was answered.
+struct TraceEntry {
+  Microseconds at = 0;
+  std::size_t client = 0;
+  platform::Call call;
+  driver::Datum answer;
+  bool faulty = false;
+};
+
+/// The simulated Mac with its only gate. It never waits: whoever drives it advances its clock.
+class Desktop {
+ public:
+  explicit Desktop(World world, std::vector<Fault> faults = {});
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+
+  /// A process joins. Its process id lies above any of the host's. The result names it from now on.
+  std::size_t join(std::vector<std::string> arguments,
+                   std::map<std::string, std::string> environment);
+
+  /// The process has gone. Idempotent.
+  void leave(std::size_t client);
+
+  /// Answers one call: asks for a fault, lets the world answer, writes the trace, checks the rules.
+  /// The answer is due `delay` after now. Throws MalformedDatum for a call that makes no sense.
+  Answer handle(std::size_t client, platform::Call call);
+
+  /// Moves the clock to `time`; what is scripted up to then happens in passing, in order.
+  void advanceTo(Microseconds time);
+
+  /// Something happens now that no client asked for.
+  void happen(const Happening& happening);
+
+  /// A further fault, whose calls are counted from now.
+  void addFault(const Fault& fault);
+
+  /// When the next scripted happening is due.
+  std::optional<Microseconds> nextScripted() const;
+
+  Mac& mac() { return mac_; }
+  const Mac& mac() const { return mac_; }
+  const Client& client(std::size_t client) const { return *clients_[client]; }
+  /// The latest calls, 100,000 at least.
+  const std::vector<TraceEntry>& trace() const { return trace_; }
+
+  /// The invariants broken so far, one sentence each.
+  const std::vector<std::string>& violations() const { return violations_; }
+
+ private:
+  struct ArmedFault {
+    Fault fault;
+    std::size_t counted = 0;
+  };
+
+  const Outcome* strike(platform::Function function);
+
+  Mac mac_;
+  std::vector<std::unique_ptr<Client>> clients_;
+  std::vector<std::unique_ptr<Rules>> rules_;  // by client
+  std::vector<ArmedFault> faults_;
+  std::size_t scripted_ = 0;  // how many have happened
+  std::vector<TraceEntry> trace_;
+  std::vector<std::string> violations_;
+};
+
+/// One line of a trace: time, function, arguments and answer.
+std::string traceLine(const TraceEntry& entry);
+
+}  // namespace simulator

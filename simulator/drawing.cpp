@@ -1,0 +1,94 @@
+#include "simulator/drawing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "simulator/drawing_canvas.h"
+#include "simulator/drawing_desktop.h"
+#include "simulator/drawing_look.h"
+#include "simulator/drawing_windows.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr std::uint64_t mostPixels = 16'384;  // in either direction
+
+bool isDrawable(const Picture& picture) {
+  return picture.width > 0 && picture.height > 0 && picture.width <= mostPixels &&
+         picture.height <= mostPixels && driver::isFinite(picture.source) &&
+         driver::area(picture.source) > 0;
+}
+
+std::uint64_t pixels(double points, double scale) {
+  const double count = std::floor(points * scale);
+  // Anything larger is not drawn; the bound keeps the conversion defined.
+  return count > 0 ? static_cast<std::uint64_t>(std::min(count, 1e9)) : 0;
+}
+
+/// The window has the application's focus, or a sheet of it has.
+bool hasFocus(const Application& application, const Window& window) {
+  const Element* focused = findElement(application, application.focusedWindow);
+  while (focused != nullptr && focused->id != window.element) {
+    focused = findElement(application, focused->parent);
+  }
+  return focused != nullptr;
+}
+
+}  // namespace
+
+WindowPicture pictureOf(const World& world, const Window& window) {
+  WindowPicture picture;
+  picture.window = window;
+  const Application* owner = findApplication(world, window.owner);
+  if (owner == nullptr) return picture;
+  picture.owner = owner->name.value_or("");
+  picture.kind = owner->kind;
+  picture.key = world.frontmost == owner->pid && hasFocus(*owner, window);
+  for (const Element& element : owner->elements) {
+    if (element.window == window.number && isDrawn(element, window.frame)) {
+      picture.elements.push_back(element);
+    }
+  }
+  picture.focused = owner->focusedElement;
+  return picture;
+}
+
+Picture screenPicture(const World& world) {
+  Picture picture;
+  if (world.displays.empty()) return picture;
+  picture.source = world.displays.front().frame;
+  for (const Display& display : world.displays) {
+    picture.displays.push_back(display.frame);
+    picture.source = driver::unionOf(picture.source, display.frame);
+  }
+  const double scale = world.displays.front().scale;
+  picture.width = pixels(picture.source.width, scale);
+  picture.height = pixels(picture.source.height, scale);
+  for (auto window = world.windows.rbegin(); window != world.windows.rend(); ++window) {
+    if (window->onScreen) picture.windows.push_back(pictureOf(world, *window));
+  }
+  picture.pointer = world.pointer;
+  const Application* front = findApplication(world, world.frontmost);
+  if (front != nullptr) picture.menuBarTitle = front->name.value_or("");
+  return picture;
+}
+
+std::optional<std::string> drawPng(const Picture& picture) {
+  if (!isDrawable(picture)) return std::nullopt;
+  Canvas canvas(picture.width, picture.height, picture.source);
+  if (picture.backgroundGrey) {
+    canvas.fillAll(Colour::grey(*picture.backgroundGrey));
+  } else {
+    drawDesktop(canvas, picture.displays);
+  }
+  for (const WindowPicture& window : picture.windows) {
+    const auto look = lookOf(picture, window);
+    if (look) drawWindow(canvas, *look);
+  }
+  if (!picture.backgroundGrey) drawMenuBar(canvas, picture.displays, picture.menuBarTitle);
+  if (picture.pointer) drawPointer(canvas, *picture.pointer);
+  return canvas.png();
+}
+
+}  // namespace simulator

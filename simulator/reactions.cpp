@@ -1,0 +1,84 @@
+#include "simulator/reactions.h"
+
+#include <utility>
+
+#include "simulator/applications.h"
+#include "simulator/element_text.h"
+#include "simulator/windows.h"
+
+namespace simulator {
+
+namespace {
+
+void toggle(Element& element) {
+  AttributeValue& value = element.attributes["AXValue"];
+  if (auto* flag = std::get_if<bool>(&value)) {
+    *flag = !*flag;
+    return;
+  }
+  const auto* number = std::get_if<std::int64_t>(&value);
+  value = std::int64_t{number != nullptr && *number == 1 ? 0 : 1};
+}
+
+void retitle(World& world, Application& application, WindowNumber number,
+             const std::string& title) {
+  Window* window = findWindow(world, number);
+  if (window == nullptr) return;
+  window->title = title;
+  if (Element* element = findElement(application, window->element)) {
+    element->attributes["AXTitle"] = title;
+  }
+}
+
+void run(World& world, Application& application, Element& element, const Reaction& reaction) {
+  switch (reaction.kind) {
+    case Reaction::Kind::append:
+      if (Element* target = findLabelled(application, reaction.target)) {
+        appendText(*target, reaction.text);
+      }
+      break;
+    case Reaction::Kind::set:
+      if (Element* target = findLabelled(application, reaction.target)) {
+        setText(*target, reaction.text);
+      }
+      break;
+    case Reaction::Kind::toggle:
+      toggle(element);
+      break;
+    case Reaction::Kind::openSheet:
+      openSheet(world, application, element.window, reaction.text);
+      break;
+    case Reaction::Kind::closeWindow:
+      closeWindow(world, element.window);
+      break;
+    case Reaction::Kind::showWindow:
+      showWindow(world, application, reaction.text);
+      break;
+    case Reaction::Kind::retitle:
+      retitle(world, application, element.window, reaction.text);
+      break;
+    case Reaction::Kind::quit:
+      quitApplication(world, application.pid);
+      break;
+    case Reaction::Kind::hang:
+      application.hangs = true;
+      break;
+  }
+}
+
+}  // namespace
+
+void react(World& world, Application& application, ElementId id, bool right) {
+  const auto index = static_cast<std::size_t>(id) - 1;
+  const auto reactions = [&]() -> const std::vector<Reaction>& {
+    const Element& element = application.elements[index];
+    return right ? element.onRightClick : element.onClick;
+  };
+  for (std::size_t i = 0; i < reactions().size() && application.running; ++i) {
+    // A copy: a new sheet's elements move the others.
+    const Reaction reaction = reactions()[i];
+    run(world, application, application.elements[index], reaction);
+  }
+}
+
+}  // namespace simulator

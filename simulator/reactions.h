@@ -1,0 +1,11 @@
+#pragma once
+
+#include "simulator/world.h"
+
+namespace simulator {
+
+/// Runs the element's reactions to a click, in order: all of them, also when one takes away its
+/// window; none after the application has quit.
+void react(World& world, Application& application, ElementId id, bool right);
+
+}  // namespace simulator

@@ -1,0 +1,95 @@
+#include "simulator/reply_rules.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "base/numbers.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr std::string_view titleSeparator = " \xE2\x80\x94 ";  // an em dash between spaces
+constexpr std::string_view hostPrefix = "[extension development host] ";
+
+std::string variable(const Client& client, const char* name) {
+  const auto found = client.environment.find(name);
+  return found == client.environment.end() ? "" : found->second;
+}
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::string lowered(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  return text;
+}
+
+std::string slashesEscaped(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) escaped += c == '/' ? std::string("\\/") : std::string(1, c);
+  return escaped;
+}
+
+}  // namespace
+
+ReplyFacts readReply(const std::string& output) {
+  ReplyFacts facts;
+  const auto fault = [&](const char* sentence) { facts.faults.emplace_back(sentence); };
+  if (std::count(output.begin(), output.end(), '\n') != 1 || output.back() != '\n') {
+    fault("the output is not exactly one line");
+    return facts;
+  }
+  const std::string line = output.substr(0, output.size() - 1);
+  const auto reply = nlohmann::json::parse(line, nullptr, false);
+  if (!reply.is_object()) {
+    fault("the output is no JSON object");
+    return facts;
+  }
+  if (slashesEscaped(reply.dump()) != line) fault("the reply is not in canonical form");
+  const auto ok = reply.find("ok");
+  if (ok == reply.end() || !ok->is_boolean()) {
+    fault("the reply has no \"ok\"");
+    return facts;
+  }
+  facts.ok = ok->get<bool>();
+  const auto error = reply.find("error");
+  if (!facts.ok && (error == reply.end() || !error->is_string())) {
+    fault("a failure without an \"error\"");
+  } else if (!facts.ok) {
+    facts.cannotWrite = error->get<std::string>().rfind("cannot write ", 0) == 0;
+  }
+  return facts;
+}
+
+std::optional<Pid> servicePid(const Client& client) {
+  const auto pid = driver::parseInt32(variable(client, "CU_CAPTURE_PID"));
+  return pid && *pid > 0 ? pid : std::nullopt;
+}
+
+bool titleInScope(const Client& client, const std::string& title) {
+  const std::string scope = lowered(variable(client, "CU_WINDOW"));
+  std::string lower = lowered(title);
+  const bool plain = isAscii(scope);
+  if (scope.empty() || title.empty() || !plain) return true;
+  std::string_view rest = trimmed(lower);
+  if (rest.substr(0, hostPrefix.size()) == hostPrefix) rest.remove_prefix(hostPrefix.size());
+  while (true) {
+    const std::size_t end = rest.find(titleSeparator);
+    if (trimmed(rest.substr(0, end)) == scope) return true;
+    if (end == std::string_view::npos) return false;
+    rest.remove_prefix(end + titleSeparator.size());
+  }
+}
+
+}  // namespace simulator

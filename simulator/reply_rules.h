@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/mac.h"
+
+namespace simulator {
+
+/// The reply of a run that found its service gone.
+inline constexpr std::string_view livenessRefusal =
+    "{\"error\":\"native screen sharing stopped; background input is disabled\",\"ok\":false}\n";
+
+/// What one-shot output says of itself.
+struct ReplyFacts {
+  bool ok = false;
+  bool cannotWrite = false;         // the error is that of a picture that could not be written
+  std::vector<std::string> faults;  // why it is no reply: one sentence each
+};
+
+/// Checks that the output is exactly one line of canonical JSON (sorted keys, "\/", nothing between
+/// tokens, whole numbers without a fraction, UTF-8) that holds an object with a Boolean "ok".
+ReplyFacts readReply(const std::string& output);
+
+/// The process that the client's CU_CAPTURE_PID names, when it is a positive number.
+std::optional<Pid> servicePid(const Client& client);
+
+/// Whether the client's window scope admits a window with this title. Untitled ones pass, and so
+/// does everything when the scope is not plain ASCII.
+bool titleInScope(const Client& client, const std::string& title);
+
+}  // namespace simulator

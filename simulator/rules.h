@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/call.h"
+#include "simulator/mac.h"
+
+namespace simulator {
+
+/// What must hold of every run, whatever it is about. One object watches one client, from its first
+/// call to its end; each broken rule adds a sentence that begins with the rule's number, as
+/// docs/TESTING.md lists them.
+class Rules {
+ public:
+  /// Both outlive this object.
+  Rules(const Mac& mac, const Client& client);
+
+  using Violations = std::vector<std::string>;
+
+  /// Before the world answers a call, and after.
+  void before(const platform::Call& call, Violations& violations);
+  void after(const platform::Call& call, const Answer& answer, bool faulty, Violations& violations);
+
+  /// When the client has gone. Only the first call counts.
+  void finish(Violations& violations);
+
+ private:
+  void checkPace(const platform::Call& call, Violations& violations);
+  void checkPost(const platform::Call& call, Violations& violations);
+  void checkOperation(Pid pid, const platform::EventImage& event, Violations& violations);
+  void checkUserUntouched(const platform::Call& call, Violations& violations);
+  void checkStall(const platform::Call& call, const Answer& answer, Violations& violations);
+  void checkScreenshot(const platform::Call& call, Violations& violations);
+  void noteSession(const Answer& answer);
+  void noteRecord(const platform::Call& call, const Answer& answer);
+  void noteSerial(const platform::Call& call, const Answer& answer);
+  void checkReply(Violations& violations) const;
+  void checkButtons(Violations& violations) const;
+  void checkFocus(Violations& violations) const;
+
+  bool inScope(WindowNumber window) const;
+  std::string command() const;
+  bool isInputCommand() const;
+
+  const Mac& mac_;
+  const Client& client_;
+  bool finished_ = false;
+
+  // The session and the service.
+  bool checkedUnusable_ = false;  // as the last check found
+  bool everUnusable_ = false;
+  int operationsWhileUnusable_ = 0;  // since the last check
+  int operationsAfterDeath_ = 0;
+  bool livenessFailed_ = false;
+
+  // Posting.
+  platform::EventImage posted_;  // the event of the present call, when it is a post
+  std::optional<std::int64_t> lastIdentity_;
+  bool lastWasPrivatePost_ = false;
+  std::optional<std::uint32_t> owedSleep_;  // the wait that must come next, in microseconds
+  std::optional<Pid> postedTo_;
+  std::map<std::uint32_t, int> pressed_;  // downs less ups, by the type of the down
+  bool creationFailed_ = false;
+
+  // Focus.
+  std::map<Pid, int> given_;  // gives less attempts to take back
+  std::map<Pid, bool> sawInFront_;
+
+  // The rest.
+  std::map<Pid, int> timeouts_;
+  bool outputRefused_ = false;
+  bool fileReplaced_ = false;
+  Point pointerBefore_;
+  Pid frontBefore_ = 0;
+};
+
+}  // namespace simulator

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+
+#include "simulator/world.h"
+#include "simulator/world_text_error.h"
+
+/// Worlds as text.
+namespace simulator {
+
+/// The world a text describes. Throws WorldError.
+World parseWorld(std::string_view text);
+
+/// One line of what may happen, as in a script or from outside: "lock", "quit Notes",
+/// "user click 10,20" … Applications are named by name or "pid:N". Throws WorldError with line 1.
+Happening parseHappening(std::string_view text, const World& world);
+
+/// The happening as such a line.
+std::string happeningText(const Happening& happening);
+
+/// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1.
+Microseconds parseTime(std::string_view text);
+
+}  // namespace simulator

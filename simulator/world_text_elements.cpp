@@ -1,0 +1,232 @@
+#include "simulator/world_text_elements.h"
+
+#include <limits>
+#include <utility>
+
+#include "base/numbers.h"
+#include "simulator/element_text.h"
+#include "simulator/roles.h"
+#include "simulator/world_text_reactions.h"
+
+namespace simulator {
+
+namespace {
+
+using Attributes = std::map<std::string, AttributeValue>;
+
+constexpr const char* plainValue = "a text, a number, true or false";
+constexpr const char* anyValue =
+    "a text, a number, true, false, point, size, rect, range, opaque, element or elements";
+
+void put(Words& words, Attributes& attributes, const std::string& name, AttributeValue value) {
+  if (!attributes.emplace(name, std::move(value)).second) words.fail(name + " is given twice");
+}
+
+AttributeValue readPlainValue(Words& words, const char* owner, const char* what) {
+  if (words.nextIs(Token::Kind::text)) return words.text(owner, what);
+  if (words.take("true")) return true;
+  if (words.take("false")) return false;
+  if (words.nextIs(Token::Kind::word) && driver::parseInt64(words.peek()->text)) {
+    return words.integer(owner, what, std::numeric_limits<std::int64_t>::min(),
+                         std::numeric_limits<std::int64_t>::max());
+  }
+  return words.number(owner, what);
+}
+
+/// The value, or none when it is made of elements: that is then among the links.
+std::optional<AttributeValue> readAnyValue(Words& words, const std::string& name,
+                                           std::vector<LinkDraft>& links) {
+  if (words.take("point")) return words.point("point");
+  if (words.take("size")) return words.size("size");
+  if (words.take("rect")) return words.rect("rect");
+  if (words.take("range")) return words.range("range");
+  if (words.take("opaque")) {
+    return Opaque{static_cast<std::uint64_t>(words.integer(
+        "opaque", "a hash of 0 or more", 0, std::numeric_limits<std::int64_t>::max()))};
+  }
+  if (words.take("element")) {
+    links.push_back({name, {words.name("element", "the label of an element")}, false});
+    return std::nullopt;
+  }
+  if (words.take("elements")) {
+    LinkDraft link{name, {}, true};
+    while (words.nextIs(Token::Kind::text)) link.labels.push_back(words.text("elements", ""));
+    links.push_back(std::move(link));
+    return std::nullopt;
+  }
+  return readPlainValue(words, "attribute", anyValue);
+}
+
+/// Reads a quoted text into an attribute.
+void putText(Words& words, ElementDraft& draft, const char* owner, const char* attribute) {
+  put(words, draft.element.attributes, attribute, words.text(owner, "a quoted text"));
+}
+
+std::vector<std::string> readActions(Words& words) {
+  const std::string list = words.word("actions", "names such as AXPress,AXShowMenu, or none");
+  std::vector<std::string> names;
+  if (list == "none") return names;
+  for (std::size_t start = 0; start <= list.size();) {
+    const std::size_t comma = std::min(list.find(',', start), list.size());
+    names.push_back(list.substr(start, comma - start));
+    if (names.back().empty()) words.fail("'actions' has an empty name in '" + list + "'");
+    start = comma + 1;
+  }
+  return names;
+}
+
+std::vector<std::string> defaultActions(const std::string& role) {
+  if (isPressable(role)) return {"AXPress"};
+  if (role == "AXSlider") return {"AXIncrement", "AXDecrement"};
+  return {};
+}
+
+const char* labelAttribute(const std::string& role) {
+  return role == "AXStaticText" || takesText(role) ? "AXDescription" : "AXTitle";
+}
+
+constexpr std::array<Option<ElementDraft>, 15> elementOptions = {{
+    {"at", [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }},
+    {"size", [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }},
+    {"value",
+     [](Words& words, ElementDraft& draft) {
+       put(words, draft.element.attributes, "AXValue", readPlainValue(words, "value", plainValue));
+     }},
+    {"description",
+     [](Words& words, ElementDraft& draft) {
+       putText(words, draft, "description", "AXDescription");
+     }},
+    {"placeholder",
+     [](Words& words, ElementDraft& draft) {
+       putText(words, draft, "placeholder", "AXPlaceholderValue");
+     }},
+    {"help", [](Words& words, ElementDraft& draft) { putText(words, draft, "help", "AXHelp"); }},
+    {"subrole",
+     [](Words& words, ElementDraft& draft) {
+       put(words, draft.element.attributes, "AXSubrole", words.word("subrole", "a subrole"));
+     }},
+    {"disabled",
+     [](Words& words, ElementDraft& draft) {
+       put(words, draft.element.attributes, "AXEnabled", false);
+     }},
+    {"focused", [](Words&, ElementDraft& draft) { draft.focused = true; }},
+    {"selection",
+     [](Words& words, ElementDraft& draft) {
+       put(words, draft.element.attributes, "AXSelectedTextRange", words.range("selection"));
+     }},
+    {"actions",
+     [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); }},
+    {"attribute",
+     [](Words& words, ElementDraft& draft) {
+       readAttributeOption(words, draft.element.attributes, draft.links);
+     },
+     true},
+    {"failing",
+     [](Words& words, ElementDraft& draft) { readFailingOption(words, draft.element.failing); },
+     true},
+    {"press:", [](Words& words,
+                  ElementDraft& draft) { draft.element.onClick = readReactions(words, "press:"); }},
+    {"right:",
+     [](Words& words, ElementDraft& draft) {
+       draft.element.onRightClick = readReactions(words, "right:");
+     }},
+}};
+
+constexpr std::array<Option<WindowDraft>, 10> windowOptions = {{
+    {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
+    {"size", [](Words& words, WindowDraft& draft) { draft.body.size = words.size("size"); }},
+    {"layer",
+     [](Words& words, WindowDraft& draft) {
+       draft.window.layer =
+           words.integer("layer", "an integer", std::numeric_limits<std::int32_t>::min(),
+                         std::numeric_limits<std::int32_t>::max());
+     }},
+    {"off-screen", [](Words&, WindowDraft& draft) { draft.window.onScreen = false; }},
+    {"not-capturable", [](Words&, WindowDraft& draft) { draft.window.capturable = false; }},
+    {"no-element", [](Words&, WindowDraft& draft) { draft.hasElement = false; }},
+    {"focused", [](Words&, WindowDraft& draft) { draft.body.focused = true; }},
+    {"subrole",
+     [](Words& words, WindowDraft& draft) {
+       put(words, draft.body.element.attributes, "AXSubrole", words.word("subrole", "a subrole"));
+     }},
+    {"attribute",
+     [](Words& words, WindowDraft& draft) {
+       readAttributeOption(words, draft.body.element.attributes, draft.body.links);
+     },
+     true},
+    {"failing",
+     [](Words& words, WindowDraft& draft) { readFailingOption(words, draft.body.element.failing); },
+     true},
+}};
+
+std::optional<Rect> frameOf(const Words& words, const ElementDraft& draft) {
+  if (draft.position && !draft.size) words.fail("'at' needs 'size' beside it");
+  if (draft.size && !draft.position) words.fail("'size' needs 'at' beside it");
+  if (!draft.position) return std::nullopt;
+  return Rect{draft.position->x, draft.position->y, draft.size->width, draft.size->height};
+}
+
+void addDefaults(Element& element) {
+  if (takesText(element.role)) element.attributes.emplace("AXValue", std::string());
+  if (isSwitchRole(element.role)) element.attributes.emplace("AXValue", std::int64_t{0});
+  if (element.role == "AXCheckBox" && element.onClick.empty()) element.onClick.emplace_back();
+}
+
+}  // namespace
+
+void readAttributeOption(Words& words, Attributes& attributes, std::vector<LinkDraft>& links) {
+  const std::string name = words.word("attribute", "the name of an attribute");
+  auto value = readAnyValue(words, name, links);
+  if (value) put(words, attributes, name, std::move(*value));
+}
+
+void readFailingOption(Words& words, std::map<std::string, ax::Error>& failing) {
+  const std::string name = words.word("failing", "the name of an attribute");
+  const auto code = words.integer("failing", "an error code below 0",
+                                  std::numeric_limits<std::int32_t>::min(), -1);
+  if (!failing.emplace(name, static_cast<ax::Error>(code)).second) {
+    words.fail("'failing " + name + "' is given twice");
+  }
+}
+
+ElementDraft readElement(Words& words) {
+  ElementDraft draft;
+  Element& element = draft.element;
+  element.role = words.word("element", "a role");
+  element.actions = defaultActions(element.role);
+  if (words.nextIs(Token::Kind::text)) {
+    put(words, element.attributes, labelAttribute(element.role), words.text("element", ""));
+  }
+  readOptions(words, elementOptions, draft);
+  element.frame = frameOf(words, draft);
+  addDefaults(element);
+  return draft;
+}
+
+WindowDraft readWindow(Words& words) {
+  WindowDraft draft;
+  draft.window.number = static_cast<WindowNumber>(
+      words.integer("window", "a number from 1 on", 1, std::numeric_limits<WindowNumber>::max()));
+  if (words.nextIs(Token::Kind::text)) draft.window.title = words.text("window", "");
+  readOptions(words, windowOptions, draft);
+  const auto frame = frameOf(words, draft.body);
+  if (!frame) words.fail("a window needs 'at' and 'size'");
+  if (!draft.hasElement && draft.body.focused) {
+    words.fail("a window without an element cannot be focused");
+  }
+  draft.window.frame = *frame;
+  Element& element = draft.body.element;
+  element.role = "AXWindow";
+  element.frame = frame;
+  element.actions = {"AXRaise"};
+  element.attributes.emplace("AXSubrole", std::string("AXStandardWindow"));
+  if (draft.window.title) element.attributes.emplace("AXTitle", *draft.window.title);
+  return draft;
+}
+
+void placeCaret(Element& element) {
+  if (!takesText(element.role) || element.attributes.count("AXSelectedTextRange") > 0) return;
+  element.attributes.emplace("AXSelectedTextRange", ax::Range{utf16Length(textOf(element)), 0});
+}
+
+}  // namespace simulator

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "simulator/world.h"
+#include "simulator/world_text_words.h"
+
+namespace simulator {
+
+/// Reads reactions between semicolons, up to the end of the line, `press:` or `right:`.
+std::vector<Reaction> readReactions(Words& words, const char* owner);
+
+}  // namespace simulator

@@ -1,0 +1,144 @@
+#include "simulator/world_text_statements.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace simulator {
+
+namespace {
+
+using Place = WorldBuilder::Place;
+
+constexpr const char* aPath = "a quoted path";
+
+constexpr std::array<Option<User>, 2> userOptions = {{
+    {"login",
+     [](Words& words, User& user) { user.loginName = words.name("login", "a login name"); }},
+    {"unparsable", [](Words&, User& user) { user.nameParses = false; }},
+}};
+
+constexpr std::array<Option<Session>, 4> sessionOptions = {{
+    {"locked", [](Words&, Session& session) { session.locked = true; }},
+    {"off-console", [](Words&, Session& session) { session.onConsole = false; }},
+    {"unreadable", [](Words&, Session& session) { session.readable = false; }},
+    {"without-console-key", [](Words&, Session& session) { session.onConsole.reset(); }},
+}};
+
+constexpr std::array<Option<World>, 2> denials = {{
+    {"accessibility", [](Words&, World& world) { world.accessibilityAllowed = false; }},
+    {"screen-recording", [](Words&, World& world) { world.screenRecordingAllowed = false; }},
+}};
+
+constexpr std::array<Option<Display>, 3> displayOptions = {{
+    {"at",
+     [](Words& words, Display& display) {
+       const Point origin = words.point("at");
+       display.frame.x = origin.x;
+       display.frame.y = origin.y;
+     }},
+    {"scale", [](Words& words,
+                 Display& display) { display.scale = words.number("scale", "a number above 0"); }},
+    {"mode",
+     [](Words& words, Display& display) {
+       words.expect("mode", "unreadable");
+       display.modeReadable = false;
+     }},
+}};
+
+template <class Target, std::size_t count>
+void readAtLeastOne(Words& words, const char* owner,
+                    const std::array<Option<Target>, count>& options, Target& target) {
+  if (words.atEnd()) words.failNeeding(owner, ("one of " + wordsOf(options)).c_str());
+  readOptions(words, options, target);
+}
+
+void readDisplay(Words& words, WorldBuilder& builder) {
+  Display display;
+  display.id = static_cast<std::uint32_t>(
+      words.integer("display", "a number from 1 on", 1, std::numeric_limits<std::uint32_t>::max()));
+  const Size size = words.size("display");
+  display.frame.width = size.width;
+  display.frame.height = size.height;
+  readOptions(words, displayOptions, display);
+  const bool drawable = driver::isFinite(display.frame) && driver::area(display.frame) > 0 &&
+                        display.scale > 0 && display.scale <= std::numeric_limits<double>::max();
+  if (!drawable) words.fail("a display needs a finite place, and a size and scale above 0");
+  auto& displays = builder.world().displays;
+  if (std::any_of(displays.begin(), displays.end(),
+                  [&](const Display& each) { return each.id == display.id; })) {
+    words.fail("display number " + std::to_string(display.id) + " is taken");
+  }
+  displays.push_back(display);
+}
+
+constexpr std::array<Option<WorldBuilder>, 11> statements = {{
+    {"seed",
+     [](Words& words, WorldBuilder& builder) {
+       builder.world().seed = static_cast<std::uint64_t>(words.integer(
+           "seed", "an integer from 0 on", 0, std::numeric_limits<std::int64_t>::max()));
+     }},
+    {"user",
+     [](Words& words, WorldBuilder& builder) {
+       User& user = builder.world().user;
+       user.fullName = words.text("user", "a quoted name");
+       readOptions(words, userOptions, user);
+     }},
+    {"pointer",
+     [](Words& words, WorldBuilder& builder) { builder.world().pointer = words.point("pointer"); }},
+    {"display", readDisplay},
+    {"deny",
+     [](Words& words, WorldBuilder& builder) {
+       readAtLeastOne(words, "deny", denials, builder.world());
+     }},
+    {"session",
+     [](Words& words, WorldBuilder& builder) {
+       readAtLeastOne(words, "session", sessionOptions, builder.world().session);
+     }},
+    {"missing",
+     [](Words& words, WorldBuilder& builder) {
+       builder.world().missing.insert(words.name("missing", "a symbol or a library"));
+     }},
+    {"process",
+     [](Words& words, WorldBuilder& builder) {
+       const auto pid = static_cast<Pid>(
+           words.integer("process", "a process id", 1, std::numeric_limits<Pid>::max()));
+       builder.claimPid(words, pid);
+       builder.world().processes.insert(pid);
+     }},
+    {"file",
+     [](Words& words, WorldBuilder& builder) {
+       builder.world().files.insert(words.text("file", aPath));
+     }},
+    {"image",
+     [](Words& words, WorldBuilder& builder) {
+       builder.world().images.insert(words.text("image", aPath));
+     }},
+    {"at",
+     [](Words& words, WorldBuilder& builder) {
+       const Microseconds time = words.time("at");
+       builder.addToScript(words, time);
+     }},
+}};
+
+void refuseOrphan(const Words& words) {
+  if (words.nextIs("window")) words.fail("a window belongs in an application");
+  if (words.nextIsRole()) {
+    words.fail("an element belongs in an application, a window or another element");
+  }
+}
+
+}  // namespace
+
+Place readStatement(Words& words, WorldBuilder& builder) {
+  if (words.take("app")) return builder.addApplication(words);
+  refuseOrphan(words);
+  for (const Option<WorldBuilder>& statement : statements) {
+    if (!words.take(statement.word)) continue;
+    statement.read(words, builder);
+    words.expectEnd();
+    return {Place::Kind::other, statement.word, 0, 0, 0};
+  }
+  words.failUnknown("app, " + wordsOf(statements));
+}
+
+}  // namespace simulator

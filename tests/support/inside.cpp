@@ -1,0 +1,86 @@
+#include "tests/support/inside.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "main/globals.h"
+#include "platform/simulated/channel.h"
+#include "platform/simulated/values.h"
+#include "tests/support/channels.h"
+
+namespace testing_support {
+
+namespace {
+
+const simulator::Application& applicationNamed(const TestMac& mac, std::string_view name) {
+  for (const auto& application : mac.world().applications) {
+    if (application.name == name) return application;
+  }
+  ADD_FAILURE() << "no application " << name;
+  return mac.world().applications.at(0);
+}
+
+}  // namespace
+
+Result runInside(TestMac& mac, const std::function<void()>& function,
+                 const Environment& environment) {
+  const std::vector<std::string> commandLine = {"driver", "inside"};
+  std::size_t startUpCalls = 0;
+  Result result = mac.record(commandLine, environment, [&](std::size_t client) {
+    return runBodyDirect(mac.desktop(), client, [&] {
+      const std::size_t before = mac.desktop().trace().size();
+      driver::initialise(commandLine);
+      startUpCalls = mac.desktop().trace().size() - before;
+      function();
+    });
+  });
+  result.calls.erase(result.calls.begin(),
+                     result.calls.begin() + static_cast<std::ptrdiff_t>(startUpCalls));
+  return result;
+}
+
+ax::Element elementOf(const TestMac& mac, std::string_view application, std::string_view label) {
+  const auto& owner = applicationNamed(mac, application);
+  for (const auto& element : owner.elements) {
+    if (!element.removed && simulator::labelOf(element) == label) {
+      return simulated::makeElement({owner.pid, element.id});
+    }
+  }
+  ADD_FAILURE() << "no element " << label << " in " << application;
+  return applicationOf(mac, application);
+}
+
+ax::Element applicationOf(const TestMac& mac, std::string_view application) {
+  return simulated::makeElement({applicationNamed(mac, application).pid, 0});
+}
+
+std::vector<std::string> callsOf(const TestMac& mac, platform::Function function) {
+  std::vector<std::string> lines;
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function != function) continue;
+    const std::string line = simulator::traceLine(entry);
+    lines.push_back(line.substr(
+        line.find(platform::functionNames[static_cast<std::size_t>(entry.call.function)])));
+  }
+  return lines;
+}
+
+FixedAnswer::FixedAnswer(platform::Function function, driver::Datum answer)
+    : underneath_(simulated::channel()), function_(function), answer_(std::move(answer)) {
+  simulated::setChannel(this);
+}
+
+FixedAnswer::~FixedAnswer() { simulated::setChannel(&underneath_); }
+
+driver::Datum FixedAnswer::call(platform::Call call) {
+  return call.function == function_ ? answer_ : underneath_.call(std::move(call));
+}
+
+bool FixedAnswer::keepsOutput() const { return underneath_.keepsOutput(); }
+
+void FixedAnswer::exit(int status) {
+  underneath_.exit(status);
+  std::abort();  // no channel comes back
+}
+
+}  // namespace testing_support

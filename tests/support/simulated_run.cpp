@@ -1,0 +1,148 @@
+#include "tests/support/simulated_run.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/simulated/channel.h"
+#include "simulator/world_text.h"
+#include "tests/support/channels.h"
+
+namespace testing_support {
+
+using simulator::Desktop;
+
+namespace {
+
+constexpr std::size_t tracedCallsMax = 400;
+
+std::vector<std::string> words(std::string_view text) {
+  std::vector<std::string> found;
+  while (true) {
+    const std::size_t start = text.find_first_not_of(' ');
+    if (start == std::string_view::npos) return found;
+    text.remove_prefix(start);
+    found.emplace_back(text.substr(0, text.find(' ')));
+    text.remove_prefix(found.back().size());
+  }
+}
+
+std::vector<simulator::Fault> parseFaults(const std::vector<std::string>& texts,
+                                          const simulator::World& world) {
+  std::vector<simulator::Fault> faults;
+  for (const std::string& text : texts) faults.push_back(simulator::parseFault(text, world));
+  return faults;
+}
+
+std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall) {
+  std::vector<std::string> names;
+  for (std::size_t i = firstCall; i < desktop.trace().size(); ++i) {
+    const auto function = desktop.trace()[i].call.function;
+    if (function == platform::Function::writeOutput || function == platform::Function::exit) {
+      continue;
+    }
+    names.emplace_back(platform::functionNames[static_cast<std::size_t>(function)]);
+  }
+  return names;
+}
+
+std::string effectLines(const Desktop& desktop, std::size_t firstEntry,
+                        simulator::Microseconds start) {
+  std::string lines;
+  const auto& journal = desktop.mac().journal;
+  for (std::size_t i = firstEntry; i < journal.size(); ++i) {
+    const std::string line = simulator::effectLine(journal[i], start);
+    if (!line.empty()) lines += line + "\n";
+  }
+  return lines;
+}
+
+}  // namespace
+
+Mode modeFromEnvironment() {
+  const char* mode = std::getenv("DRIVER_TEST_MODE");
+  return mode != nullptr && std::string_view(mode) == "forked" ? Mode::forked : Mode::direct;
+}
+
+TestMac::TestMac(std::string_view world, std::vector<std::string> faults, Mode mode) : mode_(mode) {
+  simulator::World parsed = simulator::parseWorld(world);
+  auto armed = parseFaults(faults, parsed);
+  desktop_ = std::make_unique<Desktop>(std::move(parsed), std::move(armed));
+}
+
+TestMac::TestMac(simulator::World world, std::vector<simulator::Fault> faults, Mode mode)
+    : desktop_(std::make_unique<Desktop>(std::move(world), std::move(faults))), mode_(mode) {}
+
+TestMac::~TestMac() {
+  if (!reportViolations_ || desktop_->violations().empty()) return;
+  std::string report;
+  for (const std::string& violation : desktop_->violations()) report += violation + "\n";
+  std::size_t left = tracedCallsMax;
+  for (const auto& entry : desktop_->trace()) {
+    if (left-- == 0) break;
+    report += simulator::traceLine(entry) + "\n";
+  }
+  ADD_FAILURE() << report;
+}
+
+Result TestMac::driver(std::string_view commandLine, const Environment& environment) {
+  return driverWith(words(commandLine), environment);
+}
+
+Result TestMac::driverWith(const std::vector<std::string>& arguments,
+                           const Environment& environment) {
+  std::vector<std::string> commandLine = {"driver"};
+  commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
+  return record(commandLine, environment, [&](std::size_t client) {
+    return mode_ == Mode::direct ? runDirect(*desktop_, client, commandLine)
+                                 : runForked(*desktop_, client, commandLine);
+  });
+}
+
+Result TestMac::record(const std::vector<std::string>& commandLine, const Environment& environment,
+                       const std::function<int(std::size_t client)>& run) {
+  const std::size_t client = desktop_->join(commandLine, environment);
+  const simulator::Microseconds start = desktop_->mac().now;
+  const std::size_t firstEntry = desktop_->mac().journal.size();
+  const std::size_t firstCall = desktop_->trace().size();
+  const long handles = simulated::liveHandles();
+  Result result;
+  result.status = run(client);
+  desktop_->leave(client);
+  // The start-up values of a run stay until the next one: a source and a picture.
+  if (simulated::liveHandles() > handles + 2) ADD_FAILURE() << "handles were left alive";
+  result.output = desktop_->client(client).output;
+  result.elapsed = desktop_->mac().now - start;
+  result.calls = callNames(*desktop_, firstCall);
+  result.effects = effectLines(*desktop_, firstEntry, start);
+  return result;
+}
+
+std::string TestMac::valueOf(std::string_view application, std::string_view label) const {
+  for (const auto& app : world().applications) {
+    if (app.name != application) continue;
+    for (const auto& element : app.elements) {
+      if (element.removed || simulator::labelOf(element) != label) continue;
+      const auto value = element.attributes.find("AXValue");
+      if (value == element.attributes.end()) return "";
+      if (const auto* text = std::get_if<std::string>(&value->second)) return *text;
+    }
+  }
+  ADD_FAILURE() << "no element " << label << " in " << application;
+  return "";
+}
+
+std::vector<std::string> TestMac::takeViolations() {
+  reportViolations_ = false;
+  return desktop_->violations();
+}
+
+std::string seen(const Result& run) { return std::to_string(run.status) + " " + run.output; }
+
+std::string success(std::string_view json) { return "0 " + std::string(json) + "\n"; }
+
+std::string failure(std::string_view message) {
+  return "1 {\"error\":\"" + std::string(message) + "\",\"ok\":false}\n";
+}
+
+}  // namespace testing_support
