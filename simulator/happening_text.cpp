@@ -15,6 +15,22 @@ std::string pointText(Point point) {
 
 }  // namespace
 
+std::string quotedWord(std::string_view word) {
+  if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
+    return std::string(word);
+  }
+  std::string quoted = "\"";
+  for (const char c : word) {
+    if (c == '\n') {
+      quoted += "\\n";
+      continue;
+    }
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
 std::string happeningText(const Happening& happening) {
   const std::string application = "pid:" + std::to_string(happening.pid);
   switch (happening.kind) {
@@ -37,7 +53,7 @@ std::string happeningText(const Happening& happening) {
     case Happening::Kind::recover:
       return "recover " + application;
     case Happening::Kind::userKey:
-      return "user key " + happening.text;
+      return "user key " + quotedWord(happening.text);
     case Happening::Kind::userClick:
       return "user click " + pointText(happening.point);
     case Happening::Kind::userMove:

@@ -96,7 +96,16 @@ struct Delivery {
   Window* window = nullptr;
 
   bool chromium() const { return application.kind == ApplicationKind::chromium; }
-  bool located() const { return event.location != offScreen; }
+
+  /// Whether the event is at a point of the window. The window may lie at the very point that
+  /// stands for off screen: then what is due decides.
+  bool located() const {
+    if (event.location != offScreen) return true;
+    const bool due = fieldOf(event, Field::mouseEventNumber) == clickEventNumber ||
+                     application.click.primingSteps + 1 == primingSteps.size();
+    return due && window != nullptr && contains(window->frame, offScreen);
+  }
+
   Point windowLocal() const {
     return {event.location.x - window->frame.x, event.location.y - window->frame.y};
   }

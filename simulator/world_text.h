@@ -18,6 +18,9 @@ Happening parseHappening(std::string_view text, const World& world);
 /// The happening as such a line.
 std::string happeningText(const Happening& happening);
 
+/// A word as a world's text has it: in quotation marks where it would not stand for itself.
+std::string quotedWord(std::string_view word);
+
 /// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1.
 Microseconds parseTime(std::string_view text);
 

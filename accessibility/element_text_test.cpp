@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+
+#include "accessibility/element.h"
+#include "platform/simulated/values.h"
+#include "tests/support/inside.h"
+
+namespace driver {
+namespace {
+
+using namespace testing_support;
+
+using Calls = std::vector<std::string>;
+
+// Element 1 is the window, element 2 the group.
+constexpr const char* desk = R"(
+    app Notes pid 41
+        window 7 "W" at 0,0 size 500x500
+            AXGroup
+                AXStaticText value "a"
+                    AXStaticText value "b"
+                AXGroup
+                    AXStaticText value ""
+                    AXButton "not a text" value "nor this"
+                        AXStaticText value "c"
+                AXTextField value "typed"
+                AXStaticText value "d"
+)";
+
+Result read(TestMac& mac, int budget, std::size_t maxLength, std::string& text) {
+  return runInside(mac, [&] { text = axText(simulated::makeElement({41, 2}), budget, maxLength); });
+}
+
+std::string textOf(const std::string& world, int budget = 40, std::size_t maxLength = 120,
+                   std::vector<std::string> faults = {}) {
+  TestMac mac(world, std::move(faults));
+  std::string text;
+  read(mac, budget, maxLength, text);
+  return text;
+}
+
+/// A group of static texts.
+std::string groupOf(const std::vector<std::string>& texts) {
+  std::string world = "app Notes pid 41\n    window 7 \"W\" at 0,0 size 9x9\n        AXGroup\n";
+  for (const std::string& text : texts) {
+    world += "            AXStaticText value \"" + text + "\"\n";
+  }
+  return world;
+}
+
+TEST(axText, joins_the_static_texts_in_reading_order) { EXPECT_EQ(textOf(desk), "a b c d"); }
+
+TEST(axText, skips_empty_texts) { EXPECT_EQ(textOf(groupOf({"a", "", "b"})), "a b"); }
+
+TEST(axText, keeps_the_white_space_of_texts) {
+  EXPECT_EQ(textOf(groupOf({" a ", "b\\nc"})), " a  b\nc");
+}
+
+TEST(axText, of_a_static_text_is_its_own_and_those_below) {
+  TestMac mac(desk);
+  EXPECT_EQ(valueInside(mac, [] { return axText(simulated::makeElement({41, 3})); }), "a b");
+}
+
+TEST(axText, with_no_budget_reads_nothing) {
+  TestMac mac(desk);
+  for (const int budget : {0, -1, -1000}) {
+    std::string text = "?";
+    const Result run = read(mac, budget, 120, text);
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(run.calls, Calls{}) << budget;
+  }
+}
+
+TEST(axText, visits_no_more_elements_than_its_budget) {
+  EXPECT_EQ(textOf(desk, 1), "");
+  EXPECT_EQ(textOf(desk, 2), "a");
+  EXPECT_EQ(textOf(desk, 3), "a b");
+  EXPECT_EQ(textOf(desk, 6), "a b");
+  EXPECT_EQ(textOf(desk, 7), "a b c");
+  EXPECT_EQ(textOf(desk, 8), "a b c");
+  EXPECT_EQ(textOf(desk, 9), "a b c d");
+}
+
+TEST(axText, reads_each_element_once_and_the_values_of_static_texts) {
+  TestMac mac(desk);
+  std::string text;
+  EXPECT_EQ(read(mac, 1, 120, text).calls, Calls{"ax.attributes"});
+  EXPECT_EQ(read(mac, 3, 120, text).calls, (Calls{"ax.attributes", "ax.attributes", "ax.attribute",
+                                                  "ax.attributes", "ax.attribute"}));
+  EXPECT_EQ(read(mac, 40, 120, text).calls.size(), 9U + 5U);
+}
+
+TEST(axText, visits_forty_elements_by_default) {
+  std::string expected = "x";
+  for (int i = 1; i < 39; ++i) expected += " x";  // the group is one of the forty
+  EXPECT_EQ(textOf(groupOf(std::vector<std::string>(60, "x"))), expected);
+}
+
+TEST(axText, is_a_hundred_and_twenty_characters_by_default) {
+  EXPECT_EQ(textOf(groupOf({std::string(200, 'x')})), std::string(120, 'x'));
+}
+
+TEST(axText, is_cut_to_characters_as_the_user_sees_them) {
+  EXPECT_EQ(textOf(groupOf({"\u00E9\u00E9", "\u4F60\u597D"}), 40, 4), "\u00E9\u00E9 \u4F60");
+  EXPECT_EQ(textOf(groupOf({"e\u0301\U0001F44D\U0001F3FDz"}), 40, 2),
+            "e\u0301\U0001F44D\U0001F3FD");
+  EXPECT_EQ(textOf(groupOf({"abc"}), 40, 0), "");
+}
+
+TEST(axText, takes_only_the_exact_role) {
+  EXPECT_EQ(textOf("app Notes pid 41\n    window 7 \"W\" at 0,0 size 9x9\n        AXGroup\n"
+                   "            AXStaticText value \"a\" attribute AXRole \"AXstatictext\"\n"
+                   "            AXGroup value \"b\" attribute AXRole \"AXStaticText\"\n"
+                   "            AXStaticText value \"c\" attribute AXRole 5\n"),
+            "b");
+}
+
+TEST(axText, skips_values_that_are_no_text_or_cannot_be_read) {
+  EXPECT_EQ(textOf("app Notes pid 41\n    window 7 \"W\" at 0,0 size 9x9\n        AXGroup\n"
+                   "            AXStaticText value 5\n"
+                   "            AXStaticText\n"
+                   "            AXStaticText value \"a\" failing AXValue -25200\n"
+                   "            AXStaticText value \"b\"\n"),
+            "b");
+}
+
+TEST(axText, passes_over_children_that_are_no_elements) {
+  EXPECT_EQ(textOf("app Notes pid 41\n    window 7 \"W\" at 0,0 size 9x9\n"
+                   "        AXGroup attribute AXChildren \"none\"\n"
+                   "            AXStaticText value \"a\"\n"),
+            "");
+}
+
+TEST(axText, goes_on_when_one_element_cannot_be_read) {
+  EXPECT_EQ(textOf(groupOf({"a", "b", "c"}), 40, 120, {"ax.attributes 3 error -25202"}), "a c");
+}
+
+TEST(axText, ends_within_its_budget_on_a_cycle) {
+  TestMac mac(R"(
+    app Notes pid 41
+        window 7 "W" at 0,0 size 9x9
+            AXGroup "Loop" attribute AXChildren elements "Text" "Loop"
+                AXStaticText "Text" value "x"
+)");
+  std::string text;
+  const Result run = read(mac, 9, 120, text);
+  EXPECT_EQ(text, "x x x x");
+  EXPECT_EQ(run.calls.size(), 9U + 4U);
+}
+
+TEST(axText, ends_at_an_application_that_hangs) {
+  TestMac mac(desk, {"ax.attributes 2+ hang", "ax.attribute 1+ hang"});
+  std::string text;
+  const Result run = read(mac, 40, 120, text);
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(run.elapsed, 12'000'000);
+}
+
+}  // namespace
+}  // namespace driver
