@@ -84,8 +84,8 @@ TEST(axWindowInScope, does_not_read_the_title_when_the_server_knows_the_window) 
   EXPECT_EQ(run.calls, (Texts{"loader.open-library", "loader.find-symbol", "loop.uptime",
                               "private.ax-window", "windowserver.description"}));
   EXPECT_EQ(callsOf(mac, Function::windowDescription),
-            Texts{"windowserver.description 7 -> [[[7] [41] [0] [\"Inbox\"] [100] [80] [800] "
-                  "[600]]]"});
+            Texts{"windowserver.description 7 -> "
+                  "[[[[7] [41] [0] [\"Inbox\"] [100] [80] [800] [600]]]]"});
 }
 
 TEST(axWindowInScope, believes_the_application_without_the_private_route) {

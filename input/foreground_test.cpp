@@ -31,6 +31,11 @@ TEST(foregroundPID, is_none_when_the_system_refuses) {
   EXPECT_EQ(foregroundOf(desk, {"private.process-pid 1 error -600"}), std::nullopt);
 }
 
+TEST(foregroundPID, asks_for_no_process_id_without_a_serial_number) {
+  TestMac mac(desk, {"private.front-process 1 error -600"});
+  EXPECT_EQ(runInside(mac, [] { foregroundPID(); }).calls.back(), "private.front-process");
+}
+
 TEST(foregroundPID, is_none_without_its_entry_points) {
   const std::string world = desk;
   EXPECT_EQ(foregroundOf(world + "    missing GetFrontProcess\n"), std::nullopt);

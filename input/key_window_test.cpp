@@ -28,15 +28,6 @@ constexpr const char* deskWithoutFocusedElement = R"(
 
 constexpr const char* bothRecords = "    0 ms  key 41/7 first\n    0 ms  key 41/7 second\n";
 
-std::vector<std::string> postedRecords(const TestMac& mac) {
-  std::vector<std::string> records;
-  for (const auto& entry : mac.desktop().trace()) {
-    if (entry.call.function != Function::postRecord) continue;
-    records.push_back(unpack<std::string>(entry.call.arguments.at(2)));
-  }
-  return records;
-}
-
 std::string keyRecord(unsigned char type, const std::string& window) {
   std::string text(248, '\0');
   text[0x04] = '\xF8';

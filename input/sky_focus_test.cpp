@@ -8,7 +8,6 @@ namespace driver {
 namespace {
 
 using namespace testing_support;
-using platform::Function;
 
 using Calls = std::vector<std::string>;
 
@@ -19,16 +18,6 @@ constexpr const char* desk = R"(
 )";
 
 constexpr std::size_t recordLength = 248;
-
-/// The records posted, in order, as the window server got them.
-std::vector<std::string> postedRecords(const TestMac& mac) {
-  std::vector<std::string> records;
-  for (const auto& entry : mac.desktop().trace()) {
-    if (entry.call.function != Function::postRecord) continue;
-    records.push_back(unpack<std::string>(entry.call.arguments.at(2)));
-  }
-  return records;
-}
 
 /// A record of zeros but for these bytes.
 std::string record(const std::vector<std::pair<std::size_t, unsigned char>>& bytes) {

@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
-#include "tests/support/simulated_run.h"
+#include "tests/support/inside.h"
 
 namespace driver {
 namespace {
@@ -97,6 +96,11 @@ TEST(command_table, begins_with_the_capture_group) {
 TEST(driver, without_a_command_tells_its_usage) {
   TestMac mac(desk);
   EXPECT_EQ(seen(mac.driverWith({})), failure("usage: driver <command> ..."));
+}
+
+TEST(driver, without_even_its_own_path_tells_its_usage) {
+  TestMac mac(desk);
+  EXPECT_EQ(seen(runInside(mac, [] { run({}); })), failure("usage: driver <command> ..."));
 }
 
 TEST(driver, without_a_command_does_not_ask_for_the_service) {

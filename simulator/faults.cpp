@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "simulator/arguments.h"
 #include "simulator/world_text.h"
 
 namespace simulator {
@@ -174,7 +175,7 @@ Datum wrongReadings(const platform::Call& call) {
   platform::WireReadings readings;
   std::size_t count = 1;
   if (call.function == Function::axAttributes) {
-    count = driver::unpack<std::vector<Datum>>(call.arguments.at(1)).size();
+    count = Arguments(call).get<std::vector<Datum>>(1).size();
   }
   for (std::size_t i = 0; i < count; ++i) readings.slots.push_back({wrongValue(i), {}});
   return pack(readings);

@@ -256,9 +256,11 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   if (application == nullptr) return refused("no such application");
   if (!mac.world.accessibilityAllowed) return refused("posting is not permitted");
   const bool sameOperation = event.identity == application->lastPostIdentity;
-  const bool tooSoon =
-      application->lastPost && !sameOperation && mac.now - *application->lastPost < paceMin;
+  const bool tooSoon = sameOperation ? application->lastPostTooSoon
+                                     : application->lastPost.has_value() &&
+                                           mac.now - *application->lastPost < paceMin;
   application->lastPost = mac.now;
+  application->lastPostTooSoon = tooSoon;
   application->lastPostIdentity = event.identity;
   if (tooSoon) return refused("came less than 12 ms after the one before");
   Delivery delivery{mac, *application, event, by, nullptr};
@@ -268,54 +270,6 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   Landing landing = route(delivery);
   if (Application* still = findApplication(mac.world, pid)) still->lastPostTaken = landing.landed;
   return landing;
-}
-
-// Offsets in an event record.
-constexpr std::size_t lengthOffset = 0x04;
-constexpr std::size_t typeOffset = 0x08;
-constexpr std::size_t locationOffset = 0x20;
-constexpr std::size_t locationLength = 16;
-constexpr std::size_t keyOffset = 0x3A;
-constexpr std::size_t windowOffset = 0x3C;
-constexpr std::size_t focusOffset = 0x8A;
-constexpr std::size_t recordLength = 248;
-constexpr std::uint8_t focusType = 0x0D;
-
-std::string focusRecord(WindowNumber window, bool give) {
-  std::string record(recordLength, '\0');
-  record[lengthOffset] = static_cast<char>(recordLength);
-  record[typeOffset] = focusType;
-  for (std::size_t i = 0; i < 4; ++i) {
-    record[windowOffset + i] = static_cast<char>(window >> (8 * i));
-  }
-  record[focusOffset] = give ? 1 : 2;
-  return record;
-}
-
-std::string keyRecord(WindowNumber window, char type) {
-  std::string record = focusRecord(window, true);
-  record[typeOffset] = type;
-  record.replace(locationOffset, locationLength, locationLength, '\xFF');
-  record[keyOffset] = 0x10;
-  record[focusOffset] = 0;
-  return record;
-}
-
-WindowNumber windowOf(const std::string& record) {
-  WindowNumber window = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    window |= static_cast<WindowNumber>(static_cast<std::uint8_t>(record[windowOffset + i]))
-              << (8 * i);
-  }
-  return window;
-}
-
-std::string firstDifference(const std::string& record, const std::string& expected) {
-  if (record.size() != expected.size()) return "malformed record: wrong length";
-  for (std::size_t i = 0; i < record.size(); ++i) {
-    if (record[i] != expected[i]) return "malformed record: byte " + std::to_string(i);
-  }
-  return "";
 }
 
 }  // namespace
@@ -338,37 +292,6 @@ void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
       {mac.now, "event", pid, static_cast<WindowNumber>(fieldOf(event, Field::targetWindow)),
        nameOf(event.type), event.location, by == Route::privateRoute ? "private" : "public",
        landing.landed, std::move(landing.outcome)});
-}
-
-void takeRecord(Mac& mac, Pid pid, const std::string& record) {
-  const std::uint8_t type =
-      record.size() > typeOffset ? static_cast<std::uint8_t>(record[typeOffset]) : 0;
-  const WindowNumber window = record.size() >= recordLength ? windowOf(record) : 0;
-  const bool focus = type == focusType;
-  const bool give = record.size() > focusOffset && record[focusOffset] == 1;
-  const std::string expected =
-      focus ? focusRecord(window, give) : keyRecord(window, type == 2 ? 2 : 1);
-  std::string outcome = firstDifference(record, expected);
-  Application* application = findApplication(mac.world, pid);
-  const Window* target = findWindow(mac.world, window);
-  if (outcome.empty() && (application == nullptr || target == nullptr || target->owner != pid)) {
-    outcome = "no such window of the application";
-  }
-  const bool landed = outcome.empty();
-  if (landed && focus) {
-    if (give) {
-      application->focusByRecord = window;
-    } else if (application->focusByRecord == window) {
-      application->focusByRecord = 0;
-    }
-  } else if (landed && type == 2 && application->keyByRecord == window) {
-    application->focusedWindow = target->element;
-  } else if (landed) {
-    application->keyByRecord = window;
-  }
-  const std::string what = focus ? (give ? "give" : "take") : (type == 2 ? "second" : "first");
-  mac.journal.push_back({mac.now, focus ? "focus" : "key", pid, window, what, std::nullopt, "",
-                         landed, std::move(outcome)});
 }
 
 }  // namespace simulator

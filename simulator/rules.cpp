@@ -35,7 +35,12 @@ bool isPost(Function function) {
   return function == Function::publicPost || function == Function::privatePost;
 }
 
-EventImage eventOf(const Call& call) { return driver::unpack<EventImage>(call.arguments.at(1)); }
+const driver::Datum& argumentOf(const Call& call, std::size_t index) {
+  if (index >= call.arguments.size()) throw driver::MalformedDatum();
+  return call.arguments[index];
+}
+
+EventImage eventOf(const Call& call) { return driver::unpack<EventImage>(argumentOf(call, 1)); }
 
 bool isDown(std::uint32_t type) {
   return type == static_cast<std::uint32_t>(EventType::leftMouseDown) ||
@@ -121,7 +126,7 @@ void Rules::checkPace(const Call& call, Violations& violations) {
   if (owedSleep_) {
     const bool secondRoute = lastWasPrivatePost_ && call.function == Function::publicPost &&
                              posted_.identity == lastIdentity_;
-    const bool paid = isSleep && driver::unpack<std::uint32_t>(call.arguments.at(0)) == *owedSleep_;
+    const bool paid = isSleep && driver::unpack<std::uint32_t>(argumentOf(call, 0)) == *owedSleep_;
     if (paid) {
       owedSleep_.reset();
     } else if (!secondRoute) {
@@ -131,14 +136,14 @@ void Rules::checkPace(const Call& call, Violations& violations) {
   }
   lastWasPrivatePost_ = call.function == Function::privatePost;
   if (!isSleep) return;
-  const auto length = driver::unpack<std::uint32_t>(call.arguments.at(0));
+  const auto length = driver::unpack<std::uint32_t>(argumentOf(call, 0));
   if (std::find(knownWaits.begin(), knownWaits.end(), length) == knownWaits.end()) {
     violations.push_back("I5: a wait of " + std::to_string(length) + " us is never due");
   }
 }
 
 void Rules::checkPost(const Call& call, Violations& violations) {
-  const auto pid = driver::unpack<Pid>(call.arguments.at(0));
+  const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
   const EventImage& event = posted_;
   owedSleep_ = waitAfterPost;
   if (tagOf(event) != ownEventTag) violations.push_back("I3: an event without the own tag");
@@ -177,7 +182,7 @@ bool Rules::inScope(WindowNumber number) const {
 /// scope is captured.
 void Rules::checkScreenshot(const Call& call, Violations& violations) {
   if (command() != "capture") return;
-  const auto filter = driver::unpack<platform::WireFilter>(call.arguments.at(0));
+  const auto filter = driver::unpack<platform::WireFilter>(argumentOf(call, 0));
   Pid target = 0;
   for (const WindowNumber number : filter.windows) {
     const Window* window = findWindow(mac_.world, number);
@@ -205,7 +210,7 @@ void Rules::checkUserUntouched(const Call& call, Violations& violations) {
 /// I15: of one process, a run waits for two time-outs at most.
 void Rules::checkStall(const Call& call, const Answer& answer, Violations& violations) {
   if (!isMessage(call.function) || answer.delay < messagingTimeout) return;
-  const Pid pid = driver::unpack<platform::ElementReference>(call.arguments.at(0)).pid;
+  const Pid pid = driver::unpack<platform::ElementReference>(argumentOf(call, 0)).pid;
   if (++timeouts_[pid] > timeoutsMax) {
     violations.push_back("I15: a hung application is asked again");
   }
@@ -220,8 +225,8 @@ void Rules::noteSession(const Answer& answer) {
 }
 
 void Rules::noteRecord(const Call& call, const Answer& answer) {
-  const auto pid = static_cast<Pid>(driver::unpack<std::uint32_t>(call.arguments.at(1)));
-  const auto record = driver::unpack<std::string>(call.arguments.at(2));
+  const auto pid = static_cast<Pid>(driver::unpack<std::uint32_t>(argumentOf(call, 1)));
+  const auto record = driver::unpack<std::string>(argumentOf(call, 2));
   if (record.size() <= recordFocusOffset || record[recordTypeOffset] != focusRecordType) return;
   owedSleep_ = waitAfterFocusRecord;
   const bool accepted = driver::unpack<std::int32_t>(answer.value) == 0;
@@ -229,17 +234,19 @@ void Rules::noteRecord(const Call& call, const Answer& answer) {
     --given_[pid];
   } else if (accepted) {
     ++given_[pid];
+    sawInFront_.erase(pid);
   }
 }
 
 void Rules::noteSerial(const Call& call, const Answer& answer) {
   const auto serial = driver::unpack<std::vector<std::int64_t>>(answer.value);
   if (call.function == Function::processPid) {
-    if (serial.at(0) == 0) sawInFront_[static_cast<Pid>(serial.at(2))] = true;
+    const auto front = static_cast<Pid>(serial.at(2));
+    if (serial.at(0) == 0 && given_[front] > 0) sawInFront_.insert(front);
     return;
   }
   // Without a serial number no record can be posted: the attempt has been made.
-  const auto pid = driver::unpack<Pid>(call.arguments.at(0));
+  const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
   if (serial.at(0) != 0 && given_[pid] > 0) --given_[pid];
 }
 
@@ -284,9 +291,7 @@ void Rules::checkFocus(Violations& violations) const {
   for (const auto& [pid, count] : given_) {
     const auto held = client_.environment.find("CU_FOCUS_PID");
     const bool isHeld = held != client_.environment.end() && held->second == std::to_string(pid);
-    const auto seen = sawInFront_.find(pid);
-    const bool cameToFront = seen != sawInFront_.end() && seen->second;
-    if (count > 0 && !isHeld && !cameToFront) {
+    if (count > 0 && !isHeld && sawInFront_.count(pid) == 0) {
       violations.push_back("I10: focus was given and never taken back");
     }
     if (count < 0) violations.push_back("I10: focus was taken back more often than given");

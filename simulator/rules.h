@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,7 +69,7 @@ class Rules {
 
   // Focus.
   std::map<Pid, int> given_;  // gives less attempts to take back
-  std::map<Pid, bool> sawInFront_;
+  std::set<Pid> sawInFront_;  // since it was given focus
 
   // The rest.
   std::map<Pid, int> timeouts_;

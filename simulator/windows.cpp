@@ -52,6 +52,9 @@ void closeAlone(World& world, WindowNumber number) {
   if (Application* application = findApplication(world, window->owner)) {
     removeFromTree(world, *application, *window);
     removeElements(*application, number);
+    // Focus that was held for a window goes with it.
+    if (application->focusByRecord == number) application->focusByRecord = 0;
+    if (application->keyByRecord == number) application->keyByRecord = 0;
   }
   world.windows.erase(world.windows.begin() + (window - world.windows.data()));
 }

@@ -124,10 +124,11 @@ struct Application {
 
   // What event records and events have made of it.
   WindowNumber focusByRecord = 0;  // 0: it holds no focus by record
-  WindowNumber keyByRecord = 0;
+  WindowNumber keyByRecord = 0;    // 0: no first record of a pair waits for its second
   ClickProgress click;
   std::optional<Microseconds> lastPost;
   std::int64_t lastPostIdentity = -1;
+  bool lastPostTooSoon = false;
   bool lastPostTaken = false;
 };
 

@@ -31,6 +31,7 @@ TEST(capture, writes_a_picture_and_describes_its_geometry) {
                     R"("rect":{"height":600,"width":800,"x":100,"y":80},"running":true,)"
                     R"("windows":[{"bundle":"com.example.notes","height":600,"layer":0,)"
                     R"("owner":"Notes","title":"Inbox","width":800,"x":100,"y":80}]})"));
+  EXPECT_EQ(run.effects, "    0 ms  file " + folder.path("out.png") + "\n");
   EXPECT_EQ(run.elapsed, 0);
   const PictureFile picture = readPicture(folder.path("out.png"));
   EXPECT_EQ(picture.width, 1600);

@@ -64,6 +64,28 @@ TEST(pointer_withheld, from_each_event_of_a_click_on_when_the_session_becomes_un
   }
 }
 
+TEST(pointer_withheld, from_both_routes_of_a_click_into_chromium) {
+  // Each of the priming events takes both routes, each of the others one.
+  constexpr std::array<const char*, 6> posted = {"",
+                                                 "40 40",
+                                                 "40 40 67 67",
+                                                 "40 40 67 67 80 80",
+                                                 "40 40 67 67 80 80 192",
+                                                 "40 40 67 67 80 80 192 219"};
+  for (std::size_t event = 0; event < times.size(); ++event) {
+    const std::string time = "    at " + std::to_string(times[event] * 1000 - 1) + "us ";
+    SCOPED_TRACE(time);
+    TestMac locked(deskWith(time + "lock\n"));
+    TestMac ended(deskWith(time + "end process 900\n"));
+
+    EXPECT_EQ(seen(locked.driver("bg-click Chat 1010 325")), withheld);
+    EXPECT_EQ(seen(ended.driver("bg-click Chat 1010 325", {{"CU_CAPTURE_PID", "900"}})),
+              serviceGone);
+    EXPECT_EQ(postingTimes(locked), posted[event]);
+    EXPECT_EQ(postingTimes(ended), posted[event]);
+  }
+}
+
 TEST(pointer_withheld, from_a_click_that_was_complete_is_nothing) {
   TestMac mac(deskWith("    at 240ms lock\n"));
 

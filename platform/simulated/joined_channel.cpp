@@ -1,5 +1,7 @@
 #include "platform/simulated/joined_channel.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <vector>
@@ -7,9 +9,6 @@
 #include "platform/simulated/absent_channel.h"
 #include "platform/simulated/frames.h"
 #include "platform/simulated/socket_address.h"
-
-// The process's own variables, as POSIX has it.
-extern "C" char** environ;
 
 namespace simulated {
 

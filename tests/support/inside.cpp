@@ -65,6 +65,15 @@ std::vector<std::string> callsOf(const TestMac& mac, platform::Function function
   return lines;
 }
 
+std::vector<std::string> postedRecords(const TestMac& mac) {
+  std::vector<std::string> records;
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function != platform::Function::postRecord) continue;
+    records.push_back(driver::unpack<std::string>(entry.call.arguments.at(2)));
+  }
+  return records;
+}
+
 FixedAnswer::FixedAnswer(platform::Function function, driver::Datum answer)
     : underneath_(simulated::channel()), function_(function), answer_(std::move(answer)) {
   simulated::setChannel(this);

@@ -45,6 +45,9 @@ ax::Element applicationOf(const TestMac& mac, std::string_view application);
 /// the function's name on.
 std::vector<std::string> callsOf(const TestMac& mac, platform::Function function);
 
+/// The event records posted so far, in order, as the window server got them.
+std::vector<std::string> postedRecords(const TestMac& mac);
+
 /// While it lives, all calls of one function get the same answer, and are not made. It is used
 /// inside a function that `runInside` runs.
 class FixedAnswer : public platform::Channel {

@@ -1,0 +1,104 @@
+#include "capture/commands.h"
+
+#include <gtest/gtest.h>
+
+#include "main/globals.h"
+#include "platform/json.h"
+#include "tests/support/inside.h"
+#include "tests/support/temporary_folder.h"
+
+/// The runner as a long-lived process calls it: replies are returned, and the process goes on.
+namespace {
+
+using namespace testing_support;
+
+constexpr const char* desk = R"(
+    app Browser pid 40 frontmost
+    app Notes pid 41 bundle com.example.notes
+        window 7 "Inbox" at 100,100 size 200x200
+            AXCheckBox "Done" at 110,110 size 50x50
+)";
+
+std::string replyTo(TestMac& mac, driver::Arguments arguments) {
+  arguments.insert(arguments.begin(), "driver");
+  return valueInside(mac, [&] { return json::write(driver::captureCommand(arguments)); });
+}
+
+TEST(captureCommand, returns_its_reply_and_writes_nothing) {
+  TestMac mac(desk);
+
+  std::string reply;
+  const Result run = runInside(mac, [&] {
+    reply = json::write(driver::captureCommand({"driver", "bg-click", "pid:41", "120", "120"}));
+  });
+
+  EXPECT_EQ(reply, R"({"changed":true,"ok":true,"via":"background","window":7})");
+  EXPECT_EQ(seen(run), "0 ");
+  EXPECT_EQ(run.elapsed, 584'000);
+}
+
+TEST(captureCommand, may_run_again_and_again) {
+  TestMac mac(desk);
+  const TemporaryFolder folder;
+  std::string replies;
+
+  runInside(mac, [&] {
+    const driver::Arguments click = {"driver", "bg-click", "pid:41", "120", "120", "right"};
+    const driver::Arguments probe = {"driver", "capture-probe"};
+    const driver::Arguments missing = {"driver", "capture", "pid:99", folder.path("a.png")};
+    for (const auto& arguments : {click, probe, missing, click}) {
+      replies += json::write(driver::captureCommand(arguments)) + "\n";
+    }
+  });
+
+  EXPECT_EQ(replies, R"({"changed":false,"ok":true,"via":"background","window":7}
+{"ok":true}
+{"ok":true,"running":false}
+{"changed":false,"ok":true,"via":"background","window":7}
+)");
+}
+
+TEST(captureCommand, keeps_focus_that_the_process_holds) {
+  TestMac mac(desk);
+  mac.desktop().mac().world.applications[1].focusByRecord = 7;
+
+  const Result run = runInside(mac, [] {
+    driver::globals().heldInputFocus[41] = {1, 7};
+    driver::captureCommand({"driver", "bg-click", "pid:41", "120", "120"});
+  });
+
+  EXPECT_EQ(run.effects.find("focus"), std::string::npos);
+  EXPECT_EQ(run.elapsed, 404'000);
+}
+
+TEST(captureCommand, refuses_to_hold_focus_by_itself) {
+  TestMac mac(desk);
+
+  EXPECT_EQ(replyTo(mac, {"bg-focus-hold", "pid:41"}),
+            R"({"error":"input focus must be held by a capture session","ok":false})");
+}
+
+TEST(captureCommand, takes_any_other_name_for_the_probe) {
+  TestMac mac(desk);
+
+  EXPECT_EQ(replyTo(mac, {"capture-probe", "pid:41"}), R"({"ok":true})");
+}
+
+TEST(captureCommand, ends_the_process_on_wrong_arguments) {
+  TestMac mac(desk);
+
+  const Result run = runInside(mac, [] {
+    driver::captureCommand({"driver", "bg-scroll", "pid:41", "1", "2"});
+  });
+
+  EXPECT_EQ(seen(run), failure("usage: bg-scroll <app> <x> <y> [dx|x2] [dy|y2]"));
+}
+
+TEST(captureCommands, are_exactly_seven) {
+  std::string names;
+  for (const auto& form : driver::captureCommands) names += std::string(form.name) + " ";
+
+  EXPECT_EQ(names, "capture bg-click bg-scroll bg-move bg-drag bg-focus-hold capture-probe ");
+}
+
+}  // namespace

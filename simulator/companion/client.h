@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace companion {
+
+/// Sends a command to the Mac that SIMULATED_MAC names and prints what it gives, line by line.
+/// Status 0, or 1 after a line of JSON that says what is wrong. Throws Failure when there is no
+/// Mac.
+int controlCommand(const std::vector<std::string>& words);
+
+/// "screenshot" and the file that is to hold the picture.
+int screenshotCommand(const std::vector<std::string>& words);
+
+}  // namespace companion

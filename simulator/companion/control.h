@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/companion/scheduler.h"
+#include "simulator/desktop.h"
+
+namespace companion {
+
+using simulator::Desktop;
+
+/// What a command to the Mac gives.
+struct ControlAnswer {
+  bool ok = true;
+  std::vector<std::string> lines;  // for standard output; a picture instead for "screenshot"
+  Microseconds delay = 0;          // after which the answer is due
+};
+
+/// Carries out one command to the Mac, given as its words: "journal", "fault" and its text, a
+/// happening, and so on, as docs/SIMULATED_MAC.md lists them. What is wrong with a command is its
+/// answer.
+ControlAnswer control(Desktop& desktop, Scheduler::Time time,
+                      const std::vector<std::string>& words);
+
+}  // namespace companion

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <utility>
+
+namespace companion {
+
+/// An open descriptor with one owner, who closes it.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor();
+
+  /// -1 when nothing is open.
+  int number() const { return number_; }
+
+ private:
+  int number_ = -1;
+};
+
+}  // namespace companion

@@ -1,0 +1,83 @@
+#include "simulator/companion/run.h"
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+
+#include "simulator/companion/failure.h"
+#include "simulator/companion/options.h"
+#include "simulator/companion/server.h"
+#include "simulator/companion/signals.h"
+#include "simulator/companion/socket.h"
+
+namespace companion {
+
+namespace {
+
+constexpr int signalledBase = 128;
+
+[[noreturn]] void becomeCommand(const std::vector<std::string>& command) {
+  std::vector<char*> words;
+  words.reserve(command.size() + 1);
+  for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
+  words.push_back(nullptr);
+  execvp(words[0], words.data());
+  std::cout << failureLine(systemFailure("cannot run " + command[0]).what()) << std::endl;
+  _exit(1);
+}
+
+/// The command ends with this process, however that ends.
+pid_t start(const std::vector<std::string>& command, const std::string& socketName,
+            const Signals& signals) {
+  const pid_t parent = getpid();
+  const pid_t child = fork();
+  if (child < 0) throw systemFailure("cannot start a process");
+  if (child > 0) return child;
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (getppid() != parent) _exit(1);
+  signals.restore();
+  setenv("SIMULATED_MAC", socketName.c_str(), 1);
+  becomeCommand(command);
+}
+
+std::optional<int> statusOf(pid_t child) {
+  int status = 0;
+  if (waitpid(child, &status, WNOHANG) != child) return std::nullopt;
+  return WIFSIGNALED(status) ? signalledBase + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+/// What was sent to this process alone is meant for the command; what a terminal sends, the command
+/// gets by itself.
+void passOn(const signalfd_siginfo& signal, pid_t child) {
+  if (signal.ssi_code <= 0) kill(child, static_cast<int>(signal.ssi_signo));
+}
+
+}  // namespace
+
+int runCommand(const std::vector<std::string>& words) {
+  const Options options = runOptions(words);
+  simulator::World world = readWorld(options.world);
+  signal(SIGCHLD, SIG_DFL);
+  const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
+  const ListeningSocket socket(privateSocketName());
+  Server server(std::move(world), options.time, socket.descriptor());
+  const pid_t child = start(options.command, socket.name(), signals);
+
+  std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
+  while (true) {
+    server.turn(own);
+    while (const auto signal = signals.next()) {
+      if (signal->ssi_signo != SIGCHLD) {
+        passOn(*signal, child);
+      } else if (const auto status = statusOf(child)) {
+        return *status;
+      }
+    }
+  }
+}
+
+}  // namespace companion

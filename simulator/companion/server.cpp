@@ -1,0 +1,222 @@
+#include "simulator/companion/server.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "simulator/companion/control.h"
+#include "simulator/companion/socket.h"
+
+namespace companion {
+
+using driver::Datum;
+using driver::MalformedDatum;
+
+namespace {
+
+constexpr std::size_t clientsMax = 256;
+constexpr Microseconds microsecondsInSecond = 1'000'000;
+
+/// The texts of a message from its `first` part on.
+std::vector<std::string> texts(const Datum::List& parts, std::size_t first) {
+  std::vector<std::string> result;
+  for (std::size_t i = first; i < parts.size(); ++i) {
+    result.push_back(driver::unpack<std::string>(parts[i]));
+  }
+  return result;
+}
+
+std::map<std::string, std::string> variables(const std::vector<std::string>& settings) {
+  std::map<std::string, std::string> result;
+  for (const std::string& setting : settings) {
+    const std::size_t sign = setting.find('=');
+    if (sign != std::string::npos)
+      result.emplace(setting.substr(0, sign), setting.substr(sign + 1));
+  }
+  return result;
+}
+
+platform::Call callOf(const Datum::List& parts) {
+  if (parts.size() != 2) throw MalformedDatum();
+  const auto function = driver::unpack<std::int64_t>(parts[0]);
+  const auto count = static_cast<std::int64_t>(platform::functionNames.size());
+  if (function < 0 || function >= count) throw MalformedDatum();
+  return {static_cast<platform::Function>(function), driver::unpack<Datum::List>(parts[1])};
+}
+
+}  // namespace
+
+Server::Server(simulator::World world, Scheduler::Time time, int listeningDescriptor)
+    : desktop_(std::move(world)),
+      scheduler_(time),
+      listening_(listeningDescriptor),
+      start_(std::chrono::steady_clock::now()) {}
+
+Microseconds Server::elapsed() const {
+  const auto duration = std::chrono::steady_clock::now() - start_;
+  return std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
+}
+
+Microseconds Server::now() const {
+  return scheduler_.time() == Scheduler::Time::real ? elapsed() : desktop_.mac().now;
+}
+
+void Server::turn(std::vector<pollfd>& own) {
+  wakeDue();
+  waitForEvents(own);
+  dropGone();
+}
+
+/// Ends every wait that may end, in order; in virtual time that is what moves the clock.
+void Server::wakeDue() {
+  desktop_.advanceTo(now());
+  while (const auto wake = scheduler_.wake(now())) {
+    desktop_.advanceTo(wake->due);
+    const auto client = std::find_if(clients_.begin(), clients_.end(),
+                                     [&](const Client& each) { return each.flow == wake->flow; });
+    deliver(*client, *std::exchange(client->pending, std::nullopt));
+    takeMessages(*client);
+    dropGone();
+  }
+}
+
+bool Server::mayWaitForever() const {
+  if (scheduler_.time() == Scheduler::Time::virtualTime) return true;
+  return !scheduler_.nextDue() && !desktop_.nextScripted();
+}
+
+timespec Server::timeUntilNext() const {
+  constexpr Microseconds never = std::numeric_limits<Microseconds>::max();
+  const Microseconds next =
+      std::min(scheduler_.nextDue().value_or(never), desktop_.nextScripted().value_or(never));
+  const Microseconds left = std::max<Microseconds>(next - now(), 0);
+  return {left / microsecondsInSecond, left % microsecondsInSecond * 1000};
+}
+
+void Server::waitForEvents(std::vector<pollfd>& own) {
+  std::vector<pollfd> watched = own;
+  for (const Client& client : clients_) {
+    const bool listens = !client.pending && !client.connection.hasOutput() && !client.ended;
+    const int events = (listens ? POLLIN : 0) | (client.connection.hasOutput() ? POLLOUT : 0);
+    watched.push_back({client.connection.descriptor(), static_cast<short>(events), 0});
+  }
+  if (clients_.size() < clientsMax) watched.push_back({listening_, POLLIN, 0});
+
+  const timespec limit = timeUntilNext();
+  if (ppoll(watched.data(), watched.size(), mayWaitForever() ? nullptr : &limit, nullptr) <= 0) {
+    for (pollfd& each : own) each.revents = 0;
+    return;
+  }
+  std::copy_n(watched.begin(), own.size(), own.begin());
+  std::size_t next = own.size();
+  for (Client& client : clients_) {
+    const short events = watched[next++].revents;
+    if (events != 0) attend(client, events);
+  }
+  if (next < watched.size() && watched[next].revents != 0) acceptWaiting();
+}
+
+void Server::acceptWaiting() {
+  while (clients_.size() < clientsMax) {
+    Descriptor accepted = acceptFrom(listening_);
+    if (accepted.number() < 0) return;
+    clients_.emplace_back(std::move(accepted));
+  }
+}
+
+void Server::attend(Client& client, short events) {
+  if ((events & POLLOUT) != 0 && !client.connection.flush()) client.gone = true;
+  if ((events & POLLIN) != 0 && !client.connection.receive()) client.ended = true;
+  // Whoever has hung up cannot be answered any more.
+  if ((events & POLLIN) == 0 && (events & (POLLHUP | POLLERR | POLLNVAL)) != 0) client.gone = true;
+  takeMessages(client);
+}
+
+/// A process has one call at a time: the next is taken when the last has been answered.
+void Server::takeMessages(Client& client) {
+  try {
+    while (!client.gone && !client.pending && !client.connection.hasOutput()) {
+      const auto message = client.connection.next();
+      if (!message) {
+        client.gone = client.ended;
+        return;
+      }
+      handle(client, *message);
+    }
+  } catch (const MalformedDatum&) {
+    client.gone = true;
+  } catch (const std::out_of_range&) {
+    client.gone = true;  // a call with too few arguments
+  }
+}
+
+void Server::handle(Client& client, const Datum& message) {
+  const auto parts = driver::unpack<Datum::List>(message);
+  if (parts.empty()) throw MalformedDatum();
+  desktop_.advanceTo(now());
+  if (client.kind == Kind::process) {
+    handleCall(client, parts);
+    return;
+  }
+  const auto greeting = driver::unpack<std::string>(parts[0]);
+  if (greeting == "control") {
+    handleControl(client, parts);
+  } else if (greeting == "driver" && client.kind == Kind::unknown) {
+    join(client, parts);
+  } else {
+    throw MalformedDatum();
+  }
+}
+
+void Server::join(Client& client, const Datum::List& parts) {
+  if (parts.size() != 3) throw MalformedDatum();
+  auto arguments = driver::unpack<std::vector<std::string>>(parts[1]);
+  auto environment = variables(driver::unpack<std::vector<std::string>>(parts[2]));
+  client.kind = Kind::process;
+  client.member = desktop_.join(std::move(arguments), std::move(environment));
+  client.flow = scheduler_.join(Scheduler::Kind::process);
+  wait(client, driver::pack(desktop_.client(client.member).pid), now());
+}
+
+void Server::handleCall(Client& client, const Datum::List& parts) {
+  simulator::Answer given = desktop_.handle(client.member, callOf(parts));
+  answer(client, std::move(given.value), given.delay);
+}
+
+void Server::handleControl(Client& client, const Datum::List& parts) {
+  client.kind = Kind::control;
+  const ControlAnswer given = control(desktop_, scheduler_.time(), texts(parts, 1));
+  if (!client.flow) client.flow = scheduler_.join(Scheduler::Kind::watcher);
+  answer(client, Datum(Datum::List{driver::pack(given.ok), driver::pack(given.lines)}),
+         given.delay);
+}
+
+void Server::answer(Client& client, Datum value, Microseconds delay) {
+  if (delay > 0) {
+    wait(client, std::move(value), now() + delay);
+  } else {
+    deliver(client, value);
+  }
+}
+
+void Server::wait(Client& client, Datum value, Microseconds due) {
+  client.pending = std::move(value);
+  scheduler_.wait(*client.flow, due);
+}
+
+void Server::deliver(Client& client, const Datum& value) {
+  if (!client.connection.send(value)) client.gone = true;
+}
+
+void Server::dropGone() {
+  for (auto client = clients_.begin(); client != clients_.end();) {
+    if (!client->gone) {
+      ++client;
+      continue;
+    }
+    if (client->kind == Kind::process) desktop_.leave(client->member);
+    if (client->flow) scheduler_.leave(*client->flow);
+    client = clients_.erase(client);
+  }
+}
+
+}  // namespace companion

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <poll.h>
+
+#include <chrono>
+#include <list>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/companion/connection.h"
+#include "simulator/companion/scheduler.h"
+#include "simulator/desktop.h"
+
+namespace companion {
+
+/// A simulated Mac that processes join through a socket. One thread, and no wait but in `turn`. A
+/// process that breaks the protocol, or goes, disturbs no other.
+class Server {
+ public:
+  /// The Mac starts now. `listeningDescriptor` is borrowed, and outlives this object.
+  Server(simulator::World world, Scheduler::Time time, int listeningDescriptor);
+
+  /// Waits until something is to be done, for a process or on one of the caller's own descriptors
+  /// (whose `revents` are set), and does what the processes wait for.
+  void turn(std::vector<pollfd>& own);
+
+ private:
+  enum class Kind { unknown, process, control };
+
+  struct Client {
+    explicit Client(Descriptor descriptor) : connection(std::move(descriptor)) {}
+
+    Connection connection;
+    Kind kind = Kind::unknown;
+    std::size_t member = 0;  // of the desktop, for a process
+    std::optional<Scheduler::Flow> flow;
+    std::optional<driver::Datum> pending;  // the answer it waits for
+    bool ended = false;                    // nothing more will arrive
+    bool gone = false;
+  };
+
+  Microseconds elapsed() const;
+  Microseconds now() const;
+  timespec timeUntilNext() const;
+  bool mayWaitForever() const;
+
+  void wakeDue();
+  void waitForEvents(std::vector<pollfd>& own);
+  void acceptWaiting();
+  void attend(Client& client, short events);
+  void takeMessages(Client& client);
+  void handle(Client& client, const driver::Datum& message);
+  void join(Client& client, const driver::Datum::List& parts);
+  void handleCall(Client& client, const driver::Datum::List& parts);
+  void handleControl(Client& client, const driver::Datum::List& parts);
+  void answer(Client& client, driver::Datum value, Microseconds delay);
+  void wait(Client& client, driver::Datum value, Microseconds due);
+  static void deliver(Client& client, const driver::Datum& value);
+  void dropGone();
+
+  simulator::Desktop desktop_;
+  Scheduler scheduler_;
+  int listening_;
+  std::chrono::steady_clock::time_point start_;
+  std::list<Client> clients_;
+};
+
+}  // namespace companion

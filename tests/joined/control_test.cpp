@@ -1,0 +1,233 @@
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include "mac.h"
+#include "worlds.h"
+
+namespace joined {
+namespace {
+
+constexpr const char* done = "0 {\"ok\":true}\n";
+
+std::string session(bool locked, bool onConsole) {
+  const auto word = [](bool value) { return value ? "true" : "false"; };
+  return std::string("0 {\"locked\":") + word(locked) +
+         ",\"ok\":true,\"onConsole\":" + word(onConsole) + "}\n";
+}
+
+std::string failure(const std::string& message) {
+  return "1 {\"error\":\"" + message + "\",\"ok\":false}\n";
+}
+
+TEST(control, without_a_mac_says_so) {
+  EXPECT_EQ(seen(run({simulatedMacPath(), "lock"})),
+            failure("no simulated Mac to control: set SIMULATED_MAC to the socket that "
+                    "\\\"simulated-mac serve WORLD\\\" prints"));
+}
+
+TEST(control, explains_its_usage) {
+  const std::string path = simulatedMacPath();
+
+  EXPECT_EQ(
+      seen(run({path})),
+      failure(
+          "usage: simulated-mac run|serve|screenshot|state|journal|trace|violations|fault|advance|"
+          "user|lock|unlock|leave|return|quit|front|hang|recover|end|remove ...; "
+          "\\\"simulated-mac --help\\\" tells more"));
+  EXPECT_EQ(seen(run({path, "run", "world"})),
+            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(seen(run({path, "run", "world", "--"})),
+            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(
+      seen(run({path, "serve", "--frob", "world"})),
+      failure("usage: simulated-mac serve [--virtual] [--socket NAME] [--until-closed] WORLD"));
+  EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
+  EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
+}
+
+TEST(control, help_names_every_command) {
+  const Finished help = run({simulatedMacPath(), "--help"});
+
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.errors, "");
+  for (const char* name :
+       {"run",   "serve",   "screenshot", "state",   "journal", "trace", "violations",
+        "fault", "advance", "user",       "lock",    "unlock",  "leave", "return",
+        "quit",  "front",   "hang",       "recover", "end",     "remove"}) {
+    EXPECT_NE(help.output.find(std::string("\n  ") + name), std::string::npos) << name;
+  }
+}
+
+TEST(control, locks_and_unlocks) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"lock"})), done);
+  EXPECT_EQ(seen(mac.driver({"session"})), session(true, true));
+  EXPECT_EQ(seen(mac.command({"unlock"})), done);
+  EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+}
+
+TEST(control, leaves_the_console_and_returns) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"leave", "console"})), done);
+  EXPECT_EQ(seen(mac.driver({"session"})), session(false, false));
+  EXPECT_EQ(seen(mac.command({"return", "to", "console"})), done);
+  EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+}
+
+TEST(control, the_user_acts) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"user", "move", "10,20"})), done);
+  EXPECT_EQ(seen(mac.command({"user", "key", "#"})), done);
+  EXPECT_EQ(seen(mac.command({"user", "key", " "})), done);
+  EXPECT_EQ(seen(mac.command({"user", "key", "\""})), done);
+  EXPECT_EQ(seen(mac.command({"user", "click", "1000,300"})), done);
+  EXPECT_EQ(seen(mac.driver({"scene"})),
+            "0 {\"bundleId\":\"\",\"ok\":true,\"pid\":42,\"x\":1000,\"y\":300}\n");
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  happening user move 10,20
+    0 ms  happening user key "#"
+    0 ms  happening user key " "
+    0 ms  happening user key "\""
+    0 ms  happening user click 1000,300
+)");
+}
+
+TEST(control, the_state_is_the_users_own) {
+  const ServedMac mac(notes);
+  const std::string untouched =
+      "0 {\"front\":{\"name\":\"Browser\",\"pid\":40},"
+      "\"keyboard\":{\"element\":\"\",\"window\":5},\"locked\":false,\"ok\":true,"
+      "\"onConsole\":true,\"pointer\":{\"x\":0.0,\"y\":0.0}}\n";
+  EXPECT_EQ(seen(mac.command({"state"})), untouched);
+
+  mac.driver({"bg-click", "Notes", "130", "95"});
+  EXPECT_EQ(seen(mac.command({"state"})), untouched);
+
+  mac.command({"user", "move", "10,20.5"});
+  mac.command({"lock"});
+  mac.command({"leave", "console"});
+  mac.command({"quit", "Browser"});
+  mac.command({"quit", "Notes"});
+  mac.command({"quit", "Mail"});
+  EXPECT_EQ(seen(mac.command({"state"})),
+            "0 {\"front\":null,\"keyboard\":null,\"locked\":true,\"ok\":true,\"onConsole\":false,"
+            "\"pointer\":{\"x\":10.0,\"y\":20.5}}\n");
+}
+
+TEST(control, applications_come_and_go) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"front", "Notes"})), done);
+  EXPECT_EQ(seen(mac.driver({"scene"})),
+            "0 {\"bundleId\":\"com.example.notes\",\"ok\":true,\"pid\":41,\"x\":0,\"y\":0}\n");
+  EXPECT_EQ(seen(mac.command({"hang", "pid:42"})), done);
+  EXPECT_EQ(seen(mac.command({"recover", "Mail"})), done);
+  EXPECT_EQ(seen(mac.command({"quit", "Mail"})), done);
+  EXPECT_EQ(seen(mac.driver({"windows", "Mail"})),
+            "0 {\"ok\":true,\"running\":false,\"windows\":[]}\n");
+  EXPECT_EQ(seen(mac.command({"quit", "Mail"})), failure("no application 'Mail' is running"));
+  EXPECT_EQ(seen(mac.command({"quit", "My Mail"})), failure("no application 'My Mail' is running"));
+}
+
+TEST(control, a_fault_strikes_the_call_it_names) {
+  const ServedMac mac(notes);
+  mac.command({"user", "move", "10,20"});
+
+  EXPECT_EQ(seen(mac.command({"fault", "quartz.create-event", "2", "absent"})),
+            "0 {\"fault\":\"quartz.create-event 2 absent\",\"ok\":true}\n");
+
+  const std::string front = "0 {\"bundleId\":\"com.example.browser\",\"ok\":true,\"pid\":40,";
+  EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":10,\"y\":20}\n");
+  EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":0,\"y\":0}\n");
+  EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":10,\"y\":20}\n");
+}
+
+TEST(control, a_fault_is_one_text_or_several_words) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"fault", "any 1 before lock"})),
+            "0 {\"fault\":\"any 1 before lock\",\"ok\":true}\n");
+  EXPECT_EQ(seen(mac.driver({"session"})), session(true, true));
+  EXPECT_EQ(seen(mac.command({"fault", "frob", "1"})), failure("unknown function 'frob'"));
+}
+
+TEST(control, virtual_time_passes_when_it_is_advanced) {
+  const ServedMac mac(std::string(notes) + "at 100ms lock\n");
+
+  EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+  EXPECT_EQ(seen(mac.command({"advance", "99.999ms"})), "0 {\"now\":99.999,\"ok\":true}\n");
+  EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+  EXPECT_EQ(seen(mac.command({"advance", "1us"})), "0 {\"now\":100.0,\"ok\":true}\n");
+  EXPECT_EQ(seen(mac.driver({"session"})), session(true, true));
+  EXPECT_EQ(seen(mac.command({"journal"})),
+            "0 {\"at\":100.0,\"kind\":\"happening\",\"what\":\"lock\"}\n");
+}
+
+TEST(control, time_is_advanced_within_reason) {
+  const ServedMac mac(notes);
+  const ServedMac realTime(notes, {});
+
+  EXPECT_EQ(mac.command({"advance", "1000000000s"}).status, 0);
+  EXPECT_EQ(seen(mac.command({"advance", "1us"})), failure("a Mac does not run that long"));
+  EXPECT_EQ(mac.command({"advance", "soon"}).status, 1);
+  EXPECT_EQ(seen(realTime.command({"advance", "1s"})),
+            failure("this Mac runs in real time; only one started with --virtual can be advanced"));
+}
+
+TEST(control, the_trace_tells_every_call) {
+  const ServedMac mac(notes);
+  mac.driver({"permissions"});
+
+  EXPECT_EQ(seen(mac.command({"trace", "--text"})),
+            R"(0 0 ms #0 process.environment "CU_WINDOW" -> -
+0 ms #0 quartz.create-source -> 1
+0 ms #0 process.environment "ZENTROVE_COVER_GRACE" -> -
+0 ms #0 process.environment "ZENTROVE_COVER_OPERATING" -> -
+0 ms #0 process.environment "ZENTROVE_COVER_FACE" -> -
+0 ms #0 process.environment "ZENTROVE_COVER_NAME" -> -
+0 ms #0 process.full-user-name -> "Ada Lovelace"
+0 ms #0 process.given-name "Ada Lovelace" -> ["Ada"]
+0 ms #0 process.environment "CU_CAPTURE_PID" -> -
+0 ms #0 ax.trusted -> true
+0 ms #0 windowserver.capture-access -> true
+0 ms #0 streams.write-output "{"accessibility":true,"ok":true,"screenRecording":true}" -> true
+0 ms #0 streams.write-output "." -> true
+0 ms #0 process.exit 0 -> -
+)");
+  const Finished trace = mac.command({"trace"});
+  EXPECT_EQ(trace.output.substr(0, trace.output.find('\n')),
+            R"({"answer":null,"arguments":["CU_WINDOW"],"at":0.0,"call":"process.environment",)"
+            R"("faulty":false,"pid":5000000})");
+  EXPECT_EQ(seen(mac.command({"trace", "--frob"})), failure("unknown option: --frob"));
+}
+
+TEST(control, a_screenshot_is_a_picture_of_the_screens) {
+  const ServedMac mac(notes);
+  const Folder folder;
+  const std::string path = folder.path("screen.png");
+
+  EXPECT_EQ(seen(mac.command({"screenshot", path})), "0 {\"ok\":true,\"path\":\"" + path + "\"}\n");
+
+  cairo_surface_t* picture = cairo_image_surface_create_from_png(path.c_str());
+  EXPECT_EQ(cairo_surface_status(picture), CAIRO_STATUS_SUCCESS);
+  EXPECT_EQ(cairo_image_surface_get_width(picture), 2880);
+  EXPECT_EQ(cairo_image_surface_get_height(picture), 1800);
+  cairo_surface_destroy(picture);
+}
+
+TEST(control, a_screenshot_that_cannot_be_made_says_why) {
+  const ServedMac mac(notes);
+  const Folder folder;
+  const std::string path = folder.path("none/screen.png");
+
+  EXPECT_EQ(seen(mac.command({"screenshot", path})),
+            failure("cannot write " + path + ": No such file or directory"));
+  mac.command({"remove", "displays"});
+  EXPECT_EQ(seen(mac.command({"screenshot", folder.path("screen.png")})),
+            failure("there is no display to be seen"));
+}
+
+}  // namespace
+}  // namespace joined
