@@ -5,6 +5,7 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace text {
@@ -18,6 +19,11 @@ icu::UnicodeString unicode(std::string_view text) {
 std::string utf8(const icu::UnicodeString& text) {
   std::string result;
   return text.toUTF8String(result);
+}
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 bool isBlank(UChar32 c) { return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR; }
@@ -34,6 +40,7 @@ std::string lowercase(std::string_view text) {
 
 bool equal(std::string_view a, std::string_view b) {
   if (a == b) return true;
+  if (isAscii(a) && isAscii(b)) return false;
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* nfd = icu::Normalizer2::getNFDInstance(status);
   if (U_FAILURE(status)) return false;
