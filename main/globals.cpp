@@ -50,7 +50,7 @@ std::string firstWord(const std::string& text) {
 std::string startGuardOruName() {
   if (std::optional<std::string> name = nonEmptyVariable("ZENTROVE_COVER_NAME")) return *name;
   const std::string fullName = text::trimmedBlanks(repairedUtf8(process::fullUserName()));
-  const std::string givenName = repairedUtf8(process::givenName(fullName).value_or(""));
+  std::string givenName = repairedUtf8(process::givenName(fullName).value_or(""));
   if (!givenName.empty()) return givenName;
   std::string word = firstWord(fullName);
   return word.empty() ? repairedUtf8(process::loginName()) : word;

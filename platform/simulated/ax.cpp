@@ -6,7 +6,6 @@
 
 namespace ax {
 
-using driver::Datum;
 using platform::ElementReference;
 using platform::Function;
 using simulated::objectOf;
