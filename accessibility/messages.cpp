@@ -41,16 +41,13 @@ struct NumberReading {
 
 constexpr ax::Outcome notSent = {ax::Error::cannotComplete, false};
 
-// The time-out is six seconds; the system may start to count a little before we do.
-constexpr std::uint64_t timedOutNanoseconds = 5'900'000'000;
-
 NumberReading readNumber(Sky::AxGetWindow getWindow, const ax::Element& element) {
   NumberReading reading;
   const std::uint64_t start = loop::uptimeNanoseconds();
   reading.outcome.error = static_cast<ax::Error>(getWindow(element.get(), &reading.number));
   // This entry point does not tell a time-out from an early refusal: the clock does.
   reading.outcome.timedOut = reading.outcome.error == ax::Error::cannotComplete &&
-                             loop::uptimeNanoseconds() - start >= timedOutNanoseconds;
+                             loop::uptimeNanoseconds() - start >= ax::timedOutNanoseconds;
   return reading;
 }
 

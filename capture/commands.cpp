@@ -28,6 +28,8 @@ const CommandForm& formOf(const std::string& command) {
 }
 
 Reply captureReply(const Arguments& arguments) {
+  // A file of the repaired name would be another one.
+  if (globals().repairedArgs.contains(3)) fail("cannot write " + arguments[3]);
   try {
     return capture(arguments[2], arguments[3]);
   } catch (const platform::PlatformError& error) {

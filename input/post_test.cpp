@@ -21,8 +21,12 @@ constexpr const char* desk = R"(
 )";
 
 std::optional<quartz::Event> someEvent() {
-  return quartz::createMouseEvent(nullptr, quartz::EventType::mouseMoved, {130, 95},
-                                  quartz::MouseButton::left);
+  auto event = quartz::createMouseEvent(nullptr, quartz::EventType::mouseMoved, {130, 95},
+                                        quartz::MouseButton::left);
+  if (!event) return event;
+  quartz::clearFlags(*event);
+  quartz::setField(*event, quartz::Field::mouseEventNumber, 3);  // a move by itself
+  return event;
 }
 
 /// Posts one event to Notes by these routes.
@@ -76,9 +80,9 @@ TEST(postTarget, marks_the_event_as_the_tools_own) {
     ++posts;
     EXPECT_EQ(unpack<platform::Pid>(entry.call.arguments.at(0)), 41);
     const auto event = unpack<platform::EventImage>(entry.call.arguments.at(1));
-    ASSERT_EQ(event.publicFields.size(), 1U);
-    EXPECT_EQ(event.publicFields[0].field, 42U);
-    EXPECT_EQ(event.publicFields[0].value, 0x5A545256);
+    ASSERT_EQ(event.publicFields.size(), 2U);  // the first is of the event as it came
+    EXPECT_EQ(event.publicFields[1].field, 42U);
+    EXPECT_EQ(event.publicFields[1].value, 0x5A545256);
     EXPECT_TRUE(event.privateFields.empty());
   }
   EXPECT_EQ(posts, 2);

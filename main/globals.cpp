@@ -68,7 +68,10 @@ void initialise(const std::vector<std::string>& commandLine) {
   fresh->guardOperating = process::environment("ZENTROVE_COVER_OPERATING") == "1";
   fresh->guardOruFace = startGuardOruFace();
   fresh->guardOruName = startGuardOruName();
-  for (const std::string& word : commandLine) fresh->args.push_back(repairedUtf8(word));
+  for (const std::string& word : commandLine) {
+    if (!isUtf8(word)) fresh->repairedArgs.insert(fresh->args.size());
+    fresh->args.push_back(repairedUtf8(word));
+  }
 
   const std::unique_ptr<Globals> previous(std::exchange(current, fresh.release()));
 }

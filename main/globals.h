@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,9 @@ struct Globals {
   std::string guardOruName;
 
   Arguments args;
+
+  /// The positions in `args` of words that were no well-formed UTF-8.
+  std::set<std::size_t> repairedArgs;
 
   /// What was looked up of libraries and symbols so far; null is a final absence. Keys are
   /// constants of the caller.

@@ -61,8 +61,8 @@ TEST(emit, writes_the_line_and_its_end_one_after_the_other) {
   TestMac mac(desk);
   runInside(mac, [] { emit({{"ok", true}}); });
   EXPECT_EQ(callsOf(mac, Function::writeOutput),
-            (std::vector<std::string>{"streams.write-output \"{\"ok\":true}\" -> true",
-                                      "streams.write-output \".\" -> true"}));
+            (std::vector<std::string>{"streams.write-output \"{\"ok\":true}\" true -> true",
+                                      "streams.write-output \".\" true -> true"}));
 }
 
 TEST(emit, does_not_end_a_line_that_could_not_be_written) {

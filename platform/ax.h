@@ -55,6 +55,10 @@ enum class Error : std::int32_t {
   noValue = -25212,
 };
 
+/// A message that has not been answered for so long has run into the messaging time-out of six
+/// seconds; the system may start to count a little before its caller does.
+inline constexpr std::uint64_t timedOutNanoseconds = 5'900'000'000;
+
 /// How one message to an application went.
 struct Outcome {
   Error error = Error::success;

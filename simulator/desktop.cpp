@@ -48,7 +48,7 @@ std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, 
 
 }  // namespace
 
-Desktop::Desktop(World world, std::vector<Fault> faults) : mac_{std::move(world), 0, {}, 0} {
+Desktop::Desktop(World world, const std::vector<Fault>& faults) : mac_{std::move(world), 0, {}, 0} {
   for (const Fault& fault : faults) addFault(fault);
   advanceTo(0);
 }

@@ -26,7 +26,7 @@ struct TraceEntry {
 /// The simulated Mac with its only gate. It never waits: whoever drives it advances its clock.
 class Desktop {
  public:
-  explicit Desktop(World world, std::vector<Fault> faults = {});
+  explicit Desktop(World world, const std::vector<Fault>& faults = {});
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 

@@ -78,8 +78,8 @@ TEST(Desktop, gives_each_client_a_process_of_its_own_above_any_of_the_hosts) {
 TEST(Desktop, keeps_output_and_status_of_a_client) {
   Desktop desktop(parseWorld(desk));
   const std::size_t client = desktop.join({"driver", "session"}, {});
-  desktop.handle(client, {Function::writeOutput, {pack("{\"ok\":true}")}});
-  desktop.handle(client, {Function::writeOutput, {pack("\n")}});
+  desktop.handle(client, {Function::writeOutput, {pack("{\"ok\":true}"), pack(true)}});
+  desktop.handle(client, {Function::writeOutput, {pack("\n"), pack(true)}});
   desktop.handle(client, {Function::exit, {pack(0)}});
 
   EXPECT_EQ(desktop.client(client).output, "{\"ok\":true}\n");

@@ -3,7 +3,6 @@
 
 namespace simulator::calls {
 
-using driver::Datum;
 using driver::pack;
 
 namespace {

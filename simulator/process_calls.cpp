@@ -87,8 +87,9 @@ Answer givenName(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 }
 
 Answer writeOutput(Mac& /*mac*/, Client& client, const Arguments& arguments) {
-  client.output += arguments.text(0);
-  return {pack(true), 0};
+  const auto written = arguments.get<bool>(1);
+  if (written) client.output += arguments.text(0);
+  return {pack(written), 0};
 }
 
 Answer replaceFile(Mac& mac, Client& /*client*/, const Arguments& arguments) {

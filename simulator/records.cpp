@@ -86,10 +86,13 @@ void takeRecord(Mac& mac, Pid pid, const std::string& record) {
       record, focus ? focusRecord(window, give) : keyRecord(window, second ? 2 : 1));
   Application* application = findApplication(mac.world, pid);
   const Window* target = findWindow(mac.world, window);
-  const bool known = application != nullptr && target != nullptr && target->owner == pid;
-  if (fault.empty() && !known) fault = "no such window of the application";
-  if (fault.empty() && focus) changeFocus(*application, window, give);
-  if (fault.empty() && !focus) fault = takeKeyRecord(*application, *target, second);
+  if (application == nullptr || target == nullptr || target->owner != pid) {
+    if (fault.empty()) fault = "no such window of the application";
+  } else if (fault.empty() && focus) {
+    changeFocus(*application, window, give);
+  } else if (fault.empty()) {
+    fault = takeKeyRecord(*application, *target, second);
+  }
   const std::string what = focus ? (give ? "give" : "take") : (second ? "second" : "first");
   mac.journal.push_back({mac.now, focus ? "focus" : "key", pid, window, what, std::nullopt, "",
                          fault.empty(), std::move(fault)});

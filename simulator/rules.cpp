@@ -18,6 +18,11 @@ namespace {
 constexpr std::int64_t ownEventTag = 0x5A545256;
 constexpr std::uint32_t waitAfterPost = 12'000;
 constexpr std::uint32_t waitAfterFocusRecord = 40'000;
+constexpr std::uint32_t waitBetweenClicks = 80'000;
+constexpr std::uint32_t waitBeforePicture = 200'000;
+constexpr std::uint32_t waitAfterClick = 100'000;
+constexpr std::uint32_t waitAfterMotion = 50'000;
+constexpr std::int64_t pressEventNumber = 3;
 constexpr int timeoutsMax = 2;
 constexpr std::size_t recordTypeOffset = 0x08;
 constexpr std::size_t recordFocusOffset = 0x8A;
@@ -52,6 +57,27 @@ bool isUp(std::uint32_t type) {
          type == static_cast<std::uint32_t>(EventType::rightMouseUp);
 }
 
+std::int64_t numberOf(const EventImage& event) {
+  return fieldOf(event, quartz::Field::mouseEventNumber);
+}
+
+/// A scroll or a move by itself, no part of a click.
+bool isMotion(const EventImage& event) {
+  const auto type = static_cast<EventType>(event.type);
+  return type == EventType::scrollWheel ||
+         (type == EventType::mouseMoved && numberOf(event) == pressEventNumber);
+}
+
+/// The waits that an operation owes: that of every post, and that of its step in a click. Between
+/// two clicks 80 ms pass, which the next press shows.
+std::vector<std::uint32_t> waitsAfter(const EventImage& event) {
+  if (isMotion(event)) return {waitAfterPost};
+  if (static_cast<EventType>(event.type) == EventType::mouseMoved) return {waitAfterPost, 15'000};
+  if (isDown(event.type)) return {waitAfterPost, 1'000};
+  if (numberOf(event) != pressEventNumber) return {waitAfterPost, 100'000};
+  return {waitAfterPost};
+}
+
 std::int64_t tagOf(const EventImage& event) {
   return fieldOf(event, quartz::Field::sourceUserData);
 }
@@ -82,6 +108,8 @@ bool Rules::isInputCommand() const { return command().compare(0, 3, "bg-") == 0;
 void Rules::before(const Call& call, Violations& violations) {
   pointerBefore_ = mac_.world.pointer;
   frontBefore_ = mac_.world.frontmost;
+  const Application* front = findApplication(mac_.world, frontBefore_);
+  keyboardBefore_ = front == nullptr ? 0 : front->focusedWindow;
   if (isPost(call.function)) posted_ = eventOf(call);
   checkPace(call, violations);
   if (isPost(call.function)) checkPost(call, violations);
@@ -119,43 +147,62 @@ void Rules::after(const Call& call, const Answer& answer, bool /*faulty*/, Viola
   }
 }
 
-/// I5: the wait owed by a post operation or a focus record comes right after it, and no wait is
+/// I5: the waits owed by a post operation or a focus record come right after it, and no wait is
 /// longer than told.
 void Rules::checkPace(const Call& call, Violations& violations) {
   const bool isSleep = call.function == Function::sleep;
-  if (owedSleep_) {
-    const bool secondRoute = lastWasPrivatePost_ && call.function == Function::publicPost &&
-                             posted_.identity == lastIdentity_;
-    const bool paid = isSleep && driver::unpack<std::uint32_t>(argumentOf(call, 0)) == *owedSleep_;
-    if (paid) {
-      owedSleep_.reset();
-    } else if (!secondRoute) {
-      violations.push_back("I5: a wait of " + std::to_string(*owedSleep_) + " us is missing");
-      owedSleep_.reset();
-    }
+  const auto length = isSleep ? driver::unpack<std::uint32_t>(argumentOf(call, 0)) : 0;
+  const bool secondRoute = lastWasPrivatePost_ && call.function == Function::publicPost &&
+                           posted_.identity == lastIdentity_;
+  if (!owedSleeps_.empty() && isSleep && length == owedSleeps_.front()) {
+    owedSleeps_.erase(owedSleeps_.begin());
+  } else if (!owedSleeps_.empty() && !secondRoute) {
+    violations.push_back("I5: a wait of " + std::to_string(owedSleeps_.front()) + " us is missing");
+    owedSleeps_.clear();
   }
   lastWasPrivatePost_ = call.function == Function::privatePost;
-  if (!isSleep) return;
-  const auto length = driver::unpack<std::uint32_t>(argumentOf(call, 0));
+  if (!isSleep) {
+    checkPauseBefore(call, violations);
+    return;
+  }
+  lastSleep_ = length;
   if (std::find(knownWaits.begin(), knownWaits.end(), length) == knownWaits.end()) {
     violations.push_back("I5: a wait of " + std::to_string(length) + " us is never due");
+  }
+}
+
+/// I5: after input a picture is taken only 200 ms later, and focus is taken back only 100 ms after
+/// a click and 50 ms after a scroll or move, unless the run is failing.
+void Rules::checkPauseBefore(const Call& call, Violations& violations) {
+  if (!lastIdentity_) return;
+  if (call.function == Function::shareContent && lastSleep_ != waitBeforePicture) {
+    violations.push_back("I5: a picture without the wait before it");
+  }
+  if (call.function != Function::postRecord || livenessFailed_) return;
+  const auto record = driver::unpack<std::string>(argumentOf(call, 2));
+  const bool taken = record.size() > recordFocusOffset &&
+                     record[recordTypeOffset] == focusRecordType && record[recordFocusOffset] == 2;
+  const bool motion = isMotion(posted_);
+  if (taken && lastSleep_ != (motion ? waitAfterMotion : waitAfterClick)) {
+    violations.push_back("I5: focus is taken back without the wait before it");
   }
 }
 
 void Rules::checkPost(const Call& call, Violations& violations) {
   const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
   const EventImage& event = posted_;
-  owedSleep_ = waitAfterPost;
+  owedSleeps_ = waitsAfter(event);
   if (tagOf(event) != ownEventTag) violations.push_back("I3: an event without the own tag");
+  if (!event.flagsCleared) violations.push_back("I3: an event with the user's modifiers");
   if (postedTo_ && *postedTo_ != pid) violations.push_back("I3: events to two processes");
   postedTo_ = pid;
   if (lastIdentity_ == event.identity) return;  // the second route of one operation
   lastIdentity_ = event.identity;
-  checkOperation(pid, event, violations);
+  checkOperation(event, violations);
 }
 
 /// One post operation, whichever routes it takes.
-void Rules::checkOperation(Pid /*pid*/, const EventImage& event, Violations& violations) {
+void Rules::checkOperation(const EventImage& event, Violations& violations) {
   if (checkedUnusable_) violations.push_back("I1: posted after a check found no usable session");
   if (!usable(mac_.world.session) && ++operationsWhileUnusable_ > 1) {
     violations.push_back("I1: two operations without a session check between them");
@@ -164,6 +211,10 @@ void Rules::checkOperation(Pid /*pid*/, const EventImage& event, Violations& vio
   const std::optional<Pid> service = servicePid(client_);
   if (service && mac_.world.processes.count(*service) == 0 && ++operationsAfterDeath_ > 1) {
     violations.push_back("I2: two operations after the service's death");
+  }
+  const bool secondClick = isDown(event.type) && fieldOf(event, quartz::Field::clickState) == 2;
+  if (secondClick && lastSleep_ != waitBetweenClicks && !creationFailed_) {
+    violations.push_back("I5: a second click without the wait before it");
   }
   if (isDown(event.type)) ++pressed_[event.type];
   if (isUp(event.type)) --pressed_[event.type - 1];
@@ -194,16 +245,20 @@ void Rules::checkScreenshot(const Call& call, Violations& violations) {
   }
 }
 
-/// I3: no call moves the user's pointer or front application. An application that quits by its own
-/// reaction gives way to another.
+/// I3: no call moves the user's pointer, front application or key window, unless the front
+/// application is the target itself, which may react by changing its window or quitting.
 void Rules::checkUserUntouched(const Call& call, Violations& violations) {
   if (mac_.world.pointer != pointerBefore_) {
     violations.push_back("I3: the user's pointer moved");
   }
-  const bool frontQuit = isPost(call.function) && frontBefore_ != 0 &&
-                         findApplication(mac_.world, frontBefore_) == nullptr;
-  if (mac_.world.frontmost != frontBefore_ && !frontQuit) {
+  if (isPost(call.function) && postedTo_ == frontBefore_) return;
+  if (mac_.world.frontmost != frontBefore_) {
     violations.push_back("I3: the front application changed");
+    return;
+  }
+  const Application* front = findApplication(mac_.world, frontBefore_);
+  if (front != nullptr && front->focusedWindow != keyboardBefore_) {
+    violations.push_back("I3: the user's key window changed");
   }
 }
 
@@ -228,7 +283,7 @@ void Rules::noteRecord(const Call& call, const Answer& answer) {
   const auto pid = static_cast<Pid>(driver::unpack<std::uint32_t>(argumentOf(call, 1)));
   const auto record = driver::unpack<std::string>(argumentOf(call, 2));
   if (record.size() <= recordFocusOffset || record[recordTypeOffset] != focusRecordType) return;
-  owedSleep_ = waitAfterFocusRecord;
+  owedSleeps_ = {waitAfterFocusRecord};
   const bool accepted = driver::unpack<std::int32_t>(answer.value) == 0;
   if (record[recordFocusOffset] == 2) {
     --given_[pid];
@@ -254,7 +309,8 @@ void Rules::finish(Violations& violations) {
   if (finished_) return;
   finished_ = true;
   if (!client_.exited) return;  // killed: nothing was in its hands any more
-  if (owedSleep_) violations.push_back("I5: ended without the wait after a post or record");
+  if (!owedSleeps_.empty())
+    violations.push_back("I5: ended without the wait after a post or record");
   if (!outputRefused_) checkReply(violations);
   checkButtons(violations);
   checkFocus(violations);

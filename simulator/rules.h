@@ -32,7 +32,8 @@ class Rules {
  private:
   void checkPace(const platform::Call& call, Violations& violations);
   void checkPost(const platform::Call& call, Violations& violations);
-  void checkOperation(Pid pid, const platform::EventImage& event, Violations& violations);
+  void checkOperation(const platform::EventImage& event, Violations& violations);
+  void checkPauseBefore(const platform::Call& call, Violations& violations);
   void checkUserUntouched(const platform::Call& call, Violations& violations);
   void checkStall(const platform::Call& call, const Answer& answer, Violations& violations);
   void checkScreenshot(const platform::Call& call, Violations& violations);
@@ -62,7 +63,8 @@ class Rules {
   platform::EventImage posted_;  // the event of the present call, when it is a post
   std::optional<std::int64_t> lastIdentity_;
   bool lastWasPrivatePost_ = false;
-  std::optional<std::uint32_t> owedSleep_;  // the wait that must come next, in microseconds
+  std::vector<std::uint32_t> owedSleeps_;  // the waits that must come next, in microseconds
+  std::uint32_t lastSleep_ = 0;
   std::optional<Pid> postedTo_;
   std::map<std::uint32_t, int> pressed_;  // downs less ups, by the type of the down
   bool creationFailed_ = false;
@@ -77,6 +79,7 @@ class Rules {
   bool fileReplaced_ = false;
   Point pointerBefore_;
   Pid frontBefore_ = 0;
+  ElementId keyboardBefore_ = 0;  // the front application's focused window
 };
 
 }  // namespace simulator

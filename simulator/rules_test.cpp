@@ -166,6 +166,7 @@ TEST_F(BrokenRun, that_leaves_a_button_down_or_up_twice) {
     for (const std::uint32_t type : types) {
       rules.before({Function::privatePost, {pack(Pid{41}), pack(event(type))}}, violations);
       rules.before({Function::sleep, {pack(12'000)}}, violations);
+      if (type != leftUp) rules.before({Function::sleep, {pack(1'000)}}, violations);
     }
     client_.exited = true;
     client_.output = refused;
@@ -226,5 +227,57 @@ TEST_F(BrokenRun, that_ends_without_the_wait_after_an_event) {
 }
 
 }  // namespace
+
+TEST_F(BrokenRun, that_posts_with_the_users_modifiers) {
+  auto held = event(moved);
+  held.flagsCleared = false;
+  post(held);
+
+  EXPECT_EQ(end(), Sentences{"I3: an event with the user's modifiers"});
+}
+
+TEST_F(BrokenRun, that_changes_the_users_key_window) {
+  before(Function::session, {});
+  mac_.world.applications[0].focusedWindow = 0;
+  after(Function::session, {}, pack(std::optional(windowserver::Session{})));
+
+  EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
+}
+
+TEST_F(BrokenRun, that_hurries_through_a_click) {
+  postOnly(event(leftDown));
+  sleep(12'000);
+  postOnly(event(leftUp));
+  sleep(12'000);
+
+  EXPECT_EQ(end(), Sentences{"I5: a wait of 1000 us is missing"});
+}
+
+TEST_F(BrokenRun, that_hurries_to_the_second_click) {
+  auto second = event(leftDown);
+  second.privateFields.push_back({1, 2});
+  post(event(leftDown));
+  post(event(leftUp));
+  post(second);
+  post(event(leftUp));
+
+  EXPECT_EQ(end(), Sentences{"I5: a second click without the wait before it"});
+}
+
+TEST_F(BrokenRun, that_takes_focus_back_at_once) {
+  focusRecord(true);
+  post(event(leftDown));
+  post(event(leftUp));
+  focusRecord(false);
+
+  EXPECT_EQ(end(), Sentences{"I5: focus is taken back without the wait before it"});
+}
+
+TEST_F(BrokenRun, that_takes_a_picture_at_once_after_input) {
+  post(event(moved));
+  call(Function::shareContent, {pack(0)});
+
+  EXPECT_EQ(end(), Sentences{"I5: a picture without the wait before it"});
+}
 
 }  // namespace simulator

@@ -4,7 +4,6 @@
 
 namespace simulator::calls {
 
-using driver::Datum;
 using driver::pack;
 
 namespace {

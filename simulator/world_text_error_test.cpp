@@ -65,6 +65,7 @@ TEST(WorldTextErrors, of_statements) {
       {"user Ada", "line 1: 'user' needs a quoted name, not 'Ada'"},
       {"user \"Ada\" name", "line 1: unknown word 'name'; expected login, unparsable"},
       {"pointer 1;2", "line 1: 'pointer' needs X,Y, not '1'"},
+      {"pointer nan,2", "line 1: 'pointer' needs X,Y, not 'nan,2'"},
       {"pointer \"1,2\"", "line 1: 'pointer' needs X,Y, not \"1,2\""},
       {"display 0 9x9", "line 1: 'display' needs a number from 1 on, not '0'"},
       {"display 1 big", "line 1: 'display' needs WIDTHxHEIGHT, not 'big'"},

@@ -66,12 +66,12 @@ constexpr std::array<Option<Reading>, 3> userOptions = {{
     {"click",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::userClick;
-       reading.happening.point = words.point("click");
+       reading.happening.point = words.finitePoint("click");
      }},
     {"move",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::userMove;
-       reading.happening.point = words.point("move");
+       reading.happening.point = words.finitePoint("move");
      }},
 }};
 

@@ -84,7 +84,9 @@ constexpr std::array<Option<WorldBuilder>, 11> statements = {{
        readOptions(words, userOptions, user);
      }},
     {"pointer",
-     [](Words& words, WorldBuilder& builder) { builder.world().pointer = words.point("pointer"); }},
+     [](Words& words, WorldBuilder& builder) {
+       builder.world().pointer = words.finitePoint("pointer");
+     }},
     {"display", readDisplay},
     {"deny",
      [](Words& words, WorldBuilder& builder) {

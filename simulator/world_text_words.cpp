@@ -146,6 +146,14 @@ Point Words::point(const char* owner) {
   return {x, y};
 }
 
+Point Words::finitePoint(const char* owner) {
+  const auto [x, y] = parsed(owner, "X,Y", [](auto text) {
+    auto pair = numbers(text, ',');
+    return pair && std::isfinite(pair->first) && std::isfinite(pair->second) ? pair : std::nullopt;
+  });
+  return {x, y};
+}
+
 Size Words::size(const char* owner) {
   const auto [width, height] =
       parsed(owner, "WIDTHxHEIGHT", [](auto text) { return numbers(text, 'x'); });

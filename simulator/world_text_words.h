@@ -54,6 +54,7 @@ class Words {
   std::int64_t integer(const char* owner, const char* what, std::int64_t least, std::int64_t most);
   double number(const char* owner, const char* what);
   Point point(const char* owner);
+  Point finitePoint(const char* owner);
   Size size(const char* owner);
   Rect rect(const char* owner);
   ax::Range range(const char* owner);

@@ -163,4 +163,13 @@ TEST(capture_file, may_have_any_name) {
   EXPECT_EQ(folder.names(), Names{name});
 }
 
+TEST(capture_file, is_not_written_under_another_name_than_the_one_given) {
+  const TemporaryFolder folder;
+
+  const Result run = captureTo(folder.path("bad\xFF.png"));
+
+  EXPECT_EQ(seen(run), cannotWrite(folder.path("bad\uFFFD.png")));
+  EXPECT_TRUE(fs::is_empty(folder.path("")));
+}
+
 }  // namespace

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 
 #include "simulator/world_text.h"
@@ -43,8 +47,34 @@ std::ostream& operator<<(std::ostream& out, const Scenario& scenario) {
   return out << scenario.name;
 }
 
-std::string outputPath() {
-  return (std::filesystem::temp_directory_path() / "driver-sweep.png").string();
+/// A folder of this process alone, for the pictures.
+const std::filesystem::path& outputFolder() {
+  static const std::filesystem::path folder = [] {
+    auto path =
+        std::filesystem::temp_directory_path() / ("driver-sweep-" + std::to_string(getpid()));
+    std::filesystem::create_directory(path);
+    return path;
+  }();
+  return folder;
+}
+
+std::string outputPath() { return (outputFolder() / "out.png").string(); }
+
+void writeOldFile() { std::ofstream(outputPath()) << "old"; }
+
+std::string contentsOfFile() {
+  std::ifstream file(outputPath());
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A failed run leaves the old file as it was, and none leaves anything beside it.
+void checkFiles(const Result& result) {
+  const bool succeeded = result.output.find("\"ok\":true") != std::string::npos;
+  if (!succeeded) {
+    EXPECT_EQ(contentsOfFile(), "old");
+  }
+  const auto entries = std::filesystem::directory_iterator(outputFolder());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
 }
 
 std::vector<Scenario> scenarios() {
@@ -96,7 +126,9 @@ std::vector<platform::Function> recordedCalls(const Scenario& scenario) {
 void runWith(const Scenario& scenario, const simulator::Fault& fault) {
   SCOPED_TRACE("driver " + scenario.commandLine + ", fault: " + simulator::faultText(fault));
   TestMac mac(world(), {fault}, Mode::direct);
-  mac.driver(scenario.commandLine, scenario.environment);
+  writeOldFile();
+  const Result result = mac.driver(scenario.commandLine, scenario.environment);
+  if (!result.output.empty()) checkFiles(result);
 }
 
 class fault_sweep : public testing::TestWithParam<Scenario> {};

@@ -28,8 +28,6 @@ static_assert(sameNumber(Error::apiDisabled, kAXErrorAPIDisabled));
 static_assert(sameNumber(Error::noValue, kAXErrorNoValue));
 
 constexpr float messagingTimeoutSeconds = 6;
-// The system counts whole milliseconds, and may start to count a little before we do.
-constexpr std::uint64_t timedOutNanoseconds = 5'900'000'000;
 constexpr AXCopyMultipleAttributeOptions readAllAttributes = 0;
 
 AXUIElementRef native(const Element& element) { return static_cast<AXUIElementRef>(element.get()); }

@@ -2,6 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -16,8 +17,10 @@ namespace macos {
 template <class Result>
 class Completion {
  public:
-  /// Called once, by the handler, on any thread. Without a result there is an error.
+  /// Called by the handler, on any thread. Without a result there is an error. Only the first call
+  /// counts.
   void arrive(Result result, NSError* error) {
+    if (hasArrived_.exchange(true)) return;
     result_ = std::move(result);
     error_ = error;
     dispatch_semaphore_signal(arrived_);
@@ -41,6 +44,7 @@ class Completion {
     return optionalText(error_.description).value_or("the system gave no answer");
   }
 
+  std::atomic<bool> hasArrived_ = false;
   dispatch_semaphore_t arrived_ = dispatch_semaphore_create(0);
   Result result_ = {};
   NSError* error_ = nil;

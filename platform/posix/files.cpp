@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -46,9 +47,22 @@ bool fill(int descriptor, std::string_view contents, std::optional<mode_t> permi
   return writeAll(descriptor, contents);
 }
 
+/// While it lives, a file beyond the process's size limit is an error and no signal.
+class FileSizeSignalIgnored {
+ public:
+  FileSizeSignalIgnored() : previous_(signal(SIGXFSZ, SIG_IGN)) {}
+  FileSizeSignalIgnored(const FileSizeSignalIgnored&) = delete;
+  FileSizeSignalIgnored& operator=(const FileSizeSignalIgnored&) = delete;
+  ~FileSizeSignalIgnored() { signal(SIGXFSZ, previous_); }
+
+ private:
+  void (*previous_)(int);
+};
+
 bool writeNewFile(const std::string& path, std::string_view contents,
                   std::optional<mode_t> permissions) {
   const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+  const FileSizeSignalIgnored ignored;
   const int descriptor = open(path.c_str(), flags, newFilePermissions);
   if (descriptor < 0) return false;
   const bool filled = fill(descriptor, contents, permissions);

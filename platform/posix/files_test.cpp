@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -159,4 +160,19 @@ TEST_F(Files, fileExists_follows_links) {
   EXPECT_TRUE(posix::fileExists(path("")));
   EXPECT_FALSE(posix::fileExists(path("broken")));
   EXPECT_FALSE(posix::fileExists(path("missing")));
+}
+
+TEST_F(Files, replaceFile_beyond_the_size_limit_is_refused_and_leaves_nothing) {
+  write("out", "old");
+  rlimit before = {};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small = {8, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+
+  const bool replaced = posix::replaceFile(path("out"), "longer than eight bytes");
+
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_FALSE(replaced);
+  EXPECT_EQ(read("out"), "old");
+  EXPECT_EQ(names(), Names{"out"});
 }

@@ -32,7 +32,7 @@ Datum AbsentChannel::call(platform::Call call) {
     case Function::environment:
       return ownEnvironment(call);
     case Function::writeOutput:
-      return driver::pack(true);
+      return call.arguments.at(1);
     case Function::fullUserName:
     case Function::loginName:
       return driver::pack(std::string());

@@ -64,9 +64,9 @@ std::int32_t processPid(const SerialNumber* serial, Pid* pid) {
   return static_cast<std::int32_t>(answer.status);
 }
 
-std::int32_t axGetWindow(const void* element, std::uint32_t* window) {
-  const Serial answer = unpackSerial(
-      ask(Function::axGetWindow, *static_cast<const platform::ElementReference*>(element)));
+std::int32_t axGetWindow(void* element, std::uint32_t* window) {
+  const Serial answer =
+      unpackSerial(ask(Function::axGetWindow, *static_cast<platform::ElementReference*>(element)));
   if (answer.status == 0) *window = answer.low;
   return static_cast<std::int32_t>(answer.status);
 }

@@ -1,5 +1,6 @@
 #include "platform/simulated/socket_address.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstddef>
@@ -21,10 +22,23 @@ std::optional<SocketAddress> socketAddress(const std::string& name) {
   return result;
 }
 
+namespace {
+
+/// The descriptor under another number when it took that of a standard stream that was closed: what
+/// is written to standard output must not go to it.
+int aboveStandardStreams(int descriptor) {
+  if (descriptor < 0 || descriptor > STDERR_FILENO) return descriptor;
+  const int above = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  close(descriptor);
+  return above;
+}
+
+}  // namespace
+
 int connectToSocket(const std::string& name) {
   const auto address = socketAddress(name);
   if (!address) return -1;
-  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int descriptor = aboveStandardStreams(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
   if (descriptor < 0) return -1;
   const auto* raw = reinterpret_cast<const sockaddr*>(&address->address);
   if (connect(descriptor, raw, address->length) != 0) {

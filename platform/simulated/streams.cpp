@@ -12,8 +12,9 @@ using platform::Function;
 using simulated::askFor;
 
 bool writeOutput(std::string_view bytes) {
-  if (!askFor<bool>(Function::writeOutput, bytes)) return false;
-  return simulated::channel().keepsOutput() || posix::writeAll(STDOUT_FILENO, bytes);
+  // The simulated Mac is told how the write went, for its record.
+  const bool written = simulated::channel().keepsOutput() || posix::writeAll(STDOUT_FILENO, bytes);
+  return askFor<bool>(Function::writeOutput, bytes, written);
 }
 
 // The file is a real one: the simulated Mac only says whether the write goes through.

@@ -35,7 +35,7 @@ ControlAnswer line(const json& object) {
 
 ControlAnswer screenshot(const Request& request) {
   auto png = simulator::drawPng(simulator::screenPicture(request.desktop.mac().world));
-  if (!png) throw Failure("there is no display to be seen");
+  if (!png) throw Failure("no display can be seen, or they are larger than 16,384 pixels");
   return {true, {std::move(*png)}, 0};
 }
 

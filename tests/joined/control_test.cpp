@@ -192,8 +192,8 @@ TEST(control, the_trace_tells_every_call) {
 0 ms #0 process.environment "CU_CAPTURE_PID" -> -
 0 ms #0 ax.trusted -> true
 0 ms #0 windowserver.capture-access -> true
-0 ms #0 streams.write-output "{"accessibility":true,"ok":true,"screenRecording":true}" -> true
-0 ms #0 streams.write-output "." -> true
+0 ms #0 streams.write-output "{"accessibility":true,"ok":true,"screenRecording":true}" true -> true
+0 ms #0 streams.write-output "." true -> true
 0 ms #0 process.exit 0 -> -
 )");
   const Finished trace = mac.command({"trace"});
@@ -226,7 +226,7 @@ TEST(control, a_screenshot_that_cannot_be_made_says_why) {
             failure("cannot write " + path + ": No such file or directory"));
   mac.command({"remove", "displays"});
   EXPECT_EQ(seen(mac.command({"screenshot", folder.path("screen.png")})),
-            failure("there is no display to be seen"));
+            failure("no display can be seen, or they are larger than 16,384 pixels"));
 }
 
 }  // namespace

@@ -104,6 +104,17 @@ TEST(driver, replies_once_when_the_mac_goes_in_the_middle_of_its_reply) {
   EXPECT_EQ(seen(sessionOnMacThatGoes(exitFunction, 1)), reply);
 }
 
+TEST(driver, that_cannot_write_its_reply_breaks_no_rule) {
+  const ServedMac mac(notes);
+
+  for (const char* output : {"&-", "/dev/full"}) {
+    const std::string command = std::string("exec \"$0\" session >") + output;
+    EXPECT_EQ(seen(run({"/bin/sh", "-c", command, driverPath()}, mac.environment())), "0 ");
+  }
+
+  EXPECT_EQ(seen(mac.command({"violations"})), "0 {\"ok\":true,\"violations\":[]}\n");
+}
+
 TEST(driver, clicks_in_the_background_in_virtual_time) {
   const ServedMac mac(notes);
 

@@ -54,7 +54,8 @@ class BrokenRun : public testing::Test {
     platform::EventImage image;
     image.identity = ++identity_;
     image.type = type;
-    image.privateFields = {{51, window}};
+    image.flagsCleared = true;
+    image.privateFields = {{0, 3}, {51, window}};
     image.publicFields = {{42, 0x5A545256}};
     return image;
   }
@@ -67,6 +68,7 @@ class BrokenRun : public testing::Test {
   void post(const platform::EventImage& image, simulator::Pid pid = 41) {
     postOnly(image, pid);
     sleep(12'000);
+    if (image.type == 1 || image.type == 3) sleep(1'000);
   }
 
   void sleep(std::uint32_t microseconds) {

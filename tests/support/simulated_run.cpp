@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "main/globals.h"
 #include "platform/simulated/channel.h"
 #include "simulator/world_text.h"
 #include "tests/support/channels.h"
@@ -44,6 +45,12 @@ std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall
     names.emplace_back(platform::functionNames[static_cast<std::size_t>(function)]);
   }
   return names;
+}
+
+/// The handles that the start-up values of a run hold until the next run.
+long startUpHandles() {
+  const driver::Globals& values = driver::globals();
+  return (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0);
 }
 
 std::string effectLines(const Desktop& desktop, std::size_t firstEntry,
@@ -93,10 +100,14 @@ Result TestMac::driverWith(const std::vector<std::string>& arguments,
                            const Environment& environment) {
   std::vector<std::string> commandLine = {"driver"};
   commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
-  return record(commandLine, environment, [&](std::size_t client) {
+  const Result result = record(commandLine, environment, [&](std::size_t client) {
     return mode_ == Mode::direct ? runDirect(*desktop_, client, commandLine)
                                  : runForked(*desktop_, client, commandLine);
   });
+  if (mode_ == Mode::direct && simulated::liveHandles() != startUpHandles()) {
+    ADD_FAILURE() << "I20: " << simulated::liveHandles() << " handles are alive";
+  }
+  return result;
 }
 
 Result TestMac::record(const std::vector<std::string>& commandLine, const Environment& environment,
@@ -105,12 +116,9 @@ Result TestMac::record(const std::vector<std::string>& commandLine, const Enviro
   const simulator::Microseconds start = desktop_->mac().now;
   const std::size_t firstEntry = desktop_->mac().journal.size();
   const std::size_t firstCall = desktop_->trace().size();
-  const long handles = simulated::liveHandles();
   Result result;
   result.status = run(client);
   desktop_->leave(client);
-  // The start-up values of a run stay until the next one: a source and a picture.
-  if (simulated::liveHandles() > handles + 2) ADD_FAILURE() << "handles were left alive";
   result.output = desktop_->client(client).output;
   result.elapsed = desktop_->mac().now - start;
   result.calls = callNames(*desktop_, firstCall);
