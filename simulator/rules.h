@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/call.h"
+#include "simulator/insert_rules.h"
 #include "simulator/mac.h"
 
 namespace simulator {
@@ -71,6 +72,7 @@ class Rules {
   std::map<Pid, bool> sawInFront_;
 
   // The rest.
+  InsertRules insert_;
   std::map<Pid, int> timeouts_;
   bool outputRefused_ = false;
   bool fileReplaced_ = false;

@@ -23,12 +23,18 @@ struct ElementDraft {
   std::optional<Size> size;
   bool focused = false;
   std::vector<LinkDraft> links;
+  std::optional<Habits> habits;
+  std::vector<std::string> alsoUnder;  // labels of further parents
+  std::vector<std::string> choices;    // the titles of its menu's items
+  std::int64_t count = 1;              // itself and its copies
+  std::optional<bool> open;            // of a menu, when the line says whether it is
 };
 
 struct WindowDraft {
   Window window;      // without owner and element
   ElementDraft body;  // what it shows to accessibility
   bool hasElement = true;
+  bool closed = false;
 };
 
 /// Reads `attribute` with what follows it.
