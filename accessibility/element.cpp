@@ -1,15 +1,14 @@
 #include "accessibility/element.h"
 
-#include <algorithm>
 #include <cstdint>
 
+#include "accessibility/inner_text.h"
 #include "accessibility/messages.h"
 #include "accessibility/scope.h"
-#include "base/geometry.h"
+#include "accessibility/snapshot.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
-#include "platform/text.h"
 #include "platform/window_server.h"
 
 namespace driver {
@@ -31,19 +30,16 @@ std::optional<windowserver::Window> serverWindow(platform::WindowNumber number) 
   return std::nullopt;
 }
 
-/// Pushes what a walk with `budget` visits left can still reach, the first child on top.
-void pushChildren(std::vector<ax::Element>& stack, const std::vector<ax::Element>& children,
-                  std::size_t budget) {
-  const std::size_t count = std::min(children.size(), budget);
-  for (std::size_t i = count; i > 0; --i) stack.push_back(children[i - 1]);
-}
-
 }  // namespace
 
 ax::Element axApp(const std::string& reference) {
   const std::optional<workspace::Application> app = runningApp(reference);
   if (!app) fail("app not running: " + reference);
-  ax::Element application = ax::application(app->pid);
+  return axApp(app->pid);
+}
+
+ax::Element axApp(platform::Pid pid) {
+  ax::Element application = ax::application(pid);
   messages::setAttribute(application, "AXManualAccessibility", ax::Value{true});
   messages::setAttribute(application, "AXEnhancedUserInterface", ax::Value{true});
   return application;
@@ -100,39 +96,18 @@ bool axWindowInScope(const ax::Element& window) {
 }
 
 std::optional<platform::Rect> axFrame(const ax::Element& element) {
-  const std::vector<ax::Slot> slots = messages::attributes(element, {"AXPosition", "AXSize"});
-  const auto* position = slots[0].value ? slots[0].value->get<platform::Point>() : nullptr;
-  const auto* size = slots[1].value ? slots[1].value->get<platform::Size>() : nullptr;
-  if (position == nullptr || size == nullptr) return std::nullopt;
-  const platform::Rect frame{position->x, position->y, size->width, size->height};
-  return isFinite(frame) ? std::optional(frame) : std::nullopt;
+  Snapshot now(element);
+  return axFrame(now);
 }
 
 std::string axLabel(const ax::Element& element) {
-  const std::vector<std::string> texts =
-      axTexts(element, {"AXTitle", "AXDescription", "AXPlaceholderValue", "AXHelp"});
-  for (const std::string& text : texts) {
-    if (!text.empty()) return text;
-  }
-  return "";
+  Snapshot now(element);
+  return axLabel(now);
 }
 
 std::string axText(const ax::Element& element, int budget, std::size_t maxLength) {
-  std::string joined;
-  std::vector<ax::Element> stack = {element};
-  for (auto left = static_cast<std::size_t>(std::max(budget, 0)); left > 0 && !stack.empty();) {
-    const ax::Element visited = stack.back();
-    stack.pop_back();
-    --left;
-    const std::vector<ax::Slot> slots = messages::attributes(visited, {"AXRole", "AXChildren"});
-    if (textIn(slots[0].value) == "AXStaticText") {
-      const std::string value = textIn(axAttr(visited, "AXValue")).value_or("");
-      if (!value.empty() && !joined.empty()) joined += ' ';
-      joined += value;
-    }
-    pushChildren(stack, elementsIn(slots[1].value), left);
-  }
-  return text::prefix(joined, maxLength);
+  Snapshot now(element);
+  return axText(now, Batch(structureAttributes), budget, maxLength);
 }
 
 std::vector<std::string> axActions(const ax::Element& element) {

@@ -14,6 +14,9 @@ namespace driver {
 /// tree. Fails when no such application runs.
 ax::Element axApp(const std::string& reference);
 
+/// The same for a process that is known to run.
+ax::Element axApp(platform::Pid pid);
+
 /// The value of one attribute; absent on any error.
 std::optional<ax::Value> axAttr(const ax::Element& element, const char* name);
 

@@ -15,6 +15,10 @@ std::string squashed(std::string_view text) {
 
 std::string normalizedLabel(std::string_view text) { return squashed(text::lowercase(text)); }
 
+std::string comparableLabel(std::string_view text) {
+  return text::canonical(normalizedLabel(text));
+}
+
 std::string roleName(std::string_view role) {
   if (role.starts_with("AX")) role.remove_prefix(2);
   return text::lowercase(role);

@@ -30,7 +30,8 @@ Answer deliver(const ax::Element& element, Answer unsent, const Send& send) {
   return answer;
 }
 
-struct Written {
+/// What came of a write or an action.
+struct Acted {
   ax::Outcome outcome;
 };
 
@@ -85,10 +86,22 @@ std::vector<std::string> actionNames(const ax::Element& element) {
   return actions.names;
 }
 
+std::optional<ax::Element> elementAt(const ax::Element& application, platform::Point point) {
+  const ax::Hit hit = deliver(application, ax::Hit{std::nullopt, notSent},
+                              [&] { return ax::elementAt(application, point); });
+  return hit.outcome.error == ax::Error::success ? hit.element : std::nullopt;
+}
+
+ax::Error perform(const ax::Element& element, const char* action) {
+  const Acted acted =
+      deliver(element, Acted{notSent}, [&] { return Acted{ax::perform(element, action)}; });
+  return acted.outcome.error;
+}
+
 ax::Error setAttribute(const ax::Element& element, const char* name, const ax::Value& value) {
-  const Written written = deliver(element, Written{notSent},
-                                  [&] { return Written{ax::setAttribute(element, name, value)}; });
-  return written.outcome.error;
+  const Acted acted = deliver(element, Acted{notSent},
+                              [&] { return Acted{ax::setAttribute(element, name, value)}; });
+  return acted.outcome.error;
 }
 
 std::optional<platform::WindowNumber> windowNumber(const ax::Element& element) {

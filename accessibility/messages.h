@@ -8,8 +8,8 @@
 #include "platform/types.h"
 
 /// The only way to applications' elements. A process that let two messages run into the full
-/// time-out is sent no more in this run: reads of it are absent, writes answer `cannotComplete`. So
-/// a hung application costs seconds, however much there was to ask.
+/// time-out is sent no more in this run: reads of it are absent, writes and actions answer
+/// `cannotComplete`. So a hung application costs seconds, however much there was to ask.
 namespace driver::messages {
 
 /// One attribute. `value` is absent unless the read succeeded.
@@ -21,6 +21,12 @@ std::vector<ax::Slot> attributes(const ax::Element& element, const std::vector<c
 
 /// The names of the element's actions; empty when they cannot be read.
 std::vector<std::string> actionNames(const ax::Element& element);
+
+/// The innermost element of the application at a global point.
+std::optional<ax::Element> elementAt(const ax::Element& application, platform::Point point);
+
+/// Performs an action.
+ax::Error perform(const ax::Element& element, const char* action);
 
 /// Writes one attribute.
 ax::Error setAttribute(const ax::Element& element, const char* name, const ax::Value& value);

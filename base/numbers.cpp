@@ -1,6 +1,8 @@
 #include "base/numbers.h"
 
+#include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <string>
@@ -54,6 +56,16 @@ std::optional<std::int64_t> parseInt64(std::string_view text) {
 
 std::optional<std::uint32_t> parseUint32(std::string_view text) {
   return parseInteger<std::uint32_t>(text);
+}
+
+std::string decimalText(double number) {
+  constexpr double exactIntegerEnd = 9007199254740992.0;
+  if (std::trunc(number) == number && std::fabs(number) < exactIntegerEnd) {
+    return std::to_string(static_cast<std::int64_t>(number));
+  }
+  std::array<char, 32> digits{};
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  return std::string(digits.data(), end);
 }
 
 }  // namespace driver

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace driver {
@@ -16,5 +17,9 @@ std::optional<double> parseDouble(std::string_view text);
 std::optional<std::int32_t> parseInt32(std::string_view text);
 std::optional<std::int64_t> parseInt64(std::string_view text);
 std::optional<std::uint32_t> parseUint32(std::string_view text);
+
+/// A finite number in as few decimal digits as tell it from all others; a whole one without a
+/// fraction or an exponent, as long as it is below 2 to the 53.
+std::string decimalText(double number);
 
 }  // namespace driver

@@ -103,5 +103,17 @@ TEST(parseUint32, reads_its_whole_range_and_no_more) {
   EXPECT_EQ(parseUint32(""), std::nullopt);
 }
 
+TEST(decimalText, has_the_fewest_digits_that_tell_the_number) {
+  EXPECT_EQ(decimalText(0), "0");
+  EXPECT_EQ(decimalText(-0.0), "0");
+  EXPECT_EQ(decimalText(100'000), "100000");
+  EXPECT_EQ(decimalText(-3), "-3");
+  EXPECT_EQ(decimalText(9007199254740991.0), "9007199254740991");
+  EXPECT_EQ(decimalText(0.1), "0.1");
+  EXPECT_EQ(decimalText(0.1 + 0.2), "0.30000000000000004");
+  EXPECT_EQ(decimalText(-2.5), "-2.5");
+  EXPECT_EQ(decimalText(1e300), "1e+300");
+}
+
 }  // namespace
 }  // namespace driver

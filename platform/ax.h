@@ -86,6 +86,12 @@ struct Readings {
   Outcome outcome;
 };
 
+/// What lies at a point.
+struct Hit {
+  std::optional<Element> element;
+  Outcome outcome;
+};
+
 /// The names of an element's actions, in the platform's order.
 struct ActionNames {
   std::vector<std::string> names;
@@ -101,6 +107,14 @@ platform::Pid pid(const Element& element);
 Reading attribute(const Element& element, const char* name);
 Readings attributes(const Element& element, const std::vector<const char*>& names);
 ActionNames actionNames(const Element& element);
+
+/// The innermost element of an application at a global point, as the user sees its windows; none
+/// when nothing of it is there. `application` is an application element.
+Hit elementAt(const Element& application, platform::Point point);
+
+/// Performs an action of the element. An application that opens a dialog may answer
+/// `cannotComplete` although the action ran.
+Outcome perform(const Element& element, const char* action);
 
 /// Writes one attribute.
 Outcome setAttribute(const Element& element, const char* name, const Value& value);

@@ -40,6 +40,8 @@ enum class Function : std::uint8_t {
   axAttribute,
   axAttributes,
   axActionNames,
+  axElementAt,
+  axPerform,
   axSetAttribute,
   axTrusted,
   createSource,
@@ -62,6 +64,7 @@ enum class Function : std::uint8_t {
   applicationsWithBundle,
   applications,
   frontmost,
+  unhide,
   activationPolicy,
   shareContent,
   screenshot,
@@ -71,7 +74,7 @@ enum class Function : std::uint8_t {
 };
 
 /// The functions' names in traces and fault descriptions, by their order above.
-inline constexpr std::array<std::string_view, 46> functionNames = {
+inline constexpr std::array<std::string_view, 49> functionNames = {
     "loop.uptime",
     "loop.sleep",
     "process.environment",
@@ -90,6 +93,8 @@ inline constexpr std::array<std::string_view, 46> functionNames = {
     "ax.attribute",
     "ax.attributes",
     "ax.action-names",
+    "ax.element-at",
+    "ax.perform",
     "ax.set-attribute",
     "ax.trusted",
     "quartz.create-source",
@@ -112,6 +117,7 @@ inline constexpr std::array<std::string_view, 46> functionNames = {
     "workspace.applications-with-bundle",
     "workspace.applications",
     "workspace.frontmost",
+    "workspace.unhide",
     "workspace.activation-policy",
     "share.content",
     "share.screenshot",
@@ -191,6 +197,12 @@ struct WireReadings {
 /// What a read of action names gave.
 struct WireActionNames {
   std::vector<std::string> names;
+  ax::Outcome outcome;
+};
+
+/// What lies at a point.
+struct WireHit {
+  std::optional<ElementReference> element;
   ax::Outcome outcome;
 };
 
@@ -274,6 +286,12 @@ struct Members<platform::WireActionNames> {
   static constexpr auto members =
       std::tuple{&platform::WireActionNames::names, &platform::WireActionNames::outcome};
 };
+template <>
+struct Members<platform::WireHit> {
+  static constexpr auto members =
+      std::tuple{&platform::WireHit::element, &platform::WireHit::outcome};
+};
+
 // An event's fields travel as one flat list: every post carries a dozen.
 template <>
 inline Datum pack(const std::vector<platform::EventField>& fields) {

@@ -14,6 +14,9 @@ std::string lowercase(std::string_view text);
 /// True when the two are canonically equivalent: a composed and a decomposed letter are the same.
 bool equal(std::string_view a, std::string_view b);
 
+/// The text in its composed canonical form: those of two equivalent texts have equal bytes.
+std::string canonical(std::string_view text);
+
 /// The first `count` characters, as the user perceives them.
 std::string prefix(std::string_view text, std::size_t count);
 

@@ -33,6 +33,10 @@ std::vector<Application> applications();
 /// The frontmost application.
 std::optional<Application> frontmost();
 
+/// Asks a hidden application to show itself again, without activating it. It does so some time
+/// later. False when the system did not pass the request on.
+bool unhide(platform::Pid pid);
+
 /// The activation policy of a running application; none when the process is no application.
 std::optional<ActivationPolicy> activationPolicy(platform::Pid pid);
 

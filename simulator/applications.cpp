@@ -1,11 +1,15 @@
 #include "simulator/applications.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
-#include "simulator/element_text.h"
+#include "simulator/elements.h"
+#include "simulator/fields.h"
 #include "simulator/roles.h"
+#include "simulator/sliders.h"
+#include "simulator/windows.h"
 
 namespace simulator {
 
@@ -30,11 +34,6 @@ AttributeResult listOf(std::vector<ElementId> ids) {
   return ids.empty() ? errorOf(ax::Error::noValue) : valueOf(std::move(ids));
 }
 
-bool hasTree(const Application& application, Microseconds now) {
-  return !application.treeOnDemand ||
-         (application.enabledAt && now >= *application.enabledAt + application.treeDelay);
-}
-
 /// The nearest element at or above this one that is a window in the tree: a sheet counts when
 /// `sheets` is set.
 ElementId windowAround(const Application& application, const Element& element, bool sheets) {
@@ -55,7 +54,7 @@ ElementId menuBar(const Application& application) {
   return found == elements.end() ? 0 : found->id;
 }
 
-std::vector<ElementId> childrenOf(const Application& application) {
+std::vector<ElementId> topLevelOf(const Application& application) {
   std::vector<ElementId> children = application.windows;
   for (const Element& element : application.elements) {
     if (element.parent == 0 && element.window == 0 && !element.removed) {
@@ -81,7 +80,7 @@ AttributeResult readOfApplication(const World& world, const Application& applica
     return valueOf(exists ? application.windows : std::vector<ElementId>());
   }
   if (name == "AXChildren") {
-    return listOf(exists ? childrenOf(application) : std::vector<ElementId>());
+    return listOf(exists ? topLevelOf(application) : std::vector<ElementId>());
   }
   if (name == "AXFocusedWindow") return linkOf(exists ? application.focusedWindow : 0);
   if (name == "AXFocusedUIElement") return linkOf(exists ? application.focusedElement : 0);
@@ -93,11 +92,12 @@ AttributeResult readOfApplication(const World& world, const Application& applica
   return errorOf(ax::Error::attributeUnsupported);
 }
 
-AttributeResult readOfElement(const Application& application, const Element& element,
-                              std::string_view name, Microseconds now) {
+AttributeResult readOfElement(const World& world, const Application& application,
+                              const Element& element, std::string_view name, Microseconds now) {
   if (name == "AXRole") return valueOf(element.role);
   if (name == "AXChildren") {
-    return listOf(hasTree(application, now) ? element.children : std::vector<ElementId>());
+    return listOf(hasTree(application, now) ? childrenOf(world, application, element)
+                                            : std::vector<ElementId>());
   }
   if (name == "AXPosition" && element.frame)
     return valueOf(Point{element.frame->x, element.frame->y});
@@ -114,6 +114,8 @@ AttributeResult readOfElement(const Application& application, const Element& ele
                    element.id == application.focusedWindow);
   }
   if (name == "AXEnabled" && !isWindowRole(element.role)) return valueOf(true);
+  const bool isState = name == "AXMinimized" || name == "AXModal";
+  if (isState && element.role == "AXWindow") return valueOf(false);
   const auto end = std::end(knownWithoutValue);
   return errorOf(std::find(std::begin(knownWithoutValue), end, name) == end
                      ? ax::Error::attributeUnsupported
@@ -149,12 +151,12 @@ ax::Error enable(Application& application, bool& attribute, const AttributeValue
   return application.rejectsEnabling ? ax::Error::attributeUnsupported : ax::Error::success;
 }
 
-ax::Error writeFocus(Application& application, const Element& element,
-                     const AttributeValue& value) {
+ax::Error writeFocus(Application& application, Element& element, const AttributeValue& value) {
   const bool* focused = std::get_if<bool>(&value);
   if (focused == nullptr) return ax::Error::illegalArgument;
+  if (!isEnabled(element)) return ax::Error::attributeUnsupported;
   if (*focused) {
-    application.focusedElement = element.id;
+    focusField(application, element);
   } else if (application.focusedElement == element.id) {
     application.focusedElement = 0;
   }
@@ -172,7 +174,56 @@ ax::Error writeHeld(std::map<std::string, AttributeValue>& attributes, const std
   return ax::Error::success;
 }
 
+ax::Error writeSlider(Element& element, const AttributeValue& value) {
+  const auto number = numberOf(value);
+  if (!number || !std::isfinite(*number)) return ax::Error::illegalArgument;
+  element.attributes["AXValue"] = withinLimits(element, *number);
+  return ax::Error::success;
+}
+
+ax::Error writeToApplication(World& world, Application& application, const std::string& name,
+                             const AttributeValue& value, Microseconds now) {
+  if (name == manual) return enable(application, application.manualAccessibility, value, now);
+  if (name == enhanced) return enable(application, application.enhancedUserInterface, value, now);
+  const bool* flag = std::get_if<bool>(&value);
+  if (name == "AXHidden" && flag != nullptr) {
+    setHidden(world, application, *flag);
+    return ax::Error::success;
+  }
+  return writeHeld(application.attributes, name, value);
+}
+
+ax::Error writeToElement(World& world, Application& application, Element& element,
+                         const std::string& name, const AttributeValue& value, Microseconds now) {
+  const auto& rejecting = habitsOf(application, element.id).rejecting;
+  const auto rejected = rejecting.find(name);
+  if (rejected != rejecting.end()) return rejected->second;
+  if (isTextInput(element)) {
+    const bool lies = element.attributes.count("AXFocused") > 0;
+    if (name == "AXFocused" && !lies) return writeFocus(application, element, value);
+    if (isFieldAttribute(element, name)) {
+      return writeField(world, application, element, name, value, now);
+    }
+  }
+  if (name == "AXValue" && !isEnabled(element)) return ax::Error::attributeUnsupported;
+  if (name == "AXValue" && element.role == "AXSlider" && element.attributes.count(name) > 0) {
+    return writeSlider(element, value);
+  }
+  if (name == "AXMinimized" && element.role == "AXWindow") {
+    const auto flag = numberOf(value);
+    if (!flag) return ax::Error::illegalArgument;
+    setMinimized(world, application, element.window, *flag != 0);
+    return ax::Error::success;
+  }
+  return writeHeld(element.attributes, name, value);
+}
+
 }  // namespace
+
+bool hasTree(const Application& application, Microseconds now) {
+  return !application.treeOnDemand ||
+         (application.enabledAt && now >= *application.enabledAt + application.treeDelay);
+}
 
 AttributeResult readAttribute(const World& world, const Application& application, ElementId id,
                               const std::string& name, Microseconds now) {
@@ -181,30 +232,24 @@ AttributeResult readAttribute(const World& world, const Application& application
     return written ? *written : readOfApplication(world, application, name, now);
   }
   const Element* element = findElement(application, id);
-  if (element == nullptr) return errorOf(ax::Error::invalidElement);
+  if (element == nullptr || !isThere(world, application, *element)) {
+    return errorOf(ax::Error::invalidElement);
+  }
+  if (element->failing.count(name) == 0 && isTextInput(*element)) {
+    if (const auto read = readField(application, *element, name)) return *read;
+  }
   const auto written = readWritten(element->attributes, element->failing, name);
-  return written ? *written : readOfElement(application, *element, name, now);
+  return written ? *written : readOfElement(world, application, *element, name, now);
 }
 
-ax::Error writeAttribute(Application& application, ElementId id, const std::string& name,
-                         const AttributeValue& value, Microseconds now) {
-  if (id == 0) {
-    if (name == manual) return enable(application, application.manualAccessibility, value, now);
-    if (name == enhanced) {
-      return enable(application, application.enhancedUserInterface, value, now);
-    }
-    return writeHeld(application.attributes, name, value);
-  }
+ax::Error writeAttribute(World& world, Application& application, ElementId id,
+                         const std::string& name, const AttributeValue& value, Microseconds now) {
+  if (id == 0) return writeToApplication(world, application, name, value, now);
   Element* element = findElement(application, id);
-  if (element == nullptr) return ax::Error::invalidElement;
-  if (name == "AXFocused" && element->attributes.count(name) == 0 && takesText(element->role)) {
-    return writeFocus(application, *element, value);
+  if (element == nullptr || !isThere(world, application, *element)) {
+    return ax::Error::invalidElement;
   }
-  const ax::Error error = writeHeld(element->attributes, name, value);
-  if (error == ax::Error::success && name == "AXValue" && takesText(element->role)) {
-    setText(*element, std::string(textOf(*element)));
-  }
-  return error;
+  return writeToElement(world, application, *element, name, value, now);
 }
 
 std::optional<std::vector<std::string>> actionNames(const Application& application, ElementId id) {

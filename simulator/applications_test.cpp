@@ -58,7 +58,7 @@ class Applications : public testing::Test {
   }
 
   ax::Error write(ElementId id, const std::string& name, const AttributeValue& value) {
-    return writeAttribute(application(), id, name, value, 0);
+    return writeAttribute(world_, application(), id, name, value, 0);
   }
 
   World world_ = parseWorld(notes);
@@ -189,11 +189,12 @@ TEST(ApplicationTrees, made_on_demand_appear_a_while_after_the_second_enabling_w
     return *readAttribute(world, browser, 0, "AXWindows", now).value;
   };
 
-  EXPECT_EQ(writeAttribute(browser, 0, "AXManualAccessibility", true, 1'000), ax::Error::success);
-  EXPECT_EQ(windowsAt(900'000), list({}));
-  EXPECT_EQ(writeAttribute(browser, 0, "AXEnhancedUserInterface", true, 1'000'000),
+  EXPECT_EQ(writeAttribute(world, browser, 0, "AXManualAccessibility", true, 1'000),
             ax::Error::success);
-  EXPECT_EQ(writeAttribute(browser, 0, "AXEnhancedUserInterface", true, 1'400'000),
+  EXPECT_EQ(windowsAt(900'000), list({}));
+  EXPECT_EQ(writeAttribute(world, browser, 0, "AXEnhancedUserInterface", true, 1'000'000),
+            ax::Error::success);
+  EXPECT_EQ(writeAttribute(world, browser, 0, "AXEnhancedUserInterface", true, 1'400'000),
             ax::Error::success);
   EXPECT_EQ(windowsAt(1'499'999), list({}));
   EXPECT_EQ(readAttribute(world, browser, 1, "AXChildren", 1'499'999).error, ax::Error::noValue);
@@ -201,7 +202,7 @@ TEST(ApplicationTrees, made_on_demand_appear_a_while_after_the_second_enabling_w
             ax::Error::noValue);
   EXPECT_EQ(windowsAt(1'500'000), list({1}));
   EXPECT_EQ(*readAttribute(world, browser, 1, "AXChildren", 1'500'000).value, list({2}));
-  EXPECT_EQ(writeAttribute(browser, 0, "AXManualAccessibility", false, 2'000'000),
+  EXPECT_EQ(writeAttribute(world, browser, 0, "AXManualAccessibility", false, 2'000'000),
             ax::Error::success);
   EXPECT_EQ(windowsAt(3'000'000), list({}));
 }
@@ -211,12 +212,12 @@ TEST(ApplicationTrees, are_enabled_by_writes_that_are_said_to_be_rejected) {
       parseWorld("app A pid 1 rejects-enabling tree after 0s\n  window 1 at 0,0 size 9x9");
   Application& application = world.applications[0];
 
-  EXPECT_EQ(writeAttribute(application, 0, "AXManualAccessibility", true, 0),
+  EXPECT_EQ(writeAttribute(world, application, 0, "AXManualAccessibility", true, 0),
             ax::Error::attributeUnsupported);
-  EXPECT_EQ(writeAttribute(application, 0, "AXEnhancedUserInterface", true, 0),
+  EXPECT_EQ(writeAttribute(world, application, 0, "AXEnhancedUserInterface", true, 0),
             ax::Error::attributeUnsupported);
   EXPECT_EQ(*readAttribute(world, application, 0, "AXWindows", 0).value, list({1}));
-  EXPECT_EQ(writeAttribute(application, 0, "AXManualAccessibility", std::int64_t{1}, 0),
+  EXPECT_EQ(writeAttribute(world, application, 0, "AXManualAccessibility", std::int64_t{1}, 0),
             ax::Error::illegalArgument);
 }
 

@@ -1,5 +1,6 @@
 #include "simulator/applications.h"
 #include "simulator/calls.h"
+#include "simulator/elements.h"
 
 namespace simulator::calls {
 
@@ -92,15 +93,17 @@ Message send(Mac& mac, Pid pid) {
   return {application, {}, application->answerDelay};
 }
 
-platform::WireSlot readSlot(const Mac& mac, const Application& application, ElementId id,
+platform::WireSlot readSlot(const Mac& mac, Application& application, ElementId id,
                             const std::string& name) {
   const AttributeResult result = readAttribute(mac.world, application, id, name, mac.now);
+  if (name == "AXChildren") afterChildrenWereRead(application, id);
   if (!result.value) return {Datum(), result.error};
   return {std::visit(Packer{application.pid}, *result.value), ax::Error::success};
 }
 
-bool gone(const Application& application, ElementId id) {
-  return id != 0 && findElement(application, id) == nullptr;
+bool gone(const World& world, const Application& application, ElementId id) {
+  const Element* element = findElement(application, id);
+  return id != 0 && (element == nullptr || !isThere(world, application, *element));
 }
 
 }  // namespace
@@ -120,7 +123,7 @@ Answer axAttributes(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto element = arguments.get<ElementReference>(0);
   const Message message = send(mac, element.pid);
   platform::WireReadings readings{{}, message.outcome};
-  if (message.application != nullptr && gone(*message.application, element.id)) {
+  if (message.application != nullptr && gone(mac.world, *message.application, element.id)) {
     readings.outcome.error = ax::Error::invalidElement;
   } else if (message.application != nullptr) {
     for (const auto& name : arguments.get<std::vector<std::string>>(1)) {
@@ -135,7 +138,8 @@ Answer axActionNames(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const Message message = send(mac, element.pid);
   platform::WireActionNames result{{}, message.outcome};
   if (message.application != nullptr) {
-    if (auto names = actionNames(*message.application, element.id)) {
+    auto names = actionNames(*message.application, element.id);
+    if (names && !gone(mac.world, *message.application, element.id)) {
       result.names = std::move(*names);
     } else {
       result.outcome.error = ax::Error::invalidElement;
@@ -144,13 +148,40 @@ Answer axActionNames(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   return {pack(result), message.delay};
 }
 
+Answer axElementAt(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const Message message = send(mac, element.pid);
+  platform::WireHit hit{std::nullopt, message.outcome};
+  if (message.application != nullptr) {
+    const ElementId id =
+        elementAtPoint(mac.world, *message.application, arguments.get<Point>(1), mac.now);
+    if (id != 0) hit.element = ElementReference{element.pid, id};
+    if (id == 0) hit.outcome.error = ax::Error::noValue;
+  }
+  return {pack(hit), message.delay};
+}
+
+Answer axPerform(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const std::string action = arguments.text(1);
+  Message message = send(mac, element.pid);
+  std::string outcome;
+  if (message.application != nullptr) {
+    message.outcome.error = perform(mac.world, element.pid, element.id, action, outcome);
+  }
+  mac.journal.push_back({mac.now, "action", element.pid, 0, action, std::nullopt, "",
+                         message.outcome.error == ax::Error::success, std::move(outcome)});
+  return {pack(message.outcome), message.delay};
+}
+
 Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto element = arguments.get<ElementReference>(0);
   const std::string name = arguments.text(1);
   const AttributeValue value = unpackWritten(arguments.get<Datum>(2));
   Message message = send(mac, element.pid);
   if (message.application != nullptr) {
-    message.outcome.error = writeAttribute(*message.application, element.id, name, value, mac.now);
+    message.outcome.error =
+        writeAttribute(mac.world, *message.application, element.id, name, value, mac.now);
   }
   mac.journal.push_back({mac.now, "write", element.pid, 0, name, std::nullopt, "",
                          message.outcome.error == ax::Error::success, ""});

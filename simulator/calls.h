@@ -19,7 +19,8 @@ Function uptime, sleep, environment, nullSignal, exit, fullUserName, loginName, 
     writeOutput, replaceFile, listDirectory, fileExists, openLibrary, findSymbol, findLoadedSymbol;
 
 // Accessibility.
-Function axAttribute, axAttributes, axActionNames, axSetAttribute, axTrusted, axGetWindow;
+Function axAttribute, axAttributes, axActionNames, axElementAt, axPerform, axSetAttribute,
+    axTrusted, axGetWindow;
 
 // Events and records.
 Function createSource, createEvent, createMouseEvent, createScrollEvent, publicPost, privatePost,
@@ -27,7 +28,7 @@ Function createSource, createEvent, createMouseEvent, createScrollEvent, publicP
 
 // Windows, session, displays, applications.
 Function windows, windowDescription, session, displayMode, captureAccess, application,
-    applicationsWithBundle, applications, frontmost, activationPolicy;
+    applicationsWithBundle, applications, frontmost, unhide, activationPolicy;
 
 // Sharing and pictures.
 Function shareContent, screenshot, loadImage, pngOfImage, pixelsOfImage;

@@ -2,36 +2,35 @@
 
 #include "simulator/applications.h"
 #include "simulator/element_text.h"
+#include "simulator/elements.h"
+#include "simulator/menus.h"
+#include "simulator/presses.h"
 #include "simulator/reactions.h"
-#include "simulator/roles.h"
 #include "simulator/windows.h"
 
 namespace simulator {
 
 namespace {
 
-bool isEnabled(const Element& element) {
-  const auto found = element.attributes.find("AXEnabled");
-  if (found == element.attributes.end()) return true;
-  const bool* enabled = std::get_if<bool>(&found->second);
-  return enabled == nullptr || *enabled;
+/// A menu's own buttons open it; of anything else the menu is opened by the right button.
+bool opensMenu(const Application& application, const Element& element) {
+  const bool isButton = element.role == "AXPopUpButton" || element.role == "AXMenuButton" ||
+                        element.role == "AXMenuBarItem";
+  return isButton && menuOf(application, element) != 0;
 }
 
-std::string described(const Element& element) {
-  const std::string& label = labelOf(element);
-  return label.empty() ? element.role : element.role + " \"" + label + '"';
-}
-
-bool handles(const Element& element, bool right) {
+bool handles(const Application& application, const Element& element, bool right) {
   if (right) return !element.onRightClick.empty();
-  return !element.onClick.empty() || takesText(element.role);
+  return !element.onClick.empty() || isTextInput(element) || element.role == "AXMenuItem" ||
+         opensMenu(application, element);
 }
 
 /// The element, or the nearest one around it within the window, that does something with a click.
 Element* receiver(Application& application, ElementId hit, bool right) {
   Element* element = findElement(application, hit);
   const WindowNumber window = element == nullptr ? 0 : element->window;
-  while (element != nullptr && element->window == window && !handles(*element, right)) {
+  while (element != nullptr && element->window == window &&
+         !handles(application, *element, right)) {
     element = findElement(application, element->parent);
   }
   return element != nullptr && element->window == window ? element : nullptr;
@@ -50,18 +49,71 @@ void takeFocus(Application& application, Element& element) {
   element.attributes["AXSelectedTextRange"] = ax::Range{utf16Length(textOf(element)), 0};
 }
 
+/// A click beside an open menu of the window closes it and does nothing else.
+bool closesMenu(Application& application, const Window& window, ElementId clicked) {
+  const Element* menu = findElement(application, application.openMenu);
+  if (menu == nullptr || menu->window != window.number) return false;
+  const Element* element = findElement(application, clicked);
+  if (element != nullptr && isInOpenMenu(application, *element)) return false;
+  application.openMenu = 0;
+  return true;
+}
+
+/// The last of these that is there and contains the point.
+template <class Qualifies>
+ElementId hit(const Application& application, const Window* window, Point point,
+              Qualifies qualifies) {
+  // Ids follow the order in which elements are drawn: a child after its parent, a later sibling
+  // after an earlier one with all that is in it.
+  const auto found = std::find_if(
+      application.elements.rbegin(), application.elements.rend(), [&](const Element& element) {
+        return !element.removed && element.frame && driver::contains(*element.frame, point) &&
+               qualifies(element) && isThere(application, window, element);
+      });
+  return found == application.elements.rend() ? 0 : found->id;
+}
+
 }  // namespace
 
 ElementId elementAt(const Application& application, const Window& window, Point point) {
   if (!driver::contains(window.frame, point)) return 0;
-  // Ids follow the order in which elements are drawn: a child after its parent, a later sibling
-  // after an earlier one with all that is in it.
-  const auto found = std::find_if(application.elements.rbegin(), application.elements.rend(),
-                                  [&](const Element& element) {
-                                    return element.window == window.number && !element.removed &&
-                                           element.frame && driver::contains(*element.frame, point);
-                                  });
-  return found == application.elements.rend() ? window.element : found->id;
+  const auto isIn = [&](const Element& element) { return element.window == window.number; };
+  const ElementId inMenu = hit(application, &window, point, [&](const Element& element) {
+    return isIn(element) && isInOpenMenu(application, element);
+  });
+  if (inMenu != 0) return inMenu;
+  const ElementId found = hit(application, &window, point, isIn);
+  return found == 0 ? window.element : found;
+}
+
+ElementId elementAtPoint(const World& world, const Application& application, Point point,
+                         Microseconds now) {
+  if (!hasTree(application, now)) return 0;
+  if (world.frontmost == application.pid) {
+    const ElementId inMenuBar =
+        hit(application, nullptr, point, [](const Element& each) { return each.window == 0; });
+    if (inMenuBar != 0) return inMenuBar;
+  }
+  for (const Window& window : world.windows) {
+    const bool isCandidate =
+        window.owner == application.pid && window.onScreen && window.element != 0;
+    const ElementId found = isCandidate ? elementAt(application, window, point) : 0;
+    if (found != 0) return found;
+  }
+  return 0;
+}
+
+std::string press(World& world, Application& application, ElementId id) {
+  const Element& element = *findElement(application, id);
+  std::string sentence = "pressed " + described(element);
+  const bool reacts = handles(application, element, false);
+  if (element.role == "AXMenuItem") {
+    chooseItem(application, id);
+  } else if (opensMenu(application, element)) {
+    toggleMenu(application, element);
+  }
+  react(world, application, id, false);
+  return reacts ? sentence : sentence + ", which does nothing";
 }
 
 std::string click(World& world, Pid pid, WindowNumber number, Point point, bool right) {
@@ -75,18 +127,24 @@ std::string click(World& world, Pid pid, WindowNumber number, Point point, bool 
     return "clicked a window behind its sheet " + std::to_string(sheet->number);
   }
   focusWindow(*application, *window);
-  const ElementId hit = elementAt(*application, *window, point);
-  Element* element = receiver(*application, hit, right);
+  const ElementId hitElement = elementAt(*application, *window, point);
+  if (closesMenu(*application, *window, hitElement)) return "closed a menu";
+  Element* element = receiver(*application, hitElement, right);
   const std::string verb = right ? "right-clicked " : "clicked ";
   if (element == nullptr) {
-    const Element* below = findElement(*application, hit);
+    const Element* below = findElement(*application, hitElement);
     return verb + (below == nullptr ? "nothing" : described(*below)) + ", which does nothing";
   }
   if (!isEnabled(*element)) return verb + described(*element) + ", which is disabled";
-  const bool focuses = !right && takesText(element->role);
-  std::string sentence = (focuses ? "focused " : right ? verb : "pressed ") + described(*element);
-  if (focuses) takeFocus(*application, *element);
-  react(world, *application, element->id, right);
+  if (right) {
+    std::string sentence = verb + described(*element);
+    react(world, *application, element->id, true);
+    return sentence;
+  }
+  if (!isTextInput(*element)) return press(world, *application, element->id);
+  std::string sentence = "focused " + described(*element);
+  takeFocus(*application, *element);
+  react(world, *application, element->id, false);
   return sentence;
 }
 

@@ -5,6 +5,7 @@
 
 #include "simulator/applications.h"
 #include "simulator/calls.h"
+#include "simulator/fields.h"
 #include "simulator/world_text.h"
 
 namespace simulator {
@@ -110,9 +111,11 @@ void Desktop::advanceTo(Microseconds time) {
   const auto& script = mac_.world.script;
   while (scripted_ < script.size() && script[scripted_].at <= time) {
     const Scripted& scripted = script[scripted_++];
+    settleWrites(mac_.world, scripted.at);
     mac_.now = std::max(mac_.now, scripted.at);
     happen(Happening(scripted.happening));
   }
+  settleWrites(mac_.world, time);
   mac_.now = std::max(mac_.now, time);
 }
 

@@ -7,6 +7,10 @@
 #include "simulator/drawing_desktop.h"
 #include "simulator/drawing_look.h"
 #include "simulator/drawing_windows.h"
+#include "simulator/element_text.h"
+#include "simulator/elements.h"
+#include "simulator/field_text.h"
+#include "simulator/menus.h"
 
 namespace simulator {
 
@@ -35,6 +39,38 @@ bool hasFocus(const Application& application, const Window& window) {
   return focused != nullptr;
 }
 
+/// A composer draws its text itself.
+bool showsComposedText(const Application& application, const Element& element) {
+  if (application.habits.empty() || element.role != "AXStaticText") return false;
+  const Element* around = &element;
+  while (around != nullptr && !habitsOf(application, around->id).isComposer) {
+    around = findElement(application, around->parent);
+  }
+  return around != nullptr;
+}
+
+Element asDrawn(const Element& element) {
+  Element drawn = element;
+  const auto subrole = element.attributes.find("AXSubrole");
+  const bool isSecure = subrole != element.attributes.end() &&
+                        subrole->second == AttributeValue(std::string("AXSecureTextField"));
+  if (isSecure) drawn.attributes["AXValue"] = bullets(textOf(element));
+  return drawn;
+}
+
+/// The titles of the application's menus, as far as they are known.
+std::vector<std::string> menuTitlesOf(const Application& application) {
+  std::vector<std::string> titles;
+  for (const Element& element : application.elements) {
+    if (element.role != "AXMenuBarItem" || element.removed) continue;
+    const auto title = element.attributes.find("AXTitle");
+    const auto* text =
+        title == element.attributes.end() ? nullptr : std::get_if<std::string>(&title->second);
+    if (text != nullptr) titles.push_back(*text);
+  }
+  return titles;
+}
+
 }  // namespace
 
 WindowPicture pictureOf(const World& world, const Window& window) {
@@ -46,10 +82,13 @@ WindowPicture pictureOf(const World& world, const Window& window) {
   picture.kind = owner->kind;
   picture.key = world.frontmost == owner->pid && hasFocus(*owner, window);
   for (const Element& element : owner->elements) {
-    if (element.window == window.number && isDrawn(element, window.frame)) {
-      picture.elements.push_back(element);
-    }
+    const bool isShown = element.window == window.number && isDrawn(element, window.frame) &&
+                         isThere(*owner, &window, element) && !showsComposedText(*owner, element);
+    if (isShown) picture.elements.push_back(asDrawn(element));
   }
+  // An open menu lies over what comes later.
+  std::stable_partition(picture.elements.begin(), picture.elements.end(),
+                        [&](const Element& element) { return !isInOpenMenu(*owner, element); });
   picture.focused = owner->focusedElement;
   return picture;
 }
@@ -70,7 +109,10 @@ Picture screenPicture(const World& world) {
   }
   picture.pointer = world.pointer;
   const Application* front = findApplication(world, world.frontmost);
-  if (front != nullptr) picture.menuBarTitle = front->name.value_or("");
+  if (front != nullptr) {
+    picture.menuBarTitle = front->name.value_or("");
+    picture.menuTitles = menuTitlesOf(*front);
+  }
   return picture;
 }
 
@@ -86,7 +128,7 @@ std::optional<std::string> drawPng(const Picture& picture) {
     const auto look = lookOf(picture, window);
     if (look) drawWindow(canvas, *look);
   }
-  if (!picture.backgroundGrey) drawMenuBar(canvas, picture.displays, picture.menuBarTitle);
+  if (!picture.backgroundGrey) drawMenuBar(canvas, picture);
   if (picture.pointer) drawPointer(canvas, *picture.pointer);
   return canvas.png();
 }

@@ -210,6 +210,32 @@ void drawList(Canvas& canvas, const ElementLook& look) {
   canvas.stroke(look.frame, 6, 0.75, colours::faintEdge);
 }
 
+/// Something that lies over the rest of its window.
+void drawFloating(Canvas& canvas, const ElementLook& look, double radius) {
+  const Rect& frame = look.frame;
+  canvas.fill({frame.x - 2, frame.y, frame.width + 4, frame.height + 5}, radius + 2,
+              Colour::grey(0, 0.12));
+  canvas.fill(frame, radius, Colour::grey(0.985));
+  canvas.stroke(frame, radius, 0.75, colours::edge);
+}
+
+void drawMenuItem(Canvas& canvas, const ElementLook& look) {
+  const Rect& frame = look.frame;
+  const std::string_view title = labelOrValue(look);
+  if (title.empty()) {
+    const double middle = frame.y + frame.height / 2;
+    canvas.line({frame.x + 10, middle}, {frame.x + frame.width - 10, middle}, 0.75,
+                colours::faintEdge);
+    return;
+  }
+  TextStyle style = styleFor(look);
+  if (look.hovered || look.selected) {
+    canvas.fill(inset(frame, 4, 1), 4, colours::accent);
+    style.colour = colours::white;
+  }
+  canvas.text(inset(frame, 12, 0), title, style);
+}
+
 void drawBar(Canvas& canvas, const ElementLook& look, double knob) {
   const Rect& frame = look.frame;
   const double middle = frame.y + frame.height / 2;
@@ -324,6 +350,12 @@ void drawControl(Canvas& canvas, const ElementLook& look, bool windowIsKey, doub
       return drawTab(canvas, look);
     case Control::disclosure:
       return drawDisclosure(canvas, look);
+    case Control::menu:
+      return drawFloating(canvas, look, 6);
+    case Control::menuItem:
+      return drawMenuItem(canvas, look);
+    case Control::popover:
+      return drawFloating(canvas, look, 10);
   }
 }
 

@@ -60,9 +60,10 @@ void drawDesktop(Canvas& canvas, const std::vector<Rect>& displays) {
   for (const Rect& display : displays) drawWallpaper(canvas, display);
 }
 
-void drawMenuBar(Canvas& canvas, const std::vector<Rect>& displays, const std::string& title) {
-  if (displays.empty()) return;
-  const Rect& display = displays.front();
+void drawMenuBar(Canvas& canvas, const Picture& picture) {
+  if (picture.displays.empty()) return;
+  const std::string& title = picture.menuBarTitle;
+  const Rect& display = picture.displays.front();
   const Rect bar{display.x, display.y, display.width, menuBarHeight};
   const Clip clip(canvas, bar, 0);
   canvas.fill(bar, 0, Colour::grey(1, 0.72));
@@ -71,7 +72,8 @@ void drawMenuBar(Canvas& canvas, const std::vector<Rect>& displays, const std::s
   double x = display.x + 42;
   if (!title.empty()) {
     x = drawMenuTitle(canvas, x, display.y, title, true);
-    for (const char* menu : {"File", "Edit", "View", "Window", "Help"}) {
+    const std::vector<std::string> usual = {"File", "Edit", "View", "Window", "Help"};
+    for (const std::string& menu : picture.menuTitles.empty() ? usual : picture.menuTitles) {
       x = drawMenuTitle(canvas, x, display.y, menu, false);
     }
   }

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "simulator/drawing_canvas.h"
+#include "simulator/picture.h"
 
 namespace simulator {
 
 /// Draws the wallpaper of every display; black is where there is none.
 void drawDesktop(Canvas& canvas, const std::vector<Rect>& displays);
 
-/// Draws the menu bar of the first display, with the front application's name.
-void drawMenuBar(Canvas& canvas, const std::vector<Rect>& displays, const std::string& title);
+/// Draws the menu bar of the first display, with the front application's name and menus.
+void drawMenuBar(Canvas& canvas, const Picture& picture);
 
 /// Draws the arrow whose tip is at the point.
 void drawPointer(Canvas& canvas, Point tip);

@@ -86,6 +86,8 @@ std::uint64_t digest(const Picture& picture) {
     digest.add(*picture.backgroundGrey);
   } else {
     digest.add(picture.menuBarTitle);
+    digest.add(std::uint64_t{picture.menuTitles.size()});
+    for (const std::string& title : picture.menuTitles) digest.add(title);
     for (const Rect& display : picture.displays) digest.add(display);
   }
   digest.add(picture.pointer.has_value());

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "simulator/element_text.h"
+#include "simulator/elements.h"
 #include "simulator/roles.h"
 
 namespace simulator {
@@ -35,11 +36,12 @@ constexpr RoleControl controls[] = {
     {"AXHeading", Control::heading},
     {"AXRow", Control::row},
     {"AXCell", Control::row},
-    {"AXMenuItem", Control::row},
+    {"AXMenuItem", Control::menuItem},
     {"AXList", Control::list},
     {"AXTable", Control::list},
     {"AXOutline", Control::list},
-    {"AXMenu", Control::list},
+    {"AXMenu", Control::menu},
+    {"AXPopover", Control::popover},
     {"AXWebArea", Control::page},
     {"AXSlider", Control::slider},
     {"AXProgressIndicator", Control::progress},
@@ -64,6 +66,8 @@ bool highlights(Control control) {
     case Control::page:
     case Control::progress:
     case Control::image:
+    case Control::menu:
+    case Control::popover:
       return false;
     default:
       return true;
@@ -76,15 +80,6 @@ std::optional<Rect> clamped(const Rect& frame, const Rect& within) {
   const Rect limits{within.x - margin, within.y - margin, within.width + 2 * margin,
                     within.height + 2 * margin};
   return driver::intersection(frame, limits);
-}
-
-std::optional<double> numberOf(const AttributeValue& value) {
-  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? 1 : 0;
-  if (const auto* integer = std::get_if<std::int64_t>(&value)) {
-    return static_cast<double>(*integer);
-  }
-  if (const auto* number = std::get_if<double>(&value)) return *number;
-  return std::nullopt;
 }
 
 /// What of an element's attributes is drawn, collected in one pass.

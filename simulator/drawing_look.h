@@ -33,6 +33,9 @@ enum class Control {
   image,
   tab,
   disclosure,
+  menu,
+  menuItem,
+  popover,
 };
 
 /// An element as it is drawn. Texts are borrowed from the element and may be ill-formed.

@@ -330,12 +330,29 @@ TEST(Drawing, survives_any_frame_and_any_text) {
   const Rect frames[] = {{nan, 0, 10, 10},           {0, 0, nan, nan},       {0, 0, infinity, 10},
                          {-huge, -huge, huge, huge}, {0, 0, huge, huge},     {0, 0, -5, -5},
                          {40, 80, 0.1, 0.1},         {-1e6, -1e6, 3e6, 3e6}, {huge, huge, 1, 1}};
-  const char* roles[] = {
-      "AXGroup",       "AXButton",     "AXPopUpButton",       "AXCheckBox",
-      "AXRadioButton", "AXSwitch",     "AXTextField",         "AXSearchField",
-      "AXTextArea",    "AXStaticText", "AXHeading",           "AXLink",
-      "AXRow",         "AXList",       "AXWebArea",           "AXSlider",
-      "AXImage",       "AXTab",        "AXProgressIndicator", "AXDisclosureTriangle"};
+  const char* roles[] = {"AXGroup",
+                         "AXButton",
+                         "AXPopUpButton",
+                         "AXCheckBox",
+                         "AXRadioButton",
+                         "AXSwitch",
+                         "AXTextField",
+                         "AXSearchField",
+                         "AXTextArea",
+                         "AXStaticText",
+                         "AXHeading",
+                         "AXLink",
+                         "AXRow",
+                         "AXList",
+                         "AXWebArea",
+                         "AXSlider",
+                         "AXImage",
+                         "AXTab",
+                         "AXProgressIndicator",
+                         "AXDisclosureTriangle",
+                         "AXMenu",
+                         "AXMenuItem",
+                         "AXPopover"};
   std::string longText;
   for (int i = 0; i < 3000; ++i) longText += "long 你好 ";
   const std::string texts[] = {"", "\xFF\xED\xA0\x80", std::string(3, '\0'), "😀\n\nשלום", longText};

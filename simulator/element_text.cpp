@@ -44,10 +44,6 @@ void setText(Element& element, std::string text) {
   element.attributes["AXValue"] = std::move(text);
 }
 
-void appendText(Element& element, std::string_view text) {
-  setText(element, std::string(textOf(element)).append(text));
-}
-
 void removeLastCharacter(Element& element) {
   std::string text(textOf(element));
   for (std::size_t taken = 0; taken < longestCharacter && !text.empty(); ++taken) {

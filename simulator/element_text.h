@@ -22,8 +22,6 @@ std::string_view textOf(const Element& element);
 /// end.
 void setText(Element& element, std::string text);
 
-void appendText(Element& element, std::string_view text);
-
 /// Removes the last code point, if there is one.
 void removeLastCharacter(Element& element);
 

@@ -143,4 +143,8 @@ TEST_F(BrokenRun, is_reported_once) {
 
 }  // namespace
 
+TEST_F(BrokenRun, that_fails_without_a_reason) {
+  EXPECT_EQ(end("{\"ok\":false}\n"), Sentences{"I6: a failure without an \"error\""});
+}
+
 }  // namespace simulator

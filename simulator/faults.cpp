@@ -30,6 +30,7 @@ enum class Shape {
   window,  // a serial that is an accessibility message
   readings,
   actionNames,
+  hit,
   outcome,
   content,
   thrown,
@@ -45,6 +46,7 @@ Shape shapeOf(Function function) {
     case Function::findLoadedSymbol:
     case Function::axTrusted:
     case Function::captureAccess:
+    case Function::unhide:
       return Shape::boolean;
     case Function::givenName:
     case Function::openLibrary:
@@ -85,7 +87,10 @@ Shape shapeOf(Function function) {
     case Function::axActionNames:
       return Shape::actionNames;
     case Function::axSetAttribute:
+    case Function::axPerform:
       return Shape::outcome;
+    case Function::axElementAt:
+      return Shape::hit;
     case Function::shareContent:
       return Shape::content;
     case Function::screenshot:
@@ -138,6 +143,7 @@ std::vector<Outcome> ownOutcomes(Shape shape) {
       add(Kind::wrong);
       [[fallthrough]];
     case Shape::actionNames:
+    case Shape::hit:
     case Shape::outcome:
       addErrors(outcomes, {-25200, -25202, -25204, -25205, -25211, -25212});
       add(Kind::hang);
@@ -200,6 +206,8 @@ Answer failedMessage(Shape shape, ax::Outcome outcome) {
       return {pack(platform::WireReadings{{}, outcome}), delay};
     case Shape::actionNames:
       return {pack(platform::WireActionNames{{}, outcome}), delay};
+    case Shape::hit:
+      return {pack(platform::WireHit{std::nullopt, outcome}), delay};
     case Shape::outcome:
       return {pack(outcome), delay};
     default:

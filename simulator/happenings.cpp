@@ -2,6 +2,7 @@
 
 #include "simulator/applications.h"
 #include "simulator/element_text.h"
+#include "simulator/fields.h"
 #include "simulator/windows.h"
 
 namespace simulator {
@@ -16,18 +17,18 @@ bool reachesApplications(const World& world) {
 void pressKey(World& world, std::string_view key) {
   Application* application = findApplication(world, world.frontmost);
   if (application == nullptr || application->hangs) return;
-  Element* focused = findElement(*application, application->focusedElement);
-  if (focused == nullptr) return;
+  const ElementId focused = application->focusedElement;
+  if (findElement(*application, focused) == nullptr) return;
   if (key == "delete" || key == "backspace") {
-    removeLastCharacter(*focused);
+    dropLastCharacter(*application, focused);
   } else if (key == "return" || key == "enter") {
-    appendText(*focused, "\n");
+    addText(*application, focused, "\n");
   } else if (key == "tab") {
-    appendText(*focused, "\t");
+    addText(*application, focused, "\t");
   } else if (key == "space") {
-    appendText(*focused, " ");
+    addText(*application, focused, " ");
   } else if (characterCount(key) == 1) {
-    appendText(*focused, key);
+    addText(*application, focused, std::string(key));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "simulator/applications.h"
 #include "simulator/element_text.h"
+#include "simulator/windows.h"
 #include "simulator/world_text.h"
 
 namespace simulator {

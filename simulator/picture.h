@@ -28,6 +28,7 @@ struct Picture {
   std::vector<WindowPicture> windows;    // back to front
   std::optional<Point> pointer;          // drawn when present
   std::string menuBarTitle;              // the front application's name, for the menu bar
+  std::vector<std::string> menuTitles;   // behind it; without any, the usual ones are drawn
   std::vector<Rect> displays;            // with the desktop: where there is a display
 };
 

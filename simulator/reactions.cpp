@@ -3,7 +3,8 @@
 #include <utility>
 
 #include "simulator/applications.h"
-#include "simulator/element_text.h"
+#include "simulator/elements.h"
+#include "simulator/fields.h"
 #include "simulator/windows.h"
 
 namespace simulator {
@@ -20,6 +21,18 @@ void toggle(Element& element) {
   value = std::int64_t{number != nullptr && *number == 1 ? 0 : 1};
 }
 
+void choose(Application& application, Element& element) {
+  if (const Element* parent = findElement(application, element.parent)) {
+    for (const ElementId id : parent->children) {
+      Element* sibling = findElement(application, id);
+      if (sibling != nullptr && sibling->role == element.role) {
+        sibling->attributes["AXValue"] = std::int64_t{0};
+      }
+    }
+  }
+  element.attributes["AXValue"] = std::int64_t{1};
+}
+
 void retitle(World& world, Application& application, WindowNumber number,
              const std::string& title) {
   Window* window = findWindow(world, number);
@@ -34,12 +47,12 @@ void run(World& world, Application& application, Element& element, const Reactio
   switch (reaction.kind) {
     case Reaction::Kind::append:
       if (Element* target = findLabelled(application, reaction.target)) {
-        appendText(*target, reaction.text);
+        addText(application, target->id, reaction.text);
       }
       break;
     case Reaction::Kind::set:
       if (Element* target = findLabelled(application, reaction.target)) {
-        setText(*target, reaction.text);
+        putText(application, target->id, reaction.text);
       }
       break;
     case Reaction::Kind::toggle:
@@ -63,6 +76,14 @@ void run(World& world, Application& application, Element& element, const Reactio
     case Reaction::Kind::hang:
       application.hangs = true;
       break;
+    case Reaction::Kind::remove:
+      if (const Element* target = findLabelled(application, reaction.target)) {
+        removeElement(application, target->id);
+      }
+      break;
+    case Reaction::Kind::choose:
+      choose(application, element);
+      break;
   }
 }
 
@@ -75,7 +96,7 @@ void react(World& world, Application& application, ElementId id, bool right) {
     return right ? element.onRightClick : element.onClick;
   };
   for (std::size_t i = 0; i < reactions().size() && application.running; ++i) {
-    // A copy: a new sheet's elements move the others.
+    // A copy: new elements move the others.
     const Reaction reaction = reactions()[i];
     run(world, application, application.elements[index], reaction);
   }

@@ -35,6 +35,22 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+/// The bytes of the white space that the text begins with; 0 when it begins with none.
+std::size_t whiteSpaceAt(std::string_view text) {
+  if (text.front() == ' ' || (text.front() >= '\t' && text.front() <= '\r')) return 1;
+  constexpr std::string_view longer[] = {
+      "\xC2\x85",     "\xC2\xA0",     "\xE1\x9A\x80", "\xE2\x80\xA8",
+      "\xE2\x80\xA9", "\xE2\x80\xAF", "\xE2\x81\x9F", "\xE3\x80\x80",
+  };
+  for (const std::string_view each : longer) {
+    if (text.substr(0, each.size()) == each) return each.size();
+  }
+  // From U+2000 to U+200A.
+  const bool isGeneral = text.size() >= 3 && text.substr(0, 2) == "\xE2\x80" &&
+                         static_cast<unsigned char>(text[2]) <= 0x8A;
+  return isGeneral ? 3 : 0;
+}
+
 std::string slashesEscaped(const std::string& text) {
   std::string escaped;
   for (const char c : text) escaped += c == '/' ? std::string("\\/") : std::string(1, c);
@@ -64,11 +80,10 @@ ReplyFacts readReply(const std::string& output) {
   }
   facts.ok = ok->get<bool>();
   const auto error = reply.find("error");
-  if (!facts.ok && (error == reply.end() || !error->is_string())) {
-    fault("a failure without an \"error\"");
-  } else if (!facts.ok) {
-    facts.cannotWrite = error->get<std::string>().rfind("cannot write ", 0) == 0;
-  }
+  const bool hasError = error != reply.end() && error->is_string();
+  facts.saysWhy = hasError || reply.contains("axError");
+  facts.cannotWrite =
+      !facts.ok && hasError && error->get<std::string>().rfind("cannot write ", 0) == 0;
   return facts;
 }
 
@@ -90,6 +105,24 @@ bool titleInScope(const Client& client, const std::string& title) {
     if (end == std::string_view::npos) return false;
     rest.remove_prefix(end + titleSeparator.size());
   }
+}
+
+std::string squashedText(std::string_view text) {
+  std::string squashed;
+  bool separated = false;
+  while (!text.empty()) {
+    const std::size_t blank = whiteSpaceAt(text);
+    if (blank > 0) {
+      separated = true;
+      text.remove_prefix(blank);
+      continue;
+    }
+    if (separated && !squashed.empty()) squashed += ' ';
+    separated = false;
+    squashed += text.front();
+    text.remove_prefix(1);
+  }
+  return squashed;
 }
 
 }  // namespace simulator

@@ -29,11 +29,16 @@ constexpr std::size_t recordFocusOffset = 0x8A;
 constexpr char focusRecordType = 0x0D;
 
 /// Every wait that any command makes, in microseconds.
-constexpr std::array<std::uint32_t, 9> knownWaits = {1'000,  12'000,  15'000,  40'000, 50'000,
-                                                     80'000, 100'000, 200'000, 300'000};
+constexpr std::array<std::uint32_t, 11> knownWaits = {
+    1'000, 12'000, 15'000, 40'000, 50'000, 80'000, 100'000, 150'000, 200'000, 300'000, 500'000};
 
 bool usable(const Session& session) {
   return !session.readable || (!session.locked.value_or(false) && session.onConsole.value_or(true));
+}
+
+/// Commands whose failed write the reply tells by "ok" alone.
+bool isSilentWrite(const std::string& command) {
+  return command == "ax-focus" || command == "ax-slider";
 }
 
 bool isPost(Function function) {
@@ -87,6 +92,8 @@ bool isMessage(Function function) {
     case Function::axAttribute:
     case Function::axAttributes:
     case Function::axActionNames:
+    case Function::axElementAt:
+    case Function::axPerform:
     case Function::axSetAttribute:
     case Function::axGetWindow:
       return true;
@@ -95,9 +102,17 @@ bool isMessage(Function function) {
   }
 }
 
+/// The application that a call lets react; 0 for a call that only reads.
+Pid actsOn(const Call& call) {
+  if (isPost(call.function)) return driver::unpack<Pid>(argumentOf(call, 0));
+  if (call.function != Function::axPerform && call.function != Function::axSetAttribute) return 0;
+  return driver::unpack<platform::ElementReference>(argumentOf(call, 0)).pid;
+}
+
 }  // namespace
 
-Rules::Rules(const Mac& mac, const Client& client) : mac_(mac), client_(client) {}
+Rules::Rules(const Mac& mac, const Client& client)
+    : mac_(mac), client_(client), insert_(mac, client) {}
 
 std::string Rules::command() const {
   return client_.arguments.size() > 1 ? client_.arguments[1] : "";
@@ -114,10 +129,12 @@ void Rules::before(const Call& call, Violations& violations) {
   checkPace(call, violations);
   if (isPost(call.function)) checkPost(call, violations);
   if (call.function == Function::screenshot) checkScreenshot(call, violations);
+  insert_.before(call, violations);
 }
 
-void Rules::after(const Call& call, const Answer& answer, bool /*faulty*/, Violations& violations) {
+void Rules::after(const Call& call, const Answer& answer, bool faulty, Violations& violations) {
   checkUserUntouched(call, violations);
+  insert_.after(call, answer, faulty);
   checkStall(call, answer, violations);
   switch (call.function) {
     case Function::session:
@@ -251,7 +268,7 @@ void Rules::checkUserUntouched(const Call& call, Violations& violations) {
   if (mac_.world.pointer != pointerBefore_) {
     violations.push_back("I3: the user's pointer moved");
   }
-  if (isPost(call.function) && postedTo_ == frontBefore_) return;
+  if (frontBefore_ != 0 && actsOn(call) == frontBefore_) return;
   if (mac_.world.frontmost != frontBefore_) {
     violations.push_back("I3: the front application changed");
     return;
@@ -319,6 +336,10 @@ void Rules::finish(Violations& violations) {
 void Rules::checkReply(Violations& violations) const {
   const ReplyFacts reply = readReply(client_.output);
   for (const std::string& fault : reply.faults) violations.push_back("I6: " + fault);
+  if (reply.faults.empty() && !reply.ok && !reply.saysWhy && !isSilentWrite(command())) {
+    violations.push_back("I6: a failure without an \"error\"");
+  }
+  insert_.finish(reply.ok, violations);
   if (reply.ok && client_.status != 0) violations.push_back("I6: success with a failure status");
   if (client_.status != 0 && client_.status != 1) violations.push_back("I6: unknown exit status");
   if (livenessFailed_ && (client_.status != 1 || client_.output != livenessRefusal)) {

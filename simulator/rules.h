@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/call.h"
+#include "simulator/insert_rules.h"
 #include "simulator/mac.h"
 
 namespace simulator {
@@ -74,6 +75,7 @@ class Rules {
   std::set<Pid> sawInFront_;  // since it was given focus
 
   // The rest.
+  InsertRules insert_;
   std::map<Pid, int> timeouts_;
   bool outputRefused_ = false;
   bool fileReplaced_ = false;

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "simulator/applications.h"
 #include "simulator/calls.h"
 
 namespace simulator::calls {
@@ -97,6 +98,10 @@ Answer applications(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/
 
 Answer frontmost(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
   return {pack(describePid(mac.world, mac.world.frontmost)), 0};
+}
+
+Answer unhide(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  return {pack(simulator::unhide(mac.world, arguments.get<Pid>(0))), 0};
 }
 
 Answer activationPolicy(Mac& mac, Client& /*client*/, const Arguments& arguments) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "simulator/applications.h"
+#include "simulator/elements.h"
 #include "simulator/roles.h"
 
 namespace simulator {
@@ -26,6 +26,7 @@ void removeElements(Application& application, WindowNumber window) {
     if (element.window != window || element.removed) continue;
     element.removed = true;
     if (application.focusedElement == element.id) application.focusedElement = 0;
+    if (application.openMenu == element.id) application.openMenu = 0;
   }
 }
 
@@ -75,17 +76,21 @@ Pid successor(const World& world) {
   return next == world.applications.end() ? 0 : next->pid;
 }
 
-Element& addElement(Application& application, ElementId parent, WindowNumber window, Rect frame,
-                    std::string role) {
-  const auto id = static_cast<ElementId>(application.elements.size()) + 1;
-  if (parent != 0) findElement(application, parent)->children.push_back(id);
-  Element& element = application.elements.emplace_back();
-  element.id = id;
-  element.parent = parent;
-  element.window = window;
-  element.role = std::move(role);
-  element.frame = frame;
-  return element;
+/// What is to be on screen waits until its application is not hidden.
+void setOnScreen(const Application& application, Window& window, bool wanted) {
+  window.onScreen = wanted && !application.hidden;
+  window.hiddenWithOwner = wanted && application.hidden;
+}
+
+/// A window that was closed shows itself to accessibility again.
+void joinTree(const World& world, Application& application, const Window& window) {
+  if (window.element == 0) return;
+  const Window* below = findWindow(world, window.sheetOf);
+  Element* parent = below == nullptr ? nullptr : findElement(application, below->element);
+  auto& ids = parent == nullptr ? application.windows : parent->children;
+  if (std::find(ids.begin(), ids.end(), window.element) == ids.end()) {
+    ids.push_back(window.element);
+  }
 }
 
 Rect sheetFrame(const Rect& parent) {
@@ -98,14 +103,26 @@ ElementId addSheetElements(Application& application, const Window& sheet, Elemen
                            const std::string& text) {
   const auto [x, y, width, height] = sheet.frame;
   const ElementId id = addElement(application, parent, sheet.number, sheet.frame, "AXSheet").id;
-  addElement(application, id, sheet.number, {x + 20, y + 20, width - 40, 52}, "AXStaticText")
+  addElement(application, id, sheet.number, Rect{x + 20, y + 20, width - 40, 52}, "AXStaticText")
       .attributes["AXValue"] = text;
   Element& button = addElement(application, id, sheet.number,
-                               {x + width - 100, y + height - 44, 80, 24}, "AXButton");
+                               Rect{x + width - 100, y + height - 44, 80, 24}, "AXButton");
   button.attributes["AXTitle"] = std::string("OK");
   button.actions = {"AXPress"};
   button.onClick.push_back({Reaction::Kind::closeWindow, "", ""});
   return id;
+}
+
+/// A sheet that is part of its window.
+bool isOpen(const World& world, const Window& sheet) {
+  const Application* application = findApplication(world, sheet.owner);
+  const Window* below = findWindow(world, sheet.sheetOf);
+  const Element* parent = application == nullptr || below == nullptr
+                              ? nullptr
+                              : findElement(*application, below->element);
+  if (parent == nullptr) return sheet.onScreen;
+  const auto& children = parent->children;
+  return std::find(children.begin(), children.end(), sheet.element) != children.end();
 }
 
 }  // namespace
@@ -136,16 +153,46 @@ void bringToFront(World& world, Pid pid) {
   sortLayers(world);
 }
 
+void raiseWithin(World& world, WindowNumber number) {
+  const Window* window = findWindow(world, number);
+  if (window == nullptr) return;
+  const auto raised = world.windows.begin() + (window - world.windows.data());
+  const auto place = std::find_if(world.windows.begin(), raised, [&](const Window& each) {
+    return each.owner == window->owner && each.layer == window->layer;
+  });
+  std::rotate(place, raised, raised + 1);
+  if (const Window* sheet = sheetOf(world, number)) raiseWithin(world, sheet->number);
+}
+
 void showWindow(World& world, Application& application, const std::string& title) {
   Window* window = findTitled(world, application.pid, title);
   if (window == nullptr) return;
-  window->onScreen = !application.hidden;
+  setOnScreen(application, *window, true);
+  joinTree(world, application, *window);
+  if (Element* element = findElement(application, window->element)) {
+    const auto minimized = element->attributes.find("AXMinimized");
+    if (minimized != element->attributes.end()) minimized->second = false;
+  }
   application.focusedWindow = window->element;
-  const auto shown = world.windows.begin() + (window - world.windows.data());
-  const auto place = std::find_if(world.windows.begin(), shown, [&](const Window& each) {
-    return each.owner == application.pid && each.layer == window->layer;
-  });
-  std::rotate(place, shown, shown + 1);
+  raiseWithin(world, window->number);
+}
+
+void setMinimized(World& world, Application& application, WindowNumber number, bool minimized) {
+  Window* window = findWindow(world, number);
+  Element* element = window == nullptr ? nullptr : findElement(application, window->element);
+  if (element == nullptr) return;
+  element->attributes["AXMinimized"] = minimized;
+  setOnScreen(application, *window, !minimized);
+  if (!minimized) raiseWithin(world, number);
+}
+
+void setHidden(World& world, Application& application, bool hidden) {
+  application.hidden = hidden;
+  for (Window& window : world.windows) {
+    if (window.owner != application.pid) continue;
+    if (hidden && window.onScreen) setOnScreen(application, window, true);
+    if (!hidden && window.hiddenWithOwner) setOnScreen(application, window, true);
+  }
 }
 
 void openSheet(World& world, Application& application, WindowNumber parent,
@@ -158,6 +205,7 @@ void openSheet(World& world, Application& application, WindowNumber parent,
   sheet.frame = sheetFrame(below->frame);
   sheet.layer = below->layer;
   sheet.onScreen = below->onScreen;
+  sheet.hiddenWithOwner = below->hiddenWithOwner;
   sheet.sheetOf = parent;
   sheet.element = addSheetElements(application, sheet, below->element, text);
   application.focusedWindow = sheet.element;
@@ -186,8 +234,9 @@ Window* topmostAt(World& world, Point point) {
 }
 
 const Window* sheetOf(const World& world, WindowNumber number) {
-  const auto found = std::find_if(world.windows.begin(), world.windows.end(),
-                                  [&](const Window& window) { return window.sheetOf == number; });
+  const auto found = std::find_if(
+      world.windows.begin(), world.windows.end(),
+      [&](const Window& window) { return window.sheetOf == number && isOpen(world, window); });
   return found == world.windows.end() ? nullptr : &*found;
 }
 

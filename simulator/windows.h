@@ -16,9 +16,19 @@ void raiseWindow(World& world, WindowNumber number);
 /// layers.
 void bringToFront(World& world, Pid pid);
 
+/// Brings the window in front of its application's others of its layer; the application's place
+/// among others stays.
+void raiseWithin(World& world, WindowNumber number);
+
 /// Lets the application's window with this title come on screen, in front of the application's
-/// others, as the one that has its focus. Nothing happens when there is none.
+/// others, as the one that has its focus; a closed one opens. Nothing happens when there is none.
 void showWindow(World& world, Application& application, const std::string& title);
+
+/// Minimises a window or brings it back, in front of its application's others.
+void setMinimized(World& world, Application& application, WindowNumber number, bool minimized);
+
+/// Hides an application with its windows, or shows those that it took with it.
+void setHidden(World& world, Application& application, bool hidden);
 
 /// Opens a sheet in front of a window: a static text and a button labelled OK that closes it.
 void openSheet(World& world, Application& application, WindowNumber parent,
@@ -32,5 +42,8 @@ Window* topmostAt(World& world, Point point);
 
 /// The window's sheet, if one is open.
 const Window* sheetOf(const World& world, WindowNumber number);
+
+/// The application ends: its windows go, and when it was in front another comes to front.
+void quitApplication(World& world, Pid pid);
 
 }  // namespace simulator

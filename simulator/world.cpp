@@ -23,8 +23,19 @@ auto* windowIn(Windows& windows, WindowNumber number) {
   return found == windows.end() ? nullptr : &*found;
 }
 
-template <class Elements>
-auto* elementIn(Elements& elements, ElementId id) {
+/// The id of what a copy is a copy of; any other id is its own.
+ElementId originalOf(const Application& application, ElementId id) {
+  if (id < firstCopy) return id;
+  for (const Copies& copies : application.copies) {
+    if (id >= copies.first && id < copies.first + copies.count) return copies.original;
+  }
+  return id;
+}
+
+template <class ApplicationType>
+auto* elementIn(ApplicationType& application, ElementId given) {
+  auto& elements = application.elements;
+  const ElementId id = originalOf(application, given);
   const bool exists = id >= 1 && static_cast<std::size_t>(id) <= elements.size() &&
                       !elements[static_cast<std::size_t>(id) - 1].removed;
   return exists ? &elements[static_cast<std::size_t>(id) - 1] : nullptr;
@@ -46,12 +57,10 @@ const Window* findWindow(const World& world, WindowNumber number) {
   return windowIn(world.windows, number);
 }
 
-Element* findElement(Application& application, ElementId id) {
-  return elementIn(application.elements, id);
-}
+Element* findElement(Application& application, ElementId id) { return elementIn(application, id); }
 
 const Element* findElement(const Application& application, ElementId id) {
-  return elementIn(application.elements, id);
+  return elementIn(application, id);
 }
 
 const std::string& labelOf(const Element& element) {

@@ -57,10 +57,19 @@ struct Reaction {
     retitle,      // the element's window to `text`
     quit,         // the application
     hang,         // the application stops answering
+    remove,       // the element labelled `target`, with all that is in it
+    choose,       // the own AXValue 1, those of its siblings of the same role 0
   };
   Kind kind = Kind::toggle;
   std::string text;
   std::string target;
+};
+
+/// When an element is there.
+enum class Presence {
+  always,
+  whileHovered,  // the pointer is over what it is in
+  whileOpen,     // it is the application's open menu
 };
 
 struct Element {
@@ -79,8 +88,43 @@ struct Element {
   std::vector<std::string> actions;
   std::vector<Reaction> onClick;
   std::vector<Reaction> onRightClick;
+  Presence presence = Presence::always;
+  ElementId dependsOn = 0;  // itself, or the nearest around it, that is not always there; else 0
   bool removed = false;
 };
+
+/// One step of what a field makes of a text that it is given.
+struct Transform {
+  enum class Kind { upper, lower, trim, oneLine, first };
+  Kind kind = Kind::upper;
+  std::size_t characters = 0;  // that `first` keeps
+};
+
+/// What an element makes of what is asked of it, where that is not the plain thing.
+struct Habits {
+  std::vector<Transform> transforms;  // of the whole text after a write, in order
+  enum class Writes { taken, halved, ignored };
+  Writes writes = Writes::taken;  // of texts
+  Microseconds delay = 0;         // a text that is written lands that much later
+  bool showsPlaceholder = false;  // an empty field reads as its placeholder
+  bool isComposer = false;        // its AXValue shows as static texts in it, one for each line
+  bool hidesValue = false;        // of a composer: only the static texts can be read
+  std::map<std::string, ax::Error> rejecting;  // writes of these attributes give the error
+  std::optional<double> step;                  // of AXIncrement and AXDecrement
+  ax::Error actionError = ax::Error::success;  // what an action that ran answers
+  enum class Children { steady, grow, growDeeper, shrink };
+  Children children = Children::steady;  // after each read of them
+};
+
+/// Elements that share everything with another but their ids.
+struct Copies {
+  ElementId first = 0;  // the others follow
+  std::int64_t count = 0;
+  ElementId original = 0;
+};
+
+/// The first id of a copy.
+inline constexpr ElementId firstCopy = 1'000'000'000;
 
 /// What an application has been sent of the click that is under way.
 struct ClickProgress {
@@ -117,9 +161,12 @@ struct Application {
   std::map<std::string, AttributeValue> attributes;
   std::map<std::string, ax::Error> failing;
 
-  std::vector<Element> elements;   // by id, from 1 at index 0
-  std::vector<ElementId> windows;  // AXWindows, in the application's order
-  ElementId focusedWindow = 0;     // 0: none
+  std::vector<Element> elements;       // by id, from 1 at index 0
+  std::map<ElementId, Habits> habits;  // of the elements that have any
+  std::vector<Copies> copies;          // by id
+  ElementId openMenu = 0;              // the AXMenu of the one menu that is open; 0: none
+  std::vector<ElementId> windows;      // AXWindows, in the application's order
+  ElementId focusedWindow = 0;         // 0: none
   ElementId focusedElement = 0;
 
   // What event records and events have made of it.
@@ -139,7 +186,8 @@ struct Window {
   Rect frame;  // global points
   std::int64_t layer = 0;
   bool onScreen = true;
-  ElementId element = 0;  // its AXWindow or AXSheet; 0: it shows nothing to accessibility
+  bool hiddenWithOwner = false;  // off screen only because its application is hidden
+  ElementId element = 0;         // its AXWindow or AXSheet; 0: it shows nothing to accessibility
   WindowNumber sheetOf = 0;
   bool capturable = true;      // listed among what can be shared
   Point scrolledLines;         // by scroll events that landed
@@ -193,6 +241,15 @@ struct Scripted {
   Happening happening;
 };
 
+/// A write that was accepted and has not had its effect yet.
+struct PendingWrite {
+  Microseconds due = 0;
+  Pid pid = 0;
+  ElementId element = 0;
+  std::string attribute;
+  std::string text;
+};
+
 struct World {
   std::uint64_t seed = 1;
   std::vector<Display> displays;
@@ -205,11 +262,18 @@ struct World {
   bool screenRecordingAllowed = true;
   User user;
   Point pointer;
-  std::set<std::string> missing;  // symbols, and libraries by the last component of their path
-  std::set<Pid> processes;        // alive, besides applications
-  std::set<std::string> files;    // absolute paths that exist, those of bundles included
-  std::set<std::string> images;   // absolute paths that load as pictures
-  std::vector<Scripted> script;   // by time; equal times in the order of the text
+  std::set<std::string> missing;      // symbols, and libraries by the last component of their path
+  std::set<Pid> processes;            // alive, besides applications
+  std::set<std::string> files;        // absolute paths that exist, those of bundles included
+  std::set<std::string> images;       // absolute paths that load as pictures
+  std::vector<Scripted> script;       // by time; equal times in the order of the text
+  std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
+};
+
+/// One attribute of an element, as an application that answers gives it.
+struct AttributeResult {
+  std::optional<AttributeValue> value;
+  ax::Error error = ax::Error::success;
 };
 
 /// Lookups. A null pointer when there is none; the result is borrowed from the world.
@@ -217,7 +281,8 @@ Application* findApplication(World& world, Pid pid);  // only a running one
 const Application* findApplication(const World& world, Pid pid);
 Window* findWindow(World& world, WindowNumber number);
 const Window* findWindow(const World& world, WindowNumber number);
-Element* findElement(Application& application, ElementId id);  // none for a removed one
+Element* findElement(Application& application, ElementId id);  // none for a removed one; the
+                                                               // original of a copy
 const Element* findElement(const Application& application, ElementId id);
 
 /// The first of AXTitle, AXDescription, AXPlaceholderValue and AXHelp that is a text of at least

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -33,6 +35,20 @@ TEST(WorldDocuments, every_example_of_the_manual_can_be_read) {
 
   ASSERT_FALSE(worlds.empty());
   for (const std::string& world : worlds) EXPECT_NO_THROW(parseWorld(world)) << world;
+}
+
+TEST(WorldDocuments, every_world_of_the_tests_can_be_read) {
+  std::vector<std::string> read;
+  for (const auto& entry : std::filesystem::directory_iterator(DRIVER_SOURCE_DIR "/tests/worlds")) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    EXPECT_NO_THROW(parseWorld(text)) << entry.path();
+    read.push_back(entry.path().filename().string());
+  }
+  std::sort(read.begin(), read.end());
+
+  EXPECT_EQ(read, (std::vector<std::string>{"chat.world", "chinese.world", "mail.world",
+                                            "settings.world", "table.world"}));
 }
 
 }  // namespace

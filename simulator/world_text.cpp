@@ -33,8 +33,9 @@ void unwind(std::vector<Level>& levels, const Line& line) {
 
 Place readInApplication(Words& words, WorldBuilder& builder, const Place& application) {
   if (words.take("window")) return builder.addWindow(words, application);
+  if (words.take("menu")) return builder.addMenuItem(words, application);
   if (words.nextIsRole()) return builder.addElement(words, application);
-  words.failUnknown("window or an element's role such as AXButton");
+  words.failUnknown("window, menu or an element's role such as AXButton");
 }
 
 Place readInElement(Words& words, WorldBuilder& builder, const Place& parent) {

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/elements.h"
+#include "simulator/fields.h"
+#include "simulator/menus.h"
 #include "simulator/windows.h"
 #include "simulator/world_text_application.h"
 #include "simulator/world_text_error.h"
 #include "simulator/world_text_happenings.h"
+#include "simulator/world_text_menus.h"
 
 namespace simulator {
 
@@ -65,7 +69,11 @@ WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
     element.id = static_cast<ElementId>(application.elements.size());
     element.window = window.number;
     window.element = place.element = element.id;
-    application.windows.push_back(element.id);
+    if (window.sheetOf != 0) {
+      addToSheets(words, place, element, window, draft.closed);
+    } else if (!draft.closed) {
+      application.windows.push_back(element.id);
+    }
     addLinks(words, place, std::move(draft.body.links));
   }
   if (draft.body.focused) {
@@ -75,8 +83,25 @@ WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
     application.focusedWindow = place.element;
   }
   world_.lastWindow = std::max(world_.lastWindow, window.number);
-  world_.windows.push_back(std::move(window));
+  const Window* below = findWindow(world_, window.sheetOf);
+  const auto index = below == nullptr ? world_.windows.size()
+                                      : static_cast<std::size_t>(below - world_.windows.data());
+  world_.windows.insert(world_.windows.begin() + static_cast<std::ptrdiff_t>(index),
+                        std::move(window));
   return place;
+}
+
+void WorldBuilder::addToSheets(const Words& words, const Place& place, Element& element,
+                               const Window& window, bool closed) {
+  const Window* below = findWindow(world_, window.sheetOf);
+  if (below == nullptr || below->owner != window.owner || below->element == 0) {
+    words.fail("no window " + std::to_string(window.sheetOf) +
+               " with an element stands above in this application");
+  }
+  element.parent = below->element;
+  if (closed) return;
+  Application& application = world_.applications[place.application];
+  findElement(application, below->element)->children.push_back(element.id);
 }
 
 WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) {
@@ -91,13 +116,60 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.id = id;
   element.parent = parent.element;
   element.window = parent.window;
+  settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
   if (!element.onClick.empty() || !element.onRightClick.empty()) {
     reactions_.push_back({words.lineNumber(), parent.application, id});
   }
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
+  addHabits(words, place, draft);
+  addCopies(words, application, place, draft.count);
+  addChoices(application, id, draft.choices);
   addLinks(words, place, std::move(draft.links));
   return place;
+}
+
+WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
+  Application& application = world_.applications[parent.application];
+  const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
+  reactions_.push_back({words.lineNumber(), parent.application, id});
+  return {Place::Kind::element, "menu", parent.application, 0, id};
+}
+
+void WorldBuilder::settlePresence(const Words& words, Application& application, Element& element,
+                                  const ElementDraft& draft) {
+  const Element* parent = findElement(application, element.parent);
+  if (parent != nullptr) element.dependsOn = parent->dependsOn;
+  if (element.presence == Presence::whileHovered && parent == nullptr) {
+    words.fail("what is there 'while hovered' must be in an element");
+  }
+  const bool opens =
+      parent != nullptr && (parent->role == "AXPopUpButton" || parent->role == "AXMenuButton");
+  if (element.role == "AXMenu" && (opens || draft.open)) element.presence = Presence::whileOpen;
+  if (draft.open.value_or(false)) {
+    if (application.openMenu != 0) words.fail("a second menu of one application is open");
+    application.openMenu = element.id;
+  }
+  if (element.presence != Presence::always) element.dependsOn = element.id;
+}
+
+void WorldBuilder::addHabits(const Words& words, const Place& place, const ElementDraft& draft) {
+  const PlacedElement placed{words.lineNumber(), place.application, place.element};
+  for (const std::string& label : draft.alsoUnder) furtherParents_.push_back({placed, label});
+  if (!draft.habits) return;
+  world_.applications[place.application].habits.emplace(place.element, *draft.habits);
+  if (draft.habits->isComposer) composers_.push_back(placed);
+}
+
+void WorldBuilder::addCopies(const Words& words, Application& application, const Place& place,
+                             std::int64_t count) {
+  if (count == 1) return;
+  Element* parent = findElement(application, findElement(application, place.element)->parent);
+  if (parent == nullptr) words.fail("what is repeated must be in an element");
+  const Copies* last = application.copies.empty() ? nullptr : &application.copies.back();
+  const ElementId first = last == nullptr ? firstCopy : last->first + last->count;
+  application.copies.push_back({first, count - 1, place.element});
+  for (std::int64_t i = 0; i < count - 1; ++i) parent->children.push_back(first + i);
 }
 
 void WorldBuilder::focus(const Words& words, Application& application, Element& element) {
@@ -128,11 +200,31 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
   }
 }
 
+void WorldBuilder::settleParent(const PlacedParent& placed) {
+  Application& application = world_.applications[placed.child.application];
+  Element* parent = findLabelled(application, placed.label);
+  if (parent == nullptr) {
+    throw WorldError(placed.child.line, "no element of " + nameOf(application) + " is labelled \"" +
+                                            placed.label + "\"");
+  }
+  parent->children.push_back(placed.child.element);
+}
+
+/// The bars that `menu` lines made lie on the main display, which may come last in the text.
+void WorldBuilder::settleMenuBars() {
+  for (Application& application : world_.applications) {
+    for (Element& element : application.elements) {
+      if (isUnplacedMenuBar(element)) element.frame = menuBarFrame(world_.displays.front().frame);
+    }
+  }
+}
+
 void WorldBuilder::checkReaction(std::size_t line, Application& application,
                                  const Reaction& reaction) {
-  const bool writes =
-      reaction.kind == Reaction::Kind::append || reaction.kind == Reaction::Kind::set;
-  if (writes && findLabelled(application, reaction.target) == nullptr) {
+  const bool isLabelled = reaction.kind == Reaction::Kind::append ||
+                          reaction.kind == Reaction::Kind::set ||
+                          reaction.kind == Reaction::Kind::remove;
+  if (isLabelled && findLabelled(application, reaction.target) == nullptr) {
     throw WorldError(
         line, "no element of " + nameOf(application) + " is labelled \"" + reaction.target + "\"");
   }
@@ -158,8 +250,8 @@ void WorldBuilder::settleFocus() {
 }
 
 void WorldBuilder::settleWindows() {
-  for (Window& window : world_.windows) {
-    if (findApplication(world_, window.owner)->hidden) window.onScreen = false;
+  for (Application& application : world_.applications) {
+    if (application.hidden) setHidden(world_, application, true);
   }
   sortLayers(world_);
   if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
@@ -177,7 +269,12 @@ void WorldBuilder::settleScript() {
 World WorldBuilder::finish() {
   if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
   for (const PlacedLink& placed : links_) settleLink(placed);
-  for (const PlacedReactions& placed : reactions_) {
+  for (const PlacedParent& placed : furtherParents_) settleParent(placed);
+  for (const PlacedElement& placed : composers_) {
+    settleComposer(world_.applications[placed.application], placed.element);
+  }
+  settleMenuBars();
+  for (const PlacedElement& placed : reactions_) {
     Application& application = world_.applications[placed.application];
     const Element& element = *findElement(application, placed.element);
     for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);

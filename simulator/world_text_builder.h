@@ -27,6 +27,7 @@ class WorldBuilder {
   Place addApplication(Words& words);
   Place addWindow(Words& words, const Place& application);
   Place addElement(Words& words, const Place& parent);
+  Place addMenuItem(Words& words, const Place& application);
   void addToScript(Words& words, Microseconds at);
 
   /// Throws when the process id is in use.
@@ -45,10 +46,15 @@ class WorldBuilder {
     ElementId element;
     LinkDraft link;
   };
-  struct PlacedReactions {
+  /// An element whose line names others.
+  struct PlacedElement {
     std::size_t line;
     std::size_t application;
     ElementId element;
+  };
+  struct PlacedParent {
+    PlacedElement child;
+    std::string label;
   };
   struct PendingHappening {
     Microseconds at;
@@ -56,6 +62,15 @@ class WorldBuilder {
   };
 
   void addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links);
+  void addToSheets(const Words& words, const Place& place, Element& element, const Window& window,
+                   bool closed);
+  void addHabits(const Words& words, const Place& place, const ElementDraft& draft);
+  void addCopies(const Words& words, Application& application, const Place& place,
+                 std::int64_t count);
+  void settlePresence(const Words& words, Application& application, Element& element,
+                      const ElementDraft& draft);
+  void settleParent(const PlacedParent& placed);
+  void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
   void checkReaction(std::size_t line, Application& application, const Reaction& reaction);
@@ -65,7 +80,9 @@ class WorldBuilder {
 
   World world_;
   std::vector<PlacedLink> links_;
-  std::vector<PlacedReactions> reactions_;
+  std::vector<PlacedElement> reactions_;
+  std::vector<PlacedParent> furtherParents_;
+  std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;
   std::vector<bool> withoutFocusedWindow_;  // by application
 };

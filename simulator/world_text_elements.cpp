@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "simulator/element_text.h"
 #include "simulator/roles.h"
+#include "simulator/world_text_habits.h"
 #include "simulator/world_text_reactions.h"
 
 namespace simulator {
@@ -76,6 +77,8 @@ std::vector<std::string> readActions(Words& words) {
 }
 
 std::vector<std::string> defaultActions(const std::string& role) {
+  if (role == "AXPopUpButton" || role == "AXMenuButton") return {"AXPress", "AXShowMenu"};
+  if (role == "AXMenu") return {"AXCancel"};
   if (isPressable(role)) return {"AXPress"};
   if (role == "AXSlider") return {"AXIncrement", "AXDecrement"};
   return {};
@@ -85,7 +88,7 @@ const char* labelAttribute(const std::string& role) {
   return role == "AXStaticText" || takesText(role) ? "AXDescription" : "AXTitle";
 }
 
-constexpr std::array<Option<ElementDraft>, 15> elementOptions = {{
+constexpr std::array<Option<ElementDraft>, 33> elementOptions = {{
     {"at", [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }},
     {"size", [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }},
     {"value",
@@ -109,6 +112,8 @@ constexpr std::array<Option<ElementDraft>, 15> elementOptions = {{
      [](Words& words, ElementDraft& draft) {
        put(words, draft.element.attributes, "AXEnabled", false);
      }},
+    {"modal", [](Words& words,
+                 ElementDraft& draft) { put(words, draft.element.attributes, "AXModal", true); }},
     {"focused", [](Words&, ElementDraft& draft) { draft.focused = true; }},
     {"selection",
      [](Words& words, ElementDraft& draft) {
@@ -124,6 +129,23 @@ constexpr std::array<Option<ElementDraft>, 15> elementOptions = {{
     {"failing",
      [](Words& words, ElementDraft& draft) { readFailingOption(words, draft.element.failing); },
      true},
+    {"range", readSliderRange},
+    {"choices", readChoices},
+    {"while", readWhileHovered},
+    {"also", readAlsoUnder, true},
+    {"repeat", readRepeat},
+    {"open", [](Words& words, ElementDraft& draft) { readMenuState(words, draft, true); }},
+    {"closed", [](Words& words, ElementDraft& draft) { readMenuState(words, draft, false); }},
+    {"transform", readTransform, true},
+    {"ignores", readIgnoresWrites},
+    {"half", readHalfOfWrites},
+    {"late", readLate},
+    {"shows", readShowsPlaceholder},
+    {"composer", readComposer},
+    {"rejects", readRejects, true},
+    {"replying", readReplying},
+    {"grows", readGrows},
+    {"shrinks", readShrinks},
     {"press:", [](Words& words,
                   ElementDraft& draft) { draft.element.onClick = readReactions(words, "press:"); }},
     {"right:",
@@ -132,7 +154,7 @@ constexpr std::array<Option<ElementDraft>, 15> elementOptions = {{
      }},
 }};
 
-constexpr std::array<Option<WindowDraft>, 10> windowOptions = {{
+constexpr std::array<Option<WindowDraft>, 14> windowOptions = {{
     {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
     {"size", [](Words& words, WindowDraft& draft) { draft.body.size = words.size("size"); }},
     {"layer",
@@ -145,6 +167,22 @@ constexpr std::array<Option<WindowDraft>, 10> windowOptions = {{
     {"not-capturable", [](Words&, WindowDraft& draft) { draft.window.capturable = false; }},
     {"no-element", [](Words&, WindowDraft& draft) { draft.hasElement = false; }},
     {"focused", [](Words&, WindowDraft& draft) { draft.body.focused = true; }},
+    {"closed", [](Words&, WindowDraft& draft) { draft.closed = true; }},
+    {"minimized",
+     [](Words& words, WindowDraft& draft) {
+       put(words, draft.body.element.attributes, "AXMinimized", true);
+       draft.window.onScreen = false;
+     }},
+    {"modal",
+     [](Words& words, WindowDraft& draft) {
+       put(words, draft.body.element.attributes, "AXModal", true);
+     }},
+    {"sheet",
+     [](Words& words, WindowDraft& draft) {
+       words.expect("sheet", "of");
+       draft.window.sheetOf = static_cast<WindowNumber>(words.integer(
+           "of", "the number of a window", 1, std::numeric_limits<WindowNumber>::max()));
+     }},
     {"subrole",
      [](Words& words, WindowDraft& draft) {
        put(words, draft.body.element.attributes, "AXSubrole", words.word("subrole", "a subrole"));
@@ -166,10 +204,24 @@ std::optional<Rect> frameOf(const Words& words, const ElementDraft& draft) {
   return Rect{draft.position->x, draft.position->y, draft.size->width, draft.size->height};
 }
 
-void addDefaults(Element& element) {
-  if (takesText(element.role)) element.attributes.emplace("AXValue", std::string());
+void addDefaultValue(const ElementDraft& draft, Element& element) {
+  auto& attributes = element.attributes;
+  const bool isComposer = draft.habits && draft.habits->isComposer;
+  if (takesText(element.role) || isComposer) attributes.emplace("AXValue", std::string());
+  if (!draft.choices.empty()) attributes.emplace("AXValue", draft.choices.front());
+  const auto least = attributes.find("AXMinValue");
+  if (element.role == "AXSlider" && least != attributes.end()) {
+    attributes.emplace("AXValue", least->second);
+  }
   if (isSwitchRole(element.role)) element.attributes.emplace("AXValue", std::int64_t{0});
-  if (element.role == "AXCheckBox" && element.onClick.empty()) element.onClick.emplace_back();
+}
+
+void addDefaultReaction(Element& element) {
+  if (!element.onClick.empty()) return;
+  if (element.role == "AXCheckBox" || element.role == "AXSwitch") element.onClick.emplace_back();
+  if (element.role == "AXRadioButton") {
+    element.onClick.push_back({Reaction::Kind::choose, "", ""});
+  }
 }
 
 }  // namespace
@@ -199,7 +251,8 @@ ElementDraft readElement(Words& words) {
   }
   readOptions(words, elementOptions, draft);
   element.frame = frameOf(words, draft);
-  addDefaults(element);
+  addDefaultValue(draft, element);
+  addDefaultReaction(element);
   return draft;
 }
 
@@ -215,11 +268,16 @@ WindowDraft readWindow(Words& words) {
     words.fail("a window without an element cannot be focused");
   }
   draft.window.frame = *frame;
+  if (draft.closed) draft.window.onScreen = false;
   Element& element = draft.body.element;
-  element.role = "AXWindow";
   element.frame = frame;
-  element.actions = {"AXRaise"};
-  element.attributes.emplace("AXSubrole", std::string("AXStandardWindow"));
+  if (draft.window.sheetOf != 0) {
+    element.role = "AXSheet";
+  } else {
+    element.role = "AXWindow";
+    element.actions = {"AXRaise"};
+    element.attributes.emplace("AXSubrole", std::string("AXStandardWindow"));
+  }
   if (draft.window.title) element.attributes.emplace("AXTitle", *draft.window.title);
   return draft;
 }

@@ -4,31 +4,18 @@
 #include <string>
 #include <vector>
 
+#include "simulator/element_draft.h"
 #include "simulator/world.h"
 #include "simulator/world_text_words.h"
 
 /// Lines of windows and of elements.
 namespace simulator {
 
-/// An attribute whose value is elements. They are named by label and may come later in the text.
-struct LinkDraft {
-  std::string attribute;
-  std::vector<std::string> labels;
-  bool list = false;
-};
-
-struct ElementDraft {
-  Element element;  // without id, parent, window
-  std::optional<Point> position;
-  std::optional<Size> size;
-  bool focused = false;
-  std::vector<LinkDraft> links;
-};
-
 struct WindowDraft {
   Window window;      // without owner and element
   ElementDraft body;  // what it shows to accessibility
   bool hasElement = true;
+  bool closed = false;
 };
 
 /// Reads `attribute` with what follows it.

@@ -26,11 +26,15 @@ const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing";
 const std::string windowWords =
-    "at, size, layer, off-screen, not-capturable, no-element, focused, subrole, attribute, failing";
+    "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
+    "sheet, subrole, attribute, failing";
 const std::string elementWords =
-    "at, size, value, description, placeholder, help, subrole, disabled, focused, selection, "
-    "actions, attribute, failing, press:, right:";
-const std::string reactionWords = "append, set, toggle, open, close, show, retitle, quit, hang";
+    "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
+    "selection, actions, attribute, failing, range, choices, while, also, repeat, open, closed, "
+    "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
+    "right:";
+const std::string reactionWords =
+    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose";
 
 TEST(WorldTextErrors, of_the_form_of_the_text) {
   const BadWorld cases[] = {
@@ -128,7 +132,8 @@ TEST(WorldTextErrors, of_windows) {
     std::string error;
   };
   const BadLine cases[] = {
-      {"windoe 7", "unknown word 'windoe'; expected window or an element's role such as AXButton"},
+      {"windoe 7",
+       "unknown word 'windoe'; expected window, menu or an element's role such as AXButton"},
       {"window", "'window' needs a number from 1 on"},
       {"window Inbox", "'window' needs a number from 1 on, not 'Inbox'"},
       {"window 0 at 0,0 size 9x9", "'window' needs a number from 1 on, not '0'"},
@@ -220,6 +225,61 @@ TEST(WorldTextErrors, of_elements) {
   }
   EXPECT_EQ(errorOf("app A pid 1\n  AXTextArea focused\n  AXTextArea focused"),
             "line 3: a second element of one application is focused");
+}
+
+TEST(WorldTextErrors, of_habits) {
+  const BadWorld cases[] = {
+      {"AXSlider range 5", "'range' needs LEAST..MOST, not '5'"},
+      {"AXSlider range 0..x", "'range' needs LEAST..MOST, not '0..x'"},
+      {"AXSlider range 0..1 step", "'step' needs a number"},
+      {"AXSlider range 0..1 attribute AXMinValue 0", "AXMinValue is given twice"},
+      {"AXPopUpButton choices", "'choices' needs quoted texts"},
+      {"AXButton while", "'while' needs 'hovered' after it"},
+      {"AXButton also", "'also' needs 'under' after it"},
+      {"AXButton also under \"X\"", "no element of A is labelled \"X\""},
+      {"AXRow repeat 0", "'repeat' needs a number from 1 to 1000000, not '0'"},
+      {"AXRow repeat 1000001", "'repeat' needs a number from 1 to 1000000, not '1000001'"},
+      {"AXButton closed", "only an AXMenu is 'open' or 'closed'"},
+      {"AXMenu open closed", "a menu is either 'open' or 'closed'"},
+      {"AXTextField transform", "'transform' needs one of upper, lower, trim, one-line, first"},
+      {"AXTextField transform first x", "'first' needs a number of characters, not 'x'"},
+      {"AXTextField ignores", "'ignores' needs 'writes' after it"},
+      {"AXTextField ignores writes half of writes", "writes are described twice"},
+      {"AXTextField half of", "'of' needs 'writes' after it"},
+      {"AXTextField late", "'late' needs a time such as 250us, 100ms or 1.5s"},
+      {"AXTextField shows", "'shows' needs 'placeholder' after it"},
+      {"AXTextField composer without", "'without' needs 'value' after it"},
+      {"AXTextField rejects", "'rejects' needs the name of an attribute"},
+      {"AXTextField rejects AXValue 3", "'rejects' needs an error code below 0, not '3'"},
+      {"AXTextField rejects AXValue rejects AXValue", "'rejects AXValue' is given twice"},
+      {"AXButton replying 0", "'replying' needs an error code below 0, not '0'"},
+      {"AXGroup grows shrinks", "children are described twice"},
+      {"AXButton press: remove", "'remove' needs the label of an element"},
+      {"AXButton press: remove X", "no element of A is labelled \"X\""},
+  };
+  for (const BadWorld& each : cases) {
+    EXPECT_EQ(errorOf(std::string("app A pid 1\n  window 7 at 0,0 size 9x9\n    ") + each.text),
+              "line 3: " + each.error);
+  }
+}
+
+TEST(WorldTextErrors, of_what_must_stand_elsewhere) {
+  const BadWorld cases[] = {
+      {"app A pid 1\n  AXRow repeat 2", "line 2: what is repeated must be in an element"},
+      {"app A pid 1\n  AXRow while hovered",
+       "line 2: what is there 'while hovered' must be in an element"},
+      {"app A pid 1\n  window 7 at 0,0 size 9x9\n    AXMenu open\n    AXMenu open",
+       "line 4: a second menu of one application is open"},
+      {"app A pid 1\n  window 7 at 0,0 size 9x9 sheet of 8",
+       "line 2: no window 8 with an element stands above in this application"},
+      {"app A pid 1\n  window 8 at 0,0 size 9x9 no-element\n  window 7 at 0,0 size 9x9 sheet of 8",
+       "line 3: no window 8 with an element stands above in this application"},
+      {"app B pid 2\n  window 8 at 0,0 size 9x9\napp A pid 1\n  window 7 at 0,0 size 9x9 sheet of "
+       "8",
+       "line 4: no window 8 with an element stands above in this application"},
+      {"app A pid 1\n  window 7 at 0,0 size 9x9 sheet", "line 2: 'sheet' needs 'of' after it"},
+  };
+  for (const BadWorld& each : cases) EXPECT_EQ(errorOf(each.text), each.error);
 }
 
 }  // namespace

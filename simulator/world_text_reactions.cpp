@@ -9,7 +9,7 @@ constexpr const char* aLabel = "the label of an element";
 
 using Kind = Reaction::Kind;
 
-constexpr std::array<Option<Reaction>, 9> kinds = {{
+constexpr std::array<Option<Reaction>, 11> kinds = {{
     {"append",
      [](Words& words, Reaction& reaction) {
        reaction.kind = Kind::append;
@@ -48,6 +48,12 @@ constexpr std::array<Option<Reaction>, 9> kinds = {{
      }},
     {"quit", [](Words&, Reaction& reaction) { reaction.kind = Kind::quit; }},
     {"hang", [](Words&, Reaction& reaction) { reaction.kind = Kind::hang; }},
+    {"remove",
+     [](Words& words, Reaction& reaction) {
+       reaction.kind = Kind::remove;
+       reaction.target = words.name("remove", aLabel);
+     }},
+    {"choose", [](Words&, Reaction& reaction) { reaction.kind = Kind::choose; }},
 }};
 
 }  // namespace

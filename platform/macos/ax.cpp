@@ -119,6 +119,24 @@ ActionNames actionNames(const Element& element) {
   return result;
 }
 
+Hit elementAt(const Element& application, platform::Point point) {
+  Owned<AXUIElementRef> element;
+  Hit hit;
+  hit.outcome = message([&] {
+    return AXUIElementCopyElementAtPosition(native(application), static_cast<float>(point.x),
+                                            static_cast<float>(point.y), element.out());
+  });
+  if (hit.outcome.error == Error::success && element) {
+    hit.element = Element(macos::shared(std::move(element)));
+  }
+  return hit;
+}
+
+Outcome perform(const Element& element, const char* action) {
+  const Owned<CFStringRef> name = macos::string(action);
+  return message([&] { return AXUIElementPerformAction(native(element), name.get()); });
+}
+
 Outcome setAttribute(const Element& element, const char* name, const Value& value) {
   const Owned<CFStringRef> attribute = macos::string(name);
   const Owned<CFTypeRef> object = macos::object(value);

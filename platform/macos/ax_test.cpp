@@ -143,6 +143,34 @@ TEST_F(Ax, actionNames_are_none_without_an_answer_or_after_an_error) {
   EXPECT_EQ(refused.outcome.error, ax::Error::apiDisabled);
 }
 
+TEST_F(Ax, elementAt_gives_what_lies_at_the_point) {
+  answerWith({.value = standins::element(40, "button")});
+  const ax::Hit hit = ax::elementAt(ax::application(40), {10.5, -20});
+  EXPECT_EQ(ax::pid(hit.element.value()), 40);
+  EXPECT_EQ(hit.outcome.error, ax::Error::success);
+  EXPECT_EQ(standins::takeCalls(), Calls{"find 10.500000 -20.000000 in application of 40"});
+}
+
+TEST_F(Ax, elementAt_gives_none_where_nothing_is) {
+  answerWith({.error = kAXErrorNoValue});
+  const ax::Hit hit = ax::elementAt(ax::application(40), {1, 2});
+  EXPECT_FALSE(hit.element);
+  EXPECT_EQ(hit.outcome.error, ax::Error::noValue);
+}
+
+TEST_F(Ax, elementAt_takes_success_without_an_element_for_none) {
+  answerWith({});
+  EXPECT_FALSE(ax::elementAt(ax::application(40), {1, 2}).element);
+}
+
+TEST_F(Ax, perform_names_the_action_and_gives_the_platform_s_code) {
+  answerWith({.error = kAXErrorCannotComplete, .nanoseconds = wholeTimeout});
+  const ax::Outcome outcome = ax::perform(ax::application(40), "AXPress");
+  EXPECT_EQ(outcome.error, ax::Error::cannotComplete);
+  EXPECT_TRUE(outcome.timedOut);
+  EXPECT_EQ(standins::takeCalls(), Calls{"perform \"AXPress\" of application of 40"});
+}
+
 TEST_F(Ax, setAttribute_writes_the_value) {
   answerWith({});
   const ax::Outcome outcome =

@@ -37,6 +37,34 @@ id object(const Value::Object& values) {
   return dictionary;
 }
 
+Value value(id object);
+
+Value listOf(NSArray<id>* array) {
+  Value::List values;
+  for (id item in array) values.push_back(value(item));
+  return values;
+}
+
+Value objectOf(NSDictionary<NSString*, id>* dictionary) {
+  Value::Object values;
+  for (NSString* key in dictionary) values.emplace(macos::textOrEmpty(key), value(dictionary[key]));
+  return values;
+}
+
+// Foundation's objects are Core Foundation's.
+Value value(id object) {
+  CFTypeRef content = (__bridge CFTypeRef)object;
+  const CFTypeID type = CFGetTypeID(content);
+  if (type == CFBooleanGetTypeID()) return *macos::boolean(content);
+  if (type == CFStringGetTypeID()) return *macos::text(content);
+  if (type == CFArrayGetTypeID()) return listOf((NSArray<id>*)object);
+  if (type == CFDictionaryGetTypeID()) return objectOf((NSDictionary<NSString*, id>*)object);
+  if (type != CFNumberGetTypeID()) return {};
+  const bool isWhole = !CFNumberIsFloatType(static_cast<CFNumberRef>(content));
+  if (const auto whole = macos::wholeNumber(content); isWhole && whole) return *whole;
+  return macos::real(content).value_or(0);
+}
+
 id object(const Value& value) {
   return value.visit([](const auto& content) { return object(content); });
 }
@@ -52,6 +80,15 @@ std::string write(const Value& value) {
                      error:nil];
     if (data == nil) std::abort();
     return {static_cast<const char*>(data.bytes), data.length};
+  }
+}
+
+std::optional<Value> parse(std::string_view text) {
+  @autoreleasepool {
+    NSData* data = [NSData dataWithBytes:text.data() length:text.size()];
+    id parsed = [NSJSONSerialization JSONObjectWithData:data options:0 error:nil];
+    if (parsed == nil) return std::nullopt;
+    return value(parsed);
   }
 }
 

@@ -31,10 +31,14 @@ Owned<CFMutableStringRef> mutableString(std::string_view text) {
   return Owned(CFStringCreateMutableCopy(kCFAllocatorDefault, unlimited, string.get()));
 }
 
-Owned<CFMutableStringRef> decomposed(std::string_view text) {
+Owned<CFMutableStringRef> normalized(std::string_view text, CFStringNormalizationForm form) {
   Owned<CFMutableStringRef> string = mutableString(text);
-  CFStringNormalize(string.get(), kCFStringNormalizationFormD);
+  CFStringNormalize(string.get(), form);
   return string;
+}
+
+Owned<CFMutableStringRef> decomposed(std::string_view text) {
+  return normalized(text, kCFStringNormalizationFormD);
 }
 
 // Core Foundation counts a carriage return and its line feed as two.
@@ -60,6 +64,10 @@ std::string lowercase(std::string_view text) {
 
 bool equal(std::string_view a, std::string_view b) {
   return a == b || CFEqual(decomposed(a).get(), decomposed(b).get()) != 0;
+}
+
+std::string canonical(std::string_view text) {
+  return macos::utf8(normalized(text, kCFStringNormalizationFormC).get());
 }
 
 std::string prefix(std::string_view text, std::size_t count) {

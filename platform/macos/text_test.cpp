@@ -26,6 +26,13 @@ TEST_F(Text, equal_compares_by_canonical_equivalence) {
   EXPECT_FALSE(text::equal("\ufb01", "fi"));
 }
 
+TEST_F(Text, canonical_composes_letters_and_orders_their_marks) {
+  EXPECT_EQ(text::canonical(""), "");
+  EXPECT_EQ(text::canonical("cafe\u0301"), "caf\u00e9");
+  EXPECT_EQ(text::canonical("e\u0302\u0323"), "\u1ec7");
+  EXPECT_EQ(text::canonical("\ufb01"), "\ufb01");
+}
+
 TEST_F(Text, prefix_counts_characters_as_the_user_sees_them) {
   EXPECT_EQ(text::prefix("abc", 2), "ab");
   EXPECT_EQ(text::prefix("abc", 3), "abc");

@@ -68,6 +68,12 @@ std::optional<Application> frontmost() {
   }
 }
 
+bool unhide(platform::Pid pid) {
+  @autoreleasepool {
+    return [running(pid) unhide];
+  }
+}
+
 std::optional<ActivationPolicy> activationPolicy(platform::Pid pid) {
   @autoreleasepool {
     NSRunningApplication* application = running(pid);

@@ -62,6 +62,18 @@ ActionNames actionNames(const Element& element) {
   return {std::move(wire.names), wire.outcome};
 }
 
+Hit elementAt(const Element& application, platform::Point point) {
+  const auto wire =
+      simulated::askFor<platform::WireHit>(Function::axElementAt, referenceOf(application), point);
+  Hit hit{std::nullopt, wire.outcome};
+  if (wire.element) hit.element = simulated::makeElement(*wire.element);
+  return hit;
+}
+
+Outcome perform(const Element& element, const char* action) {
+  return simulated::askFor<Outcome>(Function::axPerform, referenceOf(element), action);
+}
+
 Outcome setAttribute(const Element& element, const char* name, const Value& value) {
   return simulated::askFor<Outcome>(Function::axSetAttribute, referenceOf(element), name,
                                     simulated::packValue(value));

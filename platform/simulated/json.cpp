@@ -38,6 +38,45 @@ struct Converter {
 
 nlohmann::json convert(const driver::Value& value) { return value.visit(Converter{}); }
 
+// The parser bounds no nesting; what is deeper than this is no text of ours.
+constexpr std::size_t nestingMax = 500;
+
+bool nestsTooDeep(std::string_view text) {
+  std::size_t depth = 0;
+  bool inText = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (inText && text[i] == '\\') {
+      ++i;
+    } else if (text[i] == '"') {
+      inText = !inText;
+    } else if (!inText && (text[i] == '[' || text[i] == '{')) {
+      if (++depth > nestingMax) return true;
+    } else if (!inText && (text[i] == ']' || text[i] == '}') && depth > 0) {
+      --depth;
+    }
+  }
+  return false;
+}
+
+driver::Value revert(const nlohmann::json& parsed) {
+  if (parsed.is_boolean()) return parsed.get<bool>();
+  if (parsed.is_number_unsigned() && parsed.get<std::uint64_t>() > INT64_MAX) {
+    return parsed.get<double>();
+  }
+  if (parsed.is_number_integer()) return parsed.get<std::int64_t>();
+  if (parsed.is_number()) return parsed.get<double>();
+  if (parsed.is_string()) return parsed.get<std::string>();
+  if (parsed.is_array()) {
+    driver::Value::List list;
+    for (const auto& item : parsed) list.push_back(revert(item));
+    return list;
+  }
+  if (!parsed.is_object()) return {};
+  driver::Value::Object object;
+  for (const auto& [key, value] : parsed.items()) object.emplace(key, revert(value));
+  return object;
+}
+
 }  // namespace
 
 std::string write(const driver::Value& value) {
@@ -49,6 +88,13 @@ std::string write(const driver::Value& value) {
     escaped += c;
   }
   return escaped;
+}
+
+std::optional<driver::Value> parse(std::string_view text) {
+  if (nestsTooDeep(text)) return std::nullopt;
+  const auto parsed = nlohmann::json::parse(text, nullptr, false);
+  if (!parsed.is_array() && !parsed.is_object()) return std::nullopt;
+  return revert(parsed);
 }
 
 }  // namespace json

@@ -59,5 +59,57 @@ TEST(json_write, stops_the_process_at_what_is_not_finite) {
   EXPECT_DEATH(write(Value::List{-std::numeric_limits<double>::infinity()}), "");
 }
 
+TEST(json_parse, reads_objects_and_lists_of_everything) {
+  EXPECT_EQ(parse(R"({"a":[1,-2,2.5,true,false,null,"t"],"b":{}})"),
+            Value(Value::Object{{"a", Value::List{1, -2, 2.5, true, false, Value(), "t"}},
+                                {"b", Value::Object{}}}));
+  EXPECT_EQ(parse(" \t\r\n[ ] \n"), Value(Value::List{}));
+}
+
+TEST(json_parse, takes_no_bare_value_and_nothing_around_it) {
+  for (const char* text :
+       {"",      " ",     "1",     "\"text\"", "true",        "null",     "[1] 2",
+        "[1],",  "x[1]",  "[1]]",  "[1",       "{\"a\":1",    "{\"a\"}",  "[1,]",
+        "[,1]",  "{a:1}", "['a']", "[01]",     "[+1]",        "[.5]",     "[1.]",
+        "[NaN]", "[1 2]", "[\"a]", "[\"\n\"]", "// note\n[]", "[\"\\x\"]"}) {
+    EXPECT_EQ(parse(text), std::nullopt) << text;
+  }
+}
+
+TEST(json_parse, takes_only_well_formed_text) {
+  EXPECT_EQ(parse("[\"\xFF\"]"), std::nullopt);
+  EXPECT_EQ(parse("[\"\xED\xA0\x80\"]"), std::nullopt);
+  EXPECT_EQ(parse("[\"\xC3\"]"), std::nullopt);
+  EXPECT_EQ(parse("[\"\\uD800\"]"), std::nullopt);
+}
+
+TEST(json_parse, resolves_escapes) {
+  EXPECT_EQ(parse(R"(["\"\\\/\b\f\n\r\t\u00e9\ud83d\ude00\u0000"])"),
+            Value(Value::List{std::string("\"\\/\b\f\n\r\t\u00E9\U0001F600\0", 15)}));
+}
+
+TEST(json_parse, gives_whole_numbers_that_fit_as_integers) {
+  EXPECT_EQ(parse("[9223372036854775807,-9223372036854775808,0,-1]"),
+            Value(Value::List{std::numeric_limits<std::int64_t>::max(),
+                              std::numeric_limits<std::int64_t>::min(), 0, -1}));
+  EXPECT_EQ(parse("[9223372036854775808,18446744073709551615,0.5,1e3]"),
+            Value(Value::List{9223372036854775808.0, 18446744073709551615.0, 0.5, 1000.0}));
+}
+
+TEST(json_parse, takes_500_levels_and_no_more) {
+  EXPECT_NE(parse(std::string(500, '[') + std::string(500, ']')), std::nullopt);
+  EXPECT_EQ(parse(std::string(501, '[') + std::string(501, ']')), std::nullopt);
+  EXPECT_EQ(parse(std::string(1'000'000, '[')), std::nullopt);
+  // Brackets in texts nest nothing.
+  EXPECT_EQ(parse("[\"" + std::string(900, '[') + "\\\"[\"]"),
+            Value(Value::List{std::string(900, '[') + "\"["}));
+}
+
+TEST(json_parse, reads_back_what_was_written) {
+  const Value value(Value::Object{{"a/b", Value::List{1, 0.1, "caf\u00E9 \u2028", true, Value()}},
+                                  {"z", Value::Object{}}});
+  EXPECT_EQ(parse(write(value)), value);
+}
+
 }  // namespace
 }  // namespace json

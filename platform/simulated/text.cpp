@@ -49,6 +49,14 @@ bool equal(std::string_view a, std::string_view b) {
   return U_SUCCESS(status) && left == right;
 }
 
+std::string canonical(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(status);
+  if (U_FAILURE(status)) return std::string(text);
+  const icu::UnicodeString composed = nfc->normalize(unicode(text), status);
+  return U_SUCCESS(status) ? utf8(composed) : std::string(text);
+}
+
 std::string prefix(std::string_view text, std::size_t count) {
   if (text.size() <= count) return std::string(text);  // a character takes a byte at least
   const icu::UnicodeString whole = unicode(text);

@@ -43,6 +43,16 @@ TEST(equal, tells_letters_and_case_apart) {
   EXPECT_FALSE(equal("\u00A0", " "));   // and so is a blank that does not break
 }
 
+TEST(canonical, composes_letters_and_orders_their_marks) {
+  EXPECT_EQ(canonical(""), "");
+  EXPECT_EQ(canonical("cafe\u0301"), "caf\u00E9");
+  EXPECT_EQ(canonical("\u212B"), "\u00C5");  // the Angstrom sign
+  EXPECT_EQ(canonical("\u1112\u1161\u11AB"), "\uD55C");
+  EXPECT_EQ(canonical("e\u0302\u0323"), "\u1EC7");
+  EXPECT_EQ(canonical("\uFB01 \u2026"), "\uFB01 \u2026");  // these are only compatible
+  EXPECT_EQ(canonical(std::string_view("a\0b", 3)), std::string("a\0b", 3));
+}
+
 TEST(prefix, counts_characters_as_the_user_sees_them) {
   EXPECT_EQ(prefix("hello", 3), "hel");
   EXPECT_EQ(prefix("hello", 5), "hello");

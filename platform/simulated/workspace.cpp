@@ -23,6 +23,8 @@ std::optional<Application> frontmost() {
   return askFor<std::optional<Application>>(Function::frontmost);
 }
 
+bool unhide(platform::Pid pid) { return askFor<bool>(Function::unhide, pid); }
+
 std::optional<ActivationPolicy> activationPolicy(platform::Pid pid) {
   return askFor<std::optional<ActivationPolicy>>(Function::activationPolicy, pid);
 }

@@ -19,6 +19,7 @@ typedef enum NSApplicationActivationPolicy : NSInteger {
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
 @property(nullable, readonly, copy) NSURL* bundleURL;
 @property(readonly) pid_t processIdentifier;
+- (BOOL)unhide;
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:
     (NSString*)bundleIdentifier;
 + (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;

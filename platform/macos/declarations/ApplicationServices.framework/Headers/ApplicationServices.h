@@ -50,6 +50,9 @@ AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRe
                                                AXCopyMultipleAttributeOptions options,
                                                CFArrayRef _Nullable* _Nonnull values);
 AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef _Nullable* _Nonnull names);
+AXError AXUIElementCopyElementAtPosition(AXUIElementRef application, float x, float y,
+                                         AXUIElementRef _Nullable* _Nonnull element);
+AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                      CFTypeRef value);
 Boolean AXIsProcessTrusted(void);

@@ -103,6 +103,7 @@ void CFRunLoopRun(void);
 #define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString(text))
 typedef enum CFStringNormalizationForm : CFIndex {
   kCFStringNormalizationFormD = 0,
+  kCFStringNormalizationFormC = 2,
 } CFStringNormalizationForm;
 CFTypeID CFStringGetTypeID(void);
 CFStringRef _Null_unspecified CFStringCreateWithCharacters(CFAllocatorRef _Nullable alloc,

@@ -40,6 +40,7 @@ typedef struct {
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType>
     : NSObject <NSCopying, NSFastEnumeration>
+- (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
 @end
 
 @interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
@@ -50,6 +51,7 @@ typedef struct {
 @interface NSData : NSObject <NSCopying>
 @property(readonly) NSUInteger length;
 @property(readonly) const void* bytes __attribute__((objc_returns_inner_pointer));
++ (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 @end
 
 @interface NSNull : NSObject <NSCopying>
@@ -77,10 +79,14 @@ enum : NSUInteger {
   NSJSONWritingSortedKeys = 1UL << 1,
   NSJSONWritingFragmentsAllowed = 1UL << 2,
 };
+typedef NSUInteger NSJSONReadingOptions;
 @interface NSJSONSerialization : NSObject
 + (nullable NSData*)dataWithJSONObject:(id)obj
                                options:(NSJSONWritingOptions)opt
                                  error:(NSError* _Nullable* _Nullable)error;
++ (nullable id)JSONObjectWithData:(NSData*)data
+                          options:(NSJSONReadingOptions)opt
+                            error:(NSError* _Nullable* _Nullable)error;
 @end
 
 @interface NSPersonNameComponents : NSObject <NSCopying>

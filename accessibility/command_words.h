@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "main/globals.h"
+#include "main/replies.h"
+#include "platform/ax.h"
+#include "platform/types.h"
+
+namespace driver {
+
+/// The point whose coordinates are the words at `index` and after it. Fails when one is missing or
+/// no number.
+platform::Point pointIn(const Arguments& arguments, std::size_t index);
+
+/// The text in double quotation marks.
+std::string quoted(const std::string& text);
+
+/// The texts with the separator between them.
+std::string joined(const std::vector<std::string>& texts, const std::string& separator);
+
+/// The platform's code, as replies have it.
+std::int32_t codeOf(ax::Error error);
+
+/// What a reply says of an action or a write: "ok", and the platform's code as "axError".
+Reply actionReply(ax::Error error);
+
+}  // namespace driver

@@ -1,0 +1,68 @@
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "accessibility/buttons.h"
+#include "accessibility/command_words.h"
+#include "accessibility/commands.h"
+#include "accessibility/element.h"
+#include "accessibility/messages.h"
+#include "accessibility/walk.h"
+#include "main/replies.h"
+#include "platform/text.h"
+
+namespace driver {
+
+namespace {
+
+constexpr AttributeSet documentAttributes = AttributeSet{Attribute::role} | labelAttributes;
+
+/// What was found in the only document that is open.
+struct Found {
+  std::string document;          // its label
+  std::optional<Button> button;  // the first with the label
+  std::size_t buttons = 0;       // how many have it
+};
+
+/// Looks for the one labelled document and its buttons of that label. Fails unless there is just
+/// this document.
+Found findIn(const ax::Element& application, const std::string& document,
+             const std::string& button) {
+  constexpr const char* notUnique = "the expected conversation document is not uniquely open";
+  Found found;
+  Walk walk(axWindows(application), documentAttributes, textBounds);
+  while (Snapshot* element = walk.next()) {
+    if (walk.inTrunk() && element->role() == "AXWebArea") {
+      const std::string label = axLabel(*element);
+      if (!label.empty()) {
+        if (!found.document.empty() || !text::equal(label, document)) fail(notUnique);
+        found.document = label;
+        walk.beginBranch(buttonBounds);
+      }
+    }
+    if (found.document.empty() || !walk.inBranch(0)) continue;
+    std::optional<Button> candidate = buttonIn(*element);
+    if (!candidate || !text::equal(candidate->label, button)) continue;
+    if (++found.buttons == 1) found.button = std::move(candidate);
+  }
+  if (found.document.empty()) fail(notUnique);
+  return found;
+}
+
+}  // namespace
+
+void axPressInDocumentCommand(const Arguments& arguments) {
+  const std::string& label = arguments[4];
+  const Found found = findIn(axApp(arguments[2]), arguments[3], label);
+  // The walk took its time: the button may have become another.
+  if (found.buttons != 1 || !text::equal(axLabel(found.button->element), label)) {
+    fail("the expected conversation has no unique button with that exact label");
+  }
+  Reply reply = actionReply(messages::perform(found.button->element, "AXPress"));
+  reply["pressed"] = found.button->label;
+  reply["document"] = found.document;
+  emit(reply);
+}
+
+}  // namespace driver

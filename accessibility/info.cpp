@@ -1,0 +1,51 @@
+#include "accessibility/info.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+
+#include "accessibility/composer.h"
+#include "accessibility/roles.h"
+#include "platform/text.h"
+
+namespace driver {
+
+namespace {
+
+constexpr std::size_t valueCharactersMax = 2000;
+
+}  // namespace
+
+Value::Object axInfo(Snapshot& element, const Batch& each) {
+  element.read(infoAttributes | AttributeSet{Attribute::value});
+  Value::Object info = infoWithoutValue(element, each);
+  if (const std::string* value = element.text(Attribute::value)) {
+    info["value"] = text::prefix(*value, valueCharactersMax);
+  }
+  return info;
+}
+
+Value::Object axInfo(const ax::Element& element) {
+  Snapshot now(element);
+  return axInfo(now, Batch(structureAttributes));
+}
+
+Value::Object infoWithoutValue(Snapshot& element, const Batch& each) {
+  element.read(infoAttributes);
+  Value::Object info = {{"role", std::string(element.role())}, {"label", axLabel(element)}};
+  if (const auto frame = axFrame(element)) info["frame"] = frameInfo(*frame);
+  if (hasRole(textRoles, element.role())) {
+    ComposerText composer = axComposerText(element, each);
+    if (!composer.text.empty() || !composer.complete) {
+      info["textValue"] = std::move(composer.text);
+      info["textValueComplete"] = composer.complete;
+    }
+  }
+  return info;
+}
+
+Value::Object frameInfo(const platform::Rect& frame) {
+  return {{"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}};
+}
+
+}  // namespace driver

@@ -1,0 +1,118 @@
+#include "accessibility/match.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <tuple>
+#include <utility>
+
+#include "accessibility/actionable.h"
+#include "accessibility/element.h"
+#include "accessibility/inner_text.h"
+#include "accessibility/labels.h"
+#include "accessibility/roles.h"
+#include "accessibility/walk.h"
+#include "base/geometry.h"
+
+namespace driver {
+
+namespace {
+
+constexpr AttributeSet matchAttributes =
+    AttributeSet{Attribute::role} | labelAttributes | frameAttributes;
+
+struct Wanted {
+  std::string label;
+  std::string roleName;
+  std::optional<Point> near;
+  double radius = 0;
+};
+
+/// How well an element fits: the less the better.
+struct Rank {
+  MatchKind kind = MatchKind::label;
+  double distance = 0;
+
+  friend bool operator<(const Rank& a, const Rank& b) {
+    return std::tie(a.kind, a.distance) < std::tie(b.kind, b.distance);
+  }
+};
+
+struct Best {
+  Snapshot element;
+  Rank rank;
+};
+
+Wanted wantedFor(const std::string& label, Point near, double radius) {
+  Wanted wanted{comparableLabel(label), {}, std::nullopt, radius};
+  wanted.roleName = wanted.label;
+  std::erase(wanted.roleName, ' ');
+  if (near != noPoint) wanted.near = near;
+  return wanted;
+}
+
+double distanceTo(const Rect& frame, const std::optional<Point>& point) {
+  if (!point || contains(frame, *point)) return 0;
+  return std::hypot(point->x - (frame.x + frame.width / 2),
+                    point->y - (frame.y + frame.height / 2));
+}
+
+/// How far the candidate is; none for what is no candidate.
+std::optional<double> candidateDistance(Snapshot& element, const Wanted& wanted) {
+  if (!hasRole(actionableRoles, element.role())) return std::nullopt;
+  const std::optional<Rect> frame = axFrame(element);
+  if (!frame || !(frame->width > 1)) return std::nullopt;
+  const double distance = distanceTo(*frame, wanted.near);
+  return distance <= wanted.radius ? std::optional(distance) : std::nullopt;
+}
+
+std::optional<MatchKind> kindOf(Snapshot& element, const Wanted& wanted, const Batch& each) {
+  std::string label = comparableLabel(axLabel(element));
+  if (label.empty() && !hasRole(textRoles, element.role())) {
+    label = comparableLabel(axText(element, each));
+  }
+  if (label == wanted.label) return MatchKind::label;
+  if (label.empty()) {
+    const bool named = wanted.near && roleName(element.role()) == wanted.roleName;
+    return named ? std::optional(MatchKind::role) : std::nullopt;
+  }
+  const bool contained = label.find(wanted.label) != std::string::npos ||
+                         wanted.label.find(label) != std::string::npos;
+  return contained ? std::optional(MatchKind::containedLabel) : std::nullopt;
+}
+
+std::optional<Best> bestMatch(const ax::Element& application, const Wanted& wanted) {
+  std::optional<Best> best;
+  Walk walk(axWindows(application), matchAttributes, controlBounds);
+  while (Snapshot* element = walk.next()) {
+    const std::optional<double> distance = candidateDistance(*element, wanted);
+    // Its label cannot make it better than the best: there is no need to look for it.
+    if (!distance || (best && !(Rank{MatchKind::label, *distance} < best->rank))) continue;
+    const std::optional<MatchKind> kind = kindOf(*element, wanted, walk.batch());
+    if (!kind || (best && !(Rank{*kind, *distance} < best->rank))) continue;
+    // Nothing is better, and nothing below it is visited: it keeps its children.
+    if (*kind == MatchKind::label && *distance == 0) return Best{std::move(*element), {}};
+    best = Best{walk.take(), {*kind, *distance}};
+  }
+  return best;
+}
+
+}  // namespace
+
+const char* wordOf(MatchKind kind) {
+  constexpr std::array<const char*, 4> words = {"label", "label~", "role", "hit"};
+  return words[static_cast<std::size_t>(kind)];
+}
+
+std::optional<Match> axMatch(const ax::Element& application, const std::string& label, Point near,
+                             double radius) {
+  const Wanted wanted = wantedFor(label, near, radius);
+  if (!wanted.label.empty()) {
+    std::optional<Best> best = bestMatch(application, wanted);
+    if (best) return Match{std::move(best->element), best->rank.kind};
+  }
+  std::optional<Snapshot> hit = axActionable(near, application);
+  return hit ? std::optional(Match{std::move(*hit), MatchKind::hit}) : std::nullopt;
+}
+
+}  // namespace driver

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "accessibility/snapshot.h"
+#include "platform/ax.h"
+#include "platform/types.h"
+
+namespace driver {
+
+/// How an element was found, the best way first.
+enum class MatchKind {
+  label,           // its label is the wanted one
+  containedLabel,  // one of the two labels contains the other
+  role,            // it has no label, and is what the wanted label names
+  hit,             // it lies at the point
+};
+
+/// As replies have it.
+const char* wordOf(MatchKind kind);
+
+struct Match {
+  Snapshot element;
+  MatchKind kind = MatchKind::label;
+};
+
+/// In place of a point: none was given.
+inline constexpr platform::Point noPoint = {-1, -1};
+
+/// The control in the window scope that the label describes best; of several the one nearest to the
+/// point, and none farther from it than `radius` points. Without such a control, or without a
+/// label, the one at the point itself.
+std::optional<Match> axMatch(const ax::Element& application, const std::string& label,
+                             platform::Point near, double radius = 160);
+
+}  // namespace driver

@@ -1,0 +1,118 @@
+#include "accessibility/menu.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "accessibility/command_words.h"
+#include "accessibility/commands.h"
+#include "accessibility/element.h"
+#include "accessibility/labels.h"
+#include "accessibility/messages.h"
+
+namespace driver {
+
+namespace {
+
+constexpr std::size_t candidatesMax = 20'000;
+constexpr std::array<std::string_view, 2> ellipses = {"\u2026", "..."};
+
+void appendSome(std::vector<Snapshot>& items, std::vector<Snapshot> more) {
+  const std::size_t count = std::min(more.size(), candidatesMax - items.size());
+  std::move(more.begin(), more.begin() + static_cast<std::ptrdiff_t>(count),
+            std::back_inserter(items));
+}
+
+/// The first item whose key is the title's; else the first whose key begins with it.
+Snapshot* itemTitled(std::vector<Snapshot>& candidates, const std::string& title) {
+  const std::string wanted = menuKey(title);
+  Snapshot* beginning = nullptr;
+  for (Snapshot& candidate : candidates) {
+    const std::string key = menuKey(menuTitle(candidate));
+    if (key == wanted) return &candidate;
+    if (beginning == nullptr && !key.empty() && key.starts_with(wanted)) beginning = &candidate;
+  }
+  return beginning;
+}
+
+Reply noItem(const std::string& title, const std::vector<std::string>& walked,
+             std::vector<Snapshot>& candidates) {
+  std::vector<std::string> available;
+  for (Snapshot& candidate : candidates) available.push_back(menuTitle(candidate));
+  std::erase(available, "");
+  return refusal("no menu item " + quoted(title) + " under " +
+                 (walked.empty() ? "the menu bar" : joined(walked, " > ")) +
+                 "; available: " + joined(available, " | "));
+}
+
+/// An item's child is its menu, and that menu's children are the items below.
+std::vector<Snapshot> itemsUnder(Snapshot& item) {
+  std::vector<Snapshot> items;
+  std::size_t visits = 0;
+  for (Snapshot& menu : item.children()) {
+    if (++visits > candidatesMax) break;
+    appendSome(items, menu.takeChildren());
+  }
+  return items;
+}
+
+Reply pressItem(Snapshot& item, const std::string& walked) {
+  if (item.isFalse(Attribute::enabled)) return refusal("menu item " + walked + " is disabled");
+  Reply reply = actionReply(messages::perform(item.element(), "AXPress"));
+  reply["pressed"] = walked;
+  return reply;
+}
+
+}  // namespace
+
+std::vector<Snapshot> axMenuBarItems(const ax::Element& application) {
+  std::vector<Snapshot> items;
+  std::optional<ax::Element> bar = axElement(application, "AXMenuBar");
+  if (bar) appendSome(items, Snapshot(std::move(*bar)).takeChildren());
+  return items;
+}
+
+std::string menuTitle(Snapshot& item) {
+  const std::string* title = item.text(Attribute::title);
+  return title != nullptr ? *title : "";
+}
+
+std::string menuKey(std::string_view title) {
+  std::string plain(title);
+  for (const std::string_view ellipsis : ellipses) {
+    for (std::size_t at = 0; (at = plain.find(ellipsis, at)) != std::string::npos;) {
+      plain.erase(at, ellipsis.size());
+    }
+  }
+  return comparableLabel(plain);
+}
+
+Reply axMenu(const ax::Element& application, const std::vector<std::string>& path) {
+  if (path.empty()) return refusal("empty menu path");
+  std::vector<std::string> walked;
+  std::vector<Snapshot> candidates = axMenuBarItems(application);
+  while (true) {
+    const std::string& title = path[walked.size()];
+    Snapshot* item = itemTitled(candidates, title);
+    if (item == nullptr) return noItem(title, walked, candidates);
+    walked.push_back(menuTitle(*item));
+    if (walked.size() == path.size()) return pressItem(*item, joined(walked, " > "));
+    candidates = itemsUnder(*item);
+  }
+}
+
+void axMenuCommand(const Arguments& arguments) {
+  const std::vector<std::string> path(arguments.begin() + 3, arguments.end());
+  emit(axMenu(axApp(arguments[2]), path));
+}
+
+void axMenubarCommand(const Arguments& arguments) {
+  Value::List menus;
+  for (Snapshot& item : axMenuBarItems(axApp(arguments[2]))) menus.emplace_back(menuTitle(item));
+  emit({{"ok", true}, {"menus", menus}});
+}
+
+}  // namespace driver

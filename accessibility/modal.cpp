@@ -1,0 +1,112 @@
+#include "accessibility/modal.h"
+
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include "accessibility/command_words.h"
+#include "accessibility/commands.h"
+#include "accessibility/element.h"
+#include "accessibility/info.h"
+#include "accessibility/inner_text.h"
+#include "accessibility/messages.h"
+#include "accessibility/roles.h"
+#include "accessibility/walk.h"
+#include "main/replies.h"
+#include "platform/text.h"
+
+namespace driver {
+
+namespace {
+
+constexpr std::size_t modalsMax = 8;
+constexpr int textBudget = 80;  // elements
+constexpr std::size_t textCharactersMax = 2000;
+
+constexpr AttributeSet modalAttributes = infoAttributes | AttributeSet{Attribute::subrole};
+
+std::string subroleOf(Snapshot& element) {
+  const std::string* subrole = element.text(Attribute::subrole);
+  return subrole != nullptr ? *subrole : "";
+}
+
+bool isModal(Snapshot& element, bool isWindow) {
+  const bool named =
+      hasRole(modalRoles, element.role()) || hasRole(modalSubroles, subroleOf(element));
+  if (!named || (isWindow && !element.isTrue(Attribute::modal))) return false;
+  const std::optional<Rect> frame = axFrame(element);
+  return frame && frame->width > 1 && frame->height > 1;
+}
+
+Modal modalIn(Snapshot& element, const Batch& each) {
+  return {infoWithoutValue(element, each),
+          subroleOf(element),
+          axText(element, each, textBudget, textCharactersMax),
+          {}};
+}
+
+Value descriptionOf(const Modal& modal) {
+  Value::List buttons;
+  for (const Button& button : modal.buttons) buttons.emplace_back(button.label);
+  Value::Object description = modal.info;
+  description["subrole"] = modal.subrole;
+  description["text"] = modal.text;
+  description["buttons"] = std::move(buttons);
+  return description;
+}
+
+Reply pressIn(const Modal& modal, const std::string& label) {
+  const Button* pressed = nullptr;
+  std::size_t count = 0;
+  for (const Button& button : modal.buttons) {
+    if (!text::equal(button.label, label)) continue;
+    pressed = &button;
+    ++count;
+  }
+  if (count != 1) {
+    return refusal(std::to_string(count) + " buttons labelled " + quoted(label) +
+                   " in that dialog");
+  }
+  Reply reply = actionReply(messages::perform(pressed->element, "AXPress"));
+  reply["pressed"] = label;
+  return reply;
+}
+
+}  // namespace
+
+std::vector<Modal> axModalElements(const ax::Element& application) {
+  std::vector<Modal> modals;
+  Walk walk(axWindows(application), modalAttributes, controlBounds);
+  while (Snapshot* element = walk.next()) {
+    if (walk.inTrunk() && isModal(*element, walk.depth() == 0)) {
+      modals.push_back(modalIn(*element, walk.batch()));
+      walk.beginBranch(buttonBounds);
+      if (modals.size() == modalsMax) walk.endTrunk();
+    }
+    for (std::size_t i = 0; i < modals.size(); ++i) {
+      if (!walk.inBranch(i)) continue;
+      if (auto button = buttonIn(*element)) modals[i].buttons.push_back(std::move(*button));
+    }
+  }
+  return modals;
+}
+
+void axModalCommand(const Arguments& arguments) {
+  Value::List modals;
+  for (const Modal& modal : axModalElements(axApp(arguments[2]))) {
+    modals.push_back(descriptionOf(modal));
+  }
+  emit({{"ok", true}, {"modals", modals}});
+}
+
+void axModalPressCommand(const Arguments& arguments) {
+  std::vector<Modal> modals = axModalElements(axApp(arguments[2]));
+  std::erase_if(modals, [&](const Modal& m) { return !text::equal(m.text, arguments[3]); });
+  if (modals.size() != 1) {
+    emit(refusal(std::to_string(modals.size()) + " dialogs read exactly the approved text"));
+    return;
+  }
+  emit(pressIn(modals.front(), arguments[4]));
+}
+
+}  // namespace driver

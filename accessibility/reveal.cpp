@@ -1,0 +1,50 @@
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "accessibility/command_words.h"
+#include "accessibility/commands.h"
+#include "accessibility/element.h"
+#include "accessibility/messages.h"
+#include "main/replies.h"
+#include "main/state_queries.h"
+#include "platform/workspace.h"
+
+namespace driver {
+
+namespace {
+
+bool isMinimized(const ax::Element& window) {
+  const std::optional<ax::Value> value = axAttr(window, "AXMinimized");
+  const bool* minimized = value ? value->get<bool>() : nullptr;
+  return minimized != nullptr && *minimized;
+}
+
+std::string titleOf(const ax::Element& window) {
+  const std::vector<std::string> titles = axTexts(window, {"AXTitle"});
+  return titles.empty() ? "" : titles.front();
+}
+
+}  // namespace
+
+void revealCommand(const Arguments& arguments) {
+  const std::optional<workspace::Application> app = runningApp(arguments[2]);
+  if (!app) {
+    emit(refusal("app not running"));
+    return;
+  }
+  Value::List did;
+  if (app->hidden && workspace::unhide(app->pid)) did.emplace_back("unhid");
+  const std::vector<ax::Element> windows = axWindows(axApp(app->pid));
+  if (!windows.empty() && std::all_of(windows.begin(), windows.end(), isMinimized)) {
+    const ax::Element& first = windows.front();
+    if (messages::setAttribute(first, "AXMinimized", ax::Value{false}) == ax::Error::success) {
+      did.emplace_back("unminimized " + quoted(titleOf(first)));
+    }
+  }
+  emit({{"ok", true}, {"did", did}, {"windows", static_cast<std::int64_t>(windows.size())}});
+}
+
+}  // namespace driver

@@ -1,0 +1,152 @@
+#include "accessibility/snapshot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "accessibility/messages.h"
+#include "base/geometry.h"
+
+namespace driver {
+
+namespace {
+
+bool isElement(const ax::Value& value) { return value.get<ax::Element>() != nullptr; }
+
+/// The elements of a list of nothing else, moved out of it.
+std::vector<Snapshot> snapshotsIn(std::optional<ax::Value>& value) {
+  std::vector<Snapshot> snapshots;
+  auto* list = value ? std::get_if<std::vector<ax::Value>>(&value->data) : nullptr;
+  if (list == nullptr || !std::all_of(list->begin(), list->end(), isElement)) return snapshots;
+  snapshots.reserve(list->size());
+  for (ax::Value& item : *list) {
+    snapshots.emplace_back(std::move(std::get<ax::Element>(item.data)));
+  }
+  return snapshots;
+}
+
+}  // namespace
+
+struct Snapshot::Known {
+  struct Later {
+    Attribute attribute;
+    ax::Slot slot;
+  };
+
+  AttributeSet all;
+  AttributeSet together;        // what the first message asked for
+  std::vector<ax::Slot> slots;  // what it gave, in that order
+  std::vector<Later> later;     // what was read after it, the newest last
+  std::optional<std::vector<Snapshot>> children;
+};
+
+Snapshot::Snapshot(ax::Element element) : element_(std::move(element)) {}
+Snapshot::Snapshot(Snapshot&& other) noexcept = default;
+Snapshot& Snapshot::operator=(Snapshot&& other) noexcept = default;
+Snapshot::~Snapshot() = default;
+
+void Snapshot::read(const Batch& batch) {
+  if (known_) {
+    read(batch.set());
+    return;
+  }
+  known_ = std::make_unique<Known>();
+  known_->slots = messages::attributes(element_, batch.names());
+  known_->together = known_->all = batch.set();
+}
+
+void Snapshot::read(AttributeSet set) {
+  const AttributeSet missing = known_ ? set - known_->all : set;
+  if (missing.empty()) return;
+  const Batch batch(missing);
+  if (!known_) {
+    read(batch);
+    return;
+  }
+  std::vector<ax::Slot> slots = messages::attributes(element_, batch.names());
+  for (std::size_t i = 0; i < attributeCount; ++i) {
+    const auto attribute = static_cast<Attribute>(i);
+    if (!missing.contains(attribute)) continue;
+    known_->later.push_back({attribute, std::move(slots[missing.indexOf(attribute)])});
+  }
+  known_->all = known_->all | missing;
+}
+
+bool Snapshot::isTrue(Attribute attribute) {
+  const bool* value = get<bool>(attribute);
+  return value != nullptr && *value;
+}
+
+bool Snapshot::isFalse(Attribute attribute) {
+  const bool* value = get<bool>(attribute);
+  return value != nullptr && !*value;
+}
+
+std::optional<double> Snapshot::number(Attribute attribute) {
+  if (const auto* integer = get<std::int64_t>(attribute)) return static_cast<double>(*integer);
+  const auto* real = get<double>(attribute);
+  return real != nullptr && std::isfinite(*real) ? std::optional(*real) : std::nullopt;
+}
+
+std::optional<ax::Element> Snapshot::related(Attribute attribute) {
+  const auto* element = get<ax::Element>(attribute);
+  return element != nullptr ? std::optional(*element) : std::nullopt;
+}
+
+std::string_view Snapshot::role() {
+  const std::string* role = text(Attribute::role);
+  return role != nullptr ? std::string_view(*role) : std::string_view();
+}
+
+std::vector<Snapshot>& Snapshot::children() {
+  ax::Slot& slot = slotOf(Attribute::children);
+  if (!known_->children) {
+    known_->children = snapshotsIn(slot.value);
+    slot.value.reset();
+  }
+  return *known_->children;
+}
+
+std::vector<Snapshot> Snapshot::takeChildren() {
+  std::vector<Snapshot> taken = std::move(children());
+  known_->children.reset();
+  known_->all = known_->all - AttributeSet{Attribute::children};
+  return taken;
+}
+
+ax::Slot& Snapshot::slotOf(Attribute attribute) {
+  if (!known_) known_ = std::make_unique<Known>();
+  if (!known_->all.contains(attribute)) {
+    ax::Reading reading = messages::attribute(element_, nameOf(attribute));
+    known_->later.push_back({attribute, {std::move(reading.value), reading.outcome.error}});
+    known_->all = known_->all | AttributeSet{attribute};
+  }
+  const auto newest =
+      std::find_if(known_->later.rbegin(), known_->later.rend(),
+                   [&](const Known::Later& later) { return later.attribute == attribute; });
+  if (newest != known_->later.rend()) return newest->slot;
+  return known_->slots[known_->together.indexOf(attribute)];
+}
+
+std::string axLabel(Snapshot& element) {
+  element.read(labelAttributes);
+  for (const Attribute attribute :
+       {Attribute::title, Attribute::description, Attribute::placeholder, Attribute::help}) {
+    const std::string* text = element.text(attribute);
+    if (text != nullptr && !text->empty()) return *text;
+  }
+  return "";
+}
+
+std::optional<platform::Rect> axFrame(Snapshot& element) {
+  element.read(frameAttributes);
+  const auto* position = element.get<platform::Point>(Attribute::position);
+  const auto* size = element.get<platform::Size>(Attribute::size);
+  if (position == nullptr || size == nullptr) return std::nullopt;
+  const platform::Rect frame{position->x, position->y, size->width, size->height};
+  return isFinite(frame) ? std::optional(frame) : std::nullopt;
+}
+
+}  // namespace driver

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "simulator/world.h"
+
+/// Menus: those of the menu bar, of pop-up buttons, and of whatever else has one.
+namespace simulator {
+
+/// Where the closed menus of the menu bar are kept, far off screen; in global points.
+inline constexpr Point parkedMenus{0, 30'000};
+
+/// The height of a menu's item, in points.
+inline constexpr double menuItemHeight = 22;
+
+/// The menu that the element opens: the first AXMenu among its children. 0: it has none.
+ElementId menuOf(const Application& application, const Element& element);
+
+/// The element is in the menu that is open, or is that menu.
+bool isInOpenMenu(const Application& application, const Element& element);
+
+/// Opens the element's menu instead of any other, or closes it when it is open. False when the
+/// element has none.
+bool toggleMenu(Application& application, const Element& element);
+
+/// A menu's item is chosen: menus close, and a pop-up button shows the item's title as its value.
+void chooseItem(Application& application, ElementId item);
+
+}  // namespace simulator
