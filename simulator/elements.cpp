@@ -97,7 +97,7 @@ std::vector<ElementId> childrenOf(const World& world, const Application& applica
 }
 
 Element& addElement(Application& application, ElementId parent, WindowNumber window,
-                    const std::optional<Rect>& frame, std::string role) {
+                    std::optional<Rect> frame, std::string role) {
   const auto id = static_cast<ElementId>(application.elements.size()) + 1;
   ElementId dependsOn = 0;
   if (Element* around = findElement(application, parent)) {

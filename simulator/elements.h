@@ -36,7 +36,7 @@ std::vector<ElementId> childrenOf(const World& world, const Application& applica
 /// Adds an element, as the last child of `parent` unless that is 0. References to other elements
 /// are void from then on.
 Element& addElement(Application& application, ElementId parent, WindowNumber window,
-                    const std::optional<Rect>& frame, std::string role);
+                    std::optional<Rect> frame, std::string role);
 
 /// Takes the element away, with all that is in it.
 void removeElement(Application& application, ElementId id);
