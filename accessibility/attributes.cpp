@@ -24,9 +24,11 @@ constexpr std::array<const char*, attributeCount> attributeNames = {"AXRole",
                                                                     "AXValue",
                                                                     "AXMinValue",
                                                                     "AXMaxValue",
-                                                                    "AXSelectedTextRange"};
+                                                                    "AXSelectedTextRange",
+                                                                    "AXMenuItemCmdChar",
+                                                                    "AXMenuItemCmdModifiers"};
 
-static_assert(attributeCount == static_cast<std::size_t>(Attribute::selectedRange) + 1);
+static_assert(attributeCount == static_cast<std::size_t>(Attribute::menuModifiers) + 1);
 
 }  // namespace
 

@@ -29,9 +29,11 @@ enum class Attribute : std::uint8_t {
   lowestValue,
   highestValue,
   selectedRange,
+  menuCharacter,
+  menuModifiers,
 };
 
-inline constexpr std::size_t attributeCount = 19;
+inline constexpr std::size_t attributeCount = 21;
 
 /// The platform's name of the attribute.
 const char* nameOf(Attribute attribute);

@@ -1,5 +1,6 @@
 #include "accessibility/element.h"
 
+#include <cstddef>
 #include <cstdint>
 
 #include "accessibility/inner_text.h"
@@ -82,6 +83,10 @@ std::vector<ax::Element> elementsIn(const std::optional<ax::Value>& value) {
 
 std::vector<ax::Element> axWindows(const ax::Element& application) {
   std::vector<ax::Element> windows = elementsIn(axAttr(application, "AXWindows"));
+  if (!globals().windowScope) return windows;
+  if (windows.size() > windowsAskedMax) {
+    windows.erase(windows.begin() + static_cast<std::ptrdiff_t>(windowsAskedMax), windows.end());
+  }
   std::erase_if(windows, [](const ax::Element& window) { return !axWindowInScope(window); });
   return windows;
 }

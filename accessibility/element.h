@@ -31,6 +31,9 @@ std::vector<std::string> axTexts(const ax::Element& element, const std::vector<c
 std::optional<ax::Element> elementIn(const std::optional<ax::Value>& value);
 std::vector<ax::Element> elementsIn(const std::optional<ax::Value>& value);
 
+/// Of so many windows, the first ones, it is asked whether they are in the scope, or minimized.
+inline constexpr std::size_t windowsAskedMax = 20'000;
+
 /// The application's windows in the window scope, in the application's order.
 std::vector<ax::Element> axWindows(const ax::Element& application);
 

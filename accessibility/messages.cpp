@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "input/sky.h"
 #include "main/globals.h"
@@ -66,17 +67,22 @@ std::vector<ax::Slot> attributes(const ax::Element& element,
   ax::Readings readings =
       deliver(element, ax::Readings{{}, notSent}, [&] { return ax::attributes(element, names); });
   if (readings.outcome.error != ax::Error::success) {
-    return std::vector<ax::Slot>(names.size(), ax::Slot{std::nullopt, readings.outcome.error});
+    readings.slots.clear();
+    // Nothing can be had of an element that has gone, or of an application that hangs.
+    if (readings.outcome.timedOut || readings.outcome.error == ax::Error::invalidElement) {
+      readings.slots.assign(names.size(), ax::Slot{std::nullopt, readings.outcome.error});
+    }
   }
   readings.slots.resize(names.size());
   for (std::size_t i = 0; i < names.size(); ++i) {
     ax::Slot& slot = readings.slots[i];
     if (slot.value || slot.error != ax::Error::success) continue;
-    // Some applications answer a batch with an empty slot for what they do give by itself.
-    const ax::Reading single = messages::attribute(element, names[i]);
-    slot = {single.value, single.outcome.error};
+    // Some applications do not answer a batch, or leave a slot of it empty, but give by itself what
+    // it asked for.
+    ax::Reading single = messages::attribute(element, names[i]);
+    slot = {std::move(single.value), single.outcome.error};
   }
-  return readings.slots;
+  return std::move(readings.slots);
 }
 
 std::vector<std::string> actionNames(const ax::Element& element) {

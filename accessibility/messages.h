@@ -16,7 +16,8 @@ namespace driver::messages {
 ax::Reading attribute(const ax::Element& element, const char* name);
 
 /// Several attributes in one round trip: one slot for each name, in that order. A slot without a
-/// value has the error of its attribute, or of the whole message.
+/// value has the error of its attribute. What is not answered together is read one by one, but for
+/// an element that has gone and after a time-out: then each slot has the error of the message.
 std::vector<ax::Slot> attributes(const ax::Element& element, const std::vector<const char*>& names);
 
 /// The names of the element's actions; empty when they cannot be read.

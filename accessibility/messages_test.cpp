@@ -83,13 +83,44 @@ TEST(messages_attributes, are_one_slot_for_each_name_in_one_round_trip) {
   EXPECT_EQ(run.calls, Calls{"ax.attributes"});
 }
 
-TEST(messages_attributes, have_the_error_of_the_whole_message_in_each_slot) {
+TEST(messages_attributes, of_an_element_that_has_gone_have_its_error_in_each_slot) {
   TestMac mac(desk, {"ax.attributes 1 error -25202"});
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
               (Calls{"-25202", "-25202"}));
   });
   EXPECT_EQ(run.calls, Calls{"ax.attributes"});
+}
+
+TEST(messages_attributes, that_time_out_have_its_error_in_each_slot) {
+  TestMac mac(desk, {"ax.attributes 1 hang"});
+  const Result run = runInside(mac, [&] {
+    EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
+              (Calls{"-25204", "-25204"}));
+  });
+  EXPECT_EQ(run.calls, Calls{"ax.attributes"});
+}
+
+TEST(messages_attributes, are_read_singly_where_they_cannot_be_had_together) {
+  for (const char* code : {"-25200", "-25201", "-25204", "-25208"}) {
+    TestMac mac(desk, {"ax.attributes 1+ error " + std::string(code)});
+    const Result run = runInside(mac, [&] {
+      EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"),
+                                           {"AXTitle", "AXValue", "AXHelp", "AXNothing"})),
+                (Calls{"Send", "-25212", "H", "-25205"}));
+    });
+    EXPECT_EQ(run.calls, (Calls{"ax.attributes", "ax.attribute", "ax.attribute", "ax.attribute",
+                                "ax.attribute"}));
+  }
+}
+
+TEST(messages_attributes, are_asked_for_singly_but_once) {
+  TestMac mac(desk, {"ax.attributes 1+ error -25204", "ax.attribute 1+ error -25200"});
+  const Result run = runInside(mac, [&] {
+    EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
+              (Calls{"-25200", "-25200"}));
+  });
+  EXPECT_EQ(run.calls, (Calls{"ax.attributes", "ax.attribute", "ax.attribute"}));
 }
 
 TEST(messages_attributes, are_read_singly_where_a_slot_is_neither_value_nor_error) {

@@ -26,7 +26,7 @@ namespace driver {
 namespace {
 
 constexpr std::uint32_t hoverMicroseconds = 500'000;
-constexpr std::size_t childrenMax = 20'000;
+constexpr std::size_t childrenMax = 20'000;  // that are asked what they offer
 
 /// Lets the row show what it only shows under the pointer. Fails when no window lies there.
 void hover(const std::string& reference, const Rect& row) {
@@ -51,7 +51,8 @@ struct Choice {
 };
 
 Choice lastControl(const std::vector<Snapshot>& children) {
-  for (auto child = children.rbegin(); child != children.rend(); ++child) {
+  std::size_t left = childrenMax;
+  for (auto child = children.rbegin(); child != children.rend() && left > 0; ++child, --left) {
     if (isControl(child->element())) return {child->element(), {}};
   }
   return {};
@@ -61,7 +62,9 @@ Choice controlNamed(std::vector<Snapshot>& children, const std::string& name) {
   Choice choice;
   const std::string wanted = comparableLabel(name);
   const Batch each(structureAttributes);
+  std::size_t left = childrenMax;
   for (Snapshot& child : children) {
+    if (left-- == 0) break;
     if (!isControl(child.element())) continue;
     const std::string text = axText(child, each);
     if (comparableLabel(text) == wanted) {
@@ -76,9 +79,6 @@ Choice controlNamed(std::vector<Snapshot>& children, const std::string& name) {
 Choice chooseControl(const ax::Element& row, const std::string& name) {
   Snapshot now(row);
   std::vector<Snapshot> children = now.takeChildren();
-  if (children.size() > childrenMax) {
-    children.erase(children.begin() + static_cast<std::ptrdiff_t>(childrenMax), children.end());
-  }
   return name == "last" ? lastControl(children) : controlNamed(children, name);
 }
 

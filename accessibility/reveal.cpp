@@ -22,6 +22,12 @@ bool isMinimized(const ax::Element& window) {
   return minimized != nullptr && *minimized;
 }
 
+/// Whether it is known of every window, and there is one.
+bool areAllMinimized(const std::vector<ax::Element>& windows) {
+  return !windows.empty() && windows.size() <= windowsAskedMax &&
+         std::all_of(windows.begin(), windows.end(), isMinimized);
+}
+
 std::string titleOf(const ax::Element& window) {
   const std::vector<std::string> titles = axTexts(window, {"AXTitle"});
   return titles.empty() ? "" : titles.front();
@@ -38,7 +44,7 @@ void revealCommand(const Arguments& arguments) {
   Value::List did;
   if (app->hidden && workspace::unhide(app->pid)) did.emplace_back("unhid");
   const std::vector<ax::Element> windows = axWindows(axApp(app->pid));
-  if (!windows.empty() && std::all_of(windows.begin(), windows.end(), isMinimized)) {
+  if (areAllMinimized(windows)) {
     const ax::Element& first = windows.front();
     if (messages::setAttribute(first, "AXMinimized", ax::Value{false}) == ax::Error::success) {
       did.emplace_back("unminimized " + quoted(titleOf(first)));

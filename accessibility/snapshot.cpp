@@ -116,6 +116,13 @@ std::vector<Snapshot> Snapshot::takeChildren() {
   return taken;
 }
 
+void Snapshot::giveChildren(std::vector<ax::Element> children) {
+  std::vector<Snapshot>& given = known_->children.emplace();
+  given.reserve(children.size());
+  for (ax::Element& child : children) given.emplace_back(std::move(child));
+  known_->all = known_->all | AttributeSet{Attribute::children};
+}
+
 ax::Slot& Snapshot::slotOf(Attribute attribute) {
   if (!known_) known_ = std::make_unique<Known>();
   if (!known_->all.contains(attribute)) {

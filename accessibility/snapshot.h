@@ -62,6 +62,9 @@ class Snapshot {
   /// The same, given away with what has been read of them: asked again, the element is read again.
   std::vector<Snapshot> takeChildren();
 
+  /// Gives it back children that were taken, of which nothing has been read.
+  void giveChildren(std::vector<ax::Element> children);
+
  private:
   struct Known;
 

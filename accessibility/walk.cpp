@@ -1,6 +1,7 @@
 #include "accessibility/walk.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace driver {
@@ -30,9 +31,13 @@ Snapshot* Walk::next() {
 }
 
 Snapshot Walk::take() {
+  std::vector<ax::Element> children;
+  children.reserve(current_->element.children().size());
+  for (const Snapshot& child : current_->element.children()) children.push_back(child.element());
   expand();
   Snapshot taken = std::move(current_->element);
   current_.reset();
+  taken.giveChildren(std::move(children));
   return taken;
 }
 
@@ -76,6 +81,8 @@ void Walk::expand() {
   // Of a million children only those are kept that there is a visit left for.
   const std::size_t count = std::min(children.size(), reachable);
   const int depth = current_->depth + 1;
+  const std::size_t height = stack_.size() + count;
+  if (height > stack_.capacity()) stack_.reserve(std::max(height, 2 * stack_.capacity()));
   if (siblings_ == Siblings::lastFirst) {
     for (auto child = children.end() - static_cast<std::ptrdiff_t>(count); child != children.end();
          ++child) {
@@ -87,12 +94,21 @@ void Walk::expand() {
   dropUnreachable();
 }
 
-// Each level may leave as many siblings behind as there are visits left.
+// Each level may leave as many siblings behind as there are visits left. The stack lies in
+// the order of depth: at its bottom is what every reach still goes down to. Only that is sure to be
+// visited from its top on, so only of that can it be told how much is too much.
 void Walk::dropUnreachable() {
   std::size_t left = 0;
-  for (const Reach& reach : reaches_) left += reach.left;
-  if (stack_.size() <= 2 * left) return;
-  const std::size_t count = stack_.size() - left;
+  int deepest = std::numeric_limits<int>::max();
+  for (const Reach& reach : reaches_) {
+    left += reach.left;
+    if (reach.left > 0) deepest = std::min(deepest, reach.deepest);
+  }
+  const auto end = std::partition_point(stack_.begin(), stack_.end(),
+                                        [&](const Entry& entry) { return entry.depth <= deepest; });
+  const auto reached = static_cast<std::size_t>(end - stack_.begin());
+  if (reached <= 2 * left) return;
+  const std::size_t count = reached - left;
   stack_.erase(stack_.begin(), stack_.begin() + static_cast<std::ptrdiff_t>(count));
   dropped_ += count;
 }

@@ -39,7 +39,7 @@ class Walk {
   /// Goes on to the next element. Borrowed until then; null at the end.
   Snapshot* next();
 
-  /// Gives the current element away, to be kept; the walk goes on below it.
+  /// Gives the current element away, to be kept with its children; the walk goes on below it.
   Snapshot take();
 
   /// How far the current element is below its root.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "accessibility/element.h"
 #include "tests/support/inside.h"
 
@@ -109,6 +111,39 @@ TEST(axWindowInScope, believes_the_application_when_the_number_is_refused_at_onc
 )",
                        inbox, {"private.ax-window 1+ error -25204"}),
             Texts{"Inbox"});
+}
+
+/// An application that names one element of a window as its windows, again and again.
+std::string windowNamed(int times) {
+  std::string names;
+  for (int i = 0; i < times; ++i) names += " \"Page\"";
+  return "    app Notes pid 41 attribute AXWindows elements" + names +
+         "\n        window 7 \"Inbox\" at 0,0 size 99x99\n"
+         "            AXGroup \"Page\" attribute AXMinimized true\n";
+}
+
+TEST(axWindows, judges_20000_windows) {
+  TestMac mac(windowNamed(20'002));
+  std::size_t count = 0;
+  const Result run = runInside(
+      mac, [&] { count = axWindows(applicationOf(mac, "Notes")).size(); }, inbox);
+  EXPECT_EQ(count, 20'000U);
+  EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "private.ax-window"), 20'000);
+}
+
+TEST(axWindows, without_a_scope_are_all_that_the_application_has) {
+  TestMac mac(windowNamed(20'002));
+  std::size_t count = 0;
+  const Result run = runInside(mac, [&] { count = axWindows(applicationOf(mac, "Notes")).size(); });
+  EXPECT_EQ(count, 20'002U);
+  EXPECT_EQ(run.calls, Texts{"ax.attribute"});
+}
+
+TEST(reveal, brings_none_back_of_more_windows_than_it_can_ask) {
+  TestMac mac(windowNamed(20'001));
+  const Result run = mac.driver("reveal Notes");
+  EXPECT_EQ(seen(run), success(R"({"did":[],"ok":true,"windows":20001})"));
+  EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.attribute"), 1);
 }
 
 TEST(axWindowInScope, believes_the_application_about_number_0) {

@@ -20,7 +20,37 @@ Extent extentOf(char lead) {
   return byte < 0xF0 ? Extent{3, 1} : Extent{4, 2};
 }
 
+constexpr char32_t firstBeyondOneUnit = 0x10000;
+
+/// The code point of a character of this many bytes at the beginning of the text.
+char32_t codePoint(std::string_view text, std::size_t bytes) {
+  const auto lead = static_cast<std::uint8_t>(text[0]);
+  char32_t point = bytes == 1 ? lead : lead & (0x7Fu >> bytes);
+  for (std::size_t i = 1; i < bytes; ++i) {
+    point = (point << 6) | (static_cast<std::uint8_t>(text[i]) & 0x3Fu);
+  }
+  return point;
+}
+
 }  // namespace
+
+std::u16string utf16(std::string_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t bytes = extentOf(text[0]).bytes;
+    const char32_t point = codePoint(text, bytes);
+    text.remove_prefix(bytes);
+    if (point < firstBeyondOneUnit) {
+      units += static_cast<char16_t>(point);
+      continue;
+    }
+    const char32_t offset = point - firstBeyondOneUnit;
+    units += static_cast<char16_t>(0xD800 + (offset >> 10));
+    units += static_cast<char16_t>(0xDC00 + (offset & 0x3FF));
+  }
+  return units;
+}
 
 std::size_t utf16Length(std::string_view text) {
   std::size_t units = 0;

@@ -9,6 +9,9 @@ namespace driver {
 /// Positions in texts by UTF-16 units, as applications count them. Texts are well-formed UTF-8. A
 /// position inside a character counts as its beginning.
 
+/// The text in UTF-16.
+std::u16string utf16(std::string_view text);
+
 /// How many UTF-16 units the text takes.
 std::size_t utf16Length(std::string_view text);
 

@@ -8,6 +8,14 @@ namespace {
 // Bytes 1, 2, 3 and 4; units 1, 1, 1 and 2.
 const std::string mixed = "a\u00E9\u4F60\U0001F600";
 
+TEST(utf16, gives_the_units_of_a_text) {
+  EXPECT_EQ(utf16(""), u"");
+  EXPECT_EQ(utf16(mixed), u"a\u00E9\u4F60\U0001F600");
+  EXPECT_EQ(utf16("\u007F\u0080\u07FF\u0800\uFFFF"), u"\u007F\u0080\u07FF\u0800\uFFFF");
+  EXPECT_EQ(utf16("\U00010000\U0010FFFF"), u"\U00010000\U0010FFFF");
+  EXPECT_EQ(utf16(std::string_view("a\0b", 3)), std::u16string(u"a\0b", 3));
+}
+
 TEST(utf16_length, counts_two_units_for_characters_beyond_the_basic_plane) {
   EXPECT_EQ(utf16Length(""), 0U);
   EXPECT_EQ(utf16Length("abc"), 3U);

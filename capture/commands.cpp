@@ -28,8 +28,9 @@ const CommandForm& formOf(const std::string& command) {
 }
 
 Reply captureReply(const Arguments& arguments) {
-  // A file of the repaired name would be another one.
-  if (globals().repairedArgs.contains(3)) fail("cannot write " + arguments[3]);
+  // A file of the repaired name would be another one, and so would one whose name ends early.
+  const bool isCut = arguments[3].find('\0') != std::string::npos;
+  if (isCut || globals().repairedArgs.contains(3)) fail("cannot write " + arguments[3]);
   try {
     return capture(arguments[2], arguments[3]);
   } catch (const platform::PlatformError& error) {
@@ -81,7 +82,8 @@ Reply motionReply(const Arguments& arguments) {
 /// Whether the screen can be captured at all: the picture is discarded.
 Reply probeReply() {
   try {
-    const share::Content content = share::content(share::DesktopWindows::excluded);
+    const share::Content content =
+        share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
     if (content.displays.empty()) fail("no display");
     share::Configuration configuration;
     configuration.width = probeSide;

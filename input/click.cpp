@@ -70,7 +70,7 @@ void postStep(const quartz::Source* source, const PointerTarget& target, const C
       quartz::createMouseEvent(source, step.type, step.located ? point : offScreen,
                                rightStep ? quartz::MouseButton::right : quartz::MouseButton::left);
   if (!event) return;
-  quartz::clearFlags(*event);
+  quartz::setFlags(*event, 0);
   setPrivateField(*event, quartz::Field::mouseEventNumber, step.eventNumber);
   setPrivateField(*event, quartz::Field::clickState, step.clickState);
   setPrivateField(*event, quartz::Field::buttonNumber, rightStep ? 1 : 0);

@@ -144,7 +144,8 @@ TEST(focusSignature, takes_values_of_all_types) {
 }
 
 TEST(focusSignature, is_a_dash_for_an_application_that_does_not_answer) {
-  EXPECT_EQ(signatureOf(desk, {"ax.attributes 1 error -25204"}), "-");
+  EXPECT_EQ(signatureOf(desk, {"ax.attributes 1 error -25204", "ax.attribute 1+ error -25204"}),
+            "-");
   EXPECT_EQ(signatureOf("app Notes pid 41 hangs\n"), "-");
   EXPECT_EQ(signatureOf("app Other pid 50\n"), "-");
 }

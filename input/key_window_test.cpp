@@ -71,9 +71,9 @@ TEST(makeKey, posts_for_the_key_window_when_nothing_in_it_has_the_focus) {
 }
 
 TEST(makeKey, posts_when_the_focus_cannot_be_read) {
-  for (const char* fault : {"ax.attributes 1 error -25212", "ax.attributes 1 error -25211",
+  for (const char* fault : {"ax.attributes 1 error -25202", "ax.attributes 1 error -25211",
                             "ax.attributes 1 wrong", "private.ax-window 1 error -25201"}) {
-    TestMac mac(desk, {fault});
+    TestMac mac(desk, {fault, "ax.attribute 1+ error -25211"});
     const Result run = runInside(mac, [] { EXPECT_TRUE(Sky::makeKey(41, 7)); });
     EXPECT_EQ(run.effects, bothRecords) << fault;
     EXPECT_EQ(run.elapsed, 300'000) << fault;

@@ -33,7 +33,7 @@ std::string dragRefusal(bool chromium) {
 void postMotion(const PointerTarget& target, Point point, const std::optional<Scroll>& scroll) {
   const std::optional<quartz::Event> event = createEvent(point, scroll);
   if (!event) return;
-  quartz::clearFlags(*event);
+  quartz::setFlags(*event, 0);
   quartz::setLocation(*event, point);
   setPrivateField(*event, quartz::Field::mouseEventNumber, eventNumber);
   setPrivateField(*event, quartz::Field::clickState, clickState);

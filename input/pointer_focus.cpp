@@ -3,6 +3,7 @@
 #include "input/foreground.h"
 #include "input/held_focus.h"
 #include "input/sky_focus.h"
+#include "main/act.h"
 #include "main/undo.h"
 #include "platform/loop.h"
 
@@ -19,6 +20,7 @@ void takeFocusBack(platform::Pid pid, platform::WindowNumber window) {
 
 PointerFocus beginPointerFocus(platform::Pid pid, const TargetWindow& window) {
   if (foregroundPID() == pid || inputFocusHeld(pid)) return PointerFocus::notNeeded;
+  const Act act;  // until it is noted, nobody could take the focus back
   if (!Sky::focus(pid, window.id, true)) return PointerFocus::unavailable;
   pushUndo([pid, number = window.id] { takeFocusBack(pid, number); });
   return PointerFocus::given;

@@ -5,6 +5,7 @@
 #include "capture/liveness.h"
 #include "input/session.h"
 #include "input/sky.h"
+#include "main/act.h"
 #include "main/globals.h"
 #include "platform/loop.h"
 
@@ -24,9 +25,9 @@ void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Ro
   }
   if (!event) return;
   quartz::setField(*event, quartz::Field::sourceUserData, ownEventTag);
-  if (routes.privateRoute) {
-    if (const Sky::PostToPid post = Sky::postToPid()) post(pid, event->get());
-  }
+  const Sky::PostToPid postPrivately = routes.privateRoute ? Sky::postToPid() : nullptr;
+  const Act act;
+  if (postPrivately != nullptr) postPrivately(pid, event->get());
   if (routes.publicRoute) quartz::postToPid(pid, *event);
   loop::sleepMicroseconds(eventPauseMicroseconds);
 }

@@ -16,7 +16,8 @@ struct Routes {
 /// Posts one event to one process, marked as the tool's own, and waits the 12 ms that receivers
 /// need. Fails when the capture service has gone. When the session is not usable the event is
 /// withheld, which `droppedWhileLocked` records, and nothing is waited for; nor for an absent
-/// event. A missing private route is skipped.
+/// event. A missing private route is skipped. When another flow is ending the process, the calling
+/// one is held back for good.
 void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
 
 }  // namespace driver

@@ -24,7 +24,7 @@ std::optional<quartz::Event> someEvent() {
   auto event = quartz::createMouseEvent(nullptr, quartz::EventType::mouseMoved, {130, 95},
                                         quartz::MouseButton::left);
   if (!event) return event;
-  quartz::clearFlags(*event);
+  quartz::setFlags(*event, 0);
   quartz::setField(*event, quartz::Field::mouseEventNumber, 3);  // a move by itself
   return event;
 }

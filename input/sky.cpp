@@ -1,5 +1,7 @@
 #include "input/sky.h"
 
+#include <mutex>
+#include <optional>
 #include <string_view>
 
 #include "main/globals.h"
@@ -14,14 +16,21 @@ constexpr const char* skyLightPath =
 constexpr const char* appServicesPath =
     "/System/Library/Frameworks/ApplicationServices.framework/ApplicationServices";
 
-/// What `find` gives for this name; it is asked once in a run.
+std::optional<void*> knownAddress(const char* name) {
+  const std::lock_guard lock(globals().mutex);
+  const auto entry = globals().lookedUpAddresses.find(name);
+  if (entry == globals().lookedUpAddresses.end()) return std::nullopt;
+  return entry->second;
+}
+
+/// What `find` gives for this name; it is asked once in a run. Two flows that need it for the first
+/// time at once may both ask, and the answer is the same.
 template <class Find>
 void* lookedUp(const char* name, const Find& find) {
-  auto& known = globals().lookedUpAddresses;
-  const auto entry = known.find(name);
-  if (entry != known.end()) return entry->second;
+  if (const auto known = knownAddress(name)) return *known;
   void* const address = find();
-  known.emplace(name, address);
+  const std::lock_guard lock(globals().mutex);
+  globals().lookedUpAddresses.emplace(name, address);
   return address;
 }
 

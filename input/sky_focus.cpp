@@ -10,6 +10,7 @@
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
 #include "input/sky.h"
+#include "main/act.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
 
@@ -82,6 +83,15 @@ std::optional<Receiver> receiverFor(platform::Pid pid) {
   return receiver;
 }
 
+/// The press and the release that make a window key, both or, once the process is ending, none.
+bool clicksAsKey(Receiver& receiver, platform::WindowNumber window) {
+  constexpr std::uint8_t mouseDown = 0x01;
+  constexpr std::uint8_t mouseUp = 0x02;
+  const Act act;
+  return receiver.accepts(keyRecord(window, mouseDown)) &&
+         receiver.accepts(keyRecord(window, mouseUp));
+}
+
 bool isKey(platform::Pid pid, platform::WindowNumber window) {
   const std::vector<ax::Slot> slots =
       messages::attributes(ax::application(pid), {"AXFocusedWindow", "AXFocusedUIElement"});
@@ -102,11 +112,7 @@ bool focus(platform::Pid pid, platform::WindowNumber window, bool give) {
 bool makeKey(platform::Pid pid, platform::WindowNumber window) {
   if (isKey(pid, window)) return true;
   std::optional<Receiver> receiver = receiverFor(pid);
-  if (!receiver) return false;
-  constexpr std::uint8_t mouseDown = 0x01;
-  constexpr std::uint8_t mouseUp = 0x02;
-  if (!receiver->accepts(keyRecord(window, mouseDown))) return false;
-  if (!receiver->accepts(keyRecord(window, mouseUp))) return false;
+  if (!receiver || !clicksAsKey(*receiver, window)) return false;
   loop::sleepMicroseconds(keyPauseMicroseconds);
   return true;
 }

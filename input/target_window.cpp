@@ -5,7 +5,6 @@
 
 #include "accessibility/scope.h"
 #include "base/geometry.h"
-#include "platform/window_server.h"
 
 namespace driver {
 
@@ -18,12 +17,6 @@ bool mayBeOperated(const windowserver::Window& window) {
   return window.name.value_or("").empty() || inScope(window.name);
 }
 
-std::optional<Rect> boundsOf(const windowserver::Window& window) {
-  if (!window.x || !window.y || !window.width || !window.height) return std::nullopt;
-  const Rect bounds{*window.x, *window.y, *window.width, *window.height};
-  return isFinite(bounds) ? std::optional(bounds) : std::nullopt;
-}
-
 std::optional<platform::WindowNumber> numberOf(const windowserver::Window& window) {
   const std::int64_t number = window.number.value_or(0);
   if (number <= 0 || number > std::numeric_limits<platform::WindowNumber>::max()) {
@@ -33,6 +26,12 @@ std::optional<platform::WindowNumber> numberOf(const windowserver::Window& windo
 }
 
 }  // namespace
+
+std::optional<Rect> boundsOf(const windowserver::Window& window) {
+  if (!window.x || !window.y || !window.width || !window.height) return std::nullopt;
+  const Rect bounds{*window.x, *window.y, *window.width, *window.height};
+  return isFinite(bounds) ? std::optional(bounds) : std::nullopt;
+}
 
 std::optional<TargetWindow> windowAt(platform::Pid pid, Point point) {
   const auto list = windowserver::windows(windowserver::Windows::onScreenWithoutDesktop);

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "platform/types.h"
+#include "platform/window_server.h"
 
 namespace driver {
 
@@ -11,6 +12,9 @@ struct TargetWindow {
   platform::WindowNumber id = 0;
   platform::Rect bounds;  // global points, finite
 };
+
+/// The bounds that the server gives for a window; none unless all four values are there and finite.
+std::optional<platform::Rect> boundsOf(const windowserver::Window& window);
 
 /// The frontmost window of the process under a global point, among those that may be operated:
 /// below the system's layers, and in the window scope or untitled. None when there is none, or when

@@ -6,8 +6,14 @@
 #include "accessibility/commands.h"
 #include "capture/commands.h"
 #include "capture/liveness.h"
+#include "capture/service.h"
+#include "guard/display_hold.h"
+#include "guard/lock_guard.h"
+#include "guard/screen_lock.h"
 #include "input/context.h"
 #include "input/held_focus.h"
+#include "input/keyboard_commands.h"
+#include "input/watcher.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
@@ -16,10 +22,23 @@ namespace driver {
 
 namespace {
 
-constexpr std::array<Command, 27> oneShotCommands = {{
+constexpr std::array<Command, 40> otherCommands = {{
     {{"focus-release", "<pid> <window>", 2, 2, invalidFocusRelease}, focusReleaseCommand},
+    {{"bg-key", "<app> <combo>", 2, 2}, bgKeyCommand},
+    {{"bg-type", "<app> <text>", 2, 2}, bgTypeCommand},
+    {{"bg-paste-files", "<app> <path>...", 2}, bgPasteFilesCommand},
+    {{"watch-input", "[<app>]"}, watchInputCommand},
     {{"permissions", ""}, permissionsCommand},
     {{"scene", ""}, sceneCommand},
+    {{"lock-now", ""}, lockNowCommand},
+    {{"lock-serve", ""}, removedLockCommand},
+    {{"lock-arm", ""}, removedLockCommand},
+    {{"lock-disarm", ""}, removedLockCommand},
+    {{"lock-status", ""}, removedLockCommand},
+    {{"lock-query", ""}, removedLockCommand},
+    {{"lock-unlock", ""}, removedLockCommand},
+    {{"lock-guard", ""}, lockGuardCommand},
+    {{"keep-awake", ""}, keepAwakeCommand},
     {{"session", ""}, sessionCommand},
     {{"windows", "<bundleId|name>", 1}, windowsCommand},
     {{"ax-find-text", "<app> <text> [text...]", 2}, axFindTextCommand},
@@ -50,15 +69,23 @@ constexpr std::array<Command, 27> oneShotCommands = {{
 }};
 
 constexpr auto allCommands = [] {
-  std::array<Command, captureCommands.size() + oneShotCommands.size()> table{};
+  std::array<Command, 1 + captureCommands.size() + otherCommands.size()> table{};
   std::size_t next = 0;
+  table[next++] = {captureServiceForm, captureServiceCommand};
   for (const CommandForm& form : captureCommands) table[next++] = {form, runCaptureGroup};
-  for (const Command& command : oneShotCommands) table[next++] = command;
+  for (const Command& command : otherCommands) table[next++] = command;
   return table;
 }();
 
 void dispatch(const Arguments& arguments) {
   if (arguments.size() < 2) fail("usage: driver <command> ...");
+  // What other commands are checked for is this one's to provide.
+  const Command& service = allCommands.front();
+  if (arguments[1] == service.form.name) {
+    requireArity(service.form, arguments);
+    service.handler(arguments);
+    return;
+  }
   requireCaptureAlive();
   checkInputContext(arguments);
   for (const Command& command : allCommands) {

@@ -23,61 +23,25 @@ constexpr const char* sharingStopped =
     "native screen sharing stopped; background input is disabled";
 
 /// All names in the order in which they are compared.
-constexpr std::string_view namesInOrder[] = {"capture",
-                                             "bg-click",
-                                             "bg-scroll",
-                                             "bg-move",
-                                             "bg-drag",
-                                             "bg-focus-hold",
-                                             "capture-probe",
-                                             "focus-release",
-                                             "bg-key",
-                                             "bg-type",
-                                             "bg-paste-files",
-                                             "watch-input",
-                                             "permissions",
-                                             "scene",
-                                             "lock-now",
-                                             "lock-serve",
-                                             "lock-arm",
-                                             "lock-disarm",
-                                             "lock-status",
-                                             "lock-query",
-                                             "lock-unlock",
-                                             "lock-guard",
-                                             "keep-awake",
-                                             "session",
-                                             "windows",
-                                             "ax-find-text",
-                                             "ax-texts-at",
-                                             "ax-press-child",
-                                             "ax-at",
-                                             "ax-press",
-                                             "ax-press-in-document",
-                                             "ax-press-exact",
-                                             "ax-match",
-                                             "ax-press-match",
-                                             "ax-popup-items",
-                                             "ax-slider",
-                                             "ax-insert",
-                                             "ax-focus",
-                                             "reveal",
-                                             "ax-menu",
-                                             "ax-menubar",
-                                             "ax-list",
-                                             "ax-dump",
-                                             "ax-modal",
-                                             "ax-modal-press",
-                                             "ax-focused",
-                                             "ax-set-value"};
+constexpr std::string_view namesInOrder[] = {
+    "capture-service", "capture",        "bg-click",       "bg-scroll",
+    "bg-move",         "bg-drag",        "bg-focus-hold",  "capture-probe",
+    "focus-release",   "bg-key",         "bg-type",        "bg-paste-files",
+    "watch-input",     "permissions",    "scene",          "lock-now",
+    "lock-serve",      "lock-arm",       "lock-disarm",    "lock-status",
+    "lock-query",      "lock-unlock",    "lock-guard",     "keep-awake",
+    "session",         "windows",        "ax-find-text",   "ax-texts-at",
+    "ax-press-child",  "ax-at",          "ax-press",       "ax-press-in-document",
+    "ax-press-exact",  "ax-match",       "ax-press-match", "ax-popup-items",
+    "ax-slider",       "ax-insert",      "ax-focus",       "reveal",
+    "ax-menu",         "ax-menubar",     "ax-list",        "ax-dump",
+    "ax-modal",        "ax-modal-press", "ax-focused",     "ax-set-value",
+};
 
 TEST(command_table, has_its_names_in_the_order_of_dispatch) {
-  auto next = std::begin(namesInOrder);
-  for (const Command& command : commands()) {
-    next = std::find(next, std::end(namesInOrder), command.form.name);
-    ASSERT_NE(next, std::end(namesInOrder)) << command.form.name << " is unknown or out of order";
-    ++next;
-  }
+  std::vector<std::string_view> names;
+  for (const Command& command : commands()) names.push_back(command.form.name);
+  EXPECT_EQ(names, std::vector<std::string_view>(std::begin(namesInOrder), std::end(namesInOrder)));
 }
 
 TEST(command_table, has_a_handler_in_each_row) {
@@ -85,12 +49,9 @@ TEST(command_table, has_a_handler_in_each_row) {
     EXPECT_NE(command.handler, nullptr) << command.form.name;
 }
 
-TEST(command_table, begins_with_the_capture_group) {
-  ASSERT_GE(commands().size(), 7U);
-  for (std::size_t i = 0; i < 7; ++i) {
-    EXPECT_EQ(commands()[i].form.name, namesInOrder[i]);
-    EXPECT_EQ(commands()[i].handler, commands()[0].handler);
-  }
+TEST(command_table, has_one_handler_for_the_capture_group) {
+  ASSERT_GE(commands().size(), 8U);
+  for (std::size_t i = 1; i < 8; ++i) EXPECT_EQ(commands()[i].handler, commands()[1].handler);
 }
 
 TEST(driver, without_a_command_tells_its_usage) {

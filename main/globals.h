@@ -3,12 +3,15 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/cover.h"
+#include "platform/event_tap.h"
 #include "platform/image.h"
 #include "platform/quartz.h"
 #include "platform/types.h"
@@ -28,8 +31,26 @@ struct HeldFocus {
   platform::WindowNumber window = 0;
 };
 
-/// The state of one run. Texts are well-formed UTF-8.
+/// A label of a cover, as it is shown.
+struct CoverLabel {
+  std::size_t panel = 0;
+  platform::Rect screen;  // that the panel covers
+  cover::Label label;
+};
+
+/// The state of one run. Texts are well-formed UTF-8. What several flows use is marked as shared:
+/// it is read and written under `mutex`.
 struct Globals {
+  /// Never held over a call of the seam.
+  std::mutex mutex;
+
+  /// Another flow than the one that works is ending the process. Shared, as are the acts under way.
+  bool ending = false;
+  int actsUnderWay = 0;
+
+  /// Several flows write lines: each takes the right to do so before. Set before they start.
+  bool sharesOutput = false;
+
   /// The window the agent is confined to, lower-cased and not trimmed. Absent: every window.
   std::optional<std::string> windowScope;
 
@@ -39,7 +60,15 @@ struct Globals {
   /// Set when input was withheld because the session had become unusable. Never cleared.
   bool droppedWhileLocked = false;
 
+  /// Shared.
   std::map<platform::Pid, HeldFocus> heldInputFocus;
+
+  /// When the input watcher last reported: seconds since the beginning of 1970; 0 for never.
+  double lastInputReport = 0;
+
+  /// The process that the input watcher watches over, if any, and its tap.
+  std::optional<platform::Pid> watchedInputPID;
+  std::optional<tap::Tap> inputTap;
 
   /// Seconds for which the guard bears with the user's return. Finite, not negative.
   double guardGrace = 0;
@@ -53,19 +82,37 @@ struct Globals {
   /// How the cover calls the user.
   std::string guardOruName;
 
+  /// Until when grace lasts, in seconds since the beginning of 1970, and when it began, in seconds
+  /// for which the machine had been awake. Absent: there is none.
+  std::optional<double> guardGraceUntil;
+  double guardGraceStartAwake = 0;
+
+  /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
+  std::optional<tap::Tap> guardTap;
+  bool guardRelocking = false;
+
+  /// Set by the first `lockAndExit`.
+  bool guardExiting = false;
+
+  /// The titles and the hints of all covers, in the order of their making, and their language.
+  std::vector<CoverLabel> guardTitles;
+  std::vector<CoverLabel> guardHints;
+  bool guardChinese = false;
+
   Arguments args;
 
   /// The positions in `args` of words that were no well-formed UTF-8.
   std::set<std::size_t> repairedArgs;
 
   /// What was looked up of libraries and symbols so far; null is a final absence. Keys are
-  /// constants of the caller.
+  /// constants of the caller. Shared.
   std::map<std::string_view, void*> lookedUpAddresses;
 
-  /// How often an accessibility message to a process ran into the full time-out.
+  /// How often an accessibility message to a process ran into the full time-out, in this run or,
+  /// when it serves requests, in this request.
   std::map<platform::Pid, int> messageTimeOuts;
 
-  /// What frames have still to undo, oldest first.
+  /// What frames have still to undo, oldest first. Shared.
   std::vector<std::function<void()>> pendingUndos;
 };
 

@@ -6,12 +6,15 @@
 #include "main/globals.h"
 #include "main/undo.h"
 #include "platform/json.h"
+#include "platform/loop.h"
 #include "platform/process.h"
 #include "platform/streams.h"
 
 namespace driver {
 
 namespace {
+
+constexpr std::uint64_t nanosecondsPerMicrosecond = 1'000;
 
 // Replies nest a few levels at most, as the commands build them.
 Value repaired(const Value& value) {
@@ -35,9 +38,18 @@ bool isSuccess(const Reply& reply) {
   return entry != reply.end() && entry->second == Value(true);
 }
 
-void write(const Reply& reply) {
+std::string lineOf(const Reply& reply) { return json::write(repaired(reply)); }
+
+enum class Line { oneOfSeveral, last };
+
+bool write(const Reply& reply, Line line) {
+  const std::string text = lineOf(reply);
+  const bool shared = globals().sharesOutput;
+  if (shared) streams::acquireOutput();
   // A line that could not be written whole is not ended either.
-  if (streams::writeOutput(json::write(repaired(reply)))) streams::writeOutput("\n");
+  const bool written = streams::writeOutput(text) && streams::writeOutput("\n");
+  if (shared && line != Line::last) streams::releaseOutput();
+  return written;
 }
 
 }  // namespace
@@ -51,19 +63,35 @@ Reply lockedRefusal(std::string error) {
   return {{"ok", false}, {"locked", true}, {"error", std::move(error)}};
 }
 
-void emit(const Reply& reply) {
-  if (!globals().droppedWhileLocked || !isSuccess(reply)) {
-    write(reply);
-    return;
-  }
-  write(lockedRefusal("the screen locked; input was withheld from the lock screen"));
+bool emit(const Reply& reply) {
+  if (!isSuccess(reply) || !globals().droppedWhileLocked) return write(reply, Line::oneOfSeveral);
+  write(lockedRefusal("the screen locked; input was withheld from the lock screen"), Line::last);
   process::exit(1);
+}
+
+bool emitWithin(const Reply& reply, std::uint32_t microseconds) {
+  return streams::writeOutputWithin(json::write(repaired(reply)), microseconds) &&
+         streams::writeOutputWithin("\n", microseconds);
 }
 
 void fail(const std::string& message) {
   runPendingUndos();
-  emit(refusal(message));
+  write(refusal(message), Line::last);
   process::exit(1);
+}
+
+void emitLastWithin(const Reply& reply, std::uint32_t microseconds) {
+  const std::uint64_t start = loop::uptimeNanoseconds();
+  if (!streams::acquireOutputWithin(microseconds)) return;
+  const std::uint64_t waited = (loop::uptimeNanoseconds() - start) / nanosecondsPerMicrosecond;
+  if (waited >= microseconds) return;
+  // In one piece: a pipe takes that whole, or not at all.
+  streams::writeOutputWithin(lineOf(reply) + "\n",
+                             microseconds - static_cast<std::uint32_t>(waited));
+}
+
+void endOutput() {
+  if (globals().sharesOutput) streams::acquireOutput();
 }
 
 }  // namespace driver

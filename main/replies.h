@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <string>
 
@@ -33,12 +34,23 @@ Reply refusal(std::string error);
 /// The same for a session that is locked or away from the console.
 Reply lockedRefusal(std::string error);
 
-/// Writes one reply as a line of JSON with sorted keys. When input was withheld in this run because
-/// the screen locked, a success is replaced by a refusal that says so, and the process ends with
-/// status 1.
-void emit(const Reply& reply);
+/// Writes one reply as a line of JSON with sorted keys. False when not all of it could be written.
+/// When input was withheld in this run because the screen locked, a success is replaced by a
+/// refusal that says so, and the process ends with status 1.
+bool emit(const Reply& reply);
+
+/// Writes one reply as such a line, but gives up when the reader does not take it in time: that
+/// long for the reply, and for its line feed. False then.
+bool emitWithin(const Reply& reply, std::uint32_t microseconds);
 
 /// Undoes what frames have still to undo, writes a refusal and ends the process with status 1.
 [[noreturn]] void fail(const std::string& message);
+
+/// Writes the last line of a process whose flows share the output, or nothing when that takes
+/// longer. No other flow writes after it.
+void emitLastWithin(const Reply& reply, std::uint32_t microseconds);
+
+/// Takes the right to write for good: no line follows, and none is under way.
+void endOutput();
 
 }  // namespace driver

@@ -2,19 +2,12 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
+#include <functional>
 #include <string_view>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 #include "base/datum.h"
-#include "platform/ax.h"
-#include "platform/quartz.h"
-#include "platform/share.h"
-#include "platform/types.h"
-#include "platform/window_server.h"
-#include "platform/workspace.h"
+#include "platform/wire.h"
 
 /// The seam as data: what the simulated side of the seam says to a simulated Mac, and how its
 /// structures travel. Not part of the Mac's executable.
@@ -23,17 +16,39 @@ namespace platform {
 /// Every function that asks the simulated Mac. Functions marked local in their headers do not.
 enum class Function : std::uint8_t {
   uptime,
+  calendar,
   sleep,
+  startFlow,
+  endFlow,
+  suspend,
+  postToMain,
+  scheduleOnMain,
+  nextItem,
+  leaveDesktop,
+  returnToDesktop,
   environment,
   nullSignal,
+  handleSignal,
+  noteSignal,
+  dieBySignal,
   exit,
   fullUserName,
   loginName,
   givenName,
+  preferredLanguages,
+  operatingSystemVersion,
+  currentDirectory,
+  toolOutput,
   writeOutput,
+  acquireOutput,
+  releaseOutput,
+  readLine,
+  readAvailable,
+  lockFile,
   replaceFile,
   listDirectory,
   fileExists,
+  resolvedPath,
   openLibrary,
   findSymbol,
   findLoadedSymbol,
@@ -48,6 +63,11 @@ enum class Function : std::uint8_t {
   createEvent,
   createMouseEvent,
   createScrollEvent,
+  createKeyboardEvent,
+  secondsSinceLast,
+  createTap,
+  enableTap,
+  tapVerdict,
   publicPost,
   privatePost,
   postRecord,
@@ -55,38 +75,82 @@ enum class Function : std::uint8_t {
   frontProcess,
   processPid,
   axGetWindow,
+  lockScreen,
   windows,
   windowDescription,
   session,
   displayMode,
   captureAccess,
+  shieldingLevel,
   application,
   applicationsWithBundle,
   applications,
   frontmost,
   unhide,
   activationPolicy,
+  terminated,
+  prohibitOwnActivation,
   shareContent,
   screenshot,
+  startStream,
+  updateFilter,
+  updateConfiguration,
+  stopStream,
+  nextStop,
   loadImage,
   pngOfImage,
   pixelsOfImage,
+  decodeImage,
+  fileIcon,
+  pasteboardItems,
+  pasteboardChangeCount,
+  clearPasteboard,
+  writePasteboard,
+  writeFilesToPasteboard,
+  preventDisplaySleep,
+  screens,
+  measureText,
+  showPanel,
+  setPanelLabel,
+  closePanel,
 };
 
 /// The functions' names in traces and fault descriptions, by their order above.
-inline constexpr std::array<std::string_view, 49> functionNames = {
+inline constexpr std::array<std::string_view, 98> functionNames = {
     "loop.uptime",
+    "loop.calendar",
     "loop.sleep",
+    "loop.start-flow",
+    "loop.end-flow",
+    "loop.suspend",
+    "loop.post",
+    "loop.schedule",
+    "loop.next-item",
+    "loop.leave",
+    "loop.return",
     "process.environment",
     "process.null-signal",
+    "process.handle-signal",
+    "process.note-signal",
+    "process.die",
     "process.exit",
     "process.full-user-name",
     "process.login-name",
     "process.given-name",
+    "process.preferred-languages",
+    "process.operating-system-version",
+    "process.current-directory",
+    "process.tool-output",
     "streams.write-output",
+    "streams.acquire-output",
+    "streams.release-output",
+    "streams.read-line",
+    "streams.read-available",
+    "streams.lock-file",
     "streams.replace-file",
     "streams.list-directory",
     "streams.file-exists",
+    "streams.resolved-path",
     "loader.open-library",
     "loader.find-symbol",
     "loader.find-loaded-symbol",
@@ -101,6 +165,11 @@ inline constexpr std::array<std::string_view, 49> functionNames = {
     "quartz.create-event",
     "quartz.create-mouse-event",
     "quartz.create-scroll-event",
+    "quartz.create-keyboard-event",
+    "quartz.seconds-since-last",
+    "tap.create",
+    "tap.enable",
+    "tap.verdict",
     "quartz.post",
     "private.post",
     "private.post-record",
@@ -108,25 +177,47 @@ inline constexpr std::array<std::string_view, 49> functionNames = {
     "private.front-process",
     "private.process-pid",
     "private.ax-window",
+    "private.lock-screen",
     "windowserver.windows",
     "windowserver.description",
     "windowserver.session",
     "windowserver.display-mode",
     "windowserver.capture-access",
+    "windowserver.shielding-level",
     "workspace.application",
     "workspace.applications-with-bundle",
     "workspace.applications",
     "workspace.frontmost",
     "workspace.unhide",
     "workspace.activation-policy",
+    "workspace.terminated",
+    "workspace.prohibit-own-activation",
     "share.content",
     "share.screenshot",
+    "share.start-stream",
+    "share.update-filter",
+    "share.update-configuration",
+    "share.stop-stream",
+    "share.next-stop",
     "image.load",
     "image.png",
     "image.pixels",
+    "image.decode",
+    "image.file-icon",
+    "pasteboard.items",
+    "pasteboard.change-count",
+    "pasteboard.clear",
+    "pasteboard.write",
+    "pasteboard.write-files",
+    "power.prevent-display-sleep",
+    "cover.screens",
+    "cover.measure",
+    "cover.show",
+    "cover.set-label",
+    "cover.close",
 };
 
-static_assert(functionNames.size() == static_cast<std::size_t>(Function::pixelsOfImage) + 1);
+static_assert(functionNames.size() == static_cast<std::size_t>(Function::closePanel) + 1);
 
 /// One call of a seam function.
 struct Call {
@@ -134,7 +225,7 @@ struct Call {
   driver::Datum::List arguments;
 };
 
-/// Where calls go. One process has one channel.
+/// Where calls go. One process has one channel, for all its flows.
 class Channel {
  public:
   Channel() = default;
@@ -146,236 +237,24 @@ class Channel {
   /// see `Thrown`.
   virtual driver::Datum call(Call call) = 0;
 
+  /// The process's id on the simulated Mac.
+  virtual Pid ownPid() const = 0;
+
+  /// Starts a further flow of this process, which makes its calls through this channel too.
+  virtual void startFlow(std::function<void()> body) = 0;
+
+  /// Passes these signals on to the main flow from now on, where the process gets any.
+  virtual void watchSignals(const std::vector<int>& numbers) = 0;
+
   /// True when the simulated Mac keeps what is written to standard output; false when the process
   /// writes to its own descriptor.
   virtual bool keepsOutput() const = 0;
 
   /// Ends the process after the simulated Mac has been told.
   [[noreturn]] virtual void exit(int status) = 0;
-};
 
-/// An answer that may be a platform error: exactly one of the two is there.
-struct Thrown {
-  std::optional<std::string> error;
-  driver::Datum value;
-};
-
-/// An element of the simulated Mac.
-struct ElementReference {
-  Pid pid = 0;
-  std::int64_t id = 0;  // 0 is the application itself
-  friend bool operator==(const ElementReference&, const ElementReference&) = default;
-};
-
-/// The kinds of attribute values as they travel: a list of this number and the payload.
-enum class ValueKind : std::uint8_t {
-  opaque,  // integer: its hash
-  text,
-  boolean,
-  integer,
-  number,
-  element,  // ElementReference
-  list,     // list of values
-  point,
-  size,
-  rect,
-  range,
-};
-
-/// One attribute as it travels; `value` is nothing when there is none.
-struct WireSlot {
-  driver::Datum value;
-  ax::Error error = ax::Error::success;
-};
-
-/// What an accessibility message gave.
-struct WireReadings {
-  std::vector<WireSlot> slots;
-  ax::Outcome outcome;
-};
-
-/// What a read of action names gave.
-struct WireActionNames {
-  std::vector<std::string> names;
-  ax::Outcome outcome;
-};
-
-/// What lies at a point.
-struct WireHit {
-  std::optional<ElementReference> element;
-  ax::Outcome outcome;
-};
-
-struct EventField {
-  std::uint32_t field = 0;
-  std::int64_t value = 0;
-};
-
-/// An event as it is when it is posted.
-struct EventImage {
-  std::int64_t identity = 0;  // the same for every posting of one event
-  std::uint32_t type = 0;
-  Point location;
-  bool flagsCleared = false;
-  bool fromSource = false;
-  std::optional<Point> windowLocation;
-  std::vector<EventField> publicFields;   // written with the public setter
-  std::vector<EventField> privateFields;  // written with the private setter
-  std::int32_t vertical = 0;              // scroll lines
-  std::int32_t horizontal = 0;
-};
-
-/// A screenshot's filter as it travels.
-struct WireFilter {
-  std::int32_t kind = 0;  // the index in share::Filter
-  std::uint32_t display = 0;
-  std::vector<WindowNumber> windows;
-};
-
-/// Shareable content as it travels.
-struct WireContent {
-  std::vector<share::Window> windows;
-  std::vector<share::Display> displays;
+  /// Ends it by a signal, likewise.
+  [[noreturn]] virtual void dieBySignal(int signal) = 0;
 };
 
 }  // namespace platform
-
-namespace driver {
-
-template <>
-struct Members<Point> {
-  static constexpr auto members = std::tuple{&Point::x, &Point::y};
-};
-template <>
-struct Members<Size> {
-  static constexpr auto members = std::tuple{&Size::width, &Size::height};
-};
-template <>
-struct Members<Rect> {
-  static constexpr auto members = std::tuple{&Rect::x, &Rect::y, &Rect::width, &Rect::height};
-};
-template <>
-struct Members<ax::Range> {
-  static constexpr auto members = std::tuple{&ax::Range::location, &ax::Range::length};
-};
-template <>
-struct Members<ax::Outcome> {
-  static constexpr auto members = std::tuple{&ax::Outcome::error, &ax::Outcome::timedOut};
-};
-template <>
-struct Members<platform::Thrown> {
-  static constexpr auto members = std::tuple{&platform::Thrown::error, &platform::Thrown::value};
-};
-template <>
-struct Members<platform::ElementReference> {
-  static constexpr auto members =
-      std::tuple{&platform::ElementReference::pid, &platform::ElementReference::id};
-};
-template <>
-struct Members<platform::WireSlot> {
-  static constexpr auto members =
-      std::tuple{&platform::WireSlot::value, &platform::WireSlot::error};
-};
-template <>
-struct Members<platform::WireReadings> {
-  static constexpr auto members =
-      std::tuple{&platform::WireReadings::slots, &platform::WireReadings::outcome};
-};
-template <>
-struct Members<platform::WireActionNames> {
-  static constexpr auto members =
-      std::tuple{&platform::WireActionNames::names, &platform::WireActionNames::outcome};
-};
-template <>
-struct Members<platform::WireHit> {
-  static constexpr auto members =
-      std::tuple{&platform::WireHit::element, &platform::WireHit::outcome};
-};
-
-// An event's fields travel as one flat list: every post carries a dozen.
-template <>
-inline Datum pack(const std::vector<platform::EventField>& fields) {
-  Datum::List list;
-  list.reserve(2 * fields.size());
-  for (const auto& [field, value] : fields) {
-    list.emplace_back(static_cast<std::int64_t>(field));
-    list.emplace_back(value);
-  }
-  return Datum(std::move(list));
-}
-template <>
-inline std::vector<platform::EventField> unpack(const Datum& datum) {
-  const auto& list = datum_detail::as<Datum::List>(datum);
-  if (list.size() % 2 != 0) throw MalformedDatum();
-  std::vector<platform::EventField> fields;
-  fields.reserve(list.size() / 2);
-  for (std::size_t i = 0; i < list.size(); i += 2) {
-    fields.push_back({unpack<std::uint32_t>(list[i]), unpack<std::int64_t>(list[i + 1])});
-  }
-  return fields;
-}
-template <>
-struct Members<platform::EventImage> {
-  using Event = platform::EventImage;
-  static constexpr auto members = std::tuple{
-      &Event::identity,   &Event::type,           &Event::location,     &Event::flagsCleared,
-      &Event::fromSource, &Event::windowLocation, &Event::publicFields, &Event::privateFields,
-      &Event::vertical,   &Event::horizontal};
-};
-template <>
-struct Members<platform::WireFilter> {
-  static constexpr auto members = std::tuple{
-      &platform::WireFilter::kind, &platform::WireFilter::display, &platform::WireFilter::windows};
-};
-template <>
-struct Members<share::Owner> {
-  static constexpr auto members =
-      std::tuple{&share::Owner::pid, &share::Owner::bundleIdentifier, &share::Owner::name};
-};
-template <>
-struct Members<share::Window> {
-  static constexpr auto members =
-      std::tuple{&share::Window::number, &share::Window::frame, &share::Window::title,
-                 &share::Window::layer, &share::Window::owner};
-};
-template <>
-struct Members<share::Display> {
-  static constexpr auto members = std::tuple{&share::Display::id, &share::Display::frame};
-};
-template <>
-struct Members<platform::WireContent> {
-  static constexpr auto members =
-      std::tuple{&platform::WireContent::windows, &platform::WireContent::displays};
-};
-template <>
-struct Members<share::Configuration> {
-  static constexpr auto members =
-      std::tuple{&share::Configuration::width, &share::Configuration::height,
-                 &share::Configuration::source, &share::Configuration::backgroundGrey};
-};
-template <>
-struct Members<windowserver::Window> {
-  using Window = windowserver::Window;
-  static constexpr auto members =
-      std::tuple{&Window::number, &Window::ownerPid, &Window::layer, &Window::name,
-                 &Window::x,      &Window::y,        &Window::width, &Window::height};
-};
-template <>
-struct Members<windowserver::Session> {
-  static constexpr auto members =
-      std::tuple{&windowserver::Session::locked, &windowserver::Session::onConsole};
-};
-template <>
-struct Members<windowserver::DisplayMode> {
-  static constexpr auto members =
-      std::tuple{&windowserver::DisplayMode::width, &windowserver::DisplayMode::pixelWidth};
-};
-template <>
-struct Members<workspace::Application> {
-  using Application = workspace::Application;
-  static constexpr auto members =
-      std::tuple{&Application::pid,        &Application::bundleIdentifier, &Application::name,
-                 &Application::bundlePath, &Application::active,           &Application::hidden};
-};
-
-}  // namespace driver

@@ -20,4 +20,7 @@ std::string write(const driver::Value& value);
 /// are integers.
 std::optional<driver::Value> parse(std::string_view text);
 
+/// The same, but throws PlatformError with the parser's own words for what is none.
+driver::Value parseOrThrow(std::string_view text);
+
 }  // namespace json

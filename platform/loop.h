@@ -3,19 +3,36 @@
 #include <cstdint>
 #include <functional>
 
-/// Time, and the two flows of a run: the main one and a detached task.
+/// Time, and the flows of a run: the main one, and those that are started beside it. What a flow
+/// does between two waits no other flow of the run disturbs, but on a real machine two flows do run
+/// at once: what they share is guarded by the functions below.
 namespace loop {
 
 /// Nanoseconds since the machine started, sleep excluded. Never goes back.
 std::uint64_t uptimeNanoseconds();
 
+/// Seconds since the beginning of 1970 by the user's clock, which may be set at any time.
+double secondsSince1970();
+
 /// Lets the calling flow sleep for the whole time given, in microseconds.
 void sleepMicroseconds(std::uint32_t microseconds);
 
-/// Starts `task` as a detached flow. It ends the process itself.
+/// Starts `task` as a detached flow. It ends the process itself, or just ends.
 void startTask(std::function<void()> task);
 
-/// Parks the main flow for good in the main dispatch loop.
+/// Lets the main flow do nothing but what comes to it: posted and scheduled work, signals and tap
+/// events that have a handler. Never returns.
 [[noreturn]] void park();
+
+/// Holds the calling flow back for good. The others go on.
+[[noreturn]] void suspend();
+
+/// Has `work` done by the main flow, when it next waits in `park` or runs the application. In the
+/// order of the calls. From any flow.
+void postToMain(std::function<void()> work);
+
+/// Has `work` done by the main flow `count` times, `microseconds` apart, the first time that long
+/// from now. It is done late rather than not when the flow is busy.
+void scheduleOnMain(std::uint32_t microseconds, std::int64_t count, std::function<void()> work);
 
 }  // namespace loop

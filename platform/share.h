@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,11 +74,42 @@ struct Configuration {
   std::optional<double> backgroundGrey;
 };
 
-/// The windows on screen and the displays.
-Content content(DesktopWindows desktopWindows);
+enum class Shown { onScreen, anywhere };
+
+/// The windows and the displays.
+Content content(DesktopWindows desktopWindows, Shown shown);
 
 /// One screenshot. A filter that names what `content` does not hold is a PlatformError.
 image::Image screenshot(const Content& content, const Filter& filter,
                         const Configuration& configuration);
+
+/// How a stream is made. Neither cursor nor sound is shared.
+struct StreamConfiguration {
+  std::uint64_t width = 0;                // pixels
+  std::uint64_t height = 0;               // pixels
+  std::int64_t frameIntervalSeconds = 0;  // at least so long between two frames
+  std::int64_t queueDepth = 0;            // frames
+  std::string name;                       // what the system calls the sharing
+  bool includesChildWindows = false;      // asked for from macOS 14.2 on only
+};
+
+/// A stream that runs, and the mark that the system puts on what it shares. Copies share it.
+using Stream = platform::Handle<struct StreamTag>;
+
+/// Called when the system has stopped a stream, with its description of why; on a flow of the
+/// system's own, while the others go on.
+using StopHandler = std::function<void(const std::string& description)>;
+
+/// Starts to share one window; its frames come on a serial queue with this label and are thrown
+/// away. A stream that starts too late to be waited for is stopped.
+Stream startStream(const Content& content, const WindowFilter& filter,
+                   const StreamConfiguration& configuration, const std::string& queueLabel,
+                   StopHandler onStop);
+
+void updateFilter(const Stream& stream, const Content& content, const WindowFilter& filter);
+void updateConfiguration(const Stream& stream, const StreamConfiguration& configuration);
+
+/// Stops it. Its stop handler is not called for that.
+void stopStream(const Stream& stream);
 
 }  // namespace share

@@ -17,7 +17,11 @@ bool equal(std::string_view a, std::string_view b);
 /// The text in its composed canonical form: those of two equivalent texts have equal bytes.
 std::string canonical(std::string_view text);
 
-/// The first `count` characters, as the user perceives them.
+/// The characters in order, as the user perceives them. A carriage return and its line feed are
+/// one.
+std::vector<std::string> characters(std::string_view text);
+
+/// The first `count` of the characters.
 std::string prefix(std::string_view text, std::size_t count);
 
 /// The text without blanks (spaces of any width and tabs, no line breaks) at both ends.

@@ -23,10 +23,11 @@ struct Window {
   std::optional<double> height;
 };
 
-/// The values the platform gives its list options.
+/// The values the platform gives its list options; "all" includes windows that are not on screen.
 enum class Windows : std::uint32_t {
   onScreen = 1,  // on-screen windows, desktop elements included
   onScreenWithoutDesktop = 1 | 16,
+  allWithoutDesktop = 16,
 };
 
 /// The login session's two values; each absent when its key is missing or not a Boolean.
@@ -54,6 +55,9 @@ std::optional<Session> session();
 
 /// None when the mode cannot be read.
 std::optional<DisplayMode> displayMode(DisplayId display);
+
+/// The level above all ordinary windows, at which a screen is shielded from view.
+std::int64_t shieldingLevel();
 
 /// True when screen capture is already permitted. Never prompts.
 bool captureAccess();

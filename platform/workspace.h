@@ -40,4 +40,10 @@ bool unhide(platform::Pid pid);
 /// The activation policy of a running application; none when the process is no application.
 std::optional<ActivationPolicy> activationPolicy(platform::Pid pid);
 
+/// True when this application has ended, as far as the workspace knows.
+bool terminated(platform::Pid pid);
+
+/// Makes this process an application that can never become active and has no place in the Dock.
+void prohibitOwnActivation();
+
 }  // namespace workspace

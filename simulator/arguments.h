@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/call.h"
+#include "simulator/world.h"
 
 namespace simulator {
 
@@ -10,7 +11,13 @@ namespace simulator {
 /// MalformedDatum.
 class Arguments {
  public:
-  explicit Arguments(const platform::Call& call) : list_(call.arguments) {}
+  explicit Arguments(const platform::Call& call, Microseconds since = 0)
+      : list_(call.arguments), since_(since) {}
+
+  /// When the call was made: now, or before for one that was pending.
+  Microseconds since() const { return since_; }
+
+  std::size_t count() const { return list_.size(); }
 
   template <class T>
   T get(std::size_t index) const {
@@ -22,6 +29,7 @@ class Arguments {
 
  private:
   const driver::Datum::List& list_;
+  Microseconds since_;
 };
 
 }  // namespace simulator

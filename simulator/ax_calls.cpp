@@ -201,7 +201,8 @@ Answer axGetWindow(Mac& mac, Client& /*client*/, const Arguments& arguments) {
     if (element == nullptr || element->window == 0) {
       answer[0] = illegalArgument;
     } else {
-      answer[2] = element->window;
+      const Window* window = findWindow(mac.world, element->window);
+      answer[2] = window != nullptr && window->numberHidden ? 0 : element->window;
     }
   }
   return {pack(answer), message.delay};

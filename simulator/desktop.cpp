@@ -5,7 +5,10 @@
 
 #include "simulator/applications.h"
 #include "simulator/calls.h"
+#include "simulator/client_happenings.h"
 #include "simulator/fields.h"
+#include "simulator/streams.h"
+#include "simulator/taps.h"
 #include "simulator/world_text.h"
 
 namespace simulator {
@@ -49,27 +52,33 @@ std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, 
 
 }  // namespace
 
-Desktop::Desktop(World world, const std::vector<Fault>& faults) : mac_{std::move(world), 0, {}, 0} {
+Desktop::Desktop(World world, const std::vector<Fault>& faults)
+    : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
   advanceTo(0);
 }
 
 std::size_t Desktop::join(std::vector<std::string> arguments,
                           std::map<std::string, std::string> environment) {
-  const std::size_t index = clients_.size();
+  const std::size_t index = mac_.clients.size();
   auto client = std::make_unique<Client>();
   client->pid = firstClientPid + static_cast<Pid>(index);
   client->arguments = std::move(arguments);
   client->environment = std::move(environment);
   mac_.world.processes.insert(client->pid);
   rules_.push_back(std::make_unique<Rules>(mac_, *client));
-  clients_.push_back(std::move(client));
+  mac_.clients.push_back(std::move(client));
   return index;
 }
 
 void Desktop::leave(std::size_t client) {
-  mac_.world.processes.erase(clients_[client]->pid);
-  clients_[client]->pictures.clear();
+  mac_.world.processes.erase(mac_.clients[client]->pid);
+  mac_.clients[client]->pictures.clear();
+  forgetSharing(mac_, mac_.clients[client]->pid);
+  std::erase_if(mac_.world.covers,
+                [&](const Cover& cover) { return cover.owner == mac_.clients[client]->pid; });
+  mac_.clients[client]->displayHolds.clear();
+  dropTaps(mac_, *mac_.clients[client]);
   rules_[client]->finish(violations_);
 }
 
@@ -86,46 +95,69 @@ const Outcome* Desktop::strike(platform::Function function) {
   return outcome;
 }
 
-Answer Desktop::handle(std::size_t clientIndex, Call call) {
-  Client& client = *clients_[clientIndex];
-  Rules& rules = *rules_[clientIndex];
+Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
+  Client& client = *mac_.clients[clientIndex];
   const Outcome* outcome = strike(call.function);
   if (outcome != nullptr && outcome->kind == Outcome::Kind::happening) {
     happen(outcome->happening);
   }
-  rules.before(call, violations_);
+  rules_[clientIndex]->before(call, flow, violations_);
   std::optional<Answer> given;
   if (outcome != nullptr) given = faultyAnswer(call, *outcome);
-  Answer result = given ? std::move(*given) : answer(mac_, client, call);
+  Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
-  rules.after(call, result, outcome != nullptr, violations_);
+  if (result.pending) return result;
+  return conclude(clientIndex, std::move(call), std::move(result), outcome != nullptr, flow);
+}
+
+Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds since,
+                      std::size_t flow) {
+  rules_[clientIndex]->look();
+  Answer result = answer(mac_, *mac_.clients[clientIndex], call, since);
+  if (result.pending) return result;
+  return conclude(clientIndex, call, std::move(result), false, flow);
+}
+
+/// What follows the answer of a call, whenever it comes.
+Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
+                         std::size_t flow) {
+  rules_[clientIndex]->after(call, result, faulty, flow, violations_);
   if (trace_.size() == traceEntriesMax) {
     trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
   }
-  trace_.push_back({mac_.now, clientIndex, std::move(call), result.value, outcome != nullptr});
-  if (client.exited) leave(clientIndex);
+  trace_.push_back({mac_.now, clientIndex, std::move(call), result.value, faulty});
+  if (mac_.clients[clientIndex]->exited) leave(clientIndex);
   return result;
 }
 
 void Desktop::advanceTo(Microseconds time) {
-  const auto& script = mac_.world.script;
-  while (scripted_ < script.size() && script[scripted_].at <= time) {
-    const Scripted& scripted = script[scripted_++];
-    settleWrites(mac_.world, scripted.at);
-    mac_.now = std::max(mac_.now, scripted.at);
-    happen(Happening(scripted.happening));
+  for (auto own = nextOwn(); own && *own <= time; own = nextOwn()) {
+    settleWrites(mac_.world, *own);
+    mac_.now = std::max(mac_.now, *own);
+    if (nextTapDeadline(mac_) == own) {
+      expireTaps(mac_);
+    } else {
+      happen(Happening(mac_.world.script[scripted_++].happening));
+    }
   }
   settleWrites(mac_.world, time);
   mac_.now = std::max(mac_.now, time);
 }
 
 void Desktop::happen(const Happening& happening) {
-  simulator::happen(mac_.world, happening);
+  simulator::happen(mac_, happening);
+  happenToClients(mac_, happening);
   mac_.journal.push_back({mac_.now, "happening", happening.pid, 0, happeningText(happening),
                           std::nullopt, "", std::nullopt, ""});
 }
 
 void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }
+
+std::optional<Microseconds> Desktop::nextOwn() const {
+  const auto scripted = nextScripted();
+  const auto deadline = nextTapDeadline(mac_);
+  return scripted && deadline ? std::min(*scripted, *deadline) : scripted ? scripted : deadline;
+}
 
 std::optional<Microseconds> Desktop::nextScripted() const {
   if (scripted_ >= mac_.world.script.size()) return std::nullopt;

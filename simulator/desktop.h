@@ -39,7 +39,12 @@ class Desktop {
 
   /// Answers one call: asks for a fault, lets the world answer, writes the trace, checks the rules.
   /// The answer is due `delay` after now. Throws MalformedDatum for a call that makes no sense.
-  Answer handle(std::size_t client, platform::Call call);
+  /// `flow` tells the process's flows apart; 0 is the first.
+  Answer handle(std::size_t client, platform::Call call, std::size_t flow = 0);
+
+  /// Asks again for the answer of a call that was pending, made at `since`.
+  Answer retry(std::size_t client, const platform::Call& call, Microseconds since,
+               std::size_t flow = 0);
 
   /// Moves the clock to `time`; what is scripted up to then happens in passing, in order.
   void advanceTo(Microseconds time);
@@ -50,12 +55,12 @@ class Desktop {
   /// A further fault, whose calls are counted from now.
   void addFault(const Fault& fault);
 
-  /// When the next scripted happening is due.
-  std::optional<Microseconds> nextScripted() const;
+  /// When something happens next that no client causes: by the script, or by the Mac itself.
+  std::optional<Microseconds> nextOwn() const;
 
   Mac& mac() { return mac_; }
   const Mac& mac() const { return mac_; }
-  const Client& client(std::size_t client) const { return *clients_[client]; }
+  const Client& client(std::size_t client) const { return *mac_.clients[client]; }
   /// The latest calls, 100,000 at least.
   const std::vector<TraceEntry>& trace() const { return trace_; }
 
@@ -69,9 +74,11 @@ class Desktop {
   };
 
   const Outcome* strike(platform::Function function);
+  Answer conclude(std::size_t client, platform::Call call, Answer answer, bool faulty,
+                  std::size_t flow);
+  std::optional<Microseconds> nextScripted() const;
 
   Mac mac_;
-  std::vector<std::unique_ptr<Client>> clients_;
   std::vector<std::unique_ptr<Rules>> rules_;  // by client
   std::vector<ArmedFault> faults_;
   std::size_t scripted_ = 0;  // how many have happened

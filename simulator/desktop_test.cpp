@@ -31,7 +31,7 @@ using Lines = std::vector<std::string>;
 
 TEST(Desktop, lets_scripted_things_happen_in_passing_and_in_order) {
   Desktop desktop(parseWorld(desk));
-  EXPECT_EQ(desktop.nextScripted(), 2'000);
+  EXPECT_EQ(desktop.nextOwn(), 2'000);
 
   desktop.advanceTo(1'999);
   EXPECT_EQ(journalOf(desktop), Lines{});
@@ -41,7 +41,7 @@ TEST(Desktop, lets_scripted_things_happen_in_passing_and_in_order) {
             (Lines{"    2 ms  happening user move 30,40", "    5 ms  happening lock",
                    "    5 ms  happening leave console"}));
   EXPECT_EQ(desktop.mac().now, 10'000);
-  EXPECT_EQ(desktop.nextScripted(), std::nullopt);
+  EXPECT_EQ(desktop.nextOwn(), std::nullopt);
 }
 
 TEST(Desktop, never_turns_its_clock_back) {

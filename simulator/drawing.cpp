@@ -4,8 +4,10 @@
 #include <cmath>
 
 #include "simulator/drawing_canvas.h"
+#include "simulator/drawing_cover.h"
 #include "simulator/drawing_desktop.h"
 #include "simulator/drawing_look.h"
+#include "simulator/drawing_sharing.h"
 #include "simulator/drawing_windows.h"
 #include "simulator/element_text.h"
 #include "simulator/elements.h"
@@ -71,6 +73,14 @@ std::vector<std::string> menuTitlesOf(const Application& application) {
   return titles;
 }
 
+/// The mark is the system's: only the user sees it, no picture of the window by itself has it.
+std::string sharedAs(const World& world, WindowNumber window) {
+  for (const Sharing& sharing : world.sharings) {
+    if (sharing.window == window) return sharing.configuration.name;
+  }
+  return "";
+}
+
 }  // namespace
 
 WindowPicture pictureOf(const World& world, const Window& window) {
@@ -105,9 +115,15 @@ Picture screenPicture(const World& world) {
   picture.width = pixels(picture.source.width, scale);
   picture.height = pixels(picture.source.height, scale);
   for (auto window = world.windows.rbegin(); window != world.windows.rend(); ++window) {
-    if (window->onScreen) picture.windows.push_back(pictureOf(world, *window));
+    if (!window->onScreen) continue;
+    picture.windows.push_back(pictureOf(world, *window));
+    picture.windows.back().sharedAs = sharedAs(world, window->number);
   }
+  picture.marksSharing = !world.sharings.empty();
   picture.pointer = world.pointer;
+  picture.covers = world.covers;
+  picture.locked = world.session.locked.value_or(false);
+  picture.userName = world.user.fullName;
   const Application* front = findApplication(world, world.frontmost);
   if (front != nullptr) {
     picture.menuBarTitle = front->name.value_or("");
@@ -127,8 +143,12 @@ std::optional<std::string> drawPng(const Picture& picture) {
   for (const WindowPicture& window : picture.windows) {
     const auto look = lookOf(picture, window);
     if (look) drawWindow(canvas, *look);
+    if (look && !look->sharedAs.empty()) drawSharingMark(canvas, *look);
   }
   if (!picture.backgroundGrey) drawMenuBar(canvas, picture);
+  for (const Cover& cover : picture.covers) drawCover(canvas, cover);
+  if (picture.locked) drawLockScreen(canvas, picture);
+  if (!picture.backgroundGrey && picture.marksSharing) drawSharingIndicator(canvas, picture);
   if (picture.pointer) drawPointer(canvas, *picture.pointer);
   return canvas.png();
 }

@@ -45,7 +45,10 @@ void setPlainFontOptions(PangoLayout* layout) {
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
   cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-  pango_cairo_context_set_font_options(pango_layout_get_context(layout), options);
+  PangoContext* const context = pango_layout_get_context(layout);
+  pango_cairo_context_set_font_options(context, options);
+  // Small pictures would have their letters pushed together.
+  pango_context_set_round_glyph_positions(context, FALSE);
   cairo_font_options_destroy(options);
 }
 

@@ -70,8 +70,27 @@ void addWindow(Digest& digest, const WindowLook& look) {
   digest.add(look.key);
   digest.add(look.kind == ApplicationKind::chromium);
   digest.add(look.scrolledLines);
+  digest.add(look.sharedAs);
   digest.add(std::uint64_t{look.elements.size()});
   for (const ElementLook& element : look.elements) addElement(digest, element);
+}
+
+void addCover(Digest& digest, const Cover& cover) {
+  digest.add(cover.frame);
+  digest.add(cover.dimmingAlpha);
+  for (const CoverPicture& picture : cover.pictures) {
+    digest.add(static_cast<std::uint64_t>(picture.portrait.kind));
+    digest.add(picture.portrait.name);
+    digest.add(picture.frame);
+    digest.add(picture.isRound);
+  }
+  for (const cover::Label& label : cover.labels) {
+    digest.add(label.text);
+    digest.add(label.font.size);
+    digest.add(label.font.weight == cover::Weight::semibold);
+    digest.add(label.alpha);
+    digest.add(label.frame);
+  }
 }
 
 }  // namespace
@@ -89,6 +108,7 @@ std::uint64_t digest(const Picture& picture) {
     digest.add(std::uint64_t{picture.menuTitles.size()});
     for (const std::string& title : picture.menuTitles) digest.add(title);
     for (const Rect& display : picture.displays) digest.add(display);
+    digest.add(picture.marksSharing);
   }
   digest.add(picture.pointer.has_value());
   if (picture.pointer) digest.add(*picture.pointer);
@@ -96,6 +116,9 @@ std::uint64_t digest(const Picture& picture) {
     const auto look = lookOf(picture, window);
     if (look) addWindow(digest, *look);
   }
+  for (const Cover& cover : picture.covers) addCover(digest, cover);
+  digest.add(picture.locked);
+  if (picture.locked) digest.add(picture.userName);
   return digest.value();
 }
 

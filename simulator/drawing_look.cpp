@@ -208,6 +208,7 @@ std::optional<WindowLook> lookOf(const Picture& picture, const WindowPicture& pi
   look.key = picturedWindow.key;
   look.kind = picturedWindow.kind;
   look.scrolledLines = {finiteOrNone(window.scrolledLines.x), finiteOrNone(window.scrolledLines.y)};
+  look.sharedAs = std::string_view(picturedWindow.sharedAs).substr(0, mostBytes);
   const ElementId hovered = hoveredElement(picturedWindow);
   look.elements.reserve(picturedWindow.elements.size());
   for (const Element& element : picturedWindow.elements) {

@@ -61,6 +61,7 @@ struct WindowLook {
   bool key = false;
   ApplicationKind kind = ApplicationKind::appKit;
   Point scrolledLines;  // finite
+  std::string_view sharedAs;
   std::vector<ElementLook> elements;
 };
 

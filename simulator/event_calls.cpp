@@ -33,6 +33,10 @@ Answer createScrollEvent(Mac& mac, Client& /*client*/, const Arguments& /*argume
   return newNumber(mac);
 }
 
+Answer createKeyboardEvent(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+  return newNumber(mac);
+}
+
 Answer publicPost(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   deliver(mac, arguments.get<Pid>(0), arguments.get<platform::EventImage>(1), Route::publicRoute);
   return {};

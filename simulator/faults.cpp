@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "simulator/arguments.h"
+#include "simulator/fault_shapes.h"
 #include "simulator/world_text.h"
 
 namespace simulator {
@@ -16,95 +17,6 @@ using Kind = Outcome::Kind;
 namespace {
 
 constexpr Microseconds lateDelay = 1'000'000;
-
-/// The form of a function's answer, which decides how it can fail.
-enum class Shape {
-  fixed,  // cannot fail by itself
-  post,
-  optional,
-  boolean,
-  list,
-  optionalList,
-  status,
-  serial,
-  window,  // a serial that is an accessibility message
-  readings,
-  actionNames,
-  hit,
-  outcome,
-  content,
-  thrown,
-};
-
-Shape shapeOf(Function function) {
-  switch (function) {
-    case Function::nullSignal:
-    case Function::writeOutput:
-    case Function::replaceFile:
-    case Function::fileExists:
-    case Function::findSymbol:
-    case Function::findLoadedSymbol:
-    case Function::axTrusted:
-    case Function::captureAccess:
-    case Function::unhide:
-      return Shape::boolean;
-    case Function::givenName:
-    case Function::openLibrary:
-    case Function::createSource:
-    case Function::createEvent:
-    case Function::createMouseEvent:
-    case Function::createScrollEvent:
-    case Function::session:
-    case Function::displayMode:
-    case Function::application:
-    case Function::frontmost:
-    case Function::activationPolicy:
-    case Function::loadImage:
-    case Function::pngOfImage:
-    case Function::pixelsOfImage:
-    case Function::listDirectory:
-      return Shape::optional;
-    case Function::windows:
-    case Function::windowDescription:
-      return Shape::optionalList;
-    case Function::applications:
-    case Function::applicationsWithBundle:
-      return Shape::list;
-    case Function::publicPost:
-    case Function::privatePost:
-      return Shape::post;
-    case Function::postRecord:
-      return Shape::status;
-    case Function::processForPid:
-    case Function::frontProcess:
-    case Function::processPid:
-      return Shape::serial;
-    case Function::axGetWindow:
-      return Shape::window;
-    case Function::axAttribute:
-    case Function::axAttributes:
-      return Shape::readings;
-    case Function::axActionNames:
-      return Shape::actionNames;
-    case Function::axSetAttribute:
-    case Function::axPerform:
-      return Shape::outcome;
-    case Function::axElementAt:
-      return Shape::hit;
-    case Function::shareContent:
-      return Shape::content;
-    case Function::screenshot:
-      return Shape::thrown;
-    case Function::uptime:
-    case Function::sleep:
-    case Function::environment:
-    case Function::exit:
-    case Function::fullUserName:
-    case Function::loginName:
-      return Shape::fixed;
-  }
-  return Shape::fixed;
-}
 
 void addErrors(std::vector<Outcome>& outcomes, std::initializer_list<std::int32_t> codes) {
   for (const std::int32_t code : codes) outcomes.push_back({Kind::error, code, {}});
@@ -124,7 +36,11 @@ std::vector<Outcome> ownOutcomes(Shape shape) {
       add(Kind::absent);
       break;
     case Shape::list:
+    case Shape::text:
       add(Kind::empty);
+      break;
+    case Shape::number:
+      add(Kind::wrong);
       break;
     case Shape::optionalList:
       add(Kind::absent);
@@ -226,6 +142,8 @@ Answer emptyAnswer(Shape shape) {
   switch (shape) {
     case Shape::list:
       return {Datum(Datum::List{}), 0};
+    case Shape::text:
+      return {pack(""), 0};
     case Shape::optionalList:
       return {pack(std::optional(std::vector<windowserver::Window>{})), 0};
     default:
@@ -239,21 +157,50 @@ Answer wrongAnswer(Shape shape, const platform::Call& call) {
       return {wrongReadings(call), 0};
     case Shape::optionalList:
       return {wrongList(), 0};
+    case Shape::number:
+      return {pack(std::numeric_limits<double>::infinity()), 0};
     default:
       return {wrongContent(), 0};
   }
 }
 
-std::vector<Happening> happeningsFor(const World& world, Pid target) {
-  std::vector<Happening> happenings = {{Happening::Kind::lock, 0, "", {}},
-                                       {Happening::Kind::leaveConsole, 0, "", {}}};
+/// Somebody may copy something at any time. It matters where the pasteboard is used, and while that
+/// is waited for.
+bool isOfPasteboard(Function function) {
+  switch (function) {
+    case Function::sleep:
+    case Function::pasteboardItems:
+    case Function::pasteboardChangeCount:
+    case Function::clearPasteboard:
+    case Function::writePasteboard:
+    case Function::writeFilesToPasteboard:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Happening happeningOf(Happening::Kind kind, Pid pid = 0) {
+  Happening happening;
+  happening.kind = kind;
+  happening.pid = pid;
+  return happening;
+}
+
+std::vector<Happening> happeningsFor(const World& world, Function function, Pid target) {
+  std::vector<Happening> happenings = {happeningOf(Happening::Kind::lock),
+                                       happeningOf(Happening::Kind::leaveConsole)};
   if (target != 0) {
-    happenings.push_back({Happening::Kind::quit, target, "", {}});
-    happenings.push_back({Happening::Kind::bringToFront, target, "", {}});
-    happenings.push_back({Happening::Kind::hang, target, "", {}});
+    happenings.push_back(happeningOf(Happening::Kind::quit, target));
+    happenings.push_back(happeningOf(Happening::Kind::bringToFront, target));
+    happenings.push_back(happeningOf(Happening::Kind::hang, target));
   }
   if (!world.processes.empty()) {
-    happenings.push_back({Happening::Kind::endProcess, *world.processes.begin(), "", {}});
+    happenings.push_back(happeningOf(Happening::Kind::endProcess, *world.processes.begin()));
+  }
+  if (!world.pasteboard.items.empty() && isOfPasteboard(function)) {
+    happenings.push_back(happeningOf(Happening::Kind::userCopy));
+    happenings.back().text = "newer";
   }
   return happenings;
 }
@@ -307,7 +254,7 @@ Outcome parseOutcome(std::string_view text, const World& world) {
 
 std::vector<Outcome> admissibleOutcomes(Function function, const World& world, Pid target) {
   std::vector<Outcome> outcomes = ownOutcomes(shapeOf(function));
-  for (const Happening& happening : happeningsFor(world, target)) {
+  for (const Happening& happening : happeningsFor(world, function, target)) {
     outcomes.push_back({Kind::happening, 0, happening});
   }
   return outcomes;

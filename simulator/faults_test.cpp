@@ -102,6 +102,14 @@ TEST(admissibleOutcomes, follow_the_form_of_the_answer) {
   EXPECT_EQ(outcomesOf(Function::axAttributes).front(), "wrong");
   EXPECT_EQ(outcomesOf(Function::shareContent), with({"empty", "wrong", "thrown", "late"}));
   EXPECT_EQ(outcomesOf(Function::screenshot), with({"thrown", "late"}));
+  EXPECT_EQ(outcomesOf(Function::createKeyboardEvent), with({"absent"}));
+  EXPECT_EQ(outcomesOf(Function::createTap), with({"absent"}));
+  EXPECT_EQ(outcomesOf(Function::toolOutput), with({"absent"}));
+  EXPECT_EQ(outcomesOf(Function::pasteboardItems), with({"empty"}));
+  EXPECT_EQ(outcomesOf(Function::writePasteboard), with({"refused"}));
+  EXPECT_EQ(outcomesOf(Function::secondsSinceLast), with({"wrong"}));
+  EXPECT_EQ(outcomesOf(Function::currentDirectory), with({"empty"}));
+  EXPECT_EQ(outcomesOf(Function::clearPasteboard), happenings);
 }
 
 TEST(admissibleOutcomes, without_a_target_or_process_leave_out_what_needs_one) {
@@ -112,6 +120,16 @@ TEST(admissibleOutcomes, without_a_target_or_process_leave_out_what_needs_one) {
   }
   EXPECT_EQ(texts, (std::vector<std::string>{"loop.sleep 1 before lock",
                                              "loop.sleep 1 before leave console"}));
+}
+
+TEST(admissibleOutcomes, let_somebody_copy_where_the_pasteboard_matters) {
+  const World full = parseWorld("pasteboard item \"public.utf8-plain-text\" \"a\"");
+  const auto last = [&](Function function) {
+    return faultText({function, 1, false, admissibleOutcomes(function, full, 0).back()});
+  };
+  EXPECT_EQ(last(Function::clearPasteboard), "pasteboard.clear 1 before user copy newer");
+  EXPECT_EQ(last(Function::sleep), "loop.sleep 1 before user copy newer");
+  EXPECT_EQ(last(Function::uptime), "loop.uptime 1 before leave console");
 }
 
 TEST(admissibleOutcomes, can_all_be_given) {
@@ -170,7 +188,7 @@ TEST(faults, late_and_hang_take_their_time) {
                             parseFault("ax.attribute 1 hang", world())});
   const std::size_t client = desktop.join({"driver", "session"}, {});
 
-  EXPECT_EQ(desktop.handle(client, {Function::shareContent, {pack(1)}}).delay, 1'000'000);
+  EXPECT_EQ(desktop.handle(client, {Function::shareContent, {pack(1), pack(0)}}).delay, 1'000'000);
   EXPECT_EQ(desktop
                 .handle(client, {Function::axAttribute,
                                  {pack(platform::ElementReference{41, 0}), pack("AXRole")}})

@@ -7,6 +7,7 @@
 #include "simulator/element_text.h"
 #include "simulator/elements.h"
 #include "simulator/field_text.h"
+#include "simulator/pasteboard.h"
 
 namespace simulator {
 
@@ -39,26 +40,6 @@ std::string shownText(const Application& application, const Element& element) {
     return placeholderOf(element);
   }
   return isSecure(element) ? bullets(text) : text;
-}
-
-/// The selection, within the text.
-ax::Range selectionOf(const Element& element) {
-  const std::int64_t length = utf16Length(textOf(element));
-  const auto found = element.attributes.find(selectionAttribute);
-  const auto* held =
-      found == element.attributes.end() ? nullptr : std::get_if<ax::Range>(&found->second);
-  if (held == nullptr) return {};
-  const std::int64_t location = std::clamp(held->location, std::int64_t{0}, length);
-  return {location, std::clamp(held->length, std::int64_t{0}, length - location)};
-}
-
-std::string selectedText(const Element& element) {
-  const ax::Range range = selectionOf(element);
-  const std::string_view text = textOf(element);
-  const std::size_t begin = driver::utf16Offset(text, static_cast<std::size_t>(range.location));
-  const std::size_t end =
-      driver::utf16Offset(text, static_cast<std::size_t>(range.location + range.length));
-  return std::string(text.substr(begin, end - begin));
 }
 
 /// The static texts in the element, in the order in which they are read.
@@ -98,22 +79,52 @@ void mirrorText(Application& application, ElementId id) {
   findElement(application, id)->children = std::move(texts);
 }
 
+/// Makes the text the field's, after its transforms; the caret goes to its place or to the end.
+void holdText(Application& application, ElementId id, std::string text,
+              std::optional<std::int64_t> caret) {
+  putText(application, id, transformed(std::move(text), habitsOf(application, id).transforms));
+  Element& element = *findElement(application, id);
+  const std::int64_t length = utf16Length(textOf(element));
+  element.attributes[selectionAttribute] = ax::Range{std::min(caret.value_or(length), length), 0};
+}
+
 /// The write has its effect.
 void land(Application& application, ElementId id, const std::string& name, std::string text) {
   const Element& element = *findElement(application, id);
-  const Habits& habits = habitsOf(application, id);
-  if (habits.writes == Habits::Writes::halved) text = firstHalf(text);
-  std::optional<std::int64_t> caret;
+  if (habitsOf(application, id).writes == Habits::Writes::halved) text = firstHalf(text);
   if (name == selectedAttribute) {
-    const ax::Range range = selectionOf(element);
-    caret = range.location + utf16Length(text);
-    text = driver::utf16Replaced(textOf(element), static_cast<std::size_t>(range.location),
-                                 static_cast<std::size_t>(range.length), text);
+    typeInto(application, id, selectionOf(element), text);
+  } else {
+    holdText(application, id, std::move(text), std::nullopt);
   }
-  putText(application, id, transformed(std::move(text), habits.transforms));
-  Element& written = *findElement(application, id);
-  const std::int64_t length = utf16Length(textOf(written));
-  written.attributes[selectionAttribute] = ax::Range{std::min(caret.value_or(length), length), 0};
+}
+
+/// What takes a paste: a field that is enabled, or what takes files.
+bool takesPaste(const Application& application, const Element& element) {
+  return isEnabled(element) &&
+         (isTextInput(element) || habitsOf(application, element.id).takesFiles);
+}
+
+void attach(Application& application, ElementId id, const std::vector<std::string>& paths) {
+  const WindowNumber window = findElement(application, id)->window;
+  for (const std::string& path : paths) {
+    Element& picture = addElement(application, id, window, std::nullopt, "AXImage");
+    picture.attributes["AXTitle"] = path.substr(path.rfind('/') + 1);
+    picture.attributes["AXURL"] = fileUrl(path);
+  }
+}
+
+/// The application reads the pasteboard, and what asked for a paste takes what is there now.
+void landPaste(const World& world, Application& application, ElementId id) {
+  const Element* element = findElement(application, id);
+  if (element == nullptr || application.hangs) return;
+  const std::vector<std::string> files = pastedFiles(world.pasteboard);
+  if (!files.empty() && habitsOf(application, id).takesFiles) {
+    attach(application, id, files);
+    return;
+  }
+  const auto text = pastedText(world.pasteboard);
+  if (text && isTextInput(*element)) typeInto(application, id, selectionOf(*element), *text);
 }
 
 ax::Error writeSelection(Element& element, const AttributeValue& value) {
@@ -154,6 +165,48 @@ void dropLastCharacter(Application& application, ElementId id) {
   if (habitsOf(application, id).isComposer) mirrorText(application, id);
 }
 
+ax::Range selectionOf(const Element& element) {
+  const std::int64_t length = utf16Length(textOf(element));
+  const auto found = element.attributes.find(selectionAttribute);
+  const auto* held =
+      found == element.attributes.end() ? nullptr : std::get_if<ax::Range>(&found->second);
+  if (held == nullptr) return {};
+  const std::int64_t location = std::clamp(held->location, std::int64_t{0}, length);
+  return {location, std::clamp(held->length, std::int64_t{0}, length - location)};
+}
+
+std::string selectedText(const Element& element) {
+  const ax::Range range = selectionOf(element);
+  const std::string_view text = textOf(element);
+  const std::size_t begin = driver::utf16Offset(text, static_cast<std::size_t>(range.location));
+  const std::size_t end =
+      driver::utf16Offset(text, static_cast<std::size_t>(range.location + range.length));
+  return std::string(text.substr(begin, end - begin));
+}
+
+void typeInto(Application& application, ElementId id, const ax::Range& range,
+              const std::string& text) {
+  const Element& element = *findElement(application, id);
+  holdText(application, id,
+           driver::utf16Replaced(textOf(element), static_cast<std::size_t>(range.location),
+                                 static_cast<std::size_t>(range.length), text),
+           range.location + utf16Length(text));
+}
+
+std::string requestPaste(World& world, Application& application) {
+  const Element* element = findElement(application, application.focusedElement);
+  if (element == nullptr || !takesPaste(application, *element)) return "nothing takes the paste";
+  std::string sentence = "asked for a paste into " + described(*element);
+  PendingWrite paste{
+      world.present + application.pasteDelay, application.pid, element->id, "", "", true};
+  if (application.pasteDelay > 0) {
+    defer(world, std::move(paste));
+  } else {
+    landPaste(world, application, paste.element);
+  }
+  return sentence;
+}
+
 void focusField(Application& application, Element& element) {
   application.focusedElement = element.id;
   element.attributes.emplace(selectionAttribute, ax::Range{utf16Length(textOf(element)), 0});
@@ -191,7 +244,7 @@ ax::Error writeField(World& world, Application& application, Element& element,
   const Habits& habits = habitsOf(application, element.id);
   if (habits.writes == Habits::Writes::ignored) return ax::Error::success;
   if (habits.delay > 0) {
-    defer(world, {now + habits.delay, application.pid, element.id, name, *text});
+    defer(world, {now + habits.delay, application.pid, element.id, name, *text, false});
   } else {
     land(application, element.id, name, *text);
   }
@@ -199,12 +252,17 @@ ax::Error writeField(World& world, Application& application, Element& element,
 }
 
 void settleWrites(World& world, Microseconds now) {
+  world.present = std::max(world.present, now);
   while (!world.pending.empty() && world.pending.front().due <= now) {
     PendingWrite write = std::move(world.pending.front());
     world.pending.erase(world.pending.begin());
     Application* application = findApplication(world, write.pid);
     if (application == nullptr || findElement(*application, write.element) == nullptr) continue;
-    land(*application, write.element, write.attribute, std::move(write.text));
+    if (write.pastes) {
+      landPaste(world, *application, write.element);
+    } else {
+      land(*application, write.element, write.attribute, std::move(write.text));
+    }
   }
 }
 

@@ -18,6 +18,21 @@ void addText(Application& application, ElementId id, const std::string& text);
 /// As `putText`, without the last code point.
 void dropLastCharacter(Application& application, ElementId id);
 
+/// The selection of a field, within its text; in UTF-16 units.
+ax::Range selectionOf(const Element& element);
+
+/// Puts a text in place of a part of the field's, as the user's keys do: its transforms are made of
+/// the whole. The caret follows. References to elements are void from then on.
+void typeInto(Application& application, ElementId id, const ax::Range& range,
+              const std::string& text);
+
+/// What is selected in a field.
+std::string selectedText(const Element& element);
+
+/// What has the application's keyboard focus is to take the contents of the pasteboard; the
+/// application reads it some time later. Gives a sentence for the journal.
+std::string requestPaste(World& world, Application& application);
+
 /// Gives the field the keyboard focus. Its caret goes to the end unless it has a place already.
 void focusField(Application& application, Element& element);
 
@@ -33,7 +48,7 @@ bool isFieldAttribute(const Element& element, const std::string& name);
 ax::Error writeField(World& world, Application& application, Element& element,
                      const std::string& name, const AttributeValue& value, Microseconds now);
 
-/// Lets the writes land that are due by `now`, in order.
+/// Lets the writes and pastes land that are due by `now`, in order. That is the present then.
 void settleWrites(World& world, Microseconds now);
 
 /// At the start: a composer with a text gets its static texts, and one that has static texts gets

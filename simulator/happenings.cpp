@@ -1,61 +1,23 @@
-#include <string_view>
-
 #include "simulator/applications.h"
-#include "simulator/element_text.h"
-#include "simulator/fields.h"
+#include "simulator/pasteboard.h"
+#include "simulator/user_input.h"
 #include "simulator/windows.h"
 
 namespace simulator {
 
 namespace {
 
-/// While the login window is in front, what the user does reaches no application.
-bool reachesApplications(const World& world) {
-  return !world.session.locked.value_or(false) && world.session.onConsole.value_or(true);
-}
-
-void pressKey(World& world, std::string_view key) {
-  Application* application = findApplication(world, world.frontmost);
-  if (application == nullptr || application->hangs) return;
-  const ElementId focused = application->focusedElement;
-  if (findElement(*application, focused) == nullptr) return;
-  if (key == "delete" || key == "backspace") {
-    dropLastCharacter(*application, focused);
-  } else if (key == "return" || key == "enter") {
-    addText(*application, focused, "\n");
-  } else if (key == "tab") {
-    addText(*application, focused, "\t");
-  } else if (key == "space") {
-    addText(*application, focused, " ");
-  } else if (characterCount(key) == 1) {
-    addText(*application, focused, std::string(key));
-  }
-}
-
-void movePointer(World& world, Point point) {
-  world.pointer = point;
-  if (!reachesApplications(world)) return;
-  const Window* under = topmostAt(world, point);
-  for (Window& window : world.windows) {
-    if (window.owner != world.frontmost) continue;
-    window.hover = &window == under ? std::optional(point) : std::nullopt;
-  }
-}
-
-void clickByUser(World& world, Point point) {
-  movePointer(world, point);
-  const Window* window = reachesApplications(world) ? topmostAt(world, point) : nullptr;
-  const Application* owner = window == nullptr ? nullptr : findApplication(world, window->owner);
-  if (owner == nullptr) return;
-  const WindowNumber number = window->number;
-  const Pid pid = owner->pid;
-  if (owner->policy != workspace::ActivationPolicy::prohibited) world.frontmost = pid;
-  raiseWindow(world, number);
-  click(world, pid, number, point, false);
-}
-
 void setHanging(World& world, Pid pid, bool hangs) {
   if (Application* application = findApplication(world, pid)) application->hangs = hangs;
+}
+
+void connectDisplay(World& world, const Display& display) {
+  for (Display& each : world.displays) {
+    if (each.id != display.id) continue;
+    each = display;
+    return;
+  }
+  world.displays.push_back(display);
 }
 
 }  // namespace
@@ -90,17 +52,42 @@ void happen(World& world, const Happening& happening) {
       setHanging(world, happening.pid, false);
       break;
     case Happening::Kind::userKey:
-      if (reachesApplications(world)) pressKey(world, happening.text);
-      break;
     case Happening::Kind::userClick:
-      clickByUser(world, happening.point);
-      break;
     case Happening::Kind::userMove:
-      movePointer(world, happening.point);
+    case Happening::Kind::userPress:
+    case Happening::Kind::userRelease:
+    case Happening::Kind::userScroll:
+    case Happening::Kind::userDrag:
+      for (const InputEvent& input : inputOf(world, happening)) takeInput(world, input);
+      break;
+    case Happening::Kind::userCopy:
+      copyText(world.pasteboard, happening.text);
       break;
     case Happening::Kind::removeDisplays:
       world.displays.clear();
       break;
+    case Happening::Kind::withdrawRecording:
+      world.screenRecordingAllowed = false;
+      break;
+    case Happening::Kind::connectDisplay:
+      connectDisplay(world, happening.display);
+      break;
+    case Happening::Kind::disconnectDisplay:
+      std::erase_if(world.displays, [&](const Display& each) {
+        return each.id == static_cast<std::uint32_t>(happening.number);
+      });
+      break;
+    case Happening::Kind::disableTaps:
+    case Happening::Kind::signalProcesses:
+    case Happening::Kind::input:
+    case Happening::Kind::closeInput:
+    case Happening::Kind::closeOutput:
+    case Happening::Kind::stallOutput:
+    case Happening::Kind::resumeOutput:
+    case Happening::Kind::requestTermination:
+    case Happening::Kind::endApplicationLoop:
+    case Happening::Kind::stopSharing:
+      break;  // of the processes, not of the world
   }
 }
 

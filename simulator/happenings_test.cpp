@@ -111,7 +111,7 @@ TEST_F(Happenings, the_users_keys_go_to_the_front_applications_focused_text) {
   happen("user key 世");
   happen("user key left");
   EXPECT_EQ(body(), "h\n\t 世");
-  EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{5, 0}));
+  EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{4, 0}));
 }
 
 TEST_F(Happenings, the_users_keys_reach_nobody_else) {

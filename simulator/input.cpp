@@ -4,6 +4,9 @@
 #include <cmath>
 
 #include "simulator/applications.h"
+#include "simulator/key_window.h"
+#include "simulator/keyboard.h"
+#include "simulator/landing.h"
 
 namespace simulator {
 
@@ -16,14 +19,6 @@ namespace {
 constexpr Point offScreen{-1, -1};
 constexpr std::int64_t touchSubtype = 3;
 constexpr std::int64_t clickEventNumber = 3;
-
-/// What came of one posting.
-struct Landing {
-  bool landed = false;
-  std::string outcome;
-};
-
-Landing refused(std::string why) { return {false, std::move(why)}; }
 
 /// The events that come before any press in a click group.
 struct PrimingStep {
@@ -83,8 +78,9 @@ std::string nameOf(std::uint32_t type) {
       return "moved";
     case EventType::scrollWheel:
       return "scroll";
+    default:
+      return "type-" + std::to_string(type);
   }
-  return "type-" + std::to_string(type);
 }
 
 /// Everything one posting is judged by.
@@ -158,7 +154,7 @@ std::string routingFault(Delivery& delivery) {
   }
   if (!delivery.window->onScreen) return "the window is not on screen";
   if (std::string fault = fieldFault(delivery); !fault.empty()) return fault;
-  if (!event.flagsCleared) return "modifier flags were not cleared";
+  if (event.flags != 0) return "modifier flags were not cleared";
   if (delivery.located() && !contains(delivery.window->frame, event.location)) {
     return "the point is outside the window";
   }
@@ -263,6 +259,7 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   application->lastPostTooSoon = tooSoon;
   application->lastPostIdentity = event.identity;
   if (tooSoon) return refused("came less than 12 ms after the one before");
+  if (isKeyEvent(event)) return takeKeyEvent(mac.world, *application, event, by);
   Delivery delivery{mac, *application, event, by, nullptr};
   if (sameOperation && application->lastPostTaken && routeTaken(delivery)) {
     return {true, "already taken by the other route"};
@@ -287,11 +284,21 @@ std::int64_t fieldOf(const EventImage& event, Field field) {
 }
 
 void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
+  JournalEntry entry{mac.now, "event", pid, 0, "", std::nullopt, "", std::nullopt, ""};
+  entry.route = by == Route::privateRoute ? "private" : "public";
+  if (isKeyEvent(event)) {
+    const Application* application = findApplication(mac.world, pid);
+    entry.window = application == nullptr ? 0 : keyWindowOf(*application);
+    entry.what = nameOfKeyEvent(event);
+  } else {
+    entry.window = static_cast<WindowNumber>(fieldOf(event, Field::targetWindow));
+    entry.what = nameOf(event.type);
+    entry.point = event.location;
+  }
   Landing landing = receive(mac, pid, event, by);
-  mac.journal.push_back(
-      {mac.now, "event", pid, static_cast<WindowNumber>(fieldOf(event, Field::targetWindow)),
-       nameOf(event.type), event.location, by == Route::privateRoute ? "private" : "public",
-       landing.landed, std::move(landing.outcome)});
+  entry.landed = landing.landed;
+  entry.outcome = std::move(landing.outcome);
+  mac.journal.push_back(std::move(entry));
 }
 
 }  // namespace simulator

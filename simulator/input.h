@@ -3,13 +3,12 @@
 #include <string>
 
 #include "platform/call.h"
+#include "simulator/landing.h"
 #include "simulator/mac.h"
 
 /// What becomes of event records and posted events: the rules by which windows take background
 /// input.
 namespace simulator {
-
-enum class Route { privateRoute, publicRoute };
 
 /// Delivers one posting of an event to a process, by the rules; the journal says what came of it.
 void deliver(Mac& mac, Pid pid, const platform::EventImage& event, Route route);

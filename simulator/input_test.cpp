@@ -94,7 +94,7 @@ TEST(deliver, wants_a_window_of_the_application_on_screen) {
 TEST(deliver, wants_cleared_flags_in_each_event) {
   for (std::size_t index = 0; index < 6; ++index) {
     Click click;
-    click[index].event.flagsCleared = false;
+    click[index].event.flags.reset();
 
     EXPECT_EQ(click.outcome(index), "LOST: modifier flags were not cleared");
   }

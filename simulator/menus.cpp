@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "simulator/elements.h"
+
 namespace simulator {
 
 namespace {
@@ -35,6 +37,23 @@ bool toggleMenu(Application& application, const Element& element) {
   if (menu == 0) return false;
   application.openMenu = application.openMenu == menu ? 0 : menu;
   return true;
+}
+
+ElementId itemWithShortcut(const Application& application, std::string_view character,
+                           std::int64_t modifiers) {
+  const auto& elements = application.elements;
+  const auto found = std::find_if(elements.begin(), elements.end(), [&](const Element& each) {
+    if (each.removed || each.window != 0 || each.role != "AXMenuItem" || !isEnabled(each)) {
+      return false;
+    }
+    const auto key = each.attributes.find("AXMenuItemCmdChar");
+    if (key == each.attributes.end()) return false;
+    const auto* held = std::get_if<std::string>(&key->second);
+    const auto mask = each.attributes.find("AXMenuItemCmdModifiers");
+    const auto needed = mask == each.attributes.end() ? 0.0 : numberOf(mask->second).value_or(0);
+    return held != nullptr && *held == character && needed == static_cast<double>(modifiers);
+  });
+  return found == elements.end() ? 0 : found->id;
 }
 
 void chooseItem(Application& application, ElementId id) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "simulator/world.h"
 
@@ -22,6 +24,12 @@ bool isInOpenMenu(const Application& application, const Element& element);
 /// Opens the element's menu instead of any other, or closes it when it is open. False when the
 /// element has none.
 bool toggleMenu(Application& application, const Element& element);
+
+/// The enabled item of the menu bar with this key equivalent, if there is one: a character as
+/// AXMenuItemCmdChar has it, letters in upper case, and modifiers as AXMenuItemCmdModifiers has
+/// them. 0: none.
+ElementId itemWithShortcut(const Application& application, std::string_view character,
+                           std::int64_t modifiers);
 
 /// A menu's item is chosen: menus close, and a pop-up button shows the item's title as its value.
 void chooseItem(Application& application, ElementId item);

@@ -17,6 +17,7 @@ struct WindowPicture {
   bool key = false;               // drawn as the window that has the user's keyboard
   std::vector<Element> elements;  // of this window, parents before children
   ElementId focused = 0;
+  std::string sharedAs;  // the name of a stream that shares it; empty: the system does not mark it
 };
 
 /// A picture to be drawn.
@@ -30,6 +31,10 @@ struct Picture {
   std::string menuBarTitle;              // the front application's name, for the menu bar
   std::vector<std::string> menuTitles;   // behind it; without any, the usual ones are drawn
   std::vector<Rect> displays;            // with the desktop: where there is a display
+  std::vector<Cover> covers;             // over all windows, later ones in front
+  bool locked = false;                   // the login window is drawn over all of it
+  std::string userName;                  // whose it is
+  bool marksSharing = false;             // with the menu bar: something is being shared
 };
 
 }  // namespace simulator

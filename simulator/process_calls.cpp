@@ -26,6 +26,9 @@ const std::vector<Library>& libraries() {
       {"/System/Library/Frameworks/ApplicationServices.framework/ApplicationServices",
        "ApplicationServices",
        {"GetProcessForPID", "GetFrontProcess", "GetProcessPID", "_AXUIElementGetWindow"}},
+      {"/System/Library/PrivateFrameworks/login.framework/Versions/Current/login",
+       "login",
+       {"SACLockScreenImmediate"}},
   };
   return known;
 }
@@ -39,14 +42,6 @@ bool alive(const Mac& mac, Pid pid) {
 }
 
 }  // namespace
-
-Answer uptime(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
-  return {pack(mac.now * 1000), 0};
-}
-
-Answer sleep(Mac& /*mac*/, Client& /*client*/, const Arguments& arguments) {
-  return {Datum(), arguments.get<std::uint32_t>(0)};
-}
 
 Answer environment(Mac& /*mac*/, Client& client, const Arguments& arguments) {
   std::optional<std::string> value;
@@ -86,10 +81,27 @@ Answer givenName(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   return {pack(name), 0};
 }
 
-Answer writeOutput(Mac& /*mac*/, Client& client, const Arguments& arguments) {
-  const auto written = arguments.get<bool>(1);
-  if (written) client.output += arguments.text(0);
-  return {pack(written), 0};
+Answer handleSignal(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+  client.handledSignals.insert(arguments.get<int>(0));
+  return {};
+}
+
+/// A signal that came from outside the Mac.
+Answer noteSignal(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+  client.items.push_back(
+      {platform::ItemKind::signal, arguments.get<std::int64_t>(0), 0, tap::Event{}});
+  return {};
+}
+
+Answer dieBySignal(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+  client.exited = true;
+  client.diedBySignal = arguments.get<int>(0);
+  return {};
+}
+
+// The file is a real one: the simulated Mac only says whether the lock may be had.
+Answer lockFile(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/) {
+  return {pack(true), 0};
 }
 
 Answer replaceFile(Mac& mac, Client& /*client*/, const Arguments& arguments) {

@@ -84,22 +84,27 @@ void run(World& world, Application& application, Element& element, const Reactio
     case Reaction::Kind::choose:
       choose(application, element);
       break;
+    case Reaction::Kind::paste:
+      requestPaste(world, application);
+      break;
   }
 }
 
 }  // namespace
 
-void react(World& world, Application& application, ElementId id, bool right) {
+void reactTo(World& world, Application& application, ElementId id,
+             std::vector<Reaction> Element::*reactions) {
   const auto index = static_cast<std::size_t>(id) - 1;
-  const auto reactions = [&]() -> const std::vector<Reaction>& {
-    const Element& element = application.elements[index];
-    return right ? element.onRightClick : element.onClick;
-  };
-  for (std::size_t i = 0; i < reactions().size() && application.running; ++i) {
-    // A copy: new elements move the others.
-    const Reaction reaction = reactions()[i];
+  // New elements move the others: nothing is held across a reaction.
+  for (std::size_t i = 0;
+       i < (application.elements[index].*reactions).size() && application.running; ++i) {
+    const Reaction reaction = (application.elements[index].*reactions)[i];
     run(world, application, application.elements[index], reaction);
   }
+}
+
+void react(World& world, Application& application, ElementId id, bool right) {
+  reactTo(world, application, id, right ? &Element::onRightClick : &Element::onClick);
 }
 
 }  // namespace simulator

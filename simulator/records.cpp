@@ -1,4 +1,5 @@
 #include "simulator/input.h"
+#include "simulator/key_window.h"
 
 namespace simulator {
 
@@ -57,19 +58,22 @@ void changeFocus(Application& application, WindowNumber window, bool give) {
     application.focusByRecord = window;
   } else if (application.focusByRecord == window) {
     application.focusByRecord = 0;
+    application.madeKey = 0;
   }
 }
 
 /// The two records of a pair make a window the focused one. Says why a record has no effect; empty
 /// when it has one.
-std::string takeKeyRecord(Application& application, const Window& window, bool second) {
+std::string takeKeyRecord(World& world, Application& application, WindowNumber window,
+                          bool second) {
   if (!second) {
-    application.keyByRecord = window.number;
+    application.keyByRecord = window;
     return "";
   }
-  if (application.keyByRecord != window.number) return "a second record without its first";
+  if (application.keyByRecord != window) return "a second record without its first";
   application.keyByRecord = 0;
-  application.focusedWindow = window.element;
+  makeKeyWindow(world, application, window);
+  application.madeKey = keyWindowOf(application);
   return "";
 }
 
@@ -91,7 +95,7 @@ void takeRecord(Mac& mac, Pid pid, const std::string& record) {
   } else if (fault.empty() && focus) {
     changeFocus(*application, window, give);
   } else if (fault.empty()) {
-    fault = takeKeyRecord(*application, *target, second);
+    fault = takeKeyRecord(mac.world, *application, window, second);
   }
   const std::string what = focus ? (give ? "give" : "take") : (second ? "second" : "first");
   mac.journal.push_back({mac.now, focus ? "focus" : "key", pid, window, what, std::nullopt, "",

@@ -10,6 +10,7 @@ namespace simulator {
 namespace {
 
 constexpr std::string_view titleSeparator = " \xE2\x80\x94 ";  // an em dash between spaces
+constexpr const char* withoutOk = "the reply has no \"ok\"";
 constexpr std::string_view hostPrefix = "[extension development host] ";
 
 std::string variable(const Client& client, const char* name) {
@@ -57,16 +58,10 @@ std::string slashesEscaped(const std::string& text) {
   return escaped;
 }
 
-}  // namespace
-
-ReplyFacts readReply(const std::string& output) {
+/// The same for one line, without its line feed.
+ReplyFacts readReplyLine(const std::string& line) {
   ReplyFacts facts;
   const auto fault = [&](const char* sentence) { facts.faults.emplace_back(sentence); };
-  if (std::count(output.begin(), output.end(), '\n') != 1 || output.back() != '\n') {
-    fault("the output is not exactly one line");
-    return facts;
-  }
-  const std::string line = output.substr(0, output.size() - 1);
   const auto reply = nlohmann::json::parse(line, nullptr, false);
   if (!reply.is_object()) {
     fault("the output is no JSON object");
@@ -75,7 +70,7 @@ ReplyFacts readReply(const std::string& output) {
   if (slashesEscaped(reply.dump()) != line) fault("the reply is not in canonical form");
   const auto ok = reply.find("ok");
   if (ok == reply.end() || !ok->is_boolean()) {
-    fault("the reply has no \"ok\"");
+    fault(withoutOk);
     return facts;
   }
   facts.ok = ok->get<bool>();
@@ -85,6 +80,38 @@ ReplyFacts readReply(const std::string& output) {
   facts.cannotWrite =
       !facts.ok && hasError && error->get<std::string>().rfind("cannot write ", 0) == 0;
   return facts;
+}
+
+}  // namespace
+
+ReplyFacts readReply(const std::string& output) {
+  if (std::count(output.begin(), output.end(), '\n') == 1 && output.back() == '\n') {
+    return readReplyLine(output.substr(0, output.size() - 1));
+  }
+  ReplyFacts facts;
+  facts.faults.emplace_back("the output is not exactly one line");
+  return facts;
+}
+
+bool isLongLived(const std::string& command) {
+  constexpr std::string_view commands[] = {"lock-guard", "keep-awake", "watch-input",
+                                           "capture-service"};
+  return std::find(std::begin(commands), std::end(commands), command) != std::end(commands);
+}
+
+std::vector<std::string> lineFaults(const std::string& output) {
+  std::vector<std::string> faults;
+  std::size_t start = 0;
+  for (std::size_t end = output.find('\n'); end != std::string::npos;
+       end = output.find('\n', start)) {
+    for (const std::string& fault : readReplyLine(output.substr(start, end - start)).faults) {
+      // News of a watcher has no "ok".
+      if (start == 0 || fault != withoutOk) faults.push_back(fault);
+    }
+    start = end + 1;
+  }
+  if (start != output.size()) faults.emplace_back("the last line is not whole");
+  return faults;
 }
 
 std::optional<Pid> servicePid(const Client& client) {

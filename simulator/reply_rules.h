@@ -25,6 +25,13 @@ struct ReplyFacts {
 /// tokens, whole numbers without a fraction, UTF-8) that holds an object with a Boolean "ok".
 ReplyFacts readReply(const std::string& output);
 
+/// True for commands that live on after their first line, and may write more.
+bool isLongLived(const std::string& command);
+
+/// What is wrong with the output of such a command: every line is whole and is an object in that
+/// form, the first one has a Boolean "ok". One sentence each.
+std::vector<std::string> lineFaults(const std::string& output);
+
 /// The process that the client's CU_CAPTURE_PID names, when it is a positive number.
 std::optional<Pid> servicePid(const Client& client);
 

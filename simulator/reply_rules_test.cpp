@@ -74,6 +74,30 @@ bool admits(const char* scope, const char* title) {
   return titleInScope(client, title);
 }
 
+TEST(lineFaults, takes_whole_lines_of_which_the_first_has_ok) {
+  EXPECT_EQ(lineFaults(""), Sentences{});
+  EXPECT_EQ(lineFaults("{\"ok\":true}\n"), Sentences{});
+  EXPECT_EQ(lineFaults("{\"ok\":true}\n{\"at\":5,\"input\":\"key\"}\n{\"ok\":false}\n"),
+            Sentences{});
+}
+
+TEST(lineFaults, finds_each_line_that_is_none) {
+  EXPECT_EQ(lineFaults("{\"at\":5}\n"), Sentences{"the reply has no \"ok\""});
+  EXPECT_EQ(lineFaults("{\"ok\":true}\n{\"ok\":tr"), Sentences{"the last line is not whole"});
+  EXPECT_EQ(lineFaults("{\"ok\":true}\n\n{\"b\":1,\"a\":2}\n"),
+            (Sentences{"the output is no JSON object", "the reply is not in canonical form"}));
+  EXPECT_EQ(lineFaults("{\"ok\":true}{\"ok\":true}\n"), Sentences{"the output is no JSON object"});
+}
+
+TEST(isLongLived, tells_which_commands_write_more_than_a_line) {
+  for (const char* command : {"lock-guard", "keep-awake", "watch-input", "capture-service"}) {
+    EXPECT_TRUE(isLongLived(command)) << command;
+  }
+  for (const char* command : {"", "lock-now", "capture", "bg-click"}) {
+    EXPECT_FALSE(isLongLived(command)) << command;
+  }
+}
+
 TEST(titleInScope, compares_pieces_of_the_title_in_lower_case) {
   EXPECT_TRUE(admits("Notes", "NOTES"));
   EXPECT_TRUE(admits("notes", "Draft \u2014 Notes \u2014 Work"));

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "simulator/input.h"
+#include "simulator/keyboard.h"
 #include "simulator/reply_rules.h"
 
 namespace simulator {
@@ -36,9 +37,9 @@ bool usable(const Session& session) {
   return !session.readable || (!session.locked.value_or(false) && session.onConsole.value_or(true));
 }
 
-/// Commands whose failed write the reply tells by "ok" alone.
-bool isSilentWrite(const std::string& command) {
-  return command == "ax-focus" || command == "ax-slider";
+/// Commands whose reply tells a failure by "ok" alone.
+bool isSilent(const std::string& command) {
+  return command == "ax-focus" || command == "ax-slider" || command == "lock-now";
 }
 
 bool isPost(Function function) {
@@ -102,6 +103,23 @@ bool isMessage(Function function) {
   }
 }
 
+/// True for calls during which the user goes on: they wait, or let go what a tap has held.
+bool letsUserAct(Function function) {
+  switch (function) {
+    case Function::nextItem:
+    case Function::nextStop:
+    case Function::readLine:
+    case Function::readAvailable:
+    case Function::writeOutput:
+    case Function::acquireOutput:
+    case Function::suspend:
+    case Function::tapVerdict:
+      return true;
+    default:
+      return false;
+  }
+}
+
 /// The application that a call lets react; 0 for a call that only reads.
 Pid actsOn(const Call& call) {
   if (isPost(call.function)) return driver::unpack<Pid>(argumentOf(call, 0));
@@ -112,7 +130,13 @@ Pid actsOn(const Call& call) {
 }  // namespace
 
 Rules::Rules(const Mac& mac, const Client& client)
-    : mac_(mac), client_(client), insert_(mac, client) {}
+    : mac_(mac),
+      client_(client),
+      insert_(mac, client),
+      guard_(mac, client),
+      keys_(mac, client),
+      clipboard_(mac, client),
+      service_(client) {}
 
 std::string Rules::command() const {
   return client_.arguments.size() > 1 ? client_.arguments[1] : "";
@@ -120,41 +144,67 @@ std::string Rules::command() const {
 
 bool Rules::isInputCommand() const { return command().compare(0, 3, "bg-") == 0; }
 
-void Rules::before(const Call& call, Violations& violations) {
+void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
+  look();
+  if (isPost(call.function)) posted_ = eventOf(call);
+  if (isPost(call.function) || call.function == Function::postRecord) postingFlow_ = flow;
+  if (flow == postingFlow_) checkPace(call, violations);
+  if (isPost(call.function)) checkPost(call, violations);
+  if (call.function == Function::screenshot) checkScreenshot(call, violations);
+  insert_.before(call, violations);
+  guard_.before(call, flow, violations);
+  keys_.before(call, lastSleep_, livenessFailed_, violations);
+  clipboard_.before(call, lastSleep_, violations);
+}
+
+void Rules::look() {
   pointerBefore_ = mac_.world.pointer;
   frontBefore_ = mac_.world.frontmost;
   const Application* front = findApplication(mac_.world, frontBefore_);
   keyboardBefore_ = front == nullptr ? 0 : front->focusedWindow;
-  if (isPost(call.function)) posted_ = eventOf(call);
-  checkPace(call, violations);
-  if (isPost(call.function)) checkPost(call, violations);
-  if (call.function == Function::screenshot) checkScreenshot(call, violations);
-  insert_.before(call, violations);
 }
 
-void Rules::after(const Call& call, const Answer& answer, bool faulty, Violations& violations) {
+void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size_t flow,
+                  Violations& violations) {
   checkUserUntouched(call, violations);
   insert_.after(call, answer, faulty);
+  guard_.after(call, answer, flow);
   checkStall(call, answer, violations);
+  clipboard_.after(call, answer);
+  if (auto owed = keys_.after(call, answer); !owed.empty()) owedSleeps_ = std::move(owed);
   switch (call.function) {
     case Function::session:
       noteSession(answer);
       break;
     case Function::nullSignal:
-      if (!driver::unpack<bool>(answer.value)) livenessFailed_ = true;
+      // A service asks for its targets.
+      if (!service_.concernsUs() && !driver::unpack<bool>(answer.value)) livenessFailed_ = true;
       break;
     case Function::postRecord:
       noteRecord(call, answer);
+      break;
+    case Function::frontProcess:
+      if (driver::unpack<std::vector<std::int64_t>>(answer.value).at(0) != 0) toldInFront_ = 0;
       break;
     case Function::processForPid:
     case Function::processPid:
       noteSerial(call, answer);
       break;
     case Function::createMouseEvent:
+    case Function::createKeyboardEvent:
       creationFailed_ = creationFailed_ || answer.value.isNothing();
       break;
     case Function::writeOutput:
       outputRefused_ = outputRefused_ || !driver::unpack<bool>(answer.value);
+      break;
+    case Function::nextStop:
+      service_.interrupt();
+      break;
+    case Function::nextItem:
+      noteItem(answer);
+      break;
+    case Function::acquireOutput:
+      if (service_.concernsUs()) endRequest();
       break;
     case Function::replaceFile:
       fileReplaced_ = fileReplaced_ || driver::unpack<bool>(answer.value);
@@ -195,10 +245,11 @@ void Rules::checkPauseBefore(const Call& call, Violations& violations) {
   if (call.function == Function::shareContent && lastSleep_ != waitBeforePicture) {
     violations.push_back("I5: a picture without the wait before it");
   }
-  if (call.function != Function::postRecord || livenessFailed_) return;
+  if (call.function != Function::postRecord || livenessFailed_ || keys_.concernsUs()) return;
   const auto record = driver::unpack<std::string>(argumentOf(call, 2));
   const bool taken = record.size() > recordFocusOffset &&
                      record[recordTypeOffset] == focusRecordType && record[recordFocusOffset] == 2;
+  if (service_.isInterrupted()) return;
   const bool motion = isMotion(posted_);
   if (taken && lastSleep_ != (motion ? waitAfterMotion : waitAfterClick)) {
     violations.push_back("I5: focus is taken back without the wait before it");
@@ -208,9 +259,13 @@ void Rules::checkPauseBefore(const Call& call, Violations& violations) {
 void Rules::checkPost(const Call& call, Violations& violations) {
   const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
   const EventImage& event = posted_;
-  owedSleeps_ = waitsAfter(event);
+  owedSleeps_ = isKeyEvent(event) ? keys_.waitsAfter(event) : waitsAfter(event);
   if (tagOf(event) != ownEventTag) violations.push_back("I3: an event without the own tag");
-  if (!event.flagsCleared) violations.push_back("I3: an event with the user's modifiers");
+  // The modifiers of a key are checked with its command.
+  const bool isTold = isKeyEvent(event) && keys_.concernsUs();
+  if (event.flags != 0 && !isTold) {
+    violations.push_back("I3: an event with the user's modifiers");
+  }
   if (postedTo_ && *postedTo_ != pid) violations.push_back("I3: events to two processes");
   postedTo_ = pid;
   if (lastIdentity_ == event.identity) return;  // the second route of one operation
@@ -220,6 +275,7 @@ void Rules::checkPost(const Call& call, Violations& violations) {
 
 /// One post operation, whichever routes it takes.
 void Rules::checkOperation(const EventImage& event, Violations& violations) {
+  service_.post(violations);
   if (checkedUnusable_) violations.push_back("I1: posted after a check found no usable session");
   if (!usable(mac_.world.session) && ++operationsWhileUnusable_ > 1) {
     violations.push_back("I1: two operations without a session check between them");
@@ -265,6 +321,7 @@ void Rules::checkScreenshot(const Call& call, Violations& violations) {
 /// I3: no call moves the user's pointer, front application or key window, unless the front
 /// application is the target itself, which may react by changing its window or quitting.
 void Rules::checkUserUntouched(const Call& call, Violations& violations) {
+  if (letsUserAct(call.function)) return;
   if (mac_.world.pointer != pointerBefore_) {
     violations.push_back("I3: the user's pointer moved");
   }
@@ -274,9 +331,10 @@ void Rules::checkUserUntouched(const Call& call, Violations& violations) {
     return;
   }
   const Application* front = findApplication(mac_.world, frontBefore_);
-  if (front != nullptr && front->focusedWindow != keyboardBefore_) {
-    violations.push_back("I3: the user's key window changed");
-  }
+  if (front == nullptr || front->focusedWindow == keyboardBefore_) return;
+  // Key records follow a look at the foreground. Who comes to front in between is not noticed.
+  const bool cameSince = call.function == Function::postRecord && frontBefore_ != toldInFront_;
+  if (!cameSince) violations.push_back("I3: the user's key window changed");
 }
 
 /// I15: of one process, a run waits for two time-outs at most.
@@ -286,6 +344,20 @@ void Rules::checkStall(const Call& call, const Answer& answer, Violations& viola
   if (++timeouts_[pid] > timeoutsMax) {
     violations.push_back("I15: a hung application is asked again");
   }
+}
+
+void Rules::noteItem(const Answer& answer) {
+  const auto item = driver::unpack<platform::WireItem>(answer.value);
+  if (item.kind == platform::ItemKind::signal) service_.interrupt();
+}
+
+/// A request of a service, which ends with its line, is what to others is a run, as far as pace and
+/// targets go.
+void Rules::endRequest() {
+  postedTo_.reset();
+  lastIdentity_.reset();
+  lastSleep_ = 0;
+  timeouts_.clear();
 }
 
 void Rules::noteSession(const Answer& answer) {
@@ -303,7 +375,8 @@ void Rules::noteRecord(const Call& call, const Answer& answer) {
   owedSleeps_ = {waitAfterFocusRecord};
   const bool accepted = driver::unpack<std::int32_t>(answer.value) == 0;
   if (record[recordFocusOffset] == 2) {
-    --given_[pid];
+    // A hold may have been given more than once, or not at all: it is taken back once.
+    given_[pid] = service_.concernsUs() ? 0 : given_[pid] - 1;
   } else if (accepted) {
     ++given_[pid];
     sawInFront_.erase(pid);
@@ -314,29 +387,59 @@ void Rules::noteSerial(const Call& call, const Answer& answer) {
   const auto serial = driver::unpack<std::vector<std::int64_t>>(answer.value);
   if (call.function == Function::processPid) {
     const auto front = static_cast<Pid>(serial.at(2));
+    toldInFront_ = serial.at(0) == 0 ? front : 0;
     if (serial.at(0) == 0 && given_[front] > 0) sawInFront_.insert(front);
     return;
   }
   // Without a serial number no record can be posted: the attempt has been made.
   const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
-  if (serial.at(0) != 0 && given_[pid] > 0) --given_[pid];
+  const bool isAttempt = !keys_.concernsUs() || lastSleep_ == waitAfterMotion || livenessFailed_;
+  if (serial.at(0) != 0 && given_[pid] > 0 && isAttempt) --given_[pid];
 }
 
 void Rules::finish(Violations& violations) {
   if (finished_) return;
   finished_ = true;
+  guard_.finish(violations);
+  if (isLongLived(command()) && !outputRefused_) checkLines(violations);
+  if (service_.concernsUs() && !outputRefused_) service_.finish(violations);
   if (!client_.exited) return;  // killed: nothing was in its hands any more
-  if (!owedSleeps_.empty())
-    violations.push_back("I5: ended without the wait after a post or record");
-  if (!outputRefused_) checkReply(violations);
+  checkLastWait(violations);
+  if (!outputRefused_ && !isLongLived(command())) checkReply(violations);
   checkButtons(violations);
   checkFocus(violations);
+  if (!client_.diedBySignal) clipboard_.finish(violations);
+}
+
+/// I7.
+void Rules::checkLines(Violations& violations) const {
+  // Who is killed may be about to end a line, and who ends before its reader takes the line feed.
+  const std::string& output = client_.output;
+  const bool isWhole = client_.exited && !client_.readerStalls;
+  const std::string lines = isWhole ? output : output.substr(0, output.rfind('\n') + 1);
+  for (const std::string& fault : lineFaults(lines)) violations.push_back("I7: " + fault);
+  if (client_.exited && !client_.diedBySignal && client_.output.empty()) {
+    violations.push_back("I7: the run ended without a line");
+  }
+  if (livenessFailed_ && client_.output != livenessRefusal) {
+    violations.push_back("I2: the run did not end with the refusal");
+  }
+}
+
+/// I5: the wait after the last post or record; what else a command would still have waited for is
+/// due only when it is not cut short.
+void Rules::checkLastWait(Violations& violations) const {
+  if (owedSleeps_.empty()) return;
+  const std::uint32_t owed = owedSleeps_.front();
+  const bool belongsToIt = owed == waitAfterPost || owed == waitAfterFocusRecord;
+  if (service_.isInterrupted() && !belongsToIt) return;
+  violations.push_back("I5: ended without the wait after a post or record");
 }
 
 void Rules::checkReply(Violations& violations) const {
   const ReplyFacts reply = readReply(client_.output);
   for (const std::string& fault : reply.faults) violations.push_back("I6: " + fault);
-  if (reply.faults.empty() && !reply.ok && !reply.saysWhy && !isSilentWrite(command())) {
+  if (reply.faults.empty() && !reply.ok && !reply.saysWhy && !isSilent(command())) {
     violations.push_back("I6: a failure without an \"error\"");
   }
   insert_.finish(reply.ok, violations);
@@ -345,7 +448,9 @@ void Rules::checkReply(Violations& violations) const {
   if (livenessFailed_ && (client_.status != 1 || client_.output != livenessRefusal)) {
     violations.push_back("I2: the run did not end with the refusal");
   }
-  if (isInputCommand() && everUnusable_ && reply.ok) {
+  const bool isExcused = everUnusable_ || livenessFailed_ || creationFailed_;
+  keys_.finish(reply.ok && !creationFailed_, isExcused, violations);
+  if (isInputCommand() && !keys_.concernsUs() && everUnusable_ && reply.ok) {
     violations.push_back("I8: input was withheld, yet the reply is a success");
   }
   // The file's own system may refuse what the Mac lets through; the reply says so.
@@ -356,7 +461,7 @@ void Rules::checkReply(Violations& violations) const {
 
 /// I4.
 void Rules::checkButtons(Violations& violations) const {
-  if (everUnusable_ || livenessFailed_ || creationFailed_) return;
+  if (everUnusable_ || livenessFailed_ || creationFailed_ || service_.isInterrupted()) return;
   for (const auto& [type, count] : pressed_) {
     if (count != 0) violations.push_back("I4: a button was left in the wrong state");
   }

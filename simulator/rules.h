@@ -8,8 +8,12 @@
 #include <vector>
 
 #include "platform/call.h"
+#include "simulator/clipboard_rules.h"
+#include "simulator/guard_rules.h"
 #include "simulator/insert_rules.h"
+#include "simulator/key_rules.h"
 #include "simulator/mac.h"
+#include "simulator/service_rules.h"
 
 namespace simulator {
 
@@ -24,8 +28,13 @@ class Rules {
   using Violations = std::vector<std::string>;
 
   /// Before the world answers a call, and after.
-  void before(const platform::Call& call, Violations& violations);
-  void after(const platform::Call& call, const Answer& answer, bool faulty, Violations& violations);
+  /// `flow` tells the client's flows apart.
+  void before(const platform::Call& call, std::size_t flow, Violations& violations);
+  void after(const platform::Call& call, const Answer& answer, bool faulty, std::size_t flow,
+             Violations& violations);
+
+  /// Before the world is asked again for the answer of a call that was pending.
+  void look();
 
   /// When the client has gone. Only the first call counts.
   void finish(Violations& violations);
@@ -38,10 +47,14 @@ class Rules {
   void checkUserUntouched(const platform::Call& call, Violations& violations);
   void checkStall(const platform::Call& call, const Answer& answer, Violations& violations);
   void checkScreenshot(const platform::Call& call, Violations& violations);
+  void noteItem(const Answer& answer);
+  void endRequest();
   void noteSession(const Answer& answer);
   void noteRecord(const platform::Call& call, const Answer& answer);
   void noteSerial(const platform::Call& call, const Answer& answer);
+  void checkLastWait(Violations& violations) const;
   void checkReply(Violations& violations) const;
+  void checkLines(Violations& violations) const;
   void checkButtons(Violations& violations) const;
   void checkFocus(Violations& violations) const;
 
@@ -64,6 +77,7 @@ class Rules {
   platform::EventImage posted_;  // the event of the present call, when it is a post
   std::optional<std::int64_t> lastIdentity_;
   bool lastWasPrivatePost_ = false;
+  std::size_t postingFlow_ = 0;            // whose waits are watched
   std::vector<std::uint32_t> owedSleeps_;  // the waits that must come next, in microseconds
   std::uint32_t lastSleep_ = 0;
   std::optional<Pid> postedTo_;
@@ -76,11 +90,16 @@ class Rules {
 
   // The rest.
   InsertRules insert_;
+  GuardRules guard_;
+  KeyRules keys_;
+  ClipboardRules clipboard_;
+  ServiceRules service_;
   std::map<Pid, int> timeouts_;
   bool outputRefused_ = false;
   bool fileReplaced_ = false;
   Point pointerBefore_;
   Pid frontBefore_ = 0;
+  Pid toldInFront_ = 0;           // when the run last asked; 0 for none
   ElementId keyboardBefore_ = 0;  // the front application's focused window
 };
 

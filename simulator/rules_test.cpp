@@ -103,8 +103,8 @@ TEST_F(BrokenRun, that_met_a_failed_liveness_check_ends_with_the_refusal_and_sta
   for (const auto& [output, status] : ends) {
     Rules rules(mac_, client_);
     Sentences violations;
-    rules.before({Function::nullSignal, {pack(Pid{900})}}, violations);
-    rules.after({Function::nullSignal, {pack(Pid{900})}}, {pack(false), 0}, false, violations);
+    rules.before({Function::nullSignal, {pack(Pid{900})}}, 0, violations);
+    rules.after({Function::nullSignal, {pack(Pid{900})}}, {pack(false), 0}, false, 0, violations);
     client_.output = output;
     client_.exited = true;
     client_.status = status;
@@ -164,9 +164,9 @@ TEST_F(BrokenRun, that_leaves_a_button_down_or_up_twice) {
     Rules rules(mac_, client_);
     Sentences violations;
     for (const std::uint32_t type : types) {
-      rules.before({Function::privatePost, {pack(Pid{41}), pack(event(type))}}, violations);
-      rules.before({Function::sleep, {pack(12'000)}}, violations);
-      if (type != leftUp) rules.before({Function::sleep, {pack(1'000)}}, violations);
+      rules.before({Function::privatePost, {pack(Pid{41}), pack(event(type))}}, 0, violations);
+      rules.before({Function::sleep, {pack(12'000)}}, 0, violations);
+      if (type != leftUp) rules.before({Function::sleep, {pack(1'000)}}, 0, violations);
     }
     client_.exited = true;
     client_.output = refused;
@@ -230,7 +230,7 @@ TEST_F(BrokenRun, that_ends_without_the_wait_after_an_event) {
 
 TEST_F(BrokenRun, that_posts_with_the_users_modifiers) {
   auto held = event(moved);
-  held.flagsCleared = false;
+  held.flags.reset();
   post(held);
 
   EXPECT_EQ(end(), Sentences{"I3: an event with the user's modifiers"});
@@ -240,6 +240,19 @@ TEST_F(BrokenRun, that_changes_the_users_key_window) {
   before(Function::session, {});
   mac_.world.applications[0].focusedWindow = 0;
   after(Function::session, {}, pack(std::optional(windowserver::Session{})));
+
+  EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
+}
+
+TEST_F(BrokenRun, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
+  for (const simulator::Pid told : {41, 40}) {
+    askForFront(told);
+    const driver::Datum::List record = {pack(0), pack(40), pack(std::string(248, '\0'))};
+    before(Function::postRecord, record);
+    mac_.world.applications[0].focusedWindow = told;
+    after(Function::postRecord, record, pack(0));
+    EXPECT_EQ(violations_.size(), told == 40 ? 1U : 0U);
+  }
 
   EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
 }

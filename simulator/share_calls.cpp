@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "simulator/calls.h"
+#include "simulator/streams.h"
 
 namespace simulator::calls {
 
@@ -9,9 +10,6 @@ using driver::pack;
 
 namespace {
 
-constexpr const char* declined =
-    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3801 \"The user declined "
-    "TCCs for application, window, display capture\"";
 constexpr const char* noSource =
     "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
     "capture source\"";
@@ -92,12 +90,13 @@ std::optional<Picture> displayPicture(const World& world, const platform::WireFi
 
 }  // namespace
 
-Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const bool onScreenOnly = arguments.get<share::Shown>(1) == share::Shown::onScreen;
   const World& world = mac.world;
-  if (!world.screenRecordingAllowed) return thrown(declined);
+  if (!world.screenRecordingAllowed) return thrown(captureDeclined);
   platform::WireContent content;
   for (const Window& window : world.windows) {
-    if (!window.onScreen || !window.capturable) continue;
+    if ((onScreenOnly && !window.onScreen) || !window.capturable) continue;
     content.windows.push_back(
         {window.number, window.frame, window.title, window.layer, ownerOf(world, window)});
   }
@@ -110,7 +109,7 @@ Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/
 Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   const auto filter = arguments.get<platform::WireFilter>(0);
   const auto configuration = arguments.get<share::Configuration>(1);
-  if (!mac.world.screenRecordingAllowed) return thrown(declined);
+  if (!mac.world.screenRecordingAllowed) return thrown(captureDeclined);
   auto picture = filter.kind == 0 ? windowPicture(mac.world, filter)
                                   : displayPicture(mac.world, filter, configuration);
   if (!picture) return thrown(noSource);
@@ -121,11 +120,6 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
                          std::nullopt, "", std::nullopt, ""});
   client.pictures.emplace(++mac.numbers, std::move(*picture));
   return result(mac.numbers);
-}
-
-Answer loadImage(Mac& mac, Client& /*client*/, const Arguments& arguments) {
-  if (mac.world.images.count(arguments.text(0)) == 0) return {};
-  return {pack(++mac.numbers), 0};
 }
 
 Answer pngOfImage(Mac& /*mac*/, Client& client, const Arguments& arguments) {

@@ -18,6 +18,12 @@ windowserver::Window describe(const World& world, const Window& window) {
   return entry;
 }
 
+/// Its level is above that of all other windows.
+windowserver::Window describe(const Cover& cover) {
+  return {cover.window,  cover.owner,   cover.level,       std::nullopt,
+          cover.frame.x, cover.frame.y, cover.frame.width, cover.frame.height};
+}
+
 workspace::Application describe(const World& world, const Application& application) {
   return {application.pid,        application.bundleIdentifier,       application.name,
           application.bundlePath, application.pid == world.frontmost, application.hidden};
@@ -42,10 +48,15 @@ std::optional<workspace::Application> describePid(const World& world, Pid pid) {
 
 }  // namespace
 
-Answer windows(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+Answer windows(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const bool all =
+      arguments.get<windowserver::Windows>(0) == windowserver::Windows::allWithoutDesktop;
   std::vector<windowserver::Window> list;
+  for (auto cover = mac.world.covers.rbegin(); cover != mac.world.covers.rend(); ++cover) {
+    list.push_back(describe(*cover));
+  }
   for (const Window& window : mac.world.windows) {
-    if (window.onScreen) list.push_back(describe(mac.world, window));
+    if (window.onScreen || all) list.push_back(describe(mac.world, window));
   }
   return {pack(std::optional(std::move(list))), 0};
 }

@@ -56,6 +56,7 @@ void closeAlone(World& world, WindowNumber number) {
     // Focus that was held for a window goes with it.
     if (application->focusByRecord == number) application->focusByRecord = 0;
     if (application->keyByRecord == number) application->keyByRecord = 0;
+    if (application->madeKey == number) application->madeKey = 0;
   }
   world.windows.erase(world.windows.begin() + (window - world.windows.data()));
 }
@@ -238,6 +239,14 @@ const Window* sheetOf(const World& world, WindowNumber number) {
       world.windows.begin(), world.windows.end(),
       [&](const Window& window) { return window.sheetOf == number && isOpen(world, window); });
   return found == world.windows.end() ? nullptr : &*found;
+}
+
+std::vector<WindowNumber> openSheets(const World& world, WindowNumber number) {
+  std::vector<WindowNumber> numbers;
+  for (const Window& window : world.windows) {
+    if (window.sheetOf == number && isOpen(world, window)) numbers.push_back(window.number);
+  }
+  return numbers;
 }
 
 void quitApplication(World& world, Pid pid) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "simulator/world.h"
 
 /// The order of the windows, and their coming and going.
@@ -42,6 +44,9 @@ Window* topmostAt(World& world, Point point);
 
 /// The window's sheet, if one is open.
 const Window* sheetOf(const World& world, WindowNumber number);
+
+/// The numbers of the window's open sheets, front to back.
+std::vector<WindowNumber> openSheets(const World& world, WindowNumber number);
 
 /// The application ends: its windows go, and when it was in front another comes to front.
 void quitApplication(World& world, Pid pid);

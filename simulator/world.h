@@ -12,6 +12,10 @@
 #include "platform/ax.h"
 #include "platform/types.h"
 #include "platform/workspace.h"
+#include "simulator/cover.h"
+#include "simulator/pasteboard.h"
+#include "simulator/sharing.h"
+#include "simulator/user_state.h"
 
 /// The simulated Mac's state, as plain values: copying a World copies the Mac. What happens in it
 /// is in applications.h and input.h; how it is written as text in world_text.h.
@@ -59,6 +63,7 @@ struct Reaction {
     hang,         // the application stops answering
     remove,       // the element labelled `target`, with all that is in it
     choose,       // the own AXValue 1, those of its siblings of the same role 0
+    paste,        // what has the application's keyboard focus takes the pasteboard's contents
   };
   Kind kind = Kind::toggle;
   std::string text;
@@ -88,6 +93,7 @@ struct Element {
   std::vector<std::string> actions;
   std::vector<Reaction> onClick;
   std::vector<Reaction> onRightClick;
+  std::vector<Reaction> onSubmit;  // to the return key, in place of a line break
   Presence presence = Presence::always;
   ElementId dependsOn = 0;  // itself, or the nearest around it, that is not always there; else 0
   bool removed = false;
@@ -109,6 +115,7 @@ struct Habits {
   bool showsPlaceholder = false;  // an empty field reads as its placeholder
   bool isComposer = false;        // its AXValue shows as static texts in it, one for each line
   bool hidesValue = false;        // of a composer: only the static texts can be read
+  bool takesFiles = false;        // pasted files become pictures in it, whatever else it takes
   std::map<std::string, ax::Error> rejecting;  // writes of these attributes give the error
   std::optional<double> step;                  // of AXIncrement and AXDecrement
   ax::Error actionError = ax::Error::success;  // what an action that ran answers
@@ -153,6 +160,7 @@ struct Application {
   bool rejectsEnabling = false;  // the enabling writes answer "unsupported", yet take effect
   bool treeOnDemand = false;     // the tree exists only `treeDelay` after both writes
   Microseconds treeDelay = 0;
+  Microseconds pasteDelay = 50'000;  // from the asking for a paste to its reading the pasteboard
   bool manualAccessibility = false;
   bool enhancedUserInterface = false;
   std::optional<Microseconds> enabledAt;  // when the second of the two writes came
@@ -170,8 +178,10 @@ struct Application {
   ElementId focusedElement = 0;
 
   // What event records and events have made of it.
-  WindowNumber focusByRecord = 0;  // 0: it holds no focus by record
-  WindowNumber keyByRecord = 0;    // 0: no first record of a pair waits for its second
+  WindowNumber focusByRecord = 0;      // 0: it holds no focus by record
+  WindowNumber keyByRecord = 0;        // 0: no first record of a pair waits for its second
+  WindowNumber madeKey = 0;            // by such a pair, since it has held focus by record; 0: none
+  std::vector<std::int64_t> keysDown;  // the codes of keys posted to it that were not released
   ClickProgress click;
   std::optional<Microseconds> lastPost;
   std::int64_t lastPostIdentity = -1;
@@ -189,6 +199,8 @@ struct Window {
   bool hiddenWithOwner = false;  // off screen only because its application is hidden
   ElementId element = 0;         // its AXWindow or AXSheet; 0: it shows nothing to accessibility
   WindowNumber sheetOf = 0;
+  bool numberHidden = false;   // accessibility gives 0 for its number
+  ElementId hadKeyboard = 0;   // what had the keyboard focus when another window got it
   bool capturable = true;      // listed among what can be shared
   Point scrolledLines;         // by scroll events that landed
   std::optional<Point> hover;  // where the last pointer move that landed was, in global points
@@ -213,6 +225,8 @@ struct User {
   bool nameParses = true;  // whether the person-name parser finds a given name
 };
 
+enum class MouseButton { left, right, other };
+
 /// Something that happens at a time, whoever causes it.
 struct Happening {
   enum class Kind {
@@ -229,11 +243,36 @@ struct Happening {
     userClick,     // at `point`
     userMove,      // to `point`
     removeDisplays,
+    connectDisplay,      // `display`: a new one, or another size and place of one that is there
+    disconnectDisplay,   // that with the number `number`
+    userPress,           // holds a modifier key down: `modifiers`
+    userRelease,         // lets it go
+    userScroll,          // by `point` lines, where the pointer is
+    userDrag,            // from `point` to `end`
+    userCopy,            // `text`, in whatever application
+    disableTaps,         // the system disables all event taps: for slowness when `number` is 1
+    signalProcesses,     // signal number `number` to every process that uses the Mac
+    input,               // `text` arrives on their standard input
+    closeInput,          // which ends
+    closeOutput,         // nobody reads what they write any more
+    stallOutput,         // whoever reads it takes nothing for now
+    resumeOutput,        // and takes it again
+    requestTermination,  // their applications are asked to terminate
+    endApplicationLoop,  // their applications' loops end by themselves
+    stopSharing,         // the system stops what shares a window of `pid`, because of `text`
+    withdrawRecording,   // the screen may not be recorded any more, which stops all sharing
   };
   Kind kind = Kind::lock;
   Pid pid = 0;
   std::string text;
-  Point point;
+  Point point{};
+  Point end{};
+  std::uint64_t modifiers = 0;  // of a key: held down meanwhile, as quartz::Modifier has them
+  MouseButton button = MouseButton::left;
+  bool tagged = false;  // of input: not the user's own, but posted with the own tag
+  Display display = {};
+  Pid addressee = 0;  // of input: the process that it names as its target; 0: none
+  int number = 0;
 };
 
 struct Scripted {
@@ -241,13 +280,14 @@ struct Scripted {
   Happening happening;
 };
 
-/// A write that was accepted and has not had its effect yet.
+/// A write, or a paste, that was accepted and has not had its effect yet.
 struct PendingWrite {
   Microseconds due = 0;
   Pid pid = 0;
   ElementId element = 0;
   std::string attribute;
   std::string text;
+  bool pastes = false;  // what is on the pasteboard then, in place of `text`
 };
 
 struct World {
@@ -260,14 +300,23 @@ struct World {
   Session session;
   bool accessibilityAllowed = true;
   bool screenRecordingAllowed = true;
+  bool displayHoldAllowed = true;  // the system keeps the display awake for who asks
   User user;
   Point pointer;
+  Keyboard keyboard;
+  std::map<std::uint32_t, HeldButton> heldButtons;  // by the event type of the press
+  Activity activity;
+  Pasteboard pasteboard;
+  std::vector<Cover> covers;  // in the order of their showing, later ones in front
+  System system;
+  std::vector<Sharing> sharings;      // in the order of their starting
   std::set<std::string> missing;      // symbols, and libraries by the last component of their path
   std::set<Pid> processes;            // alive, besides applications
   std::set<std::string> files;        // absolute paths that exist, those of bundles included
   std::set<std::string> images;       // absolute paths that load as pictures
   std::vector<Scripted> script;       // by time; equal times in the order of the text
   std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
+  Microseconds present = 0;           // up to when they have had their effects
 };
 
 /// One attribute of an element, as an application that answers gives it.

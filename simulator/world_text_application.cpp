@@ -16,7 +16,7 @@ struct Reading {
   bool unbundled = false;
 };
 
-constexpr std::array<Option<Reading>, 18> options = {{
+constexpr std::array<Option<Reading>, 19> options = {{
     {"pid",
      [](Words& words, Reading& reading) {
        reading.draft.application.pid = static_cast<Pid>(
@@ -72,6 +72,11 @@ constexpr std::array<Option<Reading>, 18> options = {{
        readFailingOption(words, reading.draft.application.failing);
      },
      true},
+    {"pastes",
+     [](Words& words, Reading& reading) {
+       words.expect("pastes", "after");
+       reading.draft.application.pasteDelay = words.time("after");
+     }},
 }};
 
 std::string characteristicFile(ApplicationKind kind, const std::string& path,

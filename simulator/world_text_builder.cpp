@@ -11,6 +11,7 @@
 #include "simulator/world_text_error.h"
 #include "simulator/world_text_happenings.h"
 #include "simulator/world_text_menus.h"
+#include "simulator/world_text_panel.h"
 
 namespace simulator {
 
@@ -47,6 +48,20 @@ WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
   const Place place{Place::Kind::application, "app", world_.applications.size() - 1, 0, 0};
   addLinks(words, place, std::move(draft.links));
   return place;
+}
+
+void WorldBuilder::addPanel(Words& words) {
+  PanelDraft draft = readPanelLine(words, world_);
+  claimPid(words, draft.application.pid);
+  if (findWindow(world_, draft.window.number) != nullptr) {
+    words.fail("window number " + std::to_string(draft.window.number) + " is taken");
+  }
+  world_.applications.push_back(std::move(draft.application));
+  withoutFocusedWindow_.push_back(false);
+  world_.lastWindow = std::max(world_.lastWindow, draft.window.number);
+  const Window* below = findWindow(world_, draft.over);
+  world_.windows.insert(world_.windows.begin() + (below - world_.windows.data()),
+                        std::move(draft.window));
 }
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
@@ -118,7 +133,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.window = parent.window;
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
-  if (!element.onClick.empty() || !element.onRightClick.empty()) {
+  if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
     reactions_.push_back({words.lineNumber(), parent.application, id});
   }
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
@@ -279,6 +294,7 @@ World WorldBuilder::finish() {
     const Element& element = *findElement(application, placed.element);
     for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);
     for (const Reaction& each : element.onRightClick) checkReaction(placed.line, application, each);
+    for (const Reaction& each : element.onSubmit) checkReaction(placed.line, application, each);
   }
   settleFocus();
   settleWindows();

@@ -28,6 +28,7 @@ class WorldBuilder {
   Place addWindow(Words& words, const Place& application);
   Place addElement(Words& words, const Place& parent);
   Place addMenuItem(Words& words, const Place& application);
+  void addPanel(Words& words);
   void addToScript(Words& words, Microseconds at);
 
   /// Throws when the process id is in use.

@@ -88,7 +88,7 @@ const char* labelAttribute(const std::string& role) {
   return role == "AXStaticText" || takesText(role) ? "AXDescription" : "AXTitle";
 }
 
-constexpr std::array<Option<ElementDraft>, 33> elementOptions = {{
+constexpr std::array<Option<ElementDraft>, 35> elementOptions = {{
     {"at", [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }},
     {"size", [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }},
     {"value",
@@ -152,9 +152,14 @@ constexpr std::array<Option<ElementDraft>, 33> elementOptions = {{
      [](Words& words, ElementDraft& draft) {
        draft.element.onRightClick = readReactions(words, "right:");
      }},
+    {"takes", readTakesFiles},
+    {"submit:",
+     [](Words& words, ElementDraft& draft) {
+       draft.element.onSubmit = readReactions(words, "submit:");
+     }},
 }};
 
-constexpr std::array<Option<WindowDraft>, 14> windowOptions = {{
+constexpr std::array<Option<WindowDraft>, 15> windowOptions = {{
     {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
     {"size", [](Words& words, WindowDraft& draft) { draft.body.size = words.size("size"); }},
     {"layer",
@@ -195,6 +200,7 @@ constexpr std::array<Option<WindowDraft>, 14> windowOptions = {{
     {"failing",
      [](Words& words, WindowDraft& draft) { readFailingOption(words, draft.body.element.failing); },
      true},
+    {"unnumbered", [](Words&, WindowDraft& draft) { draft.window.numberHidden = true; }},
 }};
 
 std::optional<Rect> frameOf(const Words& words, const ElementDraft& draft) {

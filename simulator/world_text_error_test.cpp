@@ -21,20 +21,22 @@ struct BadWorld {
 };
 
 const std::string statementWords =
-    "app, seed, user, pointer, display, deny, session, missing, process, file, image, at";
+    "app, seed, user, pointer, display, deny, session, missing, process, file, image, at, "
+    "panel, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
-    "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing";
+    "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
+    "pastes";
 const std::string windowWords =
     "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
-    "sheet, subrole, attribute, failing";
+    "sheet, subrole, attribute, failing, unnumbered";
 const std::string elementWords =
     "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
     "selection, actions, attribute, failing, range, choices, while, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
-    "right:";
+    "right:, takes, submit:";
 const std::string reactionWords =
-    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose";
+    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste";
 
 TEST(WorldTextErrors, of_the_form_of_the_text) {
   const BadWorld cases[] = {
@@ -81,8 +83,9 @@ TEST(WorldTextErrors, of_statements) {
        "line 1: a display needs a finite place, and a size and scale above 0"},
       {"display 1 9x9 scale x", "line 1: 'scale' needs a number above 0, not 'x'"},
       {"display 1 9x9\ndisplay 1 9x9", "line 2: display number 1 is taken"},
-      {"deny", "line 1: 'deny' needs one of accessibility, screen-recording"},
-      {"deny all", "line 1: unknown word 'all'; expected accessibility, screen-recording"},
+      {"deny", "line 1: 'deny' needs one of display-hold, accessibility, screen-recording"},
+      {"deny all",
+       "line 1: unknown word 'all'; expected display-hold, accessibility, screen-recording"},
       {"session",
        "line 1: 'session' needs one of locked, off-console, unreadable, "
        "without-console-key"},
@@ -206,7 +209,7 @@ TEST(WorldTextErrors, of_elements) {
       {"AXButton press:", "'press:' needs one of " + reactionWords},
       {"AXButton press: explode", "unknown word 'explode'; expected " + reactionWords},
       {"AXButton press: toggle;", "'press:' needs one of " + reactionWords},
-      {"AXButton press: toggle quit", "unknown word 'quit'; expected ;, press: or right:"},
+      {"AXButton press: toggle quit", "unknown word 'quit'; expected ;, press:, right: or submit:"},
       {"AXButton press: toggle press: quit", "'press:' is given twice"},
       {"AXButton right: append to B", "'append' needs a quoted text, not 'to'"},
       {"AXButton press: append \"x\" B", "'append' needs 'to' after it, not 'B'"},

@@ -145,6 +145,11 @@ void readReplying(Words& words, ElementDraft& draft) {
   habitsOf(draft).actionError = readError(words, "replying");
 }
 
+void readTakesFiles(Words& words, ElementDraft& draft) {
+  words.expect("takes", "files");
+  habitsOf(draft).takesFiles = true;
+}
+
 void readGrows(Words& words, ElementDraft& draft) {
   setChildren(words, draft,
               words.take("deeper") ? Habits::Children::growDeeper : Habits::Children::grow);

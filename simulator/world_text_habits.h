@@ -20,6 +20,7 @@ void readShowsPlaceholder(Words& words, ElementDraft& draft);
 void readComposer(Words& words, ElementDraft& draft);
 void readRejects(Words& words, ElementDraft& draft);
 void readReplying(Words& words, ElementDraft& draft);
+void readTakesFiles(Words& words, ElementDraft& draft);
 void readGrows(Words& words, ElementDraft& draft);
 void readShrinks(Words& words, ElementDraft& draft);
 

@@ -6,6 +6,10 @@
 
 #include "base/numbers.h"
 #include "simulator/element_text.h"
+#include "simulator/keyboard_layouts.h"
+#include "simulator/streams.h"
+#include "simulator/user_input.h"
+#include "simulator/world_text_display.h"
 
 namespace simulator {
 
@@ -19,11 +23,10 @@ struct Reading {
 };
 
 constexpr std::string_view pidPrefix = "pid:";
-constexpr const char* keyNames[] = {"return", "enter", "tab",   "space", "delete", "backspace",
-                                    "escape", "left",  "right", "up",    "down"};
 constexpr const char* aKey =
-    "one character, or return, enter, tab, space, delete, backspace, escape, left, right, up or "
-    "down";
+    "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, home, "
+    "end, pageup, pagedown, left, right, up or down";
+constexpr const char* aModifier = "cmd, shift, option or control";
 
 Pid applicationByPid(Words& words, const World& world, const std::string& name) {
   const auto pid = driver::parseInt32(std::string_view(name).substr(pidPrefix.size()));
@@ -48,34 +51,107 @@ Pid readApplication(Words& words, const World& world, const char* owner) {
   return found->pid;
 }
 
-std::string readKey(Words& words) {
-  std::string key = words.name("key", aKey);
-  const bool isNamed =
-      std::find(std::begin(keyNames), std::end(keyNames), key) != std::end(keyNames);
-  if (!isNamed && characterCount(key) != 1)
-    words.fail("unknown key '" + key + "'; expected " + aKey);
-  return key;
+const ModifierKey* takeModifier(Words& words) {
+  for (const ModifierKey& key : modifierKeys) {
+    if (words.take(key.name)) return &key;
+  }
+  return nullptr;
 }
 
-constexpr std::array<Option<Reading>, 3> userOptions = {{
-    {"key",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userKey;
-       reading.happening.text = readKey(words);
-     }},
+void readKey(Words& words, Reading& reading) {
+  reading.happening.kind = Kind::userKey;
+  while (const ModifierKey* modifier = takeModifier(words)) {
+    reading.happening.modifiers |= modifier->flag;
+  }
+  std::string key = words.name("key", aKey);
+  if (!codeNamed(key) && characterCount(key) != 1) {
+    words.fail("unknown key '" + key + "'; expected " + aKey);
+  }
+  reading.happening.text = std::move(key);
+}
+
+void readModifier(Words& words, Reading& reading, const char* owner, Kind kind) {
+  const ModifierKey* modifier = takeModifier(words);
+  if (modifier == nullptr) words.failNeeding(owner, aModifier);
+  reading.happening.kind = kind;
+  reading.happening.modifiers = modifier->flag;
+}
+
+void readButton(Words& words, Happening& happening) {
+  if (words.take("right")) {
+    happening.button = MouseButton::right;
+  } else if (words.take("other")) {
+    happening.button = MouseButton::other;
+  }
+}
+
+constexpr std::array<Option<Reading>, 8> userOptions = {{
+    {"key", readKey},
     {"click",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::userClick;
        reading.happening.point = words.finitePoint("click");
+       readButton(words, reading.happening);
      }},
     {"move",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::userMove;
        reading.happening.point = words.finitePoint("move");
      }},
+    {"scroll",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::userScroll;
+       reading.happening.point = words.finitePoint("scroll");
+     }},
+    {"drag",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::userDrag;
+       reading.happening.point = words.finitePoint("drag");
+       words.expect("drag", "to");
+       reading.happening.end = words.finitePoint("to");
+       readButton(words, reading.happening);
+     }},
+    {"press", [](Words& words,
+                 Reading& reading) { readModifier(words, reading, "press", Kind::userPress); }},
+    {"release",
+     [](Words& words, Reading& reading) {
+       readModifier(words, reading, "release", Kind::userRelease);
+     }},
+    {"copy",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::userCopy;
+       reading.happening.text = words.name("copy", "a text");
+     }},
 }};
 
-constexpr std::array<Option<Reading>, 11> kinds = {{
+/// What is posted into the session, and not by the user's devices.
+constexpr std::array<Option<Reading>, 2> postedOptions = {{
+    {"tagged", [](Words&, Reading& reading) { reading.happening.tagged = true; }},
+    {"for",
+     [](Words& words, Reading& reading) {
+       reading.happening.addressee = readApplication(words, reading.world, "for");
+     }},
+}};
+
+void readUser(Words& words, Reading& reading) {
+  if (words.atEnd()) words.failNeeding("user", ("one of " + wordsOf(userOptions)).c_str());
+  userOptions[takeOption(words, userOptions)].read(words, reading);
+  if (isInput(reading.happening.kind)) readOptions(words, postedOptions, reading);
+}
+
+void readStopSharing(Words& words, Reading& reading) {
+  reading.happening.kind = Kind::stopSharing;
+  words.expect("stop", "sharing");
+  reading.happening.pid = readApplication(words, reading.world, "sharing");
+  reading.happening.text = words.atEnd() ? userStopped : words.text("sharing", "the reason");
+}
+
+constexpr std::array<Option<Reading>, 2> closeOptions = {{
+    {"input", [](Words&, Reading& reading) { reading.happening.kind = Kind::closeInput; }},
+    {"output", [](Words&, Reading& reading) { reading.happening.kind = Kind::closeOutput; }},
+}};
+
+constexpr std::array<Option<Reading>, 23> kinds = {{
     {"lock", [](Words&, Reading& reading) { reading.happening.kind = Kind::lock; }},
     {"unlock", [](Words&, Reading& reading) { reading.happening.kind = Kind::unlock; }},
     {"leave",
@@ -116,15 +192,69 @@ constexpr std::array<Option<Reading>, 11> kinds = {{
        reading.happening.kind = Kind::recover;
        reading.happening.pid = readApplication(words, reading.world, "recover");
      }},
-    {"user",
-     [](Words& words, Reading& reading) {
-       if (words.atEnd()) words.failNeeding("user", "key, click or move");
-       userOptions[takeOption(words, userOptions)].read(words, reading);
-     }},
+    {"user", readUser},
     {"remove",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::removeDisplays;
        words.expect("remove", "displays");
+     }},
+    {"connect",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::connectDisplay;
+       words.expect("connect", "display");
+       reading.happening.display = readDisplay(words);
+     }},
+    {"disconnect",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::disconnectDisplay;
+       words.expect("disconnect", "display");
+       reading.happening.number = static_cast<int>(
+           words.integer("display", "a number from 1 on", 1, std::numeric_limits<int>::max()));
+     }},
+    {"signal",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::signalProcesses;
+       reading.happening.number =
+           static_cast<int>(words.integer("signal", "a signal's number", 1, 31));
+     }},
+    {"input",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::input;
+       reading.happening.text = words.text("input", "what arrives on standard input");
+     }},
+    {"close",
+     [](Words& words, Reading& reading) {
+       if (words.atEnd()) words.failNeeding("close", "input or output");
+       closeOptions[takeOption(words, closeOptions)].read(words, reading);
+     }},
+    {"stall",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::stallOutput;
+       words.expect("stall", "output");
+     }},
+    {"resume",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::resumeOutput;
+       words.expect("resume", "output");
+     }},
+    {"request",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::requestTermination;
+       words.expect("request", "termination");
+     }},
+    {"end-loop",
+     [](Words&, Reading& reading) { reading.happening.kind = Kind::endApplicationLoop; }},
+    {"stop", readStopSharing},
+    {"withdraw",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::withdrawRecording;
+       words.expect("withdraw", "recording");
+     }},
+    {"disable",
+     [](Words& words, Reading& reading) {
+       reading.happening.kind = Kind::disableTaps;
+       words.expect("disable", "taps");
+       reading.happening.number = words.take("timeout") ? 1 : 0;
      }},
 }};
 

@@ -42,6 +42,18 @@ TEST(HappeningText, every_happening_can_be_written) {
   }
 }
 
+TEST(HappeningText, input_is_read_back_with_all_its_words) {
+  const World world = parseWorld("app Notes pid 41");
+  for (const char* text : {"user key a", "user key cmd shift v", "user key option return tagged",
+                           "user key \" \" for pid:41", "user click 1,2 right",
+                           "user click 1,2 other tagged for pid:41", "user move 1.5,-2 tagged",
+                           "user scroll 0,-3", "user drag 1,2 to 3,4", "user drag 1,2 to 3,4 right",
+                           "user press shift", "user release control for pid:41", "user copy hello",
+                           "user copy \"two words\"", "disable taps", "disable taps timeout"}) {
+    EXPECT_EQ(happeningText(parseHappening(text, world)), text);
+  }
+}
+
 TEST(HappeningText, times_have_units) {
   EXPECT_EQ(parseTime("100ms"), 100'000);
   EXPECT_EQ(parseTime("2s"), 2'000'000);
@@ -73,10 +85,13 @@ TEST(HappeningText, a_bad_time_or_happening_is_an_error_of_line_one) {
   };
 
   const std::string kinds =
-      "lock, unlock, leave, return, quit, end, front, hang, recover, user, remove";
+      "lock, unlock, leave, return, quit, end, front, hang, recover, user, remove, connect, "
+      "disconnect, signal, input, close, stall, resume, request, end-loop, stop, withdraw, disable";
+  const std::string user = "key, click, move, scroll, drag, press, release, copy";
   const std::string key =
-      "one character, or return, enter, tab, space, delete, backspace, escape, left, right, up or "
-      "down";
+      "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, "
+      "home, "
+      "end, pageup, pagedown, left, right, up or down";
   EXPECT_EQ(errorOfHappening(""), "line 1: something must happen: " + kinds);
   EXPECT_EQ(errorOfHappening("dance"), "line 1: unknown word 'dance'; expected " + kinds);
   EXPECT_EQ(errorOfHappening("\"lock\""), "line 1: unexpected \"lock\"; expected " + kinds);
@@ -92,11 +107,16 @@ TEST(HappeningText, a_bad_time_or_happening_is_an_error_of_line_one) {
   EXPECT_EQ(errorOfHappening("quit Twin"),
             "line 1: several applications are called 'Twin'; name one as pid:N");
   EXPECT_EQ(errorOfHappening("end process me"), "line 1: 'process' needs a process id, not 'me'");
-  EXPECT_EQ(errorOfHappening("user"), "line 1: 'user' needs key, click or move");
-  EXPECT_EQ(errorOfHappening("user sings"),
-            "line 1: unknown word 'sings'; expected key, click, move");
+  EXPECT_EQ(errorOfHappening("user"), "line 1: 'user' needs one of " + user);
+  EXPECT_EQ(errorOfHappening("user sings"), "line 1: unknown word 'sings'; expected " + user);
   EXPECT_EQ(errorOfHappening("user key"), "line 1: 'key' needs " + key);
   EXPECT_EQ(errorOfHappening("user key ab"), "line 1: unknown key 'ab'; expected " + key);
+  EXPECT_EQ(errorOfHappening("user press a"),
+            "line 1: 'press' needs cmd, shift, option or control, not 'a'");
+  EXPECT_EQ(errorOfHappening("user key a twice"),
+            "line 1: unknown word 'twice'; expected tagged, for");
+  EXPECT_EQ(errorOfHappening("user drag 1,1"), "line 1: 'drag' needs 'to' after it");
+  EXPECT_EQ(errorOfHappening("disable"), "line 1: 'disable' needs 'taps' after it");
   EXPECT_EQ(errorOfHappening("user click 10"), "line 1: 'click' needs X,Y, not '10'");
   const std::string time = "line 1: 'at' needs a time such as 250us, 100ms or 1.5s, not ";
   EXPECT_EQ(errorOfTime("100"), time + "'100'");

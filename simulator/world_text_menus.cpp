@@ -168,6 +168,8 @@ ElementId addMenuItem(Application& application, const MenuItemDraft& draft) {
     item.attributes["AXMenuItemCmdModifiers"] = draft.modifiers;
   }
   item.onClick = draft.onClick;
+  const bool pastes = draft.path.back() == "Paste" && draft.onClick.empty();
+  if (pastes) item.onClick = {{Reaction::Kind::paste, "", ""}};
   return above;
 }
 

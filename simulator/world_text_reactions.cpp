@@ -9,7 +9,7 @@ constexpr const char* aLabel = "the label of an element";
 
 using Kind = Reaction::Kind;
 
-constexpr std::array<Option<Reaction>, 11> kinds = {{
+constexpr std::array<Option<Reaction>, 12> kinds = {{
     {"append",
      [](Words& words, Reaction& reaction) {
        reaction.kind = Kind::append;
@@ -54,6 +54,7 @@ constexpr std::array<Option<Reaction>, 11> kinds = {{
        reaction.target = words.name("remove", aLabel);
      }},
     {"choose", [](Words&, Reaction& reaction) { reaction.kind = Kind::choose; }},
+    {"paste", [](Words&, Reaction& reaction) { reaction.kind = Kind::paste; }},
 }};
 
 }  // namespace
@@ -64,9 +65,9 @@ std::vector<Reaction> readReactions(Words& words, const char* owner) {
     if (words.atEnd()) words.failNeeding(owner, ("one of " + wordsOf(kinds)).c_str());
     kinds[takeOption(words, kinds)].read(words, reactions.emplace_back());
   } while (words.takeSemicolon());
-  if (!words.atEnd() && !words.nextIs("press:") && !words.nextIs("right:")) {
-    words.failUnknown(";, press: or right:");
-  }
+  const bool ends =
+      words.atEnd() || words.nextIs("press:") || words.nextIs("right:") || words.nextIs("submit:");
+  if (!ends) words.failUnknown(";, press:, right: or submit:");
   return reactions;
 }
 

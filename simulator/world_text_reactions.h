@@ -7,7 +7,8 @@
 
 namespace simulator {
 
-/// Reads reactions between semicolons, up to the end of the line, `press:` or `right:`.
+/// Reads reactions between semicolons, up to the end of the line, `press:`, `right:` or
+/// `submit:`.
 std::vector<Reaction> readReactions(Words& words, const char* owner);
 
 }  // namespace simulator

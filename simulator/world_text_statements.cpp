@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "simulator/world_text_display.h"
+#include "simulator/world_text_user.h"
+
 namespace simulator {
 
 namespace {
@@ -24,25 +27,10 @@ constexpr std::array<Option<Session>, 4> sessionOptions = {{
     {"without-console-key", [](Words&, Session& session) { session.onConsole.reset(); }},
 }};
 
-constexpr std::array<Option<World>, 2> denials = {{
+constexpr std::array<Option<World>, 3> denials = {{
+    {"display-hold", [](Words&, World& world) { world.displayHoldAllowed = false; }},
     {"accessibility", [](Words&, World& world) { world.accessibilityAllowed = false; }},
     {"screen-recording", [](Words&, World& world) { world.screenRecordingAllowed = false; }},
-}};
-
-constexpr std::array<Option<Display>, 3> displayOptions = {{
-    {"at",
-     [](Words& words, Display& display) {
-       const Point origin = words.point("at");
-       display.frame.x = origin.x;
-       display.frame.y = origin.y;
-     }},
-    {"scale", [](Words& words,
-                 Display& display) { display.scale = words.number("scale", "a number above 0"); }},
-    {"mode",
-     [](Words& words, Display& display) {
-       words.expect("mode", "unreadable");
-       display.modeReadable = false;
-     }},
 }};
 
 template <class Target, std::size_t count>
@@ -52,17 +40,8 @@ void readAtLeastOne(Words& words, const char* owner,
   readOptions(words, options, target);
 }
 
-void readDisplay(Words& words, WorldBuilder& builder) {
-  Display display;
-  display.id = static_cast<std::uint32_t>(
-      words.integer("display", "a number from 1 on", 1, std::numeric_limits<std::uint32_t>::max()));
-  const Size size = words.size("display");
-  display.frame.width = size.width;
-  display.frame.height = size.height;
-  readOptions(words, displayOptions, display);
-  const bool drawable = driver::isFinite(display.frame) && driver::area(display.frame) > 0 &&
-                        display.scale > 0 && display.scale <= std::numeric_limits<double>::max();
-  if (!drawable) words.fail("a display needs a finite place, and a size and scale above 0");
+void addDisplay(Words& words, WorldBuilder& builder) {
+  const Display display = readDisplay(words);
   auto& displays = builder.world().displays;
   if (std::any_of(displays.begin(), displays.end(),
                   [&](const Display& each) { return each.id == display.id; })) {
@@ -71,7 +50,7 @@ void readDisplay(Words& words, WorldBuilder& builder) {
   displays.push_back(display);
 }
 
-constexpr std::array<Option<WorldBuilder>, 11> statements = {{
+constexpr std::array<Option<WorldBuilder>, 12> statements = {{
     {"seed",
      [](Words& words, WorldBuilder& builder) {
        builder.world().seed = static_cast<std::uint64_t>(words.integer(
@@ -87,7 +66,7 @@ constexpr std::array<Option<WorldBuilder>, 11> statements = {{
      [](Words& words, WorldBuilder& builder) {
        builder.world().pointer = words.finitePoint("pointer");
      }},
-    {"display", readDisplay},
+    {"display", addDisplay},
     {"deny",
      [](Words& words, WorldBuilder& builder) {
        readAtLeastOne(words, "deny", denials, builder.world());
@@ -120,6 +99,7 @@ constexpr std::array<Option<WorldBuilder>, 11> statements = {{
        const Microseconds time = words.time("at");
        builder.addToScript(words, time);
      }},
+    {"panel", [](Words& words, WorldBuilder& builder) { builder.addPanel(words); }},
 }};
 
 void refuseOrphan(const Words& words) {
@@ -140,7 +120,11 @@ Place readStatement(Words& words, WorldBuilder& builder) {
     words.expectEnd();
     return {Place::Kind::other, statement.word, 0, 0, 0};
   }
-  words.failUnknown("app, " + wordsOf(statements));
+  if (const char* word = readUserStatement(words, builder.world())) {
+    words.expectEnd();
+    return {Place::Kind::other, word, 0, 0, 0};
+  }
+  words.failUnknown("app, " + wordsOf(statements) + ", " + userStatementWords());
 }
 
 }  // namespace simulator

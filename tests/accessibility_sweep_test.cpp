@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "simulator/world_text.h"
@@ -126,6 +127,75 @@ TEST_P(accessibility_sweep, breaks_no_rule) {
     }
   }
   EXPECT_GT(runs, calls.size());
+}
+
+/// A call of a run: which of its function it is, and whether it is a message to an element.
+struct TracedCall {
+  platform::Function function;
+  std::size_t occurrence = 0;
+  bool isMessage = false;
+};
+
+std::vector<TracedCall> callsOf(const TestMac& mac) {
+  std::vector<TracedCall> calls;
+  std::map<platform::Function, std::size_t> occurrences;
+  for (const auto& entry : mac.desktop().trace()) {
+    const platform::Function function = entry.call.function;
+    const std::string_view name = platform::functionNames[static_cast<std::size_t>(function)];
+    calls.push_back({function, ++occurrences[function],
+                     name.compare(0, 3, "ax.") == 0 || name == "private.ax-window"});
+  }
+  return calls;
+}
+
+std::size_t messagesIn(const std::vector<TracedCall>& calls, std::size_t first) {
+  std::size_t count = 0;
+  for (std::size_t i = first; i < calls.size(); ++i) count += calls[i].isMessage ? 1 : 0;
+  return count;
+}
+
+/// How long a run took beside its own waits.
+simulator::Microseconds lostTime(const TestMac& mac) {
+  simulator::Microseconds lost = mac.desktop().mac().now;
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function != platform::Function::sleep) continue;
+    lost -= driver::unpack<std::uint32_t>(entry.call.arguments[0]);
+  }
+  return lost;
+}
+
+/// How many time-outs a run is to cost when the application hangs right before the call of this
+/// index: two, unless there is only one message or none. A message that times out may change what
+/// comes after it, so that is counted in a run in which just this one does.
+std::size_t timeOutsDue(const Scenario& scenario, const std::vector<TracedCall>& calls,
+                        std::size_t hangingFrom) {
+  std::size_t first = hangingFrom;
+  while (first < calls.size() && !calls[first].isMessage) ++first;
+  if (first == calls.size()) return 0;
+  const simulator::Outcome hang{simulator::Outcome::Kind::hang, 0, {}};
+  TestMac mac(world(), {{calls[first].function, calls[first].occurrence, false, hang}},
+              Mode::direct);
+  run(mac, scenario);
+  return std::min<std::size_t>(2, messagesIn(callsOf(mac), first));
+}
+
+TEST_P(accessibility_sweep, loses_two_time_outs_to_a_hang_at_any_call) {
+  const Scenario& scenario = GetParam();
+  std::vector<TracedCall> calls;
+  {
+    TestMac mac(world(), {}, Mode::direct);
+    run(mac, scenario);
+    calls = callsOf(mac);
+  }
+  const std::string target = scenario.name == "reveal" ? "Hidden" : "Notes";
+  for (std::size_t call = 0; call < calls.size(); ++call) {
+    const std::string fault = "any " + std::to_string(call + 1) + " before hang " + target;
+    SCOPED_TRACE(fault);
+    TestMac mac(world(), {simulator::parseFault(fault, world())}, Mode::direct);
+    run(mac, scenario);
+    const auto due = static_cast<simulator::Microseconds>(timeOutsDue(scenario, calls, call));
+    EXPECT_EQ(lostTime(mac), due * 6'000'000);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(commands, accessibility_sweep, testing::ValuesIn(scenarios()),

@@ -106,10 +106,15 @@ TEST(ax_at, survives_a_parent_of_the_wrong_kind) {
 
 TEST(ax_at, is_nothing_when_the_element_at_the_point_cannot_be_had) {
   for (const char* fault : {"ax.element-at 1 error -25204", "ax.element-at 1 error -25200",
-                            "ax.attributes 1 error -25204", "ax.attributes 1 wrong"}) {
+                            "ax.attributes 1 error -25202", "ax.attributes 1 wrong"}) {
     TestMac mac(buttonAround(0), {fault});
     EXPECT_EQ(seen(mac.driver("ax-at Notes 130 95")), nothing) << fault;
   }
+}
+
+TEST(ax_at, reads_one_by_one_what_is_refused_together) {
+  TestMac mac(buttonAround(3), {"ax.attributes 1+ error -25200"});
+  EXPECT_EQ(seen(mac.driver("ax-at Notes 130 95")), onlyElement("AXButton", "Send"));
 }
 
 constexpr const char* twoWindows = R"(

@@ -60,11 +60,16 @@ const std::filesystem::path& outputFolder() {
 
 std::string outputPath() { return (outputFolder() / "out.png").string(); }
 
-void writeOldFile() { std::ofstream(outputPath()) << "old"; }
-
 std::string contentsOfFile() {
   std::ifstream file(outputPath());
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A file that is cut short and written anew is waited for by some file systems, thousands of times.
+void writeOldFile() {
+  if (contentsOfFile() == "old") return;
+  std::filesystem::remove(outputPath());
+  std::ofstream(outputPath()) << "old";
 }
 
 /// A failed run leaves the old file as it was, and none leaves anything beside it.

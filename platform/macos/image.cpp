@@ -3,6 +3,7 @@
 #include <ImageIO/ImageIO.h>
 
 #include "platform/macos/owned.h"
+#include "platform/posix/files.h"
 
 namespace image {
 
@@ -19,18 +20,19 @@ platform::Bytes bytes(CFDataRef data) {
           static_cast<std::size_t>(CFDataGetLength(data))};
 }
 
-Owned<CGImageSourceRef> openSource(const std::string& path) {
-  const Owned<CFURLRef> url(CFURLCreateFromFileSystemRepresentation(
-      kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.data()),
-      static_cast<CFIndex>(path.size()), false));
-  if (!url) return {};
-  return Owned(CGImageSourceCreateWithURL(url.get(), nullptr));
-}
-
 }  // namespace
 
 std::optional<Image> load(const std::string& path) {
-  const Owned<CGImageSourceRef> source = openSource(path);
+  const std::optional<platform::Bytes> contents = posix::readFile(path);
+  if (!contents) return std::nullopt;
+  return decode(*contents);
+}
+
+std::optional<Image> decode(const platform::Bytes& encoded) {
+  const Owned<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
+                                           reinterpret_cast<const UInt8*>(encoded.data()),
+                                           static_cast<CFIndex>(encoded.size())));
+  const Owned<CGImageSourceRef> source(CGImageSourceCreateWithData(data.get(), nullptr));
   if (!source) return std::nullopt;
   Owned<CGImageRef> image(CGImageSourceCreateImageAtIndex(source.get(), 0, nullptr));
   if (!image) return std::nullopt;

@@ -1,5 +1,11 @@
 #include "platform/image.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
 #include "platform/macos/owned.h"
 #include "platform/macos/standins/fixture.h"
 #include "platform/macos/standins/images.h"
@@ -46,15 +52,30 @@ TEST_F(Pictures, png_is_absent_when_it_cannot_be_encoded) {
   EXPECT_EQ(image::png(image), std::nullopt);
 }
 
-TEST_F(Pictures, load_gives_the_picture_in_a_file) {
-  EXPECT_EQ(image::pixels(image::load("/tmp/caf\u00e9.png").value()),
-            "pixels of /tmp/caf\u00e9.png");
+TEST_F(Pictures, decode_gives_the_picture_in_some_bytes) {
+  EXPECT_EQ(image::pixels(image::decode(pixels).value()), "pixels of " + pixels);
 }
 
-TEST_F(Pictures, load_fails_without_a_readable_picture) {
-  EXPECT_FALSE(image::load(""));
+TEST_F(Pictures, decode_fails_without_a_readable_picture) {
   standins::setImageFault(ImageFault::noSource);
-  EXPECT_FALSE(image::load("/tmp/a.png"));
+  EXPECT_FALSE(image::decode("no picture"));
   standins::setImageFault(ImageFault::noImage);
-  EXPECT_FALSE(image::load("/tmp/a.png"));
+  EXPECT_FALSE(image::decode("no picture"));
+}
+
+TEST_F(Pictures, load_gives_the_picture_in_a_regular_file) {
+  const std::string path = testing::TempDir() + "driver-picture-" + std::to_string(getpid());
+  std::ofstream(path) << pixels;
+  EXPECT_EQ(image::pixels(image::load(path).value()), "pixels of " + pixels);
+  std::filesystem::remove(path);
+}
+
+TEST_F(Pictures, load_refuses_what_is_no_regular_file) {
+  const std::string path = testing::TempDir() + "driver-fifo-" + std::to_string(getpid());
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  EXPECT_FALSE(image::load(path));
+  std::filesystem::remove(path);
+  EXPECT_FALSE(image::load(path));
+  EXPECT_FALSE(image::load(""));
+  EXPECT_FALSE(image::load("/dev/null"));
 }

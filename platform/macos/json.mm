@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "platform/macos/foundation_text.h"
+#include "platform/types.h"
 
 namespace json {
 
@@ -69,6 +70,12 @@ id object(const Value& value) {
   return value.visit([](const auto& content) { return object(content); });
 }
 
+// An object or an array; nil, with an error, for anything else.
+id parsed(std::string_view text, NSError** error) {
+  NSData* data = [NSData dataWithBytes:text.data() length:text.size()];
+  return [NSJSONSerialization JSONObjectWithData:data options:0 error:error];
+}
+
 }  // namespace
 
 std::string write(const Value& value) {
@@ -85,10 +92,18 @@ std::string write(const Value& value) {
 
 std::optional<Value> parse(std::string_view text) {
   @autoreleasepool {
-    NSData* data = [NSData dataWithBytes:text.data() length:text.size()];
-    id parsed = [NSJSONSerialization JSONObjectWithData:data options:0 error:nil];
-    if (parsed == nil) return std::nullopt;
-    return value(parsed);
+    id content = parsed(text, nil);
+    if (content == nil) return std::nullopt;
+    return value(content);
+  }
+}
+
+Value parseOrThrow(std::string_view text) {
+  @autoreleasepool {
+    NSError* error = nil;
+    id content = parsed(text, &error);
+    if (content == nil) throw platform::PlatformError(macos::textOrEmpty(error.description));
+    return value(content);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -11,10 +12,17 @@ namespace {
 
 constexpr std::uint32_t microsecondsPerSecond = 1'000'000;
 constexpr std::int32_t nanosecondsPerMicrosecond = 1'000;
+constexpr double nanosecondsPerSecond = 1e9;
 
 }  // namespace
 
 std::uint64_t uptimeNanoseconds() { return clock_gettime_nsec_np(CLOCK_UPTIME_RAW); }
+
+double secondsSince1970() {
+  timespec now = {};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / nanosecondsPerSecond;
+}
 
 void sleepMicroseconds(std::uint32_t microseconds) {
   timespec rest = {};
@@ -30,6 +38,10 @@ void sleepMicroseconds(std::uint32_t microseconds) {
 // freeze and event taps would fall silent.
 void park() {
   for (;;) CFRunLoopRun();
+}
+
+void suspend() {
+  for (;;) pause();
 }
 
 }  // namespace loop

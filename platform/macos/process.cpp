@@ -1,38 +1,49 @@
 #include "platform/process.h"
 
-#include <unistd.h>
+#include <CoreFoundation/CoreFoundation.h>
 
-#include <atomic>
-#include <cstdlib>
+#include <utility>
 
+#include "platform/macos/core_foundation.h"
+#include "platform/posix/exit.h"
 #include "platform/posix/process.h"
+#include "platform/posix/tool.h"
 
 namespace process {
 
-namespace {
-
-// Two threads must not call exit(): the one that comes second waits for the end.
-void claimTheEnd(int status) {
-  static std::atomic_flag claimed = ATOMIC_FLAG_INIT;
-  thread_local bool claimedHere = false;
-  if (!claimed.test_and_set()) {
-    claimedHere = true;
-    return;
-  }
-  // From an exit handler of this thread, which nobody else will ever finish.
-  if (claimedHere) _exit(status);
-  for (;;) pause();
-}
-
-}  // namespace
-
 std::optional<std::string> environment(const char* name) { return posix::environment(name); }
+
+platform::Pid ownPid() { return posix::ownPid(); }
 
 bool acceptsNullSignal(platform::Pid pid) { return posix::acceptsNullSignal(pid); }
 
-void exit(int status) {
-  claimTheEnd(status);
-  std::exit(status);
+void exit(int status) { posix::exit(status); }
+
+void onExit(std::function<void()> handler) { posix::onExit(std::move(handler)); }
+
+void dieBySignal(Signal signal) { posix::dieBySignal(static_cast<int>(signal)); }
+
+void ignoreBrokenPipes() { posix::ignoreBrokenPipes(); }
+
+void onFatalFault(void (*lastAct)()) { posix::onFatalFault(lastAct); }
+
+std::vector<std::string> preferredLanguages() {
+  const macos::Owned<CFArrayRef> tags(CFLocaleCopyPreferredLanguages());
+  if (!tags) return {};
+  std::vector<std::string> languages;
+  for (CFIndex i = 0; i < CFArrayGetCount(tags.get()); ++i) {
+    if (auto tag = macos::text(CFArrayGetValueAtIndex(tags.get(), i))) {
+      languages.push_back(*std::move(tag));
+    }
+  }
+  return languages;
+}
+
+std::string currentDirectory() { return posix::currentDirectory(); }
+
+std::optional<platform::Bytes> toolOutput(const std::string& path,
+                                          const std::vector<std::string>& arguments) {
+  return posix::toolOutput(path, arguments);
 }
 
 }  // namespace process

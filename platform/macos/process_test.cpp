@@ -1,48 +1,80 @@
 #include "platform/process.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <signal.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <thread>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "platform/macos/standins/collections.h"
+#include "platform/macos/standins/dispatch.h"
+#include "platform/macos/standins/fixture.h"
+#include "platform/macos/standins/languages.h"
+#include "platform/macos/standins/strings.h"
+#include "platform/posix/child_process.h"
 
 namespace {
 
-// The exit status of a process that does this.
-template <class Work>
-int exitStatusOf(Work work) {
-  // Else the child writes once more what is still buffered.
-  std::fflush(stdout);
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(99);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
+using process::Signal;
+using Tags = std::vector<std::string>;
+
+class Process : public standins::AdapterTest {};
 
 }  // namespace
 
-TEST(process, exit_ends_the_process_with_the_status) {
-  EXPECT_EQ(exitStatusOf([] { process::exit(3); }), 3);
+TEST_F(Process, exit_ends_the_process_with_the_status_after_its_handlers) {
+  const posix::Ending ending = posix::endingOf([](int out) {
+    process::onExit([out] {
+      if (write(out, "handled", 7) != 7) _exit(1);
+    });
+    process::exit(3);
+  });
+  EXPECT_EQ(ending, (posix::Ending{.exitStatus = 3, .output = "handled"}));
 }
 
-TEST(process, exit_may_come_from_an_exit_handler) {
-  EXPECT_EQ(exitStatusOf([] {
-              std::atexit([] { process::exit(4); });
-              process::exit(3);
-            }),
-            4);
+TEST_F(Process, dieBySignal_ends_the_process_by_that_signal) {
+  const posix::Ending ending = posix::endingOf([](int) { process::dieBySignal(Signal::hangUp); });
+  EXPECT_EQ(ending.signal, SIGHUP);
 }
 
-TEST(process, exit_may_come_from_two_threads_at_once) {
-  EXPECT_EQ(exitStatusOf([] {
-              std::thread([] { process::exit(3); }).detach();
-              process::exit(3);
-            }),
-            3);
+TEST_F(Process, handleSignals_calls_the_handler_on_the_main_queue_for_each_signal) {
+  const posix::Ending ending = posix::endingOf([](int out) {
+    std::string told;
+    const std::array watched = {Signal::terminate, Signal::interrupt};
+    process::handleSignals(
+        watched, [&](Signal signal) { told += std::to_string(static_cast<int>(signal)) + " "; });
+    standins::signalArrives(SIGINT);
+    standins::signalArrives(SIGHUP);
+    told += "served: ";
+    standins::serveMainQueue();
+    standins::signalArrives(SIGTERM);
+    standins::serveMainQueue();
+    _exit(write(out, told.data(), told.size()) < 0);
+  });
+  EXPECT_EQ(ending, (posix::Ending{.exitStatus = 0, .output = "served: 2 15 "}));
+}
+
+TEST_F(Process, handleSignals_keeps_the_signals_from_ending_the_process) {
+  const posix::Ending ending = posix::endingOf([](int) {
+    const std::array watched = {Signal::terminate, Signal::interrupt, Signal::hangUp};
+    process::handleSignals(watched, [](Signal) {});
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) raise(number);
+    _exit(5);
+  });
+  EXPECT_EQ(ending.exitStatus, 5);
+}
+
+TEST_F(Process, preferredLanguages_gives_the_tags_in_order) {
+  standins::setPreferredLanguages(
+      standins::array({standins::string(u"zh-Hans-CN"), standins::string(u"en-GB")}));
+  EXPECT_EQ(process::preferredLanguages(), (Tags{"zh-Hans-CN", "en-GB"}));
+}
+
+TEST_F(Process, preferredLanguages_leaves_out_what_is_no_text) {
+  standins::setPreferredLanguages(
+      standins::array({standins::number(std::int64_t{7}), standins::string(u"en")}));
+  EXPECT_EQ(process::preferredLanguages(), Tags{"en"});
+  standins::setPreferredLanguages(nullptr);
+  EXPECT_EQ(process::preferredLanguages(), Tags{});
 }

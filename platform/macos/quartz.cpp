@@ -21,6 +21,10 @@ static_assert(sameNumber(EventType::mouseMoved, kCGEventMouseMoved));
 static_assert(sameNumber(EventType::scrollWheel, kCGEventScrollWheel));
 static_assert(sameNumber(MouseButton::left, kCGMouseButtonLeft));
 static_assert(sameNumber(MouseButton::right, kCGMouseButtonRight));
+static_assert(sameNumber(Modifier::shift, kCGEventFlagMaskShift));
+static_assert(sameNumber(Modifier::control, kCGEventFlagMaskControl));
+static_assert(sameNumber(Modifier::option, kCGEventFlagMaskAlternate));
+static_assert(sameNumber(Modifier::command, kCGEventFlagMaskCommand));
 // Two fields more have no name of the platform's.
 static_assert(sameNumber(Field::mouseEventNumber, kCGMouseEventNumber));
 static_assert(sameNumber(Field::clickState, kCGMouseEventClickState));
@@ -73,6 +77,11 @@ std::optional<Event> createScrollEvent(std::int32_t vertical, std::int32_t horiz
                                                      vertical, horizontal, 0)));
 }
 
+std::optional<Event> createKeyboardEvent(std::uint16_t keyCode, bool down) {
+  macos::connectToWindowServer();
+  return handle(Owned(CGEventCreateKeyboardEvent(nullptr, keyCode, down)));
+}
+
 platform::Point location(const Event& event) {
   const CGPoint point = CGEventGetLocation(native(event));
   return {point.x, point.y};
@@ -82,12 +91,23 @@ void setLocation(const Event& event, platform::Point point) {
   CGEventSetLocation(native(event), {point.x, point.y});
 }
 
-void clearFlags(const Event& event) { CGEventSetFlags(native(event), 0); }
+void setFlags(const Event& event, std::uint64_t flags) { CGEventSetFlags(native(event), flags); }
+
+void setText(const Event& event, std::u16string_view text) {
+  CGEventKeyboardSetUnicodeString(native(event), text.size(),
+                                  reinterpret_cast<const UniChar*>(text.data()));
+}
 
 void setField(const Event& event, Field field, std::int64_t value) {
   CGEventSetIntegerValueField(native(event), static_cast<CGEventField>(field), value);
 }
 
 void postToPid(platform::Pid pid, const Event& event) { CGEventPostToPid(pid, native(event)); }
+
+double secondsSinceLast(EventType type) {
+  macos::connectToWindowServer();
+  return CGEventSourceSecondsSinceLastEventType(kCGEventSourceStateHIDSystemState,
+                                                static_cast<CGEventType>(type));
+}
 
 }  // namespace quartz

@@ -1,5 +1,7 @@
 #include "platform/quartz.h"
 
+#include <cmath>
+
 #include "platform/macos/standins/events.h"
 #include "platform/macos/standins/fixture.h"
 
@@ -39,10 +41,31 @@ TEST_F(Quartz, a_scroll_event_turns_two_wheels_by_lines) {
             "scroll unit 1 wheels 2 -3 2 0 null at 0,0 flags 256");
 }
 
+TEST_F(Quartz, a_key_event_has_no_source) {
+  standins::setPointer({0, 0});
+  EXPECT_EQ(describe(quartz::createKeyboardEvent(36, true)), "key 36 down null at 0,0 flags 256");
+  EXPECT_EQ(describe(quartz::createKeyboardEvent(0, false)), "key 0 up null at 0,0 flags 256");
+}
+
+TEST_F(Quartz, setText_has_a_key_event_type_any_text) {
+  standins::setPointer({0, 0});
+  const std::optional<quartz::Event> event = quartz::createKeyboardEvent(0, true);
+  quartz::setFlags(*event, 0x120000);
+  quartz::setText(*event, u"\u00e9\U0001F600");
+  EXPECT_EQ(describe(event), "key 0 down null at 0,0 flags 1179648 text \u00e9\U0001F600");
+}
+
+TEST_F(Quartz, secondsSinceLast_asks_for_what_the_hardware_did) {
+  standins::setSecondsSinceLast(kCGEventFlagsChanged, 1.5);
+  standins::setSecondsSinceLast(kCGEventKeyDown, HUGE_VAL);
+  EXPECT_EQ(quartz::secondsSinceLast(quartz::EventType::flagsChanged), 1.5);
+  EXPECT_EQ(quartz::secondsSinceLast(quartz::EventType::keyDown), HUGE_VAL);
+}
+
 TEST_F(Quartz, setters_change_the_event_and_posting_sends_it) {
   const quartz::Event event = quartz::createEvent().value();
   quartz::setLocation(event, {-1, -1});
-  quartz::clearFlags(event);
+  quartz::setFlags(event, 0);
   quartz::setField(event, quartz::Field::sourceUserData, 0x5A545256);
   quartz::setField(event, quartz::Field::clickGroup, -7);
   quartz::postToPid(40, event);
@@ -56,5 +79,6 @@ TEST_F(Quartz, what_the_system_refuses_is_absent) {
   EXPECT_FALSE(quartz::createMouseEvent(nullptr, quartz::EventType::mouseMoved, {},
                                         quartz::MouseButton::left));
   EXPECT_FALSE(quartz::createScrollEvent(1, 1));
+  EXPECT_FALSE(quartz::createKeyboardEvent(0, true));
   standins::refuseEvents(false);
 }

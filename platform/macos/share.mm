@@ -54,13 +54,13 @@ Owned<CGImageRef> capture(SCContentFilter* filter, SCStreamConfiguration* config
 
 }  // namespace
 
-Content content(DesktopWindows desktopWindows) {
+Content content(DesktopWindows desktopWindows, Shown shown) {
   macos::connectToWindowServer();
   @autoreleasepool {
     auto completion = std::make_shared<Completion<SCShareableContent*>>();
     [SCShareableContent
         getShareableContentExcludingDesktopWindows:desktopWindows == DesktopWindows::excluded
-                               onScreenWindowsOnly:YES
+                               onScreenWindowsOnly:shown == Shown::onScreen
                                  completionHandler:^(SCShareableContent* content, NSError* error) {
                                    completion->arrive(content, error);
                                  }];

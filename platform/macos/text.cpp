@@ -70,6 +70,19 @@ std::string canonical(std::string_view text) {
   return macos::utf8(normalized(text, kCFStringNormalizationFormC).get());
 }
 
+std::vector<std::string> characters(std::string_view text) {
+  const std::u16string units = macos::utf16(text);
+  const Owned<CFStringRef> string = macos::string(text);
+  std::vector<std::string> characters;
+  std::size_t start = 0;
+  while (start < units.size()) {
+    const std::size_t end = characterEnd(string.get(), units, start);
+    characters.push_back(macos::utf8(std::u16string_view(units).substr(start, end - start)));
+    start = end;
+  }
+  return characters;
+}
+
 std::string prefix(std::string_view text, std::size_t count) {
   // A character has at least one byte.
   if (text.size() <= count) return std::string(text);

@@ -33,6 +33,13 @@ TEST_F(Text, canonical_composes_letters_and_orders_their_marks) {
   EXPECT_EQ(text::canonical("\ufb01"), "\ufb01");
 }
 
+TEST_F(Text, characters_are_those_that_the_user_sees) {
+  EXPECT_EQ(text::characters(""), Words{});
+  EXPECT_EQ(text::characters("a\r\nb\n\r"), (Words{"a", "\r\n", "b", "\n", "\r"}));
+  EXPECT_EQ(text::characters("e\u0301x" + family + flag + flag),
+            (Words{"e\u0301", "x", family, flag, flag}));
+}
+
 TEST_F(Text, prefix_counts_characters_as_the_user_sees_them) {
   EXPECT_EQ(text::prefix("abc", 2), "ab");
   EXPECT_EQ(text::prefix("abc", 3), "abc");

@@ -16,6 +16,7 @@ using macos::sameNumber;
 static_assert(sameNumber(Windows::onScreen, kCGWindowListOptionOnScreenOnly));
 static_assert(sameNumber(Windows::onScreenWithoutDesktop,
                          kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements));
+static_assert(sameNumber(Windows::allWithoutDesktop, kCGWindowListExcludeDesktopElements));
 
 CFTypeRef entry(CFDictionaryRef dictionary, CFStringRef key) {
   return dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
@@ -73,6 +74,11 @@ std::optional<DisplayMode> displayMode(DisplayId display) {
   const Owned<CGDisplayModeRef> mode(CGDisplayCopyDisplayMode(display));
   if (!mode) return std::nullopt;
   return DisplayMode{CGDisplayModeGetWidth(mode.get()), CGDisplayModeGetPixelWidth(mode.get())};
+}
+
+std::int64_t shieldingLevel() {
+  macos::connectToWindowServer();
+  return CGShieldingWindowLevel();
 }
 
 bool captureAccess() {

@@ -133,6 +133,10 @@ TEST_F(WindowServer, captureAccess_tells_what_the_system_says) {
   EXPECT_FALSE(windowserver::captureAccess());
 }
 
+TEST_F(WindowServer, shieldingLevel_is_the_system_s) {
+  EXPECT_EQ(windowserver::shieldingLevel(), standins::shield);
+}
+
 TEST_F(WindowServer, the_process_connects_once) {
   windowserver::session();
   windowserver::captureAccess();

@@ -82,4 +82,17 @@ std::optional<ActivationPolicy> activationPolicy(platform::Pid pid) {
   }
 }
 
+bool terminated(platform::Pid pid) {
+  @autoreleasepool {
+    NSRunningApplication* application = running(pid);
+    return application == nil || application.terminated;
+  }
+}
+
+void prohibitOwnActivation() {
+  @autoreleasepool {
+    [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyProhibited];
+  }
+}
+
 }  // namespace workspace

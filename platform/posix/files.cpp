@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,7 +11,9 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "platform/posix/output.h"
 
@@ -20,6 +23,7 @@ namespace {
 
 constexpr mode_t permissionBits = 0777;
 constexpr mode_t newFilePermissions = 0666;  // less the user's mask
+constexpr mode_t forOwnerAlone = 0600;
 
 struct Target {
   bool replaceable = false;
@@ -77,6 +81,17 @@ bool namesFile(const std::string& path) {
   return !path.empty() && path.back() != '/' && path.find('\0') == std::string::npos;
 }
 
+std::optional<std::string> readToEnd(int descriptor) {
+  std::string contents;
+  char portion[16 * 1024];
+  for (;;) {
+    const ssize_t count = read(descriptor, portion, sizeof portion);
+    if (count == 0) return contents;
+    if (count > 0) contents.append(portion, static_cast<std::size_t>(count));
+    if (count < 0 && errno != EINTR) return std::nullopt;
+  }
+}
+
 bool isSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
 
 }  // namespace
@@ -107,6 +122,32 @@ std::optional<std::vector<std::string>> listDirectory(const std::string& path) {
 bool fileExists(const std::string& path) {
   struct stat status = {};
   return stat(path.c_str(), &status) == 0;
+}
+
+std::string resolvedPath(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+  return error ? path : resolved.string();
+}
+
+std::optional<std::string> readFile(const std::string& path) {
+  // Opening a FIFO would else wait for its writer.
+  const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) return std::nullopt;
+  std::optional<std::string> contents;
+  struct stat status = {};
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) contents = readToEnd(descriptor);
+  close(descriptor);
+  return contents;
+}
+
+int lockFile(const std::string& path) {
+  const int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+  const int descriptor = open(path.c_str(), flags, forOwnerAlone);
+  if (descriptor < 0) return -1;
+  if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
+  close(descriptor);
+  return -1;
 }
 
 }  // namespace posix

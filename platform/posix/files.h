@@ -18,7 +18,19 @@ bool replaceFile(const std::string& path, std::string_view contents);
 /// it cannot be listed.
 std::optional<std::vector<std::string>> listDirectory(const std::string& path);
 
+/// Opens the file at `path` for reading and writing, creating it for its owner alone, and takes the
+/// exclusive advisory lock on it without waiting. The descriptor is the caller's and is not
+/// inherited by other programs. -1 when it cannot be opened or somebody else has the lock.
+int lockFile(const std::string& path);
+
 /// True when something exists at `path`, links followed.
 bool fileExists(const std::string& path);
+
+/// The path with its symbolic links resolved, as far as it exists. The path itself when that fails.
+std::string resolvedPath(const std::string& path);
+
+/// What is in the regular file at `path`, links followed. None when it cannot be read, or is no
+/// regular file: a FIFO or a device might never end.
+std::optional<std::string> readFile(const std::string& path);
 
 }  // namespace posix

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -175,4 +176,69 @@ TEST_F(Files, replaceFile_beyond_the_size_limit_is_refused_and_leaves_nothing) {
   EXPECT_FALSE(replaced);
   EXPECT_EQ(read("out"), "old");
   EXPECT_EQ(names(), Names{"out"});
+}
+
+TEST_F(Files, resolvedPath_follows_links_as_far_as_there_is_something) {
+  const std::string folder = fs::canonical(path("")).string();
+  fs::create_directory(path("a"));
+  write("a/file", "");
+  fs::create_symlink("a", path("link"));
+  EXPECT_EQ(posix::resolvedPath(path("link/file")), folder + "/a/file");
+  EXPECT_EQ(posix::resolvedPath(path("link/missing/more")), folder + "/a/missing/more");
+  EXPECT_EQ(posix::resolvedPath("missing"), "missing");
+  EXPECT_EQ(posix::resolvedPath(""), "");
+}
+
+TEST_F(Files, resolvedPath_leaves_a_circle_of_links_as_it_is) {
+  fs::create_symlink("circle", path("circle"));
+  EXPECT_EQ(posix::resolvedPath(path("circle")), path("circle"));
+}
+
+TEST_F(Files, readFile_gives_the_bytes_of_a_regular_file_links_followed) {
+  write("a", picture);
+  fs::create_symlink("a", path("link"));
+  EXPECT_EQ(posix::readFile(path("a")), picture);
+  EXPECT_EQ(posix::readFile(path("link")), picture);
+}
+
+TEST_F(Files, readFile_gives_nothing_for_what_is_no_regular_file) {
+  ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
+  EXPECT_EQ(posix::readFile(path("fifo")), std::nullopt);
+  EXPECT_EQ(posix::readFile(path("")), std::nullopt);
+  EXPECT_EQ(posix::readFile(path("missing")), std::nullopt);
+  EXPECT_EQ(posix::readFile("/dev/null"), std::nullopt);
+}
+
+TEST_F(Files, lockFile_creates_a_file_for_its_owner_alone) {
+  umask(0);
+  const int lock = posix::lockFile(path("lock"));
+  EXPECT_GE(lock, 0);
+  EXPECT_EQ(permissions("lock"), 0600u);
+  EXPECT_EQ(fcntl(lock, F_GETFD), FD_CLOEXEC);
+  close(lock);
+}
+
+TEST_F(Files, lockFile_leaves_what_is_in_the_file) {
+  write("lock", "contents");
+  const int lock = posix::lockFile(path("lock"));
+  EXPECT_GE(lock, 0);
+  EXPECT_EQ(read("lock"), "contents");
+  close(lock);
+}
+
+TEST_F(Files, lockFile_is_refused_while_another_holds_the_lock) {
+  write("lock", "");
+  const int other = open(path("lock").c_str(), O_RDONLY);
+  ASSERT_EQ(flock(other, LOCK_SH), 0);
+  EXPECT_EQ(posix::lockFile(path("lock")), -1);
+  close(other);
+  const int lock = posix::lockFile(path("lock"));
+  EXPECT_GE(lock, 0);
+  EXPECT_EQ(posix::lockFile(path("lock")), -1);
+  close(lock);
+}
+
+TEST_F(Files, lockFile_is_refused_for_what_cannot_be_opened) {
+  EXPECT_EQ(posix::lockFile(path("missing/lock")), -1);
+  EXPECT_EQ(posix::lockFile(path("")), -1);
 }

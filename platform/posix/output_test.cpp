@@ -79,3 +79,54 @@ TEST(writeAll, fails_when_the_reader_has_gone_and_the_signal_is_ignored) {
   EXPECT_FALSE(posix::writeAll(pipe.writer(), "x"));
   signal(SIGPIPE, previous);
 }
+
+TEST(writeReady, writes_as_much_as_goes_without_waiting) {
+  Pipe pipe;
+  EXPECT_EQ(posix::writeReady(pipe.writer(), "a line\n"), 7U);
+  const std::size_t taken = posix::writeReady(pipe.writer(), large);
+  EXPECT_GT(taken, 4096U);
+  EXPECT_LT(taken, large.size());
+  EXPECT_EQ(posix::writeReady(pipe.writer(), "x"), 0U);
+  pipe.closeWriter();
+  EXPECT_EQ(pipe.readToEnd(), "a line\n" + large.substr(0, taken));
+}
+
+TEST(writeReady, leaves_it_to_others_to_say_why_nothing_goes) {
+  signal(SIGPIPE, SIG_IGN);
+  Pipe pipe;
+  pipe.closeReader();
+  EXPECT_EQ(posix::writeReady(pipe.writer(), "x"), 0U);
+  EXPECT_EQ(posix::writeReady(-1, "x"), 0U);
+  signal(SIGPIPE, SIG_DFL);
+}
+
+TEST(writeWithin, writes_every_byte_when_the_reader_takes_them) {
+  Pipe pipe;
+  std::string received;
+  std::thread reading([&] { received = pipe.readToEnd(); });
+  EXPECT_TRUE(posix::writeWithin(pipe.writer(), large, 60'000'000));
+  pipe.closeWriter();
+  reading.join();
+  EXPECT_EQ(received, large);
+}
+
+TEST(writeWithin, gives_up_when_the_reader_takes_nothing) {
+  Pipe pipe;
+  EXPECT_FALSE(posix::writeWithin(pipe.writer(), large, 1'000));
+}
+
+TEST(writeWithin, writes_nothing_without_time) {
+  Pipe pipe;
+  EXPECT_FALSE(posix::writeWithin(pipe.writer(), "x", 0));
+  pipe.closeWriter();
+  EXPECT_EQ(pipe.readToEnd(), "");
+}
+
+TEST(writeWithin, fails_when_the_descriptor_is_not_open_or_has_no_reader) {
+  EXPECT_FALSE(posix::writeWithin(-1, "x", 1'000));
+  Pipe pipe;
+  pipe.closeReader();
+  const auto previous = signal(SIGPIPE, SIG_IGN);
+  EXPECT_FALSE(posix::writeWithin(pipe.writer(), "x", 60'000'000));
+  signal(SIGPIPE, previous);
+}

@@ -13,4 +13,23 @@ std::optional<std::string> environment(const char* name);
 /// signalled.
 bool acceptsNullSignal(std::int32_t pid);
 
+std::int32_t ownPid();
+
+/// The absolute path of the current directory; empty when there is none.
+std::string currentDirectory();
+
+/// From now on a write to a pipe without a reader fails instead of ending the process.
+void ignoreBrokenPipes();
+
+/// Ends the process by this signal, whose default action is to end it, however the signal was
+/// handled, ignored or held back before. Exit handlers do not run.
+[[noreturn]] void dieBySignal(int signal);
+
+/// Has `lastAct` run once when the process meets a fault of its own (a bad access, an abort …),
+/// before it dies by that signal. The calling thread meets it on a stack set aside, so that even a
+/// full stack is met; any other thread on its own. A fault within the last act ends the process at
+/// once, a last act that hangs ends it two seconds later, and other threads that meet a fault
+/// meanwhile wait for the end.
+void onFatalFault(void (*lastAct)());
+
 }  // namespace posix

@@ -15,6 +15,16 @@ namespace simulated {
 using driver::Datum;
 using platform::Function;
 
+namespace {
+
+[[noreturn]] void failForLackOfMac() {
+  failWithoutMac(
+      "no simulated Mac to join: set SIMULATED_MAC to the socket that \"simulated-mac serve "
+      "WORLD\" prints, or run this command under \"simulated-mac run WORLD -- COMMAND\"");
+}
+
+}  // namespace
+
 void failWithoutMac(const std::string& message) {
   const std::string reply =
       json::write(driver::Value::Object{{"ok", false}, {"error", message}}) + "\n";
@@ -41,11 +51,15 @@ Datum AbsentChannel::call(platform::Call call) {
     case Function::givenName:
       return Datum();
     default:
-      failWithoutMac(
-          "no simulated Mac to join: set SIMULATED_MAC to the socket that \"simulated-mac serve "
-          "WORLD\" prints, or run this command under \"simulated-mac run WORLD -- COMMAND\"");
+      failForLackOfMac();
   }
 }
+
+platform::Pid AbsentChannel::ownPid() const { failForLackOfMac(); }
+
+void AbsentChannel::startFlow(std::function<void()> /*body*/) { failForLackOfMac(); }
+
+void AbsentChannel::dieBySignal(int signal) { posix::dieBySignal(signal); }
 
 void AbsentChannel::exit(int status) { std::exit(status); }
 

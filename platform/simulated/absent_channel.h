@@ -10,8 +10,12 @@ namespace simulated {
 class AbsentChannel : public platform::Channel {
  public:
   driver::Datum call(platform::Call call) override;
+  platform::Pid ownPid() const override;
+  [[noreturn]] void startFlow(std::function<void()> body) override;
+  void watchSignals(const std::vector<int>& /*numbers*/) override {}
   bool keepsOutput() const override { return false; }
   [[noreturn]] void exit(int status) override;
+  [[noreturn]] void dieBySignal(int signal) override;
 };
 
 /// Writes a failure reply to the process's own standard output and exits with status 1.

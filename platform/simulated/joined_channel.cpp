@@ -1,13 +1,19 @@
 #include "platform/simulated/joined_channel.h"
 
+#include <pthread.h>
+#include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <fstream>
+#include <thread>
 #include <vector>
 
+#include "platform/posix/process.h"
 #include "platform/simulated/absent_channel.h"
 #include "platform/simulated/frames.h"
+#include "platform/simulated/process_state.h"
 #include "platform/simulated/socket_address.h"
 
 namespace simulated {
@@ -20,12 +26,22 @@ constexpr const char* howToStart =
     "; \"simulated-mac serve WORLD\" starts one and prints its socket, and \"simulated-mac run "
     "WORLD -- COMMAND\" runs a command with one";
 
+/// The status of a call that nobody answers.
+constexpr std::int32_t callWithoutMac = -1;
+
+/// The connection of the calling flow; each has its own.
+thread_local int flowDescriptor = -1;
+
+/// The calling flow is in the middle of a call.
+thread_local bool isExchanging = false;
+
 class JoinedChannel : public platform::Channel {
  public:
-  JoinedChannel(int descriptor, std::string path)
-      : descriptor_(descriptor), path_(std::move(path)) {}
+  explicit JoinedChannel(std::string path) : path_(std::move(path)) {}
 
   Datum call(platform::Call call) override {
+    // Only a fault of the process gets here in the middle of a call.
+    if (isExchanging) return callInLastAct(std::move(call));
     const bool endsLine = lineOpen_ && call.function == platform::Function::writeOutput;
     if (call.function == platform::Function::writeOutput) noteOutput(call);
     if (auto answer = tryExchange(frameOfCall(std::move(call)))) return std::move(*answer);
@@ -34,26 +50,82 @@ class JoinedChannel : public platform::Channel {
     failGone();
   }
 
+  platform::Pid ownPid() const override { return pid_; }
+
+  void startFlow(std::function<void()> body) override {
+    const auto flow = driver::unpack<std::int64_t>(call({platform::Function::startFlow, {}}));
+    std::thread([this, flow, body = std::move(body)] {
+      enter(Datum(Datum::List{Datum(std::string("flow")), driver::pack(pid_), Datum(flow)}));
+      body();
+      call({platform::Function::endFlow, {}});
+      close(flowDescriptor);
+    }).detach();
+  }
+
+  void watchSignals(const std::vector<int>& numbers) override {
+    sigset_t watched;
+    sigemptyset(&watched);
+    for (const int number : numbers) sigaddset(&watched, number);
+    pthread_sigmask(SIG_BLOCK, &watched, nullptr);
+    startFlow([this, watched] {
+      call({platform::Function::leaveDesktop, {}});
+      for (;;) {
+        int number = 0;
+        if (sigwait(&watched, &number) != 0) continue;
+        call({platform::Function::noteSignal, {driver::pack(number)}});
+      }
+    });
+  }
+
   bool keepsOutput() const override { return false; }
 
   void exit(int status) override {
     // The reply has been written: that the Mac has gone meanwhile is no news to the caller.
     tryExchange(frameOfCall({platform::Function::exit, {driver::pack(status)}}));
+    if (state().hasFlows) std::_Exit(status);  // nothing is destroyed under flows that still run
     std::exit(status);
   }
 
-  void introduce(const Datum& message) {
-    if (!tryExchange(message)) failGone();
+  void dieBySignal(int signal) override {
+    tryExchange(frameOfCall({platform::Function::dieBySignal, {driver::pack(signal)}}));
+    posix::dieBySignal(signal);
   }
+
+  /// Connects the calling flow and waits for its turn; the Mac's answer.
+  Datum enter(const Datum& greeting) {
+    flowDescriptor = connectToSocket(path_);
+    if (flowDescriptor < 0) failWithoutMac("no simulated Mac at " + path_ + howToStart);
+    auto answer = tryExchange(greeting);
+    if (!answer) failGone();
+    return std::move(*answer);
+  }
+
+  void join(const Datum& greeting) { pid_ = driver::unpack<platform::Pid>(enter(greeting)); }
 
  private:
   static Datum frameOfCall(platform::Call call) {
     return Datum(Datum::List{driver::pack(call.function), Datum(std::move(call.arguments))});
   }
 
-  std::optional<Datum> tryExchange(const Datum& message) const {
-    if (!writeFrame(descriptor_, message)) return std::nullopt;
-    return readFrame(descriptor_);
+  static std::optional<Datum> tryExchange(const Datum& message) {
+    isExchanging = true;
+    std::optional<Datum> answer;
+    if (writeFrame(flowDescriptor, message)) answer = readFrame(flowDescriptor);
+    isExchanging = false;
+    return answer;
+  }
+
+  /// Makes a call by a connection of its own, which takes the place of all the process's flows.
+  Datum callInLastAct(platform::Call call) {
+    inLastAct_ = true;
+    flowDescriptor = connectToSocket(path_);
+    const Datum greeting(Datum::List{Datum(std::string("last act")), driver::pack(pid_)});
+    std::optional<Datum> answer;
+    if (flowDescriptor >= 0 && tryExchange(greeting)) {
+      answer = tryExchange(frameOfCall(std::move(call)));
+    }
+    isExchanging = true;  // as it is for whoever has been interrupted
+    return answer ? std::move(*answer) : driver::pack(callWithoutMac);
   }
 
   void noteOutput(const platform::Call& call) {
@@ -62,12 +134,15 @@ class JoinedChannel : public platform::Channel {
   }
 
   [[noreturn]] void failGone() const {
+    // The Mac takes no more calls of flows that a fault has ended.
+    while (inLastAct_) pause();
     failWithoutMac("the simulated Mac at " + path_ + " has gone");
   }
 
-  int descriptor_;
   std::string path_;
-  bool lineOpen_ = false;
+  platform::Pid pid_ = 0;
+  std::atomic<bool> lineOpen_ = false;
+  std::atomic<bool> inLastAct_ = false;
 };
 
 std::vector<std::string> ownEnvironment() {
@@ -89,11 +164,9 @@ std::vector<std::string> ownArguments() {
 }  // namespace
 
 std::unique_ptr<platform::Channel> joinMac(const std::string& socketPath) {
-  const int descriptor = connectToSocket(socketPath);
-  if (descriptor < 0) failWithoutMac("no simulated Mac at " + socketPath + howToStart);
-  auto channel = std::make_unique<JoinedChannel>(descriptor, socketPath);
-  channel->introduce(Datum(Datum::List{Datum(std::string("driver")), driver::pack(ownArguments()),
-                                       driver::pack(ownEnvironment())}));
+  auto channel = std::make_unique<JoinedChannel>(socketPath);
+  channel->join(Datum(Datum::List{Datum(std::string("driver")), driver::pack(ownArguments()),
+                                  driver::pack(ownEnvironment())}));
   return channel;
 }
 

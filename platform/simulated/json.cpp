@@ -2,6 +2,10 @@
 
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <string>
+
+#include "base/utf8.h"
+#include "platform/types.h"
 
 namespace json {
 
@@ -37,6 +41,9 @@ struct Converter {
 };
 
 nlohmann::json convert(const driver::Value& value) { return value.visit(Converter{}); }
+
+/// The longest description of an error, in bytes.
+constexpr std::size_t descriptionMax = 250;
 
 // The parser bounds no nesting; what is deeper than this is no text of ours.
 constexpr std::size_t nestingMax = 500;
@@ -88,6 +95,21 @@ std::string write(const driver::Value& value) {
     escaped += c;
   }
   return escaped;
+}
+
+driver::Value parseOrThrow(std::string_view text) {
+  if (nestsTooDeep(text)) {
+    throw platform::PlatformError("more than " + std::to_string(nestingMax) + " levels");
+  }
+  try {
+    const auto parsed = nlohmann::json::parse(text);
+    if (parsed.is_array() || parsed.is_object()) return revert(parsed);
+  } catch (const nlohmann::json::exception& error) {
+    // It quotes what it could not read, byte by byte and however long that is.
+    throw platform::PlatformError(
+        driver::repairedUtf8(std::string_view(error.what()).substr(0, descriptionMax)));
+  }
+  throw platform::PlatformError("neither an object nor a list");
 }
 
 std::optional<driver::Value> parse(std::string_view text) {

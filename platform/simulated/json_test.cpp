@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+
+#include "base/utf8.h"
+#include "platform/types.h"
 
 namespace json {
 namespace {
@@ -103,6 +107,50 @@ TEST(json_parse, takes_500_levels_and_no_more) {
   // Brackets in texts nest nothing.
   EXPECT_EQ(parse("[\"" + std::string(900, '[') + "\\\"[\"]"),
             Value(Value::List{std::string(900, '[') + "\"["}));
+}
+
+/// What parseOrThrow says of a text that is none; empty when it reads it.
+std::string complaint(std::string_view text) {
+  try {
+    parseOrThrow(text);
+    return "";
+  } catch (const platform::PlatformError& error) {
+    return error.what();
+  }
+}
+
+TEST(json_parse_or_throw, reads_what_parse_reads) {
+  for (const char* text : {"{}", " [1,\"a\",{\"b\":[true,null,0.5]}]\n"}) {
+    EXPECT_EQ(parseOrThrow(text), parse(text)) << text;
+  }
+}
+
+TEST(json_parse_or_throw, has_the_parsers_words_for_what_is_no_json) {
+  EXPECT_EQ(complaint("{\"a\":}"),
+            "[json.exception.parse_error.101] parse error at line 1, column 6: syntax error while "
+            "parsing value - unexpected '}'; expected '[', '{', or a literal");
+  for (const char* text : {"", "x", "[1] 2", "{\"a\"}", "[1,]", "[1e999]", "[\"\\uD800\"]"}) {
+    EXPECT_EQ(parse(text), std::nullopt) << text;
+    EXPECT_NE(complaint(text), "") << text;
+    EXPECT_EQ(complaint(text).find('\n'), std::string::npos) << text;
+  }
+}
+
+TEST(json_parse_or_throw, repairs_what_it_quotes) {
+  const std::string quoting = complaint("[\"\xFF\"]");
+  EXPECT_NE(quoting, "");
+  EXPECT_TRUE(driver::isUtf8(quoting)) << quoting;
+}
+
+TEST(json_parse_or_throw, takes_no_bare_value) {
+  for (const char* text : {"1", "true", "null", "\"text\""}) {
+    EXPECT_EQ(complaint(text), "neither an object nor a list") << text;
+  }
+}
+
+TEST(json_parse_or_throw, takes_500_levels_and_no_more) {
+  EXPECT_EQ(complaint(std::string(500, '[') + std::string(500, ']')), "");
+  EXPECT_EQ(complaint(std::string(501, '[') + std::string(501, ']')), "more than 500 levels");
 }
 
 TEST(json_parse, reads_back_what_was_written) {

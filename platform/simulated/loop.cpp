@@ -4,33 +4,59 @@
 #include <utility>
 
 #include "platform/simulated/channel.h"
+#include "platform/simulated/process_state.h"
 
 namespace loop {
 
+using platform::Function;
+using simulated::ask;
+using simulated::state;
+
 namespace {
 
-/// The task waits for the main flow to park and then runs inside it: a one-shot run has one thread.
-std::function<void()>& pendingTask() {
-  static std::function<void()> task;
-  return task;
+std::int64_t keepWork(std::function<void()> work, std::int64_t count) {
+  const std::lock_guard lock(state().mutex);
+  const std::int64_t number = ++state().lastWork;
+  state().works[number] = {std::move(work), count};
+  return number;
 }
 
 }  // namespace
 
-std::uint64_t uptimeNanoseconds() {
-  return simulated::askFor<std::uint64_t>(platform::Function::uptime);
-}
+std::uint64_t uptimeNanoseconds() { return simulated::askFor<std::uint64_t>(Function::uptime); }
 
-void sleepMicroseconds(std::uint32_t microseconds) {
-  simulated::ask(platform::Function::sleep, microseconds);
-}
+double secondsSince1970() { return simulated::askFor<double>(Function::calendar); }
 
-void startTask(std::function<void()> task) { pendingTask() = std::move(task); }
+void sleepMicroseconds(std::uint32_t microseconds) { ask(Function::sleep, microseconds); }
+
+/// While nothing else is for the main flow to do, the task waits for it to park and runs inside it:
+/// such a run has one thread.
+void startTask(std::function<void()> task) {
+  if (!state().mainIsServed) {
+    state().task = std::move(task);
+    return;
+  }
+  state().hasFlows = true;
+  simulated::channel().startFlow(std::move(task));
+}
 
 void park() {
-  if (const auto task = std::exchange(pendingTask(), nullptr)) task();
-  // Only a main flow that nothing can ever wake gets here.
-  std::abort();
+  if (const auto task = std::exchange(state().task, nullptr)) task();
+  for (;;) simulated::serveMainFlow();
+}
+
+void suspend() {
+  ask(Function::suspend);
+  std::abort();  // nothing wakes it
+}
+
+void postToMain(std::function<void()> work) {
+  ask(Function::postToMain, keepWork(std::move(work), 1));
+}
+
+void scheduleOnMain(std::uint32_t microseconds, std::int64_t count, std::function<void()> work) {
+  if (count < 1) return;
+  ask(Function::scheduleOnMain, keepWork(std::move(work), count), microseconds, count);
 }
 
 }  // namespace loop

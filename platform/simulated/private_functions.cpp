@@ -71,6 +71,8 @@ std::int32_t axGetWindow(void* element, std::uint32_t* window) {
   return static_cast<std::int32_t>(answer.status);
 }
 
+std::int32_t lockScreen() { return askFor<std::int32_t>(Function::lockScreen); }
+
 struct Symbol {
   std::string_view name;
   void* address;
@@ -84,7 +86,7 @@ void* addressOf(Result (*function)(Arguments...)) {
 }  // namespace
 
 void* privateFunction(const std::string& name) {
-  const std::array<Symbol, 8> symbols = {{
+  const std::array<Symbol, 9> symbols = {{
       {"SLEventPostToPid", addressOf(postToPid)},
       {"SLEventSetIntegerValueField", addressOf(setIntegerField)},
       {"CGEventSetWindowLocation", addressOf(setWindowLocation)},
@@ -93,6 +95,7 @@ void* privateFunction(const std::string& name) {
       {"GetFrontProcess", addressOf(frontProcess)},
       {"GetProcessPID", addressOf(processPid)},
       {"_AXUIElementGetWindow", addressOf(axGetWindow)},
+      {"SACLockScreenImmediate", addressOf(lockScreen)},
   }};
   for (const Symbol& symbol : symbols) {
     if (symbol.name == name) return symbol.address;

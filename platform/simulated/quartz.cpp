@@ -52,13 +52,31 @@ std::optional<Event> createScrollEvent(std::int32_t vertical, std::int32_t horiz
   return makeEvent(ask(Function::createScrollEvent, vertical, horizontal), std::move(image));
 }
 
+std::optional<Event> createKeyboardEvent(std::uint16_t keyCode, bool down) {
+  EventImage image;
+  image.type = static_cast<std::uint32_t>(down ? EventType::keyDown : EventType::keyUp);
+  image.keyCode = keyCode;
+  return makeEvent(ask(Function::createKeyboardEvent, keyCode, down), std::move(image));
+}
+
 platform::Point location(const Event& event) { return objectOf<EventImage>(event).location; }
 
 void setLocation(const Event& event, platform::Point point) {
   objectOf<EventImage>(event).location = point;
 }
 
-void clearFlags(const Event& event) { objectOf<EventImage>(event).flagsCleared = true; }
+void setFlags(const Event& event, std::uint64_t flags) {
+  objectOf<EventImage>(event).flags = flags;
+}
+
+void setText(const Event& event, std::u16string_view text) {
+  std::string& bytes = objectOf<EventImage>(event).text;
+  bytes.clear();
+  for (const char16_t unit : text) {
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
+  }
+}
 
 void setField(const Event& event, Field field, std::int64_t value) {
   objectOf<EventImage>(event).publicFields.push_back({static_cast<std::uint32_t>(field), value});
@@ -66,6 +84,10 @@ void setField(const Event& event, Field field, std::int64_t value) {
 
 void postToPid(platform::Pid pid, const Event& event) {
   ask(Function::publicPost, pid, objectOf<EventImage>(event));
+}
+
+double secondsSinceLast(EventType type) {
+  return simulated::askFor<double>(Function::secondsSinceLast, type);
 }
 
 }  // namespace quartz

@@ -6,6 +6,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 namespace text {
@@ -30,6 +31,16 @@ bool isBlank(UChar32 c) { return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR
 
 bool isWhiteSpace(UChar32 c) {
   return isBlank(c) || (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+/// Goes through the ends of the characters of `text`, which must outlive it.
+std::unique_ptr<icu::BreakIterator> characterEnds(const icu::UnicodeString& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::BreakIterator> ends(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  if (U_FAILURE(status)) std::abort();  // ICU without its data
+  ends->setText(text);
+  return ends;
 }
 
 }  // namespace
@@ -57,17 +68,25 @@ std::string canonical(std::string_view text) {
   return U_SUCCESS(status) ? utf8(composed) : std::string(text);
 }
 
+std::vector<std::string> characters(std::string_view text) {
+  const icu::UnicodeString whole = unicode(text);
+  const auto ends = characterEnds(whole);
+  std::vector<std::string> pieces;
+  std::int32_t start = 0;
+  for (std::int32_t end = ends->next(); end != icu::BreakIterator::DONE; end = ends->next()) {
+    pieces.push_back(utf8(whole.tempSubStringBetween(start, end)));
+    start = end;
+  }
+  return pieces;
+}
+
 std::string prefix(std::string_view text, std::size_t count) {
   if (text.size() <= count) return std::string(text);  // a character takes a byte at least
   const icu::UnicodeString whole = unicode(text);
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::BreakIterator> characters(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-  if (U_FAILURE(status)) return std::string(text);
-  characters->setText(whole);
+  const auto ends = characterEnds(whole);
   std::int32_t end = 0;
   for (std::size_t taken = 0; taken < count; ++taken) {
-    const std::int32_t next = characters->next();
+    const std::int32_t next = ends->next();
     if (next == icu::BreakIterator::DONE) break;
     end = next;
   }

@@ -53,6 +53,19 @@ TEST(canonical, composes_letters_and_orders_their_marks) {
   EXPECT_EQ(canonical(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
+TEST(characters, are_those_that_the_user_sees) {
+  EXPECT_EQ(characters(""), Words{});
+  EXPECT_EQ(characters("hi !"), (Words{"h", "i", " ", "!"}));
+  EXPECT_EQ(characters("e\u0301\u0323x\u00E9"), (Words{"e\u0301\u0323", "x", "\u00E9"}));
+  EXPECT_EQ(characters("\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7\U0001F1E9"),
+            (Words{"\U0001F1E9\U0001F1EA", "\U0001F1EB\U0001F1F7", "\U0001F1E9"}));
+  EXPECT_EQ(characters("\U0001F44D\U0001F3FD\U0001F468\u200D\U0001F469\u200D\U0001F467!"),
+            (Words{"\U0001F44D\U0001F3FD", "\U0001F468\u200D\U0001F469\u200D\U0001F467", "!"}));
+  EXPECT_EQ(characters("\u1112\u1161\u11AB\u1112"), (Words{"\u1112\u1161\u11AB", "\u1112"}));
+  EXPECT_EQ(characters("a\r\nb\n\r\r"), (Words{"a", "\r\n", "b", "\n", "\r", "\r"}));
+  EXPECT_EQ(characters(std::string_view("a\0b", 3)), (Words{"a", std::string(1, '\0'), "b"}));
+}
+
 TEST(prefix, counts_characters_as_the_user_sees_them) {
   EXPECT_EQ(prefix("hello", 3), "hel");
   EXPECT_EQ(prefix("hello", 5), "hello");

@@ -62,7 +62,8 @@ ax::Element makeElement(const ElementReference& reference) {
 }
 
 ax::Value unpackValue(const Datum& datum) {
-  const auto parts = driver::unpack<std::vector<Datum>>(datum);
+  using driver::datum_detail::as;
+  const auto& parts = as<Datum::List>(datum);
   if (parts.size() != 2) throw driver::MalformedDatum();
   const Datum& payload = parts[1];
   switch (driver::unpack<ValueKind>(parts[0])) {
@@ -79,10 +80,10 @@ ax::Value unpackValue(const Datum& datum) {
     case ValueKind::element:
       return {makeElement(driver::unpack<ElementReference>(payload))};
     case ValueKind::list: {
+      const auto& items = as<Datum::List>(payload);
       std::vector<ax::Value> values;
-      for (const Datum& item : driver::unpack<std::vector<Datum>>(payload)) {
-        values.push_back(unpackValue(item));
-      }
+      values.reserve(items.size());
+      for (const Datum& item : items) values.push_back(unpackValue(item));
       return {std::move(values)};
     }
     case ValueKind::point:

@@ -34,6 +34,8 @@ std::optional<DisplayMode> displayMode(DisplayId display) {
   return askFor<std::optional<DisplayMode>>(Function::displayMode, display);
 }
 
+std::int64_t shieldingLevel() { return askFor<std::int64_t>(Function::shieldingLevel); }
+
 bool captureAccess() { return askFor<bool>(Function::captureAccess); }
 
 }  // namespace windowserver

@@ -29,4 +29,8 @@ std::optional<ActivationPolicy> activationPolicy(platform::Pid pid) {
   return askFor<std::optional<ActivationPolicy>>(Function::activationPolicy, pid);
 }
 
+bool terminated(platform::Pid pid) { return askFor<bool>(Function::terminated, pid); }
+
+void prohibitOwnActivation() { simulated::ask(Function::prohibitOwnActivation); }
+
 }  // namespace workspace

@@ -23,6 +23,9 @@ constexpr std::size_t entriesMax = 100'000;
 /// Some thirty years: in nanoseconds it still fits.
 constexpr Microseconds latestTime = 1'000'000'000'000'000;
 
+/// Of what is on the pasteboard, a state shows no more than this.
+constexpr std::size_t shownDataMax = 1'000;
+
 struct Request {
   Desktop& desktop;
   Scheduler::Time time;
@@ -75,7 +78,6 @@ ControlAnswer violations(const Request& request) {
   return line({{"ok", true}, {"violations", request.desktop.violations()}});
 }
 
-/// What is the user's own: it looks the same however an agent works in the background.
 /// The window and the element that the user's keys go to.
 json keyboardOf(const simulator::Application& front) {
   const auto* window = simulator::findElement(front, front.focusedWindow);
@@ -84,6 +86,29 @@ json keyboardOf(const simulator::Application& front) {
           {"window", window == nullptr ? 0 : window->window}};
 }
 
+/// A type on the pasteboard: its text, or how much of anything longer there is; null for what was
+/// promised and never came.
+json entryOf(const simulator::Pasteboard::Entry& entry) {
+  json data;
+  if (entry.data && entry.data->size() > shownDataMax) {
+    data = std::to_string(entry.data->size()) + " bytes";
+  } else if (entry.data) {
+    data = *entry.data;
+  }
+  return {{"data", data}, {"type", entry.type}};
+}
+
+json clipboardOf(const simulator::Pasteboard& pasteboard) {
+  json items = json::array();
+  for (const auto& item : pasteboard.items) {
+    json types = json::array();
+    for (const auto& entry : item) types.push_back(entryOf(entry));
+    items.push_back(std::move(types));
+  }
+  return items;
+}
+
+/// What is the user's own: it looks the same however an agent works in the background.
 ControlAnswer state(const Request& request) {
   const simulator::World& world = request.desktop.mac().world;
   const auto* front = simulator::findApplication(world, world.frontmost);
@@ -93,7 +118,8 @@ ControlAnswer state(const Request& request) {
     application = {{"name", front->name.value_or("")}, {"pid", front->pid}};
     keyboard = keyboardOf(*front);
   }
-  return line({{"front", application},
+  return line({{"clipboard", clipboardOf(world.pasteboard)},
+               {"front", application},
                {"keyboard", keyboard},
                {"locked", world.session.locked.value_or(false)},
                {"ok", true},

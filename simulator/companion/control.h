@@ -3,12 +3,14 @@
 #include <string>
 #include <vector>
 
-#include "simulator/companion/scheduler.h"
 #include "simulator/desktop.h"
+#include "simulator/scheduler.h"
 
 namespace companion {
 
 using simulator::Desktop;
+using simulator::Microseconds;
+using simulator::Scheduler;
 
 /// What a command to the Mac gives.
 struct ControlAnswer {

@@ -32,13 +32,14 @@ struct Command {
 int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, words.end())); }
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
-constexpr std::array<Command, 20> commands = {{
+constexpr std::array<Command, 26> commands = {{
     {"run", "[--virtual] WORLD -- COMMAND [ARGUMENT]...",
      "run a command with a Mac of its own, and pass on its exit status", 0, unlimited, startRun},
     {"serve", "[--virtual] [--socket NAME] [--until-closed] WORLD",
      "start a Mac, print its socket and serve until stopped", 0, unlimited, startServe},
     {"screenshot", "OUT.png", "draw the screens as the user sees them", 1, 1, screenshotCommand},
-    {"state", "", "what is the user's own: front application, keyboard, pointer, session", 0, 0,
+    {"state", "",
+     "what is the user's own: front application, keyboard, pointer, clipboard, session", 0, 0,
      controlCommand},
     {"journal", "[--text]", "what was done to the Mac and happened in it", 0, 1, controlCommand},
     {"trace", "[--text]", "every call of every process, with its answer", 0, 1, controlCommand},
@@ -47,7 +48,8 @@ constexpr std::array<Command, 20> commands = {{
      unlimited, controlCommand},
     {"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s", 1, 1,
      controlCommand},
-    {"user", "key KEY | click X,Y | move X,Y", "the user does something", 2, 2, controlCommand},
+    {"user", "key KEY | click X,Y | move X,Y | scroll X,Y | drag X,Y to X,Y ...",
+     "the user does something", 2, unlimited, controlCommand},
     {"lock", "", "the screen locks", 0, 0, controlCommand},
     {"unlock", "", "the user unlocks the screen", 0, 0, controlCommand},
     {"leave", "console", "another user takes the console", 1, 1, controlCommand},
@@ -56,8 +58,17 @@ constexpr std::array<Command, 20> commands = {{
     {"front", "APP", "the user brings an application to the front", 1, 1, controlCommand},
     {"hang", "APP", "an application stops answering", 1, 1, controlCommand},
     {"recover", "APP", "a hanging application answers again", 1, 1, controlCommand},
+    {"stop", "sharing APP [REASON]", "the system stops what shares a window of it", 2, 3,
+     controlCommand},
+    {"withdraw", "recording", "the screen may not be recorded any more", 1, 1, controlCommand},
     {"end", "process PID", "a process that is no application ends", 2, 2, controlCommand},
     {"remove", "displays", "every display is unplugged", 1, 1, controlCommand},
+    {"connect", "display NUMBER SIZE [at X,Y] [scale N]",
+     "a display is plugged in, or changes its size and place", 3, unlimited, controlCommand},
+    {"disconnect", "display NUMBER", "a display is unplugged", 2, 2, controlCommand},
+    {"disable", "taps [timeout]", "the system disables every event tap", 1, 2, controlCommand},
+    {"request", "termination", "the processes' applications are asked to terminate", 1, 1,
+     controlCommand},
 }};
 
 constexpr const char* introduction =

@@ -3,9 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "simulator/companion/scheduler.h"
+#include "simulator/scheduler.h"
 
 namespace companion {
+
+using simulator::Scheduler;
 
 /// What the commands that start a Mac are told.
 struct Options {

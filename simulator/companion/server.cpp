@@ -47,7 +47,7 @@ platform::Call callOf(const Datum::List& parts) {
 
 Server::Server(simulator::World world, Scheduler::Time time, int listeningDescriptor)
     : desktop_(std::move(world)),
-      scheduler_(time),
+      turns_(desktop_, time, Turns::Run::open),
       listening_(listeningDescriptor),
       start_(std::chrono::steady_clock::now()) {}
 
@@ -57,7 +57,7 @@ Microseconds Server::elapsed() const {
 }
 
 Microseconds Server::now() const {
-  return scheduler_.time() == Scheduler::Time::real ? elapsed() : desktop_.mac().now;
+  return turns_.scheduler().time() == Scheduler::Time::real ? elapsed() : desktop_.mac().now;
 }
 
 void Server::turn(std::vector<pollfd>& own) {
@@ -69,33 +69,30 @@ void Server::turn(std::vector<pollfd>& own) {
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
 void Server::wakeDue() {
   desktop_.advanceTo(now());
-  while (const auto wake = scheduler_.wake(now())) {
-    desktop_.advanceTo(wake->due);
+  while (const auto woken = turns_.wake(now())) {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
-                                     [&](const Client& each) { return each.flow == wake->flow; });
-    deliver(*client, *std::exchange(client->pending, std::nullopt));
+                                     [&](const Client& each) { return each.flow == woken->flow; });
+    client->waits = false;
+    deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
   }
 }
 
 bool Server::mayWaitForever() const {
-  if (scheduler_.time() == Scheduler::Time::virtualTime) return true;
-  return !scheduler_.nextDue() && !desktop_.nextScripted();
+  if (turns_.scheduler().time() == Scheduler::Time::virtualTime) return true;
+  return !turns_.nextInstant();
 }
 
 timespec Server::timeUntilNext() const {
-  constexpr Microseconds never = std::numeric_limits<Microseconds>::max();
-  const Microseconds next =
-      std::min(scheduler_.nextDue().value_or(never), desktop_.nextScripted().value_or(never));
-  const Microseconds left = std::max<Microseconds>(next - now(), 0);
+  const Microseconds left = std::max<Microseconds>(turns_.nextInstant().value_or(0) - now(), 0);
   return {left / microsecondsInSecond, left % microsecondsInSecond * 1000};
 }
 
 void Server::waitForEvents(std::vector<pollfd>& own) {
   std::vector<pollfd> watched = own;
   for (const Client& client : clients_) {
-    const bool listens = !client.pending && !client.connection.hasOutput() && !client.ended;
+    const bool listens = !client.waits && !client.connection.hasOutput() && !client.ended;
     const int events = (listens ? POLLIN : 0) | (client.connection.hasOutput() ? POLLOUT : 0);
     watched.push_back({client.connection.descriptor(), static_cast<short>(events), 0});
   }
@@ -134,7 +131,7 @@ void Server::attend(Client& client, short events) {
 /// A process has one call at a time: the next is taken when the last has been answered.
 void Server::takeMessages(Client& client) {
   try {
-    while (!client.gone && !client.pending && !client.connection.hasOutput()) {
+    while (!client.gone && !client.waits && !client.connection.hasOutput()) {
       const auto message = client.connection.next();
       if (!message) {
         client.gone = client.ended;
@@ -153,7 +150,7 @@ void Server::handle(Client& client, const Datum& message) {
   const auto parts = driver::unpack<Datum::List>(message);
   if (parts.empty()) throw MalformedDatum();
   desktop_.advanceTo(now());
-  if (client.kind == Kind::process) {
+  if (client.kind == Kind::process || client.kind == Kind::furtherFlow) {
     handleCall(client, parts);
     return;
   }
@@ -162,6 +159,10 @@ void Server::handle(Client& client, const Datum& message) {
     handleControl(client, parts);
   } else if (greeting == "driver" && client.kind == Kind::unknown) {
     join(client, parts);
+  } else if (greeting == "flow" && client.kind == Kind::unknown) {
+    joinFlow(client, parts);
+  } else if (greeting == "last act" && client.kind == Kind::unknown) {
+    joinLastAct(client, parts);
   } else {
     throw MalformedDatum();
   }
@@ -173,34 +174,57 @@ void Server::join(Client& client, const Datum::List& parts) {
   auto environment = variables(driver::unpack<std::vector<std::string>>(parts[2]));
   client.kind = Kind::process;
   client.member = desktop_.join(std::move(arguments), std::move(environment));
-  client.flow = scheduler_.join(Scheduler::Kind::process);
-  wait(client, driver::pack(desktop_.client(client.member).pid), now());
+  client.flow = turns_.join(client.member, driver::pack(desktop_.client(client.member).pid));
+  client.waits = true;
+}
+
+Server::Client& Server::processNamed(const Datum& pid) {
+  const auto number = driver::unpack<simulator::Pid>(pid);
+  const auto process = std::find_if(clients_.begin(), clients_.end(), [&](const Client& each) {
+    return each.kind == Kind::process && desktop_.client(each.member).pid == number;
+  });
+  if (process == clients_.end()) throw MalformedDatum();
+  return *process;
+}
+
+/// A further flow of a process that has announced it.
+void Server::joinFlow(Client& client, const Datum::List& parts) {
+  if (parts.size() != 3) throw MalformedDatum();
+  const std::size_t member = processNamed(parts[1]).member;
+  const auto flow = driver::unpack<Turns::Flow>(parts[2]);
+  if (!turns_.arrive(member, flow)) throw MalformedDatum();
+  client.kind = Kind::furtherFlow;
+  client.member = member;
+  client.flow = flow;
+  client.waits = true;
+}
+
+/// A process has met a fault, in the middle of a call perhaps: this speaks for all its flows.
+void Server::joinLastAct(Client& client, const Datum::List& parts) {
+  if (parts.size() != 2) throw MalformedDatum();
+  client.kind = Kind::furtherFlow;
+  client.member = processNamed(parts[1]).member;
+  client.flow = turns_.joinLastAct(client.member);
+  deliver(client, Datum());
 }
 
 void Server::handleCall(Client& client, const Datum::List& parts) {
-  simulator::Answer given = desktop_.handle(client.member, callOf(parts));
-  answer(client, std::move(given.value), given.delay);
+  const auto value = turns_.call(*client.flow, callOf(parts));
+  client.waits = !value;
+  if (value) deliver(client, *value);
 }
 
 void Server::handleControl(Client& client, const Datum::List& parts) {
   client.kind = Kind::control;
-  const ControlAnswer given = control(desktop_, scheduler_.time(), texts(parts, 1));
-  if (!client.flow) client.flow = scheduler_.join(Scheduler::Kind::watcher);
-  answer(client, Datum(Datum::List{driver::pack(given.ok), driver::pack(given.lines)}),
-         given.delay);
-}
-
-void Server::answer(Client& client, Datum value, Microseconds delay) {
-  if (delay > 0) {
-    wait(client, std::move(value), now() + delay);
-  } else {
+  const ControlAnswer given = control(desktop_, turns_.scheduler().time(), texts(parts, 1));
+  Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
+  if (given.delay == 0) {
     deliver(client, value);
+    return;
   }
-}
-
-void Server::wait(Client& client, Datum value, Microseconds due) {
-  client.pending = std::move(value);
-  scheduler_.wait(*client.flow, due);
+  if (!client.flow) client.flow = turns_.joinWatcher();
+  turns_.wait(*client.flow, std::move(value), now() + given.delay);
+  client.waits = true;
 }
 
 void Server::deliver(Client& client, const Datum& value) {
@@ -213,8 +237,11 @@ void Server::dropGone() {
       ++client;
       continue;
     }
-    if (client->kind == Kind::process) desktop_.leave(client->member);
-    if (client->flow) scheduler_.leave(*client->flow);
+    if (client->kind == Kind::process) {
+      desktop_.leave(client->member);
+      turns_.leaveAll(client->member);
+    }
+    if (client->flow) turns_.leave(*client->flow);
     client = clients_.erase(client);
   }
 }

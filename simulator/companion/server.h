@@ -9,13 +9,17 @@
 #include <vector>
 
 #include "simulator/companion/connection.h"
-#include "simulator/companion/scheduler.h"
 #include "simulator/desktop.h"
+#include "simulator/turns.h"
 
 namespace companion {
 
-/// A simulated Mac that processes join through a socket. One thread, and no wait but in `turn`. A
-/// process that breaks the protocol, or goes, disturbs no other.
+using simulator::Microseconds;
+using simulator::Scheduler;
+using simulator::Turns;
+
+/// A simulated Mac that processes join through a socket, one for each of their flows. One thread,
+/// and no wait but in `turn`. A process that breaks the protocol, or goes, disturbs no other.
 class Server {
  public:
   /// The Mac starts now. `listeningDescriptor` is borrowed, and outlives this object.
@@ -26,7 +30,7 @@ class Server {
   void turn(std::vector<pollfd>& own);
 
  private:
-  enum class Kind { unknown, process, control };
+  enum class Kind { unknown, process, furtherFlow, control };
 
   struct Client {
     explicit Client(Descriptor descriptor) : connection(std::move(descriptor)) {}
@@ -34,9 +38,9 @@ class Server {
     Connection connection;
     Kind kind = Kind::unknown;
     std::size_t member = 0;  // of the desktop, for a process
-    std::optional<Scheduler::Flow> flow;
-    std::optional<driver::Datum> pending;  // the answer it waits for
-    bool ended = false;                    // nothing more will arrive
+    std::optional<Turns::Flow> flow;
+    bool waits = false;  // for an answer
+    bool ended = false;  // nothing more will arrive
     bool gone = false;
   };
 
@@ -52,15 +56,16 @@ class Server {
   void takeMessages(Client& client);
   void handle(Client& client, const driver::Datum& message);
   void join(Client& client, const driver::Datum::List& parts);
+  void joinFlow(Client& client, const driver::Datum::List& parts);
+  void joinLastAct(Client& client, const driver::Datum::List& parts);
+  Client& processNamed(const driver::Datum& pid);
   void handleCall(Client& client, const driver::Datum::List& parts);
   void handleControl(Client& client, const driver::Datum::List& parts);
-  void answer(Client& client, driver::Datum value, Microseconds delay);
-  void wait(Client& client, driver::Datum value, Microseconds due);
   static void deliver(Client& client, const driver::Datum& value);
   void dropGone();
 
   simulator::Desktop desktop_;
-  Scheduler scheduler_;
+  Turns turns_;
   int listening_;
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;

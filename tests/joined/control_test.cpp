@@ -32,7 +32,8 @@ TEST(control, explains_its_usage) {
       seen(run({path})),
       failure(
           "usage: simulated-mac run|serve|screenshot|state|journal|trace|violations|fault|advance|"
-          "user|lock|unlock|leave|return|quit|front|hang|recover|end|remove ...; "
+          "user|lock|unlock|leave|return|quit|front|hang|recover|stop|withdraw|end|remove|connect|"
+          "disconnect|disable|request ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(seen(run({path, "run", "world"})),
             failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
@@ -97,7 +98,7 @@ TEST(control, the_user_acts) {
 TEST(control, the_state_is_the_users_own) {
   const ServedMac mac(notes);
   const std::string untouched =
-      "0 {\"front\":{\"name\":\"Browser\",\"pid\":40},"
+      "0 {\"clipboard\":[],\"front\":{\"name\":\"Browser\",\"pid\":40},"
       "\"keyboard\":{\"element\":\"\",\"window\":5},\"locked\":false,\"ok\":true,"
       "\"onConsole\":true,\"pointer\":{\"x\":0.0,\"y\":0.0}}\n";
   EXPECT_EQ(seen(mac.command({"state"})), untouched);
@@ -112,8 +113,29 @@ TEST(control, the_state_is_the_users_own) {
   mac.command({"quit", "Notes"});
   mac.command({"quit", "Mail"});
   EXPECT_EQ(seen(mac.command({"state"})),
-            "0 {\"front\":null,\"keyboard\":null,\"locked\":true,\"ok\":true,\"onConsole\":false,"
+            "0 "
+            "{\"clipboard\":[],\"front\":null,\"keyboard\":null,\"locked\":true,\"ok\":true,"
+            "\"onConsole\":false,"
             "\"pointer\":{\"x\":10.0,\"y\":20.5}}\n");
+}
+
+TEST(control, the_state_shows_the_clipboard) {
+  const ServedMac mac(
+      "pasteboard item \"a\" \"one\" \"b\" \"\\xFF\" promises \"c\"\n"
+      "pasteboard item \"a\" \"" +
+      std::string(1'001, 'x') + "\"\n");
+  const auto clipboard = [&] {
+    const std::string output = mac.command({"state"}).output;
+    return output.substr(0, output.find(",\"front\""));
+  };
+  EXPECT_EQ(
+      clipboard(),
+      "{\"clipboard\":[[{\"data\":\"one\",\"type\":\"a\"},{\"data\":\"\uFFFD\",\"type\":\"b\"},"
+      "{\"data\":null,\"type\":\"c\"}],[{\"data\":\"1001 bytes\",\"type\":\"a\"}]]");
+
+  mac.command({"user", "copy", "two"});
+  EXPECT_EQ(clipboard(),
+            "{\"clipboard\":[[{\"data\":\"two\",\"type\":\"public.utf8-plain-text\"}]]");
 }
 
 TEST(control, applications_come_and_go) {

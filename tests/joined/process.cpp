@@ -120,6 +120,8 @@ void Process::write(const std::string& text) const {
 
 void Process::closeInput() { closeNow(input_); }
 
+void Process::closeOutput() { closeNow(output_); }
+
 void Process::signal(int number) const { kill(pid_, number); }
 
 Finished Process::finish() {

@@ -37,6 +37,10 @@ class Process {
 
   void write(const std::string& text) const;
   void closeInput();
+
+  /// Reads no more of what it prints.
+  void closeOutput();
+
   void signal(int number) const;
 
   /// Reads the rest of its output and waits for its end.

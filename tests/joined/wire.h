@@ -22,10 +22,10 @@ std::string frame(const std::string& value);
 std::string call(std::int64_t function, const std::vector<std::string>& arguments);
 
 inline constexpr std::int64_t uptimeFunction = 0;
-inline constexpr std::int64_t sleepFunction = 1;
-inline constexpr std::int64_t nullSignalFunction = 3;
-inline constexpr std::int64_t exitFunction = 4;
-inline constexpr std::int64_t writeOutputFunction = 8;
+inline constexpr std::int64_t sleepFunction = 2;
+inline constexpr std::int64_t nullSignalFunction = 12;
+inline constexpr std::int64_t exitFunction = 16;
+inline constexpr std::int64_t writeOutputFunction = 24;
 
 /// The process id of the process that joined a Mac as number `index`, counted from 0.
 constexpr std::int64_t joinedPid(std::int64_t index) { return 5'000'000 + index; }

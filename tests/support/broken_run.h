@@ -42,19 +42,19 @@ class BrokenRun : public testing::Test {
   }
 
   void before(platform::Function function, driver::Datum::List arguments) {
-    rules_.before({function, std::move(arguments)}, violations_);
+    rules_.before({function, std::move(arguments)}, 0, violations_);
   }
 
   void after(platform::Function function, driver::Datum::List arguments, driver::Datum answer,
              simulator::Microseconds delay = 0) {
-    rules_.after({function, std::move(arguments)}, {std::move(answer), delay}, false, violations_);
+    rules_.after({function, std::move(arguments)}, {std::move(answer), delay}, false, 0, violations_);
   }
 
   platform::EventImage event(std::uint32_t type, simulator::WindowNumber window = 7) {
     platform::EventImage image;
     image.identity = ++identity_;
     image.type = type;
-    image.flagsCleared = true;
+    image.flags = 0;
     image.privateFields = {{0, 3}, {51, window}};
     image.publicFields = {{42, 0x5A545256}};
     return image;

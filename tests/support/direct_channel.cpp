@@ -1,67 +1,222 @@
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
 #include "main/dispatcher.h"
 #include "platform/simulated/channel.h"
+#include "platform/simulated/process_state.h"
+#include "simulator/turns.h"
 #include "tests/support/channels.h"
 
 namespace testing_support {
 
+using driver::Datum;
+using platform::Call;
+using platform::Function;
+using simulator::Turns;
+
 namespace {
 
-/// Thrown where a process would end. Nothing between there and `runDirect` catches it.
-struct Exited {
-  int status;
-};
+/// Thrown in every flow of a process that ends. Nothing between there and the flow's root catches
+/// it.
+struct Exited {};
 
+/// A process inside this one. Its flows are threads of which one runs at a time: each goes on only
+/// when it is its turn on the simulated Mac.
 class DirectChannel : public platform::Channel {
  public:
-  DirectChannel(simulator::Desktop& desktop, std::size_t client)
-      : desktop_(desktop), client_(client) {}
+  DirectChannel(simulator::Desktop& desktop, std::size_t client, const Schedule& schedule)
+      : desktop_(desktop), client_(client), schedule_(schedule) {}
 
-  driver::Datum call(platform::Call call) override {
-    simulator::Answer answer = desktop_.handle(client_, std::move(call));
+  Datum call(Call call) override {
+    if (turns_) return callInTurn(std::move(call));
+    simulator::Answer answer = desktop_.handle(client_, Call(call));
+    if (answer.pending) return waitAlone(call, answer);
     desktop_.advanceTo(desktop_.mac().now + answer.delay);
+    if (killed()) endWith(statusOfDeath());
     return std::move(answer.value);
   }
+
+  platform::Pid ownPid() const override { return desktop_.client(client_).pid; }
+
+  void startFlow(std::function<void()> body) override {
+    if (!turns_) {
+      turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
+                                       Turns::Run::closed);
+      turn_ = mainFlow_ = turns_->joinRunning(client_);
+    }
+    const auto flow = driver::unpack<Turns::Flow>(call({Function::startFlow, {}}));
+    turns_->arrive(client_, flow);
+    threads_.emplace_back([this, flow, body = std::move(body)] { runFlow(flow, body); });
+  }
+
+  // Signals are happenings of the world.
+  void watchSignals(const std::vector<int>& /*numbers*/) override {}
 
   bool keepsOutput() const override { return true; }
 
   void exit(int status) override {
-    call({platform::Function::exit, {driver::pack(status)}});
-    throw Exited{status};
+    call({Function::exit, {driver::pack(status)}});
+    endWith(status);
   }
 
+  void dieBySignal(int signal) override {
+    call({Function::dieBySignal, {driver::pack(signal)}});
+    endWith(statusOfDeath());
+  }
+
+  /// The main flow has ended: the others end with it.
+  void join() {
+    {
+      const std::lock_guard lock(mutex_);
+      if (!status_) status_ = 0;
+    }
+    turnChanged_.notify_all();
+    for (std::thread& thread : threads_) thread.join();
+  }
+
+  int status() const { return *status_; }
+
  private:
+  bool killed() const { return desktop_.client(client_).diedBySignal.has_value(); }
+  int statusOfDeath() const { return 128 + *desktop_.client(client_).diedBySignal; }
+
+  [[noreturn]] void endWith(int status) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (!status_) status_ = status;
+    }
+    turnChanged_.notify_all();
+    throw Exited{};
+  }
+
+  /// Waits for something to happen that the call wants, while nothing else of the process is there.
+  Datum waitAlone(const Call& call, simulator::Answer answer) {
+    const simulator::Microseconds since = desktop_.mac().now;
+    while (answer.pending) {
+      const auto own = desktop_.nextOwn();
+      if (!own && !answer.deadline) endWith(stillRunning);
+      desktop_.advanceTo(own && answer.deadline ? std::min(*own, *answer.deadline)
+                                                : own.value_or(answer.deadline.value_or(0)));
+      if (killed()) endWith(statusOfDeath());
+      answer = desktop_.retry(client_, call, since);
+    }
+    desktop_.advanceTo(desktop_.mac().now + answer.delay);
+    return std::move(answer.value);
+  }
+
+  Datum callInTurn(Call call) {
+    std::unique_lock lock(mutex_);
+    if (status_) throw Exited{};
+    const bool isLast = call.function == Function::exit || call.function == Function::dieBySignal;
+    const Turns::Flow self = turn_;
+    // A flow that is being started arrives before anybody else can go on.
+    const bool isStart = call.function == Function::startFlow;
+    const auto preferred =
+        isLast || isStart ? std::nullopt : schedule_.nextSwitch(self - mainFlow_);
+    auto answer = turns_->call(self, std::move(call));
+    if (answer && preferred && *preferred != self - mainFlow_) {
+      // The flow is pre-empted: it goes on when it is next.
+      turns_->wait(self, *std::exchange(answer, std::nullopt), desktop_.mac().now);
+      passTurn(mainFlow_ + *preferred);
+    } else if (!answer) {
+      passTurn(std::nullopt);
+    }
+    if (answer) return std::move(*answer);
+    return awaitTurn(lock, self);
+  }
+
+  Datum awaitTurn(std::unique_lock<std::mutex>& lock, Turns::Flow flow) {
+    turnChanged_.wait(lock, [&] { return status_ || turn_ == flow; });
+    if (status_) throw Exited{};
+    return std::move(answer_);
+  }
+
+  void passTurn(std::optional<Turns::Flow> preferred) {
+    auto woken = turns_->wake(desktop_.mac().now, preferred);
+    if (killed()) {
+      status_ = statusOfDeath();
+    } else if (!woken) {
+      status_ = stillRunning;
+    } else {
+      turn_ = woken->flow;
+      answer_ = std::move(woken->answer);
+    }
+    turnChanged_.notify_all();
+  }
+
+  void runFlow(Turns::Flow flow, const std::function<void()>& body) {
+    try {
+      {
+        std::unique_lock lock(mutex_);
+        awaitTurn(lock, flow);
+      }
+      body();
+      const std::lock_guard lock(mutex_);
+      if (status_) return;
+      turns_->leave(flow);
+      passTurn(std::nullopt);
+    } catch (const Exited&) {
+    }
+  }
+
   simulator::Desktop& desktop_;
   std::size_t client_;
+  Schedule schedule_;
+
+  std::mutex mutex_;
+  std::condition_variable turnChanged_;
+  std::unique_ptr<Turns> turns_;  // once there are several flows
+  Turns::Flow mainFlow_ = 0;
+  Turns::Flow turn_ = 0;  // whose it is
+  Datum answer_;          // for that flow
+  std::optional<int> status_;
+  std::vector<std::thread> threads_;
 };
 
 /// The status `body` returns, or ends the process with.
 int statusOf(DirectChannel& channel, const std::function<int()>& body) {
+  simulated::renewState();
   simulated::setChannel(&channel);
   int status = 0;
   try {
     status = body();
-  } catch (const Exited& exited) {
-    status = exited.status;
+    channel.join();
+  } catch (const Exited&) {
+    channel.join();
+    status = channel.status();
   }
+  simulated::renewState();
   simulated::setChannel(nullptr);
   return status;
 }
 
 }  // namespace
 
+std::optional<std::size_t> Schedule::nextSwitch(std::size_t caller) {
+  const std::size_t call = calls_++;
+  if (callers != nullptr) callers->push_back(caller);
+  const auto found = switches.find(call);
+  if (found == switches.end()) return std::nullopt;
+  return found->second;
+}
+
 int runDirect(simulator::Desktop& desktop, std::size_t client,
-              const std::vector<std::string>& commandLine) {
-  DirectChannel channel(desktop, client);
+              const std::vector<std::string>& commandLine, const Schedule& schedule) {
+  DirectChannel channel(desktop, client, schedule);
   return statusOf(channel, [&] {
     const int status = driver::run(commandLine);
-    channel.call({platform::Function::exit, {driver::pack(status)}});
+    channel.call({Function::exit, {driver::pack(status)}});
     return status;
   });
 }
 
 int runBodyDirect(simulator::Desktop& desktop, std::size_t client,
                   const std::function<void()>& body) {
-  DirectChannel channel(desktop, client);
+  DirectChannel channel(desktop, client, {});
   return statusOf(channel, [&] {
     body();
     return 0;

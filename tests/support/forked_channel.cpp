@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "main/dispatcher.h"
+#include "platform/posix/process.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/frames.h"
 #include "tests/support/channels.h"
@@ -19,7 +20,7 @@ using driver::Datum;
 /// The child's end: each call is a frame, each answer another.
 class ForkedChannel : public platform::Channel {
  public:
-  explicit ForkedChannel(int descriptor) : descriptor_(descriptor) {}
+  ForkedChannel(int descriptor, platform::Pid pid) : descriptor_(descriptor), pid_(pid) {}
 
   Datum call(platform::Call call) override {
     const Datum frame(Datum::List{driver::pack(call.function), Datum(std::move(call.arguments))});
@@ -29,6 +30,12 @@ class ForkedChannel : public platform::Channel {
     return std::move(*answer);
   }
 
+  platform::Pid ownPid() const override { return pid_; }
+
+  // A process with several flows is tested in the other modes.
+  void startFlow(std::function<void()> /*body*/) override { std::_Exit(127); }
+  void watchSignals(const std::vector<int>& /*numbers*/) override {}
+
   bool keepsOutput() const override { return true; }
 
   void exit(int status) override {
@@ -36,12 +43,19 @@ class ForkedChannel : public platform::Channel {
     std::_Exit(status);
   }
 
+  void dieBySignal(int signal) override {
+    call({platform::Function::dieBySignal, {driver::pack(signal)}});
+    posix::dieBySignal(signal);
+  }
+
  private:
   int descriptor_;
+  platform::Pid pid_;
 };
 
-[[noreturn]] void runChild(int descriptor, const std::vector<std::string>& commandLine) {
-  ForkedChannel channel(descriptor);
+[[noreturn]] void runChild(int descriptor, platform::Pid pid,
+                           const std::vector<std::string>& commandLine) {
+  ForkedChannel channel(descriptor, pid);
   simulated::setChannel(&channel);
   channel.exit(driver::run(commandLine));
   std::abort();  // nothing comes back from there
@@ -69,7 +83,7 @@ int runForked(simulator::Desktop& desktop, std::size_t client,
   const pid_t child = fork();
   if (child == 0) {
     close(ends[0]);
-    runChild(ends[1], commandLine);
+    runChild(ends[1], desktop.client(client).pid, commandLine);
   }
   close(ends[1]);
   serve(desktop, client, ends[0]);

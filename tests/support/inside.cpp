@@ -85,10 +85,23 @@ driver::Datum FixedAnswer::call(platform::Call call) {
   return call.function == function_ ? answer_ : underneath_.call(std::move(call));
 }
 
+platform::Pid FixedAnswer::ownPid() const { return underneath_.ownPid(); }
+
+void FixedAnswer::startFlow(std::function<void()> body) { underneath_.startFlow(std::move(body)); }
+
+void FixedAnswer::watchSignals(const std::vector<int>& numbers) {
+  underneath_.watchSignals(numbers);
+}
+
 bool FixedAnswer::keepsOutput() const { return underneath_.keepsOutput(); }
 
 void FixedAnswer::exit(int status) {
   underneath_.exit(status);
+  std::abort();  // no channel comes back
+}
+
+void FixedAnswer::dieBySignal(int signal) {
+  underneath_.dieBySignal(signal);
   std::abort();  // no channel comes back
 }
 

@@ -56,8 +56,12 @@ class FixedAnswer : public platform::Channel {
   ~FixedAnswer() override;
 
   driver::Datum call(platform::Call call) override;
+  platform::Pid ownPid() const override;
+  void startFlow(std::function<void()> body) override;
+  void watchSignals(const std::vector<int>& numbers) override;
   bool keepsOutput() const override;
   [[noreturn]] void exit(int status) override;
+  [[noreturn]] void dieBySignal(int signal) override;
 
  private:
   platform::Channel& underneath_;

@@ -61,7 +61,7 @@ void Click::add(EventType type, bool located, std::int64_t state, std::int64_t n
   platform::EventImage& event = step.event;
   event.identity = static_cast<std::int64_t>(steps_.size()) + 1;
   event.type = static_cast<std::uint32_t>(type);
-  event.flagsCleared = true;
+  event.flags = 0;
   const platform::Point point = chromium_ ? platform::Point{320, 120} : platform::Point{120, 120};
   event.location = located ? point : platform::Point{-1, -1};
   event.windowLocation = located && chromium_ ? platform::Point{20, 20} : event.location;

@@ -63,7 +63,7 @@ std::string lineOf(const simulator::TraceEntry& entry,
         ", wheels " + std::to_string(event.vertical) + " and " + std::to_string(event.horizontal);
   }
   line += event.fromSource ? ", source" : ", no source";
-  if (event.flagsCleared) line += ", no flags";
+  if (event.flags == 0) line += ", no flags";
   return line + "\n        " + fieldsText(event.privateFields) + " |" +
          fieldsText(event.publicFields) + "\n";
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "main/globals.h"
@@ -47,10 +48,19 @@ std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall
   return names;
 }
 
+/// A process with several flows, which the forked mode does not do.
+bool isLongLived(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) return false;
+  const std::string& command = arguments[0];
+  return command == "capture-service" || command == "lock-guard" || command == "watch-input" ||
+         command == "keep-awake";
+}
+
 /// The handles that the start-up values of a run hold until the next run.
 long startUpHandles() {
   const driver::Globals& values = driver::globals();
-  return (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0);
+  return (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0) + (values.inputTap ? 1 : 0) +
+         (values.guardTap ? 1 : 0);
 }
 
 std::string effectLines(const Desktop& desktop, std::size_t firstEntry,
@@ -100,11 +110,13 @@ Result TestMac::driverWith(const std::vector<std::string>& arguments,
                            const Environment& environment) {
   std::vector<std::string> commandLine = {"driver"};
   commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
+  const bool isService = isLongLived(arguments);
   const Result result = record(commandLine, environment, [&](std::size_t client) {
-    return mode_ == Mode::direct ? runDirect(*desktop_, client, commandLine)
-                                 : runForked(*desktop_, client, commandLine);
+    return mode_ == Mode::direct || isService ? runDirect(*desktop_, client, commandLine)
+                                              : runForked(*desktop_, client, commandLine);
   });
-  if (mode_ == Mode::direct && simulated::liveHandles() != startUpHandles()) {
+  // What a long-lived process holds is its own until it ends.
+  if (mode_ == Mode::direct && !isService && simulated::liveHandles() != startUpHandles()) {
     ADD_FAILURE() << "I20: " << simulated::liveHandles() << " handles are alive";
   }
   return result;
@@ -143,6 +155,12 @@ std::string TestMac::valueOf(std::string_view application, std::string_view labe
 std::vector<std::string> TestMac::takeViolations() {
   reportViolations_ = false;
   return desktop_->violations();
+}
+
+std::int64_t messages(const Result& run) {
+  return std::count_if(run.calls.begin(), run.calls.end(), [](const std::string& call) {
+    return call.compare(0, 3, "ax.") == 0 || call == "private.ax-window";
+  });
 }
 
 std::string seen(const Result& run) { return std::to_string(run.status) + " " + run.output; }

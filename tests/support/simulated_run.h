@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -67,6 +68,9 @@ class TestMac {
   Mode mode_;
   bool reportViolations_ = true;
 };
+
+/// How many messages to applications' elements are among the calls of a run.
+std::int64_t messages(const Result& run);
 
 /// The whole of what a caller sees of a run: "STATUS OUTPUT".
 std::string seen(const Result& run);

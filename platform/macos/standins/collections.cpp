@@ -37,12 +37,6 @@ struct Data : Object {
   std::string bytes;
 };
 
-struct Url : Object {
-  explicit Url(std::string path) : Object(Type::url), path(std::move(path)) {}
-  std::string describe() const override { return "url " + path; }
-  std::string path;
-};
-
 // An object without content that the adapters look into.
 struct Plain : Object {
   Plain(Type type, std::string name) : Object(type), name(std::move(name)) {}
@@ -72,7 +66,7 @@ CFMutableDataRef data(std::string bytes) {
 
 void append(CFMutableDataRef data, const std::string& bytes) { as<Data>(data)->bytes += bytes; }
 
-std::string pathOf(CFURLRef url) { return as<Url>(url)->path; }
+std::string bytesOf(CFDataRef data) { return as<Data>(data)->bytes; }
 
 }  // namespace standins
 
@@ -105,6 +99,10 @@ const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {
   return found == entries.end() ? nullptr : found->second;
 }
 
+CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex length) {
+  return data({reinterpret_cast<const char*>(bytes), std::size_t(length)});
+}
+
 CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex capacity) {
   if (capacity != 0) noteMistake("data that cannot grow");
   return data("");
@@ -114,12 +112,4 @@ CFIndex CFDataGetLength(CFDataRef theData) { return CFIndex(as<Data>(theData)->b
 
 const UInt8* CFDataGetBytePtr(CFDataRef theData) {
   return reinterpret_cast<const UInt8*>(as<Data>(theData)->bytes.data());
-}
-
-CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* buffer,
-                                                 CFIndex bufLen, Boolean isDirectory) {
-  if (isDirectory) noteMistake("a file named as a directory");
-  if (bufLen == 0) return nullptr;
-  const std::string path(reinterpret_cast<const char*>(buffer), std::size_t(bufLen));
-  return reinterpret_cast<CFURLRef>(entered(new Url(path)));
 }

@@ -19,14 +19,12 @@ CFTypeRef attributedString();
 CFArrayRef array(const std::vector<CFTypeRef>& elements);
 CFDictionaryRef dictionary(const std::map<std::u16string, CFTypeRef>& entries);
 
-/// New data, which can grow.
+/// New data, which can grow, and what is in it.
 CFMutableDataRef data(std::string bytes);
+std::string bytesOf(CFDataRef data);
 void append(CFMutableDataRef data, const std::string& bytes);
 
 /// A truth value, not counted.
 CFTypeRef boolean(bool value);
-
-/// What a URL names, as it was given.
-std::string pathOf(CFURLRef url);
 
 }  // namespace standins

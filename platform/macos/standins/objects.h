@@ -23,11 +23,12 @@ enum class Type : CFTypeID {
   image,
   imageDestination,
   imageSource,
+  machPort,
   null,
   number,
   provider,
+  runLoopSource,
   string,
-  url,
 };
 
 /// An object as the adapters see it. It begins with one reference, and its memory outlives its last

@@ -10,6 +10,7 @@
 typedef unsigned char Boolean;
 typedef uint8_t UInt8;
 typedef uint16_t UniChar;
+typedef unsigned long UniCharCount;
 typedef uint32_t UInt32;
 typedef int32_t SInt32;
 #endif
@@ -38,6 +39,7 @@ typedef const void* CFTypeRef;
 typedef long CFIndex;
 typedef unsigned long CFTypeID;
 typedef unsigned long CFHashCode;
+typedef double CFTimeInterval;
 typedef struct {
   CFIndex location;
   CFIndex length;
@@ -50,10 +52,12 @@ typedef const struct __CFData* CFDataRef;
 typedef struct __CFData* CFMutableDataRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFLocale* CFLocaleRef;
+typedef struct __CFMachPort* CFMachPortRef;
 typedef const struct __CFNumber* CFNumberRef;
+typedef struct __CFRunLoop* CFRunLoopRef;
+typedef struct __CFRunLoopSource* CFRunLoopSourceRef;
 typedef const struct __CFString* CFStringRef;
 typedef struct __CFString* CFMutableStringRef;
-typedef const struct __CFURL* CFURLRef;
 
 extern const CFAllocatorRef _Null_unspecified kCFAllocatorDefault;
 
@@ -78,6 +82,8 @@ extern const CFBooleanRef kCFBooleanFalse;
 CFTypeID CFBooleanGetTypeID(void);
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
+CFDataRef _Null_unspecified CFDataCreate(CFAllocatorRef _Nullable allocator,
+                                         const UInt8* _Nullable bytes, CFIndex length);
 CFMutableDataRef _Null_unspecified CFDataCreateMutable(CFAllocatorRef _Nullable allocator,
                                                        CFIndex capacity);
 CFIndex CFDataGetLength(CFDataRef theData);
@@ -85,6 +91,11 @@ const UInt8* _Null_unspecified CFDataGetBytePtr(CFDataRef theData);
 
 CFTypeID CFDictionaryGetTypeID(void);
 const void* _Nullable CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);
+
+CFArrayRef _Null_unspecified CFLocaleCopyPreferredLanguages(void);
+
+CFRunLoopSourceRef _Null_unspecified CFMachPortCreateRunLoopSource(
+    CFAllocatorRef _Nullable allocator, CFMachPortRef _Null_unspecified port, CFIndex order);
 
 CFTypeID CFNullGetTypeID(void);
 
@@ -97,8 +108,6 @@ CFNumberRef _Null_unspecified CFNumberCreate(CFAllocatorRef _Nullable allocator,
                                              CFNumberType theType, const void* valuePtr);
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePtr);
 Boolean CFNumberIsFloatType(CFNumberRef number);
-
-void CFRunLoopRun(void);
 
 #define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString(text))
 typedef enum CFStringNormalizationForm : CFIndex {
@@ -118,9 +127,13 @@ CFRange CFStringGetRangeOfComposedCharactersAtIndex(CFStringRef theString, CFInd
 void CFStringLowercase(CFMutableStringRef theString, CFLocaleRef _Nullable locale);
 void CFStringNormalize(CFMutableStringRef theString, CFStringNormalizationForm theForm);
 
-CFURLRef _Nullable CFURLCreateFromFileSystemRepresentation(CFAllocatorRef _Nullable allocator,
-                                                           const UInt8* buffer, CFIndex bufLen,
-                                                           Boolean isDirectory);
+typedef CFStringRef CFRunLoopMode;
+extern const CFRunLoopMode _Null_unspecified kCFRunLoopCommonModes;
+CFRunLoopRef _Null_unspecified CFRunLoopGetMain(void);
+void CFRunLoopRun(void);
+void CFRunLoopAddSource(CFRunLoopRef _Null_unspecified rl,
+                        CFRunLoopSourceRef _Null_unspecified source,
+                        CFRunLoopMode _Null_unspecified mode);
 
 #pragma clang assume_nonnull end
 

@@ -30,6 +30,7 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
+- (ObjectType)objectAtIndexedSubscript:(NSUInteger)idx;
 + (instancetype)array;
 @end
 
@@ -72,6 +73,21 @@ typedef struct {
 
 @interface NSURL : NSObject <NSCopying>
 @property(nullable, readonly, copy) NSString* path;
++ (NSURL*)fileURLWithPath:(NSString*)path;
+@end
+
+typedef CGPoint NSPoint;
+typedef CGSize NSSize;
+typedef CGRect NSRect;
+
+typedef struct {
+  NSInteger majorVersion;
+  NSInteger minorVersion;
+  NSInteger patchVersion;
+} NSOperatingSystemVersion;
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+@property(readonly) NSOperatingSystemVersion operatingSystemVersion;
 @end
 
 typedef NSUInteger NSJSONWritingOptions;

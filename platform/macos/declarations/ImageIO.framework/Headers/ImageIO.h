@@ -9,8 +9,8 @@ extern "C" {
 #pragma clang assume_nonnull begin
 
 typedef struct CGImageSource* CGImageSourceRef;
-CGImageSourceRef _Nullable CGImageSourceCreateWithURL(CFURLRef url,
-                                                      CFDictionaryRef _Nullable options);
+CGImageSourceRef _Nullable CGImageSourceCreateWithData(CFDataRef data,
+                                                       CFDictionaryRef _Nullable options);
 CGImageRef _Nullable CGImageSourceCreateImageAtIndex(CGImageSourceRef isrc, size_t index,
                                                      CFDictionaryRef _Nullable options);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CoreGraphics.h>
+#include <CoreMedia/CoreMedia.h>
 #include <Foundation/Foundation.h>
 
 #pragma clang assume_nonnull begin
@@ -46,6 +47,50 @@
 @property(nonatomic, assign) BOOL showsCursor;
 @property(nonatomic, assign) CGColorRef backgroundColor;
 @property(nonatomic, assign) CGRect sourceRect;
+@property(nonatomic, assign) CMTime minimumFrameInterval;
+@property(nonatomic, assign) NSInteger queueDepth;
+@property(nonatomic, assign) BOOL capturesAudio __attribute__((
+    availability(macos, introduced = 13.0)));
+@property(nonatomic, strong, nullable) NSString* streamName __attribute__((
+    availability(macos, introduced = 14.0)));
+@property(nonatomic, assign) BOOL includeChildWindows __attribute__((
+    availability(macos, introduced = 14.2)));
+@end
+
+typedef enum SCStreamOutputType : NSInteger {
+  SCStreamOutputTypeScreen = 0,
+} SCStreamOutputType;
+
+@class SCStream;
+
+@protocol SCStreamDelegate <NSObject>
+@optional
+- (void)stream:(SCStream*)stream didStopWithError:(NSError*)error;
+@end
+
+@protocol SCStreamOutput <NSObject>
+@optional
+- (void)stream:(SCStream*)stream
+    didOutputSampleBuffer:(CMSampleBufferRef)sampleBuffer
+                   ofType:(SCStreamOutputType)type;
+@end
+
+@interface SCStream : NSObject
+- (instancetype)initWithFilter:(SCContentFilter*)contentFilter
+                 configuration:(SCStreamConfiguration*)streamConfig
+                      delegate:(nullable id<SCStreamDelegate>)delegate;
+- (BOOL)addStreamOutput:(id<SCStreamOutput>)output
+                   type:(SCStreamOutputType)type
+     sampleHandlerQueue:(nullable dispatch_queue_t)sampleHandlerQueue
+                  error:(NSError* _Nullable* _Nullable)error;
+- (void)updateContentFilter:(SCContentFilter*)contentFilter
+          completionHandler:(nullable void (^)(NSError* _Nullable error))completionHandler;
+- (void)updateConfiguration:(SCStreamConfiguration*)streamConfig
+          completionHandler:(nullable void (^)(NSError* _Nullable error))completionHandler;
+- (void)startCaptureWithCompletionHandler:(nullable void (^)(NSError* _Nullable error))
+                                              completionHandler;
+- (void)stopCaptureWithCompletionHandler:(nullable void (^)(NSError* _Nullable error))
+                                             completionHandler;
 @end
 
 __attribute__((availability(macos, introduced = 14.0)))

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "main/arguments.h"
+
+namespace driver {
+
+inline constexpr CommandForm captureServiceForm = {"capture-service", "<private lock path>", 1, 1};
+
+/// "capture-service": holds the lock at a path and serves requests, a line of JSON each, from
+/// standard input until its end. Any failure ends it with status 1.
+void captureServiceCommand(const Arguments& arguments);
+
+}  // namespace driver

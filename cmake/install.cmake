@@ -1,0 +1,36 @@
+# What is installed, by components: driver, simulated-mac (not on a Mac) and docs.
+#   cmake --install build/release --prefix /usr/local [--component driver]
+include(GNUInstallDirs)
+include("${CMAKE_CURRENT_LIST_DIR}/identity.cmake")
+
+install(TARGETS driver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT driver)
+install(FILES "${product_folder}/packaging/man/driver.1"
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT driver)
+install(FILES "${product_folder}/packaging/man/driver-service.7"
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT driver)
+install(FILES "${product_folder}/packaging/completions/driver.bash"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME driver COMPONENT driver)
+install(FILES "${product_folder}/packaging/completions/_driver"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT driver)
+install(FILES "${product_folder}/packaging/completions/driver.fish"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT driver)
+install(PROGRAMS "${product_folder}/scripts/doctor"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/driver COMPONENT driver)
+install(DIRECTORY "${product_folder}/packaging/contract/schemas"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
+install(FILES "${product_folder}/packaging/contract/errors.json"
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
+
+if(TARGET simulated-mac)
+  install(TARGETS simulated-mac RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    COMPONENT simulated-mac)
+  install(FILES "${product_folder}/packaging/man/simulated-mac.1"
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulated-mac)
+  install(FILES "${product_folder}/demo/desk.world"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)
+endif()
+
+install(DIRECTORY "${product_folder}/docs/" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs
+  FILES_MATCHING PATTERN "*.md")
+install(FILES "${product_folder}/README.md" "${product_folder}/CHANGELOG.md"
+  "${product_folder}/SECURITY.md" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)

@@ -1,0 +1,92 @@
+#include "guard/cover_view.h"
+
+#include <vector>
+
+#include "guard/app_icon.h"
+#include "guard/cover_texts.h"
+#include "guard/grace.h"
+#include "guard/user_picture.h"
+#include "main/globals.h"
+
+namespace driver {
+
+namespace {
+
+using cover::Font;
+using cover::Weight;
+
+constexpr double dimmingAlpha = 0.55;
+constexpr double baseAboveMiddle = 40;
+
+constexpr double faceSide = 148;
+constexpr double faceBelowBase = 8;
+constexpr double pictureSide = 112;
+constexpr double badgeSide = 48;
+constexpr double badgeRightOfMiddle = 16;
+constexpr double badgeBelowBase = 8;
+
+constexpr Font titleFont = {26, Weight::semibold};
+constexpr double titleAlpha = 0.92;
+constexpr double titleBelowBase = 56;
+constexpr Font hintFont = {15, Weight::medium};
+constexpr double hintAlpha = 0.62;
+constexpr double hintBelowBase = 86;
+constexpr Font footerFont = {12, Weight::medium};
+constexpr double footerAlpha = 0.4;
+constexpr double footerBottom = 40;
+
+/// The persona's face alone; or the user in a circle, with the icon as a badge; or the icon in the
+/// circle.
+std::vector<cover::Picture> placed(const CoverPictures& pictures, double middle, double base) {
+  if (globals().guardOruFace) {
+    return {{*globals().guardOruFace,
+             {middle - faceSide / 2, base - faceBelowBase, faceSide, faceSide},
+             false}};
+  }
+  std::vector<cover::Picture> shown;
+  const auto& main = pictures.user ? pictures.user : pictures.icon;
+  if (main) {
+    shown.push_back({*main, {middle - pictureSide / 2, base, pictureSide, pictureSide}, true});
+  }
+  if (pictures.user && pictures.icon) {
+    shown.push_back({*pictures.icon,
+                     {middle + badgeRightOfMiddle, base - badgeBelowBase, badgeSide, badgeSide},
+                     false});
+  }
+  return shown;
+}
+
+platform::Rect centred(const platform::Size& size, double middle, double bottom) {
+  return {middle - size.width / 2, bottom, size.width, size.height};
+}
+
+cover::Label labelled(const std::string& text, const Font& font, double alpha, double middle,
+                      double bottom) {
+  return {text, font, alpha, centred(cover::measure(text, font), middle, bottom)};
+}
+
+}  // namespace
+
+CoverPictures coverPictures() {
+  if (globals().guardOruFace) return {};
+  return {userPicture(), appIcon()};
+}
+
+cover::View privacyScreen(const platform::Size& size, const CoverPictures& pictures) {
+  const double middle = size.width / 2;
+  const double base = size.height / 2 + baseAboveMiddle;
+  const double grace = globals().guardGrace;
+  cover::View view{size, dimmingAlpha, placed(pictures, middle, base), {}};
+  view.labels.push_back(labelled(guardTitle(globals().guardOperating), titleFont, titleAlpha,
+                                 middle, base - titleBelowBase));
+  view.labels.push_back(labelled(guardHint(secondsRoundedUp(grace), grace <= 0), hintFont,
+                                 hintAlpha, middle, base - hintBelowBase));
+  view.labels.push_back(labelled(guardFooter(), footerFont, footerAlpha, middle, footerBottom));
+  return view;
+}
+
+cover::Label relabelled(const cover::Label& label, const std::string& text, double coverWidth) {
+  return labelled(text, label.font, label.alpha, coverWidth / 2, label.frame.y);
+}
+
+}  // namespace driver

@@ -1,0 +1,48 @@
+#include "guard/grace.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "main/globals.h"
+#include "platform/loop.h"
+
+namespace driver {
+
+namespace {
+
+constexpr double nanosecondsPerSecond = 1e9;
+constexpr double secondsMax = 1e12;  // thirty thousand years, and a whole number as a double
+
+double awakeSeconds() {
+  return static_cast<double>(loop::uptimeNanoseconds()) / nanosecondsPerSecond;
+}
+
+}  // namespace
+
+void startGrace() {
+  const double seconds = globals().guardGrace;
+  if (!(seconds > 0)) return;
+  globals().guardGraceUntil = loop::secondsSince1970() + seconds;
+  globals().guardGraceStartAwake = awakeSeconds();
+}
+
+bool hasGrace() { return globals().guardGraceUntil.has_value(); }
+
+double graceLeft() {
+  const double byDate = *globals().guardGraceUntil - loop::secondsSince1970();
+  const double awake = awakeSeconds() - globals().guardGraceStartAwake;
+  return std::min(byDate, globals().guardGrace - awake);
+}
+
+std::int64_t graceSecondsLeft() { return hasGrace() ? secondsRoundedUp(graceLeft()) : 0; }
+
+std::int64_t secondsRoundedUp(double seconds) {
+  if (!(seconds > 0)) return 0;
+  return static_cast<std::int64_t>(std::ceil(std::min(seconds, secondsMax)));
+}
+
+std::int64_t countdownSteps(double seconds) {
+  return std::max<std::int64_t>(static_cast<std::int64_t>(std::min(seconds, secondsMax)), 1);
+}
+
+}  // namespace driver

@@ -1,0 +1,42 @@
+#include "guard/screen_lock.h"
+
+#include <cstdint>
+
+#include "main/replies.h"
+#include "platform/loader.h"
+
+namespace driver {
+
+namespace {
+
+constexpr const char* loginPath =
+    "/System/Library/PrivateFrameworks/login.framework/Versions/Current/login";
+
+using LockEntry = std::int32_t (*)();
+
+// Not among the globals: a process that meets a fault of its own finds it whatever else is broken.
+LockEntry lockEntry = nullptr;
+
+}  // namespace
+
+void prepareScreenLock() {
+  lockEntry = nullptr;
+  void* const library = loader::openLibrary(loginPath);
+  if (library == nullptr) return;
+  lockEntry = reinterpret_cast<LockEntry>(loader::findSymbol(library, "SACLockScreenImmediate"));
+}
+
+bool lockScreenNow() { return lockEntry != nullptr && lockEntry() == platform::statusSuccess; }
+
+void lockNowCommand(const Arguments& /*arguments*/) {
+  prepareScreenLock();
+  emit({{"ok", lockScreenNow()}});
+}
+
+void removedLockCommand(const Arguments& /*arguments*/) {
+  fail(
+      "locked-use unlock was removed: SecurityAgent-plugin unlock is blocked by macOS Library "
+      "Validation. Use lock-guard / keep-awake instead.");
+}
+
+}  // namespace driver

@@ -1,0 +1,92 @@
+#include "input/keys.h"
+
+#include <optional>
+#include <string_view>
+
+#include "accessibility/messages.h"
+#include "capture/liveness.h"
+#include "input/key_codes.h"
+#include "input/menu_equivalent.h"
+#include "input/post.h"
+#include "input/session.h"
+#include "main/globals.h"
+#include "main/replies.h"
+#include "platform/ax.h"
+#include "platform/loop.h"
+#include "platform/quartz.h"
+#include "platform/text.h"
+
+namespace driver {
+
+namespace {
+
+constexpr std::uint32_t menuPauseMicroseconds = 100'000;
+
+std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
+  std::optional<quartz::Event> event = quartz::createKeyboardEvent(code, down);
+  if (event) quartz::setFlags(*event, flags);
+  return event;
+}
+
+void postKeys(const KeyCombination& keys, platform::Pid pid) {
+  const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
+  const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
+  for (const ModifierKey& modifier : modifierKeys) {
+    if (!hasModifier(keys.flags, modifier.flag)) continue;
+    postTarget(createKey(modifier.code, true, keys.flags), pid);
+  }
+  postTarget(down, pid);
+  postTarget(up, pid);
+  for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
+    if (!hasModifier(keys.flags, modifier->flag)) continue;
+    postTarget(createKey(modifier->code, false, keys.flags), pid);
+  }
+}
+
+void pressMenuItem(const ax::Element& item, const std::string& combination) {
+  requireCaptureAlive();
+  if (!sessionUsable()) {
+    globals().droppedWhileLocked = true;
+    return;
+  }
+  if (messages::perform(item, "AXPress") != ax::Error::success) {
+    throw InputFailure("target menu shortcut failed: " + combination);
+  }
+  loop::sleepMicroseconds(menuPauseMicroseconds);
+}
+
+}  // namespace
+
+KeyCombination keyCombination(const std::string& combination) {
+  const std::string folded = text::lowercase(combination);
+  std::optional<std::uint16_t> code;
+  std::uint64_t flags = 0;
+  std::string_view rest = folded;
+  while (!rest.empty()) {
+    const std::string_view piece = rest.substr(0, rest.find('+'));
+    rest.remove_prefix(piece.size() == rest.size() ? piece.size() : piece.size() + 1);
+    if (piece.empty()) continue;
+    if (const auto modifier = modifierNamed(piece)) {
+      flags |= static_cast<std::uint64_t>(*modifier);
+    } else if (const auto named = keyCodeNamed(piece)) {
+      code = named;
+    } else {
+      throw InputFailure("unknown key: " + std::string(piece));
+    }
+  }
+  if (!code) throw InputFailure("no key in combo: " + combination);
+  return {*code, flags};
+}
+
+void key(const std::string& combination, platform::Pid pid) {
+  const KeyCombination keys = keyCombination(combination);
+  if (hasModifier(keys.flags, quartz::Modifier::command)) {
+    if (const auto item = menuEquivalent(pid, keys.code, keys.flags)) {
+      pressMenuItem(*item, combination);
+      return;
+    }
+  }
+  postKeys(keys, pid);
+}
+
+}  // namespace driver

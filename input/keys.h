@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/types.h"
+
+namespace driver {
+
+/// One key with the modifiers that are held while it is pressed.
+struct KeyCombination {
+  std::uint16_t code = 0;
+  std::uint64_t flags = 0;  // quartz::Modifier
+  friend bool operator==(const KeyCombination&, const KeyCombination&) = default;
+};
+
+/// The combination that a text names: modifier words and key names between "+", in any case. Of
+/// several keys the last one counts. Throws InputFailure for a word that is neither, and for a text
+/// without a key.
+KeyCombination keyCombination(const std::string& combination);
+
+/// Presses and releases a combination in a process. With the command key the application's menu
+/// item of that shortcut is pressed in place of the keys, if it has an enabled one. Input is
+/// withheld while the session is not usable, which `droppedWhileLocked` records. Throws
+/// InputFailure for a text that is no combination, and for a menu item that refuses; fails when the
+/// capture service has gone.
+void key(const std::string& combination, platform::Pid pid);
+
+}  // namespace driver

@@ -1,0 +1,75 @@
+#include "input/keys.h"
+
+#include <gtest/gtest.h>
+
+#include "main/replies.h"
+
+namespace driver {
+namespace {
+
+constexpr std::uint64_t shift = 0x20000;
+constexpr std::uint64_t control = 0x40000;
+constexpr std::uint64_t option = 0x80000;
+constexpr std::uint64_t command = 0x100000;
+
+/// What is wrong with a text; empty when it is a combination.
+std::string complaint(const std::string& combination) {
+  try {
+    keyCombination(combination);
+    return "";
+  } catch (const InputFailure& failure) {
+    return failure.message();
+  }
+}
+
+TEST(keyCombination, is_one_key_with_its_modifiers) {
+  EXPECT_EQ(keyCombination("a"), (KeyCombination{0, 0}));
+  EXPECT_EQ(keyCombination("return"), (KeyCombination{36, 0}));
+  EXPECT_EQ(keyCombination("cmd+s"), (KeyCombination{1, command}));
+  EXPECT_EQ(keyCombination("shift+return"), (KeyCombination{36, shift}));
+  EXPECT_EQ(keyCombination("ctrl+alt+cmd+shift+up"),
+            (KeyCombination{126, shift | control | option | command}));
+  EXPECT_EQ(keyCombination("super+command+meta+cmd+`"), (KeyCombination{50, command}));
+}
+
+TEST(keyCombination, takes_any_case) {
+  EXPECT_EQ(keyCombination("Cmd+Shift+S"), (KeyCombination{1, command | shift}));
+  EXPECT_EQ(keyCombination("PageDown"), (KeyCombination{121, 0}));
+  EXPECT_EQ(keyCombination("\u212A"), (KeyCombination{40, 0}));  // the Kelvin sign's small letter
+}
+
+TEST(keyCombination, takes_its_words_in_any_order) {
+  EXPECT_EQ(keyCombination("s+cmd"), (KeyCombination{1, command}));
+  EXPECT_EQ(keyCombination("shift+tab+opt"), (KeyCombination{48, shift | option}));
+}
+
+TEST(keyCombination, takes_the_last_of_several_keys) {
+  EXPECT_EQ(keyCombination("cmd+a+b"), (KeyCombination{11, command}));
+  EXPECT_EQ(keyCombination("a+b+shift+a"), (KeyCombination{0, shift}));
+}
+
+TEST(keyCombination, drops_empty_pieces) {
+  EXPECT_EQ(keyCombination("+a"), (KeyCombination{0, 0}));
+  EXPECT_EQ(keyCombination("a+"), (KeyCombination{0, 0}));
+  EXPECT_EQ(keyCombination("++cmd+++a++"), (KeyCombination{0, command}));
+}
+
+TEST(keyCombination, needs_a_key) {
+  EXPECT_EQ(complaint(""), "no key in combo: ");
+  EXPECT_EQ(complaint("+"), "no key in combo: +");
+  EXPECT_EQ(complaint("shift"), "no key in combo: shift");
+  EXPECT_EQ(complaint("Cmd++"), "no key in combo: Cmd++");
+  EXPECT_EQ(complaint("cmd+shift"), "no key in combo: cmd+shift");
+}
+
+TEST(keyCombination, names_the_first_word_that_it_does_not_know) {
+  EXPECT_EQ(complaint("cmd+f13"), "unknown key: f13");
+  EXPECT_EQ(complaint("F13+Plus"), "unknown key: f13");
+  EXPECT_EQ(complaint("cmd+ a"), "unknown key:  a");
+  EXPECT_EQ(complaint("cmd-a"), "unknown key: cmd-a");
+  EXPECT_EQ(complaint("\u00C9"), "unknown key: \u00E9");
+  EXPECT_EQ(complaint("\uFF0B"), "unknown key: \uFF0B");  // a full-width plus divides nothing
+}
+
+}  // namespace
+}  // namespace driver

@@ -1,0 +1,117 @@
+#include "input/watcher.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "input/foreground.h"
+#include "input/input_report.h"
+#include "main/act.h"
+#include "main/replies.h"
+#include "main/state_queries.h"
+#include "platform/loop.h"
+#include "platform/process.h"
+#include "platform/quartz.h"
+#include "platform/streams.h"
+#include "platform/window_server.h"
+#include "platform/workspace.h"
+
+namespace driver {
+
+namespace {
+
+/// Writes one line of the watcher. A reader that has gone wants no more of them.
+void writeLine(const Reply& line) {
+  if (!emit(line)) process::exit(1);
+}
+
+bool touches(platform::Pid target, const tap::Event& event) {
+  if (event.type == static_cast<std::uint32_t>(quartz::EventType::mouseMoved)) return false;
+  if (event.targetProcess == target) return true;
+  if (isKeyInput(event)) return foregroundPID() == target;
+  const auto windows = windowserver::windows(windowserver::Windows::onScreenWithoutDesktop);
+  return windows && isOnWindowOf(target, event, *windows);
+}
+
+/// Milliseconds since the user's last input; 0 when there was none.
+std::int64_t idleMilliseconds() {
+  double shortest = std::numeric_limits<double>::infinity();
+  for (const quartz::EventType type : watchedTypes) {
+    shortest = std::fmin(shortest, quartz::secondsSinceLast(type));
+  }
+  return wholeMilliseconds(shortest);
+}
+
+void addSubmittedTo(Reply& report) {
+  const std::optional<workspace::Application> front = workspace::frontmost();
+  if (front && front->bundleIdentifier) report["submit"] = *front->bundleIdentifier;
+}
+
+void writeFirstLine() {
+  const std::optional<platform::Pid>& target = globals().watchedInputPID;
+  Reply line = {{"ok", true}, {"watching", true}, {"idleMs", idleMilliseconds()}};
+  if (target) {
+    line["targetPid"] = *target;
+    line["touchesTarget"] = foregroundPID() == *target;
+  }
+  writeLine(line);
+}
+
+/// Whoever started the watcher ends it by closing its standard input.
+void endWithInput() {
+  while (!streams::readAvailable().empty()) {
+  }
+  // A line that is being written is written to its end, if its reader takes it.
+  streams::acquireOutputWithin(endingMicroseconds);
+  process::exit(0);
+}
+
+}  // namespace
+
+void reportInput(const tap::Event& event) {
+  if (isDisabledNotice(event)) {
+    if (globals().inputTap) tap::enable(*globals().inputTap);
+    return;
+  }
+  if (!isUsersInput(event)) return;
+  const double now = loop::secondsSince1970();
+  const std::optional<platform::Pid>& target = globals().watchedInputPID;
+  const bool touchesTarget = target && touches(*target, event);
+  const Promptness promptness = promptnessOf(event, touchesTarget);
+  if (promptness == Promptness::throttled && !isReportDue(now, globals().lastInputReport)) return;
+  globals().lastInputReport = now;
+  Reply report = {{"input", inputKind(event)}, {"at", wholeMilliseconds(now)}};
+  if (target) report["touchesTarget"] = touchesTarget;
+  if (promptness == Promptness::submitted) addSubmittedTo(report);
+  writeLine(report);
+}
+
+void watchInput(std::optional<platform::Pid> target) {
+  globals().watchedInputPID = target;
+  globals().inputTap =
+      tap::create(tap::Place::tail, tap::Kind::listens, watchedMask, [](const tap::Event& event) {
+        reportInput(event);
+        return tap::Verdict::pass;
+      });
+  if (!globals().inputTap) fail("cannot watch input: accessibility permission is missing");
+  tap::attach(*globals().inputTap);
+  tap::enable(*globals().inputTap);
+  writeFirstLine();
+  globals().sharesOutput = true;
+  loop::startTask(endWithInput);
+  loop::park();
+}
+
+void watchInputCommand(const Arguments& arguments) {
+  process::ignoreBrokenPipes();
+  std::optional<platform::Pid> target;
+  if (arguments.size() > 2) {
+    const std::optional<workspace::Application> app = runningApp(arguments[2]);
+    if (!app) fail("target app is not running");
+    target = app->pid;
+  }
+  watchInput(target);
+}
+
+}  // namespace driver

@@ -1,0 +1,93 @@
+"""docs/ERRORS.md and the manual page driver(1)."""
+import re
+
+import table
+
+SECTIONS = ("State", "Pictures", "Background pointer", "Background keyboard", "Accessibility",
+            "Capture service", "Focus", "The user's input", "Lock guard")
+
+
+def code(text):
+    """A message in a table of Markdown."""
+    return "`` " + text + " ``" if "`" in text else "`" + text + "`"
+
+
+def errors_page():
+    lines = [
+        "# Errors", "",
+        "Every failure of `driver` carries one of these texts under `error`. What stands in braces is "
+        "filled in. `packaging/contract/errors.json` has the same for machines. This page is made by "
+        "`scripts/generate-contract`.", "",
+        "Status is the exit status of a run of its own. In the capture service a refusal with status "
+        "0 stands under `reply`, and every failure with status 1 ends the service. "
+        "`\"locked\":true` is part of the replies that are marked so.", "",
+        "Some replies are failures without a text: a press or a write that the application did not "
+        "accept has `axError`, the platform's code; `lock-now` and `keep-awake` have only "
+        "`\"ok\":false`: the system refused.", ""]
+    groups = table.load("errors.json")["groups"]
+    lines += ["| Group | Commands |", "|---|---|"]
+    for name, members in groups.items():
+        text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
+        lines.append(f"| {name[1:]} | {text} |")
+    lines.append("")
+    for entry in table.errors():
+        lines += [f"## {code(table.whole_message(entry))}", ""]
+        who = [name[1:] if name.startswith("@") else f"`{name}`" for name in entry["commands"]]
+        marks = [f"status {entry['status']}"]
+        if entry.get("locked"):
+            marks.append('`"locked":true`')
+        if entry.get("platform"):
+            marks.append("on a Mac only")
+        origin = "From: " + ", ".join(who) if who else "From: the command line"
+        lines += [f"{origin}. {', '.join(marks).capitalize()}.", ""]
+        lines += [f"{entry['cause']} *What to do:* {entry['next']}", ""]
+    return "\n".join(lines).rstrip() + "\n"
+
+
+def roff(text):
+    """Running text for mdoc: sentences on lines of their own, nothing read as a macro."""
+    text = text.replace("\\", "\\e").replace("-", "\\-")
+    lines = re.sub(r"(?<=[.:]) (?=[A-Z])", "\n", text).split("\n")
+    return "\n".join("\\&" + line if line[:1] in ".'" else line for line in lines)
+
+
+def quoted(text):
+    return '"' + text.replace("\\", "\\e").replace('"', '""') + '"'
+
+
+def command_list():
+    described = table.load("commands.json")
+    lines = []
+    for section in SECTIONS:
+        lines += [f".Ss {section}", ".Bl -tag -width Ds"]
+        for command in table.commands():
+            entry = described[command.name]
+            if entry["section"] != section:
+                continue
+            grammar = " Ar " + quoted(command.grammar) if command.grammar else ""
+            lines.append(f".It Ic {command.name}{grammar}")
+            summary = entry["summary"]
+            lines.append(roff(summary[0].upper() + summary[1:] + "."))
+            if "about" in entry:
+                lines.append(roff(entry["about"]))
+        lines.append(".El")
+    return "\n".join(lines)
+
+
+def error_list():
+    lines = [".Bl -tag -width Ds"]
+    for entry in table.errors():
+        lines.append(".It " + roff(table.whole_message(entry)).replace('"', "\\(dq"))
+        lines.append(roff(entry["cause"]))
+        lines.append(roff(entry["next"]))
+    return "\n".join(lines + [".El"])
+
+
+def manual():
+    frame = (table.ROOT / "packaging/man/driver.1.in").read_text()
+    return frame.replace("@COMMANDS@", command_list()).replace("@ERRORS@", error_list())
+
+
+def files():
+    yield "docs/ERRORS.md", errors_page()
+    yield "packaging/man/driver.1", manual()

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <objc/NSObject.h>
+
+#pragma clang assume_nonnull begin
+
+@interface CALayer : NSObject
+@property BOOL masksToBounds;
+@property(nullable) CGColorRef backgroundColor;
+@property CGFloat cornerRadius;
+@property CGFloat borderWidth;
+@property(nullable) CGColorRef borderColor;
+@end
+
+#pragma clang assume_nonnull end

@@ -1,0 +1,125 @@
+#include "platform/event_tap.h"
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <unistd.h>
+
+#include <forward_list>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "platform/macos/owned.h"
+#include "platform/macos/same_numbers.h"
+#include "platform/macos/window_server_connection.h"
+
+namespace tap {
+
+namespace {
+
+using macos::Owned;
+using macos::sameNumber;
+using quartz::EventType;
+using quartz::Field;
+
+static_assert(sameNumber(EventType::leftMouseDragged, kCGEventLeftMouseDragged));
+static_assert(sameNumber(EventType::rightMouseDragged, kCGEventRightMouseDragged));
+static_assert(sameNumber(EventType::keyDown, kCGEventKeyDown));
+static_assert(sameNumber(EventType::keyUp, kCGEventKeyUp));
+static_assert(sameNumber(EventType::flagsChanged, kCGEventFlagsChanged));
+static_assert(sameNumber(EventType::otherMouseDown, kCGEventOtherMouseDown));
+static_assert(sameNumber(Field::deltaX, kCGMouseEventDeltaX));
+static_assert(sameNumber(Field::deltaY, kCGMouseEventDeltaY));
+static_assert(sameNumber(Field::keyCode, kCGKeyboardEventKeycode));
+static_assert(disabledByTimeout == kCGEventTapDisabledByTimeout);
+static_assert(disabledByUserInput == kCGEventTapDisabledByUserInput);
+
+constexpr CGEventMask keys = CGEventMaskBit(kCGEventKeyDown) | CGEventMaskBit(kCGEventKeyUp);
+
+CFMachPortRef native(const Tap& tap) { return static_cast<CFMachPortRef>(tap.get()); }
+
+// An event may be on its way while the last user of a tap gives it up, so what a tap calls lives as
+// long as the process.
+void* permanent(Handler handler) {
+  static std::mutex access;
+  static auto& handlers = *new std::forward_list<Handler>;
+  const std::lock_guard lock(access);
+  return &handlers.emplace_front(std::move(handler));
+}
+
+bool isNotice(CGEventType type) {
+  return type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput;
+}
+
+// A notice has no event that could be read.
+Event copied(CGEventType type, CGEventRef event) {
+  if (isNotice(type)) return {.type = type, .location = {}};
+  const CGPoint location = CGEventGetLocation(event);
+  return {
+      .type = type,
+      .location = {location.x, location.y},
+      .flags = CGEventGetFlags(event),
+      .sourceUserData = CGEventGetIntegerValueField(event, kCGEventSourceUserData),
+      .deltaX = CGEventGetIntegerValueField(event, kCGMouseEventDeltaX),
+      .deltaY = CGEventGetIntegerValueField(event, kCGMouseEventDeltaY),
+      .keyCode = CGEventGetIntegerValueField(event, kCGKeyboardEventKeycode),
+      .targetProcess = CGEventGetIntegerValueField(event, kCGEventTargetUnixProcessID),
+  };
+}
+
+CGEventRef serve(CGEventTapProxy, CGEventType type, CGEventRef event, void* handler) {
+  const Verdict verdict = (*static_cast<const Handler*>(handler))(copied(type, event));
+  return verdict == Verdict::swallow ? nullptr : event;
+}
+
+std::vector<CGEventTapInformation> tapsOfTheSystem() {
+  std::uint32_t count = 0;
+  if (CGGetEventTapList(0, nullptr, &count) != kCGErrorSuccess) return {};
+  std::vector<CGEventTapInformation> taps(count);
+  if (CGGetEventTapList(count, taps.data(), &count) != kCGErrorSuccess) return {};
+  if (count < taps.size()) taps.resize(count);
+  return taps;
+}
+
+// Without the user's permission the system makes a tap all the same, but takes the keys out of its
+// mask.
+bool seesKeys(CGEventTapOptions options, CGEventMask wanted) {
+  if (wanted == 0) return true;
+  for (const CGEventTapInformation& tap : tapsOfTheSystem()) {
+    const bool isAlike = tap.tappingProcess == getpid() && tap.options == options &&
+                         tap.tapPoint == kCGSessionEventTap;
+    if (isAlike && (tap.eventsOfInterest & wanted) == wanted) return true;
+  }
+  return false;
+}
+
+CGEventTapPlacement placement(Place place) {
+  return place == Place::head ? kCGHeadInsertEventTap : kCGTailAppendEventTap;
+}
+
+CGEventTapOptions optionsOf(Kind kind) {
+  return kind == Kind::filters ? kCGEventTapOptionDefault : kCGEventTapOptionListenOnly;
+}
+
+}  // namespace
+
+std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler handler) {
+  macos::connectToWindowServer();
+  const CGEventTapOptions options = optionsOf(kind);
+  Owned<CFMachPortRef> port(CGEventTapCreate(kCGSessionEventTap, placement(place), options, mask,
+                                             serve, permanent(std::move(handler))));
+  if (!port) return std::nullopt;
+  // The system has enabled it already, but nobody serves it yet.
+  CGEventTapEnable(port.get(), false);
+  if (!seesKeys(options, mask & keys)) return std::nullopt;
+  return Tap(macos::shared(std::move(port)));
+}
+
+void attach(const Tap& tap) {
+  const Owned<CFRunLoopSourceRef> source(
+      CFMachPortCreateRunLoopSource(kCFAllocatorDefault, native(tap), 0));
+  CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+}
+
+void enable(const Tap& tap) { CGEventTapEnable(native(tap), true); }
+
+}  // namespace tap

@@ -1,0 +1,65 @@
+#include <dispatch/dispatch.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "platform/loop.h"
+
+namespace loop {
+
+namespace {
+
+using Work = std::function<void()>;
+
+constexpr std::uint64_t nanosecondsPerMicrosecond = 1'000;
+constexpr std::uint64_t noLeeway = 0;
+
+struct Repetition {
+  dispatch_source_t timer;
+  std::int64_t left;
+  Work work;
+};
+
+void doWork(void* context) {
+  const std::unique_ptr<Work> work(static_cast<Work*>(context));
+  (*work)();
+}
+
+void forget(void* context) { delete static_cast<Repetition*>(context); }
+
+// One call may stand for several firings, when the main thread was busy.
+void repeat(void* context) {
+  auto* repetition = static_cast<Repetition*>(context);
+  const std::uint64_t due = dispatch_source_get_data(repetition->timer);
+  for (std::uint64_t i = 0; i < due && repetition->left > 0; ++i) {
+    --repetition->left;
+    repetition->work();
+  }
+  if (repetition->left > 0) return;
+  dispatch_source_cancel(repetition->timer);
+  dispatch_release(repetition->timer);
+}
+
+}  // namespace
+
+void postToMain(std::function<void()> work) {
+  dispatch_async_f(dispatch_get_main_queue(), new Work(std::move(work)), doWork);
+}
+
+void scheduleOnMain(std::uint32_t microseconds, std::int64_t count, std::function<void()> work) {
+  if (count <= 0) return;
+  const std::uint64_t interval =
+      std::max(microseconds * nanosecondsPerMicrosecond, std::uint64_t{1});
+  const dispatch_source_t timer =
+      dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, 0, dispatch_get_main_queue());
+  dispatch_set_context(timer, new Repetition{timer, count, std::move(work)});
+  dispatch_set_finalizer_f(timer, forget);
+  dispatch_source_set_event_handler_f(timer, repeat);
+  dispatch_source_set_timer(timer,
+                            dispatch_time(DISPATCH_TIME_NOW, static_cast<std::int64_t>(interval)),
+                            interval, noLeeway);
+  dispatch_activate(timer);
+}
+
+}  // namespace loop

@@ -1,0 +1,82 @@
+#include "platform/pasteboard.h"
+
+#import <AppKit/AppKit.h>
+
+#include "platform/macos/foundation_text.h"
+
+namespace pasteboard {
+
+namespace {
+
+NSPasteboard* general() { return NSPasteboard.generalPasteboard; }
+
+platform::Bytes bytes(NSData* data) { return {static_cast<const char*>(data.bytes), data.length}; }
+
+Item item(NSPasteboardItem* native) {
+  Item item;
+  for (NSPasteboardType type in native.types) {
+    NSData* data = [native dataForType:type];
+    if (data != nil) item.push_back({macos::textOrEmpty(type), bytes(data)});
+  }
+  return item;
+}
+
+// Nil when the system refuses one of the representations.
+NSPasteboardItem* nativeItem(const Item& item) {
+  NSPasteboardItem* native = [[NSPasteboardItem alloc] init];
+  for (const Representation& representation : item) {
+    const platform::Bytes& contents = representation.data;
+    NSData* data = [NSData dataWithBytes:contents.data() length:contents.size()];
+    NSPasteboardType type = macos::foundationString(representation.type);
+    if (![native setData:data forType:type]) return nil;
+  }
+  return native;
+}
+
+}  // namespace
+
+std::vector<Item> items() {
+  @autoreleasepool {
+    std::vector<Item> items;
+    for (NSPasteboardItem* each in general().pasteboardItems) items.push_back(item(each));
+    return items;
+  }
+}
+
+std::int64_t changeCount() {
+  @autoreleasepool {
+    return general().changeCount;
+  }
+}
+
+void clear() {
+  @autoreleasepool {
+    [general() clearContents];
+  }
+}
+
+bool write(const std::vector<Item>& items) {
+  @autoreleasepool {
+    NSMutableArray<id<NSPasteboardWriting>>* objects =
+        [NSMutableArray arrayWithCapacity:items.size()];
+    for (const Item& each : items) {
+      NSPasteboardItem* native = nativeItem(each);
+      if (native == nil) return false;
+      [objects addObject:native];
+    }
+    return [general() writeObjects:objects];
+  }
+}
+
+bool writeFiles(const std::vector<std::string>& paths) {
+  @autoreleasepool {
+    NSMutableArray<id<NSPasteboardWriting>>* objects =
+        [NSMutableArray arrayWithCapacity:paths.size()];
+    for (const std::string& path : paths) {
+      [objects addObject:[NSURL fileURLWithPath:macos::foundationString(path)]];
+    }
+    return [general() writeObjects:objects];
+  }
+}
+
+}  // namespace pasteboard

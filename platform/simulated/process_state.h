@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/event_tap.h"
+#include "platform/process.h"
+#include "platform/share.h"
+
+namespace simulated {
+
+/// What the simulated side of the seam keeps for its process: the handlers by the numbers under
+/// which the simulated Mac calls for them.
+struct ProcessState {
+  /// A piece of work for the main flow, and how often it is still to be done.
+  struct Work {
+    std::function<void()> body;
+    std::int64_t left = 0;
+  };
+
+  /// Guards the tables: flows may be threads that run at once.
+  std::mutex mutex;
+
+  std::function<void()> task;  // waits for the main flow to park
+  bool mainIsServed = false;   // something else than a task is for the main flow to do
+  bool hasFlows = false;       // flows beside the main one have been started
+  std::int64_t lastWork = 0;
+  std::map<std::int64_t, Work> works;
+  std::optional<std::thread::id> ending;  // the flow that ends the process
+  std::vector<std::function<void()>> exitHandlers;
+  std::function<void(process::Signal)> signalHandler;
+  std::map<std::int64_t, tap::Handler> tapHandlers;
+  std::map<std::int64_t, share::StopHandler> stopHandlers;
+  bool bringsStops = false;  // a flow waits for streams to stop
+  std::function<void()> terminationHandler;
+  std::function<void()> screenChangeHandler;
+  std::string input;        // read from the descriptor and not yet asked for
+  int lockDescriptor = -1;  // of the locked file
+
+  ProcessState() = default;
+  ProcessState(const ProcessState&) = delete;
+  ProcessState& operator=(const ProcessState&) = delete;
+  ~ProcessState();
+};
+
+/// The state of this process. It begins afresh with each channel that is set.
+ProcessState& state();
+void renewState();
+
+/// Does what comes to the main flow, until its application's loop ends by itself.
+void serveMainFlow();
+
+}  // namespace simulated

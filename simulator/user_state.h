@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/process.h"
+#include "platform/types.h"
+
+/// What belongs to the user rather than to an application: the devices, and how the system is set
+/// up.
+namespace simulator {
+
+enum class KeyboardLayout { us, german, french, japanese };
+
+struct Keyboard {
+  KeyboardLayout layout = KeyboardLayout::us;
+  std::uint64_t modifiers = 0;  // that the user holds down, as quartz::Modifier has them
+};
+
+/// A mouse button that the user holds down.
+struct HeldButton {
+  platform::WindowNumber window = 0;  // that took the press; 0: none did
+  bool dragged = false;
+};
+
+/// When the user last did something, in microseconds of virtual time.
+struct Activity {
+  std::optional<std::int64_t> before = 0;           // before the Mac was watched; absent: never
+  std::map<std::uint32_t, std::int64_t> lastTimes;  // by event type
+};
+
+/// The system as it is set up.
+struct System {
+  std::vector<std::string> languages = {"en"};
+  process::Version version{14, 2};
+  std::optional<std::string> directory;          // absent: the user's home
+  std::map<std::string, platform::Bytes> tools;  // what the programs at these paths write
+  std::map<std::string, std::string> links;      // symbolic links, by their paths
+};
+
+}  // namespace simulator

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+/// The text of these UTF-16 units. A surrogate without its other half becomes U+FFFD.
+std::string utf8Of(std::u16string_view units);
+
+/// The units of an event's text, which travel as two bytes each, the low one first.
+std::u16string unitsOf(std::string_view bytes);
+
+}  // namespace simulator

@@ -1,0 +1,157 @@
+"""What is installed and packaged, and that version, identifier and first line are the same everywhere."""
+import os
+import plistlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from mac import DRIVER, ROOT
+
+BUILD = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release"))
+VERSION = (ROOT / "VERSION").read_text().strip()
+COMPONENTS = {
+    "driver": {"bin/driver", "share/driver/doctor", "share/man/man1/driver.1",
+               "share/man/man7/driver-service.7", "share/bash-completion/completions/driver",
+               "share/zsh/site-functions/_driver", "share/fish/vendor_completions.d/driver.fish",
+               "share/driver/contract/errors.json"},
+    "simulated-mac": {"bin/simulated-mac", "share/man/man1/simulated-mac.1",
+                      "share/driver/worlds/desk.world"},
+    "docs": {"share/doc/driver/README.md", "share/doc/driver/ERRORS.md",
+             "share/doc/driver/COMMANDS.md", "share/doc/driver/SECURITY.md"}}
+
+
+def done(*command, **options):
+    run = subprocess.run([str(word) for word in command], capture_output=True, text=True, timeout=250,
+                         check=False, **options)
+    if run.returncode != 0:
+        raise AssertionError(f"{command}: status {run.returncode}\n{run.stdout}{run.stderr}")
+    return run.stdout
+
+
+def files_in(folder):
+    return {str(path.relative_to(folder)) for path in Path(folder).rglob("*") if path.is_file()}
+
+
+class Temporary(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="packages-")
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+
+class Installation(Temporary):
+    def test_is_by_components_that_have_no_file_in_common(self):
+        seen = set()
+        for component, wanted in COMPONENTS.items():
+            prefix = self.folder / component
+            done("cmake", "--install", BUILD, "--prefix", prefix, "--component", component)
+            found = files_in(prefix)
+            self.assertLessEqual(wanted, found)
+            self.assertFalse(seen & found)
+            seen |= found
+        schemas = {path.name for path in (ROOT / "packaging/contract/schemas").glob("*.json")}
+        self.assertLessEqual({f"share/driver/contract/schemas/{name}" for name in schemas}, seen)
+
+
+@unittest.skipUnless(shutil.which("dpkg-deb") and shutil.which("cpack"), "this is no Debian")
+class DebianPackage(Temporary):
+    def test_installs_runs_and_leaves_nothing_behind(self):
+        done("cpack", "-G", "DEB", "--config", BUILD / "CPackConfig.cmake", "-B", self.folder)
+        package = self.folder / f"simulated-mac_{VERSION}.deb"
+        fields = done("dpkg-deb", "-f", package, "Package", "Version", "Depends")
+        self.assertIn("Package: simulated-mac", fields)
+        self.assertIn(f"Version: {VERSION}", fields)
+        self.assertIn("libcairo2", fields)
+
+        root = self.folder / "root"
+        (root / "var/lib/dpkg/info").mkdir(parents=True)
+        (root / "var/lib/dpkg/updates").mkdir()
+        (root / "var/lib/dpkg/status").touch()
+        before = files_in(root / "usr") if (root / "usr").exists() else set()
+        # There is nothing else in this root, so what the package needs is that of the machine.
+        dpkg = ["dpkg", f"--root={root}", "--force-depends", "--force-not-root", "--log=/dev/null"]
+        done(*dpkg, "--install", package)
+        for wanted in COMPONENTS.values():
+            self.assertLessEqual({f"usr/{name}" for name in wanted}, files_in(root))
+        line = done(root / "usr/bin/simulated-mac", "run", "--virtual",
+                    root / "usr/share/driver/worlds/desk.world", "--",
+                    root / "usr/bin/driver", "bg-click", "Notes", "340", "574")
+        self.assertEqual('{"changed":true,"ok":true,"via":"background","window":7}\n', line)
+        done(*dpkg, "--purge", "simulated-mac")
+        self.assertEqual(before, files_in(root / "usr") if (root / "usr").exists() else set())
+
+
+class Identity(unittest.TestCase):
+    product = (ROOT / "main/product.h").read_text()
+    prefix = re.search(r'productIdentifier = "(.*)"', product)[1]
+
+    def test_has_one_version(self):
+        formula = (ROOT / "packaging/homebrew/driver.rb").read_text()
+        self.assertEqual(VERSION, re.search(r'version "(.*)"', formula)[1])
+        self.assertIn(f"driver-{VERSION}.tar.gz", formula)
+        newest = re.search(r"^## ([0-9.]+)", (ROOT / "CHANGELOG.md").read_text(), re.M)
+        self.assertEqual(VERSION, newest[1])
+
+    def test_has_one_identifier(self):
+        listed = []
+        for path in [*(ROOT / "packaging").rglob("*"), *(ROOT / "cmake").glob("*"),
+                     ROOT / "scripts/sign", ROOT / "scripts/package-macos"]:
+            if path.is_file() and self.prefix in path.read_text(errors="replace"):
+                listed.append(str(path))
+        self.assertEqual([], listed, "only main/product.h writes it down")
+
+    def test_is_in_the_property_list(self):
+        with tempfile.TemporaryDirectory() as folder:
+            listing = Path(folder) / "CMakeLists.txt"
+            listing.write_text("\n".join([
+                "cmake_minimum_required(VERSION 3.25)", "project(identity NONE)",
+                f'include("{ROOT}/cmake/identity.cmake")',
+                f'configure_file("{ROOT}/packaging/Info.plist.in" "{folder}/Info.plist" @ONLY)']))
+            done("cmake", "-S", folder, "-B", f"{folder}/build")
+            plist = plistlib.loads((Path(folder) / "Info.plist").read_bytes())
+        self.assertEqual(f"{self.prefix}.driver", plist["CFBundleIdentifier"])
+        self.assertEqual(VERSION, plist["CFBundleVersion"])
+        self.assertEqual(VERSION, plist["CFBundleShortVersionString"])
+        self.assertEqual("14.0", plist["LSMinimumSystemVersion"])
+
+    def test_needs_no_entitlements(self):
+        path = ROOT / "packaging/driver.entitlements"
+        self.assertEqual({}, plistlib.loads(path.read_bytes()))
+
+
+class Formula(unittest.TestCase):
+    def test_expects_what_bare_driver_writes(self):
+        formula = (ROOT / "packaging/homebrew/driver.rb").read_text()
+        line = re.search(r'line = "(.*)"$', formula, re.M)[1].encode().decode("unicode_escape")
+        status = re.search(r'shell_output\(bin/"driver", (\d)\)', formula)[1]
+        run = subprocess.run([DRIVER], capture_output=True, text=True, check=False)
+        self.assertEqual((line, int(status), ""), (run.stdout, run.returncode, run.stderr))
+
+
+class Scripts(unittest.TestCase):
+    def test_for_a_mac_are_well_formed_and_do_nothing_elsewhere(self):
+        for name in ("sign", "package-macos"):
+            script = ROOT / "scripts" / name
+            done("bash", "-n", script)
+            if os.uname().sysname != "Darwin":
+                run = subprocess.run([script], capture_output=True, text=True, check=False)
+                self.assertEqual(1, run.returncode)
+                self.assertRegex(run.stderr, "needs a Mac")
+
+    def test_that_the_workflow_runs_exist(self):
+        workflow = (ROOT / ".github/workflows/ci.yml").read_text()
+        names = set(re.findall(r"scripts/[a-z-]+", workflow))
+        self.assertGreaterEqual(len(names), 4)
+        for name in names:
+            self.assertTrue(os.access(ROOT / name, os.X_OK), name)
+        presets = re.search(r"preset: \[(.*)\]", workflow)[1].split(", ")
+        known = (ROOT / "CMakePresets.json").read_text()
+        for preset in presets:
+            self.assertIn(f'{{"name": "{preset}", "configurePreset"', known)
+
+
+if __name__ == "__main__":
+    unittest.main()

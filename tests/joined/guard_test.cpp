@@ -1,0 +1,157 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <memory>
+
+#include "mac.h"
+
+namespace joined {
+namespace {
+
+constexpr const char* desk = R"(
+display 1 1440x900 scale 1
+app Notes pid 41 bundle com.example.notes frontmost
+    window 7 "Inbox" at 100,80 size 800x600
+        AXTextArea "Body" at 120,130 size 700x400 focused
+)";
+
+constexpr const char* firstLine = "{\"covers\":1,\"keepAwake\":true,\"ok\":true}";
+
+/// A guard on a Mac of its own, which has written its first line.
+class Guarded {
+ public:
+  explicit Guarded(const std::string& world = desk, const Environment& variables = {})
+      : mac_(world), guard_(driverCommand({"lock-guard"}), mac_.environment(variables)) {
+    EXPECT_EQ(guard_.readLine(), firstLine);
+  }
+
+  const ServedMac& mac() const { return mac_; }
+  Process& process() { return guard_; }
+
+  /// Lets something happen to the Mac.
+  void happen(const std::vector<std::string>& words) const {
+    EXPECT_EQ(seen(mac_.command(words)), "0 {\"ok\":true}\n");
+  }
+
+  /// Lets the guard's last half second pass, and waits for its end.
+  std::string end() {
+    // It sleeps by now, or will: time stands still until it is told to move.
+    mac_.command({"advance", "1s"});
+    return seen(guard_.finish());
+  }
+
+  bool isLocked() const {
+    return mac_.command({"state"}).output.find("\"locked\":true") != std::string::npos;
+  }
+
+  std::string violations() const { return mac_.command({"violations"}).output; }
+
+ private:
+  ServedMac mac_;
+  Process guard_;
+};
+
+constexpr const char* noViolations = "{\"ok\":true,\"violations\":[]}\n";
+
+std::string lastLine(const std::string& by) {
+  return "0 {\"by\":\"" + by + "\",\"ok\":true,\"relocked\":true}\n";
+}
+
+TEST(guard, locks_when_its_input_is_closed) {
+  Guarded guard;
+  guard.process().closeInput();
+  EXPECT_EQ(seen(guard.process().finish()), lastLine("run"));
+  EXPECT_TRUE(guard.isLocked());
+  EXPECT_EQ(guard.violations(), noViolations);
+}
+
+TEST(guard, locks_at_once_for_a_caller_that_gives_no_input) {
+  const ServedMac mac(desk);
+  EXPECT_EQ(seen(mac.driver({"lock-guard"})),
+            "0 " + std::string(firstLine) + "\n" + lastLine("run").substr(2));
+}
+
+TEST(guard, locks_at_each_of_its_signals_and_once_when_it_comes_twice) {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    Guarded guard;
+    guard.process().signal(number);
+    guard.process().signal(number);
+    EXPECT_EQ(seen(guard.process().finish()), lastLine("signal")) << number;
+    EXPECT_TRUE(guard.isLocked()) << number;
+    EXPECT_EQ(guard.violations(), noViolations);
+  }
+}
+
+TEST(guard, locks_when_the_user_comes_back) {
+  Guarded guard;
+  guard.happen({"user", "key", "a"});
+  EXPECT_EQ(guard.end(), lastLine("user"));
+  EXPECT_TRUE(guard.isLocked());
+  EXPECT_EQ(guard.violations(), noViolations);
+}
+
+TEST(guard, lets_the_user_back_while_grace_lasts) {
+  Guarded guard(desk + std::string("at 3s user key a\n"), {{"ZENTROVE_COVER_GRACE", "10"}});
+  EXPECT_EQ(guard.process().readLine(), "{\"by\":\"grace\",\"ok\":true}");
+  // Its input stays open until it has ended: the end of input would be one more reason.
+  siginfo_t info = {};
+  EXPECT_EQ(waitid(P_PID, static_cast<id_t>(guard.process().pid()), &info, WEXITED | WNOWAIT), 0);
+  EXPECT_EQ(seen(guard.process().finish()), "0 ");
+  EXPECT_FALSE(guard.isLocked());
+  EXPECT_EQ(guard.violations(), noViolations);
+}
+
+TEST(guard, switches_its_wording) {
+  Guarded guard;
+  guard.process().write("operating\n");
+  guard.process().write(" minding\t\nOperating\noperating\r\n");
+  guard.process().closeInput();
+  EXPECT_EQ(seen(guard.process().finish()), lastLine("run"));
+  const std::string journal = guard.mac().command({"journal", "--text"}).output;
+  const std::size_t operating = journal.find("says \"Zentrove Desk is using this Mac for you\"");
+  const std::size_t minding = journal.find("says \"Zentrove Desk is minding this Mac\"");
+  // Both lines may have been read together, when the last one counts.
+  EXPECT_EQ(operating == std::string::npos, minding == std::string::npos) << journal;
+}
+
+// Faults of its own: it locks, and dies of them.
+TEST(guard, locks_before_it_dies_of_a_fault) {
+  for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP}) {
+    Guarded guard;
+    guard.process().signal(number);
+    EXPECT_EQ(seen(guard.process().finish()), std::to_string(128 + number) + " ") << number;
+    EXPECT_TRUE(guard.isLocked()) << number;
+  }
+}
+
+TEST(guard, goes_on_when_its_reader_has_gone) {
+  const ServedMac mac(desk);
+  // The shell's end of the pipe closes at once, and standard input stays open meanwhile.
+  Process shell(
+      {"/bin/sh", "-c", "{ \"$0\" lock-guard; echo \"status $?\" >&2; } | true", driverPath()},
+      mac.environment());
+  // Its end of the input is still ours.
+  mac.command({"user", "key", "a"});
+  shell.closeInput();
+  const Finished finished = shell.finish();
+  EXPECT_EQ(finished.errors, "status 0\n");
+  EXPECT_NE(mac.command({"state"}).output.find("\"locked\":true"), std::string::npos);
+}
+
+TEST(keep_awake, holds_until_it_is_terminated) {
+  const ServedMac mac(desk);
+  Process hold(driverCommand({"keep-awake"}), mac.environment());
+  EXPECT_EQ(hold.readLine(), "{\"keepAwake\":true,\"ok\":true}");
+  hold.signal(SIGTERM);
+  EXPECT_EQ(seen(hold.finish()), std::to_string(128 + SIGTERM) + " ");
+}
+
+TEST(lock_now, locks) {
+  const ServedMac mac(desk);
+  EXPECT_EQ(seen(mac.driver({"lock-now"})), "0 {\"ok\":true}\n");
+  EXPECT_NE(mac.command({"state"}).output.find("\"locked\":true"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace joined
