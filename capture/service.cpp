@@ -31,8 +31,13 @@ struct SessionScope {
   std::optional<std::string> scope;  // lower-cased
 };
 
-[[noreturn]] void failSharing(const std::exception& error) {
-  fail(std::string("native screen sharing unavailable: ") + error.what());
+[[noreturn]] void failSharing(const std::string& description) {
+  fail("native screen sharing unavailable: " + description);
+}
+
+/// The whole of it: a client's words may hold a NUL, at which `what` ends.
+std::string descriptionOf(const InputFailure& failure) {
+  return "InputFailure(message: \"" + failure.message() + "\")";
 }
 
 /// A reply that nobody takes is an end: the client knows nothing of what happens here any more.
@@ -60,9 +65,9 @@ class CaptureService {
       if (!request) fail("invalid capture service request");
       serve(*request);
     } catch (const InputFailure& failure) {
-      failSharing(failure);
+      failSharing(descriptionOf(failure));
     } catch (const platform::PlatformError& error) {
-      failSharing(error);
+      failSharing(error.what());
     }
   }
 

@@ -132,7 +132,8 @@ Reply replyFor(const workspace::Application& app, const Scene& scene) {
 Reply capture(const std::string& app, const std::string& path) {
   const std::optional<workspace::Application> target = runningApp(app);
   if (!target) return {{"ok", true}, {"running", false}};
-  const share::Content content = share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
+  const share::Content content =
+      share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
   const std::vector<share::Window> kept = keptWindows(content.windows, target->pid);
   if (kept.empty()) {
     return {{"ok", true}, {"running", true}, {"rect", Value()}, {"windows", Value::List{}}};

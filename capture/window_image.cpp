@@ -11,7 +11,8 @@ namespace driver {
 
 std::optional<platform::Bytes> windowImage(platform::WindowNumber number) {
   try {
-    const share::Content content = share::content(share::DesktopWindows::included, share::Shown::onScreen);
+    const share::Content content =
+        share::content(share::DesktopWindows::included, share::Shown::onScreen);
     const auto window =
         std::find_if(content.windows.begin(), content.windows.end(),
                      [&](const share::Window& candidate) { return candidate.number == number; });

@@ -1,5 +1,11 @@
 # Cross-compiles for macOS on Apple silicon where there is no Mac. The compiler that
-# scripts/check-macos installs brings the libraries of C and C++. Never used on a Mac.
+# scripts/check-macos installs brings the libraries of C and C++. On a Mac its own compiler and SDK do
+# it, and this says only what is built for.
+if(CMAKE_HOST_SYSTEM_NAME STREQUAL "Darwin")
+  set(CMAKE_OSX_DEPLOYMENT_TARGET 14.0 CACHE STRING "The oldest system it runs on")
+  set(CMAKE_OSX_ARCHITECTURES arm64 CACHE STRING "What it is built for")
+  return()
+endif()
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR arm64)
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <random>
+
 #include "tests/support/inside.h"
 
 namespace driver {
@@ -121,6 +125,33 @@ TEST(releaseInputFocus, ends_all_holds_at_once_when_asked_to) {
   std::int64_t left = 9;
   EXPECT_EQ(release(mac, 3, true, left).effects, takenBack);
   EXPECT_EQ(left, 0);
+}
+
+TEST(releaseInputFocus, keeps_its_counts_in_any_sequence_of_holds_and_releases) {
+  constexpr int steps = 400;
+  TestMac mac(desk);
+  std::minstd_rand random(7);
+  runInside(mac, [&] {
+    std::map<platform::Pid, std::int64_t> expected;
+    for (int step = 0; step < steps; ++step) {
+      const platform::Pid pid = random() % 2 == 0 ? 40 : 41;
+      const auto choice = random() % 4;
+      if (choice < 2) {
+        EXPECT_EQ(noteHeldFocus(pid, 5, false), expected[pid] > 0);
+        ++expected[pid];
+      } else {
+        const bool all = choice == 3;
+        releaseInputFocus(pid, all);
+        expected[pid] = all ? 0 : std::max<std::int64_t>(expected[pid] - 1, 0);
+      }
+      std::map<platform::Pid, std::int64_t> counts = {{40, 0}, {41, 0}};
+      for (const auto& [held, hold] : globals().heldInputFocus) counts[held] = hold.count;
+      EXPECT_EQ(counts,
+                (std::map<platform::Pid, std::int64_t>{{40, expected[40]}, {41, expected[41]}}));
+    }
+    releaseInputFocus(40, true);
+    releaseInputFocus(41, true);
+  });
 }
 
 TEST(releaseInputFocus, leaves_focus_to_the_process_in_front) {

@@ -143,7 +143,7 @@ void readStopSharing(Words& words, Reading& reading) {
   reading.happening.kind = Kind::stopSharing;
   words.expect("stop", "sharing");
   reading.happening.pid = readApplication(words, reading.world, "sharing");
-  reading.happening.text = words.atEnd() ? userStopped : words.text("sharing", "the reason");
+  reading.happening.text = words.atEnd() ? userStopped : words.name("sharing", "the reason");
 }
 
 constexpr std::array<Option<Reading>, 2> closeOptions = {{
@@ -220,7 +220,7 @@ constexpr std::array<Option<Reading>, 23> kinds = {{
     {"input",
      [](Words& words, Reading& reading) {
        reading.happening.kind = Kind::input;
-       reading.happening.text = words.text("input", "what arrives on standard input");
+       reading.happening.text = words.name("input", "what arrives on standard input");
      }},
     {"close",
      [](Words& words, Reading& reading) {

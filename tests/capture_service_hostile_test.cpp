@@ -43,7 +43,7 @@ TEST(hostile_requests, of_megabytes_are_served_or_refused_like_others) {
 }
 
 TEST(hostile_requests, that_nest_deeply_do_not_exhaust_anything) {
-  for (const std::size_t depth : {501, 100'000, 1'000'000}) {
+  for (const std::size_t depth : {501U, 100'000U, 1'000'000U}) {
     EXPECT_TRUE(isUnavailable(lastLineAfter(std::string(depth, '['))));
     EXPECT_TRUE(isUnavailable(lastLineAfter(std::string(depth, '[') + std::string(depth, ']'))));
     std::string objects;

@@ -226,6 +226,8 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"open_twice", openLine("s", "Mail"), "invalid capture session"},
         Ending{"not_running", openLine("t", "Paint"),
                inputFailure("capture target is not running: Paint")},
+        Ending{"not_running_with_a_nul", openLine("t", "Paint\\u0000"),
+               inputFailure("capture target is not running: Paint\\u0000")},
         Ending{"not_running_pid", openLine("t", "pid:77"),
                inputFailure("capture target is not running: pid:77")},
         Ending{"scope_without_window",

@@ -21,14 +21,14 @@ Item item(NSPasteboardItem* native) {
   return item;
 }
 
-// Nil when the system refuses one of the representations.
+// Without the representations that the system refuses.
 NSPasteboardItem* nativeItem(const Item& item) {
   NSPasteboardItem* native = [[NSPasteboardItem alloc] init];
   for (const Representation& representation : item) {
     const platform::Bytes& contents = representation.data;
     NSData* data = [NSData dataWithBytes:contents.data() length:contents.size()];
     NSPasteboardType type = macos::foundationString(representation.type);
-    if (![native setData:data forType:type]) return nil;
+    [native setData:data forType:type];
   }
   return native;
 }
@@ -60,9 +60,7 @@ bool write(const std::vector<Item>& items) {
     NSMutableArray<id<NSPasteboardWriting>>* objects =
         [NSMutableArray arrayWithCapacity:items.size()];
     for (const Item& each : items) {
-      NSPasteboardItem* native = nativeItem(each);
-      if (native == nil) return false;
-      [objects addObject:native];
+      [objects addObject:nativeItem(each)];
     }
     return [general() writeObjects:objects];
   }

@@ -143,7 +143,11 @@ std::optional<std::string> readFile(const std::string& path) {
 
 int lockFile(const std::string& path) {
   const int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK;
-  const int descriptor = open(path.c_str(), flags, forOwnerAlone);
+  const int opened = open(path.c_str(), flags, forOwnerAlone);
+  if (opened < 0) return -1;
+  // Where a standard descriptor is closed, the file has taken its place.
+  const int descriptor = fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  close(opened);
   if (descriptor < 0) return -1;
   if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
   close(descriptor);

@@ -218,6 +218,19 @@ TEST_F(Files, lockFile_creates_a_file_for_its_owner_alone) {
   close(lock);
 }
 
+TEST_F(Files, lockFile_takes_no_standard_descriptors_place) {
+  const int kept = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  const int lock = posix::lockFile(path("lock"));
+  const bool stillClosed = fcntl(STDIN_FILENO, F_GETFD) < 0;
+  dup2(kept, STDIN_FILENO);
+  close(kept);
+
+  EXPECT_GT(lock, STDERR_FILENO);
+  EXPECT_TRUE(stillClosed);
+  close(lock);
+}
+
 TEST_F(Files, lockFile_leaves_what_is_in_the_file) {
   write("lock", "contents");
   const int lock = posix::lockFile(path("lock"));

@@ -56,6 +56,18 @@ class Messages(unittest.TestCase):
     def stands(self, literal):
         return any(literal == piece or literal in piece for piece in self.pieces)
 
+    def test_that_a_call_fails_with_alone_are_whole_messages(self):
+        whole = {entry["message"] for entry in table.errors()}
+        count = 0
+        for path, text in sources():
+            for call in FAILING_CALL.finditer(text):
+                argument = argument_at(text, call.end()).strip()
+                if STRINGS.fullmatch(argument):
+                    count += 1
+                    with self.subTest(source=str(path)):
+                        self.assertIn(text_of(argument), whole)
+        self.assertGreater(count, 40)
+
     def test_that_a_call_fails_with_are_in_the_catalogue(self):
         everything = "\n".join(text for _, text in sources())
         everything += (ROOT / "input/held_focus.h").read_text()

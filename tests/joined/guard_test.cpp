@@ -77,7 +77,7 @@ TEST(guard, locks_at_each_of_its_signals_and_once_when_it_comes_twice) {
     Guarded guard;
     guard.process().signal(number);
     guard.process().signal(number);
-    EXPECT_EQ(seen(guard.process().finish()), lastLine("signal")) << number;
+    EXPECT_EQ(guard.end(), lastLine("signal")) << number;
     EXPECT_TRUE(guard.isLocked()) << number;
     EXPECT_EQ(guard.violations(), noViolations);
   }

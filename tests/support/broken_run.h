@@ -47,7 +47,8 @@ class BrokenRun : public testing::Test {
 
   void after(platform::Function function, driver::Datum::List arguments, driver::Datum answer,
              simulator::Microseconds delay = 0) {
-    rules_.after({function, std::move(arguments)}, {std::move(answer), delay}, false, 0, violations_);
+    rules_.after({function, std::move(arguments)}, {std::move(answer), delay}, false, 0,
+                 violations_);
   }
 
   platform::EventImage event(std::uint32_t type, simulator::WindowNumber window = 7) {

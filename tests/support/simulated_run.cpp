@@ -9,6 +9,7 @@
 #include "platform/simulated/channel.h"
 #include "simulator/world_text.h"
 #include "tests/support/channels.h"
+#include "tests/support/seen_replies.h"
 
 namespace testing_support {
 
@@ -132,6 +133,7 @@ Result TestMac::record(const std::vector<std::string>& commandLine, const Enviro
   result.status = run(client);
   desktop_->leave(client);
   result.output = desktop_->client(client).output;
+  keepReplies(commandLine, result.output);
   result.elapsed = desktop_->mac().now - start;
   result.calls = callNames(*desktop_, firstCall);
   result.effects = effectLines(*desktop_, firstEntry, start);

@@ -49,12 +49,12 @@
 @property(nonatomic, assign) CGRect sourceRect;
 @property(nonatomic, assign) CMTime minimumFrameInterval;
 @property(nonatomic, assign) NSInteger queueDepth;
-@property(nonatomic, assign) BOOL capturesAudio __attribute__((
-    availability(macos, introduced = 13.0)));
-@property(nonatomic, strong, nullable) NSString* streamName __attribute__((
-    availability(macos, introduced = 14.0)));
-@property(nonatomic, assign) BOOL includeChildWindows __attribute__((
-    availability(macos, introduced = 14.2)));
+@property(nonatomic, assign) BOOL capturesAudio
+    __attribute__((availability(macos, introduced=13.0)));
+@property(nonatomic, strong, nullable) NSString* streamName
+    __attribute__((availability(macos, introduced=14.0)));
+@property(nonatomic, assign) BOOL includeChildWindows
+    __attribute__((availability(macos, introduced=14.2)));
 @end
 
 typedef enum SCStreamOutputType : NSInteger {
@@ -87,10 +87,10 @@ typedef enum SCStreamOutputType : NSInteger {
           completionHandler:(nullable void (^)(NSError* _Nullable error))completionHandler;
 - (void)updateConfiguration:(SCStreamConfiguration*)streamConfig
           completionHandler:(nullable void (^)(NSError* _Nullable error))completionHandler;
-- (void)startCaptureWithCompletionHandler:(nullable void (^)(NSError* _Nullable error))
-                                              completionHandler;
-- (void)stopCaptureWithCompletionHandler:(nullable void (^)(NSError* _Nullable error))
-                                             completionHandler;
+- (void)startCaptureWithCompletionHandler:
+    (nullable void (^)(NSError* _Nullable error))completionHandler;
+- (void)stopCaptureWithCompletionHandler:
+    (nullable void (^)(NSError* _Nullable error))completionHandler;
 @end
 
 __attribute__((availability(macos, introduced = 14.0)))

@@ -1,0 +1,64 @@
+"""Every line that any run of the test "direct" wrote is as its schema says."""
+import json
+import os
+import sys
+import unittest
+from pathlib import Path
+
+from mac import ROOT
+from validation import Validation
+
+import table
+
+FILE = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release")) / "replies.txt"
+SKIPPED = 77
+
+
+def entries():
+    """(command, line) of each that was written."""
+    for entry in FILE.read_bytes().decode().removesuffix("\n").split("\n"):
+        command, _, line = entry.partition("\t")
+        yield command, line
+
+
+def values_in(line):
+    """The objects on a line: more than one when the line feed between them was not taken."""
+    decoder = json.JSONDecoder()
+    at = 0
+    while at < len(line):
+        value, at = decoder.raw_decode(line, at)
+        yield value
+
+
+class Suite(unittest.TestCase):
+    def test_writes_nothing_that_does_not_validate(self):
+        seen = Validation()
+        names = {command.name for command in table.commands()}
+        met = set()
+        for command, line in entries():
+            for value in values_in(line):
+                if command not in names:
+                    # Some tests run a piece of the program under a name of their own.
+                    if not value.get("error", "").startswith("unknown command: "):
+                        continue
+                    command = "no-command"
+                met.add(command)
+                with self.subTest(command=command, line=line[:300]):
+                    self.assertEqual([], seen.faults(command, value))
+                if command == "capture-service" and "reply" in value:
+                    with self.subTest(line=line[:300]):
+                        self.assert_shared(seen, value["reply"])
+        print(f"{seen.count} lines of {len(met)} commands validated, {len(seen.errors)} failures")
+        self.assertEqual(names | {"no-command"}, met)
+
+    def assert_shared(self, seen, reply):
+        """A reply within a session is one of those that shared commands give."""
+        shared = ("held-focus", "bg-click", "bg-scroll", "bg-drag", "capture")
+        self.assertTrue(any(not seen.faults(name, reply) for name in shared))
+
+
+if __name__ == "__main__":
+    if not FILE.exists():
+        print(f"there is no {FILE}: the test direct has not been run")
+        sys.exit(SKIPPED)
+    unittest.main()
