@@ -298,6 +298,8 @@ void Rules::checkOperation(const EventImage& event, Violations& violations) {
 }
 
 bool Rules::inScope(WindowNumber number) const {
+  // Each session of a service has a scope of its own, which only the service knows.
+  if (command() == "capture-service") return true;
   const Window* window = findWindow(mac_.world, number);
   return window == nullptr || titleInScope(client_, window->title.value_or(""));
 }

@@ -100,6 +100,15 @@ TEST(capture_service, takes_no_scope_from_its_own_environment) {
   EXPECT_EQ(seen(run), served(0, {draftsShared}));
 }
 
+TEST(capture_service, operates_in_the_scope_of_the_session_alone) {
+  TestMac mac(desk);
+
+  const Result run = serve(mac, {openLine("s", "Notes"), commandLine("s", "bg-click Notes 130 95")},
+                           {{{"CU_WINDOW", "Outbox"}}, {}, true, {}});
+
+  EXPECT_EQ(seen(run), served(0, {notesShared, clicked}));
+}
+
 TEST(capture_service, ignores_what_it_does_not_know_and_scopes_that_are_no_text) {
   TestMac mac(desk);
 
