@@ -70,7 +70,7 @@ bool emit(const Reply& reply) {
 }
 
 bool emitWithin(const Reply& reply, std::uint32_t microseconds) {
-  return streams::writeOutputWithin(json::write(repaired(reply)), microseconds) &&
+  return streams::writeOutputWithin(lineOf(reply), microseconds) &&
          streams::writeOutputWithin("\n", microseconds);
 }
 
