@@ -50,10 +50,6 @@ bool isPrivateField(Field field) {
 
 EventType typeOf(const EventImage& event) { return static_cast<EventType>(event.type); }
 
-bool isDown(EventType type) {
-  return type == EventType::leftMouseDown || type == EventType::rightMouseDown;
-}
-
 bool isRight(EventType type) {
   return type == EventType::rightMouseDown || type == EventType::rightMouseUp;
 }
@@ -187,7 +183,7 @@ Landing takePress(Delivery& delivery, ClickProgress& progress) {
   if (buttonOf(event) != progress.button) {
     return refused("another button than the priming events announced");
   }
-  if (isDown(type)) {
+  if (isPress(event)) {
     if (progress.pressedType) return refused("a second press without a release");
     if (state != progress.clickState + 1) return refused("wrong click state");
     progress.pressedType = event.type;
@@ -281,6 +277,10 @@ std::int64_t fieldOf(const EventImage& event, Field field) {
     if (entry.field == number) value = entry.value;
   }
   return value;
+}
+
+bool isPress(const EventImage& event) {
+  return typeOf(event) == EventType::leftMouseDown || typeOf(event) == EventType::rightMouseDown;
 }
 
 void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {

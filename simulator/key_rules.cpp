@@ -5,9 +5,12 @@
 #include <iterator>
 
 #include "base/utf8.h"
+#include "simulator/arguments.h"
+#include "simulator/input.h"
 #include "simulator/key_window.h"
 #include "simulator/keyboard.h"
 #include "simulator/keyboard_layouts.h"
+#include "simulator/pace_rules.h"
 #include "simulator/reply_rules.h"
 #include "simulator/utf16_text.h"
 
@@ -19,17 +22,11 @@ using platform::Function;
 
 namespace {
 
-constexpr std::uint32_t waitAfterPost = 12'000;
 constexpr std::uint32_t waitAfterLineBreak = 50'000;
 constexpr std::uint32_t waitBeforeTakingBack = 50'000;
 constexpr std::uint32_t waitAfterMenu = 100'000;
 constexpr std::uint32_t waitAfterRestore = 100'000;
 constexpr std::uint32_t waitAfterKeyRecords = 300'000;
-constexpr std::size_t recordTypeOffset = 0x08;
-constexpr std::size_t recordWindowOffset = 0x3C;
-constexpr std::size_t recordFocusOffset = 0x8A;
-constexpr char focusRecordType = 0x0D;
-constexpr char secondKeyRecordType = 0x02;
 constexpr double tolerance = 2;  // points, of two windows that cannot be told apart
 constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanelService";
 
@@ -53,21 +50,6 @@ std::string lowered(std::string text) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   }
   return text;
-}
-
-template <class T>
-T argument(const Call& call, std::size_t index) {
-  if (index >= call.arguments.size()) throw driver::MalformedDatum();
-  return driver::unpack<T>(call.arguments[index]);
-}
-
-WindowNumber windowOf(const std::string& record) {
-  WindowNumber window = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    const auto byte = static_cast<std::uint8_t>(record[recordWindowOffset + i]);
-    window |= static_cast<WindowNumber>(byte) << (8 * i);
-  }
-  return window;
 }
 
 bool isNear(const Rect& a, const Rect& b) {
@@ -178,9 +160,9 @@ void KeyRules::before(const Call& call, std::uint32_t lastSleep, bool isFailing,
                       Violations& violations) {
   if (!isWatched(call.function) || !concernsUs()) return;
   if (call.function == Function::publicPost || call.function == Function::privatePost) {
-    const auto event = argument<EventImage>(call, 1);
+    const auto event = Arguments(call).get<EventImage>(1);
     if (!isKeyEvent(event)) return;
-    const auto pid = argument<Pid>(call, 0);
+    const auto pid = Arguments(call).get<Pid>(0);
     const Application* application = findApplication(mac_.world, pid);
     const bool isFirst = steps_.empty() && typed_.empty();
     if (pid == mac_.world.frontmost && application != nullptr && isFirst) {
@@ -217,14 +199,12 @@ void KeyRules::checkKey(const EventImage& event, Violations& violations) {
 /// I5 of taking focus back; I11 and I12 of the window that is made key.
 void KeyRules::checkRecord(const Call& call, std::uint32_t lastSleep, bool isFailing,
                            Violations& violations) {
-  const auto record = argument<std::string>(call, 2);
-  if (record.size() <= recordFocusOffset) return;
-  const char type = record[recordTypeOffset];
-  const bool takes = type == focusRecordType && record[recordFocusOffset] == 2;
-  if (takes && !isFailing && lastSleep != waitBeforeTakingBack) {
+  const std::string record = Arguments(call).text(2);
+  const RecordKind kind = recordKind(record);
+  if (kind == RecordKind::takesFocus && !isFailing && lastSleep != waitBeforeTakingBack) {
     violations.push_back("I5: focus is taken back without the wait before it");
   }
-  if (type == secondKeyRecordType) checkWindow(windowOf(record), violations);
+  if (kind == RecordKind::secondOfKeyPair) checkWindow(recordWindow(record), violations);
 }
 
 void KeyRules::checkWindow(WindowNumber number, Violations& violations) {
@@ -262,15 +242,12 @@ std::vector<std::uint32_t> KeyRules::after(const Call& call, const Answer& answe
       menuPressed_ = true;
       return {waitAfterMenu};
     case Function::axSetAttribute:
-      if (argument<std::string>(call, 1) == "AXFocused") return {waitAfterRestore};
+      if (Arguments(call).text(1) == "AXFocused") return {waitAfterRestore};
       return {};
-    case Function::postRecord: {
-      const auto record = argument<std::string>(call, 2);
-      const bool isSecond =
-          record.size() > recordTypeOffset && record[recordTypeOffset] == secondKeyRecordType;
-      if (!isSecond || driver::unpack<std::int32_t>(answer.value) != 0) return {};
+    case Function::postRecord:
+      if (recordKind(Arguments(call).text(2)) != RecordKind::secondOfKeyPair) return {};
+      if (driver::unpack<std::int32_t>(answer.value) != 0) return {};
       return {waitAfterKeyRecords};
-    }
     default:
       return {};
   }

@@ -36,15 +36,6 @@ std::string keyRecord(WindowNumber window, char type) {
   return record;
 }
 
-WindowNumber windowOf(const std::string& record) {
-  WindowNumber window = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    window |= static_cast<WindowNumber>(static_cast<std::uint8_t>(record[windowOffset + i]))
-              << (8 * i);
-  }
-  return window;
-}
-
 std::string firstDifference(const std::string& record, const std::string& expected) {
   if (record.size() != expected.size()) return "malformed record: wrong length";
   for (std::size_t i = 0; i < record.size(); ++i) {
@@ -79,10 +70,34 @@ std::string takeKeyRecord(World& world, Application& application, WindowNumber w
 
 }  // namespace
 
+RecordKind recordKind(const std::string& record) {
+  if (record.size() <= focusOffset) return RecordKind::other;
+  switch (record[typeOffset]) {
+    case 1:
+      return RecordKind::firstOfKeyPair;
+    case 2:
+      return RecordKind::secondOfKeyPair;
+    case focusType:
+      return record[focusOffset] == 2 ? RecordKind::takesFocus : RecordKind::givesFocus;
+    default:
+      return RecordKind::other;
+  }
+}
+
+WindowNumber recordWindow(const std::string& record) {
+  WindowNumber window = 0;
+  if (record.size() < recordLength) return window;
+  for (std::size_t i = 0; i < 4; ++i) {
+    window |= static_cast<WindowNumber>(static_cast<std::uint8_t>(record[windowOffset + i]))
+              << (8 * i);
+  }
+  return window;
+}
+
 void takeRecord(Mac& mac, Pid pid, const std::string& record) {
   const std::uint8_t type =
       record.size() > typeOffset ? static_cast<std::uint8_t>(record[typeOffset]) : 0;
-  const WindowNumber window = record.size() >= recordLength ? windowOf(record) : 0;
+  const WindowNumber window = recordWindow(record);
   const bool focus = type == focusType;
   const bool give = record.size() > focusOffset && record[focusOffset] == 1;
   const bool second = type == 2;

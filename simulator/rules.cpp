@@ -1,8 +1,6 @@
 #include "simulator/rules.h"
 
-#include <algorithm>
-#include <array>
-
+#include "simulator/arguments.h"
 #include "simulator/input.h"
 #include "simulator/keyboard.h"
 #include "simulator/reply_rules.h"
@@ -17,21 +15,8 @@ using quartz::EventType;
 namespace {
 
 constexpr std::int64_t ownEventTag = 0x5A545256;
-constexpr std::uint32_t waitAfterPost = 12'000;
-constexpr std::uint32_t waitAfterFocusRecord = 40'000;
 constexpr std::uint32_t waitBetweenClicks = 80'000;
-constexpr std::uint32_t waitBeforePicture = 200'000;
-constexpr std::uint32_t waitAfterClick = 100'000;
-constexpr std::uint32_t waitAfterMotion = 50'000;
-constexpr std::int64_t pressEventNumber = 3;
 constexpr int timeoutsMax = 2;
-constexpr std::size_t recordTypeOffset = 0x08;
-constexpr std::size_t recordFocusOffset = 0x8A;
-constexpr char focusRecordType = 0x0D;
-
-/// Every wait that any command makes, in microseconds.
-constexpr std::array<std::uint32_t, 11> knownWaits = {
-    1'000, 12'000, 15'000, 40'000, 50'000, 80'000, 100'000, 150'000, 200'000, 300'000, 500'000};
 
 bool usable(const Session& session) {
   return !session.readable || (!session.locked.value_or(false) && session.onConsole.value_or(true));
@@ -46,42 +31,11 @@ bool isPost(Function function) {
   return function == Function::publicPost || function == Function::privatePost;
 }
 
-const driver::Datum& argumentOf(const Call& call, std::size_t index) {
-  if (index >= call.arguments.size()) throw driver::MalformedDatum();
-  return call.arguments[index];
-}
-
-EventImage eventOf(const Call& call) { return driver::unpack<EventImage>(argumentOf(call, 1)); }
-
-bool isDown(std::uint32_t type) {
-  return type == static_cast<std::uint32_t>(EventType::leftMouseDown) ||
-         type == static_cast<std::uint32_t>(EventType::rightMouseDown);
-}
+EventImage eventOf(const Call& call) { return Arguments(call).get<EventImage>(1); }
 
 bool isUp(std::uint32_t type) {
   return type == static_cast<std::uint32_t>(EventType::leftMouseUp) ||
          type == static_cast<std::uint32_t>(EventType::rightMouseUp);
-}
-
-std::int64_t numberOf(const EventImage& event) {
-  return fieldOf(event, quartz::Field::mouseEventNumber);
-}
-
-/// A scroll or a move by itself, no part of a click.
-bool isMotion(const EventImage& event) {
-  const auto type = static_cast<EventType>(event.type);
-  return type == EventType::scrollWheel ||
-         (type == EventType::mouseMoved && numberOf(event) == pressEventNumber);
-}
-
-/// The waits that an operation owes: that of every post, and that of its step in a click. Between
-/// two clicks 80 ms pass, which the next press shows.
-std::vector<std::uint32_t> waitsAfter(const EventImage& event) {
-  if (isMotion(event)) return {waitAfterPost};
-  if (static_cast<EventType>(event.type) == EventType::mouseMoved) return {waitAfterPost, 15'000};
-  if (isDown(event.type)) return {waitAfterPost, 1'000};
-  if (numberOf(event) != pressEventNumber) return {waitAfterPost, 100'000};
-  return {waitAfterPost};
 }
 
 std::int64_t tagOf(const EventImage& event) {
@@ -122,9 +76,9 @@ bool letsUserAct(Function function) {
 
 /// The application that a call lets react; 0 for a call that only reads.
 Pid actsOn(const Call& call) {
-  if (isPost(call.function)) return driver::unpack<Pid>(argumentOf(call, 0));
+  if (isPost(call.function)) return Arguments(call).get<Pid>(0);
   if (call.function != Function::axPerform && call.function != Function::axSetAttribute) return 0;
-  return driver::unpack<platform::ElementReference>(argumentOf(call, 0)).pid;
+  return Arguments(call).get<platform::ElementReference>(0).pid;
 }
 
 }  // namespace
@@ -148,13 +102,13 @@ void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
   look();
   if (isPost(call.function)) posted_ = eventOf(call);
   if (isPost(call.function) || call.function == Function::postRecord) postingFlow_ = flow;
-  if (flow == postingFlow_) checkPace(call, violations);
+  if (flow == postingFlow_) pace_.before(call, postedSoFar(call), violations);
   if (isPost(call.function)) checkPost(call, violations);
   if (call.function == Function::screenshot) checkScreenshot(call, violations);
   insert_.before(call, violations);
   guard_.before(call, flow, violations);
-  keys_.before(call, lastSleep_, livenessFailed_, violations);
-  clipboard_.before(call, lastSleep_, violations);
+  keys_.before(call, pace_.lastSleep(), livenessFailed_, violations);
+  clipboard_.before(call, pace_.lastSleep(), violations);
 }
 
 void Rules::look() {
@@ -171,7 +125,7 @@ void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size
   guard_.after(call, answer, flow);
   checkStall(call, answer, violations);
   clipboard_.after(call, answer);
-  if (auto owed = keys_.after(call, answer); !owed.empty()) owedSleeps_ = std::move(owed);
+  if (auto owed = keys_.after(call, answer); !owed.empty()) pace_.owe(std::move(owed));
   switch (call.function) {
     case Function::session:
       noteSession(answer);
@@ -214,52 +168,19 @@ void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size
   }
 }
 
-/// I5: the waits owed by a post operation or a focus record come right after it, and no wait is
-/// longer than told.
-void Rules::checkPace(const Call& call, Violations& violations) {
-  const bool isSleep = call.function == Function::sleep;
-  const auto length = isSleep ? driver::unpack<std::uint32_t>(argumentOf(call, 0)) : 0;
-  const bool secondRoute = lastWasPrivatePost_ && call.function == Function::publicPost &&
-                           posted_.identity == lastIdentity_;
-  if (!owedSleeps_.empty() && isSleep && length == owedSleeps_.front()) {
-    owedSleeps_.erase(owedSleeps_.begin());
-  } else if (!owedSleeps_.empty() && !secondRoute) {
-    violations.push_back("I5: a wait of " + std::to_string(owedSleeps_.front()) + " us is missing");
-    owedSleeps_.clear();
-  }
-  lastWasPrivatePost_ = call.function == Function::privatePost;
-  if (!isSleep) {
-    checkPauseBefore(call, violations);
-    return;
-  }
-  lastSleep_ = length;
-  if (std::find(knownWaits.begin(), knownWaits.end(), length) == knownWaits.end()) {
-    violations.push_back("I5: a wait of " + std::to_string(length) + " us is never due");
-  }
-}
-
-/// I5: after input a picture is taken only 200 ms later, and focus is taken back only 100 ms after
-/// a click and 50 ms after a scroll or move, unless the run is failing.
-void Rules::checkPauseBefore(const Call& call, Violations& violations) {
-  if (!lastIdentity_) return;
-  if (call.function == Function::shareContent && lastSleep_ != waitBeforePicture) {
-    violations.push_back("I5: a picture without the wait before it");
-  }
-  if (call.function != Function::postRecord || livenessFailed_ || keys_.concernsUs()) return;
-  const auto record = driver::unpack<std::string>(argumentOf(call, 2));
-  const bool taken = record.size() > recordFocusOffset &&
-                     record[recordTypeOffset] == focusRecordType && record[recordFocusOffset] == 2;
-  if (service_.isInterrupted()) return;
-  const bool motion = isMotion(posted_);
-  if (taken && lastSleep_ != (motion ? waitAfterMotion : waitAfterClick)) {
-    violations.push_back("I5: focus is taken back without the wait before it");
-  }
+PostedSoFar Rules::postedSoFar(const Call& call) const {
+  PostedSoFar posted;
+  posted.anything = lastIdentity_.has_value();
+  posted.isMotion = isMotion(posted_);
+  posted.again = isPost(call.function) && posted_.identity == lastIdentity_;
+  posted.mayHurryFocusBack = livenessFailed_ || keys_.concernsUs() || service_.isInterrupted();
+  return posted;
 }
 
 void Rules::checkPost(const Call& call, Violations& violations) {
-  const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
+  const auto pid = Arguments(call).get<Pid>(0);
   const EventImage& event = posted_;
-  owedSleeps_ = isKeyEvent(event) ? keys_.waitsAfter(event) : waitsAfter(event);
+  pace_.owe(isKeyEvent(event) ? keys_.waitsAfter(event) : waitsAfter(event));
   if (tagOf(event) != ownEventTag) violations.push_back("I3: an event without the own tag");
   // The modifiers of a key are checked with its command.
   const bool isTold = isKeyEvent(event) && keys_.concernsUs();
@@ -285,11 +206,11 @@ void Rules::checkOperation(const EventImage& event, Violations& violations) {
   if (service && mac_.world.processes.count(*service) == 0 && ++operationsAfterDeath_ > 1) {
     violations.push_back("I2: two operations after the service's death");
   }
-  const bool secondClick = isDown(event.type) && fieldOf(event, quartz::Field::clickState) == 2;
-  if (secondClick && lastSleep_ != waitBetweenClicks && !creationFailed_) {
+  const bool secondClick = isPress(event) && fieldOf(event, quartz::Field::clickState) == 2;
+  if (secondClick && pace_.lastSleep() != waitBetweenClicks && !creationFailed_) {
     violations.push_back("I5: a second click without the wait before it");
   }
-  if (isDown(event.type)) ++pressed_[event.type];
+  if (isPress(event)) ++pressed_[event.type];
   if (isUp(event.type)) --pressed_[event.type - 1];
   const auto window = static_cast<WindowNumber>(fieldOf(event, quartz::Field::targetWindow));
   if (window != 0 && !inScope(window)) {
@@ -308,7 +229,7 @@ bool Rules::inScope(WindowNumber number) const {
 /// scope is captured.
 void Rules::checkScreenshot(const Call& call, Violations& violations) {
   if (command() != "capture") return;
-  const auto filter = driver::unpack<platform::WireFilter>(argumentOf(call, 0));
+  const auto filter = Arguments(call).get<platform::WireFilter>(0);
   Pid target = 0;
   for (const WindowNumber number : filter.windows) {
     const Window* window = findWindow(mac_.world, number);
@@ -342,7 +263,7 @@ void Rules::checkUserUntouched(const Call& call, Violations& violations) {
 /// I15: of one process, a run waits for two time-outs at most.
 void Rules::checkStall(const Call& call, const Answer& answer, Violations& violations) {
   if (!isMessage(call.function) || answer.delay < messagingTimeout) return;
-  const Pid pid = driver::unpack<platform::ElementReference>(argumentOf(call, 0)).pid;
+  const Pid pid = Arguments(call).get<platform::ElementReference>(0).pid;
   if (++timeouts_[pid] > timeoutsMax) {
     violations.push_back("I15: a hung application is asked again");
   }
@@ -358,7 +279,7 @@ void Rules::noteItem(const Answer& answer) {
 void Rules::endRequest() {
   postedTo_.reset();
   lastIdentity_.reset();
-  lastSleep_ = 0;
+  pace_.endRequest();
   timeouts_.clear();
 }
 
@@ -371,12 +292,12 @@ void Rules::noteSession(const Answer& answer) {
 }
 
 void Rules::noteRecord(const Call& call, const Answer& answer) {
-  const auto pid = static_cast<Pid>(driver::unpack<std::uint32_t>(argumentOf(call, 1)));
-  const auto record = driver::unpack<std::string>(argumentOf(call, 2));
-  if (record.size() <= recordFocusOffset || record[recordTypeOffset] != focusRecordType) return;
-  owedSleeps_ = {waitAfterFocusRecord};
+  const auto pid = static_cast<Pid>(Arguments(call).get<std::uint32_t>(1));
+  const RecordKind kind = recordKind(Arguments(call).text(2));
+  if (kind != RecordKind::givesFocus && kind != RecordKind::takesFocus) return;
+  pace_.owe({waitAfterFocusRecord});
   const bool accepted = driver::unpack<std::int32_t>(answer.value) == 0;
-  if (record[recordFocusOffset] == 2) {
+  if (kind == RecordKind::takesFocus) {
     // A hold may have been given more than once, or not at all: it is taken back once.
     given_[pid] = service_.concernsUs() ? 0 : given_[pid] - 1;
   } else if (accepted) {
@@ -394,8 +315,9 @@ void Rules::noteSerial(const Call& call, const Answer& answer) {
     return;
   }
   // Without a serial number no record can be posted: the attempt has been made.
-  const auto pid = driver::unpack<Pid>(argumentOf(call, 0));
-  const bool isAttempt = !keys_.concernsUs() || lastSleep_ == waitAfterMotion || livenessFailed_;
+  const auto pid = Arguments(call).get<Pid>(0);
+  const bool isAttempt =
+      !keys_.concernsUs() || pace_.lastSleep() == waitAfterMotion || livenessFailed_;
   if (serial.at(0) != 0 && given_[pid] > 0 && isAttempt) --given_[pid];
 }
 
@@ -406,7 +328,7 @@ void Rules::finish(Violations& violations) {
   if (isLongLived(command()) && !outputRefused_) checkLines(violations);
   if (service_.concernsUs() && !outputRefused_) service_.finish(violations);
   if (!client_.exited) return;  // killed: nothing was in its hands any more
-  checkLastWait(violations);
+  pace_.finish(service_.isInterrupted(), violations);
   if (!outputRefused_ && !isLongLived(command())) checkReply(violations);
   checkButtons(violations);
   checkFocus(violations);
@@ -426,16 +348,6 @@ void Rules::checkLines(Violations& violations) const {
   if (livenessFailed_ && client_.output != livenessRefusal) {
     violations.push_back("I2: the run did not end with the refusal");
   }
-}
-
-/// I5: the wait after the last post or record; what else a command would still have waited for is
-/// due only when it is not cut short.
-void Rules::checkLastWait(Violations& violations) const {
-  if (owedSleeps_.empty()) return;
-  const std::uint32_t owed = owedSleeps_.front();
-  const bool belongsToIt = owed == waitAfterPost || owed == waitAfterFocusRecord;
-  if (service_.isInterrupted() && !belongsToIt) return;
-  violations.push_back("I5: ended without the wait after a post or record");
 }
 
 void Rules::checkReply(Violations& violations) const {

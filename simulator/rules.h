@@ -13,6 +13,7 @@
 #include "simulator/insert_rules.h"
 #include "simulator/key_rules.h"
 #include "simulator/mac.h"
+#include "simulator/pace_rules.h"
 #include "simulator/service_rules.h"
 
 namespace simulator {
@@ -40,10 +41,9 @@ class Rules {
   void finish(Violations& violations);
 
  private:
-  void checkPace(const platform::Call& call, Violations& violations);
+  PostedSoFar postedSoFar(const platform::Call& call) const;
   void checkPost(const platform::Call& call, Violations& violations);
   void checkOperation(const platform::EventImage& event, Violations& violations);
-  void checkPauseBefore(const platform::Call& call, Violations& violations);
   void checkUserUntouched(const platform::Call& call, Violations& violations);
   void checkStall(const platform::Call& call, const Answer& answer, Violations& violations);
   void checkScreenshot(const platform::Call& call, Violations& violations);
@@ -52,7 +52,6 @@ class Rules {
   void noteSession(const Answer& answer);
   void noteRecord(const platform::Call& call, const Answer& answer);
   void noteSerial(const platform::Call& call, const Answer& answer);
-  void checkLastWait(Violations& violations) const;
   void checkReply(Violations& violations) const;
   void checkLines(Violations& violations) const;
   void checkButtons(Violations& violations) const;
@@ -76,10 +75,8 @@ class Rules {
   // Posting.
   platform::EventImage posted_;  // the event of the present call, when it is a post
   std::optional<std::int64_t> lastIdentity_;
-  bool lastWasPrivatePost_ = false;
-  std::size_t postingFlow_ = 0;            // whose waits are watched
-  std::vector<std::uint32_t> owedSleeps_;  // the waits that must come next, in microseconds
-  std::uint32_t lastSleep_ = 0;
+  std::size_t postingFlow_ = 0;  // whose waits are watched
+  PaceRules pace_;
   std::optional<Pid> postedTo_;
   std::map<std::uint32_t, int> pressed_;  // downs less ups, by the type of the down
   bool creationFailed_ = false;

@@ -104,6 +104,15 @@ TEST_F(UserCalls, list_windows_that_are_not_on_screen_when_asked_for_all) {
   EXPECT_EQ(ask<List>(Function::windows, {pack(Windows::allWithoutDesktop)})->size(), 2U);
 }
 
+TEST_F(UserCalls, list_a_window_with_the_number_it_is_listed_as) {
+  begin(R"(
+    app Notes pid 41
+        window 7 "Inbox" at 0,0 size 9x9 listed as 4294967296)");
+  using List = std::optional<std::vector<windowserver::Window>>;
+  const auto listed = ask<List>(Function::windows, {pack(windowserver::Windows::onScreen)});
+  EXPECT_EQ(listed->at(0).number, 4'294'967'296);
+}
+
 TEST_F(UserCalls, give_no_number_for_an_unnumbered_window) {
   begin(R"(
     app Notes pid 41

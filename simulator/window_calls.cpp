@@ -11,9 +11,14 @@ namespace {
 
 /// Other processes' window titles need the screen recording permission.
 windowserver::Window describe(const World& world, const Window& window) {
-  windowserver::Window entry{window.number,      window.owner,       window.layer,
-                             std::nullopt,       window.frame.x,     window.frame.y,
-                             window.frame.width, window.frame.height};
+  windowserver::Window entry{window.listedNumber.value_or(window.number),
+                             window.owner,
+                             window.layer,
+                             std::nullopt,
+                             window.frame.x,
+                             window.frame.y,
+                             window.frame.width,
+                             window.frame.height};
   if (world.screenRecordingAllowed) entry.name = window.title;
   return entry;
 }

@@ -159,7 +159,7 @@ constexpr std::array<Option<ElementDraft>, 35> elementOptions = {{
      }},
 }};
 
-constexpr std::array<Option<WindowDraft>, 15> windowOptions = {{
+constexpr std::array<Option<WindowDraft>, 16> windowOptions = {{
     {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
     {"size", [](Words& words, WindowDraft& draft) { draft.body.size = words.size("size"); }},
     {"layer",
@@ -201,6 +201,13 @@ constexpr std::array<Option<WindowDraft>, 15> windowOptions = {{
      [](Words& words, WindowDraft& draft) { readFailingOption(words, draft.body.element.failing); },
      true},
     {"unnumbered", [](Words&, WindowDraft& draft) { draft.window.numberHidden = true; }},
+    {"listed",
+     [](Words& words, WindowDraft& draft) {
+       words.expect("listed", "as");
+       draft.window.listedNumber =
+           words.integer("as", "a number", std::numeric_limits<std::int64_t>::min(),
+                         std::numeric_limits<std::int64_t>::max());
+     }},
 }};
 
 std::optional<Rect> frameOf(const Words& words, const ElementDraft& draft) {

@@ -29,7 +29,7 @@ const std::string applicationWords =
     "pastes";
 const std::string windowWords =
     "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
-    "sheet, subrole, attribute, failing, unnumbered";
+    "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
     "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
     "selection, actions, attribute, failing, range, choices, while, also, repeat, open, closed, "
