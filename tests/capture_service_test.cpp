@@ -332,6 +332,16 @@ TEST(capture_service, refuses_to_share_what_the_system_does_not_let_it) {
                                   "display capture\\\""));
 }
 
+TEST(capture_service, refuses_a_window_whose_number_no_window_can_have) {
+  TestMac beyond("app Notes pid 41\n    window 7 \"Inbox\" at 0,0 size 900x700 listed as 4294967296");
+  EXPECT_EQ(seen(serve(beyond, {openLine("s", "Notes")})),
+            failedService({}, "window number is out of range"));
+
+  TestMac below("app Notes pid 41\n    window 7 \"Inbox\" at 0,0 size 900x700 listed as -1");
+  EXPECT_EQ(seen(serve(below, {openLine("s", "Notes")})),
+            failedService({}, "window number is out of range"));
+}
+
 TEST(capture_service, a_locked_screen_between_requests_ends_it) {
   TestMac refreshed(desk, {"streams.read-line 2 before lock"});
   EXPECT_EQ(seen(serve(refreshed, {openLine("s", "Notes"), sessionLine("refresh", "s")})),

@@ -7,6 +7,9 @@ SECTIONS = ("State", "Pictures", "Background pointer", "Background keyboard", "A
             "Capture service", "Focus", "The user's input", "Lock guard")
 
 
+PLATFORMS = {"macos": "on a Mac only", "simulated": "on a simulated Mac only"}
+
+
 def code(text):
     """A message in a table of Markdown."""
     return "`` " + text + " ``" if "`" in text else "`" + text + "`"
@@ -15,15 +18,15 @@ def code(text):
 def errors_page():
     lines = [
         "# Errors", "",
-        "Every failure of `driver` carries one of these texts under `error`. What stands in braces is "
-        "filled in. `packaging/contract/errors.json` has the same for machines. This page is made by "
+        "A failure of `driver` carries one of these texts under `error`, or none at all. What stands "
+        "in braces is filled in. `packaging/contract/errors.json` has the same for machines. This page is made by "
         "`scripts/generate-contract`.", "",
         "Status is the exit status of a run of its own. In the capture service a refusal with status "
         "0 stands under `reply`, and every failure with status 1 ends the service. "
         "`\"locked\":true` is part of the replies that are marked so.", "",
-        "Some replies are failures without a text: a press or a write that the application did not "
-        "accept has `axError`, the platform's code; `lock-now` and `keep-awake` have only "
-        "`\"ok\":false`: the system refused.", ""]
+        "What the platform itself did not carry out has no text: a press or a write that the "
+        "application did not accept has `axError`, the platform's code; `ax-focus`, `ax-slider`, "
+        "`lock-now` and `keep-awake` say `\"ok\":false` alone.", ""]
     groups = table.load("errors.json")["groups"]
     lines += ["| Group | Commands |", "|---|---|"]
     for name, members in groups.items():
@@ -37,7 +40,7 @@ def errors_page():
         if entry.get("locked"):
             marks.append('`"locked":true`')
         if entry.get("platform"):
-            marks.append("on a Mac only")
+            marks.append(PLATFORMS[entry["platform"]])
         origin = "From: " + ", ".join(who) if who else "From: the command line"
         lines += [f"{origin}. {', '.join(marks).capitalize()}.", ""]
         lines += [f"{entry['cause']} *What to do:* {entry['next']}", ""]

@@ -104,7 +104,9 @@ class Messages(unittest.TestCase):
     def test_of_the_catalogue_are_in_the_sources(self):
         everything = "\n".join(text for _, text in sources())
         literals = [text_of(match[0]) for match in STRINGS.finditer(everything)]
-        for path in sorted((ROOT / "platform" / "macos").glob("*.h")):
+        platforms = [*(ROOT / "platform" / "macos").glob("*.h"),
+                     *(ROOT / "platform" / "simulated").glob("*.cpp")]
+        for path in sorted(platforms):
             literals += [text_of(match[0]) for match in STRINGS.finditer(path.read_text())]
         written = "\n".join(literals)
         for entry in table.errors():

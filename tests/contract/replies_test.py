@@ -287,9 +287,9 @@ class TheCatalogue(unittest.TestCase):
         print(f"{Replies.seen.count} replies validated, {len(Replies.seen.errors)} failures")
         tests = "\n".join(path.read_text() for path in ROOT.rglob("*_test.cpp")
                           if "build" not in path.relative_to(ROOT).parts)
-        tests = re.sub(r'"\s*\n\s*"', "", tests)
+        tests = re.sub(r'"\s*\n\s*"', "", tests).replace("\\", "")
         for entry in table.errors():
-            if {"platform", "open", "untested"} & set(entry) or self.occurred(entry):
+            if "open" in entry or entry.get("platform") == "macos" or self.occurred(entry):
                 continue
             pieces = re.split(r"\{[^}]*\}", entry["message"])
             with self.subTest(message=table.whole_message(entry)):

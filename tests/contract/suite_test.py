@@ -1,4 +1,4 @@
-"""Every line that any run of the test "direct" wrote is as its schema says."""
+"""Every line that any run of the tests in C++ wrote is as its schema says."""
 import json
 import os
 import sys
@@ -10,15 +10,17 @@ from validation import Validation
 
 import table
 
-FILE = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release")) / "replies.txt"
+FOLDER = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release"))
+FILES = [FOLDER / f"replies-{suite}.txt" for suite in ("direct", "forked", "joined")]
 SKIPPED = 77
 
 
 def entries():
     """(command, line) of each that was written."""
-    for entry in FILE.read_bytes().decode().removesuffix("\n").split("\n"):
-        command, _, line = entry.partition("\t")
-        yield command, line
+    for file in FILES:
+        for entry in file.read_bytes().decode().removesuffix("\n").split("\n"):
+            command, _, line = entry.partition("\t")
+            yield command, line
 
 
 def values_in(line):
@@ -58,7 +60,8 @@ class Suite(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    if not FILE.exists():
-        print(f"there is no {FILE}: the test direct has not been run")
+    missing = [file.name for file in FILES if not file.exists()]
+    if missing:
+        print(f"not all tests have been run: there is no {', '.join(missing)}")
         sys.exit(SKIPPED)
     unittest.main()

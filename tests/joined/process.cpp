@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/support/seen_replies.h"
+
 namespace joined {
 
 namespace {
@@ -57,7 +59,8 @@ std::string seen(const Finished& finished) {
   return finished.errors.empty() ? text : text + "STANDARD ERROR: " + finished.errors;
 }
 
-Process::Process(const std::vector<std::string>& command, const Environment& environment) {
+Process::Process(const std::vector<std::string>& command, const Environment& environment)
+    : command_(command) {
   const Pipe input;
   const Pipe output;
   const Pipe errors;
@@ -85,6 +88,9 @@ Process::~Process() {
   if (pid_ > 0) {
     signal(SIGKILL);
     waitpid(pid_, nullptr, 0);
+    // What was cut off by the signal is no reply.
+    written_.erase(written_.rfind('\n') + 1);
+    keepReplies();
   }
   closeNow(input_);
   closeNow(output_);
@@ -99,7 +105,11 @@ bool Process::readMore() {
     signal(SIGKILL);
     finished_.errors += "(killed: it did not end)";
   }
-  if (streams[0].revents != 0 && !take(output_, finished_.output)) closeNow(output_);
+  if (streams[0].revents != 0) {
+    const std::size_t before = finished_.output.size();
+    if (!take(output_, finished_.output)) closeNow(output_);
+    written_.append(finished_.output, before);
+  }
   if (streams[1].revents != 0 && !take(errors_, finished_.errors)) closeNow(errors_);
   return true;
 }
@@ -118,6 +128,10 @@ void Process::write(const std::string& text) const {
   }
 }
 
+void Process::keepReplies() const {
+  if (command_.front() == DRIVER_EXECUTABLE) testing_support::keepReplies(command_, written_);
+}
+
 void Process::closeInput() { closeNow(input_); }
 
 void Process::closeOutput() { closeNow(output_); }
@@ -130,6 +144,7 @@ Finished Process::finish() {
   int status = 0;
   waitpid(std::exchange(pid_, -1), &status, 0);
   finished_.status = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  keepReplies();
   return finished_;
 }
 

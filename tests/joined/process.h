@@ -48,7 +48,10 @@ class Process {
 
  private:
   bool readMore();
+  void keepReplies() const;
 
+  std::vector<std::string> command_;
+  std::string written_;  // all that was read of its output
   pid_t pid_ = -1;
   int input_ = -1;
   int output_ = -1;
