@@ -51,7 +51,9 @@ class CaptureService {
 
   [[noreturn]] void serve() {
     answer({{"ok", true}, {"pid", process::ownPid()}});
-    while (const std::optional<platform::Bytes> line = streams::readLine()) serve(*line);
+    while (const std::optional<platform::Bytes> line = streams::readLine()) {
+      loop::doRound([&] { serve(*line); });
+    }
     for (auto& [session, indicator] : indicators_) indicator.stop();
     endOutput();
     process::exit(0);

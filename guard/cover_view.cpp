@@ -37,21 +37,22 @@ constexpr double footerBottom = 40;
 
 /// The persona's face alone; or the user in a circle, with the icon as a badge; or the icon in the
 /// circle.
-std::vector<cover::Picture> placed(const CoverPictures& pictures, double middle, double base) {
+std::vector<cover::Picture> pictures(double middle, double base) {
   if (globals().guardOruFace) {
     return {{*globals().guardOruFace,
              {middle - faceSide / 2, base - faceBelowBase, faceSide, faceSide},
              false}};
   }
+  const auto& user = globals().guardUserPicture;
+  const auto& icon = globals().guardAppIcon;
+  const auto& main = user ? user : icon;
   std::vector<cover::Picture> shown;
-  const auto& main = pictures.user ? pictures.user : pictures.icon;
   if (main) {
     shown.push_back({*main, {middle - pictureSide / 2, base, pictureSide, pictureSide}, true});
   }
-  if (pictures.user && pictures.icon) {
-    shown.push_back({*pictures.icon,
-                     {middle + badgeRightOfMiddle, base - badgeBelowBase, badgeSide, badgeSide},
-                     false});
+  if (user && icon) {
+    shown.push_back(
+        {*icon, {middle + badgeRightOfMiddle, base - badgeBelowBase, badgeSide, badgeSide}, false});
   }
   return shown;
 }
@@ -67,16 +68,17 @@ cover::Label labelled(const std::string& text, const Font& font, double alpha, d
 
 }  // namespace
 
-CoverPictures coverPictures() {
-  if (globals().guardOruFace) return {};
-  return {userPicture(), appIcon()};
+void lookUpCoverPictures() {
+  if (globals().guardOruFace) return;
+  globals().guardUserPicture = userPicture();
+  globals().guardAppIcon = appIcon();
 }
 
-cover::View privacyScreen(const platform::Size& size, const CoverPictures& pictures) {
+cover::View privacyScreen(const platform::Size& size) {
   const double middle = size.width / 2;
   const double base = size.height / 2 + baseAboveMiddle;
   const double grace = globals().guardGrace;
-  cover::View view{size, dimmingAlpha, placed(pictures, middle, base), {}};
+  cover::View view{size, dimmingAlpha, pictures(middle, base), {}};
   view.labels.push_back(labelled(guardTitle(globals().guardOperating), titleFont, titleAlpha,
                                  middle, base - titleBelowBase));
   view.labels.push_back(labelled(guardHint(secondsRoundedUp(grace), grace <= 0), hintFont,

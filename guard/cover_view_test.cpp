@@ -50,7 +50,8 @@ std::string screenText(const std::string& world, const platform::Size& size,
       mac,
       [&] {
         chooseGuardLanguage();
-        return viewText(privacyScreen(size, coverPictures()));
+        lookUpCoverPictures();
+        return viewText(privacyScreen(size));
       },
       environment);
 }
@@ -78,7 +79,8 @@ TEST(privacy_screen, shows_no_picture_where_there_is_none) {
   TestMac mac("", {}, Mode::direct);
   EXPECT_EQ(valueInside(mac,
                         [] {
-                          return viewText(privacyScreen({1440, 900}, coverPictures()));
+                          lookUpCoverPictures();
+                          return viewText(privacyScreen({1440, 900}));
                         }),
             std::string("1440x900 dimmed 0.55\n") + labels);
 }
@@ -87,7 +89,8 @@ TEST(privacy_screen, shows_the_user_without_a_badge_outside_a_bundle) {
   TestMac mac("tool \"/usr/bin/dscl\" photo 600", {}, Mode::direct);
   EXPECT_EQ(valueInside(mac,
                         [] {
-                          return viewText(privacyScreen({1440, 900}, coverPictures()));
+                          lookUpCoverPictures();
+                          return viewText(privacyScreen({1440, 900}));
                         }),
             std::string("1440x900 dimmed 0.55\n"
                         "picture 664,490 112x112 round\n") +
@@ -111,7 +114,7 @@ TEST(privacy_screen, asks_for_no_picture_when_there_is_a_face) {
   TestMac mac("image \"/oru.png\"", {}, Mode::direct);
   valueInside(mac,
               [] {
-                coverPictures();
+                lookUpCoverPictures();
                 return true;
               },
               {{"ZENTROVE_COVER_FACE", "/oru.png"}});

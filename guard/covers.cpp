@@ -17,8 +17,8 @@ namespace driver {
 namespace {
 
 /// Covers one screen. The title and the hint are remembered, to be changed later.
-void coverScreen(const platform::Rect& frame, std::int64_t level, const CoverPictures& pictures) {
-  const cover::Panel panel{frame, level, privacyScreen({frame.width, frame.height}, pictures)};
+void coverScreen(const platform::Rect& frame, std::int64_t level) {
+  const cover::Panel panel{frame, level, privacyScreen({frame.width, frame.height})};
   const std::size_t number = cover::show(panel);
   const auto& labels = panel.view.labels;
   globals().guardTitles.push_back({number, frame, labels[titleIndex]});
@@ -27,11 +27,10 @@ void coverScreen(const platform::Rect& frame, std::int64_t level, const CoverPic
 
 void coverAll(const std::vector<platform::Rect>& frames, std::int64_t level) {
   chooseGuardLanguage();
-  const CoverPictures pictures = coverPictures();
-  for (const platform::Rect& frame : frames) coverScreen(frame, level, pictures);
+  for (const platform::Rect& frame : frames) coverScreen(frame, level);
 }
 
-/// Gives labels another text, wherever it differs.
+/// Gives labels another text.
 void relabel(std::vector<CoverLabel>& labels, std::size_t index, const std::string& text) {
   for (CoverLabel& each : labels) {
     each.label = relabelled(each.label, text, each.screen.width);

@@ -27,4 +27,10 @@ void lockAndExit(std::string_view by) {
   process::exit(0);
 }
 
+void lockAtAnyExit() {
+  process::onExit([] {
+    if (!globals().guardExiting && !globals().guardRelocking) lockScreenNow();
+  });
+}
+
 }  // namespace driver

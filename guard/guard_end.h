@@ -19,6 +19,10 @@ void emitGuardLine(const Reply& line);
 /// later. Only the first call locks and writes. Main flow only.
 [[noreturn]] void lockAndExit(std::string_view by);
 
+/// From now on any other exit of the process locks too, one that a framework makes for example. An
+/// end that this guard has decided has locked already, or is the user's in grace.
+void lockAtAnyExit();
+
 /// What the system asks when it wants the application to terminate.
 class GuardQuit {
  public:

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "guard/cover_view.h"
 #include "guard/covers.h"
 #include "guard/display_hold.h"
 #include "guard/grace.h"
@@ -23,12 +24,18 @@ namespace {
 
 constexpr std::uint32_t countdownStep = 1'000'000;  // microseconds
 
-/// From here on neither a signal, nor a reader that has gone, nor a fault of its own ends the guard
-/// before the screen is locked.
+/// From here on neither a fault of its own, nor a signal that nobody handles, nor a reader that has
+/// gone ends the guard before the screen is locked, and no terminal stops it.
 void armLock() {
   prepareScreenLock();
-  process::onFatalFault([] { lockScreenNow(); });
+  process::onFatalSignal([] { lockScreenNow(); });
   process::ignoreBrokenPipes();
+  process::ignoreStops();
+}
+
+/// Nor do the signals that are there to end it. They are heard once the application runs: nothing
+/// that may take its time comes between.
+void lockAtSignals() {
   constexpr std::array signals = {process::Signal::terminate, process::Signal::interrupt,
                                   process::Signal::hangUp};
   process::handleSignals(signals, [](process::Signal) { lockAndExit("signal"); });
@@ -62,9 +69,12 @@ void lockGuard() {
                           "Zentrove Desk screen cover: keeps the display awake while the cover "
                           "hides this unlocked Mac; any key or mouse movement locks it") != 0;
   workspace::prohibitOwnActivation();
+  lookUpCoverPictures();
+  lockAtSignals();
   const std::size_t covers = coverScreens();
   watchForReturn();
   beginGrace();
+  lockAtAnyExit();
   emitGuardLine(
       {{"ok", true}, {"covers", static_cast<std::int64_t>(covers)}, {"keepAwake", isHeld}});
   cover::onTerminationRequest(GuardQuit::applicationShouldTerminate);

@@ -82,6 +82,11 @@ struct Globals {
   /// How the cover calls the user.
   std::string guardOruName;
 
+  /// The other pictures of the covers: the user's, and the icon of the application that this tool
+  /// belongs to. Absent: there is none, or it has not been looked up.
+  std::optional<image::Image> guardUserPicture;
+  std::optional<image::Image> guardAppIcon;
+
   /// Until when grace lasts, in seconds since the beginning of 1970, and when it began, in seconds
   /// for which the machine had been awake. Absent: there is none.
   std::optional<double> guardGraceUntil;

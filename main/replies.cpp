@@ -70,8 +70,7 @@ bool emit(const Reply& reply) {
 }
 
 bool emitWithin(const Reply& reply, std::uint32_t microseconds) {
-  return streams::writeOutputWithin(lineOf(reply), microseconds) &&
-         streams::writeOutputWithin("\n", microseconds);
+  return streams::writeOutputWithin(lineOf(reply) + "\n", microseconds);
 }
 
 void fail(const std::string& message) {

@@ -39,8 +39,8 @@ Reply lockedRefusal(std::string error);
 /// refusal that says so, and the process ends with status 1.
 bool emit(const Reply& reply);
 
-/// Writes one reply as such a line, but gives up when the reader does not take it in time: that
-/// long for the reply, and for its line feed. False then.
+/// Writes one reply as such a line in one piece, but gives up when the reader does not take it in
+/// time. False then. A pipe takes a line up to its atomic size whole, or not at all.
 bool emitWithin(const Reply& reply, std::uint32_t microseconds);
 
 /// Undoes what frames have still to undo, writes a refusal and ends the process with status 1.

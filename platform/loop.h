@@ -17,8 +17,13 @@ double secondsSince1970();
 /// Lets the calling flow sleep for the whole time given, in microseconds.
 void sleepMicroseconds(std::uint32_t microseconds);
 
-/// Starts `task` as a detached flow. It ends the process itself, or just ends.
+/// Starts `task` as a detached flow. It ends the process itself, or just ends. Its stack is as
+/// large as the main flow's.
 void startTask(std::function<void()> task);
+
+/// Does `work`, then frees what the platform has set aside meanwhile for the calling flow: a flow
+/// that goes on and on does its rounds so. What `work` throws is passed on.
+void doRound(const std::function<void()>& work);
 
 /// Lets the main flow do nothing but what comes to it: posted and scheduled work, signals and tap
 /// events that have a handler. Never returns.

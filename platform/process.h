@@ -40,9 +40,14 @@ void handleSignals(std::span<const Signal> signals, std::function<void(Signal)> 
 /// From now on a write to a pipe without a reader fails instead of ending the process.
 void ignoreBrokenPipes();
 
-/// Has `lastAct` run when the process meets a fault of its own (a bad access, an abort …), on a
-/// stack set aside for it, before it dies by that signal. It may find any state broken.
-void onFatalFault(void (*lastAct)());
+/// From now on neither a terminal nor a stop signal that can be refused stops the process. A read
+/// from a terminal that would have stopped it fails.
+void ignoreStops();
+
+/// Has `lastAct` run when the process meets a fault of its own (a bad access, an abort …) or gets a
+/// signal that is there to end it and is none of `Signal`, on a stack set aside for it, before it
+/// dies by that signal. It may find any state broken.
+void onFatalSignal(void (*lastAct)());
 
 /// The full name of the user, untrimmed; empty when there is none.
 std::string fullUserName();

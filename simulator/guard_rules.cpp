@@ -113,7 +113,6 @@ void GuardRules::checkEndingLine(const std::string& by, Violations& violations) 
 }
 
 void GuardRules::checkLine(const std::string& line, Violations& violations) {
-  if (line == "\n") return;
   const auto reply = nlohmann::json::parse(line, nullptr, false);
   if (!reply.is_object()) return;  // another rule's
   if (reply.contains("covers")) watches_ = true;

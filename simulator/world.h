@@ -199,7 +199,7 @@ struct Window {
   bool hiddenWithOwner = false;  // off screen only because its application is hidden
   ElementId element = 0;         // its AXWindow or AXSheet; 0: it shows nothing to accessibility
   WindowNumber sheetOf = 0;
-  bool numberHidden = false;   // accessibility gives 0 for its number
+  bool numberHidden = false;                 // accessibility gives 0 for its number
   std::optional<std::int64_t> listedNumber;  // what the window server lists in its place
   ElementId hadKeyboard = 0;   // what had the keyboard focus when another window got it
   bool capturable = true;      // listed among what can be shared

@@ -333,7 +333,8 @@ TEST(capture_service, refuses_to_share_what_the_system_does_not_let_it) {
 }
 
 TEST(capture_service, refuses_a_window_whose_number_no_window_can_have) {
-  TestMac beyond("app Notes pid 41\n    window 7 \"Inbox\" at 0,0 size 900x700 listed as 4294967296");
+  TestMac beyond(
+      "app Notes pid 41\n    window 7 \"Inbox\" at 0,0 size 900x700 listed as 4294967296");
   EXPECT_EQ(seen(serve(beyond, {openLine("s", "Notes")})),
             failedService({}, "window number is out of range"));
 

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "guard/display_hold.h"
+#include "platform/power.h"
 #include "tests/support/guarded.h"
+#include "tests/support/inside.h"
 
 namespace {
 
@@ -39,7 +42,6 @@ TEST(lock_now, says_when_it_cannot) {
 
 TEST(keep_awake, holds_the_display_until_it_is_ended) {
   TestMac mac("at 5s signal 15", {}, Mode::direct);
-  std::vector<std::string> heldMeanwhile;
   const Result result = run(mac, "keep-awake forever");
   EXPECT_EQ(seen(result), "143 {\"keepAwake\":true,\"ok\":true}\n");
   EXPECT_EQ(result.elapsed, 5'000'000);
@@ -60,24 +62,33 @@ TEST(keep_awake, fails_when_the_system_refuses) {
 TEST(display_holds, are_named_for_the_user) {
   TestMac mac("", {}, Mode::direct);
   run(mac, "keep-awake");
+  testing_support::guard(mac);
   std::vector<std::string> names;
   for (const auto& entry : mac.desktop().trace()) {
-    if (entry.call.function == platform::Function::preventDisplaySleep) {
-      names.push_back(driver::unpack<std::string>(entry.call.arguments[0]));
-    }
+    if (entry.call.function != platform::Function::preventDisplaySleep) continue;
+    names.push_back(driver::unpack<std::string>(entry.call.arguments[0]));
   }
-  testing_support::guard(mac);
-  for (const auto& entry : mac.desktop().trace()) {
-    if (entry.call.function == platform::Function::preventDisplaySleep && names.size() < 3) {
-      names.push_back(driver::unpack<std::string>(entry.call.arguments[0]));
-    }
-  }
-  EXPECT_EQ(names.back(),
-            "Zentrove Desk screen cover: keeps the display awake while the cover hides this "
-            "unlocked Mac; any key or mouse movement locks it");
-  EXPECT_EQ(names.front(),
-            "Zentrove Desk: keeps the display awake, without a screen cover, until this hold is "
-            "released");
+  EXPECT_EQ(names, (std::vector<std::string>{
+                       "Zentrove Desk: keeps the display awake, without a screen cover, until this "
+                       "hold is released",
+                       "Zentrove Desk screen cover: keeps the display awake while the cover hides "
+                       "this unlocked Mac; any key or mouse movement locks it"}));
+}
+
+/// What is held when the system gives this answer.
+std::uint32_t heldWith(const power::Assertion& answer) {
+  TestMac mac("", {}, Mode::direct);
+  return testing_support::valueInside(mac, [&] {
+    const testing_support::FixedAnswer fixed(platform::Function::preventDisplaySleep,
+                                             driver::pack(answer));
+    return driver::holdDisplayAwake("a reason");
+  });
+}
+
+TEST(display_holds, are_held_when_the_system_says_so_and_numbers_them) {
+  EXPECT_EQ(heldWith({0, 7}), 7U);
+  EXPECT_EQ(heldWith({0, 0}), 0U);
+  EXPECT_EQ(heldWith({-536870212, 7}), 0U);
 }
 
 TEST(removed_lock_commands, say_what_there_is_instead) {

@@ -6,7 +6,8 @@
 #include "tests/support/guarded.h"
 
 // The guard has a main flow, which serves the tap, the signals and the clock, and one that reads
-// standard input. Here each of them is put aside for the other at every call, and at every two.
+// standard input. Here each of them is put aside for the other at every call, and at every two; and
+// whatever can happen to the guard happens just before every call, and before every two.
 
 namespace {
 
@@ -22,42 +23,69 @@ using testing_support::Schedule;
 using testing_support::seen;
 using testing_support::TestMac;
 
-/// The calls that are made once there are several flows.
-std::size_t callsInTurn(const std::string& world, const Environment& environment) {
+/// The calls that are made before and since there are several flows.
+struct Calls {
+  std::size_t alone = 0;
+  std::size_t inTurn = 0;
+};
+
+Calls callsOf(const std::string& world, const Environment& environment) {
   TestMac mac(world, {}, Mode::direct);
   guard(mac, environment);
   const auto& trace = mac.desktop().trace();
   const auto start = std::find_if(trace.begin(), trace.end(), [](const auto& entry) {
     return entry.call.function == platform::Function::startFlow;
   });
-  return static_cast<std::size_t>(trace.end() - start);
+  return {static_cast<std::size_t>(start - trace.begin()),
+          static_cast<std::size_t>(trace.end() - start)};
 }
 
-/// Runs the guard under every schedule with up to two pre-emptions. Every outcome, once.
-std::set<std::string> outcomes(const std::vector<std::string>& happenings,
-                               const Environment& environment = {}) {
-  const std::string world = deskWith(happenings);
+/// What comes between at a call: the other flow, or something that happens to the guard.
+struct Disturbance {
+  std::size_t call = 0;  // from 0, since there are several flows
+  std::size_t flow = 0;  // that goes on, when nothing happens
+  const char* happening = nullptr;
+};
+
+/// How a guard ended, in one line: whether the screen is locked, the status, what it said.
+std::string outcomeOf(const std::string& world, const Environment& environment, std::size_t alone,
+                      const std::vector<Disturbance>& disturbances) {
+  Schedule schedule;
+  std::vector<std::string> faults;
+  for (const Disturbance& each : disturbances) {
+    if (each.happening == nullptr) {
+      schedule.switches[each.call] = each.flow;
+    } else {
+      faults.push_back("any " + std::to_string(alone + each.call + 1) + " before " +
+                       each.happening);
+    }
+  }
+  TestMac mac(world, faults, Mode::direct);
+  const Result run = guard(mac, environment, schedule);
+  EXPECT_TRUE(run.output.starts_with(guardStarts));
+  const bool isLocked = mac.world().session.locked.value_or(false);
+  return (isLocked ? "locked " : "unlocked ") + std::to_string(run.status) + " " +
+         run.output.substr(guardStarts.size());
+}
+
+/// Runs the guard with every set of up to two disturbances: of pre-emptions by the other flow and,
+/// at any call, of these happenings. Every outcome, once.
+std::set<std::string> outcomes(const std::vector<std::string>& script,
+                               const Environment& environment = {},
+                               const std::vector<const char*>& happenings = {}) {
+  const std::string world = deskWith(script);
+  const Calls calls = callsOf(world, environment);
+  std::vector<Disturbance> all;
   // A pre-empted flow may make a few calls more than one that is not.
-  const std::size_t calls = callsInTurn(world, environment) + 4;
-  std::set<std::string> found;
-  const auto tryOne = [&](const Schedule& schedule) {
-    TestMac mac(world, {}, Mode::direct);
-    const Result run = guard(mac, environment, schedule);
-    EXPECT_TRUE(run.output.starts_with(guardStarts));
-    const bool isLocked = mac.world().session.locked.value_or(false);
-    found.insert((isLocked ? "locked " : "unlocked ") + std::to_string(run.status) + " " +
-                 run.output.substr(guardStarts.size()));
-  };
-  tryOne({});
-  for (std::size_t first = 0; first < calls; ++first) {
-    for (std::size_t flow = 0; flow < 2; ++flow) {
-      Schedule schedule;
-      schedule.switches[first] = flow;
-      tryOne(schedule);
-      for (std::size_t second = first + 1; second < calls; ++second) {
-        schedule.switches = {{first, flow}, {second, 1 - flow}};
-        tryOne(schedule);
-      }
+  for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
+    for (std::size_t flow = 0; flow < 2; ++flow) all.push_back({call, flow});
+    for (const char* happening : happenings) all.push_back({call, 0, happening});
+  }
+  std::set<std::string> found = {outcomeOf(world, environment, calls.alone, {})};
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    found.insert(outcomeOf(world, environment, calls.alone, {all[i]}));
+    for (std::size_t j = i + 1; j < all.size(); ++j) {
+      found.insert(outcomeOf(world, environment, calls.alone, {all[i], all[j]}));
     }
   }
   return found;
@@ -84,12 +112,6 @@ TEST(guard_schedules, end_of_input_and_a_signal) {
             (Outcomes{locked({endedBy("run")})}));
 }
 
-TEST(guard_schedules, a_line_a_key_a_signal_and_the_end_of_input) {
-  const Outcomes found =
-      outcomes({"1s input \"operating\\n\"", "1s user key a", "1s signal 15", "1s close input"});
-  for (const std::string& outcome : found) EXPECT_TRUE(outcome.starts_with("locked 0 ")) << outcome;
-}
-
 TEST(guard_schedules, lines_and_a_disabled_tap) {
   EXPECT_EQ(outcomes({"1s input \"operating\\n\"", "1s disable taps", "1s input \"minding\\n\"",
                       "2s user key a"}),
@@ -106,6 +128,40 @@ TEST(guard_schedules, a_screen_that_comes_and_a_line) {
   const Outcomes found = outcomes(
       {"1s connect display 2 800x600 at 1440,0", "1s input \"operating\\n\"", "2s user key a"});
   EXPECT_EQ(found, (Outcomes{locked({endedBy("user")})}));
+}
+
+const std::vector<const char*> events = {"signal 15", "user key a", "close input",
+                                         "request termination", "disable taps"};
+
+TEST(guard_schedules, anything_at_any_instant) {
+  EXPECT_EQ(
+      outcomes({"1s input \"operating\\n\"", "2s user key b"}, {}, events),
+      (Outcomes{locked({endedBy("user")}), locked({endedBy("signal")}), locked({endedBy("run")}),
+                locked({endedBy("quit")}), locked({endedBy("user"), endedBy("signal")}),
+                locked({endedBy("user"), endedBy("run")}),
+                locked({endedBy("user"), endedBy("quit")})}));
+}
+
+TEST(guard_schedules, anything_at_any_instant_of_grace) {
+  EXPECT_EQ(
+      outcomes({"1100ms input \"operating\\n\"", "1200ms user key b"},
+               {{"ZENTROVE_COVER_GRACE", "1.5"}}, events),
+      (Outcomes{"unlocked 0 " + std::string(endedByGrace) + "\n", locked({endedBy("signal")}),
+                locked({endedBy("run")}), locked({endedBy("quit")}),
+                locked({endedByGrace, endedBy("signal")}), locked({endedByGrace, endedBy("run")}),
+                locked({endedByGrace, endedBy("quit")})}));
+}
+
+// All orders in which four things can come at the same instant.
+TEST(guard_schedules, everything_at_once_in_every_order) {
+  std::vector<std::string> script = {"1s close input", "1s input \"operating\\n\"", "1s signal 15",
+                                     "1s user key a"};
+  Outcomes found;
+  do {
+    found.merge(outcomes(script));
+  } while (std::next_permutation(script.begin(), script.end()));
+  EXPECT_EQ(found,
+            (Outcomes{locked({endedBy("signal")}), locked({endedBy("user"), endedBy("signal")})}));
 }
 
 }  // namespace

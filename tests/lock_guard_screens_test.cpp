@@ -88,6 +88,26 @@ TEST(guard_screens, that_are_new_count_the_grace_down_with_the_others) {
             "3000 label 1: Press any key or move the mouse to lock\n");
 }
 
+// The directory service may take its time: nobody waits for it while the tap has to be served.
+TEST(guard_screens, that_are_new_show_the_pictures_that_were_looked_up_at_the_start) {
+  TestMac mac(
+      "link \"/driver\" to \"/Applications/Desk.app/Contents/MacOS/driver\"\n"
+      "tool \"/usr/bin/dscl\" photo 600\n" +
+          deskWith({"1s connect display 2 800x600 at 1440,0", "2s user key a"}),
+      {}, Mode::direct);
+  guard(mac);
+  std::vector<std::size_t> pictures;
+  std::size_t lookUps = 0;
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function == platform::Function::toolOutput) ++lookUps;
+    if (entry.call.function != platform::Function::showPanel) continue;
+    const auto panel = driver::unpack<platform::WirePanel>(entry.call.arguments[0]);
+    pictures.push_back(panel.pictures.size());
+  }
+  EXPECT_EQ(pictures, (std::vector<std::size_t>{2, 2}));
+  EXPECT_EQ(lookUps, 1U);
+}
+
 TEST(guard_screens, come_and_go_and_the_guard_goes_on) {
   const Result run = guard(deskWith({"1s remove displays", "2s connect display 7 640x480",
                                      "3s disconnect display 7", "4s user key a"}));

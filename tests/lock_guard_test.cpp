@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/guarded.h"
+#include "tests/support/inside.h"
 
 namespace {
 
@@ -23,18 +24,18 @@ TEST(lock_guard, covers_holds_and_watches_in_this_order) {
   const std::vector<std::string> calls = {
       "loader.open-library",
       "loader.find-symbol",
-      "process.handle-signal",
-      "process.handle-signal",
-      "process.handle-signal",
       "power.prevent-display-sleep",
       "workspace.prohibit-own-activation",
+      "process.login-name",
+      "process.tool-output",
+      "streams.resolved-path",
+      "process.handle-signal",
+      "process.handle-signal",
+      "process.handle-signal",
       "windowserver.shielding-level",
       "cover.screens",
       "process.environment",
       "process.preferred-languages",
-      "process.login-name",
-      "process.tool-output",
-      "streams.resolved-path",
       "cover.measure",
       "cover.measure",
       "cover.measure",
@@ -48,6 +49,15 @@ TEST(lock_guard, covers_holds_and_watches_in_this_order) {
   EXPECT_EQ(
       std::vector<std::string>(run.calls.end() - static_cast<long>(calls.size()), run.calls.end()),
       calls);
+}
+
+// Buttons that go down, movements, keys that go down and scrolling, ahead of all other taps.
+TEST(lock_guard, decides_about_what_a_user_does_first) {
+  TestMac mac(guardedDesk, {}, Mode::direct);
+  guard(mac);
+  const auto taps = testing_support::callsOf(mac, platform::Function::createTap);
+  ASSERT_EQ(taps.size(), 1U);
+  EXPECT_EQ(taps[0].substr(0, taps[0].find(" ->")), "tap.create 0 0 37749802");
 }
 
 TEST(lock_guard, locks_at_a_key_which_it_swallows_and_ends_half_a_second_later) {

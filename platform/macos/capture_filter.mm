@@ -41,9 +41,10 @@ SCContentFilter* make(SCShareableContent* content, const share::DisplayFilter& f
 }
 
 // A configuration does not retain its background colour, and the system may use a configuration
-// for longer than we see. So a colour is made once and never released.
+// for longer than we see. So a colour is made once and never released. Nothing here is destroyed
+// either: a thread may be at it while another one ends the process.
 CGColorRef grey(double level) {
-  static std::mutex access;
+  static auto& access = *new std::mutex;
   static auto& colours = *new std::map<double, CGColorRef>;
   const std::lock_guard lock(access);
   CGColorRef& colour = colours[level];

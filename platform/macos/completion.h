@@ -1,6 +1,7 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
+#include <dispatch/dispatch.h>
 
 #include <atomic>
 #include <cstdint>

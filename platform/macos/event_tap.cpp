@@ -1,13 +1,12 @@
 #include "platform/event_tap.h"
 
 #include <CoreGraphics/CoreGraphics.h>
-#include <unistd.h>
 
 #include <forward_list>
 #include <mutex>
 #include <utility>
-#include <vector>
 
+#include "platform/ax.h"
 #include "platform/macos/owned.h"
 #include "platform/macos/same_numbers.h"
 #include "platform/macos/window_server_connection.h"
@@ -37,10 +36,10 @@ constexpr CGEventMask keys = CGEventMaskBit(kCGEventKeyDown) | CGEventMaskBit(kC
 
 CFMachPortRef native(const Tap& tap) { return static_cast<CFMachPortRef>(tap.get()); }
 
-// An event may be on its way while the last user of a tap gives it up, so what a tap calls lives as
-// long as the process.
+// An event may be on its way while the last user of a tap gives it up, or while another thread ends
+// the process. So what a tap calls is never destroyed.
 void* permanent(Handler handler) {
-  static std::mutex access;
+  static auto& access = *new std::mutex;
   static auto& handlers = *new std::forward_list<Handler>;
   const std::lock_guard lock(access);
   return &handlers.emplace_front(std::move(handler));
@@ -71,25 +70,10 @@ CGEventRef serve(CGEventTapProxy, CGEventType type, CGEventRef event, void* hand
   return verdict == Verdict::swallow ? nullptr : event;
 }
 
-std::vector<CGEventTapInformation> tapsOfTheSystem() {
-  std::uint32_t count = 0;
-  if (CGGetEventTapList(0, nullptr, &count) != kCGErrorSuccess) return {};
-  std::vector<CGEventTapInformation> taps(count);
-  if (CGGetEventTapList(count, taps.data(), &count) != kCGErrorSuccess) return {};
-  if (count < taps.size()) taps.resize(count);
-  return taps;
-}
-
 // Without the user's permission the system makes a tap all the same, but takes the keys out of its
-// mask.
-bool seesKeys(CGEventTapOptions options, CGEventMask wanted) {
-  if (wanted == 0) return true;
-  for (const CGEventTapInformation& tap : tapsOfTheSystem()) {
-    const bool isAlike = tap.tappingProcess == getpid() && tap.options == options &&
-                         tap.tapPoint == kCGSessionEventTap;
-    if (isAlike && (tap.eventsOfInterest & wanted) == wanted) return true;
-  }
-  return false;
+// mask; and it may ask the user for the permission.
+bool seesKeys(Kind kind) {
+  return ax::trusted() || (kind == Kind::listens && CGPreflightListenEventAccess());
 }
 
 CGEventTapPlacement placement(Place place) {
@@ -104,13 +88,12 @@ CGEventTapOptions optionsOf(Kind kind) {
 
 std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler handler) {
   macos::connectToWindowServer();
-  const CGEventTapOptions options = optionsOf(kind);
-  Owned<CFMachPortRef> port(CGEventTapCreate(kCGSessionEventTap, placement(place), options, mask,
-                                             serve, permanent(std::move(handler))));
+  if ((mask & keys) != 0 && !seesKeys(kind)) return std::nullopt;
+  Owned<CFMachPortRef> port(CGEventTapCreate(kCGSessionEventTap, placement(place), optionsOf(kind),
+                                             mask, serve, permanent(std::move(handler))));
   if (!port) return std::nullopt;
   // The system has enabled it already, but nobody serves it yet.
   CGEventTapEnable(port.get(), false);
-  if (!seesKeys(options, mask & keys)) return std::nullopt;
   return Tap(macos::shared(std::move(port)));
 }
 

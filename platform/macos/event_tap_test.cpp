@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/macos/standins/accessibility.h"
 #include "platform/macos/standins/events.h"
 #include "platform/macos/standins/fixture.h"
 #include "platform/macos/standins/taps.h"
@@ -18,9 +19,9 @@ constexpr std::uint64_t keysDown = tap::maskOf(quartz::EventType::keyDown);
 class EventTap : public standins::AdapterTest {
  protected:
   void TearDown() override {
-    standins::permitKeys(true);
+    standins::setTrusted(false);
+    standins::permitListening(false);
     standins::refuseTaps(false);
-    standins::hideTaps(false);
     AdapterTest::TearDown();
   }
 
@@ -47,12 +48,14 @@ CGEventRef native(const quartz::Event& event) { return static_cast<CGEventRef>(e
 }  // namespace
 
 TEST_F(EventTap, create_taps_the_session_and_leaves_the_tap_disabled) {
+  standins::setTrusted(true);
   tap::create(Place::head, Kind::filters, moves | keysDown,
               [](const auto&) { return Verdict::pass; });
   EXPECT_EQ(standins::takeCalls(),
-            (Calls{"create tap at 1 place 0 options 0 mask 1056", "disable"}));
+            (Calls{"create tap at 1 place 0 options 0 mask 1056", "disable tap"}));
   tap::create(Place::tail, Kind::listens, moves, [](const auto&) { return Verdict::pass; });
-  EXPECT_EQ(standins::takeCalls(), (Calls{"create tap at 1 place 1 options 1 mask 32", "disable"}));
+  EXPECT_EQ(standins::takeCalls(),
+            (Calls{"create tap at 1 place 1 options 1 mask 32", "disable tap"}));
 }
 
 TEST_F(EventTap, create_gives_none_when_the_system_refuses) {
@@ -60,15 +63,27 @@ TEST_F(EventTap, create_gives_none_when_the_system_refuses) {
   EXPECT_FALSE(isCreated(Kind::filters, moves));
 }
 
-TEST_F(EventTap, create_gives_none_for_a_tap_that_would_be_blind_to_the_keys_it_wants) {
-  standins::permitKeys(false);
+TEST_F(EventTap, create_does_not_ask_for_a_tap_that_would_be_blind_to_the_keys_it_wants) {
   EXPECT_FALSE(isCreated(Kind::filters, moves | keysDown));
   EXPECT_FALSE(isCreated(Kind::listens, keysDown));
-  EXPECT_TRUE(isCreated(Kind::filters, moves));
+  EXPECT_FALSE(isCreated(Kind::listens, tap::maskOf(quartz::EventType::keyUp)));
+  EXPECT_EQ(standins::takeCalls(), Calls{});
 }
 
-TEST_F(EventTap, create_gives_none_when_it_cannot_be_told_whether_the_tap_sees_keys) {
-  standins::hideTaps(true);
+TEST_F(EventTap, a_tap_that_wants_no_keys_needs_no_permission) {
+  EXPECT_TRUE(isCreated(Kind::filters, moves));
+  EXPECT_TRUE(isCreated(Kind::listens, moves));
+}
+
+TEST_F(EventTap, a_trusted_process_sees_keys) {
+  standins::setTrusted(true);
+  EXPECT_TRUE(isCreated(Kind::filters, keysDown));
+  EXPECT_TRUE(isCreated(Kind::listens, keysDown));
+}
+
+TEST_F(EventTap, the_permission_to_listen_is_one_to_listen_only) {
+  standins::permitListening(true);
+  EXPECT_TRUE(isCreated(Kind::listens, keysDown));
   EXPECT_FALSE(isCreated(Kind::filters, keysDown));
 }
 
@@ -77,7 +92,8 @@ TEST_F(EventTap, attach_has_the_main_run_loop_serve_it_and_enable_enables_it) {
   standins::takeCalls();
   tap::attach(tap);
   tap::enable(tap);
-  EXPECT_EQ(standins::takeCalls(), (Calls{"serve source of tap in \"common modes\"", "enable"}));
+  EXPECT_EQ(standins::takeCalls(),
+            (Calls{"serve source of tap in \"common modes\"", "enable tap"}));
 }
 
 TEST_F(EventTap, the_handler_is_told_all_of_an_event) {

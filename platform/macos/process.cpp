@@ -25,7 +25,9 @@ void dieBySignal(Signal signal) { posix::dieBySignal(static_cast<int>(signal)); 
 
 void ignoreBrokenPipes() { posix::ignoreBrokenPipes(); }
 
-void onFatalFault(void (*lastAct)()) { posix::onFatalFault(lastAct); }
+void ignoreStops() { posix::ignoreStops(); }
+
+void onFatalSignal(void (*lastAct)()) { posix::onFatalSignal(lastAct); }
 
 std::vector<std::string> preferredLanguages() {
   const macos::Owned<CFArrayRef> tags(CFLocaleCopyPreferredLanguages());

@@ -1,4 +1,6 @@
+#import <CoreMedia/CoreMedia.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
+#include <dispatch/dispatch.h>
 
 #include <atomic>
 #include <utility>
@@ -73,6 +75,13 @@ using Answer = macos::Completion<bool>;
 
 DriverStream* native(const Stream& stream) { return (__bridge DriverStream*)stream.get(); }
 
+// Throws PlatformError when it has ended: to a request of nothing there would be no answer.
+SCStream* requireRunning(DriverStream* shared) {
+  SCStream* running = shared.stream;
+  if (running == nil) throw platform::PlatformError("the stream has ended");
+  return running;
+}
+
 SCStreamConfiguration* nativeConfiguration(const StreamConfiguration& configuration) {
   SCStreamConfiguration* native = [[SCStreamConfiguration alloc] init];
   native.width = configuration.width;
@@ -86,9 +95,9 @@ SCStreamConfiguration* nativeConfiguration(const StreamConfiguration& configurat
   return native;
 }
 
-std::shared_ptr<Answer> stop(DriverStream* shared) {
+std::shared_ptr<Answer> stop(DriverStream* shared, SCStream* running) {
   auto answer = std::make_shared<Answer>();
-  [shared.stream stopCaptureWithCompletionHandler:^(NSError* error) {
+  [running stopCaptureWithCompletionHandler:^(NSError* error) {
     shared.stream = nil;
     answer->arrive(error == nil, error);
   }];
@@ -102,7 +111,7 @@ void start(DriverStream* shared) {
     if (error != nil) {
       shared.stream = nil;
     } else if (!isAwaited) {
-      stop(shared);
+      stop(shared, shared.stream);
     }
   }];
   try {
@@ -143,22 +152,24 @@ Stream startStream(const Content& content, const WindowFilter& filter,
 
 void updateFilter(const Stream& stream, const Content& content, const WindowFilter& filter) {
   @autoreleasepool {
+    SCStream* running = requireRunning(native(stream));
     auto answer = std::make_shared<Answer>();
-    [native(stream).stream updateContentFilter:macos::captureFilter(content, filter)
-                             completionHandler:^(NSError* error) {
-                               answer->arrive(error == nil, error);
-                             }];
+    [running updateContentFilter:macos::captureFilter(content, filter)
+               completionHandler:^(NSError* error) {
+                 answer->arrive(error == nil, error);
+               }];
     answer->wait();
   }
 }
 
 void updateConfiguration(const Stream& stream, const StreamConfiguration& configuration) {
   @autoreleasepool {
+    SCStream* running = requireRunning(native(stream));
     auto answer = std::make_shared<Answer>();
-    [native(stream).stream updateConfiguration:nativeConfiguration(configuration)
-                             completionHandler:^(NSError* error) {
-                               answer->arrive(error == nil, error);
-                             }];
+    [running updateConfiguration:nativeConfiguration(configuration)
+               completionHandler:^(NSError* error) {
+                 answer->arrive(error == nil, error);
+               }];
     answer->wait();
   }
 }
@@ -166,7 +177,7 @@ void updateConfiguration(const Stream& stream, const StreamConfiguration& config
 void stopStream(const Stream& stream) {
   @autoreleasepool {
     [native(stream) silence];
-    stop(native(stream))->wait();
+    stop(native(stream), requireRunning(native(stream)))->wait();
   }
 }
 

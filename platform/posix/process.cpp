@@ -33,6 +33,10 @@ std::string currentDirectory() {
 
 void ignoreBrokenPipes() { signal(SIGPIPE, SIG_IGN); }
 
+void ignoreStops() {
+  for (const int stop : {SIGTSTP, SIGTTIN, SIGTTOU}) signal(stop, SIG_IGN);
+}
+
 void dieBySignal(int number) {
   signal(number, SIG_DFL);
   sigset_t only;

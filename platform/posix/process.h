@@ -25,11 +25,16 @@ void ignoreBrokenPipes();
 /// handled, ignored or held back before. Exit handlers do not run.
 [[noreturn]] void dieBySignal(int signal);
 
-/// Has `lastAct` run once when the process meets a fault of its own (a bad access, an abort …),
-/// before it dies by that signal. The calling thread meets it on a stack set aside, so that even a
-/// full stack is met; any other thread on its own. A fault within the last act ends the process at
-/// once, a last act that hangs ends it two seconds later, and other threads that meet a fault
-/// meanwhile wait for the end.
-void onFatalFault(void (*lastAct)());
+/// From now on neither a terminal nor a stop signal that can be refused stops the process.
+void ignoreStops();
+
+/// Has `lastAct` run once when the process meets a fault of its own (a bad access, an abort …) or
+/// gets a signal that is there to end it, before it dies by that signal. Excepted are SIGKILL,
+/// which nobody can catch, and SIGHUP, SIGINT, SIGTERM and SIGPIPE, whose handling is left as it
+/// is. The calling thread meets it on a stack set aside, so that even a full stack is met; any
+/// other thread on its own. A fault within the last act ends the process at once, a last act that
+/// hangs ends it two seconds later, and other threads that meet a fatal signal meanwhile wait for
+/// the end.
+void onFatalSignal(void (*lastAct)());
 
 }  // namespace posix

@@ -74,6 +74,16 @@ TEST(ignoreBrokenPipes, a_write_without_a_reader_fails_and_the_process_goes_on) 
             (Ending{.exitStatus = 0, .output = ""}));
 }
 
+TEST(ignoreStops, the_process_goes_on_when_a_terminal_would_stop_it) {
+  for (const int stop : {SIGTSTP, SIGTTIN, SIGTTOU}) {
+    EXPECT_EQ(endingOf([&](int) {
+                posix::ignoreStops();
+                _exit(signal(stop, SIG_DFL) == SIG_IGN ? 0 : 1);
+              }),
+              (Ending{.exitStatus = 0, .output = ""}));
+  }
+}
+
 TEST(dieBySignal, ends_the_process_by_that_signal_without_exit_handlers) {
   EXPECT_EQ(endingOf([](int out) {
               output = out;

@@ -40,8 +40,8 @@ class JoinedChannel : public platform::Channel {
   explicit JoinedChannel(std::string path) : path_(std::move(path)) {}
 
   Datum call(platform::Call call) override {
-    // Only a fault of the process gets here in the middle of a call.
-    if (isExchanging) return callInLastAct(std::move(call));
+    // Only a fault of the process gets here in the middle of a call, or before a flow is connected.
+    if (isExchanging || flowDescriptor < 0) return callInLastAct(std::move(call));
     const bool endsLine = lineOpen_ && call.function == platform::Function::writeOutput;
     if (call.function == platform::Function::writeOutput) noteOutput(call);
     if (auto answer = tryExchange(frameOfCall(std::move(call)))) return std::move(*answer);
@@ -104,7 +104,11 @@ class JoinedChannel : public platform::Channel {
 
  private:
   static Datum frameOfCall(platform::Call call) {
-    return Datum(Datum::List{driver::pack(call.function), Datum(std::move(call.arguments))});
+    Datum::List frame;
+    frame.reserve(2);
+    frame.push_back(driver::pack(call.function));
+    frame.emplace_back(std::move(call.arguments));
+    return Datum(std::move(frame));
   }
 
   static std::optional<Datum> tryExchange(const Datum& message) {

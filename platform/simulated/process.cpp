@@ -65,8 +65,12 @@ void ignoreBrokenPipes() {
   if (!simulated::channel().keepsOutput()) posix::ignoreBrokenPipes();
 }
 
-void onFatalFault(void (*lastAct)()) {
-  if (!simulated::channel().keepsOutput()) posix::onFatalFault(lastAct);
+void ignoreStops() {
+  if (!simulated::channel().keepsOutput()) posix::ignoreStops();
+}
+
+void onFatalSignal(void (*lastAct)()) {
+  if (!simulated::channel().keepsOutput()) posix::onFatalSignal(lastAct);
 }
 
 std::string fullUserName() { return askFor<std::string>(Function::fullUserName); }

@@ -202,9 +202,17 @@ void Server::joinFlow(Client& client, const Datum::List& parts) {
 /// A process has met a fault, in the middle of a call perhaps: this speaks for all its flows.
 void Server::joinLastAct(Client& client, const Datum::List& parts) {
   if (parts.size() != 2) throw MalformedDatum();
-  client.kind = Kind::furtherFlow;
   client.member = processNamed(parts[1]).member;
   client.flow = turns_.joinLastAct(client.member);
+  for (Client& each : clients_) {
+    if (&each == &client || each.member != client.member) continue;
+    if (each.kind != Kind::process && each.kind != Kind::furtherFlow) continue;
+    // It goes by itself: the process goes when its last act is over.
+    each.kind = Kind::furtherFlow;
+    each.flow.reset();
+    each.gone = true;
+  }
+  client.kind = Kind::process;
   deliver(client, Datum());
 }
 

@@ -22,7 +22,9 @@ class Links(unittest.TestCase):
     def test_lead_to_files_that_are_there(self):
         self.assertGreater(len(DOCUMENTS), 15)
         for document in DOCUMENTS:
-            for target in re.findall(r"\]\(([^)#]+)(?:#[^)]*)?\)", document.read_text()):
+            # What stands in code is no link.
+            text = re.sub(r"`[^`\n]*`", "", document.read_text())
+            for target in re.findall(r"\]\(([^)#]+)(?:#[^)]*)?\)", text):
                 if "://" not in target:
                     with self.subTest(document=document.name, target=target):
                         self.assertTrue((document.parent / target).exists())

@@ -116,6 +116,8 @@ class Identity(unittest.TestCase):
         self.assertEqual(VERSION, plist["CFBundleVersion"])
         self.assertEqual(VERSION, plist["CFBundleShortVersionString"])
         self.assertEqual("14.0", plist["LSMinimumSystemVersion"])
+        self.assertIs(True, plist["LSUIElement"], "the guard would have a place in the Dock")
+        self.assertIs(True, plist["NSHighResolutionCapable"])
 
     def test_needs_no_entitlements(self):
         path = ROOT / "packaging/driver.entitlements"

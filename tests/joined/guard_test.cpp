@@ -115,13 +115,25 @@ TEST(guard, switches_its_wording) {
   EXPECT_EQ(operating == std::string::npos, minding == std::string::npos) << journal;
 }
 
-// Faults of its own: it locks, and dies of them.
-TEST(guard, locks_before_it_dies_of_a_fault) {
-  for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP}) {
+// Faults of its own, and signals that it has no handler for: it locks, and dies of them.
+TEST(guard, locks_before_it_dies_of_a_signal) {
+  for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGQUIT,
+                           SIGUSR1, SIGUSR2, SIGALRM, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF}) {
     Guarded guard;
     guard.process().signal(number);
     EXPECT_EQ(seen(guard.process().finish()), std::to_string(128 + number) + " ") << number;
     EXPECT_TRUE(guard.isLocked()) << number;
+  }
+}
+
+// A guard that were stopped would go on covering, and watch nobody.
+TEST(guard, is_not_stopped_by_a_terminal) {
+  for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU}) {
+    Guarded guard;
+    guard.process().signal(number);
+    guard.happen({"user", "key", "a"});
+    EXPECT_EQ(guard.end(), lastLine("user")) << number;
+    EXPECT_EQ(guard.violations(), noViolations);
   }
 }
 

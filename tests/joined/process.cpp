@@ -122,10 +122,16 @@ std::string Process::readLine() {
   return line;
 }
 
+bool Process::offer(const std::string& text) const {
+  // Children must not inherit that it is ignored.
+  const auto before = ::signal(SIGPIPE, SIG_IGN);
+  const ssize_t count = ::write(input_, text.data(), text.size());
+  ::signal(SIGPIPE, before);
+  return count == static_cast<ssize_t>(text.size());
+}
+
 void Process::write(const std::string& text) const {
-  if (::write(input_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
-    throw std::runtime_error("the program does not read");
-  }
+  if (!offer(text)) throw std::runtime_error("the program does not read");
 }
 
 void Process::keepReplies() const {

@@ -35,6 +35,10 @@ class Process {
   /// The next line it prints, without the line feed; what there was at the end of its output.
   std::string readLine();
 
+  /// Writes to its standard input. False when it does not read any more.
+  bool offer(const std::string& text) const;
+
+  /// The same, and throws when it does not.
   void write(const std::string& text) const;
   void closeInput();
 

@@ -19,8 +19,9 @@ Result guard(TestMac& mac, const Environment& environment, const Schedule& sched
     return runDirect(mac.desktop(), client, commandLine, schedule);
   });
   const driver::Globals& values = driver::globals();
-  const long kept =
-      (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0) + (values.guardTap ? 1 : 0);
+  const long kept = (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0) +
+                    (values.guardTap ? 1 : 0) + (values.guardUserPicture ? 1 : 0) +
+                    (values.guardAppIcon ? 1 : 0);
   EXPECT_EQ(simulated::liveHandles(), kept) << "I20: handles are alive";
   return result;
 }

@@ -9,10 +9,6 @@ extern "C" {
 
 #pragma clang assume_nonnull begin
 
-typedef enum CGError : int32_t {
-  kCGErrorSuccess = 0,
-} CGError;
-
 // Colours.
 typedef struct CGColor* CGColorRef;
 CGColorRef CGColorCreateGenericGray(CGFloat gray, CGFloat alpha);
@@ -141,24 +137,11 @@ typedef uint64_t CGEventMask;
 typedef struct __CGEventTapProxy* CGEventTapProxy;
 typedef CGEventRef _Nullable (*CGEventTapCallBack)(CGEventTapProxy proxy, CGEventType type,
                                                    CGEventRef event, void* _Nullable userInfo);
-typedef struct __CGEventTapInformation {
-  uint32_t eventTapID;
-  CGEventTapLocation tapPoint;
-  CGEventTapOptions options;
-  CGEventMask eventsOfInterest;
-  pid_t tappingProcess;
-  pid_t processBeingTapped;
-  bool enabled;
-  float minUsecLatency;
-  float avgUsecLatency;
-  float maxUsecLatency;
-} CGEventTapInformation;
 CFMachPortRef _Nullable CGEventTapCreate(CGEventTapLocation tap, CGEventTapPlacement place,
                                          CGEventTapOptions options, CGEventMask eventsOfInterest,
                                          CGEventTapCallBack callback, void* _Nullable userInfo);
 void CGEventTapEnable(CFMachPortRef tap, bool enable);
-CGError CGGetEventTapList(uint32_t maxNumberOfTaps, CGEventTapInformation* _Nullable tapList,
-                          uint32_t* _Nullable eventTapCount);
+bool CGPreflightListenEventAccess(void);
 
 #pragma clang assume_nonnull end
 

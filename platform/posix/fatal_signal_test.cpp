@@ -28,7 +28,7 @@ template <class Fault>
 Ending endingOfFault(void (*lastAct)(), Fault fault) {
   return endingOf([&](int out) {
     output = out;
-    posix::onFatalFault(lastAct);
+    posix::onFatalSignal(lastAct);
     fault();
   });
 }
@@ -50,7 +50,7 @@ int fillTheStack(int depth) {
 
 }  // namespace
 
-TEST(onFatalFault, the_last_act_precedes_the_death_by_the_same_signal) {
+TEST(onFatalSignal, the_last_act_precedes_the_death_by_the_same_signal) {
   EXPECT_EQ(endingOfFault(sayLastWords, [] { std::abort(); }),
             (Ending{.signal = SIGABRT, .output = "last words"}));
   EXPECT_EQ(endingOfFault(sayLastWords, badAccess),
@@ -59,17 +59,32 @@ TEST(onFatalFault, the_last_act_precedes_the_death_by_the_same_signal) {
             (Ending{.signal = SIGTRAP, .output = "last words"}));
 }
 
-TEST(onFatalFault, a_full_stack_is_met_on_another) {
+TEST(onFatalSignal, that_somebody_else_sends_is_met) {
+  for (const int number : {SIGQUIT, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGALRM,
+                           SIGSYS, SIGILL, SIGBUS, SIGFPE}) {
+    EXPECT_EQ(endingOfFault(sayLastWords, [&] { kill(getpid(), number); }),
+              (Ending{.signal = number, .output = "last words"}));
+  }
+}
+
+TEST(onFatalSignal, leaves_the_signals_that_have_handlers_of_their_own_alone) {
+  for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) {
+    EXPECT_EQ(endingOfFault(sayLastWords, [&] { raise(number); }),
+              (Ending{.signal = number, .output = ""}));
+  }
+}
+
+TEST(onFatalSignal, a_full_stack_is_met_on_another) {
   EXPECT_EQ(endingOfFault(sayLastWords, [] { fillTheStack(0); }),
             (Ending{.signal = SIGSEGV, .output = "last words"}));
 }
 
-TEST(onFatalFault, a_fault_of_another_thread_is_met) {
+TEST(onFatalSignal, a_fault_of_another_thread_is_met) {
   EXPECT_EQ(endingOfFault(sayLastWords, [] { std::thread(badAccess).join(); }),
             (Ending{.signal = SIGSEGV, .output = "last words"}));
 }
 
-TEST(onFatalFault, a_fault_within_the_last_act_ends_the_process_by_itself) {
+TEST(onFatalSignal, a_fault_within_the_last_act_ends_the_process_by_itself) {
   EXPECT_EQ(endingOfFault(
                 [] {
                   say("last words");
@@ -79,11 +94,11 @@ TEST(onFatalFault, a_fault_within_the_last_act_ends_the_process_by_itself) {
             (Ending{.signal = SIGSEGV, .output = "last words"}));
 }
 
-TEST(onFatalFault, the_last_act_has_a_time_limit) {
+TEST(onFatalSignal, the_last_act_has_a_time_limit) {
   EXPECT_EQ(endingOfFault([] { say(std::to_string(alarm(0))); }, badAccess),
             (Ending{.signal = SIGSEGV, .output = "2"}));
 }
 
-TEST(onFatalFault, nothing_happens_without_a_fault) {
+TEST(onFatalSignal, nothing_happens_without_a_fault) {
   EXPECT_EQ(endingOfFault(sayLastWords, [] { _exit(0); }), (Ending{.exitStatus = 0, .output = ""}));
 }

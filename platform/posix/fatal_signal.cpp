@@ -12,8 +12,15 @@ namespace posix {
 
 namespace {
 
-constexpr std::array fatalFaults = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS};
-constexpr std::size_t faultStackBytes = std::size_t{256} * 1024;
+// Faults of the process itself, and signals that others may send it.
+constexpr std::array fatalSignals = {
+    SIGSEGV, SIGBUS,  SIGILL,  SIGFPE,  SIGABRT,   SIGTRAP, SIGSYS,  SIGQUIT,
+    SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGALRM,
+#ifdef SIGEMT
+    SIGEMT,  // on a Mac
+#endif
+};
+constexpr std::size_t lastStackBytes = std::size_t{256} * 1024;
 constexpr unsigned patienceSeconds = 2;
 
 using Act = void (*)();
@@ -23,13 +30,13 @@ std::atomic<Act>& lastActOfProcess() {
   return act;
 }
 
-// Takes effect when the fault's handler returns.
-void dieOnReturn(int fault) {
-  signal(fault, SIG_DFL);
-  raise(fault);
+// Takes effect when the signal's handler returns.
+void dieOnReturn(int number) {
+  signal(number, SIG_DFL);
+  raise(number);
 }
 
-// What the fault has left half done, a lock of the allocator for example, may hold it up for ever.
+// What the signal has left half done, a lock of the allocator for example, may hold it up for ever.
 void limitTheLastAct() {
   signal(SIGALRM, SIG_DFL);
   sigset_t alarms;
@@ -39,21 +46,21 @@ void limitTheLastAct() {
   alarm(patienceSeconds);
 }
 
-void meetFault(int fault) {
+void meetFatalSignal(int number) {
   static constinit std::atomic<bool> hasBegun = false;
   static constinit std::atomic<pthread_t> actor = pthread_t{};
   if (hasBegun.exchange(true)) {
-    if (pthread_equal(actor, pthread_self())) return dieOnReturn(fault);
+    if (pthread_equal(actor, pthread_self())) return dieOnReturn(number);
     for (;;) pause();
   }
   actor = pthread_self();
   limitTheLastAct();
   lastActOfProcess().load()();
-  dieOnReturn(fault);
+  dieOnReturn(number);
 }
 
-void setFaultStackAside() {
-  alignas(std::max_align_t) static constinit std::array<std::byte, faultStackBytes> memory = {};
+void setLastStackAside() {
+  alignas(std::max_align_t) static constinit std::array<std::byte, lastStackBytes> memory = {};
   stack_t stack = {};
   stack.ss_sp = memory.data();
   stack.ss_size = memory.size();
@@ -62,14 +69,14 @@ void setFaultStackAside() {
 
 }  // namespace
 
-void onFatalFault(void (*lastAct)()) {
+void onFatalSignal(void (*lastAct)()) {
   lastActOfProcess() = lastAct;
-  setFaultStackAside();
+  setLastStackAside();
   struct sigaction action = {};
-  action.sa_handler = meetFault;
+  action.sa_handler = meetFatalSignal;
   action.sa_flags = SA_ONSTACK;
   sigemptyset(&action.sa_mask);
-  for (const int fault : fatalFaults) sigaction(fault, &action, nullptr);
+  for (const int number : fatalSignals) sigaction(number, &action, nullptr);
 }
 
 }  // namespace posix

@@ -1,0 +1,136 @@
+"""Writes the page of symbols, docs/MAC.md."""
+import re
+
+from mac_symbols import ADAPTERS
+
+USERS_MAX = 6
+KINDS = (('looked up', 'Functions that are looked up'), ('number', 'Numbers'),
+         ('key', 'Keys of dictionaries'), ('file', 'Files and tools'),
+         ('name', 'Names in Accessibility, and other identifiers'),
+         ('class', 'Classes'), ('function', 'Functions and constants'),
+         ('member', 'Methods and properties'), ('structure', 'Structures'), ('value', 'Values'))
+
+INTRODUCTION = '''# What a Mac has to have
+
+Everything that `driver` uses of macOS, where it is described, and how sure of it we are: for somebody with a Mac who
+wants to verify it, or who has seen something go wrong. What is assumed comes first, private functions before
+everything; what merely has to be there stands behind.
+
+`scripts/generate-mac-symbols` writes this page: the symbols are read off the executable, the objects that it is linked
+from and our sources, the rest stands in `platform/macos/symbols.toml`. `scripts/check-macos` fails when a symbol is used
+that has no entry there, or an entry's symbol is not used, and when this page is not up to date.
+
+The first thing that a Mac settles is the build: with the SDK's own headers the compiler checks all declarations and values
+that the adapters use, and the linker every import and the library it comes from. Private functions, names and numbers, and
+how things behave, are seen only when `driver` runs; begin with `scripts/doctor`.
+
+Files without a folder are in `platform/macos`. An asterisk marks what an assumption is made of.
+
+## How sure
+
+| Checked | How | Symbols |
+|---|---|---|
+'''
+
+WITHOUT = '''## What is not used
+
+No notification is observed, neither of the process nor of the workspace nor a distributed one: the application object tells
+its delegate what there is to know. No pasteboard type is named, since items travel as they are. No user default is read,
+and no tool but `dscl` is started.
+'''
+
+
+def code(name):
+    return f'`{name}`'
+
+
+def shown(symbol, table):
+    text = f'{symbol.name} = {symbol.value}' if symbol.value else symbol.name
+    mark = '\\*' if table.entries[symbol.name].assumptions else ''
+    return code(text.replace('|', '\\|')) + mark
+
+
+def shown_users(users):
+    if len(users) > USERS_MAX:
+        return 'many files'
+    return ', '.join(code(path.removeprefix(f'{ADAPTERS}/')) for path in sorted(users)) or '—'
+
+
+def row(cells):
+    return f'| {" | ".join(cells)} |\n'
+
+
+def natural(symbol):
+    return re.sub(r'^[-+]\[|"', '', symbol.name).lower()
+
+
+def table_of(symbols, table):
+    """Symbols that are described, checked and used alike share a row."""
+    rows = {}
+    for symbol in symbols:
+        entry = table.entries[symbol.name]
+        key = (symbol.owner, entry.source, entry.basis, shown_users(symbol.users))
+        rows.setdefault(key, []).append(symbol)
+    text = row(('Symbol', 'Described in', 'Checked', 'Used in')) + '|---|---|---|---|\n'
+    for (_, source, basis, users), alike in rows.items():
+        names = ', '.join(shown(symbol, table) for symbol in alike)
+        text += row((names, source, basis, users))
+    return text
+
+
+def sure(table, symbols):
+    text = ''
+    for basis, description in table.bases.items():
+        count = sum(table.entries[symbol.name].basis == basis for symbol in symbols)
+        text += row((basis, description['text'], str(count)))
+    return text
+
+
+def assumption(each, found):
+    users = set().union(*(found[name].users for name in each['names']))
+    return (f'- **{", ".join(map(code, each["names"]))}** ({shown_users(users)})  \n'
+            f'  Assumed: {" ".join(each["assumed"].split())}  \n'
+            f'  A Mac shows it: {" ".join(each["shown"].split())}\n')
+
+
+def assumptions(table, symbols):
+    """Private functions, then what else is not confirmed, then how documented ones behave."""
+    found = {symbol.name: symbol for symbol in symbols}
+    parts = {'Private functions': [], 'Other names and numbers without documentation': [],
+             'How documented interfaces behave': []}
+    private, other, documented = parts.values()
+    for each in table.assumptions:
+        if any(found[name].kind == 'looked up' for name in each['names']):
+            private.append(each)
+        elif all(table.is_confirmed(name) for name in each['names']):
+            documented.append(each)
+        else:
+            other.append(each)
+    return ''.join(f'## {title}\n\n{"".join(assumption(each, found) for each in part)}\n'
+                   for title, part in parts.items())
+
+
+def by_kind(symbols, table):
+    text = ''
+    for kind, title in KINDS:
+        alike = [symbol for symbol in symbols if symbol.kind == kind]
+        alike.sort(key=lambda symbol: natural(symbol) if kind != 'value' else '')
+        if alike:
+            text += f'{title}:\n\n{table_of(alike, table)}\n'
+    return text
+
+
+def library_section(description, table, symbols):
+    own = [symbol for symbol in symbols if symbol.library == description['name']]
+    return (f'### {description["name"]}\n\n{" ".join(description["about"].split())}\n\n'
+            f'{by_kind(own, table)}')
+
+
+def page(table, symbols):
+    """The page as it is in docs."""
+    return ''.join((INTRODUCTION, sure(table, symbols), '\n', assumptions(table, symbols),
+                    '## All symbols\n\n### Names and numbers in our sources\n\n',
+                    by_kind([symbol for symbol in symbols if not symbol.library], table),
+                    *(library_section(description, table, symbols)
+                      for description in table.libraries),
+                    WITHOUT))
