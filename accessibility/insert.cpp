@@ -62,7 +62,7 @@ std::optional<Snapshot> targetField(const ax::Element& application, const std::s
   return ifTextInput(axActionable(point, application));
 }
 
-bool write(const Field& field, const char* attribute, ax::Value value) {
+bool write(const Field& field, const char* attribute, const ax::Value& value) {
   return messages::setAttribute(field.element, attribute, value) == ax::Error::success;
 }
 

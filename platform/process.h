@@ -65,6 +65,7 @@ std::vector<std::string> preferredLanguages();
 struct Version {
   int major = 0;
   int minor = 0;
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer.
   friend auto operator<=>(const Version&, const Version&) = default;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 /// Three boxes after one another are as good as a bell curve.
 constexpr int boxes = 3;
-constexpr int channels = 4;
+constexpr std::ptrdiff_t channels = 4;
 
 /// A rectangle of pixels.
 struct Area {

@@ -5,7 +5,6 @@
 
 namespace simulator::calls {
 
-using driver::Datum;
 using driver::pack;
 
 namespace {
