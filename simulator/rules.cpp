@@ -221,6 +221,8 @@ void Rules::checkOperation(const EventImage& event, Violations& violations) {
 bool Rules::inScope(WindowNumber number) const {
   // Each session of a service has a scope of its own, which only the service knows.
   if (command() == "capture-service") return true;
+  // Who may not record the screen is told no titles, and a window without one is in every scope.
+  if (!mac_.world.screenRecordingAllowed) return true;
   const Window* window = findWindow(mac_.world, number);
   return window == nullptr || titleInScope(client_, window->title.value_or(""));
 }

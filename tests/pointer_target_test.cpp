@@ -135,6 +135,13 @@ TEST(pointer_window, without_a_title_is_never_filtered) {
   EXPECT_EQ(seen(moved(titles, "Notes 150 150", elsewhere)), noWindow);
 }
 
+TEST(pointer_window, is_in_every_scope_when_no_titles_are_told) {
+  const std::string untold = std::string(titles) + "    deny screen-recording\n";
+
+  EXPECT_EQ(seen(moved(untold, "Notes 150 150", {{"CU_WINDOW", "nowhere"}})),
+            success(R"({"changed":true,"ok":true,"via":"background","window":6})"));
+}
+
 TEST(pointer_window, of_a_target_in_front_needs_the_keyboard_in_the_scope) {
   const std::string front = std::string(titles) + "    at 0ms front Notes\n";
 

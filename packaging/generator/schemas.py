@@ -107,7 +107,8 @@ def held_focus_schema():
 
 def no_command_schema():
     none = table.Command("", "", 0, None, False)
-    alternatives = [refusal(error, none) for error in table.errors() if not error["commands"]]
+    alternatives = [refusal(error, none) for error in table.errors()
+                    if not error["commands"] or error.get("precondition")]
     return schema_of("no-command", "the reply of driver without a command that exists",
                      alternatives)
 

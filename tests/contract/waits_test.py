@@ -17,7 +17,8 @@ def trace_of(command_line, *say):
     with Mac(WORLD) as mac:
         for words in say:
             mac.tell(*words)
-        words = [mac.path(word) if word.endswith(".png") else word for word in command_line.split()]
+        words = command_line.split() if isinstance(command_line, str) else command_line
+        words = [mac.path(word) if word.endswith(".png") else word for word in words]
         run = mac.driver(*words)
         return run, [json.loads(line) for line in mac.tell("trace").splitlines()]
 
@@ -31,6 +32,13 @@ class Waits(unittest.TestCase):
                 self.assertEqual(float(milliseconds), trace[-1]["at"], run.lines)
                 refused = command_line.startswith("bg-drag") or " Deaf " in command_line
                 self.assertNotEqual(refused, run.reply["ok"], run.lines)
+
+    def test_for_lines_are_what_the_page_says(self):
+        for lines, pieces in ((20 * ["x" * 50], 60), (300 * ["x"], 300)):
+            _, trace = trace_of(["bg-type", "Notes", "\n".join(lines)])
+            waited = 24 * pieces + 98 * (len(lines) - 1)
+            self.assertEqual(430.0 + waited, trace[-1]["at"])
+            self.assertIn(f"{waited / 1000:.1f} seconds", PAGE)
 
     def test_for_a_hung_application_are_twelve_seconds_more_at_most(self):
         for command_line, milliseconds in ROWS:
