@@ -26,7 +26,11 @@ def errors_page():
         "`\"locked\":true` is part of the replies that are marked so.", "",
         "What the platform itself did not carry out has no text: a press or a write that the "
         "application did not accept has `axError`, the platform's code; `ax-focus`, `ax-slider`, "
-        "`lock-now` and `keep-awake` say `\"ok\":false` alone.", ""]
+        "`lock-now` and `keep-awake` say `\"ok\":false` alone.", "",
+        "When an application seems to have no windows, elements, menus or titles, a permission may be "
+        "missing: without Accessibility it shows none of them, takes no events and says nothing of "
+        "it; without Screen Recording windows have no titles, and scopes go by these. "
+        "`scripts/doctor` tells.", ""]
     groups = table.load("errors.json")["groups"]
     lines += ["| Group | Commands |", "|---|---|"]
     for name, members in groups.items():
