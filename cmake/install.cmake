@@ -30,7 +30,11 @@ if(TARGET simulated-mac)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)
 endif()
 
-install(DIRECTORY "${product_folder}/docs/" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs
-  FILES_MATCHING PATTERN "*.md")
+# They lie to each other as in the sources, so that their links lead somewhere.
 install(FILES "${product_folder}/README.md" "${product_folder}/CHANGELOG.md"
-  "${product_folder}/SECURITY.md" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
+  "${product_folder}/CONTRIBUTING.md" "${product_folder}/SECURITY.md"
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
+install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(DIRECTORY "${product_folder}/packaging/contract"
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)

@@ -124,7 +124,10 @@ class Session:
 
 
 def parsed(arguments):
-    parser = argparse.ArgumentParser(prog="conformance", description=__doc__)
+    """The options. Exits with status 2, and says why, when there is anything wrong with them."""
+    parser = argparse.ArgumentParser(
+        prog="conformance", allow_abbrev=False,
+        usage="scripts/conformance [--driver PATH] [--update] [--lock] [SCENARIO]...")
     parser.add_argument("scenario", nargs="*", help="names of scenarios; all without")
     parser.add_argument("--side", choices=("mac", "simulated"), required=True)
     parser.add_argument("--fixture", help="the fixture's bundle, on a Mac")
@@ -134,15 +137,19 @@ def parsed(arguments):
     parser.add_argument("--lock", action="store_true",
                         help="on a Mac too, play the scenarios that lock the screen")
     parser.add_argument("--normalisations", action="store_true", help="say what is not compared")
-    return parser.parse_args(arguments)
+    options = parser.parse_args(arguments)
+    unknown = set(options.scenario) - {scenario["name"] for scenario in read(options.scenarios)}
+    if unknown:
+        parser.error("no such scenario: " + ", ".join(sorted(unknown)))
+    return options
+
+
+def read(path):
+    return json.loads(path.read_text())
 
 
 def chosen(scenarios, options):
     """The scenarios to play: those named, or all; on a Mac without those that lock it."""
-    names = [scenario["name"] for scenario in scenarios]
-    unknown = set(options.scenario) - set(names)
-    if unknown:
-        raise Trouble("no such scenario: " + ", ".join(sorted(unknown)))
     for scenario in scenarios:
         if options.scenario and scenario["name"] not in options.scenario:
             continue
@@ -162,11 +169,10 @@ def print_normalisations(scenarios):
                 print(f"{scenario['name']}, {step['run']}: not \"{key}\": {reason}")
 
 
-def main(arguments):
+def run(options):
     """0 when all replies are as stored, 1 when one is not, 2 when nothing could be played."""
-    options = parsed(arguments)
-    layout = Layout(json.loads((HERE / "layout.json").read_text()))
-    scenarios = json.loads(options.scenarios.read_text())
+    layout = Layout(read(HERE / "layout.json"))
+    scenarios = read(options.scenarios)
     if options.normalisations:
         print_normalisations(scenarios)
         return 0

@@ -28,7 +28,7 @@ def run(*arguments, side="simulated"):
     """Status and output of a run."""
     output = io.StringIO()
     with contextlib.redirect_stdout(output):
-        status = conformance.main([*arguments, "--side", side])
+        status = conformance.run(conformance.parsed([*arguments, "--side", side]))
     return status, output.getvalue()
 
 
@@ -37,6 +37,13 @@ class InFolder(unittest.TestCase):
         folder = tempfile.TemporaryDirectory(prefix="conformance-test-")
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
+
+    def program(self, name, text):
+        path = self.folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text("#!/bin/sh\n" + text)
+        path.chmod(0o755)
+        return path
 
 
 class StoredReplies(InFolder):
@@ -129,16 +136,11 @@ class StoredReplies(InFolder):
     def test_need_a_driver_that_ends_and_says_one_object(self):
         for text, expected in (("sleep 9", "TimeoutExpired"), ("echo 7", "it could not be played"),
                                ('echo \'{"ok":true,"pid":41}\'; echo 7', "it could not be played")):
-            program = self.folder / "driver"
-            program.write_text(f"#!/bin/sh\n{text}\n")
-            program.chmod(0o755)
+            program = self.program("driver", f"{text}\n")
             with mock.patch("mac.DRIVER", str(program)), mock.patch("mac.SECONDS_MAX", 1):
                 status, output = run("presses", *self.options)
             self.assertEqual(1, status)
             self.assertIn(expected, output)
-
-    def test_of_unknown_scenarios_cannot_be_asked_for(self):
-        self.assertEqual((2, "no such scenario: wat\n"), run("wat", *self.options))
 
 
 class Scenarios(unittest.TestCase):
@@ -317,13 +319,6 @@ class OnAMac(InFolder):
         patch = mock.patch.dict(os.environ, {"SIMULATED_MAC": desk.environment["SIMULATED_MAC"]})
         patch.start()
         self.addCleanup(patch.stop)
-
-    def program(self, name, text):
-        path = self.folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text("#!/bin/sh\n" + text)
-        path.chmod(0o755)
-        return path
 
     def fixture(self, start, say):
         self.program("Driver Fixture.app/Contents/MacOS/Driver Fixture",

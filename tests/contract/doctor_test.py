@@ -1,6 +1,14 @@
 """The doctor names each fault, and only it, and where to grant what is missing."""
+import contextlib
+import ctypes.util
+import importlib.machinery
+import importlib.util
+import io
+import re
 import subprocess
+import sys
 import unittest
+from unittest import mock
 
 from mac import DRIVER, ROOT, Mac
 
@@ -12,6 +20,14 @@ app Notes pid 41
 """
 SCREEN = "The permission Screen Recording is missing"
 ACCESSIBILITY = "The permission Accessibility is missing"
+
+
+def loaded_doctor():
+    """The script as a module."""
+    loader = importlib.machinery.SourceFileLoader("doctor", str(ROOT / "scripts/doctor"))
+    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("doctor", loader))
+    loader.exec_module(module)
+    return module
 
 
 def examine(world, *say, driver=DRIVER, **environment):
@@ -43,15 +59,19 @@ class Doctor(unittest.TestCase):
         return done.stdout
 
     def test_finds_nothing_on_a_healthy_mac(self):
-        self.assertIn("Nothing is missing", self.expect(APPS))
+        self.assertEqual("Nothing is missing: the session is usable, both permissions are granted, "
+                         "screens can be captured. Functions of the system are not looked for on a "
+                         "simulated Mac.\n", self.expect(APPS))
 
     def test_says_where_accessibility_is_granted(self):
         text = self.expect("deny accessibility\n" + APPS, ACCESSIBILITY)
         self.assertIn("System Settings > Privacy & Security > Accessibility", text)
+        self.assertIn('input vanishes although replies say "ok"', text)
 
     def test_says_where_screen_recording_is_granted(self):
         text = self.expect("deny screen-recording\n" + APPS, SCREEN)
         self.assertIn("System Settings > Privacy & Security > Screen & System Audio Recording", text)
+        self.assertIn("Windows have no titles, so CU_WINDOW finds none.", text)
 
     def test_names_both_permissions(self):
         self.expect("deny accessibility\ndeny screen-recording\n" + APPS, ACCESSIBILITY, SCREEN)
@@ -96,6 +116,72 @@ class Doctor(unittest.TestCase):
     def test_says_that_there_is_no_mac_to_join(self):
         done, *_ = examine(APPS, SIMULATED_MAC="@nowhere")
         self.assertEqual((2, ""), (done.returncode, done.stderr))
+
+
+class Functions(unittest.TestCase):
+    """What the doctor itself looks for on a Mac, here in the libraries of this machine."""
+
+    C = ctypes.util.find_library("c")
+    NOWHERE = "/nowhere/library"
+
+    def setUp(self):
+        self.doctor = loaded_doctor()
+
+    def faults(self, functions):
+        return list(self.doctor.function_faults([("It does not work", functions, "Wait.")]))
+
+    def test_that_are_there_are_no_fault(self):
+        self.assertEqual([], self.faults({"malloc": [self.C], "free": [self.NOWHERE, self.C]}))
+
+    def test_that_are_missing_are_named(self):
+        self.assertEqual(
+            [("It does not work: no_such_function and nor_this cannot be found.", "Wait.")],
+            self.faults({"no_such_function": [self.C], "malloc": [self.C], "nor_this": [self.C]}))
+
+    def test_of_a_missing_library_are_named(self):
+        self.assertEqual([("It does not work: malloc cannot be found.", "Wait.")],
+                         self.faults({"malloc": [self.NOWHERE]}))
+
+    def test_are_those_that_driver_looks_up(self):
+        sky = (ROOT / "input/sky.cpp").read_text()
+        lock = (ROOT / "guard/screen_lock.cpp").read_text()
+        rows = [*self.doctor.BACKGROUND_FUNCTIONS, *self.doctor.LOCK_FUNCTIONS]
+        listed = {name: paths[0] for _, functions, _ in rows for name, paths in functions.items()}
+        self.assertEqual(
+            set(re.findall(r'(?:library|skyLight|appServices)\(?\)?, "(\w+)"|name = "(\w+)"',
+                           sky + lock)),
+            {("", name) if name == "CGEventSetWindowLocation" else (name, "") for name in listed})
+        self.assertEqual(set(re.findall(r'"(/System/[^"]*)"', sky + lock)), set(listed.values()))
+
+    def on_a_mac(self, world, *missing):
+        """What is printed on a Mac that has all functions but the missing ones."""
+        output = io.StringIO()
+        with Mac(world) as mac, contextlib.redirect_stdout(output), \
+                mock.patch.multiple(self.doctor, ON_A_MAC=True,
+                                    has_function=lambda _, name: name not in missing), \
+                mock.patch.dict("os.environ", mac.environment), \
+                mock.patch.object(sys, "argv", ["doctor", DRIVER]):
+            status = self.doctor.main()
+        return status, output.getvalue()
+
+    def test_are_looked_for_on_a_mac(self):
+        self.assertEqual(
+            (0, "Nothing is missing: the session is usable, both permissions are granted, screens "
+                "can be captured, and all functions of the system that driver looks up are there."
+                "\n"), self.on_a_mac(APPS))
+
+    def test_that_are_missing_on_a_mac_are_faults(self):
+        status, output = self.on_a_mac("missing SLEventPostToPid\n" + APPS, "SLEventPostToPid",
+                                       "GetProcessForPID", "SACLockScreenImmediate")
+        self.assertEqual(1, status)
+        self.assertEqual(
+            ["1. Background clicks, moves and scrolls do not work: SLEventPostToPid cannot be "
+             "found.",
+             "2. Background focus and background keyboard do not work: GetProcessForPID cannot be "
+             "found.",
+             "3. lock-now and the lock of lock-guard do not work: SACLockScreenImmediate cannot be "
+             "found."],
+            [line for line in output.splitlines() if line[0].isdigit()])
 
 
 if __name__ == "__main__":

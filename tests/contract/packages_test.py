@@ -8,6 +8,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
+from links import broken_links
 from mac import DRIVER, ROOT
 
 BUILD = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release"))
@@ -19,8 +20,9 @@ COMPONENTS = {
                "share/driver/contract/errors.json"},
     "simulated-mac": {"bin/simulated-mac", "share/man/man1/simulated-mac.1",
                       "share/driver/worlds/desk.world"},
-    "docs": {"share/doc/driver/README.md", "share/doc/driver/ERRORS.md",
-             "share/doc/driver/COMMANDS.md", "share/doc/driver/SECURITY.md"}}
+    "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
+             "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
+             "share/doc/driver/packaging/contract/README.md"}}
 
 
 def done(*command, **options):
@@ -54,6 +56,13 @@ class Installation(Temporary):
             seen |= found
         schemas = {path.name for path in (ROOT / "packaging/contract/schemas").glob("*.json")}
         self.assertLessEqual({f"share/driver/contract/schemas/{name}" for name in schemas}, seen)
+
+    def test_has_documents_whose_links_lead_somewhere(self):
+        done("cmake", "--install", BUILD, "--prefix", self.folder, "--component", "docs")
+        documents = list(self.folder.rglob("*.md"))
+        sources = [*(ROOT / "docs").rglob("*.md"), *ROOT.glob("*.md")]
+        self.assertGreater(len(documents), len(sources))
+        self.assertEqual([], list(broken_links(documents)))
 
 
 @unittest.skipUnless(shutil.which("dpkg-deb") and shutil.which("cpack"), "this is no Debian")
@@ -142,6 +151,50 @@ class Scripts(unittest.TestCase):
                 run = subprocess.run([script], capture_output=True, text=True, check=False)
                 self.assertEqual(1, run.returncode)
                 self.assertRegex(run.stderr, "needs a Mac")
+
+    @unittest.skipUnless(os.access("/usr/bin/openssl", os.X_OK), "there is no openssl")
+    def test_for_signing_leaves_no_key_behind_when_the_keychain_takes_none(self):
+        run, calls, left = self.sign(valid="", listed="", importing=7)
+        self.assertEqual(7, run.returncode, run.stderr)
+        self.assertIn("import", calls)
+        self.assertEqual([], left)
+
+    def test_for_signing_makes_no_second_identity(self):
+        own = '  1) 01AB "Zentrove Desk Development" (CSSMERR_TP_NOT_TRUSTED)'
+        run, calls, _ = self.sign(valid="     0 valid identities found", listed=own, importing=0)
+        self.assertEqual(1, run.returncode)
+        self.assertIn("set Trust > Code Signing to Always Trust", run.stderr)
+        self.assertEqual(["find-identity", "find-identity"], calls)
+
+    def test_for_signing_takes_the_identity_that_is_there(self):
+        own = '  1) 01AB "Zentrove Desk Development"'
+        run, calls, left = self.sign(valid=own, listed=own, importing=7)
+        self.assertEqual((0, ["find-identity", "codesign", "codesign", "codesign"], []),
+                         (run.returncode, calls, left))
+
+    def sign(self, *, valid, listed, importing):
+        """scripts/sign with stand-ins of the Mac's tools: its run, the calls, the files left."""
+        with tempfile.TemporaryDirectory() as name:
+            folder = Path(name)
+            tools, files, log = folder / "tools", folder / "files", folder / "log"
+            tools.mkdir()
+            files.mkdir()
+            for tool, text in (
+                    ("uname", "echo Darwin"),
+                    ("codesign", f'echo codesign >>"{log}"'),
+                    ("security", f"""echo "$1" >>"{log}"
+                        case "$*" in
+                          *-v*) echo '{valid}' ;;
+                          find-identity*) echo '{listed}' ;;
+                          import*) exit {importing} ;;
+                        esac""")):
+                (tools / tool).write_text(f"#!/bin/sh\n{text}\n")
+                (tools / tool).chmod(0o755)
+            run = subprocess.run(
+                [ROOT / "scripts/sign", tools / "codesign"], capture_output=True, text=True,
+                check=False, env={**os.environ, "TMPDIR": str(files), "IDENTITY": "",
+                                  "PATH": f"{tools}:{os.environ['PATH']}"})
+            return run, log.read_text().splitlines(), list(files.iterdir())
 
     def test_that_the_workflow_runs_exist(self):
         workflow = (ROOT / ".github/workflows/ci.yml").read_text()
