@@ -312,10 +312,9 @@ class OnAMac(InFolder):
               exec "{mac.DRIVER}" "$@"
             fi""")
         self.fixture("touch", "echo ready")
-        for name in ("mac.DRIVER", "sides.DRIVER"):
-            patch = mock.patch(name, str(driver))
-            patch.start()
-            self.addCleanup(patch.stop)
+        patch = mock.patch("mac.DRIVER", str(driver))
+        patch.start()
+        self.addCleanup(patch.stop)
         patch = mock.patch.dict(os.environ, {"SIMULATED_MAC": desk.environment["SIMULATED_MAC"]})
         patch.start()
         self.addCleanup(patch.stop)
@@ -329,8 +328,7 @@ class OnAMac(InFolder):
 
     def test_what_the_system_writes_to_standard_error_is_no_fault(self):
         chatter = self.program("chatter", f'echo "a framework says" >&2\nexec "{mac.DRIVER}" "$@"')
-        with mock.patch("mac.DRIVER", str(chatter)), \
-                mock.patch("sides.DRIVER", str(chatter)):
+        with mock.patch("mac.DRIVER", str(chatter)):
             with mock.patch("sides.RealMac.check"):
                 self.assertEqual(0, self.play("presses")[0])
             status, output = run("presses")

@@ -1,6 +1,5 @@
 """The two sides on which the scenarios run: a simulated Mac, and the Mac that one sits at."""
 import json
-import os
 import re
 import select
 import shutil
@@ -9,7 +8,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from mac import DRIVER, SECONDS_MAX, Mac, Run
+from mac import SECONDS_MAX, Mac, plain_environment, run_driver
 
 HERE = Path(__file__).resolve().parent
 APPLICATION = "com.zentrove.desk.fixture"
@@ -86,8 +85,7 @@ class MacDesk(Desk):
 
     def __init__(self, bundle, options):
         self.folder = tempfile.TemporaryDirectory(prefix="conformance-")
-        self.environment = {key: value for key, value in os.environ.items()
-                            if not key.startswith(("CU_", "ZENTROVE_"))}
+        self.environment = plain_environment()
         program = bundle / "Contents" / "MacOS" / APPLICATION_NAME
         words = [f"--{option}" for option in options]
         self._process = subprocess.Popen([str(program), *words], stdin=subprocess.DEVNULL,
@@ -117,9 +115,7 @@ class MacDesk(Desk):
         self.folder.cleanup()
 
     def driver(self, *arguments, **environment):
-        return Run(subprocess.run([DRIVER, *arguments], stdin=subprocess.DEVNULL,
-                                  capture_output=True, timeout=SECONDS_MAX,
-                                  env={**self.environment, **environment}, check=False))
+        return run_driver(arguments, {**self.environment, **environment})
 
     def user_state(self):
         """The application in front, and the text on the clipboard. The pointer is left out: it
@@ -152,8 +148,7 @@ class RealMac:
 
     @staticmethod
     def _ask(*words):
-        return Run(subprocess.run([DRIVER, *words], stdin=subprocess.DEVNULL, capture_output=True,
-                                  timeout=SECONDS_MAX, check=False)).reply
+        return run_driver(words, plain_environment()).reply
 
     def _await_unlocked(self):
         """A scenario that locks the screen is followed by others."""

@@ -28,6 +28,17 @@ class Run:
         return json.loads(self.lines[-1])
 
 
+def plain_environment():
+    """The environment without what an agent has set for its runs."""
+    return {key: value for key, value in os.environ.items()
+            if not key.startswith(("CU_", "ZENTROVE_"))}
+
+
+def run_driver(arguments, environment):
+    return Run(subprocess.run([DRIVER, *arguments], stdin=subprocess.DEVNULL, capture_output=True,
+                              timeout=SECONDS_MAX, env=environment, check=False))
+
+
 class Talk:
     """A run that keeps going and is spoken with, line by line."""
 
@@ -64,9 +75,7 @@ class Mac:
             [SIMULATED_MAC, "serve", "--virtual", "--until-closed", str(path)],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         socket = self.server.stdout.readline().decode().strip()
-        inherited = {key: value for key, value in os.environ.items()
-                     if not key.startswith(("CU_", "ZENTROVE_"))}
-        self.environment = {**inherited, "SIMULATED_MAC": socket}
+        self.environment = {**plain_environment(), "SIMULATED_MAC": socket}
 
     def __enter__(self):
         return self
@@ -81,9 +90,7 @@ class Mac:
         return str(Path(self.folder.name) / name)
 
     def driver(self, *arguments, **environment):
-        return Run(subprocess.run([DRIVER, *arguments], stdin=subprocess.DEVNULL,
-                                  capture_output=True, timeout=SECONDS_MAX,
-                                  env={**self.environment, **environment}, check=False))
+        return run_driver(arguments, {**self.environment, **environment})
 
     def tell(self, *words):
         """A request to the Mac itself."""
