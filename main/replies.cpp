@@ -84,9 +84,7 @@ void emitLastWithin(const Reply& reply, std::uint32_t microseconds) {
   if (!streams::acquireOutputWithin(microseconds)) return;
   const std::uint64_t waited = (loop::uptimeNanoseconds() - start) / nanosecondsPerMicrosecond;
   if (waited >= microseconds) return;
-  // In one piece: a pipe takes that whole, or not at all.
-  streams::writeOutputWithin(lineOf(reply) + "\n",
-                             microseconds - static_cast<std::uint32_t>(waited));
+  emitWithin(reply, microseconds - static_cast<std::uint32_t>(waited));
 }
 
 void endOutput() {

@@ -26,13 +26,14 @@ std::int64_t numberOf(const EventImage& event) {
   return fieldOf(event, quartz::Field::mouseEventNumber);
 }
 
-}  // namespace
-
+/// A scroll or a move by itself, no part of a click.
 bool isMotion(const EventImage& event) {
   const auto type = static_cast<EventType>(event.type);
   return type == EventType::scrollWheel ||
          (type == EventType::mouseMoved && numberOf(event) == pressEventNumber);
 }
+
+}  // namespace
 
 std::vector<std::uint32_t> waitsAfter(const EventImage& event) {
   if (isMotion(event)) return {waitAfterPost};
@@ -55,7 +56,7 @@ void PaceRules::before(const Call& call, const PostedSoFar& posted, Violations& 
   }
   lastWasPrivatePost_ = call.function == Function::privatePost;
   if (!isSleep) {
-    if (posted.anything) checkPauseBefore(call, posted, violations);
+    if (posted.latest != nullptr) checkPauseBefore(call, posted, violations);
     return;
   }
   lastSleep_ = length;
@@ -73,7 +74,7 @@ void PaceRules::checkPauseBefore(const Call& call, const PostedSoFar& posted,
   }
   if (call.function != Function::postRecord || posted.mayHurryFocusBack) return;
   const bool taken = recordKind(Arguments(call).text(2)) == RecordKind::takesFocus;
-  if (taken && lastSleep_ != (posted.isMotion ? waitAfterMotion : waitAfterClick)) {
+  if (taken && lastSleep_ != (isMotion(*posted.latest) ? waitAfterMotion : waitAfterClick)) {
     violations.push_back("I5: focus is taken back without the wait before it");
   }
 }

@@ -11,14 +11,10 @@ namespace simulator {
 
 /// What a run has posted so far, as far as its waits depend on it.
 struct PostedSoFar {
-  bool anything = false;           // an event, in this run or request
-  bool isMotion = false;           // the latest was a scroll or a move by itself
+  const platform::EventImage* latest = nullptr;  // in this run or request; null for none
   bool again = false;              // the present call posts the latest event once more
   bool mayHurryFocusBack = false;  // taking focus back is none of this rule's: it may be at once
 };
-
-/// A scroll or a move by itself, no part of a click.
-bool isMotion(const platform::EventImage& event);
 
 /// The waits that posting a pointer event owes, in microseconds: that of every post, and that of
 /// its step in a click. Between two clicks 80 ms pass, which the next press shows.

@@ -170,8 +170,7 @@ void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size
 
 PostedSoFar Rules::postedSoFar(const Call& call) const {
   PostedSoFar posted;
-  posted.anything = lastIdentity_.has_value();
-  posted.isMotion = isMotion(posted_);
+  if (lastIdentity_) posted.latest = &posted_;
   posted.again = isPost(call.function) && posted_.identity == lastIdentity_;
   posted.mayHurryFocusBack = livenessFailed_ || keys_.concernsUs() || service_.isInterrupted();
   return posted;

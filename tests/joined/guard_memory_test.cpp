@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include "mac.h"
+#include "guarded.h"
 
 // A guard to which the system gives no more memory: each allocation after its first line fails, by
 // itself and with all that follow it, until it gives up. It locks all the same.
@@ -9,14 +9,9 @@
 namespace joined {
 namespace {
 
-constexpr const char* desk = R"(
-display 1 1440x900 scale 1
-app Notes pid 41 bundle com.example.notes frontmost
-    window 7 "Inbox" at 100,80 size 800x600
-        AXTextArea "Body" at 120,130 size 700x400 focused
-at 1s connect display 2 800x600 at 1440,0
-at 3s user key a
-)";
+const std::string happenings =
+    "at 1s connect display 2 800x600 at 1440,0\n"
+    "at 3s user key a\n";
 
 struct Run {
   Finished guard;
@@ -29,20 +24,18 @@ enum class End { user, signal, input };
 
 /// Runs a guard that is told a word, and in which this allocation fails.
 Run guardWithout(const std::string& allocation, End end) {
-  const ServedMac mac(desk);
-  Environment environment = mac.environment({{"ZENTROVE_COVER_GRACE", "2"}});
-  environment["LD_PRELOAD"] = SHORT_OF_MEMORY_LIBRARY;
-  environment["FAILING_ALLOCATION"] = allocation;
-  Process guard(driverCommand({"lock-guard"}), environment);
-  EXPECT_EQ(guard.readLine(), "{\"covers\":1,\"keepAwake\":true,\"ok\":true}") << allocation;
-  guard.offer("operating\n");  // it may be dying already
-  if (end == End::user) mac.command({"advance", "5s"});
-  if (end == End::signal) guard.signal(SIGTERM);
-  if (end == End::input) guard.closeInput();
+  SCOPED_TRACE(allocation);
+  Guarded guard(desk + happenings, {{"ZENTROVE_COVER_GRACE", "2"},
+                                    {"LD_PRELOAD", SHORT_OF_MEMORY_LIBRARY},
+                                    {"FAILING_ALLOCATION", allocation}});
+  guard.process().offer("operating\n");  // it may be dying already
+  if (end == End::user) guard.mac().command({"advance", "5s"});
+  if (end == End::signal) guard.process().signal(SIGTERM);
+  if (end == End::input) guard.process().closeInput();
   Run run;
-  run.guard = guard.finish();
+  run.guard = guard.process().finish();
   run.isShortOfMemory = run.guard.errors.find("short of memory") != std::string::npos;
-  run.isLocked = mac.command({"state"}).output.find("\"locked\":true") != std::string::npos;
+  run.isLocked = guard.isLocked();
   return run;
 }
 
