@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/world.h"
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
+#include "simulator/world/world.h"
 
 /// The world of the benchmarks.
 inline const simulator::World& desk() {

@@ -19,7 +19,7 @@
 #include "main/dispatcher.h"
 #include "platform/simulated/channel.h"
 #include "simulator/desktop.h"
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 
 /// What a request to the capture service costs beside a bare echo through the same kind of pipes,
 /// what a session takes of memory, and how often an idle service wakes. The simulated Mac is in the

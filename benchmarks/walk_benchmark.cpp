@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "tests/footprint/measure.h"
+#include "tests/costs/footprint/measure.h"
 
 /// What a walk costs for each element of the tree, and how that grows: messages to the application,
 /// allocations and bytes outside the seam (from 1,000 to 20,000 elements), and the exponent b in

@@ -3,13 +3,13 @@
 #include <array>
 #include <cstdio>
 
-#include "simulator/applications.h"
-#include "simulator/calls.h"
-#include "simulator/client_happenings.h"
-#include "simulator/fields.h"
-#include "simulator/streams.h"
-#include "simulator/taps.h"
-#include "simulator/world_text.h"
+#include "simulator/calls/calls.h"
+#include "simulator/calls/client_happenings.h"
+#include "simulator/calls/sharing_streams.h"
+#include "simulator/input/taps.h"
+#include "simulator/text/parse.h"
+#include "simulator/world/attributes.h"
+#include "simulator/world/fields.h"
 
 namespace simulator {
 

@@ -9,8 +9,8 @@
 
 #include "platform/call.h"
 #include "simulator/faults.h"
-#include "simulator/mac.h"
-#include "simulator/rules.h"
+#include "simulator/mac/mac.h"
+#include "simulator/rules/rules.h"
 
 namespace simulator {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 
 namespace simulator {
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <limits>
 
-#include "simulator/arguments.h"
 #include "simulator/fault_shapes.h"
-#include "simulator/world_text.h"
+#include "simulator/mac/arguments.h"
+#include "simulator/text/parse.h"
 
 namespace simulator {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/call.h"
-#include "simulator/mac.h"
-#include "simulator/world.h"
+#include "simulator/mac/mac.h"
+#include "simulator/world/world.h"
 
 /// What can go wrong with a call.
 namespace simulator {

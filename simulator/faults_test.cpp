@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/desktop.h"
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 
 namespace simulator {
 

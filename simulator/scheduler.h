@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "simulator/world.h"
+#include "simulator/world/world.h"
 
 namespace simulator {
 

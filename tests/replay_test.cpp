@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 #include "tests/support/simulated_run.h"
 
 namespace {

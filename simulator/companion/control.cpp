@@ -7,8 +7,8 @@
 
 #include "simulator/companion/failure.h"
 #include "simulator/companion/trace_text.h"
-#include "simulator/drawing.h"
-#include "simulator/world_text.h"
+#include "simulator/drawing/pictures.h"
+#include "simulator/text/parse.h"
 
 namespace companion {
 

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "simulator/companion/failure.h"
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 
 namespace companion {
 

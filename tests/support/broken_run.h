@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "simulator/rules.h"
-#include "simulator/world_text.h"
+#include "simulator/rules/rules.h"
+#include "simulator/text/parse.h"
 
 namespace testing_support {
 

@@ -1,6 +1,6 @@
 #include "tests/support/pasting.h"
 
-#include "simulator/pasteboard.h"
+#include "simulator/world/pasteboard.h"
 
 namespace testing_support {
 

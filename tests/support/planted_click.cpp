@@ -1,7 +1,7 @@
 #include "tests/support/planted_click.h"
 
-#include "simulator/input.h"
-#include "simulator/world_text.h"
+#include "simulator/input/posted_pointer.h"
+#include "simulator/text/parse.h"
 
 namespace testing_support {
 

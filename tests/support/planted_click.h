@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/call.h"
-#include "simulator/mac.h"
+#include "simulator/mac/mac.h"
 
 namespace testing_support {
 

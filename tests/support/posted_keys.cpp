@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "simulator/keyboard.h"
-#include "simulator/utf16_text.h"
+#include "simulator/input/posted_keys.h"
+#include "simulator/world/utf16_text.h"
 
 namespace testing_support {
 

@@ -7,7 +7,7 @@
 
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
-#include "simulator/world_text.h"
+#include "simulator/text/parse.h"
 #include "tests/support/channels.h"
 #include "tests/support/seen_replies.h"
 

@@ -1,0 +1,211 @@
+#include "simulator/calls/calls.h"
+#include "simulator/world/attributes.h"
+#include "simulator/world/elements.h"
+
+namespace simulator::calls {
+
+using driver::Datum;
+using driver::pack;
+using platform::ElementReference;
+using platform::ValueKind;
+
+namespace {
+
+constexpr std::int64_t illegalArgument = -25201;
+
+Datum tagged(ValueKind kind, Datum payload) {
+  return Datum(Datum::List{pack(kind), std::move(payload)});
+}
+
+Datum packElement(Pid pid, ElementId id) {
+  return tagged(ValueKind::element, pack(ElementReference{pid, id}));
+}
+
+struct Packer {
+  Pid pid;
+
+  Datum operator()(const Opaque& value) const {
+    return tagged(ValueKind::opaque, pack(value.hash));
+  }
+  Datum operator()(const std::string& value) const { return tagged(ValueKind::text, pack(value)); }
+  Datum operator()(bool value) const { return tagged(ValueKind::boolean, pack(value)); }
+  Datum operator()(std::int64_t value) const { return tagged(ValueKind::integer, pack(value)); }
+  Datum operator()(double value) const { return tagged(ValueKind::number, pack(value)); }
+  Datum operator()(ElementLink value) const { return packElement(pid, value.id); }
+  Datum operator()(const std::vector<ElementId>& ids) const {
+    Datum::List list;
+    list.reserve(ids.size());
+    for (const ElementId id : ids) list.push_back(packElement(pid, id));
+    return tagged(ValueKind::list, Datum(std::move(list)));
+  }
+  Datum operator()(Point value) const { return tagged(ValueKind::point, pack(value)); }
+  Datum operator()(Size value) const { return tagged(ValueKind::size, pack(value)); }
+  Datum operator()(const Rect& value) const { return tagged(ValueKind::rect, pack(value)); }
+  Datum operator()(const ax::Range& value) const { return tagged(ValueKind::range, pack(value)); }
+};
+
+template <class T>
+AttributeValue plain(const Datum& payload) {
+  return driver::unpack<T>(payload);
+}
+
+AttributeValue unpackWritten(const Datum& datum) {
+  const auto parts = driver::unpack<std::vector<Datum>>(datum);
+  if (parts.size() != 2) throw driver::MalformedDatum();
+  switch (driver::unpack<ValueKind>(parts[0])) {
+    case ValueKind::text:
+      return plain<std::string>(parts[1]);
+    case ValueKind::boolean:
+      return plain<bool>(parts[1]);
+    case ValueKind::integer:
+      return plain<std::int64_t>(parts[1]);
+    case ValueKind::number:
+      return plain<double>(parts[1]);
+    case ValueKind::element:
+      return ElementLink{driver::unpack<ElementReference>(parts[1]).id};
+    case ValueKind::point:
+      return plain<Point>(parts[1]);
+    case ValueKind::size:
+      return plain<Size>(parts[1]);
+    case ValueKind::rect:
+      return plain<Rect>(parts[1]);
+    case ValueKind::range:
+      return plain<ax::Range>(parts[1]);
+    default:
+      throw driver::MalformedDatum();
+  }
+}
+
+/// Whether a message reaches its application and is answered, and when.
+struct Message {
+  Application* application = nullptr;  // null: it is not answered
+  ax::Outcome outcome;
+  Microseconds delay = 0;
+};
+
+Message send(Mac& mac, Pid pid) {
+  if (!mac.world.accessibilityAllowed) return {nullptr, {ax::Error::apiDisabled, false}, 0};
+  Application* application = findApplication(mac.world, pid);
+  if (application == nullptr) return {nullptr, {ax::Error::cannotComplete, false}, 0};
+  if (application->hangs || application->answerDelay >= messagingTimeout) {
+    return {nullptr, {ax::Error::cannotComplete, true}, messagingTimeout};
+  }
+  return {application, {}, application->answerDelay};
+}
+
+platform::WireSlot readSlot(const Mac& mac, Application& application, ElementId id,
+                            const std::string& name) {
+  const AttributeResult result = readAttribute(mac.world, application, id, name, mac.now);
+  if (name == "AXChildren") afterChildrenWereRead(application, id);
+  if (!result.value) return {Datum(), result.error};
+  return {std::visit(Packer{application.pid}, *result.value), ax::Error::success};
+}
+
+bool gone(const World& world, const Application& application, ElementId id) {
+  const Element* element = findElement(application, id);
+  return id != 0 && (element == nullptr || !isThere(world, application, *element));
+}
+
+}  // namespace
+
+Answer axAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const Message message = send(mac, element.pid);
+  platform::WireReadings readings{{}, message.outcome};
+  if (message.application != nullptr) {
+    readings.slots = {readSlot(mac, *message.application, element.id, arguments.text(1))};
+    readings.outcome.error = readings.slots[0].error;
+  }
+  return {pack(readings), message.delay};
+}
+
+Answer axAttributes(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const Message message = send(mac, element.pid);
+  platform::WireReadings readings{{}, message.outcome};
+  if (message.application != nullptr && gone(mac.world, *message.application, element.id)) {
+    readings.outcome.error = ax::Error::invalidElement;
+  } else if (message.application != nullptr) {
+    for (const auto& name : arguments.get<std::vector<std::string>>(1)) {
+      readings.slots.push_back(readSlot(mac, *message.application, element.id, name));
+    }
+  }
+  return {pack(readings), message.delay};
+}
+
+Answer axActionNames(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const Message message = send(mac, element.pid);
+  platform::WireActionNames result{{}, message.outcome};
+  if (message.application != nullptr) {
+    auto names = actionNames(*message.application, element.id);
+    if (names && !gone(mac.world, *message.application, element.id)) {
+      result.names = std::move(*names);
+    } else {
+      result.outcome.error = ax::Error::invalidElement;
+    }
+  }
+  return {pack(result), message.delay};
+}
+
+Answer axElementAt(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const Message message = send(mac, element.pid);
+  platform::WireHit hit{std::nullopt, message.outcome};
+  if (message.application != nullptr) {
+    const ElementId id =
+        elementAtPoint(mac.world, *message.application, arguments.get<Point>(1), mac.now);
+    if (id != 0) hit.element = ElementReference{element.pid, id};
+    if (id == 0) hit.outcome.error = ax::Error::noValue;
+  }
+  return {pack(hit), message.delay};
+}
+
+Answer axPerform(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const std::string action = arguments.text(1);
+  Message message = send(mac, element.pid);
+  std::string outcome;
+  if (message.application != nullptr) {
+    message.outcome.error = perform(mac.world, element.pid, element.id, action, outcome);
+  }
+  mac.journal.push_back({mac.now, "action", element.pid, 0, action, std::nullopt, "",
+                         message.outcome.error == ax::Error::success, std::move(outcome)});
+  return {pack(message.outcome), message.delay};
+}
+
+Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto element = arguments.get<ElementReference>(0);
+  const std::string name = arguments.text(1);
+  const AttributeValue value = unpackWritten(arguments.get<Datum>(2));
+  Message message = send(mac, element.pid);
+  if (message.application != nullptr) {
+    message.outcome.error =
+        writeAttribute(mac.world, *message.application, element.id, name, value, mac.now);
+  }
+  mac.journal.push_back({mac.now, "write", element.pid, 0, name, std::nullopt, "",
+                         message.outcome.error == ax::Error::success, ""});
+  return {pack(message.outcome), message.delay};
+}
+
+Answer axTrusted(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+  return {pack(mac.world.accessibilityAllowed), 0};
+}
+
+Answer axGetWindow(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  const auto reference = arguments.get<ElementReference>(0);
+  const Message message = send(mac, reference.pid);
+  std::vector<std::int64_t> answer = {static_cast<std::int64_t>(message.outcome.error), 0, 0};
+  if (message.application != nullptr) {
+    const Element* element = findElement(*message.application, reference.id);
+    if (element == nullptr || element->window == 0) {
+      answer[0] = illegalArgument;
+    } else {
+      const Window* window = findWindow(mac.world, element->window);
+      answer[2] = window != nullptr && window->numberHidden ? 0 : element->window;
+    }
+  }
+  return {pack(answer), message.delay};
+}
+
+}  // namespace simulator::calls

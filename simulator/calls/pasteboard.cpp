@@ -1,0 +1,53 @@
+#include "simulator/world/pasteboard.h"
+#include "simulator/calls/calls.h"
+
+namespace simulator::calls {
+
+using driver::pack;
+
+namespace {
+
+constexpr const char* kind = "pasteboard";
+
+void note(Mac& mac, std::string what, std::optional<bool> landed = std::nullopt,
+          std::string outcome = "") {
+  mac.journal.push_back(
+      {mac.now, kind, 0, 0, std::move(what), std::nullopt, "", landed, std::move(outcome)});
+}
+
+Answer written(Mac& mac, const Client& client, std::string what,
+               const std::vector<pasteboard::Item>& items) {
+  const bool taken = writeItems(mac.world.pasteboard, client.pid, items);
+  note(mac, std::move(what), taken, taken ? "" : "somebody else has cleared it since");
+  return {pack(taken), 0};
+}
+
+}  // namespace
+
+Answer pasteboardItems(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+  return {pack(readableItems(mac.world.pasteboard)), 0};
+}
+
+Answer pasteboardChangeCount(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
+  return {pack(mac.world.pasteboard.changeCount), 0};
+}
+
+Answer clearPasteboard(Mac& mac, Client& client, const Arguments& /*arguments*/) {
+  simulator::clearPasteboard(mac.world.pasteboard, client.pid);
+  note(mac, "clear");
+  return {};
+}
+
+Answer writePasteboard(Mac& mac, Client& client, const Arguments& arguments) {
+  return written(mac, client, "write", arguments.get<std::vector<pasteboard::Item>>(0));
+}
+
+Answer writeFilesToPasteboard(Mac& mac, Client& client, const Arguments& arguments) {
+  std::vector<pasteboard::Item> items;
+  for (const auto& path : arguments.get<std::vector<std::string>>(0)) {
+    items.push_back({{std::string(fileUrlType), fileUrl(path)}});
+  }
+  return written(mac, client, "write-files", items);
+}
+
+}  // namespace simulator::calls

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "simulator/mac/mac.h"
+
+/// What becomes of the streams that share windows.
+namespace simulator {
+
+/// How many frames the stream has delivered so far. Frames never move time.
+std::int64_t framesOf(const Sharing& sharing, Microseconds now);
+
+/// The system stops all streams that share a window of this application, or all there are when it
+/// is 0. Their processes learn why.
+void stopSharing(Mac& mac, Pid owner, const std::string& description);
+
+/// The streams of a process end with it.
+void forgetSharing(Mac& mac, Pid client);
+
+}  // namespace simulator

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "simulator/drawing/picture.h"
+#include "simulator/world/world.h"
+
+/// Pictures of the simulated Mac.
+namespace simulator {
+
+/// The window as it looks now. `frontmost` decides whether it is drawn as key.
+WindowPicture pictureOf(const World& world, const Window& window);
+
+/// The whole of every display, as the user sees it, pointer included; the global bounding box of
+/// all displays at the scale of the main one.
+Picture screenPicture(const World& world);
+
+/// A number that differs whenever the drawn pictures would differ. Draws nothing.
+std::uint64_t digest(const Picture& picture);
+
+/// Draws the picture and encodes it as PNG. None when it is empty or larger than 16,384 pixels in
+/// either direction.
+std::optional<std::string> drawPng(const Picture& picture);
+
+}  // namespace simulator

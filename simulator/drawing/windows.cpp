@@ -1,0 +1,118 @@
+#include "simulator/drawing/windows.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "simulator/drawing/colours.h"
+#include "simulator/drawing/controls.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr double titleBarHeight = 28;
+constexpr double radius = 10;
+constexpr double pointsPerLine = 17;
+
+void drawShadow(Canvas& canvas, const WindowLook& look) {
+  const int steps = look.key ? 14 : 9;
+  const double strength = look.key ? 0.034 : 0.026;
+  const Rect& frame = look.frame;
+  for (int step = steps; step > 0; --step) {
+    const double reach = step * 2.0;
+    const Rect ring{frame.x - reach, frame.y - reach + steps * 0.6, frame.width + 2 * reach,
+                    frame.height + 2 * reach};
+    canvas.fill(ring, radius + reach, Colour::grey(0, strength * (1.0 - step / (steps + 1.0))));
+  }
+}
+
+void drawTrafficLights(Canvas& canvas, const WindowLook& look) {
+  constexpr Colour lights[] = {{1, 0.37, 0.34, 1}, {1, 0.74, 0.18, 1}, {0.16, 0.78, 0.25, 1}};
+  double x = look.frame.x + 16;
+  for (const Colour& light : lights) {
+    const Point centre{x, look.frame.y + titleBarHeight / 2};
+    canvas.circle(centre, 6, look.key ? Colour::grey(0, 0.12) : Colour::grey(0, 0.05));
+    canvas.circle(centre, 5.5, look.key ? light : Colour::grey(0.82));
+    x += 20;
+  }
+}
+
+TextStyle titleStyle(const WindowLook& look) {
+  TextStyle style;
+  style.bold = true;
+  style.colour = look.key ? Colour::grey(0.2) : Colour::grey(0.6);
+  return style;
+}
+
+void drawTitleBar(Canvas& canvas, const WindowLook& look) {
+  const Rect& frame = look.frame;
+  const Rect bar{frame.x, frame.y, frame.width, titleBarHeight};
+  canvas.fill(bar, 0, look.key ? Colour::grey(0.955) : Colour::grey(0.965),
+              look.key ? Colour::grey(0.915) : Colour::grey(0.955));
+  canvas.fill({frame.x, frame.y + titleBarHeight - 0.5, frame.width, 0.5}, 0, colours::edge);
+  TextStyle style = titleStyle(look);
+  style.align = TextStyle::Align::centre;
+  canvas.text({frame.x + 76, frame.y, frame.width - 152, titleBarHeight}, look.title, style);
+}
+
+/// A browser shows its title in a tab.
+void drawTabStrip(Canvas& canvas, const WindowLook& look) {
+  const Rect& frame = look.frame;
+  canvas.fill({frame.x, frame.y, frame.width, titleBarHeight}, 0,
+              look.key ? Colour{0.83, 0.88, 0.95, 1} : Colour{0.90, 0.93, 0.96, 1});
+  const Rect tab{frame.x + 76, frame.y + 5, std::min(frame.width - 90, 220.0), titleBarHeight - 5};
+  if (tab.width < 30) return;
+  const Clip clip(canvas, {tab.x, tab.y, tab.width, tab.height}, 0);
+  canvas.fill({tab.x, tab.y, tab.width, tab.height + radius}, 8, Colour::grey(0.97));
+  canvas.circle({tab.x + 15, tab.y + tab.height / 2}, 5, {0.45, 0.62, 0.87, 1});
+  TextStyle style = titleStyle(look);
+  style.bold = false;
+  style.size = 12;
+  canvas.text({tab.x + 26, tab.y, tab.width - 36, tab.height}, look.title, style);
+}
+
+/// The contents begin in the middle of something larger, so that a scroll in any direction shows.
+double thumbPlace(double lines) { return 0.5 - 0.5 * lines / (std::abs(lines) + 12); }
+
+void drawScrollers(Canvas& canvas, const WindowLook& look) {
+  constexpr double breadth = 7;
+  constexpr double length = 60;
+  constexpr Colour colour = Colour::grey(0, 0.38);
+  const Rect& frame = look.frame;
+  const double top = frame.y + (look.titleBar ? titleBarHeight : 0) + 4;
+  if (look.scrolledLines.y != 0) {
+    const double room = std::max(frame.y + frame.height - top - length - 4, 0.0);
+    canvas.fill({frame.x + frame.width - breadth - 3, top + room * thumbPlace(look.scrolledLines.y),
+                 breadth, length},
+                breadth / 2, colour);
+  }
+  if (look.scrolledLines.x != 0) {
+    const double room = std::max(frame.width - length - 8, 0.0);
+    canvas.fill({frame.x + 4 + room * thumbPlace(look.scrolledLines.x),
+                 frame.y + frame.height - breadth - 3, length, breadth},
+                breadth / 2, colour);
+  }
+}
+
+}  // namespace
+
+void drawWindow(Canvas& canvas, const WindowLook& look) {
+  drawShadow(canvas, look);
+  {
+    const Clip clip(canvas, look.frame, radius);
+    const bool browser = look.kind == ApplicationKind::chromium;
+    canvas.fill(look.frame, 0, Colour::grey(look.sheet ? 0.975 : browser ? 0.99 : 0.953));
+    if (look.titleBar) {
+      browser ? drawTabStrip(canvas, look) : drawTitleBar(canvas, look);
+      drawTrafficLights(canvas, look);
+    }
+    const double scroll = -look.scrolledLines.y * pointsPerLine;
+    for (const ElementLook& element : look.elements) {
+      drawControl(canvas, element, look.key, scroll);
+    }
+    drawScrollers(canvas, look);
+  }
+  canvas.stroke(look.frame, radius, 0.5, Colour::grey(0, 0.30));
+}
+
+}  // namespace simulator

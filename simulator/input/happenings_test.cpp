@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include "simulator/text/parse.h"
+#include "simulator/world/attributes.h"
+#include "simulator/world/element_text.h"
+#include "simulator/world/windows.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr const char* desk = R"(
+    display 1 1000x800
+    process 900
+    app Notes pid 41 frontmost
+        window 7 "Inbox" at 0,0 size 300x300
+            AXTextArea "Body" at 10,10 size 100x100 value "hé" focused
+        window 8 "Other" at 0,0 size 300x300
+    app Browser pid 42
+        window 9 "Page" at 200,200 size 300x300
+            AXButton "Go" at 350,350 size 50x20 press: set State "gone"
+            AXStaticText "State"
+    app Helper pid 43 accessory
+        window 10 at 600,0 size 50x50 layer 3
+    app Agent pid 44 prohibited
+        window 11 at 700,0 size 50x50
+    app Hidden pid 45 hidden
+        window 12 at 800,0 size 50x50
+)";
+
+class Happenings : public testing::Test {
+ protected:
+  void happen(const char* text) { simulator::happen(world_, parseHappening(text, world_)); }
+  Application& notes() { return world_.applications[0]; }
+  Application& browser() { return world_.applications[1]; }
+  std::string body() { return std::string(textOf(*findLabelled(notes(), "Body"))); }
+  std::vector<WindowNumber> numbers() const {
+    std::vector<WindowNumber> result;
+    for (const Window& window : world_.windows) result.push_back(window.number);
+    return result;
+  }
+
+  World world_ = parseWorld(desk);
+};
+
+TEST_F(Happenings, the_session_locks_and_leaves_the_console) {
+  happen("lock");
+  EXPECT_EQ(world_.session.locked, true);
+  happen("unlock");
+  EXPECT_EQ(world_.session.locked, std::nullopt);
+  happen("leave console");
+  EXPECT_EQ(world_.session.onConsole, false);
+  happen("return to console");
+  EXPECT_EQ(world_.session.onConsole, true);
+}
+
+TEST_F(Happenings, processes_end_and_displays_go) {
+  happen("end process 900");
+  EXPECT_TRUE(world_.processes.empty());
+  happen("remove displays");
+  EXPECT_TRUE(world_.displays.empty());
+}
+
+TEST_F(Happenings, an_application_hangs_and_recovers) {
+  happen("hang Notes");
+  EXPECT_TRUE(notes().hangs);
+  happen("recover Notes");
+  EXPECT_FALSE(notes().hangs);
+}
+
+TEST_F(Happenings, a_front_application_that_quits_leaves_the_front_to_the_next_regular_one) {
+  ASSERT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 8, 9, 11, 12}));
+
+  happen("quit Notes");
+
+  EXPECT_EQ(world_.frontmost, 42);
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 9, 11, 12}));
+  EXPECT_FALSE(notes().running);
+  EXPECT_EQ(findElement(notes(), 1), nullptr);
+
+  happen("quit Browser");
+  EXPECT_EQ(world_.frontmost, 0);
+}
+
+TEST_F(Happenings, another_application_that_quits_leaves_the_front_alone) {
+  happen("quit Browser");
+
+  EXPECT_EQ(world_.frontmost, 41);
+  EXPECT_EQ(findWindow(world_, 9), nullptr);
+  quitApplication(world_, 42);
+  EXPECT_EQ(world_.windows.size(), 5u);
+}
+
+TEST_F(Happenings, an_application_comes_to_front_with_all_its_windows) {
+  happen("front Browser");
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 9, 7, 8, 11, 12}));
+  happen("front Notes");
+  EXPECT_EQ(world_.frontmost, 41);
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 8, 9, 11, 12}));
+}
+
+TEST_F(Happenings, the_users_keys_go_to_the_front_applications_focused_text) {
+  happen("user key x");
+  EXPECT_EQ(body(), "héx");
+  happen("user key delete");
+  happen("user key backspace");
+  EXPECT_EQ(body(), "h");
+  happen("user key return");
+  happen("user key tab");
+  happen("user key space");
+  happen("user key 世");
+  happen("user key left");
+  EXPECT_EQ(body(), "h\n\t 世");
+  EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{4, 0}));
+}
+
+TEST_F(Happenings, the_users_keys_reach_nobody_else) {
+  happen("lock");
+  happen("user key x");
+  happen("unlock");
+  happen("leave console");
+  happen("user key x");
+  happen("return to console");
+  happen("hang Notes");
+  happen("user key x");
+  happen("recover Notes");
+  notes().focusedElement = 0;
+  happen("user key x");
+  world_.frontmost = 0;
+  happen("user key x");
+
+  EXPECT_EQ(body(), "hé");
+}
+
+TEST_F(Happenings, the_users_click_brings_one_window_to_front_and_presses) {
+  happen("user click 360,360");
+
+  EXPECT_EQ(world_.pointer, (Point{360, 360}));
+  EXPECT_EQ(world_.frontmost, 42);
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 9, 7, 8, 11, 12}));
+  EXPECT_EQ(textOf(*findLabelled(browser(), "State")), "gone");
+
+  happen("user click 250,50");
+  EXPECT_EQ(world_.frontmost, 41);
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 9, 8, 11, 12}));
+}
+
+TEST_F(Happenings, the_users_click_leaves_focus_by_record_alone) {
+  notes().focusByRecord = 7;
+
+  happen("user click 360,360");
+  happen("user click 50,50");
+
+  EXPECT_EQ(notes().focusByRecord, 7u);
+}
+
+TEST_F(Happenings, some_windows_take_a_click_without_the_front_or_not_at_all) {
+  happen("user click 710,10");
+  EXPECT_EQ(world_.frontmost, 41);
+  happen("user click 810,10");
+  EXPECT_EQ(world_.frontmost, 41);
+  happen("user click 999,799");
+  EXPECT_EQ(world_.frontmost, 41);
+  happen("lock");
+  happen("user click 360,360");
+  EXPECT_EQ(world_.frontmost, 41);
+  EXPECT_EQ(world_.pointer, (Point{360, 360}));
+}
+
+TEST_F(Happenings, the_users_pointer_hovers_over_the_front_applications_windows) {
+  happen("user move 20,30");
+  EXPECT_EQ(world_.pointer, (Point{20, 30}));
+  EXPECT_EQ(findWindow(world_, 7)->hover, (Point{20, 30}));
+  happen("user move 400,400");
+  EXPECT_EQ(findWindow(world_, 9)->hover, std::nullopt);
+  EXPECT_EQ(findWindow(world_, 7)->hover, std::nullopt);
+}
+
+}  // namespace
+
+}  // namespace simulator

@@ -1,0 +1,164 @@
+#include "simulator/input/taps.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "simulator/input/user_input.h"
+#include "simulator/world/attributes.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr std::int64_t noVerdict = 0;  // the serial of what nothing waits for
+
+Tap* findTap(Mac& mac, std::int64_t number) {
+  auto& taps = mac.tapLine.taps;
+  const auto found = std::find_if(taps.begin(), taps.end(),
+                                  [&](const Tap& each) { return each.number == number; });
+  return found == taps.end() ? nullptr : &*found;
+}
+
+void tell(Mac& mac, const Tap& tap, std::int64_t serial, const tap::Event& event) {
+  for (const auto& client : mac.clients) {
+    if (client->pid != tap.owner || client->exited) continue;
+    client->items.push_back({platform::ItemKind::tapEvent, tap.number, serial, event});
+  }
+}
+
+bool isKey(const tap::Event& event) {
+  const auto type = static_cast<quartz::EventType>(event.type);
+  return type == quartz::EventType::keyDown || type == quartz::EventType::keyUp;
+}
+
+bool isWatched(const Tap& tap, const tap::Event& event) {
+  return tap.enabled && (tap.mask >> event.type & 1U) != 0;
+}
+
+/// The first of the events sets out.
+void setOut(Mac& mac) {
+  TapLine& line = mac.tapLine;
+  line.underWay = true;
+  line.ahead.clear();
+  if (isKey(line.waiting.front().event) && hasSecureInput(mac.world)) return;
+  for (const Tap& tap : line.taps) line.ahead.push_back(tap.number);
+}
+
+/// The first of the events comes to a tap, which may hold it.
+void comeTo(Mac& mac, const Tap& tap) {
+  TapLine& line = mac.tapLine;
+  const tap::Event& event = line.waiting.front().event;
+  if (!isWatched(tap, event)) return;
+  if (!tap.filters) {
+    tell(mac, tap, noVerdict, event);
+    return;
+  }
+  line.hold = TapLine::Hold{tap.number, ++line.lastSerial, mac.now + tapPatience};
+  tell(mac, tap, line.lastSerial, event);
+}
+
+/// The first of the events has passed all taps, or has been swallowed by one.
+void arrive(Mac& mac, bool passed) {
+  TapLine& line = mac.tapLine;
+  const InputEvent input = std::move(line.waiting.front());
+  line.waiting.pop_front();
+  line.underWay = false;
+  if (passed) takeInput(mac.world, input);
+  if (line.taps.empty()) return;
+  mac.journal.push_back({mac.now, "input", 0, 0, nameOfInput(input), std::nullopt, "", passed,
+                         passed ? "" : "swallowed by a tap"});
+}
+
+/// Lets events go on until one is held, or none is left.
+void pump(Mac& mac) {
+  TapLine& line = mac.tapLine;
+  while (!line.hold && !line.waiting.empty()) {
+    if (!line.underWay) setOut(mac);
+    if (line.ahead.empty()) {
+      arrive(mac, true);
+      continue;
+    }
+    const std::int64_t number = line.ahead.front();
+    line.ahead.pop_front();
+    if (const Tap* tap = findTap(mac, number)) comeTo(mac, *tap);
+  }
+}
+
+/// The system disables a tap and tells it why. What waits for it goes on.
+void disable(Mac& mac, Tap& tap, std::uint32_t notice) {
+  tap.enabled = false;
+  tap::Event event;
+  event.type = notice;
+  tell(mac, tap, noVerdict, event);
+  auto& hold = mac.tapLine.hold;
+  if (hold && hold->tap == tap.number) hold.reset();
+}
+
+void disableAll(Mac& mac, std::uint32_t notice) {
+  for (Tap& tap : mac.tapLine.taps) {
+    if (tap.enabled) disable(mac, tap, notice);
+  }
+  pump(mac);
+}
+
+}  // namespace
+
+void happen(Mac& mac, const Happening& happening) {
+  if (happening.kind == Happening::Kind::disableTaps) {
+    disableAll(mac, happening.number == 1 ? tap::disabledByTimeout : tap::disabledByUserInput);
+    return;
+  }
+  if (!isInput(happening.kind)) {
+    happen(mac.world, happening);
+    return;
+  }
+  for (InputEvent& input : inputOf(mac.world, happening)) {
+    if (reachesApplications(mac.world)) mac.tapLine.waiting.push_back(std::move(input));
+  }
+  pump(mac);
+}
+
+std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,
+                                      tap::Kind kind, std::uint64_t mask) {
+  if (!mac.world.accessibilityAllowed) return std::nullopt;
+  auto& taps = mac.tapLine.taps;
+  const Tap tap{++mac.numbers, client.pid, kind == tap::Kind::filters, false, mask};
+  taps.insert(place == tap::Place::head ? taps.begin() : taps.end(), tap);
+  return tap.number;
+}
+
+void enableTap(Mac& mac, std::int64_t number) {
+  if (Tap* tap = findTap(mac, number)) tap->enabled = true;
+}
+
+void takeVerdict(Mac& mac, std::int64_t number, std::int64_t serial, bool pass) {
+  auto& hold = mac.tapLine.hold;
+  if (!hold || hold->tap != number || hold->serial != serial) return;
+  hold.reset();
+  if (!pass) arrive(mac, false);
+  pump(mac);
+}
+
+std::optional<Microseconds> nextTapDeadline(const Mac& mac) {
+  if (!mac.tapLine.hold) return std::nullopt;
+  return mac.tapLine.hold->deadline;
+}
+
+void expireTaps(Mac& mac) {
+  const auto deadline = nextTapDeadline(mac);
+  if (!deadline || mac.now < *deadline) return;
+  disable(mac, *findTap(mac, mac.tapLine.hold->tap), tap::disabledByTimeout);
+  pump(mac);
+}
+
+void dropTaps(Mac& mac, const Client& client) {
+  TapLine& line = mac.tapLine;
+  auto& taps = line.taps;
+  taps.erase(std::remove_if(taps.begin(), taps.end(),
+                            [&](const Tap& tap) { return tap.owner == client.pid; }),
+             taps.end());
+  if (line.hold && findTap(mac, line.hold->tap) == nullptr) line.hold.reset();
+  pump(mac);
+}
+
+}  // namespace simulator

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/event_tap.h"
+#include "simulator/mac/mac.h"
+
+/// Event taps. Each event of the session goes past the taps that are enabled, from the head to the
+/// tail, and then has its effect. One that filters holds the event, and all that come after it,
+/// until it has said what becomes of it; one that listens is only told.
+namespace simulator {
+
+/// How long a tap that filters may think before the system disables it.
+inline constexpr Microseconds tapPatience = 1'000'000;
+
+/// Lets something happen that no client asked for; what the user does goes past the taps.
+void happen(Mac& mac, const Happening& happening);
+
+/// A new tap of the client, disabled. None when the system gives none.
+std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,
+                                      tap::Kind kind, std::uint64_t mask);
+
+void enableTap(Mac& mac, std::int64_t number);
+
+/// What a tap says of the event that waits for it. Of any other it says nothing.
+void takeVerdict(Mac& mac, std::int64_t number, std::int64_t serial, bool pass);
+
+/// When the tap that an event waits for will have been too slow; none while none waits.
+std::optional<Microseconds> nextTapDeadline(const Mac& mac);
+
+/// Disables the tap that has been too slow, tells it, and lets its event go on.
+void expireTaps(Mac& mac);
+
+/// Takes away the taps of a client that has gone; what waited for them goes on.
+void dropTaps(Mac& mac, const Client& client);
+
+}  // namespace simulator

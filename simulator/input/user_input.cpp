@@ -1,0 +1,297 @@
+#include "simulator/input/user_input.h"
+
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+#include "simulator/input/key_presses.h"
+#include "simulator/world/attributes.h"
+#include "simulator/world/keyboard_layouts.h"
+#include "simulator/world/windows.h"
+
+namespace simulator {
+
+using Kind = Happening::Kind;
+
+namespace {
+
+// Event types as the platform has them; the release of a button follows its press.
+constexpr std::uint32_t leftDown = 1;
+constexpr std::uint32_t leftUp = 2;
+constexpr std::uint32_t rightDown = 3;
+constexpr std::uint32_t rightUp = 4;
+constexpr std::uint32_t moved = 5;
+constexpr std::uint32_t leftDragged = 6;
+constexpr std::uint32_t rightDragged = 7;
+constexpr std::uint32_t keyDown = 10;
+constexpr std::uint32_t keyUp = 11;
+constexpr std::uint32_t flagsChanged = 12;
+constexpr std::uint32_t scrolled = 22;
+constexpr std::uint32_t otherDown = 25;
+constexpr std::uint32_t otherUp = 26;
+constexpr std::uint32_t otherDragged = 27;
+
+constexpr std::int64_t ownEventTag = 0x5A545256;
+
+struct Button {
+  std::uint32_t down;
+  std::uint32_t up;
+  std::uint32_t dragged;
+};
+
+Button typesOf(MouseButton button) {
+  switch (button) {
+    case MouseButton::left:
+      break;
+    case MouseButton::right:
+      return {rightDown, rightUp, rightDragged};
+    case MouseButton::other:
+      return {otherDown, otherUp, otherDragged};
+  }
+  return {leftDown, leftUp, leftDragged};
+}
+
+/// Turns what the user does into events, one after the other.
+class Maker {
+ public:
+  Maker(World& world, const Happening& happening) : world_(world), happening_(happening) {}
+
+  InputEvent& add(std::uint32_t type, std::int64_t keyCode = 0) {
+    if (!happening_.tagged) world_.activity.lastTimes[type] = world_.present;
+    InputEvent& input = events_.emplace_back();
+    input.event.type = type;
+    input.event.location = world_.pointer;
+    input.event.flags = world_.keyboard.modifiers;
+    input.event.keyCode = keyCode;
+    input.event.sourceUserData = happening_.tagged ? ownEventTag : 0;
+    input.event.targetProcess = happening_.addressee;
+    return input;
+  }
+
+  void move(std::uint32_t type, Point point) {
+    const Point before = std::exchange(world_.pointer, point);
+    InputEvent& input = add(type);
+    input.event.deltaX = std::llround(point.x - before.x);
+    input.event.deltaY = std::llround(point.y - before.y);
+  }
+
+  void setModifier(const ModifierKey& key, bool down) {
+    std::uint64_t& held = world_.keyboard.modifiers;
+    held = down ? held | key.flag : held & ~key.flag;
+    add(flagsChanged, key.code);
+  }
+
+  void addKey() {
+    const std::string& key = happening_.text;
+    const auto named = codeNamed(key);
+    const auto stroke = named ? std::nullopt : strokeFor(world_.keyboard.layout, key);
+    std::uint64_t needed = happening_.modifiers;
+    if (stroke && stroke->shift) needed |= shiftFlag;
+    needed &= ~world_.keyboard.modifiers;
+    for (const ModifierKey& modifier : modifierKeys) {
+      if ((needed & modifier.flag) != 0) setModifier(modifier, true);
+    }
+    const std::int64_t code = named ? *named : stroke ? stroke->code : 0;
+    InputEvent& down = add(keyDown, code);
+    // What no key has comes by other means, under some code.
+    if (!named && !stroke) down.text = key;
+    add(keyUp, code);
+    for (auto modifier = std::rbegin(modifierKeys); modifier != std::rend(modifierKeys);
+         ++modifier) {
+      if ((needed & modifier->flag) != 0) setModifier(*modifier, false);
+    }
+  }
+
+  void addClick(Point end) {
+    const Button types = typesOf(happening_.button);
+    if (world_.pointer != happening_.point) move(moved, happening_.point);
+    add(types.down);
+    if (happening_.kind == Kind::userDrag) move(types.dragged, end);
+    add(types.up);
+  }
+
+  std::vector<InputEvent> take() { return std::move(events_); }
+
+ private:
+  World& world_;
+  const Happening& happening_;
+  std::vector<InputEvent> events_;
+};
+
+void hover(World& world, Point point) {
+  const Window* under = topmostAt(world, point);
+  for (Window& window : world.windows) {
+    if (window.owner != world.frontmost) continue;
+    window.hover = &window == under ? std::optional(point) : std::nullopt;
+  }
+}
+
+void pressButton(World& world, std::uint32_t type, Point point) {
+  world.heldButtons[type] = {};
+  const Window* window = topmostAt(world, point);
+  const Application* owner = window == nullptr ? nullptr : findApplication(world, window->owner);
+  if (owner == nullptr) return;
+  world.heldButtons[type].window = window->number;
+  if (owner->policy != workspace::ActivationPolicy::prohibited) world.frontmost = owner->pid;
+  raiseWindow(world, window->number);
+}
+
+/// A button that went down and up in the same place has clicked.
+void releaseButton(World& world, std::uint32_t type, Point point) {
+  const auto held = world.heldButtons.find(type - 1);
+  if (held == world.heldButtons.end()) return;
+  const HeldButton button = held->second;
+  world.heldButtons.erase(held);
+  const Window* window = findWindow(world, button.window);
+  if (window == nullptr || button.dragged || type == otherUp) return;
+  if (!driver::contains(window->frame, point)) return;
+  click(world, window->owner, window->number, point, type == rightUp);
+}
+
+void drag(World& world, Point point) {
+  for (auto& [type, button] : world.heldButtons) button.dragged = true;
+  hover(world, point);
+}
+
+void scroll(World& world, const InputEvent& input) {
+  if (Window* window = topmostAt(world, input.event.location)) {
+    window->scrolledLines.x += input.scrolledLines.x;
+    window->scrolledLines.y += input.scrolledLines.y;
+  }
+}
+
+const char* pointerName(std::uint32_t type) {
+  switch (type) {
+    case leftDown:
+      return "left-down";
+    case leftUp:
+      return "left-up";
+    case rightDown:
+      return "right-down";
+    case rightUp:
+      return "right-up";
+    case otherDown:
+      return "other-down";
+    case otherUp:
+      return "other-up";
+    case leftDragged:
+    case rightDragged:
+    case otherDragged:
+      return "dragged";
+    case scrolled:
+      return "scroll";
+    default:
+      return "moved";
+  }
+}
+
+}  // namespace
+
+bool isInput(Kind kind) {
+  switch (kind) {
+    case Kind::userKey:
+    case Kind::userClick:
+    case Kind::userMove:
+    case Kind::userPress:
+    case Kind::userRelease:
+    case Kind::userScroll:
+    case Kind::userDrag:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::vector<InputEvent> inputOf(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  switch (happening.kind) {
+    case Kind::userKey:
+      maker.addKey();
+      break;
+    case Kind::userClick:
+    case Kind::userDrag:
+      maker.addClick(happening.end);
+      break;
+    case Kind::userMove:
+      maker.move(moved, happening.point);
+      break;
+    case Kind::userScroll:
+      maker.add(scrolled).scrolledLines = happening.point;
+      break;
+    case Kind::userPress:
+    case Kind::userRelease:
+      for (const ModifierKey& key : modifierKeys) {
+        const bool down = happening.kind == Kind::userPress;
+        if ((happening.modifiers & key.flag) != 0) maker.setModifier(key, down);
+      }
+      break;
+    default:
+      break;
+  }
+  return maker.take();
+}
+
+bool reachesApplications(const World& world) {
+  return !world.session.locked.value_or(false) && world.session.onConsole.value_or(true);
+}
+
+bool hasSecureInput(const World& world) {
+  const Application* front = findApplication(world, world.frontmost);
+  const Element* focused = front == nullptr ? nullptr : findElement(*front, front->focusedElement);
+  if (focused == nullptr) return false;
+  const auto subrole = focused->attributes.find("AXSubrole");
+  return subrole != focused->attributes.end() &&
+         subrole->second == AttributeValue(std::string("AXSecureTextField"));
+}
+
+void takeInput(World& world, const InputEvent& input) {
+  if (!reachesApplications(world)) return;
+  const Point point = input.event.location;
+  switch (input.event.type) {
+    case keyDown:
+      if (Application* front = findApplication(world, world.frontmost)) {
+        takeKey(world, *front, {input.event.keyCode, input.event.flags, input.text});
+      }
+      break;
+    case moved:
+      hover(world, point);
+      break;
+    case leftDragged:
+    case rightDragged:
+    case otherDragged:
+      drag(world, point);
+      break;
+    case leftDown:
+    case rightDown:
+    case otherDown:
+      pressButton(world, input.event.type, point);
+      break;
+    case leftUp:
+    case rightUp:
+    case otherUp:
+      releaseButton(world, input.event.type, point);
+      break;
+    case scrolled:
+      scroll(world, input);
+      break;
+    default:
+      break;
+  }
+}
+
+std::string nameOfInput(const InputEvent& input) {
+  const tap::Event& event = input.event;
+  const std::string with = event.flags == 0 ? "" : " with " + modifierNames(event.flags);
+  switch (event.type) {
+    case keyDown:
+      return "key-down " + std::to_string(event.keyCode) + with;
+    case keyUp:
+      return "key-up " + std::to_string(event.keyCode) + with;
+    case flagsChanged:
+      return "flags" + with;
+    default:
+      return pointerName(event.type);
+  }
+}
+
+}  // namespace simulator

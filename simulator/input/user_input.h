@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/world/input_event.h"
+#include "simulator/world/world.h"
+
+/// What the user does, as events, and what these do.
+namespace simulator {
+
+/// Whether the happening is the user's input.
+bool isInput(Happening::Kind kind);
+
+/// The events that the input consists of, in order. The devices follow at once: the pointer, the
+/// modifier keys that are down, and when the user was last active.
+std::vector<InputEvent> inputOf(World& world, const Happening& happening);
+
+/// While the login window is in front, what the user does reaches no application, and no tap.
+bool reachesApplications(const World& world);
+
+/// Whether taps are told of no keys, because a secure field has the keyboard.
+bool hasSecureInput(const World& world);
+
+/// Lets an event have its effect: keys in the front application, the pointer's on what is under it.
+void takeInput(World& world, const InputEvent& input);
+
+/// For the journal: "key-down 36", "left-up", "moved" …
+std::string nameOfInput(const InputEvent& input);
+
+}  // namespace simulator

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/call.h"
+#include "simulator/drawing/pictures.h"
+#include "simulator/mac/journal.h"
+#include "simulator/world/tap_line.h"
+#include "simulator/world/world.h"
+
+namespace simulator {
+
+/// How long an application has to answer an accessibility message before the platform gives up.
+inline constexpr Microseconds messagingTimeout = 6'000'000;
+
+/// Work that a process's main flow is to do repeatedly.
+struct Timer {
+  std::int64_t work = 0;
+  Microseconds due = 0;
+  Microseconds interval = 0;
+  std::int64_t left = 0;  // how often it is still due
+};
+
+/// A process that uses the Mac.
+struct Client {
+  Pid pid = 0;
+  std::vector<std::string> arguments;
+  std::map<std::string, std::string> environment;
+  std::map<std::int64_t, Picture> pictures;    // by number
+  std::map<std::int64_t, Portrait> portraits;  // by number
+  std::vector<std::string> displayHolds;       // what keeps the display awake, by its names
+  std::size_t coversShown = 0;
+  std::string output;  // what it wrote to standard output, as far as the Mac keeps it
+  bool outputRefused = false;
+  bool exited = false;
+  int status = 0;
+  std::optional<int> diedBySignal;
+
+  /// What waits for the main flow, oldest first.
+  std::deque<platform::WireItem> items;
+  std::vector<Timer> timers;  // in the order of their starting
+  std::set<int> handledSignals;
+  std::deque<platform::WireStop> stops;  // streams that the system stopped
+
+  // Standard input and output, as far as the Mac keeps them.
+  std::string input;          // that has arrived and was not read
+  bool inputClosed = false;   // nothing more arrives
+  bool readerStalls = false;  // nobody takes what is written
+  bool outputClosed = false;  // nobody reads any more
+  bool outputTaken = false;   // a flow has the right to write a line
+};
+
+/// The running Mac: its world, its clock, and what it keeps for its clients.
+struct Mac {
+  World world;
+  Microseconds now = 0;
+  std::vector<JournalEntry> journal;
+  std::int64_t numbers = 0;  // the last number given to an event, source, picture, tap or stream
+  std::vector<std::unique_ptr<Client>>
+      clients;  // in the order of joining; those that have gone too
+  TapLine tapLine = {};
+};
+
+/// What a call gives, and how long after the call it is due. A call that must wait for something to
+/// happen is pending: it is asked again whenever something has, and at `deadline` at the latest.
+struct Answer {
+  driver::Datum value;
+  Microseconds delay = 0;
+  bool pending = false;
+  std::optional<Microseconds> deadline = std::nullopt;
+};
+
+}  // namespace simulator

@@ -1,0 +1,160 @@
+#include "simulator/rules/guard.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "base/numbers.h"
+#include "simulator/mac/arguments.h"
+
+namespace simulator {
+
+using platform::Call;
+using platform::Function;
+using platform::ItemKind;
+using platform::WireItem;
+
+namespace {
+
+constexpr std::int64_t ownEventTag = 0x5A545256;
+constexpr double microsecondsPerSecond = 1'000'000;
+constexpr Microseconds firstSecond = 1'000'000;
+
+bool isNotice(const tap::Event& event) {
+  return event.type == tap::disabledByTimeout || event.type == tap::disabledByUserInput;
+}
+
+bool isMovement(const tap::Event& event) {
+  return event.type == static_cast<std::uint32_t>(quartz::EventType::mouseMoved);
+}
+
+/// What is neither the tool's own input nor the trembling of a hand.
+bool isUsers(const tap::Event& event) {
+  if (event.sourceUserData == ownEventTag) return false;
+  return !isMovement(event) || std::abs(event.deltaX) + std::abs(event.deltaY) >= 2;
+}
+
+}  // namespace
+
+bool GuardRules::isGuard() const {
+  return client_.arguments.size() > 1 && client_.arguments[1] == "lock-guard";
+}
+
+/// 0 when there is no grace.
+double GuardRules::graceSeconds() const {
+  const auto variable = client_.environment.find("ZENTROVE_COVER_GRACE");
+  if (variable == client_.environment.end()) return 0;
+  const double seconds = driver::parseDouble(variable->second).value_or(0);
+  return std::isfinite(seconds) && seconds > 0 ? seconds : 0;
+}
+
+bool GuardRules::hasGraceLeft() const {
+  if (!tapStarted_) return false;
+  return static_cast<double>(mac_.now - *tapStarted_) / microsecondsPerSecond < graceSeconds();
+}
+
+void GuardRules::takeItem(const WireItem& item) {
+  if (item.kind != ItemKind::tapEvent) return;
+  if (isNotice(item.event)) {
+    reenableOwed_ = true;
+  } else {
+    event_ = item.event;
+  }
+}
+
+/// P14: before the lock nothing is asked but the clocks.
+void GuardRules::checkCallback(const Call& call, Violations& violations) {
+  const bool isClock = call.function == Function::uptime || call.function == Function::calendar;
+  const bool isAllowed = call.function == Function::tapVerdict || (isClock && graceSeconds() > 0);
+  if (isAllowed || locks_ > 0 || !canLock_) return;
+  if (!isUsers(*event_)) {
+    violations.push_back("I17: own input, or none to speak of, makes the guard do something");
+  } else if (!hasGraceLeft() && call.function != Function::lockScreen) {
+    violations.push_back("P14: the guard calls something before it locks");
+  }
+}
+
+void GuardRules::checkVerdict(const Call& call, Violations& violations) {
+  if (!event_) return;
+  const bool passes = Arguments(call).get<bool>(2);
+  if (passes == isUsers(*event_)) {
+    violations.push_back(passes ? "I17: the user's input passes the guard"
+                                : "I17: input that is not the user's is swallowed");
+  }
+  const bool owesLock = isUsers(*event_) && !hasGraceLeft() && !graceTaken_ && canLock_;
+  if (owesLock && locks_ == 0) {
+    violations.push_back("I16: the user is back and the screen is not locked");
+  }
+  event_.reset();
+}
+
+void GuardRules::before(const Call& call, std::size_t flow, Violations& violations) {
+  if (!isGuard() || flow != 0) return;
+  if (event_) checkCallback(call, violations);
+  if (call.function == Function::tapVerdict) checkVerdict(call, violations);
+  if (call.function == Function::nextItem && reenableOwed_) {
+    violations.push_back("I17: a disabled tap is not enabled again");
+    reenableOwed_ = false;
+  }
+  if (call.function == Function::writeOutput) checkLine(Arguments(call).text(0), violations);
+  const bool leavesUnlocked = locks_ == 0 && canLock_ && !graceTaken_;
+  if (call.function == Function::exit && watches_ && leavesUnlocked) {
+    violations.push_back("I16: the guard ends without having locked the screen");
+  }
+}
+
+void GuardRules::checkEndingLine(const std::string& by, Violations& violations) {
+  const bool isUsers = by == "user" || by == "grace";
+  ++endings_;
+  usersEndings_ += isUsers ? 1 : 0;
+  if (endings_ - usersEndings_ > 1 || usersEndings_ > 1 || (isUsers && endings_ > 1)) {
+    violations.push_back("I16: the guard says more than once why it ends");
+  }
+}
+
+void GuardRules::checkLine(const std::string& line, Violations& violations) {
+  const auto reply = nlohmann::json::parse(line, nullptr, false);
+  if (!reply.is_object()) return;  // another rule's
+  if (reply.contains("covers")) watches_ = true;
+  if (!reply.contains("by")) return;
+  const std::string by = reply.value("by", "");
+  checkEndingLine(by, violations);
+  if (by == "grace") {
+    graceTaken_ = locks_ == 0 && hasGraceLeft() && mac_.now - *tapStarted_ >= firstSecond;
+    if (!graceTaken_) violations.push_back("I16: grace when there is none");
+    return;
+  }
+  const bool isLocked = locks_ > locksReported_ && lastLock_ == 0;
+  if (reply.value("relocked", false) != isLocked) {
+    violations.push_back("I16: \"relocked\" is not what the lock before it gave");
+  }
+  locksReported_ = locks_;
+}
+
+void GuardRules::after(const Call& call, const Answer& answer, std::size_t flow) {
+  if (!isGuard()) return;
+  if (call.function == Function::findSymbol &&
+      Arguments(call).text(1) == "SACLockScreenImmediate") {
+    canLock_ = driver::unpack<bool>(answer.value);
+  }
+  if (call.function == Function::lockScreen) {
+    ++locks_;
+    lastLock_ = driver::unpack<std::int32_t>(answer.value);
+  }
+  if (flow != 0) return;
+  if (call.function == Function::nextItem) takeItem(driver::unpack<WireItem>(answer.value));
+  if (call.function == Function::enableTap) {
+    reenableOwed_ = false;
+    if (!tapStarted_) tapStarted_ = mac_.now;
+  }
+}
+
+void GuardRules::finish(Violations& violations) const {
+  if (!isGuard() || !watches_) return;
+  const int signal = client_.diedBySignal.value_or(0);
+  if (signal == 1 || signal == 2 || signal == 15) {
+    violations.push_back("I16: a signal ends the guard before the screen is locked");
+  }
+}
+
+}  // namespace simulator

@@ -1,0 +1,226 @@
+#include "simulator/rules/guard.h"
+
+#include <gtest/gtest.h>
+
+namespace simulator {
+namespace {
+
+using driver::Datum;
+using platform::Function;
+using platform::ItemKind;
+using Sentences = std::vector<std::string>;
+
+constexpr std::int64_t tag = 0x5A545256;
+
+/// The calls of one run of the guard as they come to its rules.
+class guard_rules : public testing::Test {
+ protected:
+  guard_rules() {
+    client_.pid = 5'000'000;
+    client_.arguments = {"driver", "lock-guard"};
+  }
+
+  void call(Function function, Datum::List arguments = {}, Datum answer = {},
+            std::size_t flow = 0) {
+    const platform::Call made{function, std::move(arguments)};
+    rules_.before(made, flow, violations_);
+    rules_.after(made, {std::move(answer), 0}, flow);
+  }
+
+  void start(const char* grace = nullptr) {
+    if (grace != nullptr) client_.environment["ZENTROVE_COVER_GRACE"] = grace;
+    call(Function::findSymbol, {driver::pack(3), driver::pack("SACLockScreenImmediate")},
+         driver::pack(true));
+    call(Function::enableTap);
+    write("{\"covers\":1,\"keepAwake\":true,\"ok\":true}");
+  }
+
+  void write(const char* line) {
+    call(Function::writeOutput, {driver::pack(line)}, driver::pack(true));
+  }
+
+  void comes(std::uint32_t type, std::int64_t data = 0, std::int64_t delta = 9) {
+    tap::Event event;
+    event.type = type;
+    event.sourceUserData = data;
+    event.deltaX = delta;
+    call(Function::nextItem, {}, driver::pack(platform::WireItem{ItemKind::tapEvent, 1, 1, event}));
+  }
+
+  void verdict(bool pass) {
+    call(Function::tapVerdict, {driver::pack(1), driver::pack(1), driver::pack(pass)});
+  }
+
+  void lock(std::int32_t status = 0) { call(Function::lockScreen, {}, driver::pack(status)); }
+
+  void returnsAndLocks() {
+    comes(key);
+    lock();
+    write("{\"by\":\"user\",\"ok\":true,\"relocked\":true}");
+    verdict(false);
+  }
+
+  void exits() { call(Function::exit, {driver::pack(0)}); }
+
+  static constexpr std::uint32_t key = 10;
+  static constexpr std::uint32_t move = 5;
+
+  Mac mac_;
+  Client client_;
+  GuardRules rules_{mac_, client_};
+  Sentences violations_;
+};
+
+TEST_F(guard_rules, are_kept_by_a_guard_that_locks_at_a_key) {
+  start();
+  returnsAndLocks();
+  exits();
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, forbid_to_end_without_a_lock) {
+  start();
+  exits();
+  EXPECT_EQ(violations_, Sentences{"I16: the guard ends without having locked the screen"});
+}
+
+TEST_F(guard_rules, forbid_to_say_relocked_before_the_lock) {
+  start();
+  write("{\"by\":\"signal\",\"ok\":true,\"relocked\":true}");
+  EXPECT_EQ(violations_, Sentences{"I16: \"relocked\" is not what the lock before it gave"});
+}
+
+TEST_F(guard_rules, forbid_to_say_relocked_after_a_lock_that_failed) {
+  start();
+  lock(-600);
+  write("{\"by\":\"signal\",\"ok\":true,\"relocked\":true}");
+  EXPECT_EQ(violations_, Sentences{"I16: \"relocked\" is not what the lock before it gave"});
+}
+
+TEST_F(guard_rules, forbid_two_reasons_beside_the_users) {
+  start();
+  for (const char* line : {"{\"by\":\"signal\",\"ok\":true,\"relocked\":true}",
+                           "{\"by\":\"run\",\"ok\":true,\"relocked\":true}"}) {
+    lock();
+    write(line);
+  }
+  EXPECT_EQ(violations_, Sentences{"I16: the guard says more than once why it ends"});
+}
+
+TEST_F(guard_rules, forbid_grace_where_there_is_none) {
+  start();
+  mac_.now = 3'000'000;
+  comes(key);
+  write("{\"by\":\"grace\",\"ok\":true}");
+  EXPECT_EQ(violations_, (Sentences{"P14: the guard calls something before it locks",
+                                    "I16: grace when there is none"}));
+}
+
+TEST_F(guard_rules, forbid_grace_in_its_first_second_and_after_its_end) {
+  start("10");
+  for (const Microseconds time : {999'999, 10'000'000}) {
+    violations_.clear();
+    mac_.now = time;
+    write("{\"by\":\"grace\",\"ok\":true}");
+    ASSERT_FALSE(violations_.empty());
+    EXPECT_EQ(violations_.back(), "I16: grace when there is none");
+  }
+}
+
+TEST_F(guard_rules, let_the_user_back_while_grace_lasts) {
+  start("10");
+  mac_.now = 3'000'000;
+  comes(key);
+  call(Function::uptime, {}, driver::pack(0));
+  write("{\"by\":\"grace\",\"ok\":true}");
+  verdict(false);
+  exits();
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, forbid_to_call_anything_before_the_lock) {
+  start();
+  comes(key);
+  call(Function::screens);
+  lock();
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences{"P14: the guard calls something before it locks"});
+}
+
+TEST_F(guard_rules, forbid_to_ask_a_clock_where_there_is_no_grace) {
+  start();
+  comes(key);
+  call(Function::uptime, {}, driver::pack(0));
+  lock();
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences{"P14: the guard calls something before it locks"});
+}
+
+TEST_F(guard_rules, forbid_to_let_the_users_input_pass_or_to_leave_it_unanswered) {
+  start();
+  comes(key);
+  verdict(true);
+  EXPECT_EQ(violations_, (Sentences{"I17: the user's input passes the guard",
+                                    "I16: the user is back and the screen is not locked"}));
+}
+
+TEST_F(guard_rules, forbid_to_mind_own_input_and_a_trembling_pointer) {
+  start();
+  comes(key, tag);
+  lock();
+  verdict(true);
+  EXPECT_EQ(violations_,
+            Sentences{"I17: own input, or none to speak of, makes the guard do something"});
+  violations_.clear();
+  comes(move, 0, 1);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences{"I17: input that is not the user's is swallowed"});
+}
+
+TEST_F(guard_rules, forbid_to_leave_a_tap_disabled) {
+  start();
+  comes(tap::disabledByTimeout);
+  comes(tap::disabledByUserInput);
+  EXPECT_EQ(violations_, Sentences{"I17: a disabled tap is not enabled again"});
+  call(Function::enableTap);
+  comes(key, tag);
+  EXPECT_EQ(violations_.size(), 1U);
+}
+
+TEST_F(guard_rules, forbid_to_die_of_a_signal_that_could_be_handled) {
+  start();
+  client_.diedBySignal = 15;
+  rules_.finish(violations_);
+  EXPECT_EQ(violations_, Sentences{"I16: a signal ends the guard before the screen is locked"});
+}
+
+TEST_F(guard_rules, let_it_be_killed_and_die_before_it_watches) {
+  client_.diedBySignal = 15;
+  rules_.finish(violations_);
+  start();
+  client_.diedBySignal = 9;
+  rules_.finish(violations_);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, excuse_a_mac_without_a_lock) {
+  call(Function::enableTap);
+  write("{\"covers\":1,\"keepAwake\":true,\"ok\":true}");
+  comes(key);
+  write("{\"by\":\"user\",\"ok\":true,\"relocked\":false}");
+  verdict(false);
+  exits();
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, are_nothing_to_other_commands) {
+  client_.arguments = {"driver", "watch-input"};
+  start();
+  comes(key);
+  verdict(true);
+  exits();
+  EXPECT_EQ(violations_, Sentences());
+}
+
+}  // namespace
+}  // namespace simulator

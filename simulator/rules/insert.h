@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/call.h"
+#include "simulator/mac/mac.h"
+
+namespace simulator {
+
+/// I13, of one client that enters text: replacing destroys no readable text that is not the run's
+/// own, and a success means that the field was seen to hold the text. What an element answered with
+/// a fault is not held against the client.
+class InsertRules {
+ public:
+  /// Both outlive this object.
+  InsertRules(const Mac& mac, const Client& client);
+
+  using Violations = std::vector<std::string>;
+
+  /// Before the world answers a call, and after.
+  void before(const platform::Call& call, Violations& violations);
+  void after(const platform::Call& call, const Answer& answer, bool faulty);
+
+  /// When the client has replied.
+  void finish(bool ok, Violations& violations) const;
+
+ private:
+  using Key = std::pair<Pid, ElementId>;
+
+  bool concernsUs() const;
+  const std::string& argument(std::size_t index) const;
+  std::optional<AttributeValue> read(const Key& key, const std::string& name) const;
+  std::string readText(const Key& key, const std::string& name) const;
+  std::string withoutDecoration(const Key& key, const std::string& value) const;
+  std::set<std::string> ownTexts() const;
+  bool isTransient(Key key) const;
+  void noteReadings(const Key& key, const std::vector<std::string>& names, const Answer& answer);
+  void checkReplacement(const Key& key, Violations& violations) const;
+  std::string expected() const;
+  std::optional<std::string> staticTexts(const Key& field) const;
+  bool holdsExpected() const;
+
+  const Mac& mac_;
+  const Client& client_;
+  std::map<Key, std::string> told_;  // the AXValue that was answered last; empty for no text
+  std::map<Key, ax::Range> toldSelection_;
+  std::set<Key> faulty_;
+  std::optional<Key> field_;  // that was written to
+  std::string prior_;         // what it held before, as far as the client was told
+  std::optional<ax::Range> priorSelection_;
+  bool wroteText_ = false;
+  bool landed_ = false;  // as the last write of a text left it, and a later read could tell
+};
+
+}  // namespace simulator

@@ -1,0 +1,275 @@
+#include "simulator/rules/keys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "base/utf8.h"
+#include "simulator/input/key_window.h"
+#include "simulator/input/posted_keys.h"
+#include "simulator/input/posted_pointer.h"
+#include "simulator/mac/arguments.h"
+#include "simulator/rules/pace.h"
+#include "simulator/rules/replies.h"
+#include "simulator/world/keyboard_layouts.h"
+#include "simulator/world/utf16_text.h"
+
+namespace simulator {
+
+using platform::Call;
+using platform::EventImage;
+using platform::Function;
+
+namespace {
+
+constexpr std::uint32_t waitAfterLineBreak = 50'000;
+constexpr std::uint32_t waitBeforeTakingBack = 50'000;
+constexpr std::uint32_t waitAfterMenu = 100'000;
+constexpr std::uint32_t waitAfterRestore = 100'000;
+constexpr std::uint32_t waitAfterKeyRecords = 300'000;
+constexpr double tolerance = 2;  // points, of two windows that cannot be told apart
+constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanelService";
+
+constexpr std::pair<std::string_view, std::uint64_t> modifierWords[] = {
+    {"cmd", commandFlag},  {"command", commandFlag}, {"meta", commandFlag},  {"super", commandFlag},
+    {"shift", shiftFlag},  {"alt", optionFlag},      {"option", optionFlag}, {"opt", optionFlag},
+    {"ctrl", controlFlag}, {"control", controlFlag},
+};
+
+/// The code that a command's name of a key has.
+std::int64_t codeOf(const std::string& name) {
+  if (name == "enter") return key_codes::returnKey;
+  if (name == "esc") return key_codes::escape;
+  if (const auto named = codeNamed(name)) return *named;
+  const auto stroke = strokeFor(KeyboardLayout::us, name);
+  return stroke && !stroke->shift ? stroke->code : -1;
+}
+
+std::string lowered(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+bool isNear(const Rect& a, const Rect& b) {
+  const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
+  return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
+}
+
+/// The window that a sheet, or a sheet of a sheet, is on.
+const Window* rootOf(const World& world, const Window* window) {
+  while (window != nullptr && window->sheetOf != 0) window = findWindow(world, window->sheetOf);
+  return window;
+}
+
+/// Most calls are none of this: they are many.
+bool isWatched(Function function) {
+  switch (function) {
+    case Function::publicPost:
+    case Function::privatePost:
+    case Function::postRecord:
+    case Function::axGetWindow:
+    case Function::axPerform:
+    case Function::axSetAttribute:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool isUp(const EventImage& event) {
+  return static_cast<quartz::EventType>(event.type) == quartz::EventType::keyUp;
+}
+
+}  // namespace
+
+std::string KeyRules::command() const {
+  return client_.arguments.size() > 1 ? client_.arguments[1] : "";
+}
+
+std::string KeyRules::payload() const {
+  return client_.arguments.size() > 3 ? client_.arguments[3] : "";
+}
+
+bool KeyRules::concernsUs() const {
+  const std::string name = command();
+  return name == "bg-key" || name == "bg-type" || name == "bg-paste-files";
+}
+
+KeyRules::Combination KeyRules::combination() const {
+  if (command() == "bg-paste-files") return {codeOf("v"), commandFlag};
+  Combination result;
+  std::string rest = lowered(payload());
+  while (!rest.empty()) {
+    const std::size_t plus = rest.find('+');
+    const std::string piece = rest.substr(0, plus);
+    rest.erase(0, plus == rest.npos ? plus : plus + 1);
+    if (piece.empty()) continue;
+    const auto word = std::find_if(std::begin(modifierWords), std::end(modifierWords),
+                                   [&](const auto& each) { return each.first == piece; });
+    if (word != std::end(modifierWords)) {
+      result.flags |= word->second;
+    } else {
+      result.code = codeOf(piece);
+    }
+  }
+  return result;
+}
+
+std::vector<KeyRules::Step> KeyRules::stepsTold() const {
+  const Combination keys = combination();
+  std::vector<Step> steps;
+  for (const ModifierKey& modifier : modifierKeys) {
+    if ((keys.flags & modifier.flag) != 0) steps.emplace_back(modifier.code, true);
+  }
+  std::vector<Step> ups;
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+    ups.emplace_back(step->first, false);
+  steps.emplace_back(keys.code, true);
+  steps.emplace_back(keys.code, false);
+  steps.insert(steps.end(), ups.begin(), ups.end());
+  return steps;
+}
+
+/// The text that is to be typed, without its line breaks, and how many these are.
+std::pair<std::string, std::size_t> KeyRules::textTold() const {
+  std::string text = driver::repairedUtf8(payload());
+  for (std::size_t at = text.find("\r\n"); at != text.npos; at = text.find("\r\n", at)) {
+    text.erase(at, 1);
+  }
+  const auto breaks = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+  text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
+  return {text, breaks};
+}
+
+std::uint64_t KeyRules::flagsTold(const EventImage& event) const {
+  if (command() == "bg-type") return event.text.empty() ? shiftFlag : 0;
+  return combination().flags;
+}
+
+bool KeyRules::isComplete() const {
+  if (command() == "bg-type") {
+    const auto [text, breaks] = textTold();
+    return utf8Of(typed_) == text && lineBreaks_ == breaks;
+  }
+  return menuPressed_ || steps_ == stepsTold();
+}
+
+void KeyRules::before(const Call& call, std::uint32_t lastSleep, bool isFailing,
+                      Violations& violations) {
+  if (!isWatched(call.function) || !concernsUs()) return;
+  if (call.function == Function::publicPost || call.function == Function::privatePost) {
+    const auto event = Arguments(call).get<EventImage>(1);
+    if (!isKeyEvent(event)) return;
+    const auto pid = Arguments(call).get<Pid>(0);
+    const Application* application = findApplication(mac_.world, pid);
+    const bool isFirst = steps_.empty() && typed_.empty();
+    if (pid == mac_.world.frontmost && application != nullptr && isFirst) {
+      checkWindow(keyWindowOf(*application), violations);
+    }
+    checkKey(event, violations);
+  }
+  if (call.function == Function::postRecord) checkRecord(call, lastSleep, isFailing, violations);
+}
+
+void KeyRules::checkKey(const EventImage& event, Violations& violations) {
+  if (event.flags != flagsTold(event)) {
+    violations.push_back("I3: a key with other modifiers than it was told");
+  }
+  const bool up = isUp(event);
+  if (event.text.empty()) {
+    steps_.emplace_back(event.keyCode, !up);
+    if (up && event.keyCode == key_codes::returnKey) ++lineBreaks_;
+  } else if (!up) {
+    typed_ += unitsOf(event.text);
+  }
+  const bool isDown = std::find(down_.begin(), down_.end(), event.keyCode) != down_.end();
+  if (!up) {
+    outOfOrder_ = outOfOrder_ || isDown;
+    down_.push_back(event.keyCode);
+  } else if (isDown) {
+    outOfOrder_ = outOfOrder_ || down_.back() != event.keyCode;
+    down_.erase(std::find(down_.begin(), down_.end(), event.keyCode));
+  } else {
+    outOfOrder_ = true;
+  }
+}
+
+/// I5 of taking focus back; I11 and I12 of the window that is made key.
+void KeyRules::checkRecord(const Call& call, std::uint32_t lastSleep, bool isFailing,
+                           Violations& violations) {
+  const std::string record = Arguments(call).text(2);
+  const RecordKind kind = recordKind(record);
+  if (kind == RecordKind::takesFocus && !isFailing && lastSleep != waitBeforeTakingBack) {
+    violations.push_back("I5: focus is taken back without the wait before it");
+  }
+  if (kind == RecordKind::secondOfKeyPair) checkWindow(recordWindow(record), violations);
+}
+
+void KeyRules::checkWindow(WindowNumber number, Violations& violations) {
+  const Window* window = findWindow(mac_.world, number);
+  if (window == nullptr || !checkedWindows_.insert(number).second) return;
+  const Application* owner = findApplication(mac_.world, window->owner);
+  const Window* root = rootOf(mac_.world, window);
+  const bool isPanel = owner != nullptr && owner->bundleIdentifier == panelService;
+  if (!isPanel && root != nullptr && !titleInScope(client_, root->title.value_or(""))) {
+    violations.push_back("I11: keys for a window outside the scope");
+  }
+  if (toldNumbers_.count(number) > 0) return;
+  const bool untold = !mac_.world.screenRecordingAllowed;
+  const auto& windows = mac_.world.windows;
+  const auto isTwin = [&](const Window& each) {
+    return each.number != number && each.owner == window->owner &&
+           (untold || each.title.value_or("") == window->title.value_or("")) &&
+           isNear(each.frame, window->frame);
+  };
+  if (std::any_of(windows.begin(), windows.end(), isTwin)) {
+    violations.push_back("I12: keys for one of two windows that cannot be told apart");
+  }
+}
+
+std::vector<std::uint32_t> KeyRules::after(const Call& call, const Answer& answer) {
+  if (!isWatched(call.function) || !concernsUs()) return {};
+  switch (call.function) {
+    case Function::axGetWindow: {
+      const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
+      if (told.at(0) == 0) toldNumbers_.insert(static_cast<WindowNumber>(told.at(2)));
+      return {};
+    }
+    case Function::axPerform:
+      if (driver::unpack<ax::Outcome>(answer.value).error != ax::Error::success) return {};
+      menuPressed_ = true;
+      return {waitAfterMenu};
+    case Function::axSetAttribute:
+      if (Arguments(call).text(1) == "AXFocused") return {waitAfterRestore};
+      return {};
+    case Function::postRecord:
+      if (recordKind(Arguments(call).text(2)) != RecordKind::secondOfKeyPair) return {};
+      if (driver::unpack<std::int32_t>(answer.value) != 0) return {};
+      return {waitAfterKeyRecords};
+    default:
+      return {};
+  }
+}
+
+std::vector<std::uint32_t> KeyRules::waitsAfter(const EventImage& event) const {
+  const ModifierKey* modifier = modifierWithCode(event.keyCode);
+  const bool endsLine = command() == "bg-type" && event.text.empty() && isUp(event) &&
+                        modifier != nullptr && modifier->flag == shiftFlag;
+  if (endsLine) return {waitAfterPost, waitAfterLineBreak};
+  return {waitAfterPost};
+}
+
+void KeyRules::finish(bool ok, bool isExcused, Violations& violations) const {
+  if (!concernsUs()) return;
+  if (!isExcused && !down_.empty()) violations.push_back("I4: a key was left down");
+  if (!isExcused && outOfOrder_) {
+    violations.push_back("I4: keys went up in another order than they should");
+  }
+  if (ok && !isComplete()) {
+    violations.push_back("I8: a success without all of the input");
+  }
+}
+
+}  // namespace simulator

@@ -1,0 +1,287 @@
+#include "simulator/rules/keys.h"
+
+#include <gtest/gtest.h>
+
+#include "simulator/world/keyboard_layouts.h"
+#include "tests/support/broken_run.h"
+
+/// Runs that press keys, type or paste wrongly, and the rule that each of them breaks.
+namespace simulator {
+
+namespace {
+
+using driver::pack;
+using platform::EventImage;
+using platform::Function;
+using testing_support::BrokenRun;
+using testing_support::Sentences;
+
+constexpr const char* done = "{\"ok\":true}\n";
+constexpr std::uint32_t down = 10;
+constexpr std::uint32_t up = 11;
+
+class BrokenKeys : public BrokenRun {
+ protected:
+  void run(const char* command, const char* payload) {
+    client_.arguments = {"driver", command, "Notes", payload};
+  }
+
+  EventImage key(std::uint32_t type, std::int64_t code, std::uint64_t flags = 0) {
+    EventImage image;
+    image.identity = ++identity_;
+    image.type = type;
+    image.keyCode = code;
+    image.flags = flags;
+    image.publicFields = {{42, 0x5A545256}};
+    return image;
+  }
+
+  EventImage text(std::uint32_t type, const std::string& lowBytes) {
+    EventImage image = key(type, 0);
+    for (const char c : lowBytes) image.text += {c, '\0'};
+    return image;
+  }
+
+  void postKey(const EventImage& image) {
+    postOnly(image, 41, Function::publicPost);
+    sleep(12'000);
+  }
+
+  void postKeys(std::initializer_list<std::pair<std::uint32_t, std::int64_t>> steps,
+                std::uint64_t flags) {
+    for (const auto& [type, code] : steps) postKey(key(type, code, flags));
+  }
+
+  void breakLine() {
+    postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
+    sleep(50'000);
+  }
+
+  void typeText(const std::string& lowBytes) {
+    postKey(text(down, lowBytes));
+    postKey(text(up, lowBytes));
+  }
+
+  void keyRecord(char type, WindowNumber window = 7, std::int32_t status = 0) {
+    std::string record(248, '\0');
+    record[0x08] = type;
+    record[0x3C] = static_cast<char>(window);
+    call(Function::postRecord, {pack(0), pack(41), pack(record)}, pack(status));
+  }
+
+  void tellNumber(std::int64_t number) {
+    call(Function::axGetWindow, {pack(platform::ElementReference{41, 1})},
+         pack(std::vector<std::int64_t>{0, 0, number}));
+  }
+};
+
+TEST_F(BrokenKeys, are_not_those_of_a_correct_run) {
+  run("bg-key", "cmd+shift+S");
+  focusRecord(true);
+  keyRecord(1);
+  keyRecord(2);
+  sleep(300'000);
+  postKeys({{down, 55}, {down, 56}, {down, 1}, {up, 1}, {up, 56}, {up, 55}},
+           commandFlag | shiftFlag);
+  sleep(50'000);
+  askForFront(40);
+  askForSerial(0);
+  focusRecord(false);
+
+  EXPECT_EQ(end(done), Sentences{});
+}
+
+TEST_F(BrokenKeys, are_not_those_of_a_text_typed_in_pieces) {
+  run("bg-type", "ab\r\n\nc");
+  typeText("a");
+  typeText("b");
+  breakLine();
+  breakLine();
+  typeText("c");
+
+  EXPECT_EQ(end(done), Sentences{});
+}
+
+TEST_F(BrokenKeys, are_not_those_of_a_menu_that_took_the_shortcut) {
+  run("bg-paste-files", "/a");
+  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+       pack(ax::Outcome{}));
+  sleep(100'000);
+
+  EXPECT_EQ(end(done), Sentences{});
+}
+
+TEST_F(BrokenKeys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
+  run("bg-type", "\n");
+  postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
+  keyRecord(1);
+  keyRecord(2);
+  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+       pack(ax::Outcome{}));
+  call(Function::axSetAttribute,
+       {pack(platform::ElementReference{41, 3}), pack("AXFocused"), pack(true)},
+       pack(ax::Outcome{}));
+  checkSession();
+
+  EXPECT_EQ(
+      end(done),
+      (Sentences{"I5: a wait of 50000 us is missing", "I5: a wait of 300000 us is missing",
+                 "I5: a wait of 100000 us is missing", "I5: a wait of 100000 us is missing"}));
+}
+
+TEST_F(BrokenKeys, owe_no_wait_for_what_was_refused) {
+  run("bg-key", "a");
+  keyRecord(1);
+  keyRecord(2, 7, -600);
+  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+       pack(ax::Outcome{ax::Error::failure, false}));
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(BrokenKeys, that_take_focus_back_at_once) {
+  run("bg-key", "a");
+  focusRecord(true);
+  postKeys({{down, 0}, {up, 0}}, 0);
+  focusRecord(false);
+
+  EXPECT_EQ(end(done), Sentences{"I5: focus is taken back without the wait before it"});
+}
+
+TEST_F(BrokenKeys, that_carry_other_modifiers_than_told) {
+  run("bg-key", "ctrl+a");
+  postKey(key(down, 59, controlFlag));
+  postKey(key(down, 0, commandFlag));
+  EventImage unset = key(up, 0);
+  unset.flags.reset();
+  postKey(unset);
+  postKey(key(up, 59, controlFlag));
+
+  EXPECT_EQ(end(done), (Sentences{"I3: a key with other modifiers than it was told",
+                                  "I3: a key with other modifiers than it was told"}));
+}
+
+TEST_F(BrokenKeys, that_stay_down) {
+  run("bg-key", "cmd+a");
+  postKeys({{down, 55}, {down, 0}, {up, 0}}, commandFlag);
+
+  EXPECT_EQ(end(), Sentences{"I4: a key was left down"});
+}
+
+TEST_F(BrokenKeys, that_go_up_in_another_order) {
+  run("bg-key", "cmd+shift+a");
+  postKeys({{down, 55}, {down, 56}, {down, 0}, {up, 0}, {up, 55}, {up, 56}},
+           commandFlag | shiftFlag);
+
+  EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
+}
+
+TEST_F(BrokenKeys, that_go_up_without_having_gone_down) {
+  run("bg-key", "a");
+  postKeys({{up, 0}}, 0);
+
+  EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
+}
+
+TEST_F(BrokenKeys, are_excused_when_an_event_could_not_be_created) {
+  run("bg-key", "cmd+a");
+  postKeys({{down, 55}, {down, 0}}, commandFlag);
+  call(Function::createKeyboardEvent, {});
+
+  EXPECT_EQ(end(done), Sentences{});
+}
+
+TEST_F(BrokenKeys, that_succeed_with_something_left_out) {
+  const Sentences incomplete = {"I8: a success without all of the input"};
+  const std::pair<const char*, const char*> commands[] = {
+      {"bg-key", "a"}, {"bg-type", "a"}, {"bg-type", "\n"}, {"bg-paste-files", "/a"}};
+  for (const auto& [command, payload] : commands) {
+    run(command, payload);
+    const KeyRules rules(mac_, client_);
+    Sentences violations;
+    rules.finish(true, false, violations);
+    EXPECT_EQ(violations, incomplete) << command;
+    violations.clear();
+    rules.finish(false, false, violations);
+    EXPECT_EQ(violations, Sentences{}) << command;
+  }
+  run("bg-type", "");
+  Sentences violations;
+  KeyRules(mac_, client_).finish(true, false, violations);
+  EXPECT_EQ(violations, Sentences{});
+}
+
+TEST_F(BrokenKeys, that_succeed_with_another_key_or_text) {
+  run("bg-type", "ab");
+  typeText("aB");
+  EXPECT_EQ(end(done), Sentences{"I8: a success without all of the input"});
+}
+
+TEST_F(BrokenKeys, are_known_by_their_names) {
+  const std::pair<const char*, std::int64_t> names[] = {
+      {"enter", 36}, {"esc", 53}, {"backspace", 51}, {"\\", 42}, {"`", 50}, {"5", 23}};
+  for (const auto& [name, code] : names) {
+    run("bg-key", name);
+    Rules rules(mac_, client_);
+    Sentences violations;
+    for (const std::uint32_t type : {down, up}) {
+      rules.before({Function::publicPost, {pack(Pid{41}), pack(key(type, code))}}, 0, violations);
+      rules.before({Function::sleep, {pack(12'000)}}, 0, violations);
+    }
+    client_.exited = true;
+    client_.output = done;
+    rules.finish(violations);
+    EXPECT_EQ(violations, Sentences{}) << name;
+  }
+}
+
+TEST_F(BrokenKeys, for_one_of_two_windows_that_look_alike) {
+  run("bg-key", "a");
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 8) window.title = "Inbox";
+  }
+  keyRecord(1);
+  keyRecord(2);
+  sleep(300'000);
+
+  EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
+}
+
+TEST_F(BrokenKeys, are_not_those_for_a_window_that_has_told_its_number) {
+  run("bg-key", "a");
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 8) window.title = "Inbox";
+  }
+  tellNumber(7);
+  keyRecord(1);
+  keyRecord(2);
+  sleep(300'000);
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(BrokenKeys, for_a_window_outside_the_scope) {
+  run("bg-key", "a");
+  client_.environment["CU_WINDOW"] = "Inbox";
+  keyRecord(1, 8);
+  keyRecord(2, 8);
+  sleep(300'000);
+
+  EXPECT_EQ(end(), Sentences{"I11: keys for a window outside the scope"});
+}
+
+TEST_F(BrokenKeys, are_not_counted_as_focus_taken_back_when_a_serial_is_missing_before) {
+  run("bg-key", "a");
+  focusRecord(true);
+  askForSerial(-600);
+  sleep(50'000);
+  askForFront(40);
+  askForSerial(0);
+  focusRecord(false);
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+}  // namespace
+
+}  // namespace simulator

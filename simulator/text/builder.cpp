@@ -1,0 +1,305 @@
+#include "simulator/text/builder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "simulator/text/application.h"
+#include "simulator/text/error.h"
+#include "simulator/text/happenings.h"
+#include "simulator/text/menus.h"
+#include "simulator/text/panel.h"
+#include "simulator/world/elements.h"
+#include "simulator/world/fields.h"
+#include "simulator/world/menus.h"
+#include "simulator/world/windows.h"
+
+namespace simulator {
+
+namespace {
+
+std::string nameOf(const Application& application) {
+  return application.name.value_or("pid " + std::to_string(application.pid));
+}
+
+}  // namespace
+
+void WorldBuilder::claimPid(const Words& words, Pid pid) const {
+  const bool isProcess = world_.processes.count(pid) > 0;
+  if (isProcess || findApplication(world_, pid) != nullptr) {
+    words.fail("process id " + std::to_string(pid) + " is taken");
+  }
+}
+
+void WorldBuilder::addToScript(Words& words, Microseconds at) {
+  script_.push_back({at, words.rest()});
+}
+
+WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
+  ApplicationDraft draft = readApplicationLine(words);
+  const Pid pid = draft.application.pid;
+  claimPid(words, pid);
+  if (draft.frontmost) {
+    if (world_.frontmost != 0) words.fail("a second application is marked frontmost");
+    world_.frontmost = pid;
+  }
+  world_.files.insert(draft.files.begin(), draft.files.end());
+  world_.applications.push_back(std::move(draft.application));
+  withoutFocusedWindow_.push_back(draft.withoutFocusedWindow);
+  const Place place{Place::Kind::application, "app", world_.applications.size() - 1, 0, 0};
+  addLinks(words, place, std::move(draft.links));
+  return place;
+}
+
+void WorldBuilder::addPanel(Words& words) {
+  PanelDraft draft = readPanelLine(words, world_);
+  claimPid(words, draft.application.pid);
+  if (findWindow(world_, draft.window.number) != nullptr) {
+    words.fail("window number " + std::to_string(draft.window.number) + " is taken");
+  }
+  world_.applications.push_back(std::move(draft.application));
+  withoutFocusedWindow_.push_back(false);
+  world_.lastWindow = std::max(world_.lastWindow, draft.window.number);
+  const Window* below = findWindow(world_, draft.over);
+  world_.windows.insert(world_.windows.begin() + (below - world_.windows.data()),
+                        std::move(draft.window));
+}
+
+void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
+  for (LinkDraft& link : links) {
+    links_.push_back({words.lineNumber(), place.application, place.element, std::move(link)});
+  }
+}
+
+WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
+  WindowDraft draft = readWindow(words);
+  Window& window = draft.window;
+  if (findWindow(world_, window.number) != nullptr) {
+    words.fail("window number " + std::to_string(window.number) + " is taken");
+  }
+  Application& application = world_.applications[parent.application];
+  window.owner = application.pid;
+  Place place{Place::Kind::window, "window", parent.application, window.number, 0};
+  if (draft.hasElement) {
+    Element& element = application.elements.emplace_back(std::move(draft.body.element));
+    element.id = static_cast<ElementId>(application.elements.size());
+    element.window = window.number;
+    window.element = place.element = element.id;
+    if (window.sheetOf != 0) {
+      addToSheets(words, place, element, window, draft.closed);
+    } else if (!draft.closed) {
+      application.windows.push_back(element.id);
+    }
+    addLinks(words, place, std::move(draft.body.links));
+  }
+  if (draft.body.focused) {
+    if (application.focusedWindow != 0) {
+      words.fail("a second window of one application is focused");
+    }
+    application.focusedWindow = place.element;
+  }
+  world_.lastWindow = std::max(world_.lastWindow, window.number);
+  const Window* below = findWindow(world_, window.sheetOf);
+  const auto index = below == nullptr ? world_.windows.size()
+                                      : static_cast<std::size_t>(below - world_.windows.data());
+  world_.windows.insert(world_.windows.begin() + static_cast<std::ptrdiff_t>(index),
+                        std::move(window));
+  return place;
+}
+
+void WorldBuilder::addToSheets(const Words& words, const Place& place, Element& element,
+                               const Window& window, bool closed) {
+  const Window* below = findWindow(world_, window.sheetOf);
+  if (below == nullptr || below->owner != window.owner || below->element == 0) {
+    words.fail("no window " + std::to_string(window.sheetOf) +
+               " with an element stands above in this application");
+  }
+  element.parent = below->element;
+  if (closed) return;
+  Application& application = world_.applications[place.application];
+  findElement(application, below->element)->children.push_back(element.id);
+}
+
+WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) {
+  if (parent.kind == Place::Kind::window && parent.element == 0) {
+    words.fail("nothing can be in a window without an element");
+  }
+  ElementDraft draft = readElement(words);
+  Application& application = world_.applications[parent.application];
+  const auto id = static_cast<ElementId>(application.elements.size()) + 1;
+  if (parent.element != 0) findElement(application, parent.element)->children.push_back(id);
+  Element& element = application.elements.emplace_back(std::move(draft.element));
+  element.id = id;
+  element.parent = parent.element;
+  element.window = parent.window;
+  settlePresence(words, application, element, draft);
+  if (draft.focused) focus(words, application, element);
+  if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
+    reactions_.push_back({words.lineNumber(), parent.application, id});
+  }
+  const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
+  addHabits(words, place, draft);
+  addCopies(words, application, place, draft.count);
+  addChoices(application, id, draft.choices);
+  addLinks(words, place, std::move(draft.links));
+  return place;
+}
+
+WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
+  Application& application = world_.applications[parent.application];
+  const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
+  reactions_.push_back({words.lineNumber(), parent.application, id});
+  return {Place::Kind::element, "menu", parent.application, 0, id};
+}
+
+void WorldBuilder::settlePresence(const Words& words, Application& application, Element& element,
+                                  const ElementDraft& draft) {
+  const Element* parent = findElement(application, element.parent);
+  if (parent != nullptr) element.dependsOn = parent->dependsOn;
+  if (element.presence == Presence::whileHovered && parent == nullptr) {
+    words.fail("what is there 'while hovered' must be in an element");
+  }
+  const bool opens =
+      parent != nullptr && (parent->role == "AXPopUpButton" || parent->role == "AXMenuButton");
+  if (element.role == "AXMenu" && (opens || draft.open)) element.presence = Presence::whileOpen;
+  if (draft.open.value_or(false)) {
+    if (application.openMenu != 0) words.fail("a second menu of one application is open");
+    application.openMenu = element.id;
+  }
+  if (element.presence != Presence::always) element.dependsOn = element.id;
+}
+
+void WorldBuilder::addHabits(const Words& words, const Place& place, const ElementDraft& draft) {
+  const PlacedElement placed{words.lineNumber(), place.application, place.element};
+  for (const std::string& label : draft.alsoUnder) furtherParents_.push_back({placed, label});
+  if (!draft.habits) return;
+  world_.applications[place.application].habits.emplace(place.element, *draft.habits);
+  if (draft.habits->isComposer) composers_.push_back(placed);
+}
+
+void WorldBuilder::addCopies(const Words& words, Application& application, const Place& place,
+                             std::int64_t count) {
+  if (count == 1) return;
+  Element* parent = findElement(application, findElement(application, place.element)->parent);
+  if (parent == nullptr) words.fail("what is repeated must be in an element");
+  const Copies* last = application.copies.empty() ? nullptr : &application.copies.back();
+  const ElementId first = last == nullptr ? firstCopy : last->first + last->count;
+  application.copies.push_back({first, count - 1, place.element});
+  for (std::int64_t i = 0; i < count - 1; ++i) parent->children.push_back(first + i);
+}
+
+void WorldBuilder::focus(const Words& words, Application& application, Element& element) {
+  if (application.focusedElement != 0) {
+    words.fail("a second element of one application is focused");
+  }
+  application.focusedElement = element.id;
+  placeCaret(element);
+}
+
+void WorldBuilder::settleLink(const PlacedLink& placed) {
+  Application& application = world_.applications[placed.application];
+  std::vector<ElementId> ids;
+  for (const std::string& label : placed.link.labels) {
+    const Element* target = findLabelled(application, label);
+    if (target == nullptr) {
+      throw WorldError(placed.line,
+                       "no element of " + nameOf(application) + " is labelled \"" + label + "\"");
+    }
+    ids.push_back(target->id);
+  }
+  AttributeValue value =
+      placed.link.list ? AttributeValue(std::move(ids)) : AttributeValue(ElementLink{ids.front()});
+  auto& attributes = placed.element == 0 ? application.attributes
+                                         : findElement(application, placed.element)->attributes;
+  if (!attributes.emplace(placed.link.attribute, std::move(value)).second) {
+    throw WorldError(placed.line, placed.link.attribute + " is given twice");
+  }
+}
+
+void WorldBuilder::settleParent(const PlacedParent& placed) {
+  Application& application = world_.applications[placed.child.application];
+  Element* parent = findLabelled(application, placed.label);
+  if (parent == nullptr) {
+    throw WorldError(placed.child.line, "no element of " + nameOf(application) + " is labelled \"" +
+                                            placed.label + "\"");
+  }
+  parent->children.push_back(placed.child.element);
+}
+
+/// The bars that `menu` lines made lie on the main display, which may come last in the text.
+void WorldBuilder::settleMenuBars() {
+  for (Application& application : world_.applications) {
+    for (Element& element : application.elements) {
+      if (isUnplacedMenuBar(element)) element.frame = menuBarFrame(world_.displays.front().frame);
+    }
+  }
+}
+
+void WorldBuilder::checkReaction(std::size_t line, Application& application,
+                                 const Reaction& reaction) {
+  const bool isLabelled = reaction.kind == Reaction::Kind::append ||
+                          reaction.kind == Reaction::Kind::set ||
+                          reaction.kind == Reaction::Kind::remove;
+  if (isLabelled && findLabelled(application, reaction.target) == nullptr) {
+    throw WorldError(
+        line, "no element of " + nameOf(application) + " is labelled \"" + reaction.target + "\"");
+  }
+  if (reaction.kind == Reaction::Kind::showWindow &&
+      findTitled(world_, application.pid, reaction.text) == nullptr) {
+    throw WorldError(
+        line, "no window of " + nameOf(application) + " is titled \"" + reaction.text + "\"");
+  }
+}
+
+void WorldBuilder::settleFocus() {
+  for (std::size_t i = 0; i < world_.applications.size(); ++i) {
+    Application& application = world_.applications[i];
+    if (application.focusedWindow != 0 || withoutFocusedWindow_[i]) continue;
+    const Element* focused = findElement(application, application.focusedElement);
+    const Window* window = focused == nullptr ? nullptr : findWindow(world_, focused->window);
+    if (window != nullptr) {
+      application.focusedWindow = window->element;
+    } else if (!application.windows.empty()) {
+      application.focusedWindow = application.windows.front();
+    }
+  }
+}
+
+void WorldBuilder::settleWindows() {
+  for (Application& application : world_.applications) {
+    if (application.hidden) setHidden(world_, application, true);
+  }
+  sortLayers(world_);
+  if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
+}
+
+void WorldBuilder::settleScript() {
+  for (const PendingHappening& pending : script_) {
+    Words words(pending.line);
+    world_.script.push_back({pending.at, readHappening(words, world_)});
+  }
+  std::stable_sort(world_.script.begin(), world_.script.end(),
+                   [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
+}
+
+World WorldBuilder::finish() {
+  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
+  for (const PlacedLink& placed : links_) settleLink(placed);
+  for (const PlacedParent& placed : furtherParents_) settleParent(placed);
+  for (const PlacedElement& placed : composers_) {
+    settleComposer(world_.applications[placed.application], placed.element);
+  }
+  settleMenuBars();
+  for (const PlacedElement& placed : reactions_) {
+    Application& application = world_.applications[placed.application];
+    const Element& element = *findElement(application, placed.element);
+    for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);
+    for (const Reaction& each : element.onRightClick) checkReaction(placed.line, application, each);
+    for (const Reaction& each : element.onSubmit) checkReaction(placed.line, application, each);
+  }
+  settleFocus();
+  settleWindows();
+  settleScript();
+  return std::move(world_);
+}
+
+}  // namespace simulator

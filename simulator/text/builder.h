@@ -1,0 +1,91 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/text/elements.h"
+#include "simulator/text/words.h"
+#include "simulator/world/world.h"
+
+namespace simulator {
+
+/// Puts a world together from what the lines of its text say, in their order. What names something
+/// that may come later in the text is settled by `finish`.
+class WorldBuilder {
+ public:
+  /// Where a line stands: what the lines below it, indented further, belong to.
+  struct Place {
+    enum class Kind { top, application, window, element, other };
+    Kind kind = Kind::top;
+    const char* statement = "";   // of an `other`
+    std::size_t application = 0;  // index
+    WindowNumber window = 0;      // of a window and of the elements in it
+    ElementId element = 0;        // 0 for an application and for a window without an element
+  };
+
+  /// Each reads the rest of a line, and adds what it describes.
+  Place addApplication(Words& words);
+  Place addWindow(Words& words, const Place& application);
+  Place addElement(Words& words, const Place& parent);
+  Place addMenuItem(Words& words, const Place& application);
+  void addPanel(Words& words);
+  void addToScript(Words& words, Microseconds at);
+
+  /// Throws when the process id is in use.
+  void claimPid(const Words& words, Pid pid) const;
+
+  /// The world so far.
+  World& world() { return world_; }
+
+  /// The whole world; the builder is spent.
+  World finish();
+
+ private:
+  struct PlacedLink {
+    std::size_t line;
+    std::size_t application;
+    ElementId element;
+    LinkDraft link;
+  };
+  /// An element whose line names others.
+  struct PlacedElement {
+    std::size_t line;
+    std::size_t application;
+    ElementId element;
+  };
+  struct PlacedParent {
+    PlacedElement child;
+    std::string label;
+  };
+  struct PendingHappening {
+    Microseconds at;
+    Line line;
+  };
+
+  void addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links);
+  void addToSheets(const Words& words, const Place& place, Element& element, const Window& window,
+                   bool closed);
+  void addHabits(const Words& words, const Place& place, const ElementDraft& draft);
+  void addCopies(const Words& words, Application& application, const Place& place,
+                 std::int64_t count);
+  void settlePresence(const Words& words, Application& application, Element& element,
+                      const ElementDraft& draft);
+  void settleParent(const PlacedParent& placed);
+  void settleMenuBars();
+  void focus(const Words& words, Application& application, Element& element);
+  void settleLink(const PlacedLink& placed);
+  void checkReaction(std::size_t line, Application& application, const Reaction& reaction);
+  void settleFocus();
+  void settleWindows();
+  void settleScript();
+
+  World world_;
+  std::vector<PlacedLink> links_;
+  std::vector<PlacedElement> reactions_;
+  std::vector<PlacedParent> furtherParents_;
+  std::vector<PlacedElement> composers_;
+  std::vector<PendingHappening> script_;
+  std::vector<bool> withoutFocusedWindow_;  // by application
+};
+
+}  // namespace simulator

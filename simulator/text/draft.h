@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/world/world.h"
+
+namespace simulator {
+
+/// An attribute whose value is elements. They are named by label and may come later in the text.
+struct LinkDraft {
+  std::string attribute;
+  std::vector<std::string> labels;
+  bool list = false;
+};
+
+/// An element as its line of a world's text describes it.
+struct ElementDraft {
+  Element element;  // without id, parent, window
+  std::optional<Point> position;
+  std::optional<Size> size;
+  bool focused = false;
+  std::vector<LinkDraft> links;
+  std::optional<Habits> habits;
+  std::vector<std::string> alsoUnder;  // labels of further parents
+  std::vector<std::string> choices;    // the titles of its menu's items
+  std::int64_t count = 1;              // itself and its copies
+  std::optional<bool> open;            // of a menu, when the line says whether it is
+};
+
+}  // namespace simulator

@@ -1,0 +1,171 @@
+#include "simulator/text/words.h"
+
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "base/numbers.h"
+#include "simulator/text/error.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr double mostMicroseconds = 1e15;
+
+std::string shown(const Token& token) {
+  return token.kind == Token::Kind::text ? '"' + token.text + '"' : "'" + token.text + "'";
+}
+
+std::optional<std::pair<std::string_view, std::string_view>> split(std::string_view text,
+                                                                   std::size_t at) {
+  if (at == text.npos) return std::nullopt;
+  return std::pair{text.substr(0, at), text.substr(at + 1)};
+}
+
+std::optional<std::pair<double, double>> numbers(std::string_view text, char between) {
+  const auto parts = split(text, text.find(between));
+  if (!parts) return std::nullopt;
+  const auto first = driver::parseDouble(parts->first);
+  const auto second = driver::parseDouble(parts->second);
+  if (!first || !second) return std::nullopt;
+  return std::pair{*first, *second};
+}
+
+std::optional<Rect> rectOf(std::string_view text) {
+  const auto parts = split(text, text.rfind(','));
+  if (!parts) return std::nullopt;
+  const auto origin = numbers(parts->first, ',');
+  const auto extent = numbers(parts->second, 'x');
+  if (!origin || !extent) return std::nullopt;
+  return Rect{origin->first, origin->second, extent->first, extent->second};
+}
+
+std::optional<ax::Range> rangeOf(std::string_view text) {
+  // From the second character on: the first may be a sign.
+  const auto parts = split(text, text.find('+', 1));
+  if (!parts) return std::nullopt;
+  const auto location = driver::parseInt64(parts->first);
+  const auto length = driver::parseInt64(parts->second);
+  if (!location || !length) return std::nullopt;
+  return ax::Range{*location, *length};
+}
+
+std::optional<Microseconds> timeOf(std::string_view text) {
+  constexpr std::pair<std::string_view, double> units[] = {{"us", 1}, {"ms", 1e3}, {"s", 1e6}};
+  for (const auto& [unit, factor] : units) {
+    if (text.size() <= unit.size() || text.substr(text.size() - unit.size()) != unit) continue;
+    const auto count = driver::parseDouble(text.substr(0, text.size() - unit.size()));
+    if (!count) continue;
+    const double microseconds = *count * factor;
+    if (!(microseconds >= 0 && microseconds <= mostMicroseconds)) return std::nullopt;
+    return std::llround(microseconds);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void Words::fail(const std::string& cause) const { throw WorldError(line_.number, cause); }
+
+void Words::failNeeding(const char* owner, const char* what) const {
+  std::string cause = std::string("'") + owner + "' needs " + what;
+  if (!atEnd()) cause += ", not " + shown(*peek());
+  fail(cause);
+}
+
+void Words::failUnknown(const std::string& expected) const {
+  const char* kind = nextIs(Token::Kind::word) ? "unknown word " : "unexpected ";
+  fail(kind + shown(*peek()) + "; expected " + expected);
+}
+
+bool Words::take(std::string_view word) {
+  if (!nextIs(word)) return false;
+  ++next_;
+  return true;
+}
+
+bool Words::takeSemicolon() {
+  if (!nextIs(Token::Kind::semicolon)) return false;
+  ++next_;
+  return true;
+}
+
+Line Words::rest() {
+  const auto first = line_.tokens.begin() + static_cast<std::ptrdiff_t>(next_);
+  next_ = line_.tokens.size();
+  return {line_.number, line_.indentation, {first, line_.tokens.end()}};
+}
+
+void Words::expect(const char* owner, const char* word) {
+  if (!take(word)) failNeeding(owner, (std::string("'") + word + "' after it").c_str());
+}
+
+void Words::expectEnd() const {
+  if (!atEnd()) fail("unexpected " + shown(*peek()) + " at the end of the line");
+}
+
+std::string Words::word(const char* owner, const char* what) {
+  if (!nextIs(Token::Kind::word)) failNeeding(owner, what);
+  return line_.tokens[next_++].text;
+}
+
+std::string Words::text(const char* owner, const char* what) {
+  if (!nextIs(Token::Kind::text)) failNeeding(owner, what);
+  return line_.tokens[next_++].text;
+}
+
+std::string Words::name(const char* owner, const char* what) {
+  if (atEnd() || nextIs(Token::Kind::semicolon)) failNeeding(owner, what);
+  return line_.tokens[next_++].text;
+}
+
+template <class Parse>
+auto Words::parsed(const char* owner, const char* what, Parse parse) {
+  if (!nextIs(Token::Kind::word)) failNeeding(owner, what);
+  const auto value = parse(peek()->text);
+  if (!value) failNeeding(owner, what);
+  ++next_;
+  return *value;
+}
+
+std::int64_t Words::integer(const char* owner, const char* what, std::int64_t least,
+                            std::int64_t most) {
+  return parsed(owner, what, [&](std::string_view text) {
+    const auto value = driver::parseInt64(text);
+    return value && *value >= least && *value <= most ? value : std::nullopt;
+  });
+}
+
+double Words::number(const char* owner, const char* what) {
+  return parsed(owner, what, driver::parseDouble);
+}
+
+Point Words::point(const char* owner) {
+  const auto [x, y] = parsed(owner, "X,Y", [](auto text) { return numbers(text, ','); });
+  return {x, y};
+}
+
+Point Words::finitePoint(const char* owner) {
+  const auto [x, y] = parsed(owner, "X,Y", [](auto text) {
+    auto pair = numbers(text, ',');
+    return pair && std::isfinite(pair->first) && std::isfinite(pair->second) ? pair : std::nullopt;
+  });
+  return {x, y};
+}
+
+Size Words::size(const char* owner) {
+  const auto [width, height] =
+      parsed(owner, "WIDTHxHEIGHT", [](auto text) { return numbers(text, 'x'); });
+  return {width, height};
+}
+
+Rect Words::rect(const char* owner) { return parsed(owner, "X,Y,WIDTHxHEIGHT", rectOf); }
+
+ax::Range Words::range(const char* owner) { return parsed(owner, "LOCATION+LENGTH", rangeOf); }
+
+Microseconds Words::time(const char* owner) {
+  return parsed(owner, "a time such as 250us, 100ms or 1.5s", timeOf);
+}
+
+}  // namespace simulator

@@ -1,0 +1,151 @@
+#include <algorithm>
+
+#include "simulator/world/attributes.h"
+#include "simulator/world/element_text.h"
+#include "simulator/world/elements.h"
+#include "simulator/world/menus.h"
+#include "simulator/world/presses.h"
+#include "simulator/world/reactions.h"
+#include "simulator/world/windows.h"
+
+namespace simulator {
+
+namespace {
+
+/// A menu's own buttons open it; of anything else the menu is opened by the right button.
+bool opensMenu(const Application& application, const Element& element) {
+  const bool isButton = element.role == "AXPopUpButton" || element.role == "AXMenuButton" ||
+                        element.role == "AXMenuBarItem";
+  return isButton && menuOf(application, element) != 0;
+}
+
+bool handles(const Application& application, const Element& element, bool right) {
+  if (right) return !element.onRightClick.empty();
+  return !element.onClick.empty() || isTextInput(element) || element.role == "AXMenuItem" ||
+         opensMenu(application, element);
+}
+
+/// The element, or the nearest one around it within the window, that does something with a click.
+Element* receiver(Application& application, ElementId hit, bool right) {
+  Element* element = findElement(application, hit);
+  const WindowNumber window = element == nullptr ? 0 : element->window;
+  while (element != nullptr && element->window == window &&
+         !handles(application, *element, right)) {
+    element = findElement(application, element->parent);
+  }
+  return element != nullptr && element->window == window ? element : nullptr;
+}
+
+/// Gives the window the application's own focus; its place in the order stays.
+void focusWindow(Application& application, const Window& window) {
+  if (window.element == 0) return;
+  application.focusedWindow = window.element;
+  const Element* focused = findElement(application, application.focusedElement);
+  if (focused != nullptr && focused->window != window.number) application.focusedElement = 0;
+}
+
+void takeFocus(Application& application, Element& element) {
+  application.focusedElement = element.id;
+  element.attributes["AXSelectedTextRange"] = ax::Range{utf16Length(textOf(element)), 0};
+}
+
+/// A click beside an open menu of the window closes it and does nothing else.
+bool closesMenu(Application& application, const Window& window, ElementId clicked) {
+  const Element* menu = findElement(application, application.openMenu);
+  if (menu == nullptr || menu->window != window.number) return false;
+  const Element* element = findElement(application, clicked);
+  if (element != nullptr && isInOpenMenu(application, *element)) return false;
+  application.openMenu = 0;
+  return true;
+}
+
+/// The last of these that is there and contains the point.
+template <class Qualifies>
+ElementId hit(const Application& application, const Window* window, Point point,
+              Qualifies qualifies) {
+  // Ids follow the order in which elements are drawn: a child after its parent, a later sibling
+  // after an earlier one with all that is in it.
+  const auto found = std::find_if(
+      application.elements.rbegin(), application.elements.rend(), [&](const Element& element) {
+        return !element.removed && element.frame && driver::contains(*element.frame, point) &&
+               qualifies(element) && isThere(application, window, element);
+      });
+  return found == application.elements.rend() ? 0 : found->id;
+}
+
+}  // namespace
+
+ElementId elementAt(const Application& application, const Window& window, Point point) {
+  if (!driver::contains(window.frame, point)) return 0;
+  const auto isIn = [&](const Element& element) { return element.window == window.number; };
+  const ElementId inMenu = hit(application, &window, point, [&](const Element& element) {
+    return isIn(element) && isInOpenMenu(application, element);
+  });
+  if (inMenu != 0) return inMenu;
+  const ElementId found = hit(application, &window, point, isIn);
+  return found == 0 ? window.element : found;
+}
+
+ElementId elementAtPoint(const World& world, const Application& application, Point point,
+                         Microseconds now) {
+  if (!hasTree(application, now)) return 0;
+  if (world.frontmost == application.pid) {
+    const ElementId inMenuBar =
+        hit(application, nullptr, point, [](const Element& each) { return each.window == 0; });
+    if (inMenuBar != 0) return inMenuBar;
+  }
+  for (const Window& window : world.windows) {
+    const bool isCandidate =
+        window.owner == application.pid && window.onScreen && window.element != 0;
+    const ElementId found = isCandidate ? elementAt(application, window, point) : 0;
+    if (found != 0) return found;
+  }
+  return 0;
+}
+
+std::string press(World& world, Application& application, ElementId id) {
+  const Element& element = *findElement(application, id);
+  std::string sentence = "pressed " + described(element);
+  const bool reacts = handles(application, element, false);
+  if (element.role == "AXMenuItem") {
+    chooseItem(application, id);
+  } else if (opensMenu(application, element)) {
+    toggleMenu(application, element);
+  }
+  react(world, application, id, false);
+  return reacts ? sentence : sentence + ", which does nothing";
+}
+
+std::string click(World& world, Pid pid, WindowNumber number, Point point, bool right) {
+  Application* application = findApplication(world, pid);
+  const Window* window = findWindow(world, number);
+  if (application == nullptr || window == nullptr || window->owner != pid) {
+    return "clicked a window that is gone";
+  }
+  if (application->hangs) return "clicked an application that hangs";
+  if (const Window* sheet = sheetOf(world, number)) {
+    return "clicked a window behind its sheet " + std::to_string(sheet->number);
+  }
+  focusWindow(*application, *window);
+  const ElementId hitElement = elementAt(*application, *window, point);
+  if (closesMenu(*application, *window, hitElement)) return "closed a menu";
+  Element* element = receiver(*application, hitElement, right);
+  const std::string verb = right ? "right-clicked " : "clicked ";
+  if (element == nullptr) {
+    const Element* below = findElement(*application, hitElement);
+    return verb + (below == nullptr ? "nothing" : described(*below)) + ", which does nothing";
+  }
+  if (!isEnabled(*element)) return verb + described(*element) + ", which is disabled";
+  if (right) {
+    std::string sentence = verb + described(*element);
+    react(world, *application, element->id, true);
+    return sentence;
+  }
+  if (!isTextInput(*element)) return press(world, *application, element->id);
+  std::string sentence = "focused " + described(*element);
+  takeFocus(*application, *element);
+  react(world, *application, element->id, false);
+  return sentence;
+}
+
+}  // namespace simulator

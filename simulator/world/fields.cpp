@@ -1,0 +1,285 @@
+#include "simulator/world/fields.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/utf16.h"
+#include "simulator/world/element_text.h"
+#include "simulator/world/elements.h"
+#include "simulator/world/field_text.h"
+#include "simulator/world/pasteboard.h"
+
+namespace simulator {
+
+namespace {
+
+constexpr const char* textAttribute = "AXValue";
+constexpr const char* selectionAttribute = "AXSelectedTextRange";
+constexpr const char* selectedAttribute = "AXSelectedText";
+constexpr double lineHeight = 18;  // points, of a composer's static texts
+
+const std::string* textOfAttribute(const Element& element, const char* name) {
+  const auto found = element.attributes.find(name);
+  return found == element.attributes.end() ? nullptr : std::get_if<std::string>(&found->second);
+}
+
+bool isSecure(const Element& element) {
+  const std::string* subrole = textOfAttribute(element, "AXSubrole");
+  return subrole != nullptr && *subrole == "AXSecureTextField";
+}
+
+std::string placeholderOf(const Element& element) {
+  const std::string* text = textOfAttribute(element, "AXPlaceholderValue");
+  return text == nullptr ? "" : *text;
+}
+
+/// What a reader of the field sees.
+std::string shownText(const Application& application, const Element& element) {
+  std::string text(textOf(element));
+  if (text.empty() && habitsOf(application, element.id).showsPlaceholder) {
+    return placeholderOf(element);
+  }
+  return isSecure(element) ? bullets(text) : text;
+}
+
+/// The static texts in the element, in the order in which they are read.
+std::vector<ElementId> staticTextsIn(const Application& application, ElementId id) {
+  std::vector<ElementId> found;
+  std::vector<ElementId> stack{id};
+  while (!stack.empty()) {
+    const Element* element = findElement(application, stack.back());
+    stack.pop_back();
+    if (element == nullptr) continue;
+    if (element->role == "AXStaticText") found.push_back(element->id);
+    for (auto child = element->children.rbegin(); child != element->children.rend(); ++child) {
+      const Element* below = findElement(application, *child);
+      if (below != nullptr && below->parent == element->id) stack.push_back(*child);
+    }
+  }
+  return found;
+}
+
+void mirrorText(Application& application, ElementId id) {
+  for (const ElementId old : staticTextsIn(application, id)) removeElement(application, old);
+  const Element& composer = *findElement(application, id);
+  const std::optional<Rect> frame = composer.frame;
+  const WindowNumber window = composer.window;
+  std::vector<ElementId> others = composer.children;
+  std::vector<ElementId> texts;
+  double y = frame ? frame->y + 7 : 0;
+  for (std::string& line : filledLines(shownText(application, composer))) {
+    std::optional<Rect> place;
+    if (frame) place = Rect{frame->x + 9, y, std::max(frame->width - 18, 0.0), lineHeight};
+    y += lineHeight;
+    Element& text = addElement(application, id, window, place, "AXStaticText");
+    text.attributes[textAttribute] = std::move(line);
+    texts.push_back(text.id);
+  }
+  texts.insert(texts.end(), others.begin(), others.end());
+  findElement(application, id)->children = std::move(texts);
+}
+
+/// Makes the text the field's, after its transforms; the caret goes to its place or to the end.
+void holdText(Application& application, ElementId id, std::string text,
+              std::optional<std::int64_t> caret) {
+  putText(application, id, transformed(std::move(text), habitsOf(application, id).transforms));
+  Element& element = *findElement(application, id);
+  const std::int64_t length = utf16Length(textOf(element));
+  element.attributes[selectionAttribute] = ax::Range{std::min(caret.value_or(length), length), 0};
+}
+
+/// The write has its effect.
+void land(Application& application, ElementId id, const std::string& name, std::string text) {
+  const Element& element = *findElement(application, id);
+  if (habitsOf(application, id).writes == Habits::Writes::halved) text = firstHalf(text);
+  if (name == selectedAttribute) {
+    typeInto(application, id, selectionOf(element), text);
+  } else {
+    holdText(application, id, std::move(text), std::nullopt);
+  }
+}
+
+/// What takes a paste: a field that is enabled, or what takes files.
+bool takesPaste(const Application& application, const Element& element) {
+  return isEnabled(element) &&
+         (isTextInput(element) || habitsOf(application, element.id).takesFiles);
+}
+
+void attach(Application& application, ElementId id, const std::vector<std::string>& paths) {
+  const WindowNumber window = findElement(application, id)->window;
+  for (const std::string& path : paths) {
+    Element& picture = addElement(application, id, window, std::nullopt, "AXImage");
+    picture.attributes["AXTitle"] = path.substr(path.rfind('/') + 1);
+    picture.attributes["AXURL"] = fileUrl(path);
+  }
+}
+
+/// The application reads the pasteboard, and what asked for a paste takes what is there now.
+void landPaste(const World& world, Application& application, ElementId id) {
+  const Element* element = findElement(application, id);
+  if (element == nullptr || application.hangs) return;
+  const std::vector<std::string> files = pastedFiles(world.pasteboard);
+  if (!files.empty() && habitsOf(application, id).takesFiles) {
+    attach(application, id, files);
+    return;
+  }
+  const auto text = pastedText(world.pasteboard);
+  if (text && isTextInput(*element)) typeInto(application, id, selectionOf(*element), *text);
+}
+
+ax::Error writeSelection(Element& element, const AttributeValue& value) {
+  const auto* range = std::get_if<ax::Range>(&value);
+  const std::int64_t length = utf16Length(textOf(element));
+  const bool fits = range != nullptr && range->location >= 0 && range->length >= 0 &&
+                    range->location <= length && range->length <= length - range->location;
+  if (!fits) return ax::Error::illegalArgument;
+  element.attributes[selectionAttribute] = *range;
+  return ax::Error::success;
+}
+
+void defer(World& world, PendingWrite write) {
+  const auto place =
+      std::upper_bound(world.pending.begin(), world.pending.end(), write.due,
+                       [](Microseconds due, const PendingWrite& each) { return due < each.due; });
+  world.pending.insert(place, std::move(write));
+}
+
+}  // namespace
+
+void putText(Application& application, ElementId id, std::string text) {
+  Element* element = findElement(application, id);
+  if (element == nullptr) return;
+  setText(*element, std::move(text));
+  if (habitsOf(application, id).isComposer) mirrorText(application, id);
+}
+
+void addText(Application& application, ElementId id, const std::string& text) {
+  const Element* element = findElement(application, id);
+  if (element != nullptr) putText(application, id, std::string(textOf(*element)) + text);
+}
+
+void dropLastCharacter(Application& application, ElementId id) {
+  Element* element = findElement(application, id);
+  if (element == nullptr) return;
+  removeLastCharacter(*element);
+  if (habitsOf(application, id).isComposer) mirrorText(application, id);
+}
+
+ax::Range selectionOf(const Element& element) {
+  const std::int64_t length = utf16Length(textOf(element));
+  const auto found = element.attributes.find(selectionAttribute);
+  const auto* held =
+      found == element.attributes.end() ? nullptr : std::get_if<ax::Range>(&found->second);
+  if (held == nullptr) return {};
+  const std::int64_t location = std::clamp(held->location, std::int64_t{0}, length);
+  return {location, std::clamp(held->length, std::int64_t{0}, length - location)};
+}
+
+std::string selectedText(const Element& element) {
+  const ax::Range range = selectionOf(element);
+  const std::string_view text = textOf(element);
+  const std::size_t begin = driver::utf16Offset(text, static_cast<std::size_t>(range.location));
+  const std::size_t end =
+      driver::utf16Offset(text, static_cast<std::size_t>(range.location + range.length));
+  return std::string(text.substr(begin, end - begin));
+}
+
+void typeInto(Application& application, ElementId id, const ax::Range& range,
+              const std::string& text) {
+  const Element& element = *findElement(application, id);
+  holdText(application, id,
+           driver::utf16Replaced(textOf(element), static_cast<std::size_t>(range.location),
+                                 static_cast<std::size_t>(range.length), text),
+           range.location + utf16Length(text));
+}
+
+std::string requestPaste(World& world, Application& application) {
+  const Element* element = findElement(application, application.focusedElement);
+  if (element == nullptr || !takesPaste(application, *element)) return "nothing takes the paste";
+  std::string sentence = "asked for a paste into " + described(*element);
+  PendingWrite paste{
+      world.present + application.pasteDelay, application.pid, element->id, "", "", true};
+  if (application.pasteDelay > 0) {
+    defer(world, std::move(paste));
+  } else {
+    landPaste(world, application, paste.element);
+  }
+  return sentence;
+}
+
+void focusField(Application& application, Element& element) {
+  application.focusedElement = element.id;
+  element.attributes.emplace(selectionAttribute, ax::Range{utf16Length(textOf(element)), 0});
+}
+
+std::optional<AttributeResult> readField(const Application& application, const Element& element,
+                                         const std::string& name) {
+  const bool isText = name == textAttribute && textOfAttribute(element, textAttribute) != nullptr;
+  if (isText && habitsOf(application, element.id).hidesValue) {
+    return AttributeResult{std::nullopt, ax::Error::noValue};
+  }
+  if (isText) return AttributeResult{shownText(application, element), ax::Error::success};
+  if (element.attributes.count(name) > 0) return std::nullopt;
+  if (name == selectionAttribute) return AttributeResult{ax::Range{}, ax::Error::success};
+  if (name == "AXNumberOfCharacters") {
+    return AttributeResult{utf16Length(textOf(element)), ax::Error::success};
+  }
+  if (name != selectedAttribute) return std::nullopt;
+  if (isSecure(element)) return AttributeResult{std::nullopt, ax::Error::noValue};
+  return AttributeResult{selectedText(element), ax::Error::success};
+}
+
+bool isFieldAttribute(const Element& element, const std::string& name) {
+  if (name == selectionAttribute) return true;
+  if (name == textAttribute) return textOfAttribute(element, textAttribute) != nullptr;
+  return name == selectedAttribute && element.attributes.count(name) == 0;
+}
+
+ax::Error writeField(World& world, Application& application, Element& element,
+                     const std::string& name, const AttributeValue& value, Microseconds now) {
+  if (!isEnabled(element)) return ax::Error::attributeUnsupported;
+  if (name == selectionAttribute) return writeSelection(element, value);
+  const auto* text = std::get_if<std::string>(&value);
+  if (text == nullptr) return ax::Error::illegalArgument;
+  const Habits& habits = habitsOf(application, element.id);
+  if (habits.writes == Habits::Writes::ignored) return ax::Error::success;
+  if (habits.delay > 0) {
+    defer(world, {now + habits.delay, application.pid, element.id, name, *text, false});
+  } else {
+    land(application, element.id, name, *text);
+  }
+  return ax::Error::success;
+}
+
+void settleWrites(World& world, Microseconds now) {
+  world.present = std::max(world.present, now);
+  while (!world.pending.empty() && world.pending.front().due <= now) {
+    PendingWrite write = std::move(world.pending.front());
+    world.pending.erase(world.pending.begin());
+    Application* application = findApplication(world, write.pid);
+    if (application == nullptr || findElement(*application, write.element) == nullptr) continue;
+    if (write.pastes) {
+      landPaste(world, *application, write.element);
+    } else {
+      land(*application, write.element, write.attribute, std::move(write.text));
+    }
+  }
+}
+
+void settleComposer(Application& application, ElementId id) {
+  if (!textOf(*findElement(application, id)).empty()) {
+    mirrorText(application, id);
+    return;
+  }
+  std::string text;
+  for (const ElementId each : staticTextsIn(application, id)) {
+    const std::string_view line = textOf(*findElement(application, each));
+    if (!text.empty() && !line.empty()) text += '\n';
+    text += line;
+  }
+  Element& element = *findElement(application, id);
+  element.attributes[textAttribute] = text;
+  if (text.empty()) mirrorText(application, id);
+}
+
+}  // namespace simulator

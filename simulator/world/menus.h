@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "simulator/world/world.h"
+
+/// Menus: those of the menu bar, of pop-up buttons, and of whatever else has one.
+namespace simulator {
+
+/// Where the closed menus of the menu bar are kept, far off screen; in global points.
+inline constexpr Point parkedMenus{0, 30'000};
+
+/// The height of a menu's item, in points.
+inline constexpr double menuItemHeight = 22;
+
+/// The menu that the element opens: the first AXMenu among its children. 0: it has none.
+ElementId menuOf(const Application& application, const Element& element);
+
+/// The element is in the menu that is open, or is that menu.
+bool isInOpenMenu(const Application& application, const Element& element);
+
+/// Opens the element's menu instead of any other, or closes it when it is open. False when the
+/// element has none.
+bool toggleMenu(Application& application, const Element& element);
+
+/// The enabled item of the menu bar with this key equivalent, if there is one: a character as
+/// AXMenuItemCmdChar has it, letters in upper case, and modifiers as AXMenuItemCmdModifiers has
+/// them. 0: none.
+ElementId itemWithShortcut(const Application& application, std::string_view character,
+                           std::int64_t modifiers);
+
+/// A menu's item is chosen: menus close, and a pop-up button shows the item's title as its value.
+void chooseItem(Application& application, ElementId item);
+
+}  // namespace simulator

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <vector>
+
+#include "platform/types.h"
+#include "simulator/world/input_event.h"
+
+namespace simulator {
+
+/// A tap on the session's events.
+struct Tap {
+  std::int64_t number = 0;
+  platform::Pid owner = 0;
+  bool filters = false;
+  bool enabled = false;
+  std::uint64_t mask = 0;
+};
+
+/// The taps, and the events that are on their way through them. taps.h works it.
+struct TapLine {
+  /// An event that waits for what a tap says of it.
+  struct Hold {
+    std::int64_t tap = 0;
+    std::int64_t serial = 0;
+    std::int64_t deadline = 0;  // in microseconds of virtual time
+  };
+
+  std::vector<Tap> taps;           // from the head to the tail
+  std::deque<InputEvent> waiting;  // oldest first; the first is on its way
+  std::deque<std::int64_t> ahead;  // the taps that the first has not come to yet
+  bool underWay = false;           // the first has been told to a tap, or passed by all
+  std::optional<Hold> hold;        // of the first
+  std::int64_t lastSerial = 0;
+};
+
+}  // namespace simulator

@@ -1,0 +1,348 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "base/geometry.h"
+#include "platform/ax.h"
+#include "platform/types.h"
+#include "platform/workspace.h"
+#include "simulator/world/cover.h"
+#include "simulator/world/pasteboard.h"
+#include "simulator/world/sharing.h"
+#include "simulator/world/user_state.h"
+
+/// The simulated Mac's state, as plain values: copying a World copies the Mac. What happens in it
+/// is in applications.h and input.h; how it is written as text in world_text.h.
+namespace simulator {
+
+using driver::Point;
+using driver::Rect;
+using driver::Size;
+using platform::Pid;
+using platform::WindowNumber;
+
+/// Virtual time since the Mac started.
+using Microseconds = std::int64_t;
+
+/// Names an element within its application; 0 is the application itself. Ids are given in the order
+/// of the world's text, from 1, and never used twice.
+using ElementId = std::int64_t;
+
+/// A value that nothing looks into; only its hash is known.
+struct Opaque {
+  std::uint64_t hash = 0;
+  friend bool operator==(const Opaque&, const Opaque&) = default;
+};
+
+/// An attribute whose value is one element.
+struct ElementLink {
+  ElementId id = 0;
+  friend bool operator==(const ElementLink&, const ElementLink&) = default;
+};
+
+using AttributeValue = std::variant<Opaque, std::string, bool, std::int64_t, double, ElementLink,
+                                    std::vector<ElementId>, Point, Size, Rect, ax::Range>;
+
+/// What an element does when a click lands on it.
+struct Reaction {
+  enum class Kind {
+    append,       // `text` to the AXValue of the element labelled `target`
+    set,          // the AXValue of `target` to `text`
+    toggle,       // the own AXValue between 0 and 1
+    openSheet,    // a sheet titled `text`, a window of its own in front of the element's window
+    closeWindow,  // the element's window (a sheet closes alone)
+    showWindow,   // the application's window titled `text` comes on screen, in front of its others
+    retitle,      // the element's window to `text`
+    quit,         // the application
+    hang,         // the application stops answering
+    remove,       // the element labelled `target`, with all that is in it
+    choose,       // the own AXValue 1, those of its siblings of the same role 0
+    paste,        // what has the application's keyboard focus takes the pasteboard's contents
+  };
+  Kind kind = Kind::toggle;
+  std::string text;
+  std::string target;
+};
+
+/// When an element is there.
+enum class Presence {
+  always,
+  whileHovered,  // the pointer is over what it is in
+  whileOpen,     // it is the application's open menu
+};
+
+struct Element {
+  ElementId id = 0;
+  ElementId parent = 0;     // 0 for a window
+  WindowNumber window = 0;  // the window it is drawn in
+  std::string role;
+  std::optional<Rect> frame;  // global points; absent: neither position nor size can be read
+  std::vector<ElementId> children;
+  /// By attribute name: AXTitle, AXValue, AXSubrole, AXEnabled, AXSelectedTextRange … A name of the
+  /// structure (AXRole, AXChildren, AXPosition, AXSize …) in here hides the real one: so an
+  /// application lies.
+  std::map<std::string, AttributeValue> attributes;
+  /// Attributes whose read fails, by the error it gives.
+  std::map<std::string, ax::Error> failing;
+  std::vector<std::string> actions;
+  std::vector<Reaction> onClick;
+  std::vector<Reaction> onRightClick;
+  std::vector<Reaction> onSubmit;  // to the return key, in place of a line break
+  Presence presence = Presence::always;
+  ElementId dependsOn = 0;  // itself, or the nearest around it, that is not always there; else 0
+  bool removed = false;
+};
+
+/// One step of what a field makes of a text that it is given.
+struct Transform {
+  enum class Kind { upper, lower, trim, oneLine, first };
+  Kind kind = Kind::upper;
+  std::size_t characters = 0;  // that `first` keeps
+};
+
+/// What an element makes of what is asked of it, where that is not the plain thing.
+struct Habits {
+  std::vector<Transform> transforms;  // of the whole text after a write, in order
+  enum class Writes { taken, halved, ignored };
+  Writes writes = Writes::taken;  // of texts
+  Microseconds delay = 0;         // a text that is written lands that much later
+  bool showsPlaceholder = false;  // an empty field reads as its placeholder
+  bool isComposer = false;        // its AXValue shows as static texts in it, one for each line
+  bool hidesValue = false;        // of a composer: only the static texts can be read
+  bool takesFiles = false;        // pasted files become pictures in it, whatever else it takes
+  std::map<std::string, ax::Error> rejecting;  // writes of these attributes give the error
+  std::optional<double> step;                  // of AXIncrement and AXDecrement
+  ax::Error actionError = ax::Error::success;  // what an action that ran answers
+  enum class Children { steady, grow, growDeeper, shrink };
+  Children children = Children::steady;  // after each read of them
+};
+
+/// Elements that share everything with another but their ids.
+struct Copies {
+  ElementId first = 0;  // the others follow
+  std::int64_t count = 0;
+  ElementId original = 0;
+};
+
+/// The first id of a copy.
+inline constexpr ElementId firstCopy = 1'000'000'000;
+
+/// What an application has been sent of the click that is under way.
+struct ClickProgress {
+  std::int64_t group = -1;
+  std::size_t primingSteps = 0;  // of the four that come first
+  std::int64_t button = 0;       // that the last of them announced
+  std::optional<std::uint32_t> pressedType;
+  std::int64_t clickState = 0;
+};
+
+enum class ApplicationKind { appKit, chromium };
+
+struct Application {
+  Pid pid = 0;
+  std::optional<std::string> name;
+  std::optional<std::string> bundleIdentifier;
+  std::optional<std::string> bundlePath;
+  ApplicationKind kind = ApplicationKind::appKit;
+  workspace::ActivationPolicy policy = workspace::ActivationPolicy::regular;
+  bool hidden = false;
+  bool running = true;
+
+  // How it answers accessibility messages.
+  bool hangs = false;
+  Microseconds answerDelay = 0;
+  bool rejectsEnabling = false;  // the enabling writes answer "unsupported", yet take effect
+  bool treeOnDemand = false;     // the tree exists only `treeDelay` after both writes
+  Microseconds treeDelay = 0;
+  Microseconds pasteDelay = 50'000;  // from the asking for a paste to its reading the pasteboard
+  bool manualAccessibility = false;
+  bool enhancedUserInterface = false;
+  std::optional<Microseconds> enabledAt;  // when the second of the two writes came
+
+  // As for an element, but of the application element itself.
+  std::map<std::string, AttributeValue> attributes;
+  std::map<std::string, ax::Error> failing;
+
+  std::vector<Element> elements;       // by id, from 1 at index 0
+  std::map<ElementId, Habits> habits;  // of the elements that have any
+  std::vector<Copies> copies;          // by id
+  ElementId openMenu = 0;              // the AXMenu of the one menu that is open; 0: none
+  std::vector<ElementId> windows;      // AXWindows, in the application's order
+  ElementId focusedWindow = 0;         // 0: none
+  ElementId focusedElement = 0;
+
+  // What event records and events have made of it.
+  WindowNumber focusByRecord = 0;      // 0: it holds no focus by record
+  WindowNumber keyByRecord = 0;        // 0: no first record of a pair waits for its second
+  WindowNumber madeKey = 0;            // by such a pair, since it has held focus by record; 0: none
+  std::vector<std::int64_t> keysDown;  // the codes of keys posted to it that were not released
+  ClickProgress click;
+  std::optional<Microseconds> lastPost;
+  std::int64_t lastPostIdentity = -1;
+  bool lastPostTooSoon = false;
+  bool lastPostTaken = false;
+};
+
+struct Window {
+  WindowNumber number = 0;
+  Pid owner = 0;
+  std::optional<std::string> title;
+  Rect frame;  // global points
+  std::int64_t layer = 0;
+  bool onScreen = true;
+  bool hiddenWithOwner = false;  // off screen only because its application is hidden
+  ElementId element = 0;         // its AXWindow or AXSheet; 0: it shows nothing to accessibility
+  WindowNumber sheetOf = 0;
+  bool numberHidden = false;                 // accessibility gives 0 for its number
+  std::optional<std::int64_t> listedNumber;  // what the window server lists in its place
+  ElementId hadKeyboard = 0;   // what had the keyboard focus when another window got it
+  bool capturable = true;      // listed among what can be shared
+  Point scrolledLines;         // by scroll events that landed
+  std::optional<Point> hover;  // where the last pointer move that landed was, in global points
+};
+
+struct Display {
+  std::uint32_t id = 0;
+  Rect frame;  // global points
+  double scale = 1;
+  bool modeReadable = true;
+};
+
+struct Session {
+  bool readable = true;
+  std::optional<bool> locked;  // absent: the key is missing, as it is while unlocked
+  std::optional<bool> onConsole = true;
+};
+
+struct User {
+  std::string fullName = "Ada Lovelace";
+  std::string loginName = "ada";
+  bool nameParses = true;  // whether the person-name parser finds a given name
+};
+
+enum class MouseButton { left, right, other };
+
+/// Something that happens at a time, whoever causes it.
+struct Happening {
+  enum class Kind {
+    lock,
+    unlock,
+    leaveConsole,
+    returnToConsole,
+    quit,          // application `pid`
+    endProcess,    // process `pid`, which is no application
+    bringToFront,  // application `pid`, by the user
+    hang,          // application `pid`
+    recover,       // application `pid` answers again
+    userKey,       // `text`: one character, or a key's name, into the front application
+    userClick,     // at `point`
+    userMove,      // to `point`
+    removeDisplays,
+    connectDisplay,      // `display`: a new one, or another size and place of one that is there
+    disconnectDisplay,   // that with the number `number`
+    userPress,           // holds a modifier key down: `modifiers`
+    userRelease,         // lets it go
+    userScroll,          // by `point` lines, where the pointer is
+    userDrag,            // from `point` to `end`
+    userCopy,            // `text`, in whatever application
+    disableTaps,         // the system disables all event taps: for slowness when `number` is 1
+    signalProcesses,     // signal number `number` to every process that uses the Mac
+    input,               // `text` arrives on their standard input
+    closeInput,          // which ends
+    closeOutput,         // nobody reads what they write any more
+    stallOutput,         // whoever reads it takes nothing for now
+    resumeOutput,        // and takes it again
+    requestTermination,  // their applications are asked to terminate
+    endApplicationLoop,  // their applications' loops end by themselves
+    stopSharing,         // the system stops what shares a window of `pid`, because of `text`
+    withdrawRecording,   // the screen may not be recorded any more, which stops all sharing
+  };
+  Kind kind = Kind::lock;
+  Pid pid = 0;
+  std::string text;
+  Point point{};
+  Point end{};
+  std::uint64_t modifiers = 0;  // of a key: held down meanwhile, as quartz::Modifier has them
+  MouseButton button = MouseButton::left;
+  bool tagged = false;  // of input: not the user's own, but posted with the own tag
+  Display display = {};
+  Pid addressee = 0;  // of input: the process that it names as its target; 0: none
+  int number = 0;
+};
+
+struct Scripted {
+  Microseconds at = 0;
+  Happening happening;
+};
+
+/// A write, or a paste, that was accepted and has not had its effect yet.
+struct PendingWrite {
+  Microseconds due = 0;
+  Pid pid = 0;
+  ElementId element = 0;
+  std::string attribute;
+  std::string text;
+  bool pastes = false;  // what is on the pasteboard then, in place of `text`
+};
+
+struct World {
+  std::uint64_t seed = 1;
+  std::vector<Display> displays;
+  std::vector<Application> applications;  // in the workspace's order
+  std::vector<Window> windows;            // front to back, higher layers first
+  WindowNumber lastWindow = 0;            // the largest number given so far; none is used twice
+  Pid frontmost = 0;                      // 0: none
+  Session session;
+  bool accessibilityAllowed = true;
+  bool screenRecordingAllowed = true;
+  bool displayHoldAllowed = true;  // the system keeps the display awake for who asks
+  User user;
+  Point pointer;
+  Keyboard keyboard;
+  std::map<std::uint32_t, HeldButton> heldButtons;  // by the event type of the press
+  Activity activity;
+  Pasteboard pasteboard;
+  std::vector<Cover> covers;  // in the order of their showing, later ones in front
+  System system;
+  std::vector<Sharing> sharings;      // in the order of their starting
+  std::set<std::string> missing;      // symbols, and libraries by the last component of their path
+  std::set<Pid> processes;            // alive, besides applications
+  std::set<std::string> files;        // absolute paths that exist, those of bundles included
+  std::set<std::string> images;       // absolute paths that load as pictures
+  std::vector<Scripted> script;       // by time; equal times in the order of the text
+  std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
+  Microseconds present = 0;           // up to when they have had their effects
+};
+
+/// One attribute of an element, as an application that answers gives it.
+struct AttributeResult {
+  std::optional<AttributeValue> value;
+  ax::Error error = ax::Error::success;
+};
+
+/// Lookups. A null pointer when there is none; the result is borrowed from the world.
+Application* findApplication(World& world, Pid pid);  // only a running one
+const Application* findApplication(const World& world, Pid pid);
+Window* findWindow(World& world, WindowNumber number);
+const Window* findWindow(const World& world, WindowNumber number);
+Element* findElement(Application& application, ElementId id);  // none for a removed one; the
+                                                               // original of a copy
+const Element* findElement(const Application& application, ElementId id);
+
+/// The first of AXTitle, AXDescription, AXPlaceholderValue and AXHelp that is a text of at least
+/// one character; empty when none is. Borrowed from the element.
+const std::string& labelOf(const Element& element);
+
+/// The first element of the application with this label that is neither removed nor a window.
+Element* findLabelled(Application& application, const std::string& label);
+
+/// The first window of the application with this title, on screen or not.
+Window* findTitled(World& world, Pid owner, const std::string& title);
+
+}  // namespace simulator

@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include "simulator/world/pasteboard.h"
+#include "tests/support/pasting.h"
+
+/// What becomes of the user's clipboard, whoever else uses it meanwhile.
+namespace {
+
+using namespace testing_support;
+
+/// A paste into Notes has the clipboard from here to there, and a paste into Mail; in milliseconds.
+constexpr int taken = 40;
+constexpr int givenBackByNotes = 388;
+constexpr int givenBackByMail = 440;
+
+/// The desk with these items on the clipboard.
+std::string deskWithItems(const std::string& items) {
+  std::string desk(pastingDesk);
+  const std::size_t first = desk.find("pasteboard");
+  const std::size_t behind = desk.find("app ");
+  return desk.replace(first, behind - first, items);
+}
+
+std::size_t count(const std::string& text, const std::string& part) {
+  std::size_t found = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) ++found;
+  return found;
+}
+
+TEST(paste_clipboard, stays_empty_when_it_was) {
+  TestMac mac(deskWithItems(""));
+
+  const Result run = mac.driver("bg-paste-files Notes /a.txt");
+
+  EXPECT_EQ(seen(run), pastedIntoNotes);
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a.txt");
+  EXPECT_EQ(clipboard(mac), "");
+  EXPECT_EQ(mac.world().pasteboard.items.size(), 0U);
+  EXPECT_EQ(count(run.effects, "pasteboard clear"), 2U);
+  EXPECT_EQ(count(run.effects, "pasteboard write\n"), 0U);
+  EXPECT_EQ(run.elapsed, 478'000);
+}
+
+TEST(paste_clipboard, has_all_representations_of_all_items_in_their_order_again) {
+  TestMac mac(deskWithItems(R"(
+pasteboard item "public.html" "<b>x</b>" "public.rtf" "{x}" "public.utf8-plain-text" "x" "com.a" "1" "com.b" "2"
+pasteboard item "public.file-url" "file:///Users/ada/old%20letter.txt"
+pasteboard item "public.png" "\x89PNG\x00\xFF" "public.tiff" "II*"
+pasteboard item "public.utf8-plain-text" ""
+pasteboard item "public.utf8-plain-text" "second" "public.html" "<i>second</i>"
+)"));
+  const auto before = simulator::readableItems(mac.world().pasteboard);
+
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+
+  EXPECT_EQ(simulator::readableItems(mac.world().pasteboard), before);
+  EXPECT_EQ(before.size(), 5U);
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a.txt");
+}
+
+TEST(paste_clipboard, has_megabytes_again) {
+  const std::string picture(3'000'000, '\xAB');
+  TestMac mac(pastingDesk);
+  mac.desktop().mac().world.pasteboard.items[1][0].data = picture;
+
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+
+  EXPECT_EQ(clipboard(mac), "public.utf8-plain-text=old public.rtf={old}, public.png=" + picture);
+}
+
+TEST(paste_clipboard, loses_what_is_promised_and_never_comes) {
+  TestMac mac(deskWithItems(R"(
+pasteboard item promises "com.example.lazy" "public.utf8-plain-text" "old" promises "public.html" "public.rtf" "{old}"
+pasteboard item "public.png" "picture"
+)"));
+
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+
+  EXPECT_EQ(clipboard(mac), usersClipboard);
+  for (const auto& item : mac.world().pasteboard.items) {
+    for (const auto& entry : item) EXPECT_TRUE(entry.data.has_value()) << entry.type;
+  }
+}
+
+TEST(paste_clipboard, of_promises_alone_does_not_stop_a_paste) {
+  TestMac mac(deskWithItems("pasteboard item promises \"com.example.lazy\"\n"));
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a.txt");
+  EXPECT_EQ(clipboard(mac), "");
+}
+
+// Nobody ever loses what was copied last.
+TEST(paste_clipboard, keeps_what_the_user_copies_at_any_millisecond) {
+  for (int time = 0; time <= givenBackByNotes + 40; ++time) {
+    TestMac mac(pastingDeskWith("at " + std::to_string(time) + "ms user copy \"newer\"\n"));
+
+    const Result run = mac.driver("bg-paste-files Notes /a.txt");
+
+    SCOPED_TRACE(time);
+    ASSERT_EQ(seen(run), pastedIntoNotes);
+    ASSERT_EQ(clipboard(mac), newerClipboard);
+    ASSERT_EQ(run.elapsed, 478'000);
+    const bool duringUse = time > taken && time <= givenBackByNotes;
+    ASSERT_EQ(count(run.effects, "pasteboard clear"), duringUse ? 1U : 2U);
+  }
+}
+
+TEST(paste_clipboard, keeps_what_the_user_copies_during_a_paste_by_menu) {
+  for (int time = 0; time <= givenBackByMail + 40; ++time) {
+    TestMac mac(pastingDeskWith("at " + std::to_string(time) + "ms user copy \"newer\"\n"));
+
+    const Result run = mac.driver("bg-paste-files Mail /a.txt");
+
+    SCOPED_TRACE(time);
+    ASSERT_EQ(seen(run), pastedIntoMail);
+    ASSERT_EQ(clipboard(mac), newerClipboard);
+    ASSERT_EQ(run.elapsed, 530'000);
+    const bool duringUse = time > taken && time <= givenBackByMail;
+    ASSERT_EQ(count(run.effects, "pasteboard clear"), duringUse ? 1U : 2U);
+  }
+}
+
+TEST(paste_clipboard, keeps_the_last_of_several_copies) {
+  TestMac mac(pastingDeskWith(R"(
+at 100ms user copy "first"
+at 200ms user copy "second"
+at 387ms user copy "newer"
+)"));
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+  EXPECT_EQ(clipboard(mac), newerClipboard);
+}
+
+TEST(paste_clipboard, keeps_a_copy_of_the_very_same_contents) {
+  TestMac mac(pastingDeskWith("at 200ms user copy \"old\"\n"));
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+  EXPECT_EQ(clipboard(mac), "public.utf8-plain-text=old");
+}
+
+// A paste in flight is followed by another, as an agent makes it.
+TEST(paste_clipboard, is_the_users_after_one_paste_and_after_the_next) {
+  TestMac mac(pastingDesk);
+  for (const char* path : {"/a", "/b", "/c"}) {
+    const std::vector<std::string> arguments = {"bg-paste-files", "Notes", path};
+    EXPECT_EQ(seen(mac.driverWith(arguments)), pastedIntoNotes);
+    EXPECT_EQ(clipboard(mac), usersClipboard);
+  }
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a/b/c");
+}
+
+/// What a slow application pastes, and how the clipboard ends.
+std::string pastedAfter(int milliseconds) {
+  TestMac mac(pastingDeskWith("app Docs pid 43 pastes after " + std::to_string(milliseconds) +
+                              "ms\n    window 20 \"Letter\" at 100,80 size 800x600\n"
+                              "        AXTextArea \"Text\" at 120,130 size 700x400 focused\n"
+                              "at 10s user move 1,1\n"));
+  mac.driver("bg-paste-files Docs /a.txt");
+  mac.desktop().advanceTo(5'000'000);
+  EXPECT_EQ(clipboard(mac), usersClipboard);
+  return mac.valueOf("Docs", "Text");
+}
+
+TEST(paste_clipboard, waits_for_an_application_that_reads_it_late) {
+  // It is asked to paste at 52 ms, and the files are there until 388 ms.
+  EXPECT_EQ(pastedAfter(0), "/a.txt");
+  EXPECT_EQ(pastedAfter(300), "/a.txt");
+  EXPECT_EQ(pastedAfter(335), "/a.txt");
+}
+
+TEST(paste_clipboard, is_the_users_again_for_an_application_that_reads_it_later_still) {
+  EXPECT_EQ(pastedAfter(337), "old");
+  EXPECT_EQ(pastedAfter(2000), "old");
+}
+
+}  // namespace
