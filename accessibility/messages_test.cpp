@@ -165,7 +165,7 @@ TEST(messages, have_well_formed_texts_whatever_an_application_holds) {
   });
 }
 
-TEST(messages_windowNumber, is_the_windows) {
+TEST(windowNumber, is_the_windows) {
   TestMac mac(desk);
   runInside(mac, [&] {
     EXPECT_EQ(messages::windowNumber(elementOf(mac, "Notes", "Inbox")), 7U);
@@ -173,7 +173,7 @@ TEST(messages_windowNumber, is_the_windows) {
   });
 }
 
-TEST(messages_windowNumber, is_none_without_the_private_route) {
+TEST(windowNumber, is_none_without_the_private_route) {
   TestMac mac(std::string(desk) + "    missing _AXUIElementGetWindow\n");
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(messages::windowNumber(elementOf(mac, "Notes", "Inbox")), std::nullopt);
@@ -181,7 +181,7 @@ TEST(messages_windowNumber, is_none_without_the_private_route) {
   EXPECT_EQ(run.calls, (Calls{"loader.open-library", "loader.find-symbol"}));
 }
 
-TEST(messages_setAttribute, gives_the_platforms_code) {
+TEST(setAttribute, gives_the_platforms_code) {
   TestMac mac(desk);
   runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");

@@ -21,7 +21,7 @@ constexpr const char* desk = R"(
 
 constexpr driver::TargetWindow inbox{7, {100, 100, 200, 200}};
 
-TEST(pointerFocus, is_given_and_taken_back_after_the_pause) {
+TEST(pointer_focus, is_given_and_taken_back_after_the_pause) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -34,7 +34,7 @@ TEST(pointerFocus, is_given_and_taken_back_after_the_pause) {
   EXPECT_EQ(run.elapsed, 130'000);
 }
 
-TEST(pointerFocus, is_not_needed_in_front_and_nothing_is_waited_for) {
+TEST(pointer_focus, is_not_needed_in_front_and_nothing_is_waited_for) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -47,7 +47,7 @@ TEST(pointerFocus, is_not_needed_in_front_and_nothing_is_waited_for) {
   EXPECT_EQ(run.elapsed, 0);
 }
 
-TEST(pointerFocus, is_not_needed_while_this_process_holds_it) {
+TEST(pointer_focus, is_not_needed_while_this_process_holds_it) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -58,7 +58,7 @@ TEST(pointerFocus, is_not_needed_while_this_process_holds_it) {
   EXPECT_EQ(run.effects, "");
 }
 
-TEST(pointerFocus, that_has_come_to_be_held_is_not_taken_back) {
+TEST(pointer_focus, that_has_come_to_be_held_is_not_taken_back) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -71,7 +71,7 @@ TEST(pointerFocus, that_has_come_to_be_held_is_not_taken_back) {
   EXPECT_EQ(run.elapsed, 140'000);
 }
 
-TEST(pointerFocus, is_taken_back_once_and_without_the_pause_when_the_run_fails) {
+TEST(pointer_focus, is_taken_back_once_and_without_the_pause_when_the_run_fails) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -84,7 +84,7 @@ TEST(pointerFocus, is_taken_back_once_and_without_the_pause_when_the_run_fails) 
   EXPECT_EQ(run.elapsed, 80'000);
 }
 
-TEST(pointerFocus, that_was_taken_back_is_not_taken_again_when_the_run_fails) {
+TEST(pointer_focus, that_was_taken_back_is_not_taken_again_when_the_run_fails) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [] {
@@ -95,7 +95,7 @@ TEST(pointerFocus, that_was_taken_back_is_not_taken_again_when_the_run_fails) {
   EXPECT_EQ(run.effects, "    0 ms  focus 41/7 give\n   90 ms  focus 41/7 take\n");
 }
 
-TEST(pointerFocus, is_not_taken_back_by_a_failing_run_when_the_target_is_in_front) {
+TEST(pointer_focus, is_not_taken_back_by_a_failing_run_when_the_target_is_in_front) {
   TestMac mac(desk);
 
   const Result run = runInside(mac, [&] {
@@ -107,7 +107,7 @@ TEST(pointerFocus, is_not_taken_back_by_a_failing_run_when_the_target_is_in_fron
   EXPECT_EQ(run.effects, "    0 ms  focus 41/7 give\n");
 }
 
-TEST(pointerFocus, that_is_refused_has_nothing_to_undo) {
+TEST(pointer_focus, that_is_refused_has_nothing_to_undo) {
   TestMac mac(desk, {"private.post-record 1 error -600"});
 
   const Result run = runInside(mac, [] {

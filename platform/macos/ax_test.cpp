@@ -13,7 +13,14 @@ using standins::string;
 constexpr std::uint64_t nanosecondsPerSecond = 1'000'000'000;
 constexpr std::uint64_t wholeTimeout = 6 * nanosecondsPerSecond;
 
-class Ax : public standins::AdapterTest {};
+class ax_messages : public standins::AdapterTest {};
+using attribute = ax_messages;
+using attributes = ax_messages;
+using actionNames = ax_messages;
+using elementAt = ax_messages;
+using perform = ax_messages;
+using setAttribute = ax_messages;
+using trusted = ax_messages;
 
 // The outcome of one read that ends with this error after this time.
 ax::Outcome outcomeOf(AXError error, std::uint64_t nanoseconds) {
@@ -23,12 +30,12 @@ ax::Outcome outcomeOf(AXError error, std::uint64_t nanoseconds) {
 
 }  // namespace
 
-TEST_F(Ax, an_application_element_knows_its_process) {
+TEST_F(ax_messages, an_application_element_knows_its_process) {
   EXPECT_EQ(ax::pid(ax::application(40)), 40);
   EXPECT_EQ(standins::takeCalls(), Calls{});
 }
 
-TEST_F(Ax, attribute_reads_one_value) {
+TEST_F(attribute, reads_one_value) {
   answerWith({.value = string(u"Inbox")});
   const ax::Reading reading = ax::attribute(ax::application(40), "AXTitle");
   EXPECT_EQ(*reading.value.value().get<std::string>(), "Inbox");
@@ -37,51 +44,51 @@ TEST_F(Ax, attribute_reads_one_value) {
   EXPECT_EQ(standins::takeCalls(), Calls{"read \"AXTitle\" of application of 40"});
 }
 
-TEST_F(Ax, attribute_reads_an_element_that_outlives_the_reading) {
+TEST_F(attribute, reads_an_element_that_outlives_the_reading) {
   answerWith({.value = standins::element(40, "window")});
   const std::optional<ax::Value> value = ax::attribute(ax::application(40), "AXWindow").value;
   EXPECT_EQ(ax::pid(*value->get<ax::Element>()), 40);
 }
 
-TEST_F(Ax, attribute_gives_the_error_of_the_message) {
+TEST_F(attribute, gives_the_error_of_the_message) {
   answerWith({.error = kAXErrorAttributeUnsupported, .value = string(u"unseen")});
   const ax::Reading reading = ax::attribute(ax::application(40), "AXTitle");
   EXPECT_FALSE(reading.value);
   EXPECT_EQ(reading.outcome.error, ax::Error::attributeUnsupported);
 }
 
-TEST_F(Ax, attribute_takes_success_without_an_object_for_an_absent_value) {
+TEST_F(attribute, takes_success_without_an_object_for_an_absent_value) {
   answerWith({});
   const ax::Reading reading = ax::attribute(ax::application(40), "AXTitle");
   EXPECT_FALSE(reading.value);
   EXPECT_EQ(reading.outcome.error, ax::Error::success);
 }
 
-TEST_F(Ax, attribute_takes_a_null_object_for_no_value) {
+TEST_F(attribute, takes_a_null_object_for_no_value) {
   answerWith({.value = standins::null()});
   const ax::Reading reading = ax::attribute(ax::application(40), "AXTitle");
   EXPECT_FALSE(reading.value);
   EXPECT_EQ(reading.outcome.error, ax::Error::noValue);
 }
 
-TEST_F(Ax, every_message_has_a_time_out_of_six_seconds) {
+TEST_F(ax_messages, every_message_has_a_time_out_of_six_seconds) {
   outcomeOf(kAXErrorSuccess, 0);
   EXPECT_EQ(standins::messagingTimeoutSeconds(), 6);
 }
 
-TEST_F(Ax, a_message_timed_out_when_it_failed_after_the_whole_time) {
+TEST_F(ax_messages, a_message_timed_out_when_it_failed_after_the_whole_time) {
   const ax::Outcome outcome = outcomeOf(kAXErrorCannotComplete, wholeTimeout);
   EXPECT_TRUE(outcome.timedOut);
   EXPECT_EQ(outcome.error, ax::Error::cannotComplete);
 }
 
-TEST_F(Ax, a_message_that_failed_early_or_for_another_reason_did_not_time_out) {
+TEST_F(ax_messages, a_message_that_failed_early_or_for_another_reason_did_not_time_out) {
   EXPECT_FALSE(outcomeOf(kAXErrorCannotComplete, wholeTimeout / 2).timedOut);
   EXPECT_FALSE(outcomeOf(kAXErrorFailure, wholeTimeout).timedOut);
   EXPECT_FALSE(outcomeOf(kAXErrorSuccess, wholeTimeout).timedOut);
 }
 
-TEST_F(Ax, attributes_reads_one_slot_for_each_name_in_one_message) {
+TEST_F(attributes, reads_one_slot_for_each_name_in_one_message) {
   answerWith({.value = standins::array({string(u"AXButton"), standins::null(),
                                         standins::boxed(kAXErrorInvalidUIElement),
                                         standins::boxedIllegal()})});
@@ -98,7 +105,7 @@ TEST_F(Ax, attributes_reads_one_slot_for_each_name_in_one_message) {
   for (std::size_t i = 1; i < 4; ++i) EXPECT_FALSE(readings.slots[i].value) << i;
 }
 
-TEST_F(Ax, attributes_leaves_absent_what_the_answer_is_too_short_for) {
+TEST_F(attributes, leaves_absent_what_the_answer_is_too_short_for) {
   answerWith({.value = standins::array({string(u"AXButton")})});
   const ax::Readings readings = ax::attributes(ax::application(40), {"AXRole", "AXTitle"});
   ASSERT_EQ(readings.slots.size(), 2u);
@@ -107,7 +114,7 @@ TEST_F(Ax, attributes_leaves_absent_what_the_answer_is_too_short_for) {
   EXPECT_EQ(readings.slots[1].error, ax::Error::success);
 }
 
-TEST_F(Ax, attributes_leaves_all_absent_when_success_brings_no_answer) {
+TEST_F(attributes, leaves_all_absent_when_success_brings_no_answer) {
   answerWith({});
   const ax::Readings readings = ax::attributes(ax::application(40), {"AXRole", "AXTitle"});
   ASSERT_EQ(readings.slots.size(), 2u);
@@ -115,26 +122,26 @@ TEST_F(Ax, attributes_leaves_all_absent_when_success_brings_no_answer) {
   EXPECT_FALSE(readings.slots[1].value);
 }
 
-TEST_F(Ax, attributes_has_no_slots_when_the_message_failed) {
+TEST_F(attributes, has_no_slots_when_the_message_failed) {
   answerWith({.error = kAXErrorCannotComplete, .nanoseconds = wholeTimeout});
   const ax::Readings readings = ax::attributes(ax::application(40), {"AXRole", "AXTitle"});
   EXPECT_TRUE(readings.slots.empty());
   EXPECT_TRUE(readings.outcome.timedOut);
 }
 
-TEST_F(Ax, actionNames_gives_the_names_in_order) {
+TEST_F(actionNames, gives_the_names_in_order) {
   answerWith({.value = standins::array({string(u"AXPress"), string(u"AXShowMenu")})});
   const ax::ActionNames actions = ax::actionNames(ax::application(40));
   EXPECT_EQ(actions.names, (std::vector<std::string>{"AXPress", "AXShowMenu"}));
   EXPECT_EQ(standins::takeCalls(), Calls{"read actions of application of 40"});
 }
 
-TEST_F(Ax, actionNames_skips_what_is_no_name) {
+TEST_F(actionNames, skips_what_is_no_name) {
   answerWith({.value = standins::array({standins::null(), string(u"AXPress")})});
   EXPECT_EQ(ax::actionNames(ax::application(40)).names, std::vector<std::string>{"AXPress"});
 }
 
-TEST_F(Ax, actionNames_are_none_without_an_answer_or_after_an_error) {
+TEST_F(actionNames, are_none_without_an_answer_or_after_an_error) {
   answerWith({});
   EXPECT_TRUE(ax::actionNames(ax::application(40)).names.empty());
   answerWith({.error = kAXErrorAPIDisabled});
@@ -143,7 +150,7 @@ TEST_F(Ax, actionNames_are_none_without_an_answer_or_after_an_error) {
   EXPECT_EQ(refused.outcome.error, ax::Error::apiDisabled);
 }
 
-TEST_F(Ax, elementAt_gives_what_lies_at_the_point) {
+TEST_F(elementAt, gives_what_lies_at_the_point) {
   answerWith({.value = standins::element(40, "button")});
   const ax::Hit hit = ax::elementAt(ax::application(40), {10.5, -20});
   EXPECT_EQ(ax::pid(hit.element.value()), 40);
@@ -151,19 +158,19 @@ TEST_F(Ax, elementAt_gives_what_lies_at_the_point) {
   EXPECT_EQ(standins::takeCalls(), Calls{"find 10.500000 -20.000000 in application of 40"});
 }
 
-TEST_F(Ax, elementAt_gives_none_where_nothing_is) {
+TEST_F(elementAt, gives_none_where_nothing_is) {
   answerWith({.error = kAXErrorNoValue});
   const ax::Hit hit = ax::elementAt(ax::application(40), {1, 2});
   EXPECT_FALSE(hit.element);
   EXPECT_EQ(hit.outcome.error, ax::Error::noValue);
 }
 
-TEST_F(Ax, elementAt_takes_success_without_an_element_for_none) {
+TEST_F(elementAt, takes_success_without_an_element_for_none) {
   answerWith({});
   EXPECT_FALSE(ax::elementAt(ax::application(40), {1, 2}).element);
 }
 
-TEST_F(Ax, perform_names_the_action_and_gives_the_platform_s_code) {
+TEST_F(perform, names_the_action_and_gives_the_platform_s_code) {
   answerWith({.error = kAXErrorCannotComplete, .nanoseconds = wholeTimeout});
   const ax::Outcome outcome = ax::perform(ax::application(40), "AXPress");
   EXPECT_EQ(outcome.error, ax::Error::cannotComplete);
@@ -171,7 +178,7 @@ TEST_F(Ax, perform_names_the_action_and_gives_the_platform_s_code) {
   EXPECT_EQ(standins::takeCalls(), Calls{"perform \"AXPress\" of application of 40"});
 }
 
-TEST_F(Ax, setAttribute_writes_the_value) {
+TEST_F(setAttribute, writes_the_value) {
   answerWith({});
   const ax::Outcome outcome =
       ax::setAttribute(ax::application(40), "AXSelectedTextRange", {ax::Range{2, 3}});
@@ -180,14 +187,14 @@ TEST_F(Ax, setAttribute_writes_the_value) {
             Calls{"write range 2 3 to \"AXSelectedTextRange\" of application of 40"});
 }
 
-TEST_F(Ax, setAttribute_gives_the_platform_s_code) {
+TEST_F(setAttribute, gives_the_platform_s_code) {
   answerWith({.error = kAXErrorCannotComplete, .nanoseconds = wholeTimeout});
   const ax::Outcome outcome = ax::setAttribute(ax::application(40), "AXValue", {true});
   EXPECT_EQ(outcome.error, ax::Error::cannotComplete);
   EXPECT_TRUE(outcome.timedOut);
 }
 
-TEST_F(Ax, equal_elements_and_equal_values_have_equal_hashes) {
+TEST_F(ax_messages, equal_elements_and_equal_values_have_equal_hashes) {
   EXPECT_EQ(ax::hash(ax::application(40)), ax::hash(ax::application(40)));
   EXPECT_NE(ax::hash(ax::application(40)), ax::hash(ax::application(41)));
   EXPECT_EQ(ax::hash(ax::Value{std::string("x")}), CFHash(CFSTR("x")));
@@ -195,7 +202,7 @@ TEST_F(Ax, equal_elements_and_equal_values_have_equal_hashes) {
   EXPECT_NE(ax::hash(ax::Value{std::int64_t{1}}), ax::hash(ax::Value{std::int64_t{2}}));
 }
 
-TEST_F(Ax, trusted_tells_what_the_system_says) {
+TEST_F(trusted, tells_what_the_system_says) {
   standins::setTrusted(true);
   EXPECT_TRUE(ax::trusted());
   standins::setTrusted(false);

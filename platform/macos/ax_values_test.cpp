@@ -10,7 +10,7 @@ namespace {
 using macos::Owned;
 using standins::kept;
 
-class AxValues : public standins::AdapterTest {
+class ax_values : public standins::AdapterTest {
  protected:
   static ax::Slot slot(CFTypeRef object) { return macos::slot(kept(object)); }
 
@@ -38,7 +38,7 @@ const ax::Value& innermost(const ax::Value& value) {
 
 }  // namespace
 
-TEST_F(AxValues, reads_every_type) {
+TEST_F(ax_values, reads_every_type) {
   EXPECT_EQ(read<std::string>(standins::string(u"caf\u00e9")), "caf\u00e9");
   EXPECT_EQ(read<bool>(macos::retained<CFTypeRef>(kCFBooleanTrue).release()), true);
   EXPECT_EQ(read<std::int64_t>(standins::number(std::int64_t{-5})), -5);
@@ -52,18 +52,18 @@ TEST_F(AxValues, reads_every_type) {
   EXPECT_EQ(read<ax::Range>(standins::boxed(CFRange{5, 6})), (ax::Range{5, 6}));
 }
 
-TEST_F(AxValues, reads_an_element_as_one_more_reference) {
+TEST_F(ax_values, reads_an_element_as_one_more_reference) {
   const auto element = read<ax::Element>(standins::element(40, "button"));
   EXPECT_EQ(standins::describe(element.value().get()), "button of 40");
 }
 
-TEST_F(AxValues, keeps_a_value_that_nothing_looks_into) {
+TEST_F(ax_values, keeps_a_value_that_nothing_looks_into) {
   const auto opaque = read<ax::Opaque>(standins::attributedString());
   EXPECT_EQ(standins::describe(opaque.value().get()), "attributed string");
   EXPECT_TRUE(read<ax::Opaque>(standins::boxedUnknown()).has_value());
 }
 
-TEST_F(AxValues, reads_an_array_with_its_elements) {
+TEST_F(ax_values, reads_an_array_with_its_elements) {
   const auto elements = read<std::vector<ax::Value>>(
       standins::array({standins::string(u"x"), standins::array({standins::number(std::int64_t{1})}),
                        standins::element(40, "row")}));
@@ -74,26 +74,26 @@ TEST_F(AxValues, reads_an_array_with_its_elements) {
   EXPECT_TRUE(read<std::vector<ax::Value>>(standins::array({})).value().empty());
 }
 
-TEST_F(AxValues, keeps_unread_what_is_nested_too_deeply) {
+TEST_F(ax_values, keeps_unread_what_is_nested_too_deeply) {
   const ax::Slot shallow = slot(nestedArrays(7));
   EXPECT_NE(innermost(*shallow.value).get<std::vector<ax::Value>>(), nullptr);
   const ax::Slot deep = slot(nestedArrays(8));
   EXPECT_EQ(standins::describe(innermost(*deep.value).get<ax::Opaque>()->get()), "[ ]");
 }
 
-TEST_F(AxValues, tells_the_error_that_stands_in_place_of_a_value) {
+TEST_F(ax_values, tells_the_error_that_stands_in_place_of_a_value) {
   const ax::Slot failed = slot(standins::boxed(kAXErrorAttributeUnsupported));
   EXPECT_FALSE(failed.value);
   EXPECT_EQ(failed.error, ax::Error::attributeUnsupported);
 }
 
-TEST_F(AxValues, a_null_object_says_that_there_is_no_value) {
+TEST_F(ax_values, a_null_object_says_that_there_is_no_value) {
   const ax::Slot empty = slot(standins::null());
   EXPECT_FALSE(empty.value);
   EXPECT_EQ(empty.error, ax::Error::noValue);
 }
 
-TEST_F(AxValues, what_is_neither_value_nor_error_is_absent_without_an_error) {
+TEST_F(ax_values, what_is_neither_value_nor_error_is_absent_without_an_error) {
   const ax::Slot illegal = slot(standins::boxedIllegal());
   EXPECT_FALSE(illegal.value);
   EXPECT_EQ(illegal.error, ax::Error::success);
@@ -101,7 +101,7 @@ TEST_F(AxValues, what_is_neither_value_nor_error_is_absent_without_an_error) {
   EXPECT_EQ(macos::slot(nullptr).error, ax::Error::success);
 }
 
-TEST_F(AxValues, writes_every_type) {
+TEST_F(ax_values, writes_every_type) {
   EXPECT_EQ(written({std::string("caf\u00e9")}), "\"caf\u00e9\"");
   EXPECT_EQ(written({true}), "true");
   EXPECT_EQ(written({false}), "false");
@@ -114,7 +114,7 @@ TEST_F(AxValues, writes_every_type) {
   EXPECT_EQ(written({std::vector<ax::Value>{{std::string("x")}, {true}}}), "[ \"x\" true ]");
 }
 
-TEST_F(AxValues, writes_an_element_and_an_unread_value_as_they_came) {
+TEST_F(ax_values, writes_an_element_and_an_unread_value_as_they_came) {
   EXPECT_EQ(written(*slot(standins::element(40, "button")).value), "button of 40");
   EXPECT_EQ(written(*slot(standins::attributedString()).value), "attributed string");
 }

@@ -11,7 +11,10 @@ namespace {
 using macos::Owned;
 using standins::kept;
 
-class CoreFoundation : public standins::AdapterTest {};
+class core_foundation : public standins::AdapterTest {};
+using owned_object = core_foundation;
+using retained = core_foundation;
+using shared = core_foundation;
 
 // A double that is one too large, or too small, for a signed whole number of 64 bits.
 constexpr double tooLarge = 0x1p63;
@@ -19,7 +22,7 @@ constexpr double tooSmall = -0x1.0000000000001p63;
 
 }  // namespace
 
-TEST_F(CoreFoundation, Owned_releases_what_it_owns_once) {
+TEST_F(owned_object, releases_what_it_owns_once) {
   Owned<CFTypeRef> first(standins::string(u"first"));
   Owned<CFTypeRef> moved(std::move(first));
   EXPECT_FALSE(first);
@@ -27,31 +30,31 @@ TEST_F(CoreFoundation, Owned_releases_what_it_owns_once) {
   EXPECT_EQ(standins::describe(moved.get()), "\"second\"");
 }
 
-TEST_F(CoreFoundation, Owned_gives_its_reference_up) {
+TEST_F(owned_object, gives_its_reference_up) {
   Owned<CFTypeRef> owned(standins::string(u"kept"));
   EXPECT_EQ(standins::describe(kept(owned.release())), "\"kept\"");
   EXPECT_FALSE(owned);
 }
 
-TEST_F(CoreFoundation, Owned_may_hold_nothing) {
+TEST_F(owned_object, may_hold_nothing) {
   const Owned<CFTypeRef> nothing(nullptr);
   EXPECT_FALSE(nothing);
 }
 
-TEST_F(CoreFoundation, retained_adds_a_reference_to_a_borrowed_object) {
+TEST_F(retained, adds_a_reference_to_a_borrowed_object) {
   const CFTypeRef borrowed = kept(standins::null());
   const Owned<CFTypeRef> owned = macos::retained(borrowed);
   EXPECT_EQ(owned.get(), borrowed);
 }
 
-TEST_F(CoreFoundation, shared_releases_with_the_last_copy) {
+TEST_F(shared, releases_with_the_last_copy) {
   std::shared_ptr<void> first = macos::shared(Owned<CFTypeRef>(standins::null()));
   const std::shared_ptr<void> second = first;
   first.reset();
   EXPECT_EQ(standins::describe(second.get()), "nothing");
 }
 
-TEST_F(CoreFoundation, a_string_goes_there_and_back) {
+TEST_F(core_foundation, a_string_goes_there_and_back) {
   const std::string text = "caf\u00e9 \U0001F600";
   const Owned<CFStringRef> string = macos::string(text);
   EXPECT_EQ(standins::unitsOf(string.get()), u"caf\u00e9 \U0001F600");
@@ -59,12 +62,12 @@ TEST_F(CoreFoundation, a_string_goes_there_and_back) {
   EXPECT_EQ(macos::utf8(macos::string("").get()), "");
 }
 
-TEST_F(CoreFoundation, a_lone_surrogate_in_a_string_is_replaced) {
+TEST_F(core_foundation, a_lone_surrogate_in_a_string_is_replaced) {
   const auto string = kept(standins::string(std::u16string{u'a', char16_t(0xD800)}));
   EXPECT_EQ(macos::utf8(string), "a\uFFFD");
 }
 
-TEST_F(CoreFoundation, an_array_retains_its_elements) {
+TEST_F(core_foundation, an_array_retains_its_elements) {
   const Owned<CFArrayRef> array = [] {
     const Owned<CFStringRef> string = macos::string("x");
     const Owned<CFNumberRef> number = macos::number(std::int64_t{-3});
@@ -74,7 +77,7 @@ TEST_F(CoreFoundation, an_array_retains_its_elements) {
   EXPECT_EQ(standins::describe(macos::array({}).get()), "[ ]");
 }
 
-TEST_F(CoreFoundation, a_whole_number_is_read_from_whole_numbers_only) {
+TEST_F(core_foundation, a_whole_number_is_read_from_whole_numbers_only) {
   const auto of = [](CFTypeRef object) { return macos::wholeNumber(kept(object)); };
   EXPECT_EQ(of(standins::number(std::int64_t{7})), 7);
   EXPECT_EQ(of(standins::number(INT64_MIN)), INT64_MIN);
@@ -91,7 +94,7 @@ TEST_F(CoreFoundation, a_whole_number_is_read_from_whole_numbers_only) {
   EXPECT_EQ(macos::wholeNumber(nullptr), std::nullopt);
 }
 
-TEST_F(CoreFoundation, a_real_number_is_read_from_any_number) {
+TEST_F(core_foundation, a_real_number_is_read_from_any_number) {
   const auto of = [](CFTypeRef object) { return macos::real(kept(object)); };
   EXPECT_EQ(of(standins::number(std::int64_t{7})), 7.0);
   EXPECT_EQ(of(standins::number((std::int64_t{1} << 53) + 1)), 0x1p53);
@@ -102,7 +105,7 @@ TEST_F(CoreFoundation, a_real_number_is_read_from_any_number) {
   EXPECT_EQ(macos::real(nullptr), std::nullopt);
 }
 
-TEST_F(CoreFoundation, a_boolean_is_read_from_booleans_and_from_0_and_1) {
+TEST_F(core_foundation, a_boolean_is_read_from_booleans_and_from_0_and_1) {
   const auto of = [](CFTypeRef object) { return macos::boolean(kept(object)); };
   EXPECT_EQ(macos::boolean(standins::boolean(true)), true);
   EXPECT_EQ(macos::boolean(standins::boolean(false)), false);
@@ -114,7 +117,7 @@ TEST_F(CoreFoundation, a_boolean_is_read_from_booleans_and_from_0_and_1) {
   EXPECT_EQ(macos::boolean(nullptr), std::nullopt);
 }
 
-TEST_F(CoreFoundation, a_text_is_read_from_strings_only) {
+TEST_F(core_foundation, a_text_is_read_from_strings_only) {
   EXPECT_EQ(macos::text(kept(standins::string(u"x"))), "x");
   EXPECT_EQ(macos::text(CFSTR("constant")), "constant");
   EXPECT_EQ(macos::text(kept(standins::attributedString())), std::nullopt);

@@ -16,7 +16,7 @@ using tap::Verdict;
 constexpr std::uint64_t moves = tap::maskOf(quartz::EventType::mouseMoved);
 constexpr std::uint64_t keysDown = tap::maskOf(quartz::EventType::keyDown);
 
-class EventTap : public standins::AdapterTest {
+class event_tap : public standins::AdapterTest {
  protected:
   void TearDown() override {
     standins::setTrusted(false);
@@ -47,7 +47,7 @@ CGEventRef native(const quartz::Event& event) { return static_cast<CGEventRef>(e
 
 }  // namespace
 
-TEST_F(EventTap, create_taps_the_session_and_leaves_the_tap_disabled) {
+TEST_F(event_tap, create_taps_the_session_and_leaves_the_tap_disabled) {
   standins::setTrusted(true);
   tap::create(Place::head, Kind::filters, moves | keysDown,
               [](const auto&) { return Verdict::pass; });
@@ -58,36 +58,36 @@ TEST_F(EventTap, create_taps_the_session_and_leaves_the_tap_disabled) {
             (Calls{"create tap at 1 place 1 options 1 mask 32", "disable tap"}));
 }
 
-TEST_F(EventTap, create_gives_none_when_the_system_refuses) {
+TEST_F(event_tap, create_gives_none_when_the_system_refuses) {
   standins::refuseTaps(true);
   EXPECT_FALSE(isCreated(Kind::filters, moves));
 }
 
-TEST_F(EventTap, create_does_not_ask_for_a_tap_that_would_be_blind_to_the_keys_it_wants) {
+TEST_F(event_tap, create_does_not_ask_for_a_tap_that_would_be_blind_to_the_keys_it_wants) {
   EXPECT_FALSE(isCreated(Kind::filters, moves | keysDown));
   EXPECT_FALSE(isCreated(Kind::listens, keysDown));
   EXPECT_FALSE(isCreated(Kind::listens, tap::maskOf(quartz::EventType::keyUp)));
   EXPECT_EQ(standins::takeCalls(), Calls{});
 }
 
-TEST_F(EventTap, a_tap_that_wants_no_keys_needs_no_permission) {
+TEST_F(event_tap, a_tap_that_wants_no_keys_needs_no_permission) {
   EXPECT_TRUE(isCreated(Kind::filters, moves));
   EXPECT_TRUE(isCreated(Kind::listens, moves));
 }
 
-TEST_F(EventTap, a_trusted_process_sees_keys) {
+TEST_F(event_tap, a_trusted_process_sees_keys) {
   standins::setTrusted(true);
   EXPECT_TRUE(isCreated(Kind::filters, keysDown));
   EXPECT_TRUE(isCreated(Kind::listens, keysDown));
 }
 
-TEST_F(EventTap, the_permission_to_listen_is_one_to_listen_only) {
+TEST_F(event_tap, the_permission_to_listen_is_one_to_listen_only) {
   standins::permitListening(true);
   EXPECT_TRUE(isCreated(Kind::listens, keysDown));
   EXPECT_FALSE(isCreated(Kind::filters, keysDown));
 }
 
-TEST_F(EventTap, attach_has_the_main_run_loop_serve_it_and_enable_enables_it) {
+TEST_F(event_tap, attach_has_the_main_run_loop_serve_it_and_enable_enables_it) {
   const tap::Tap tap = tapThat(Verdict::pass);
   standins::takeCalls();
   tap::attach(tap);
@@ -96,7 +96,7 @@ TEST_F(EventTap, attach_has_the_main_run_loop_serve_it_and_enable_enables_it) {
             (Calls{"serve source of tap in \"common modes\"", "enable tap"}));
 }
 
-TEST_F(EventTap, the_handler_is_told_all_of_an_event) {
+TEST_F(event_tap, the_handler_is_told_all_of_an_event) {
   const tap::Tap tap = tapThat(Verdict::pass);
   const quartz::Event event = quartz::createEvent().value();
   quartz::setLocation(event, {12, 34});
@@ -120,14 +120,14 @@ TEST_F(EventTap, the_handler_is_told_all_of_an_event) {
   EXPECT_EQ(told_[0].targetProcess, 41);
 }
 
-TEST_F(EventTap, a_swallowed_event_does_not_come_out) {
+TEST_F(event_tap, a_swallowed_event_does_not_come_out) {
   const tap::Tap tap = tapThat(Verdict::swallow);
   const quartz::Event event = quartz::createEvent().value();
   EXPECT_EQ(standins::sendThroughTap(kCGEventMouseMoved, native(event)), nullptr);
   EXPECT_EQ(told_.size(), 1u);
 }
 
-TEST_F(EventTap, a_notice_is_told_by_its_type_alone) {
+TEST_F(event_tap, a_notice_is_told_by_its_type_alone) {
   const tap::Tap tap = tapThat(Verdict::pass);
   EXPECT_EQ(standins::sendThroughTap(kCGEventTapDisabledByTimeout, nullptr), nullptr);
   EXPECT_EQ(standins::sendThroughTap(kCGEventTapDisabledByUserInput, nullptr), nullptr);
@@ -137,7 +137,7 @@ TEST_F(EventTap, a_notice_is_told_by_its_type_alone) {
   EXPECT_EQ(told_[1].flags, 0u);
 }
 
-TEST_F(EventTap, an_attached_tap_outlives_its_last_user) {
+TEST_F(event_tap, an_attached_tap_outlives_its_last_user) {
   tap::attach(tapThat(Verdict::swallow));
   EXPECT_EQ(standins::sendThroughTap(kCGEventTapDisabledByTimeout, nullptr), nullptr);
   EXPECT_EQ(told_.size(), 1u);

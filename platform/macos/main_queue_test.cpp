@@ -7,13 +7,15 @@
 namespace {
 
 class MainQueue : public standins::AdapterTest {};
+using postToMain = MainQueue;
+using scheduleOnMain = MainQueue;
 
 constexpr std::uint32_t second = 1'000'000;
 constexpr std::uint64_t secondNanoseconds = 1'000'000'000;
 
 }  // namespace
 
-TEST_F(MainQueue, postToMain_has_work_done_in_order_when_the_queue_is_served) {
+TEST_F(postToMain, has_work_done_in_order_when_the_queue_is_served) {
   std::vector<int> done;
   loop::postToMain([&] { done.push_back(1); });
   loop::postToMain([&] { done.push_back(2); });
@@ -24,7 +26,7 @@ TEST_F(MainQueue, postToMain_has_work_done_in_order_when_the_queue_is_served) {
   EXPECT_EQ(done.size(), 2u);
 }
 
-TEST_F(MainQueue, scheduleOnMain_does_work_at_each_interval_and_not_more_often_than_asked) {
+TEST_F(scheduleOnMain, does_work_at_each_interval_and_not_more_often_than_asked) {
   const std::size_t before = standins::sources();
   int done = 0;
   loop::scheduleOnMain(second, 2, [&] { ++done; });
@@ -44,7 +46,7 @@ TEST_F(MainQueue, scheduleOnMain_does_work_at_each_interval_and_not_more_often_t
   EXPECT_EQ(done, 2);
 }
 
-TEST_F(MainQueue, scheduleOnMain_makes_up_for_what_a_busy_main_thread_has_missed) {
+TEST_F(scheduleOnMain, makes_up_for_what_a_busy_main_thread_has_missed) {
   int done = 0;
   loop::scheduleOnMain(second, 4, [&] { ++done; });
   standins::passNanoseconds(3 * secondNanoseconds);
@@ -55,7 +57,7 @@ TEST_F(MainQueue, scheduleOnMain_makes_up_for_what_a_busy_main_thread_has_missed
   EXPECT_EQ(done, 4);
 }
 
-TEST_F(MainQueue, scheduleOnMain_without_an_interval_does_its_work_at_once) {
+TEST_F(scheduleOnMain, without_an_interval_does_its_work_at_once) {
   int done = 0;
   loop::scheduleOnMain(0, 1, [&] { ++done; });
   standins::passNanoseconds(1);
@@ -63,7 +65,7 @@ TEST_F(MainQueue, scheduleOnMain_without_an_interval_does_its_work_at_once) {
   EXPECT_EQ(done, 1);
 }
 
-TEST_F(MainQueue, scheduleOnMain_of_nothing_makes_no_timer) {
+TEST_F(scheduleOnMain, of_nothing_makes_no_timer) {
   const std::size_t before = standins::sources();
   loop::scheduleOnMain(second, 0, [] {});
   loop::scheduleOnMain(second, -1, [] {});

@@ -6,11 +6,11 @@
 
 namespace {
 
-class Power : public standins::AdapterTest {};
+class preventDisplaySleep : public standins::AdapterTest {};
 
 }  // namespace
 
-TEST_F(Power, preventDisplaySleep_asserts_at_full_level_under_the_name) {
+TEST_F(preventDisplaySleep, asserts_at_full_level_under_the_name) {
   standins::answerAssertions(0, 17);
   const power::Assertion assertion = power::preventDisplaySleep("Caf\u00e9: awake");
   EXPECT_EQ(assertion.status, platform::statusSuccess);
@@ -19,7 +19,7 @@ TEST_F(Power, preventDisplaySleep_asserts_at_full_level_under_the_name) {
             Calls{"assert \"PreventUserIdleDisplaySleep\" level 255 name \"Caf\u00e9: awake\""});
 }
 
-TEST_F(Power, preventDisplaySleep_tells_the_status_of_a_refusal) {
+TEST_F(preventDisplaySleep, tells_the_status_of_a_refusal) {
   standins::answerAssertions(-536870212, 17);
   const power::Assertion assertion = power::preventDisplaySleep("awake");
   EXPECT_EQ(assertion.status, -536870212);

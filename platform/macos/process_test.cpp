@@ -20,10 +20,14 @@ using process::Signal;
 using Tags = std::vector<std::string>;
 
 class Process : public standins::AdapterTest {};
+using process_exit = Process;
+using dieBySignal = Process;
+using handleSignals = Process;
+using preferredLanguages = Process;
 
 }  // namespace
 
-TEST_F(Process, exit_ends_the_process_with_the_status_after_its_handlers) {
+TEST_F(process_exit, ends_the_process_with_the_status_after_its_handlers) {
   const posix::Ending ending = posix::endingOf([](int out) {
     process::onExit([out] {
       if (write(out, "handled", 7) != 7) _exit(1);
@@ -33,12 +37,12 @@ TEST_F(Process, exit_ends_the_process_with_the_status_after_its_handlers) {
   EXPECT_EQ(ending, (posix::Ending{.exitStatus = 3, .output = "handled"}));
 }
 
-TEST_F(Process, dieBySignal_ends_the_process_by_that_signal) {
+TEST_F(dieBySignal, ends_the_process_by_that_signal) {
   const posix::Ending ending = posix::endingOf([](int) { process::dieBySignal(Signal::hangUp); });
   EXPECT_EQ(ending.signal, SIGHUP);
 }
 
-TEST_F(Process, handleSignals_calls_the_handler_on_the_main_queue_for_each_signal) {
+TEST_F(handleSignals, calls_the_handler_on_the_main_queue_for_each_signal) {
   const posix::Ending ending = posix::endingOf([](int out) {
     std::string told;
     const std::array watched = {Signal::terminate, Signal::interrupt};
@@ -55,7 +59,7 @@ TEST_F(Process, handleSignals_calls_the_handler_on_the_main_queue_for_each_signa
   EXPECT_EQ(ending, (posix::Ending{.exitStatus = 0, .output = "served: 2 15 "}));
 }
 
-TEST_F(Process, handleSignals_keeps_the_signals_from_ending_the_process) {
+TEST_F(handleSignals, keeps_the_signals_from_ending_the_process) {
   const posix::Ending ending = posix::endingOf([](int) {
     const std::array watched = {Signal::terminate, Signal::interrupt, Signal::hangUp};
     process::handleSignals(watched, [](Signal) {});
@@ -65,13 +69,13 @@ TEST_F(Process, handleSignals_keeps_the_signals_from_ending_the_process) {
   EXPECT_EQ(ending.exitStatus, 5);
 }
 
-TEST_F(Process, preferredLanguages_gives_the_tags_in_order) {
+TEST_F(preferredLanguages, gives_the_tags_in_order) {
   standins::setPreferredLanguages(
       standins::array({standins::string(u"zh-Hans-CN"), standins::string(u"en-GB")}));
   EXPECT_EQ(process::preferredLanguages(), (Tags{"zh-Hans-CN", "en-GB"}));
 }
 
-TEST_F(Process, preferredLanguages_leaves_out_what_is_no_text) {
+TEST_F(preferredLanguages, leaves_out_what_is_no_text) {
   standins::setPreferredLanguages(
       standins::array({standins::number(std::int64_t{7}), standins::string(u"en")}));
   EXPECT_EQ(process::preferredLanguages(), Tags{"en"});

@@ -57,7 +57,7 @@ TEST(streams, input_and_output_are_the_standard_ones) {
   EXPECT_EQ(ending, (posix::Ending{.exitStatus = 0, .output = "one,two.none"}));
 }
 
-TEST(streams, lockFile_holds_the_lock_as_long_as_the_process_lives) {
+TEST(lockFile, holds_the_lock_as_long_as_the_process_lives) {
   const std::string path = testing::TempDir() + "driver-lock-" + std::to_string(getpid());
   const posix::Ending ending =
       posix::endingOf([&](int) { _exit(streams::lockFile(path) && !streams::lockFile(path)); });

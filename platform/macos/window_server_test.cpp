@@ -13,7 +13,7 @@ using standins::number;
 using standins::string;
 using windowserver::Windows;
 
-class WindowServer : public standins::AdapterTest {
+class window_server : public standins::AdapterTest {
  protected:
   void TearDown() override {
     standins::setWindows(nullptr);
@@ -21,6 +21,10 @@ class WindowServer : public standins::AdapterTest {
     AdapterTest::TearDown();
   }
 };
+using session = window_server;
+using displayMode = window_server;
+using captureAccess = window_server;
+using shieldingLevel = window_server;
 
 CFTypeRef whole(std::int64_t value) { return number(value); }
 
@@ -59,7 +63,7 @@ std::optional<windowserver::Session> sessionOf(const std::map<std::u16string, CF
 
 }  // namespace
 
-TEST_F(WindowServer, windows_gives_every_field_as_it_came) {
+TEST_F(window_server, windows_gives_every_field_as_it_came) {
   standins::setWindows(array({inbox()}));
   const auto windows = windowserver::windows(Windows::onScreenWithoutDesktop).value();
   ASSERT_EQ(windows.size(), 1u);
@@ -68,7 +72,7 @@ TEST_F(WindowServer, windows_gives_every_field_as_it_came) {
             "width 800.000000 height 600.000000 ");
 }
 
-TEST_F(WindowServer, a_field_that_is_missing_or_of_another_type_is_absent) {
+TEST_F(window_server, a_field_that_is_missing_or_of_another_type_is_absent) {
   standins::setWindows(array({
       dictionary({}),
       dictionary({{u"kCGWindowNumber", string(u"7")},
@@ -87,7 +91,7 @@ TEST_F(WindowServer, a_field_that_is_missing_or_of_another_type_is_absent) {
   EXPECT_EQ(describe(windows[3]), "");
 }
 
-TEST_F(WindowServer, the_lists_are_asked_for_by_the_platform_s_options) {
+TEST_F(window_server, the_lists_are_asked_for_by_the_platform_s_options) {
   standins::setWindows(array({}));
   windowserver::windows(Windows::onScreen);
   windowserver::windows(Windows::onScreenWithoutDesktop);
@@ -95,7 +99,7 @@ TEST_F(WindowServer, the_lists_are_asked_for_by_the_platform_s_options) {
   EXPECT_EQ(standins::takeCalls(), (Calls{"list 1 0", "list 17 0", "list 8 7"}));
 }
 
-TEST_F(WindowServer, what_the_server_does_not_give_is_absent) {
+TEST_F(window_server, what_the_server_does_not_give_is_absent) {
   EXPECT_FALSE(windowserver::windows(Windows::onScreen));
   EXPECT_FALSE(windowserver::description(7));
   EXPECT_FALSE(windowserver::session());
@@ -103,14 +107,14 @@ TEST_F(WindowServer, what_the_server_does_not_give_is_absent) {
   EXPECT_FALSE(windowserver::displayMode(standins::mainDisplay));
 }
 
-TEST_F(WindowServer, session_reads_booleans_and_the_numbers_0_and_1) {
+TEST_F(session, reads_booleans_and_the_numbers_0_and_1) {
   const auto session = sessionOf({{u"CGSSessionScreenIsLocked", standins::boolean(true)},
                                   {u"kCGSSessionOnConsoleKey", whole(0)}});
   EXPECT_EQ(session->locked, true);
   EXPECT_EQ(session->onConsole, false);
 }
 
-TEST_F(WindowServer, session_lacks_what_is_missing_or_no_boolean) {
+TEST_F(session, lacks_what_is_missing_or_no_boolean) {
   EXPECT_EQ(sessionOf({})->locked, std::nullopt);
   const auto session = sessionOf(
       {{u"CGSSessionScreenIsLocked", string(u"yes")}, {u"kCGSSessionOnConsoleKey", whole(2)}});
@@ -118,7 +122,7 @@ TEST_F(WindowServer, session_lacks_what_is_missing_or_no_boolean) {
   EXPECT_EQ(session->onConsole, std::nullopt);
 }
 
-TEST_F(WindowServer, displayMode_gives_points_and_pixels) {
+TEST_F(displayMode, gives_points_and_pixels) {
   standins::setDisplayMode(1440, 2880);
   const auto mode = windowserver::displayMode(standins::mainDisplay).value();
   EXPECT_EQ(mode.width, 1440u);
@@ -126,18 +130,18 @@ TEST_F(WindowServer, displayMode_gives_points_and_pixels) {
   EXPECT_FALSE(windowserver::displayMode(standins::mainDisplay + 1));
 }
 
-TEST_F(WindowServer, captureAccess_tells_what_the_system_says) {
+TEST_F(captureAccess, tells_what_the_system_says) {
   standins::setCaptureAccess(true);
   EXPECT_TRUE(windowserver::captureAccess());
   standins::setCaptureAccess(false);
   EXPECT_FALSE(windowserver::captureAccess());
 }
 
-TEST_F(WindowServer, shieldingLevel_is_the_system_s) {
+TEST_F(shieldingLevel, is_the_system_s) {
   EXPECT_EQ(windowserver::shieldingLevel(), standins::shield);
 }
 
-TEST_F(WindowServer, the_process_connects_once) {
+TEST_F(window_server, the_process_connects_once) {
   windowserver::session();
   windowserver::captureAccess();
   EXPECT_EQ(standins::connections(), 1);

@@ -60,19 +60,25 @@ class Files : public testing::Test {
   std::string folder_;
   mode_t previousMask_ = 0;
 };
+using replaceFile = Files;
+using listDirectory = Files;
+using fileExists = Files;
+using resolvedPath = Files;
+using readFile = Files;
+using lockFile = Files;
 
 const std::string picture("a\0b\n", 4);
 
 }  // namespace
 
-TEST_F(Files, replaceFile_creates_a_file_with_the_permissions_of_any_new_file) {
+TEST_F(replaceFile, creates_a_file_with_the_permissions_of_any_new_file) {
   EXPECT_TRUE(posix::replaceFile(path("new.png"), picture));
   EXPECT_EQ(read("new.png"), picture);
   EXPECT_EQ(permissions("new.png"), 0644u);
   EXPECT_EQ(names(), Names{"new.png"});
 }
 
-TEST_F(Files, replaceFile_replaces_a_file_and_keeps_its_permissions) {
+TEST_F(replaceFile, replaces_a_file_and_keeps_its_permissions) {
   write("old.png", "a much longer text than the new one");
   ASSERT_EQ(chmod(path("old.png").c_str(), 0606), 0);
   EXPECT_TRUE(posix::replaceFile(path("old.png"), picture));
@@ -81,14 +87,14 @@ TEST_F(Files, replaceFile_replaces_a_file_and_keeps_its_permissions) {
   EXPECT_EQ(names(), Names{"old.png"});
 }
 
-TEST_F(Files, replaceFile_leaves_an_open_reader_with_the_whole_old_file) {
+TEST_F(replaceFile, leaves_an_open_reader_with_the_whole_old_file) {
   write("old.png", "old");
   std::ifstream reader(path("old.png"));
   EXPECT_TRUE(posix::replaceFile(path("old.png"), picture));
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old");
 }
 
-TEST_F(Files, replaceFile_refuses_a_link_and_leaves_its_target_alone) {
+TEST_F(replaceFile, refuses_a_link_and_leaves_its_target_alone) {
   write("old.png", "old");
   fs::create_symlink(path("old.png"), path("link"));
   EXPECT_FALSE(posix::replaceFile(path("link"), picture));
@@ -97,13 +103,13 @@ TEST_F(Files, replaceFile_refuses_a_link_and_leaves_its_target_alone) {
   EXPECT_EQ(names(), (Names{"link", "old.png"}));
 }
 
-TEST_F(Files, replaceFile_refuses_a_link_to_nothing) {
+TEST_F(replaceFile, refuses_a_link_to_nothing) {
   fs::create_symlink(path("nowhere"), path("link"));
   EXPECT_FALSE(posix::replaceFile(path("link"), picture));
   EXPECT_EQ(names(), Names{"link"});
 }
 
-TEST_F(Files, replaceFile_refuses_a_directory_a_fifo_and_a_device) {
+TEST_F(replaceFile, refuses_a_directory_a_fifo_and_a_device) {
   fs::create_directory(path("directory"));
   ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
   EXPECT_FALSE(posix::replaceFile(path("directory"), picture));
@@ -114,7 +120,7 @@ TEST_F(Files, replaceFile_refuses_a_directory_a_fifo_and_a_device) {
   EXPECT_EQ(names(), (Names{"directory", "fifo"}));
 }
 
-TEST_F(Files, replaceFile_fails_for_a_path_that_can_hold_no_file) {
+TEST_F(replaceFile, fails_for_a_path_that_can_hold_no_file) {
   write("file", "old");
   EXPECT_FALSE(posix::replaceFile("", picture));
   EXPECT_FALSE(posix::replaceFile(path("missing/new.png"), picture));
@@ -125,13 +131,13 @@ TEST_F(Files, replaceFile_fails_for_a_path_that_can_hold_no_file) {
   EXPECT_EQ(names(), Names{"file"});
 }
 
-TEST_F(Files, replaceFile_takes_the_longest_name_a_folder_can_hold) {
+TEST_F(replaceFile, takes_the_longest_name_a_folder_can_hold) {
   const std::string name(255, 'n');
   EXPECT_TRUE(posix::replaceFile(path(name), picture));
   EXPECT_EQ(names(), Names{name});
 }
 
-TEST_F(Files, replaceFile_takes_a_name_in_the_current_directory) {
+TEST_F(replaceFile, takes_a_name_in_the_current_directory) {
   const fs::path before = fs::current_path();
   fs::current_path(path(""));
   EXPECT_TRUE(posix::replaceFile("here.png", picture));
@@ -139,20 +145,20 @@ TEST_F(Files, replaceFile_takes_a_name_in_the_current_directory) {
   EXPECT_EQ(names(), Names{"here.png"});
 }
 
-TEST_F(Files, listDirectory_gives_hidden_names_and_neither_itself_nor_its_parent) {
+TEST_F(listDirectory, gives_hidden_names_and_neither_itself_nor_its_parent) {
   write(".hidden", "");
   write("a", "");
   fs::create_directory(path("b"));
   EXPECT_EQ(names(), (Names{".hidden", "a", "b"}));
 }
 
-TEST_F(Files, listDirectory_fails_for_what_is_no_directory) {
+TEST_F(listDirectory, fails_for_what_is_no_directory) {
   write("a", "");
   EXPECT_EQ(posix::listDirectory(path("a")), std::nullopt);
   EXPECT_EQ(posix::listDirectory(path("missing")), std::nullopt);
 }
 
-TEST_F(Files, fileExists_follows_links) {
+TEST_F(fileExists, follows_links) {
   write("a", "");
   fs::create_symlink(path("a"), path("link"));
   fs::create_symlink(path("nowhere"), path("broken"));
@@ -163,7 +169,7 @@ TEST_F(Files, fileExists_follows_links) {
   EXPECT_FALSE(posix::fileExists(path("missing")));
 }
 
-TEST_F(Files, replaceFile_beyond_the_size_limit_is_refused_and_leaves_nothing) {
+TEST_F(replaceFile, beyond_the_size_limit_is_refused_and_leaves_nothing) {
   write("out", "old");
   rlimit before = {};
   getrlimit(RLIMIT_FSIZE, &before);
@@ -178,7 +184,7 @@ TEST_F(Files, replaceFile_beyond_the_size_limit_is_refused_and_leaves_nothing) {
   EXPECT_EQ(names(), Names{"out"});
 }
 
-TEST_F(Files, resolvedPath_follows_links_as_far_as_there_is_something) {
+TEST_F(resolvedPath, follows_links_as_far_as_there_is_something) {
   const std::string folder = fs::canonical(path("")).string();
   fs::create_directory(path("a"));
   write("a/file", "");
@@ -189,19 +195,19 @@ TEST_F(Files, resolvedPath_follows_links_as_far_as_there_is_something) {
   EXPECT_EQ(posix::resolvedPath(""), "");
 }
 
-TEST_F(Files, resolvedPath_leaves_a_circle_of_links_as_it_is) {
+TEST_F(resolvedPath, leaves_a_circle_of_links_as_it_is) {
   fs::create_symlink("circle", path("circle"));
   EXPECT_EQ(posix::resolvedPath(path("circle")), path("circle"));
 }
 
-TEST_F(Files, readFile_gives_the_bytes_of_a_regular_file_links_followed) {
+TEST_F(readFile, gives_the_bytes_of_a_regular_file_links_followed) {
   write("a", picture);
   fs::create_symlink("a", path("link"));
   EXPECT_EQ(posix::readFile(path("a")), picture);
   EXPECT_EQ(posix::readFile(path("link")), picture);
 }
 
-TEST_F(Files, readFile_gives_nothing_for_what_is_no_regular_file) {
+TEST_F(readFile, gives_nothing_for_what_is_no_regular_file) {
   ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
   EXPECT_EQ(posix::readFile(path("fifo")), std::nullopt);
   EXPECT_EQ(posix::readFile(path("")), std::nullopt);
@@ -209,7 +215,7 @@ TEST_F(Files, readFile_gives_nothing_for_what_is_no_regular_file) {
   EXPECT_EQ(posix::readFile("/dev/null"), std::nullopt);
 }
 
-TEST_F(Files, lockFile_creates_a_file_for_its_owner_alone) {
+TEST_F(lockFile, creates_a_file_for_its_owner_alone) {
   umask(0);
   const int lock = posix::lockFile(path("lock"));
   EXPECT_GE(lock, 0);
@@ -218,7 +224,7 @@ TEST_F(Files, lockFile_creates_a_file_for_its_owner_alone) {
   close(lock);
 }
 
-TEST_F(Files, lockFile_takes_no_standard_descriptors_place) {
+TEST_F(lockFile, takes_no_standard_descriptors_place) {
   const int kept = dup(STDIN_FILENO);
   close(STDIN_FILENO);
   const int lock = posix::lockFile(path("lock"));
@@ -231,7 +237,7 @@ TEST_F(Files, lockFile_takes_no_standard_descriptors_place) {
   close(lock);
 }
 
-TEST_F(Files, lockFile_leaves_what_is_in_the_file) {
+TEST_F(lockFile, leaves_what_is_in_the_file) {
   write("lock", "contents");
   const int lock = posix::lockFile(path("lock"));
   EXPECT_GE(lock, 0);
@@ -239,7 +245,7 @@ TEST_F(Files, lockFile_leaves_what_is_in_the_file) {
   close(lock);
 }
 
-TEST_F(Files, lockFile_is_refused_while_another_holds_the_lock) {
+TEST_F(lockFile, is_refused_while_another_holds_the_lock) {
   write("lock", "");
   const int other = open(path("lock").c_str(), O_RDONLY);
   ASSERT_EQ(flock(other, LOCK_SH), 0);
@@ -251,7 +257,7 @@ TEST_F(Files, lockFile_is_refused_while_another_holds_the_lock) {
   close(lock);
 }
 
-TEST_F(Files, lockFile_is_refused_for_what_cannot_be_opened) {
+TEST_F(lockFile, is_refused_for_what_cannot_be_opened) {
   EXPECT_EQ(posix::lockFile(path("missing/lock")), -1);
   EXPECT_EQ(posix::lockFile(path("")), -1);
 }

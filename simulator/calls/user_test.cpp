@@ -16,7 +16,7 @@ using driver::pack;
 using driver::unpack;
 using platform::Function;
 
-class UserCalls : public testing::Test {
+class user_calls : public testing::Test {
  protected:
   void begin(const char* text) { mac_.world = parseWorld(text); }
 
@@ -33,7 +33,7 @@ class UserCalls : public testing::Test {
   Client client_;
 };
 
-TEST_F(UserCalls, tell_how_long_the_user_has_been_idle) {
+TEST_F(user_calls, tell_how_long_the_user_has_been_idle) {
   begin("idle 5s");
   EXPECT_EQ(idle(5), 5.0);
   mac_.now = mac_.world.present = 2'000'000;
@@ -49,7 +49,7 @@ TEST_F(UserCalls, tell_how_long_the_user_has_been_idle) {
   EXPECT_TRUE(std::isinf(idle(10)));
 }
 
-TEST_F(UserCalls, tell_how_the_system_is_set_up) {
+TEST_F(user_calls, tell_how_the_system_is_set_up) {
   begin(R"(
     user "Grace Hopper" login grace
     languages zh-Hans,en
@@ -69,7 +69,7 @@ TEST_F(UserCalls, tell_how_the_system_is_set_up) {
   EXPECT_EQ(ask<std::int64_t>(Function::shieldingLevel), 2'147'483'628);
 }
 
-TEST_F(UserCalls, have_defaults_of_their_own) {
+TEST_F(user_calls, have_defaults_of_their_own) {
   begin("");
   using Texts = std::vector<std::string>;
   EXPECT_EQ(ask<Texts>(Function::preferredLanguages), Texts{"en"});
@@ -78,7 +78,7 @@ TEST_F(UserCalls, have_defaults_of_their_own) {
   EXPECT_EQ(ask<std::string>(Function::currentDirectory), "");
 }
 
-TEST_F(UserCalls, tell_whether_an_application_has_ended) {
+TEST_F(user_calls, tell_whether_an_application_has_ended) {
   begin("app Notes pid 41");
   EXPECT_FALSE(ask<bool>(Function::terminated, {pack(41)}));
   EXPECT_TRUE(ask<bool>(Function::terminated, {pack(42)}));
@@ -86,13 +86,13 @@ TEST_F(UserCalls, tell_whether_an_application_has_ended) {
   EXPECT_TRUE(ask<bool>(Function::terminated, {pack(41)}));
 }
 
-TEST_F(UserCalls, note_a_process_that_never_becomes_active) {
+TEST_F(user_calls, note_a_process_that_never_becomes_active) {
   client_.pid = 5'000'000;
   answer(mac_, client_, {Function::prohibitOwnActivation, {}}, 0);
   EXPECT_EQ(effectLine(mac_.journal.back(), 0), "    0 ms  policy 5000000/0 prohibited");
 }
 
-TEST_F(UserCalls, list_windows_that_are_not_on_screen_when_asked_for_all) {
+TEST_F(user_calls, list_windows_that_are_not_on_screen_when_asked_for_all) {
   begin(R"(
     app Notes pid 41
         window 7 "Inbox" at 0,0 size 9x9
@@ -104,7 +104,7 @@ TEST_F(UserCalls, list_windows_that_are_not_on_screen_when_asked_for_all) {
   EXPECT_EQ(ask<List>(Function::windows, {pack(Windows::allWithoutDesktop)})->size(), 2U);
 }
 
-TEST_F(UserCalls, list_a_window_with_the_number_it_is_listed_as) {
+TEST_F(user_calls, list_a_window_with_the_number_it_is_listed_as) {
   begin(R"(
     app Notes pid 41
         window 7 "Inbox" at 0,0 size 9x9 listed as 4294967296)");
@@ -113,7 +113,7 @@ TEST_F(UserCalls, list_a_window_with_the_number_it_is_listed_as) {
   EXPECT_EQ(listed->at(0).number, 4'294'967'296);
 }
 
-TEST_F(UserCalls, give_no_number_for_an_unnumbered_window) {
+TEST_F(user_calls, give_no_number_for_an_unnumbered_window) {
   begin(R"(
     app Notes pid 41
         window 7 "Inbox" at 0,0 size 9x9 unnumbered
@@ -126,7 +126,7 @@ TEST_F(UserCalls, give_no_number_for_an_unnumbered_window) {
   EXPECT_EQ(number(2), (Words{0, 0, 8}));
 }
 
-TEST_F(UserCalls, read_and_write_the_pasteboard) {
+TEST_F(user_calls, read_and_write_the_pasteboard) {
   begin(R"(pasteboard item "public.utf8-plain-text" "old" promises "com.example.lazy")");
   using Items = std::vector<pasteboard::Item>;
   client_.pid = 5'000'000;
@@ -149,7 +149,7 @@ TEST_F(UserCalls, read_and_write_the_pasteboard) {
             "    0 ms  pasteboard write-files\n");
 }
 
-TEST_F(UserCalls, make_taps_and_hear_their_verdicts) {
+TEST_F(user_calls, make_taps_and_hear_their_verdicts) {
   begin("");
   mac_.clients.push_back(std::make_unique<Client>());
   Client& owner = *mac_.clients.back();

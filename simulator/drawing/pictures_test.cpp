@@ -90,7 +90,7 @@ Picture windowOnGrey(const World& world) {
   return picture;
 }
 
-TEST(Drawing, gives_a_png_of_the_size_asked_for) {
+TEST(drawing, gives_a_png_of_the_size_asked_for) {
   const World world = parseWorld(desk);
 
   const std::string png = drawPng(screenPicture(world)).value();
@@ -101,7 +101,7 @@ TEST(Drawing, gives_a_png_of_the_size_asked_for) {
   EXPECT_EQ(pixels.height(), 220);
 }
 
-TEST(Drawing, the_screen_is_drawn_at_the_main_displays_scale) {
+TEST(drawing, the_screen_is_drawn_at_the_main_displays_scale) {
   const Picture picture =
       screenPicture(parseWorld("display 1 100x50 scale 2\n"
                                "display 2 30x50 at -30,10"));
@@ -111,14 +111,14 @@ TEST(Drawing, the_screen_is_drawn_at_the_main_displays_scale) {
   EXPECT_EQ(picture.height, 120u);
 }
 
-TEST(Drawing, without_displays_there_is_no_picture) {
+TEST(drawing, without_displays_there_is_no_picture) {
   World world = parseWorld("");
   world.displays.clear();
 
   EXPECT_EQ(drawPng(screenPicture(world)), std::nullopt);
 }
 
-TEST(Drawing, a_part_of_the_space_without_a_display_is_black) {
+TEST(drawing, a_part_of_the_space_without_a_display_is_black) {
   const std::string png = drawPng(screenPicture(parseWorld(desk))).value();
   const Pixels pixels(png);
 
@@ -126,7 +126,7 @@ TEST(Drawing, a_part_of_the_space_without_a_display_is_black) {
   EXPECT_NE(pixels.at(350, 50), 0x000000u);
 }
 
-TEST(Drawing, the_background_is_the_grey_asked_for) {
+TEST(drawing, the_background_is_the_grey_asked_for) {
   Picture picture = windowOnGrey(parseWorld(desk));
   picture.windows.clear();
   const std::string png = drawPng(picture).value();
@@ -136,7 +136,7 @@ TEST(Drawing, the_background_is_the_grey_asked_for) {
   EXPECT_EQ(pixels.at(299, 219), 0x808080u);
 }
 
-TEST(Drawing, the_source_decides_what_fills_the_picture) {
+TEST(drawing, the_source_decides_what_fills_the_picture) {
   Picture picture = windowOnGrey(parseWorld(desk));
   picture.source = {100, 100, 10, 10};
   picture.width = picture.height = 50;
@@ -147,13 +147,13 @@ TEST(Drawing, the_source_decides_what_fills_the_picture) {
   EXPECT_EQ(pixels.at(40, 49), 0xFFFFFFu);
 }
 
-TEST(Drawing, the_same_picture_has_the_same_bytes) {
+TEST(drawing, the_same_picture_has_the_same_bytes) {
   const World world = parseWorld(desk);
 
   EXPECT_EQ(drawPng(screenPicture(world)), drawPng(screenPicture(world)));
 }
 
-TEST(Drawing, pictures_of_impossible_sizes_are_none) {
+TEST(drawing, pictures_of_impossible_sizes_are_none) {
   const Picture good = windowOnGrey(parseWorld(desk));
   const auto refused = [&](const std::function<void(Picture&)>& change) {
     Picture picture = good;
@@ -170,7 +170,7 @@ TEST(Drawing, pictures_of_impossible_sizes_are_none) {
   EXPECT_TRUE(refused([](Picture& picture) { picture.source.x = std::nan(""); }));
 }
 
-TEST(Drawing, the_windows_picture_holds_what_is_drawn_of_it) {
+TEST(drawing, the_windows_picture_holds_what_is_drawn_of_it) {
   const World world = parseWorld(desk);
 
   const WindowPicture picture = pictureOf(world, *findWindow(world, 7));
@@ -184,14 +184,14 @@ TEST(Drawing, the_windows_picture_holds_what_is_drawn_of_it) {
   EXPECT_FALSE(pictureOf(world, *findWindow(world, 8)).key);
 }
 
-TEST(Drawing, no_window_is_key_of_an_application_in_the_back) {
+TEST(drawing, no_window_is_key_of_an_application_in_the_back) {
   World world = parseWorld(desk);
   world.frontmost = 0;
 
   EXPECT_FALSE(pictureOf(world, *findWindow(world, 7)).key);
 }
 
-TEST(Drawing, windows_off_screen_are_not_on_the_screen) {
+TEST(drawing, windows_off_screen_are_not_on_the_screen) {
   const Picture picture = screenPicture(parseWorld(desk));
 
   ASSERT_EQ(picture.windows.size(), 1u);
@@ -269,7 +269,7 @@ std::vector<Change> changes() {
   };
 }
 
-TEST(PictureDigests, differ_exactly_when_the_drawn_windows_do) {
+TEST(picture_digests, differ_exactly_when_the_drawn_windows_do) {
   const World world = parseWorld(desk);
   const Picture before = windowOnGrey(world);
   for (const Change& change : changes()) {
@@ -281,7 +281,7 @@ TEST(PictureDigests, differ_exactly_when_the_drawn_windows_do) {
   }
 }
 
-TEST(PictureDigests, differ_exactly_when_the_drawn_surroundings_do) {
+TEST(picture_digests, differ_exactly_when_the_drawn_surroundings_do) {
   const Picture grey = windowOnGrey(parseWorld(desk));
   const Picture screen = screenPicture(parseWorld(desk));
   struct Case {
@@ -323,7 +323,7 @@ TEST(PictureDigests, differ_exactly_when_the_drawn_surroundings_do) {
   }
 }
 
-TEST(Drawing, survives_any_frame_and_any_text) {
+TEST(drawing, survives_any_frame_and_any_text) {
   constexpr double huge = 1e308;
   const double infinity = std::numeric_limits<double>::infinity();
   const double nan = std::nan("");
@@ -380,7 +380,7 @@ TEST(Drawing, survives_any_frame_and_any_text) {
   }
 }
 
-TEST(Drawing, cuts_elements_at_their_windows_edge) {
+TEST(drawing, cuts_elements_at_their_windows_edge) {
   Picture picture = windowOnGrey(parseWorld(desk));
   picture.windows[0].elements.resize(1);
   picture.windows[0].elements[0].frame = Rect{200, 100, 95, 30};

@@ -30,7 +30,7 @@ World notesWith(const std::string& lines) {
   return parseWorld("app Notes pid 41 frontmost\n  window 7 \"N\" at 0,0 size 300x200\n" + lines);
 }
 
-TEST(ChangingLooks, follow_menus_that_open) {
+TEST(changing_looks, follow_menus_that_open) {
   const World closed = notesWith(
       "    AXPopUpButton \"Size\" at 20,40 size 100x24 choices \"Small\" \"Large\"\n"
       "    AXButton \"Below\" at 20,66 size 100x40");
@@ -47,7 +47,7 @@ TEST(ChangingLooks, follow_menus_that_open) {
   EXPECT_FALSE(looksAlike(open, hovered));
 }
 
-TEST(ChangingLooks, follow_rows_whose_controls_come_with_the_pointer) {
+TEST(changing_looks, follow_rows_whose_controls_come_with_the_pointer) {
   const std::string row = "    AXGroup at 20,40 size 200x30\n";
   const World with = notesWith(row + "      AXButton \"X\" at 30,45 size 20x20 while hovered");
   World hovered = with;
@@ -57,20 +57,20 @@ TEST(ChangingLooks, follow_rows_whose_controls_come_with_the_pointer) {
   EXPECT_FALSE(looksAlike(with, hovered));
 }
 
-TEST(ChangingLooks, show_bullets_for_a_secure_text) {
+TEST(changing_looks, show_bullets_for_a_secure_text) {
   const std::string field = "    AXTextField \"F\" at 20,40 size 200x30 subrole AXSecureTextField ";
 
   EXPECT_TRUE(looksAlike(notesWith(field + "value \"abc\""), notesWith(field + "value \"xyz\"")));
   EXPECT_FALSE(looksAlike(notesWith(field + "value \"abc\""), notesWith(field + "value \"ab\"")));
 }
 
-TEST(ChangingLooks, show_a_composers_text_once) {
+TEST(changing_looks, show_a_composers_text_once) {
   const std::string field = "    AXTextArea \"F\" at 20,40 size 200x80 value \"abc\" ";
 
   EXPECT_TRUE(looksAlike(notesWith(field), notesWith(field + "composer")));
 }
 
-TEST(ChangingLooks, follow_the_menus_of_the_menu_bar) {
+TEST(changing_looks, follow_the_menus_of_the_menu_bar) {
   const Picture plain = screenPicture(parseWorld("app A pid 1 frontmost"));
   const Picture own = screenPicture(parseWorld("app A pid 1 frontmost\n  menu 文件 > 打开"));
 

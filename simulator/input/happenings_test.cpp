@@ -28,7 +28,7 @@ constexpr const char* desk = R"(
         window 12 at 800,0 size 50x50
 )";
 
-class Happenings : public testing::Test {
+class happenings : public testing::Test {
  protected:
   void happen(const char* text) { simulator::happen(world_, parseHappening(text, world_)); }
   Application& notes() { return world_.applications[0]; }
@@ -43,7 +43,7 @@ class Happenings : public testing::Test {
   World world_ = parseWorld(desk);
 };
 
-TEST_F(Happenings, the_session_locks_and_leaves_the_console) {
+TEST_F(happenings, the_session_locks_and_leaves_the_console) {
   happen("lock");
   EXPECT_EQ(world_.session.locked, true);
   happen("unlock");
@@ -54,21 +54,21 @@ TEST_F(Happenings, the_session_locks_and_leaves_the_console) {
   EXPECT_EQ(world_.session.onConsole, true);
 }
 
-TEST_F(Happenings, processes_end_and_displays_go) {
+TEST_F(happenings, processes_end_and_displays_go) {
   happen("end process 900");
   EXPECT_TRUE(world_.processes.empty());
   happen("remove displays");
   EXPECT_TRUE(world_.displays.empty());
 }
 
-TEST_F(Happenings, an_application_hangs_and_recovers) {
+TEST_F(happenings, an_application_hangs_and_recovers) {
   happen("hang Notes");
   EXPECT_TRUE(notes().hangs);
   happen("recover Notes");
   EXPECT_FALSE(notes().hangs);
 }
 
-TEST_F(Happenings, a_front_application_that_quits_leaves_the_front_to_the_next_regular_one) {
+TEST_F(happenings, a_front_application_that_quits_leaves_the_front_to_the_next_regular_one) {
   ASSERT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 8, 9, 11, 12}));
 
   happen("quit Notes");
@@ -82,7 +82,7 @@ TEST_F(Happenings, a_front_application_that_quits_leaves_the_front_to_the_next_r
   EXPECT_EQ(world_.frontmost, 0);
 }
 
-TEST_F(Happenings, another_application_that_quits_leaves_the_front_alone) {
+TEST_F(happenings, another_application_that_quits_leaves_the_front_alone) {
   happen("quit Browser");
 
   EXPECT_EQ(world_.frontmost, 41);
@@ -91,7 +91,7 @@ TEST_F(Happenings, another_application_that_quits_leaves_the_front_alone) {
   EXPECT_EQ(world_.windows.size(), 5u);
 }
 
-TEST_F(Happenings, an_application_comes_to_front_with_all_its_windows) {
+TEST_F(happenings, an_application_comes_to_front_with_all_its_windows) {
   happen("front Browser");
   EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 9, 7, 8, 11, 12}));
   happen("front Notes");
@@ -99,7 +99,7 @@ TEST_F(Happenings, an_application_comes_to_front_with_all_its_windows) {
   EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 8, 9, 11, 12}));
 }
 
-TEST_F(Happenings, the_users_keys_go_to_the_front_applications_focused_text) {
+TEST_F(happenings, the_users_keys_go_to_the_front_applications_focused_text) {
   happen("user key x");
   EXPECT_EQ(body(), "héx");
   happen("user key delete");
@@ -114,7 +114,7 @@ TEST_F(Happenings, the_users_keys_go_to_the_front_applications_focused_text) {
   EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{4, 0}));
 }
 
-TEST_F(Happenings, the_users_keys_reach_nobody_else) {
+TEST_F(happenings, the_users_keys_reach_nobody_else) {
   happen("lock");
   happen("user key x");
   happen("unlock");
@@ -132,7 +132,7 @@ TEST_F(Happenings, the_users_keys_reach_nobody_else) {
   EXPECT_EQ(body(), "hé");
 }
 
-TEST_F(Happenings, the_users_click_brings_one_window_to_front_and_presses) {
+TEST_F(happenings, the_users_click_brings_one_window_to_front_and_presses) {
   happen("user click 360,360");
 
   EXPECT_EQ(world_.pointer, (Point{360, 360}));
@@ -145,7 +145,7 @@ TEST_F(Happenings, the_users_click_brings_one_window_to_front_and_presses) {
   EXPECT_EQ(numbers(), (std::vector<WindowNumber>{10, 7, 9, 8, 11, 12}));
 }
 
-TEST_F(Happenings, the_users_click_leaves_focus_by_record_alone) {
+TEST_F(happenings, the_users_click_leaves_focus_by_record_alone) {
   notes().focusByRecord = 7;
 
   happen("user click 360,360");
@@ -154,7 +154,7 @@ TEST_F(Happenings, the_users_click_leaves_focus_by_record_alone) {
   EXPECT_EQ(notes().focusByRecord, 7u);
 }
 
-TEST_F(Happenings, some_windows_take_a_click_without_the_front_or_not_at_all) {
+TEST_F(happenings, some_windows_take_a_click_without_the_front_or_not_at_all) {
   happen("user click 710,10");
   EXPECT_EQ(world_.frontmost, 41);
   happen("user click 810,10");
@@ -167,7 +167,7 @@ TEST_F(Happenings, some_windows_take_a_click_without_the_front_or_not_at_all) {
   EXPECT_EQ(world_.pointer, (Point{360, 360}));
 }
 
-TEST_F(Happenings, the_users_pointer_hovers_over_the_front_applications_windows) {
+TEST_F(happenings, the_users_pointer_hovers_over_the_front_applications_windows) {
   happen("user move 20,30");
   EXPECT_EQ(world_.pointer, (Point{20, 30}));
   EXPECT_EQ(findWindow(world_, 7)->hover, (Point{20, 30}));

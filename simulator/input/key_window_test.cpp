@@ -9,7 +9,7 @@ namespace simulator {
 
 namespace {
 
-class KeyWindows : public testing::Test {
+class key_windows : public testing::Test {
  protected:
   Application& app(std::size_t index) { return world_.applications[index]; }
   std::string keyboard(std::size_t index) {
@@ -38,7 +38,7 @@ class KeyWindows : public testing::Test {
   )");
 };
 
-TEST_F(KeyWindows, remember_what_had_the_keyboard_in_them) {
+TEST_F(key_windows, remember_what_had_the_keyboard_in_them) {
   EXPECT_EQ(keyboard(0), "7 Body");
   makeKeyWindow(world_, app(0), 9);
   EXPECT_EQ(keyboard(0), "9 ");
@@ -46,7 +46,7 @@ TEST_F(KeyWindows, remember_what_had_the_keyboard_in_them) {
   EXPECT_EQ(keyboard(0), "7 Body");
 }
 
-TEST_F(KeyWindows, give_it_to_the_first_field_in_appkit_only) {
+TEST_F(key_windows, give_it_to_the_first_field_in_appkit_only) {
   closeWindow(world_, 10);
   makeKeyWindow(world_, app(0), 8);
   EXPECT_EQ(keyboard(0), "8 Name");
@@ -56,19 +56,19 @@ TEST_F(KeyWindows, give_it_to_the_first_field_in_appkit_only) {
   EXPECT_EQ(keyboard(1), "11 Address");
 }
 
-TEST_F(KeyWindows, leave_the_keyboard_to_their_only_sheet) {
+TEST_F(key_windows, leave_the_keyboard_to_their_only_sheet) {
   makeKeyWindow(world_, app(0), 8);
   EXPECT_EQ(keyboard(0), "10 New name");
 }
 
-TEST_F(KeyWindows, keep_it_from_several_sheets) {
+TEST_F(key_windows, keep_it_from_several_sheets) {
   openSheet(world_, app(0), 8, "Sure?");
   EXPECT_EQ(openSheets(world_, 8).size(), 2U);
   makeKeyWindow(world_, app(0), 8);
   EXPECT_EQ(keyboard(0), "8 Name");
 }
 
-TEST_F(KeyWindows, have_no_field_where_it_is_disabled_or_elsewhere) {
+TEST_F(key_windows, have_no_field_where_it_is_disabled_or_elsewhere) {
   app(0).focusedElement = findLabelled(app(0), "Old")->id;
   EXPECT_EQ(keyboard(0), "7 ");
   app(0).focusedElement = findLabelled(app(0), "Name")->id;

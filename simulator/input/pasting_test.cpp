@@ -11,7 +11,7 @@ namespace simulator {
 
 namespace {
 
-class Pasting : public testing::Test {
+class pasting : public testing::Test {
  protected:
   Application& notes() { return world_.applications[0]; }
   void focus(const char* label) { focusField(notes(), *findLabelled(notes(), label)); }
@@ -38,7 +38,7 @@ class Pasting : public testing::Test {
   )");
 };
 
-TEST_F(Pasting, takes_what_is_there_when_the_application_reads_it) {
+TEST_F(pasting, takes_what_is_there_when_the_application_reads_it) {
   focus("Code");
   settleWrites(world_, 100'000);
   EXPECT_EQ(requestPaste(world_, notes()), "asked for a paste into AXTextField \"Code\"");
@@ -49,7 +49,7 @@ TEST_F(Pasting, takes_what_is_there_when_the_application_reads_it) {
   EXPECT_EQ(valueOf("Code"), "ABNEW");
 }
 
-TEST_F(Pasting, comes_of_a_menus_item_too) {
+TEST_F(pasting, comes_of_a_menus_item_too) {
   focus("Code");
   pressPaste();
   settleWrites(world_, 400'000);
@@ -62,14 +62,14 @@ TEST_F(Pasting, comes_of_a_menus_item_too) {
   EXPECT_EQ(valueOf("Log"), "gone");
 }
 
-TEST_F(Pasting, at_once_by_an_application_that_does_not_wait) {
+TEST_F(pasting, at_once_by_an_application_that_does_not_wait) {
   notes().pasteDelay = 0;
   focus("Code");
   requestPaste(world_, notes());
   EXPECT_EQ(valueOf("Code"), "ABOLD");
 }
 
-TEST_F(Pasting, attaches_files_or_gives_their_paths) {
+TEST_F(pasting, attaches_files_or_gives_their_paths) {
   notes().pasteDelay = 0;
   world_.pasteboard.items = {{{"public.file-url", "file:///a/x%20y.txt"}},
                              {{"public.file-url", "file:///b.pdf"}}};
@@ -90,7 +90,7 @@ TEST_F(Pasting, attaches_files_or_gives_their_paths) {
   EXPECT_EQ(valueOf("Letter"), "");
 }
 
-TEST_F(Pasting, does_nothing_where_nothing_takes_it) {
+TEST_F(pasting, does_nothing_where_nothing_takes_it) {
   notes().pasteDelay = 0;
   EXPECT_EQ(requestPaste(world_, notes()), "nothing takes the paste");
   notes().focusedElement = findLabelled(notes(), "Go")->id;

@@ -37,9 +37,9 @@ constexpr const char* desk = R"(
             AXTextArea "Chat" at 100,100 size 100x50 submit: set Log "chatted"
 )";
 
-class PostedKeys : public testing::Test {
+class posted_keys : public testing::Test {
  protected:
-  PostedKeys() { mac_.world = parseWorld(desk); }
+  posted_keys() { mac_.world = parseWorld(desk); }
 
   Application& notes() { return *findApplication(mac_.world, 41); }
   std::string valueOf(const char* label) {
@@ -85,7 +85,7 @@ class PostedKeys : public testing::Test {
   std::int64_t identity_ = 0;
 };
 
-TEST_F(PostedKeys, reach_what_has_the_keyboard) {
+TEST_F(posted_keys, reach_what_has_the_keyboard) {
   holdFocus();
   focus("Body");
 
@@ -96,7 +96,7 @@ TEST_F(PostedKeys, reach_what_has_the_keyboard) {
   EXPECT_TRUE(notes().keysDown.empty());
 }
 
-TEST_F(PostedKeys, are_lost_without_focus) {
+TEST_F(posted_keys, are_lost_without_focus) {
   const std::string lost = " LOST: the application is neither in front nor has focus";
   focus("Body");
 
@@ -106,7 +106,7 @@ TEST_F(PostedKeys, are_lost_without_focus) {
   EXPECT_EQ(press(0), ": typed \"a\" into AXTextArea \"Body\"");
 }
 
-TEST_F(PostedKeys, are_lost_while_no_window_is_key) {
+TEST_F(posted_keys, are_lost_while_no_window_is_key) {
   holdFocus();
   EXPECT_EQ(press(0), " LOST: no window was made key");
   notes().madeKey = 8;
@@ -117,7 +117,7 @@ TEST_F(PostedKeys, are_lost_while_no_window_is_key) {
   EXPECT_EQ(press(0), " LOST: no window of the application has its focus");
 }
 
-TEST_F(PostedKeys, go_by_the_public_route_and_not_too_fast) {
+TEST_F(posted_keys, go_by_the_public_route_and_not_too_fast) {
   holdFocus();
   focus("Body");
   EXPECT_EQ(post(event(EventType::keyDown, 0), Route::privateRoute),
@@ -129,7 +129,7 @@ TEST_F(PostedKeys, go_by_the_public_route_and_not_too_fast) {
   EXPECT_EQ(notes().keysDown, std::vector<std::int64_t>{0});
 }
 
-TEST_F(PostedKeys, that_go_up_must_have_gone_down) {
+TEST_F(posted_keys, that_go_up_must_have_gone_down) {
   holdFocus();
   focus("Body");
   EXPECT_EQ(post(event(EventType::keyUp, 55, commandFlag)),
@@ -141,7 +141,7 @@ TEST_F(PostedKeys, that_go_up_must_have_gone_down) {
   EXPECT_EQ(notes().keysDown, std::vector<std::int64_t>{56});
 }
 
-TEST_F(PostedKeys, type_by_the_users_layout_and_texts_do_not) {
+TEST_F(posted_keys, type_by_the_users_layout_and_texts_do_not) {
   holdFocus();
   focus("Body");
   for (const KeyboardLayout layout :
@@ -154,7 +154,7 @@ TEST_F(PostedKeys, type_by_the_users_layout_and_texts_do_not) {
   EXPECT_EQ(valueOf("Body"), "helloy\"z@w2z@z\"z@");
 }
 
-TEST_F(PostedKeys, carry_the_users_modifiers_unless_told_otherwise) {
+TEST_F(posted_keys, carry_the_users_modifiers_unless_told_otherwise) {
   holdFocus();
   focus("Body");
   mac_.world.keyboard.modifiers = commandFlag;
@@ -165,7 +165,7 @@ TEST_F(PostedKeys, carry_the_users_modifiers_unless_told_otherwise) {
   EXPECT_EQ(press(1), ": typed \"s\" into AXTextArea \"Body\"");
 }
 
-TEST_F(PostedKeys, press_the_menu_item_that_has_the_shortcut) {
+TEST_F(posted_keys, press_the_menu_item_that_has_the_shortcut) {
   holdFocus();
   focus("Body");
   press(1, commandFlag);
@@ -185,7 +185,7 @@ TEST_F(PostedKeys, press_the_menu_item_that_has_the_shortcut) {
   EXPECT_EQ(valueOf("Body"), "hello");
 }
 
-TEST_F(PostedKeys, do_nothing_in_an_application_that_hangs) {
+TEST_F(posted_keys, do_nothing_in_an_application_that_hangs) {
   holdFocus();
   focus("Body");
   notes().hangs = true;
@@ -195,7 +195,7 @@ TEST_F(PostedKeys, do_nothing_in_an_application_that_hangs) {
   EXPECT_EQ(valueOf("Log"), "");
 }
 
-TEST_F(PostedKeys, break_lines_softly_with_shift_and_submit_without) {
+TEST_F(posted_keys, break_lines_softly_with_shift_and_submit_without) {
   holdFocus();
   focus("Body");
   EXPECT_EQ(press(36, shiftFlag), ": broke the line softly in AXTextArea \"Body\"");
@@ -208,7 +208,7 @@ TEST_F(PostedKeys, break_lines_softly_with_shift_and_submit_without) {
   EXPECT_EQ(valueOf("To"), "");
 }
 
-TEST_F(PostedKeys, in_a_composer_break_lines_softly_and_send) {
+TEST_F(posted_keys, in_a_composer_break_lines_softly_and_send) {
   notes().focusByRecord = notes().madeKey = 8;
   notes().focusedWindow = findWindow(mac_.world, 8)->element;
   focus("Chat");
@@ -219,7 +219,7 @@ TEST_F(PostedKeys, in_a_composer_break_lines_softly_and_send) {
   EXPECT_EQ(valueOf("Chat"), "\n");
 }
 
-TEST_F(PostedKeys, move_the_keyboard_by_tab_between_enabled_fields) {
+TEST_F(posted_keys, move_the_keyboard_by_tab_between_enabled_fields) {
   holdFocus();
   focus("To");
   EXPECT_EQ(press(48), ": focused AXTextArea \"Body\"");
@@ -229,7 +229,7 @@ TEST_F(PostedKeys, move_the_keyboard_by_tab_between_enabled_fields) {
   EXPECT_EQ(valueOf("Body"), "hello\t");
 }
 
-TEST_F(PostedKeys, edit_at_the_caret) {
+TEST_F(posted_keys, edit_at_the_caret) {
   holdFocus();
   focus("Body");
   press(123);
@@ -244,7 +244,7 @@ TEST_F(PostedKeys, edit_at_the_caret) {
   EXPECT_EQ(valueOf("Body"), "Jelo ");
 }
 
-TEST_F(PostedKeys, select_copy_cut_and_paste) {
+TEST_F(posted_keys, select_copy_cut_and_paste) {
   holdFocus();
   focus("Body");
   EXPECT_EQ(press(8, commandFlag), ": nothing is selected in AXTextArea \"Body\"");
@@ -261,14 +261,14 @@ TEST_F(PostedKeys, select_copy_cut_and_paste) {
   EXPECT_EQ(mac_.world.pasteboard.changeCount, 3);
 }
 
-TEST_F(PostedKeys, type_twenty_units_of_a_text_at_most) {
+TEST_F(posted_keys, type_twenty_units_of_a_text_at_most) {
   holdFocus();
   focus("Body");
   type("12345678901234567890123");
   EXPECT_EQ(valueOf("Body"), "hello12345678901234567890");
 }
 
-TEST_F(PostedKeys, follow_the_users_key_window_once_the_user_has_come) {
+TEST_F(posted_keys, follow_the_users_key_window_once_the_user_has_come) {
   holdFocus();
   focus("Body");
   type("a");
@@ -282,7 +282,7 @@ TEST_F(PostedKeys, follow_the_users_key_window_once_the_user_has_come) {
   EXPECT_EQ(valueOf("Chat"), "c");
 }
 
-TEST_F(PostedKeys, reach_no_locked_session) {
+TEST_F(posted_keys, reach_no_locked_session) {
   holdFocus();
   focus("Body");
   mac_.world.session.locked = true;

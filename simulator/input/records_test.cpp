@@ -47,9 +47,9 @@ std::string key(int type) {
   return text;
 }
 
-class Records : public testing::Test {
+class focus_records : public testing::Test {
  protected:
-  Records() { mac_.world = parseWorld(desk); }
+  focus_records() { mac_.world = parseWorld(desk); }
 
   Application& notes() { return *findApplication(mac_.world, 41); }
 
@@ -62,14 +62,14 @@ class Records : public testing::Test {
   Mac mac_;
 };
 
-TEST_F(Records, give_and_take_focus) {
+TEST_F(focus_records, give_and_take_focus) {
   EXPECT_EQ(take(focus(true)), "    0 ms  focus 41/305419896 give");
   EXPECT_EQ(notes().focusByRecord, inbox);
   EXPECT_EQ(take(focus(false)), "    0 ms  focus 41/305419896 take");
   EXPECT_EQ(notes().focusByRecord, 0U);
 }
 
-TEST_F(Records, take_focus_only_from_the_window_that_holds_it) {
+TEST_F(focus_records, take_focus_only_from_the_window_that_holds_it) {
   notes().focusByRecord = 7;
 
   EXPECT_EQ(take(focus(false)), "    0 ms  focus 41/305419896 take");
@@ -77,7 +77,7 @@ TEST_F(Records, take_focus_only_from_the_window_that_holds_it) {
   EXPECT_EQ(notes().focusByRecord, 7U);
 }
 
-TEST_F(Records, in_a_pair_make_a_window_the_focused_one) {
+TEST_F(focus_records, in_a_pair_make_a_window_the_focused_one) {
   notes().focusedWindow = 2;
 
   EXPECT_EQ(take(key(1)), "    0 ms  key 41/305419896 first");
@@ -87,7 +87,7 @@ TEST_F(Records, in_a_pair_make_a_window_the_focused_one) {
   EXPECT_EQ(mac_.world.frontmost, 40);
 }
 
-TEST_F(Records, of_a_pair_come_in_order) {
+TEST_F(focus_records, of_a_pair_come_in_order) {
   const std::string lost =
       "    0 ms  key 41/305419896 second LOST: a second record without its first";
   notes().focusedWindow = 2;
@@ -100,7 +100,7 @@ TEST_F(Records, of_a_pair_come_in_order) {
   EXPECT_EQ(take(key(2)), lost);
 }
 
-TEST_F(Records, of_a_pair_are_for_one_window) {
+TEST_F(focus_records, of_a_pair_are_for_one_window) {
   std::string other = key(1);
   other.replace(0x3C, 4, std::string("\7\0\0\0", 4));
 
@@ -110,7 +110,7 @@ TEST_F(Records, of_a_pair_are_for_one_window) {
             "    0 ms  key 41/305419896 second LOST: a second record without its first");
 }
 
-TEST_F(Records, with_any_byte_wrong_have_no_effect) {
+TEST_F(focus_records, with_any_byte_wrong_have_no_effect) {
   for (const std::string& correct : {focus(true), focus(false), key(1), key(2)}) {
     notes().focusByRecord = 7;
     notes().keyByRecord = inbox;
@@ -133,7 +133,7 @@ TEST_F(Records, with_any_byte_wrong_have_no_effect) {
   }
 }
 
-TEST_F(Records, of_another_length_have_no_effect) {
+TEST_F(focus_records, of_another_length_have_no_effect) {
   for (const std::size_t length : {0U, 8U, 138U, 247U, 249U, 256U}) {
     std::string wrong = focus(true);
     wrong.resize(length);
@@ -143,7 +143,7 @@ TEST_F(Records, of_another_length_have_no_effect) {
   EXPECT_EQ(notes().focusByRecord, 0U);
 }
 
-TEST_F(Records, for_a_window_of_another_process_have_no_effect) {
+TEST_F(focus_records, for_a_window_of_another_process_have_no_effect) {
   EXPECT_EQ(take(focus(true), 40),
             "    0 ms  focus 40/305419896 give LOST: no such window of the application");
   EXPECT_EQ(take(focus(true), 99),

@@ -23,9 +23,9 @@ constexpr const char* desk = R"(
             AXTextField "Secret" at 10,120 size 100x20 subrole AXSecureTextField
 )";
 
-class Taps : public testing::Test {
+class taps : public testing::Test {
  protected:
-  Taps() {
+  taps() {
     mac_.world = parseWorld(desk);
     for (const Pid pid : {5'000'000, 5'000'001}) {
       mac_.clients.push_back(std::make_unique<Client>());
@@ -65,7 +65,7 @@ class Taps : public testing::Test {
 
 using Lines = std::vector<std::string>;
 
-TEST_F(Taps, that_filter_hold_events_until_they_have_said_what_becomes_of_them) {
+TEST_F(taps, that_filter_hold_events_until_they_have_said_what_becomes_of_them) {
   const std::int64_t tap = add(Place::head, Kind::filters);
   happen("user key a");
   happen("user key b");
@@ -80,7 +80,7 @@ TEST_F(Taps, that_filter_hold_events_until_they_have_said_what_becomes_of_them) 
   EXPECT_EQ(told(), Lines{});
 }
 
-TEST_F(Taps, that_listen_are_told_and_hold_nothing) {
+TEST_F(taps, that_listen_are_told_and_hold_nothing) {
   add(Place::tail, Kind::listens);
   happen("user key a");
   EXPECT_EQ(body(), "a");
@@ -89,7 +89,7 @@ TEST_F(Taps, that_listen_are_told_and_hold_nothing) {
   EXPECT_EQ(nextTapDeadline(mac_), std::nullopt);
 }
 
-TEST_F(Taps, come_from_the_head_to_the_tail) {
+TEST_F(taps, come_from_the_head_to_the_tail) {
   const std::int64_t tail = add(Place::tail, Kind::listens);
   const std::int64_t head = add(Place::head, Kind::filters);
   const std::int64_t first = add(Place::head, Kind::listens, keys, 1);
@@ -110,7 +110,7 @@ TEST_F(Taps, come_from_the_head_to_the_tail) {
   EXPECT_EQ(body(), "a");
 }
 
-TEST_F(Taps, see_what_their_masks_have_and_what_happens_while_they_are_enabled) {
+TEST_F(taps, see_what_their_masks_have_and_what_happens_while_they_are_enabled) {
   add(Place::head, Kind::filters, moves);
   happen("user key a");
   EXPECT_EQ(body(), "a");
@@ -124,7 +124,7 @@ TEST_F(Taps, see_what_their_masks_have_and_what_happens_while_they_are_enabled) 
   EXPECT_EQ(body(), "ab");
 }
 
-TEST_F(Taps, are_told_all_of_an_event) {
+TEST_F(taps, are_told_all_of_an_event) {
   add(Place::head, Kind::listens);
   happen("user move 5,7");
   happen("user key A tagged for Notes");
@@ -137,7 +137,7 @@ TEST_F(Taps, are_told_all_of_an_event) {
   EXPECT_EQ(event.targetProcess, 41);
 }
 
-TEST_F(Taps, that_are_too_slow_are_disabled_and_told) {
+TEST_F(taps, that_are_too_slow_are_disabled_and_told) {
   const std::int64_t tap = add(Place::head, Kind::filters);
   mac_.now = 500;
   happen("user key a");
@@ -159,7 +159,7 @@ TEST_F(Taps, that_are_too_slow_are_disabled_and_told) {
   EXPECT_EQ(told(), Lines{"1:10"});
 }
 
-TEST_F(Taps, each_have_their_own_time) {
+TEST_F(taps, each_have_their_own_time) {
   add(Place::head, Kind::filters);
   add(Place::tail, Kind::filters);
   happen("user key a");
@@ -170,7 +170,7 @@ TEST_F(Taps, each_have_their_own_time) {
   EXPECT_EQ(body(), "");
 }
 
-TEST_F(Taps, can_be_disabled_by_the_system) {
+TEST_F(taps, can_be_disabled_by_the_system) {
   add(Place::head, Kind::filters);
   add(Place::tail, Kind::listens);
   happen("user key a");
@@ -182,7 +182,7 @@ TEST_F(Taps, can_be_disabled_by_the_system) {
   EXPECT_EQ(told(), Lines{"2:4294967294"});
 }
 
-TEST_F(Taps, go_with_their_owner_and_let_go_what_they_held) {
+TEST_F(taps, go_with_their_owner_and_let_go_what_they_held) {
   add(Place::head, Kind::filters);
   const std::int64_t other = add(Place::tail, Kind::filters, keys, 1);
   happen("user key a");
@@ -195,7 +195,7 @@ TEST_F(Taps, go_with_their_owner_and_let_go_what_they_held) {
   EXPECT_EQ(body(), "ab");
 }
 
-TEST_F(Taps, hear_verdicts_only_of_what_waits) {
+TEST_F(taps, hear_verdicts_only_of_what_waits) {
   const std::int64_t tap = add(Place::head, Kind::filters);
   happen("user key a");
   told();
@@ -207,7 +207,7 @@ TEST_F(Taps, hear_verdicts_only_of_what_waits) {
   EXPECT_EQ(body(), "a");
 }
 
-TEST_F(Taps, see_no_keys_for_a_secure_field_and_nothing_of_a_locked_session) {
+TEST_F(taps, see_no_keys_for_a_secure_field_and_nothing_of_a_locked_session) {
   add(Place::head, Kind::listens, keys | moves);
   happen("user click 20,130");
   EXPECT_EQ(told(), Lines{"1:5"});
@@ -219,12 +219,12 @@ TEST_F(Taps, see_no_keys_for_a_secure_field_and_nothing_of_a_locked_session) {
   EXPECT_EQ(mac_.world.pointer, (Point{1, 1}));
 }
 
-TEST_F(Taps, need_the_permission) {
+TEST_F(taps, need_the_permission) {
   mac_.world.accessibilityAllowed = false;
   EXPECT_EQ(createTap(mac_, client(), Place::head, Kind::filters, keys), std::nullopt);
 }
 
-TEST_F(Taps, leave_their_mark_in_the_journal) {
+TEST_F(taps, leave_their_mark_in_the_journal) {
   happen("user key a");
   EXPECT_TRUE(mac_.journal.empty());
   const std::int64_t tap = add(Place::head, Kind::filters);

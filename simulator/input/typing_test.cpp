@@ -11,7 +11,7 @@ namespace simulator {
 namespace {
 
 /// A field with a text and a caret or selection.
-class Typing : public testing::Test {
+class typed_text : public testing::Test {
  protected:
   void hold(const std::string& text, ax::Range selection) {
     field().attributes["AXValue"] = text;
@@ -41,7 +41,7 @@ class Typing : public testing::Test {
 
 using Places = std::vector<std::int64_t>;
 
-TEST_F(Typing, moves_the_caret_by_characters) {
+TEST_F(typed_text, moves_the_caret_by_characters) {
   hold("a😀é", {0, 0});
   EXPECT_EQ(carets({CaretMove::right, CaretMove::right, CaretMove::right, CaretMove::right}),
             (Places{1, 3, 4, 4}));
@@ -49,7 +49,7 @@ TEST_F(Typing, moves_the_caret_by_characters) {
             (Places{3, 1, 0, 0}));
 }
 
-TEST_F(Typing, moves_the_caret_by_lines_and_keeps_its_column_as_far_as_it_goes) {
+TEST_F(typed_text, moves_the_caret_by_lines_and_keeps_its_column_as_far_as_it_goes) {
   hold("abcd\n😀\n\nxyz", {3, 0});
   EXPECT_EQ(carets({CaretMove::down, CaretMove::down, CaretMove::down, CaretMove::down}),
             (Places{7, 8, 9, 12}));
@@ -58,7 +58,7 @@ TEST_F(Typing, moves_the_caret_by_lines_and_keeps_its_column_as_far_as_it_goes) 
   EXPECT_EQ(carets({CaretMove::end, CaretMove::start}), (Places{12, 0}));
 }
 
-TEST_F(Typing, leaves_a_selection_at_its_nearer_end) {
+TEST_F(typed_text, leaves_a_selection_at_its_nearer_end) {
   hold("abcdef", {1, 3});
   EXPECT_EQ(carets({CaretMove::left}), (Places{1}));
   hold("abcdef", {1, 3});
@@ -67,7 +67,7 @@ TEST_F(Typing, leaves_a_selection_at_its_nearer_end) {
   EXPECT_EQ(carets({CaretMove::down}), (Places{6}));
 }
 
-TEST_F(Typing, deletes_a_character_or_the_selection) {
+TEST_F(typed_text, deletes_a_character_or_the_selection) {
   hold("a😀b", {3, 0});
   deleteBackward(notes(), field().id);
   EXPECT_EQ(text(), "ab");
@@ -85,7 +85,7 @@ TEST_F(Typing, deletes_a_character_or_the_selection) {
   EXPECT_EQ(text(), "");
 }
 
-TEST_F(Typing, selects_all) {
+TEST_F(typed_text, selects_all) {
   hold("a😀", {0, 0});
   selectAll(field());
   EXPECT_EQ(selectionOf(field()).location, 0);

@@ -23,7 +23,7 @@ constexpr const char* desk = R"(
         window 9 "Page" at 400,0 size 300x300
 )";
 
-class UserInput : public testing::Test {
+class user_input : public testing::Test {
  protected:
   Happening happening(const char* text) { return parseHappening(text, world_); }
   void happen(const char* text) { simulator::happen(world_, happening(text)); }
@@ -55,7 +55,7 @@ class UserInput : public testing::Test {
 
 using Lines = std::vector<std::string>;
 
-TEST_F(UserInput, presses_shift_for_what_needs_it) {
+TEST_F(user_input, presses_shift_for_what_needs_it) {
   EXPECT_EQ(events("user key a"), (Lines{"key-down 0 at 10,10", "key-up 0 at 10,10"}));
   EXPECT_EQ(events("user key A"),
             (Lines{"flags with shift at 10,10", "key-down 0 with shift at 10,10",
@@ -66,14 +66,14 @@ TEST_F(UserInput, presses_shift_for_what_needs_it) {
   EXPECT_EQ(events("user key enter"), (Lines{"key-down 76 at 10,10", "key-up 76 at 10,10"}));
 }
 
-TEST_F(UserInput, presses_the_keys_of_the_users_layout) {
+TEST_F(user_input, presses_the_keys_of_the_users_layout) {
   world_.keyboard.layout = KeyboardLayout::german;
   EXPECT_EQ(events("user key z")[0], "key-down 16 at 10,10");
   world_.keyboard.layout = KeyboardLayout::french;
   EXPECT_EQ(events("user key 2")[1], "key-down 19 with shift at 10,10");
 }
 
-TEST_F(UserInput, holds_modifiers_while_they_are_held) {
+TEST_F(user_input, holds_modifiers_while_they_are_held) {
   EXPECT_EQ(events("user press cmd"), Lines{"flags with cmd at 10,10"});
   EXPECT_EQ(world_.keyboard.modifiers, 0x100000U);
   EXPECT_EQ(events("user key cmd shift a"),
@@ -84,7 +84,7 @@ TEST_F(UserInput, holds_modifiers_while_they_are_held) {
   EXPECT_EQ(world_.keyboard.modifiers, 0U);
 }
 
-TEST_F(UserInput, moves_the_pointer_and_says_how_far) {
+TEST_F(user_input, moves_the_pointer_and_says_how_far) {
   EXPECT_EQ(events("user move 12,9"), Lines{"moved at 12,9 by 2,-1"});
   EXPECT_EQ(events("user click 20,20 right"),
             (Lines{"moved at 20,20 by 8,11", "right-down at 20,20", "right-up at 20,20"}));
@@ -95,14 +95,14 @@ TEST_F(UserInput, moves_the_pointer_and_says_how_far) {
   EXPECT_EQ(world_.pointer, (Point{30, 10}));
 }
 
-TEST_F(UserInput, can_be_posted_by_others) {
+TEST_F(user_input, can_be_posted_by_others) {
   EXPECT_EQ(events("user key a tagged for Browser"),
             (Lines{"key-down 0 at 10,10 tag 1515475542 for 42",
                    "key-up 0 at 10,10 tag 1515475542 for 42"}));
   EXPECT_TRUE(world_.activity.lastTimes.empty());
 }
 
-TEST_F(UserInput, is_remembered_by_kind) {
+TEST_F(user_input, is_remembered_by_kind) {
   world_.present = 5;
   events("user key a");
   world_.present = 7;
@@ -111,7 +111,7 @@ TEST_F(UserInput, is_remembered_by_kind) {
             (std::map<std::uint32_t, std::int64_t>{{5, 7}, {10, 5}, {11, 5}}));
 }
 
-TEST_F(UserInput, reaches_the_front_application) {
+TEST_F(user_input, reaches_the_front_application) {
   happen("user key é");
   happen("user key shift b");
   happen("user key cmd b");
@@ -119,7 +119,7 @@ TEST_F(UserInput, reaches_the_front_application) {
   EXPECT_EQ(valueOf("Log"), "bold");
 }
 
-TEST_F(UserInput, clicks_where_a_button_goes_down_and_up) {
+TEST_F(user_input, clicks_where_a_button_goes_down_and_up) {
   happen("user click 210,210");
   EXPECT_EQ(valueOf("Log"), "pressed");
   happen("user click 210,210 right");
@@ -129,27 +129,27 @@ TEST_F(UserInput, clicks_where_a_button_goes_down_and_up) {
   EXPECT_EQ(valueOf("Log"), "asked");
 }
 
-TEST_F(UserInput, needs_a_press_for_a_release) {
+TEST_F(user_input, needs_a_press_for_a_release) {
   for (const InputEvent& input : inputOf(world_, happening("user click 210,210"))) {
     if (nameOfInput(input) != "left-down") takeInput(world_, input);
   }
   EXPECT_EQ(valueOf("Log"), "");
 }
 
-TEST_F(UserInput, scrolls_what_is_under_the_pointer) {
+TEST_F(user_input, scrolls_what_is_under_the_pointer) {
   happen("user move 500,50");
   happen("user scroll 1,-3");
   EXPECT_EQ(findWindow(world_, 9)->scrolledLines, (Point{1, -3}));
   EXPECT_EQ(findWindow(world_, 7)->scrolledLines, (Point{0, 0}));
 }
 
-TEST_F(UserInput, is_secure_in_a_secure_field) {
+TEST_F(user_input, is_secure_in_a_secure_field) {
   EXPECT_FALSE(hasSecureInput(world_));
   happen("user click 20,130");
   EXPECT_TRUE(hasSecureInput(world_));
 }
 
-TEST_F(UserInput, copies) {
+TEST_F(user_input, copies) {
   happen("user copy hello");
   EXPECT_EQ(pastedText(world_.pasteboard), "hello");
   EXPECT_EQ(world_.pasteboard.changeCount, 2);

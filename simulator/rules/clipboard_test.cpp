@@ -15,9 +15,9 @@ using platform::Function;
 using Items = std::vector<pasteboard::Item>;
 using Sentences = std::vector<std::string>;
 
-class Clipboard : public testing::Test {
+class clipboard_rules : public testing::Test {
  protected:
-  Clipboard() {
+  clipboard_rules() {
     mac_.world = parseWorld(R"(
       pasteboard item "public.utf8-plain-text" "old" "public.rtf" "{old}"
       pasteboard item "public.png" "picture" promises "com.example.lazy")");
@@ -62,35 +62,35 @@ class Clipboard : public testing::Test {
   std::int64_t own_ = 0;
 };
 
-TEST_F(Clipboard, is_given_back_whole) {
+TEST_F(clipboard_rules, is_given_back_whole) {
   take();
   giveBack();
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(Clipboard, may_never_be_touched) {
+TEST_F(clipboard_rules, may_never_be_touched) {
   userCopies();
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(Clipboard, must_be_given_back) {
+TEST_F(clipboard_rules, must_be_given_back) {
   take();
   EXPECT_EQ(end(), Sentences{"I9: the clipboard is not what it was"});
 }
 
-TEST_F(Clipboard, must_not_come_back_in_part_or_another_order) {
+TEST_F(clipboard_rules, must_not_come_back_in_part_or_another_order) {
   take();
   std::swap(saved_[0][0], saved_[0][1]);
   giveBack();
   EXPECT_EQ(end(), Sentences{"I9: the clipboard is not what it was"});
 }
 
-TEST_F(Clipboard, must_be_saved_before) {
+TEST_F(clipboard_rules, must_be_saved_before) {
   call(Function::clearPasteboard);
   EXPECT_EQ(end(), Sentences{"I9: the clipboard was cleared and not saved before"});
 }
 
-TEST_F(Clipboard, keeps_what_the_user_copies_meanwhile) {
+TEST_F(clipboard_rules, keeps_what_the_user_copies_meanwhile) {
   take();
   userCopies();
   giveBack();
@@ -98,7 +98,7 @@ TEST_F(Clipboard, keeps_what_the_user_copies_meanwhile) {
   EXPECT_EQ(pastedText(mac_.world.pasteboard), "newer");
 }
 
-TEST_F(Clipboard, must_not_lose_a_copy_that_was_seen) {
+TEST_F(clipboard_rules, must_not_lose_a_copy_that_was_seen) {
   take();
   userCopies();
   call(Function::pasteboardChangeCount);
@@ -107,7 +107,7 @@ TEST_F(Clipboard, must_not_lose_a_copy_that_was_seen) {
   EXPECT_EQ(end(), Sentences{"I9: a newer copy was overwritten"});
 }
 
-TEST_F(Clipboard, may_lose_a_copy_that_nobody_could_see) {
+TEST_F(clipboard_rules, may_lose_a_copy_that_nobody_could_see) {
   take();
   call(Function::pasteboardChangeCount);
   userCopies();
@@ -116,7 +116,7 @@ TEST_F(Clipboard, may_lose_a_copy_that_nobody_could_see) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(Clipboard, may_lose_a_copy_that_came_before_its_own_count_was_read) {
+TEST_F(clipboard_rules, may_lose_a_copy_that_came_before_its_own_count_was_read) {
   saved_ = driver::unpack<Items>(call(Function::pasteboardItems));
   call(Function::clearPasteboard);
   userCopies();
@@ -127,7 +127,7 @@ TEST_F(Clipboard, may_lose_a_copy_that_came_before_its_own_count_was_read) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(Clipboard, may_stay_empty_when_it_refuses_what_it_held) {
+TEST_F(clipboard_rules, may_stay_empty_when_it_refuses_what_it_held) {
   take();
   call(Function::clearPasteboard);
   const platform::Call refused{Function::writePasteboard, {pack(saved_)}};
@@ -136,7 +136,7 @@ TEST_F(Clipboard, may_stay_empty_when_it_refuses_what_it_held) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(Clipboard, is_given_back_only_when_the_reader_has_had_its_time) {
+TEST_F(clipboard_rules, is_given_back_only_when_the_reader_has_had_its_time) {
   take();
   lastSleep_ = 299'999;
   giveBack();

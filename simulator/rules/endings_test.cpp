@@ -12,7 +12,7 @@ namespace {
 using driver::Datum;
 using driver::pack;
 using platform::Function;
-using testing_support::BrokenRun;
+using testing_support::broken_run;
 using testing_support::Sentences;
 
 constexpr const char* done = "{\"ok\":true}\n";
@@ -21,32 +21,32 @@ constexpr const char* refused = "{\"error\":\"x\",\"ok\":false}\n";
 constexpr std::uint32_t leftDown = 1;
 constexpr std::uint32_t moved = 5;
 
-TEST_F(BrokenRun, whose_success_has_a_failure_status) {
+TEST_F(broken_run, whose_success_has_a_failure_status) {
   EXPECT_EQ(end(done, 1), Sentences{"I6: success with a failure status"});
 }
 
-TEST_F(BrokenRun, whose_status_is_unknown) {
+TEST_F(broken_run, whose_status_is_unknown) {
   EXPECT_EQ(end(refused, 2), Sentences{"I6: unknown exit status"});
 }
 
-TEST_F(BrokenRun, whose_output_is_no_reply) {
+TEST_F(broken_run, whose_output_is_no_reply) {
   EXPECT_EQ(end(""), Sentences{"I6: the output is not exactly one line"});
 }
 
-TEST_F(BrokenRun, is_not_one_whose_reader_refused_the_output) {
+TEST_F(broken_run, is_not_one_whose_reader_refused_the_output) {
   call(Function::writeOutput, {pack("x")}, pack(false));
 
   EXPECT_EQ(end("", 1), Sentences{});
 }
 
-TEST_F(BrokenRun, whose_input_was_withheld_and_yet_succeeds) {
+TEST_F(broken_run, whose_input_was_withheld_and_yet_succeeds) {
   mac_.world.session.locked = true;
   checkSession();
 
   EXPECT_EQ(end(done), Sentences{"I8: input was withheld, yet the reply is a success"});
 }
 
-TEST_F(BrokenRun, is_not_a_command_without_input_on_a_locked_screen) {
+TEST_F(broken_run, is_not_a_command_without_input_on_a_locked_screen) {
   client_.arguments[1] = "session";
   mac_.world.session.locked = true;
   checkSession();
@@ -54,27 +54,27 @@ TEST_F(BrokenRun, is_not_a_command_without_input_on_a_locked_screen) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenRun, that_gives_focus_and_never_takes_it_back) {
+TEST_F(broken_run, that_gives_focus_and_never_takes_it_back) {
   askForFront(40);
   focusRecord(true);
 
   EXPECT_EQ(end(), Sentences{"I10: focus was given and never taken back"});
 }
 
-TEST_F(BrokenRun, that_saw_the_target_in_front_only_before_it_gave_focus) {
+TEST_F(broken_run, that_saw_the_target_in_front_only_before_it_gave_focus) {
   askForFront(41);
   focusRecord(true);
 
   EXPECT_EQ(end(), Sentences{"I10: focus was given and never taken back"});
 }
 
-TEST_F(BrokenRun, that_takes_back_focus_it_never_gave) {
+TEST_F(broken_run, that_takes_back_focus_it_never_gave) {
   focusRecord(false);
 
   EXPECT_EQ(end(), Sentences{"I10: focus was taken back more often than given"});
 }
 
-TEST_F(BrokenRun, is_not_one_that_need_not_take_focus_back) {
+TEST_F(broken_run, is_not_one_that_need_not_take_focus_back) {
   focusRecord(true, -600);  // it was refused
   EXPECT_EQ(violations_, Sentences{});
   focusRecord(true);
@@ -85,7 +85,7 @@ TEST_F(BrokenRun, is_not_one_that_need_not_take_focus_back) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenRun, that_posts_into_a_window_outside_the_scope) {
+TEST_F(broken_run, that_posts_into_a_window_outside_the_scope) {
   client_.environment["CU_WINDOW"] = "inbox";
   post(event(moved, 7));
   post(event(moved, 9));
@@ -95,7 +95,7 @@ TEST_F(BrokenRun, that_posts_into_a_window_outside_the_scope) {
   EXPECT_EQ(end(), Sentences{"I11: an event into a window outside the scope"});
 }
 
-TEST_F(BrokenRun, that_captures_a_window_outside_the_scope) {
+TEST_F(broken_run, that_captures_a_window_outside_the_scope) {
   client_.arguments = {"driver", "capture", "Notes", "out.png"};
   client_.environment["CU_WINDOW"] = "inbox";
   const auto capture = [&](std::vector<WindowNumber> windows) {
@@ -108,7 +108,7 @@ TEST_F(BrokenRun, that_captures_a_window_outside_the_scope) {
   EXPECT_EQ(end(done), Sentences{"I11: a window outside the scope is captured"});
 }
 
-TEST_F(BrokenRun, that_asks_a_hung_application_a_third_time) {
+TEST_F(broken_run, that_asks_a_hung_application_a_third_time) {
   const Datum::List toNotes = {pack(platform::ElementReference{41, 0})};
   const Datum::List toBrowser = {pack(platform::ElementReference{40, 0})};
   call(Function::axAttribute, toNotes, {}, messagingTimeout);
@@ -121,13 +121,13 @@ TEST_F(BrokenRun, that_asks_a_hung_application_a_third_time) {
   EXPECT_EQ(end(), Sentences{"I15: a hung application is asked again"});
 }
 
-TEST_F(BrokenRun, that_fails_and_yet_replaces_a_file) {
+TEST_F(broken_run, that_fails_and_yet_replaces_a_file) {
   call(Function::replaceFile, {pack("out.png"), pack(1)}, pack(true));
 
   EXPECT_EQ(end(refused, 1), Sentences{"I19: a file was replaced by a failed run"});
 }
 
-TEST_F(BrokenRun, that_was_killed_is_not_held_to_its_end) {
+TEST_F(broken_run, that_was_killed_is_not_held_to_its_end) {
   focusRecord(true);
   post(event(leftDown));
   rules_.finish(violations_);
@@ -135,7 +135,7 @@ TEST_F(BrokenRun, that_was_killed_is_not_held_to_its_end) {
   EXPECT_EQ(violations_, Sentences{});
 }
 
-TEST_F(BrokenRun, is_reported_once) {
+TEST_F(broken_run, is_reported_once) {
   end("");
 
   EXPECT_EQ(end(""), Sentences{"I6: the output is not exactly one line"});
@@ -143,7 +143,7 @@ TEST_F(BrokenRun, is_reported_once) {
 
 }  // namespace
 
-TEST_F(BrokenRun, that_fails_without_a_reason) {
+TEST_F(broken_run, that_fails_without_a_reason) {
   EXPECT_EQ(end("{\"ok\":false}\n"), Sentences{"I6: a failure without an \"error\""});
 }
 

@@ -17,7 +17,7 @@ using platform::Function;
 using platform::ValueKind;
 
 /// A run of `ax-insert` whose calls are made by hand.
-class Insertion : public testing::Test {
+class insertion_rules : public testing::Test {
  protected:
   /// The run enters `text` into the element 2, which this line describes; element 1 is its window.
   void begin(const std::string& line, const std::string& mode, const std::string& text,
@@ -64,7 +64,7 @@ const std::vector<std::string> replaced = {"I13: a text was replaced that the ru
 const std::vector<std::string> unseen = {
     "I13: a success, and the field was not seen to hold the text"};
 
-TEST_F(Insertion, may_replace_nothing_and_decoration) {
+TEST_F(insertion_rules, may_replace_nothing_and_decoration) {
   for (const char* line : {"\n    AXTextArea \"F\"", "\n    AXTextArea \"F\" value \" \\n\"",
                            "\n    AXTextArea placeholder \"Write\" shows placeholder",
                            "\n    AXTextArea \"Title  of it\" value \"Title of it\""}) {
@@ -76,7 +76,7 @@ TEST_F(Insertion, may_replace_nothing_and_decoration) {
   }
 }
 
-TEST_F(Insertion, may_not_replace_a_strangers_text) {
+TEST_F(insertion_rules, may_not_replace_a_strangers_text) {
   begin("\n    AXTextArea \"F\" value \"old\"", "replace", "new");
   read("AXValue");
   write("AXValue", "new");
@@ -88,7 +88,7 @@ TEST_F(Insertion, may_not_replace_a_strangers_text) {
   EXPECT_EQ(end(false), replaced);
 }
 
-TEST_F(Insertion, may_replace_its_own_text_and_whatever_a_message_replaces) {
+TEST_F(insertion_rules, may_replace_its_own_text_and_whatever_a_message_replaces) {
   begin("\n    AXTextArea \"F\" value \"old  text\"", "replace", "new", R"(["x","old\ntext"])");
   read("AXValue");
   write("AXValue", "new");
@@ -105,7 +105,7 @@ TEST_F(Insertion, may_replace_its_own_text_and_whatever_a_message_replaces) {
   EXPECT_EQ(end(), none);
 }
 
-TEST_F(Insertion, may_replace_single_lines_in_dialogs) {
+TEST_F(insertion_rules, may_replace_single_lines_in_dialogs) {
   begin(" subrole AXDialog\n    AXTextField \"F\" value \"old\"", "replace", "new");
   write("AXValue", "new");
   EXPECT_EQ(end(false), none);
@@ -115,7 +115,7 @@ TEST_F(Insertion, may_replace_single_lines_in_dialogs) {
   EXPECT_EQ(end(false), replaced);
 }
 
-TEST_F(Insertion, is_not_to_blame_for_a_text_that_could_not_be_read) {
+TEST_F(insertion_rules, is_not_to_blame_for_a_text_that_could_not_be_read) {
   begin("\n    AXTextArea \"F\" value \"old\"", "replace", "new", "",
         {parseFault("ax.attribute 1 error -25204", parseWorld(""))});
   read("AXValue");
@@ -128,7 +128,7 @@ TEST_F(Insertion, is_not_to_blame_for_a_text_that_could_not_be_read) {
   EXPECT_EQ(end(false), none);
 }
 
-TEST_F(Insertion, succeeds_only_when_the_field_was_seen_to_hold_the_text) {
+TEST_F(insertion_rules, succeeds_only_when_the_field_was_seen_to_hold_the_text) {
   begin("\n    AXTextArea \"F\" ignores writes", "message", "new");
   write("AXValue", "new");
   read("AXValue");
@@ -147,7 +147,7 @@ TEST_F(Insertion, succeeds_only_when_the_field_was_seen_to_hold_the_text) {
   EXPECT_EQ(end(false), none);
 }
 
-TEST_F(Insertion, expects_what_the_mode_makes_of_the_prior_text) {
+TEST_F(insertion_rules, expects_what_the_mode_makes_of_the_prior_text) {
   const auto insert = [&](const char* mode, ax::Range range, const char* written) {
     begin("\n    AXTextArea \"F\" value \"a😀b\" selection 1+2", mode, "x");
     read("AXValue");
@@ -166,7 +166,7 @@ TEST_F(Insertion, expects_what_the_mode_makes_of_the_prior_text) {
   EXPECT_EQ(insert("caret", {4, 0}, "x"), unseen);
 }
 
-TEST_F(Insertion, takes_the_text_that_shows_for_that_of_a_composer) {
+TEST_F(insertion_rules, takes_the_text_that_shows_for_that_of_a_composer) {
   begin("\n    AXTextArea \"F\" composer without value", "message", "one\ntwo");
   write("AXValue", "one\ntwo");
   read("AXChildren");
@@ -178,7 +178,7 @@ TEST_F(Insertion, takes_the_text_that_shows_for_that_of_a_composer) {
   EXPECT_EQ(end(), unseen);
 }
 
-TEST_F(Insertion, waits_for_a_late_text) {
+TEST_F(insertion_rules, waits_for_a_late_text) {
   begin("\n    AXTextArea \"F\" late 100ms", "message", "new");
   write("AXValue", "new");
   desktop_->advanceTo(99'999);
@@ -189,7 +189,7 @@ TEST_F(Insertion, waits_for_a_late_text) {
   EXPECT_EQ(end(), none);
 }
 
-TEST(SquashedTexts, have_single_spaces_between_words) {
+TEST(squashed_texts, have_single_spaces_between_words) {
   EXPECT_EQ(squashedText(""), "");
   EXPECT_EQ(squashedText(" \t\n\v\f\r"), "");
   EXPECT_EQ(squashedText("\u00A0a\u2003\u3000b\u2028\u0085c\u180Ed "), "a b c\u180Ed");

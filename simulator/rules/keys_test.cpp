@@ -13,14 +13,14 @@ namespace {
 using driver::pack;
 using platform::EventImage;
 using platform::Function;
-using testing_support::BrokenRun;
+using testing_support::broken_run;
 using testing_support::Sentences;
 
 constexpr const char* done = "{\"ok\":true}\n";
 constexpr std::uint32_t down = 10;
 constexpr std::uint32_t up = 11;
 
-class BrokenKeys : public BrokenRun {
+class broken_keys : public broken_run {
  protected:
   void run(const char* command, const char* payload) {
     client_.arguments = {"driver", command, "Notes", payload};
@@ -75,7 +75,7 @@ class BrokenKeys : public BrokenRun {
   }
 };
 
-TEST_F(BrokenKeys, are_not_those_of_a_correct_run) {
+TEST_F(broken_keys, are_not_those_of_a_correct_run) {
   run("bg-key", "cmd+shift+S");
   focusRecord(true);
   keyRecord(1);
@@ -91,7 +91,7 @@ TEST_F(BrokenKeys, are_not_those_of_a_correct_run) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenKeys, are_not_those_of_a_text_typed_in_pieces) {
+TEST_F(broken_keys, are_not_those_of_a_text_typed_in_pieces) {
   run("bg-type", "ab\r\n\nc");
   typeText("a");
   typeText("b");
@@ -102,7 +102,7 @@ TEST_F(BrokenKeys, are_not_those_of_a_text_typed_in_pieces) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenKeys, are_not_those_of_a_menu_that_took_the_shortcut) {
+TEST_F(broken_keys, are_not_those_of_a_menu_that_took_the_shortcut) {
   run("bg-paste-files", "/a");
   call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
        pack(ax::Outcome{}));
@@ -111,7 +111,7 @@ TEST_F(BrokenKeys, are_not_those_of_a_menu_that_took_the_shortcut) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenKeys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
+TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
   run("bg-type", "\n");
   postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
   keyRecord(1);
@@ -129,7 +129,7 @@ TEST_F(BrokenKeys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) 
                  "I5: a wait of 100000 us is missing", "I5: a wait of 100000 us is missing"}));
 }
 
-TEST_F(BrokenKeys, owe_no_wait_for_what_was_refused) {
+TEST_F(broken_keys, owe_no_wait_for_what_was_refused) {
   run("bg-key", "a");
   keyRecord(1);
   keyRecord(2, 7, -600);
@@ -139,7 +139,7 @@ TEST_F(BrokenKeys, owe_no_wait_for_what_was_refused) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenKeys, that_take_focus_back_at_once) {
+TEST_F(broken_keys, that_take_focus_back_at_once) {
   run("bg-key", "a");
   focusRecord(true);
   postKeys({{down, 0}, {up, 0}}, 0);
@@ -148,7 +148,7 @@ TEST_F(BrokenKeys, that_take_focus_back_at_once) {
   EXPECT_EQ(end(done), Sentences{"I5: focus is taken back without the wait before it"});
 }
 
-TEST_F(BrokenKeys, that_carry_other_modifiers_than_told) {
+TEST_F(broken_keys, that_carry_other_modifiers_than_told) {
   run("bg-key", "ctrl+a");
   postKey(key(down, 59, controlFlag));
   postKey(key(down, 0, commandFlag));
@@ -161,14 +161,14 @@ TEST_F(BrokenKeys, that_carry_other_modifiers_than_told) {
                                   "I3: a key with other modifiers than it was told"}));
 }
 
-TEST_F(BrokenKeys, that_stay_down) {
+TEST_F(broken_keys, that_stay_down) {
   run("bg-key", "cmd+a");
   postKeys({{down, 55}, {down, 0}, {up, 0}}, commandFlag);
 
   EXPECT_EQ(end(), Sentences{"I4: a key was left down"});
 }
 
-TEST_F(BrokenKeys, that_go_up_in_another_order) {
+TEST_F(broken_keys, that_go_up_in_another_order) {
   run("bg-key", "cmd+shift+a");
   postKeys({{down, 55}, {down, 56}, {down, 0}, {up, 0}, {up, 55}, {up, 56}},
            commandFlag | shiftFlag);
@@ -176,14 +176,14 @@ TEST_F(BrokenKeys, that_go_up_in_another_order) {
   EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
 }
 
-TEST_F(BrokenKeys, that_go_up_without_having_gone_down) {
+TEST_F(broken_keys, that_go_up_without_having_gone_down) {
   run("bg-key", "a");
   postKeys({{up, 0}}, 0);
 
   EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
 }
 
-TEST_F(BrokenKeys, are_excused_when_an_event_could_not_be_created) {
+TEST_F(broken_keys, are_excused_when_an_event_could_not_be_created) {
   run("bg-key", "cmd+a");
   postKeys({{down, 55}, {down, 0}}, commandFlag);
   call(Function::createKeyboardEvent, {});
@@ -191,7 +191,7 @@ TEST_F(BrokenKeys, are_excused_when_an_event_could_not_be_created) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenKeys, that_succeed_with_something_left_out) {
+TEST_F(broken_keys, that_succeed_with_something_left_out) {
   const Sentences incomplete = {"I8: a success without all of the input"};
   const std::pair<const char*, const char*> commands[] = {
       {"bg-key", "a"}, {"bg-type", "a"}, {"bg-type", "\n"}, {"bg-paste-files", "/a"}};
@@ -211,13 +211,13 @@ TEST_F(BrokenKeys, that_succeed_with_something_left_out) {
   EXPECT_EQ(violations, Sentences{});
 }
 
-TEST_F(BrokenKeys, that_succeed_with_another_key_or_text) {
+TEST_F(broken_keys, that_succeed_with_another_key_or_text) {
   run("bg-type", "ab");
   typeText("aB");
   EXPECT_EQ(end(done), Sentences{"I8: a success without all of the input"});
 }
 
-TEST_F(BrokenKeys, are_known_by_their_names) {
+TEST_F(broken_keys, are_known_by_their_names) {
   const std::pair<const char*, std::int64_t> names[] = {
       {"enter", 36}, {"esc", 53}, {"backspace", 51}, {"\\", 42}, {"`", 50}, {"5", 23}};
   for (const auto& [name, code] : names) {
@@ -235,7 +235,7 @@ TEST_F(BrokenKeys, are_known_by_their_names) {
   }
 }
 
-TEST_F(BrokenKeys, for_one_of_two_windows_that_look_alike) {
+TEST_F(broken_keys, for_one_of_two_windows_that_look_alike) {
   run("bg-key", "a");
   for (Window& window : mac_.world.windows) {
     if (window.number == 8) window.title = "Inbox";
@@ -247,7 +247,7 @@ TEST_F(BrokenKeys, for_one_of_two_windows_that_look_alike) {
   EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
 }
 
-TEST_F(BrokenKeys, are_not_those_for_a_window_that_has_told_its_number) {
+TEST_F(broken_keys, are_not_those_for_a_window_that_has_told_its_number) {
   run("bg-key", "a");
   for (Window& window : mac_.world.windows) {
     if (window.number == 8) window.title = "Inbox";
@@ -260,7 +260,7 @@ TEST_F(BrokenKeys, are_not_those_for_a_window_that_has_told_its_number) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenKeys, for_a_window_outside_the_scope) {
+TEST_F(broken_keys, for_a_window_outside_the_scope) {
   run("bg-key", "a");
   client_.environment["CU_WINDOW"] = "Inbox";
   keyRecord(1, 8);
@@ -270,7 +270,7 @@ TEST_F(BrokenKeys, for_a_window_outside_the_scope) {
   EXPECT_EQ(end(), Sentences{"I11: keys for a window outside the scope"});
 }
 
-TEST_F(BrokenKeys, are_not_counted_as_focus_taken_back_when_a_serial_is_missing_before) {
+TEST_F(broken_keys, are_not_counted_as_focus_taken_back_when_a_serial_is_missing_before) {
   run("bg-key", "a");
   focusRecord(true);
   askForSerial(-600);

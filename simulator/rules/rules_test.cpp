@@ -13,7 +13,7 @@ namespace {
 using driver::pack;
 using platform::EventImage;
 using platform::Function;
-using testing_support::BrokenRun;
+using testing_support::broken_run;
 using testing_support::Sentences;
 
 constexpr const char* done = "{\"ok\":true}\n";
@@ -24,7 +24,7 @@ constexpr std::uint32_t leftUp = 2;
 constexpr std::uint32_t rightDown = 3;
 constexpr std::uint32_t moved = 5;
 
-TEST_F(BrokenRun, is_not_a_correct_one) {
+TEST_F(broken_run, is_not_a_correct_one) {
   checkService(true);
   checkSession();
   askForFront(40);
@@ -42,7 +42,7 @@ TEST_F(BrokenRun, is_not_a_correct_one) {
   EXPECT_EQ(end(done), Sentences{});
 }
 
-TEST_F(BrokenRun, that_posts_after_a_check_found_no_usable_session) {
+TEST_F(broken_run, that_posts_after_a_check_found_no_usable_session) {
   mac_.world.session.locked = true;
   checkSession();
   post(event(moved));
@@ -50,7 +50,7 @@ TEST_F(BrokenRun, that_posts_after_a_check_found_no_usable_session) {
   EXPECT_EQ(end(), Sentences{"I1: posted after a check found no usable session"});
 }
 
-TEST_F(BrokenRun, that_posts_after_a_check_found_another_console) {
+TEST_F(broken_run, that_posts_after_a_check_found_another_console) {
   mac_.world.session.onConsole = false;
   checkSession();
   post(event(moved));
@@ -58,7 +58,7 @@ TEST_F(BrokenRun, that_posts_after_a_check_found_another_console) {
   EXPECT_EQ(end(), Sentences{"I1: posted after a check found no usable session"});
 }
 
-TEST_F(BrokenRun, that_posts_twice_between_a_lock_and_the_next_check) {
+TEST_F(broken_run, that_posts_twice_between_a_lock_and_the_next_check) {
   checkSession();
   mac_.world.session.locked = true;
   post(event(moved));
@@ -67,7 +67,7 @@ TEST_F(BrokenRun, that_posts_twice_between_a_lock_and_the_next_check) {
   EXPECT_EQ(end(), Sentences{"I1: two operations without a session check between them"});
 }
 
-TEST_F(BrokenRun, is_not_one_that_posts_once_after_a_lock_or_an_event_by_both_routes) {
+TEST_F(broken_run, is_not_one_that_posts_once_after_a_lock_or_an_event_by_both_routes) {
   checkSession();
   mac_.world.session.locked = true;
   const EventImage both = event(moved);
@@ -78,7 +78,7 @@ TEST_F(BrokenRun, is_not_one_that_posts_once_after_a_lock_or_an_event_by_both_ro
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenRun, that_posts_after_the_liveness_check_failed) {
+TEST_F(broken_run, that_posts_after_the_liveness_check_failed) {
   checkService(false);
   post(event(moved));
 
@@ -86,7 +86,7 @@ TEST_F(BrokenRun, that_posts_after_the_liveness_check_failed) {
             Sentences{"I2: posted after the liveness check failed"});
 }
 
-TEST_F(BrokenRun, that_posts_twice_after_the_services_death) {
+TEST_F(broken_run, that_posts_twice_after_the_services_death) {
   client_.environment["CU_CAPTURE_PID"] = "900";
   mac_.world.processes.erase(900);
   post(event(moved));
@@ -96,7 +96,7 @@ TEST_F(BrokenRun, that_posts_twice_after_the_services_death) {
   EXPECT_EQ(end(), Sentences{"I2: two operations after the service's death"});
 }
 
-TEST_F(BrokenRun, that_met_a_failed_liveness_check_ends_with_the_refusal_and_status_1) {
+TEST_F(broken_run, that_met_a_failed_liveness_check_ends_with_the_refusal_and_status_1) {
   const Sentences broken = {"I2: the run did not end with the refusal"};
   const std::pair<std::string, int> ends[] = {
       {done, 0}, {refused, 1}, {std::string(livenessRefusal), 0}};
@@ -113,7 +113,7 @@ TEST_F(BrokenRun, that_met_a_failed_liveness_check_ends_with_the_refusal_and_sta
   }
 }
 
-TEST_F(BrokenRun, that_posts_without_the_own_tag) {
+TEST_F(broken_run, that_posts_without_the_own_tag) {
   EventImage untagged = event(moved);
   untagged.publicFields.clear();
   post(untagged);
@@ -125,14 +125,14 @@ TEST_F(BrokenRun, that_posts_without_the_own_tag) {
             (Sentences{"I3: an event without the own tag", "I3: an event without the own tag"}));
 }
 
-TEST_F(BrokenRun, that_posts_to_two_processes) {
+TEST_F(broken_run, that_posts_to_two_processes) {
   post(event(moved));
   post(event(moved, 5), 40);
 
   EXPECT_EQ(end(), Sentences{"I3: events to two processes"});
 }
 
-TEST_F(BrokenRun, that_moves_the_users_pointer) {
+TEST_F(broken_run, that_moves_the_users_pointer) {
   before(Function::publicPost, {pack(Pid{41}), pack(event(moved))});
   mac_.world.pointer = {10, 10};
   after(Function::publicPost, {pack(Pid{41}), pack(event(moved))}, {});
@@ -141,7 +141,7 @@ TEST_F(BrokenRun, that_moves_the_users_pointer) {
   EXPECT_EQ(end(), Sentences{"I3: the user's pointer moved"});
 }
 
-TEST_F(BrokenRun, that_changes_the_front_application) {
+TEST_F(broken_run, that_changes_the_front_application) {
   before(Function::axSetAttribute, {pack(platform::ElementReference{41, 0})});
   mac_.world.frontmost = 41;
   after(Function::axSetAttribute, {pack(platform::ElementReference{41, 0})}, {});
@@ -149,7 +149,7 @@ TEST_F(BrokenRun, that_changes_the_front_application) {
   EXPECT_EQ(end(), Sentences{"I3: the front application changed"});
 }
 
-TEST_F(BrokenRun, is_not_one_whose_target_quits_in_front_by_its_own_reaction) {
+TEST_F(broken_run, is_not_one_whose_target_quits_in_front_by_its_own_reaction) {
   before(Function::publicPost, {pack(Pid{40}), pack(event(moved, 5))});
   mac_.world.applications[0].running = false;
   mac_.world.frontmost = 41;
@@ -159,7 +159,7 @@ TEST_F(BrokenRun, is_not_one_whose_target_quits_in_front_by_its_own_reaction) {
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenRun, that_leaves_a_button_down_or_up_twice) {
+TEST_F(broken_run, that_leaves_a_button_down_or_up_twice) {
   for (const auto& types : {std::vector<std::uint32_t>{leftDown}, {leftUp}, {rightDown, leftUp}}) {
     Rules rules(mac_, client_);
     Sentences violations;
@@ -175,21 +175,21 @@ TEST_F(BrokenRun, that_leaves_a_button_down_or_up_twice) {
   }
 }
 
-TEST_F(BrokenRun, is_not_one_that_could_not_create_the_release) {
+TEST_F(broken_run, is_not_one_that_could_not_create_the_release) {
   post(event(leftDown));
   call(Function::createMouseEvent, {});
 
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(BrokenRun, that_does_not_wait_after_an_event) {
+TEST_F(broken_run, that_does_not_wait_after_an_event) {
   postOnly(event(moved));
   post(event(moved));
 
   EXPECT_EQ(end(), Sentences{"I5: a wait of 12000 us is missing"});
 }
 
-TEST_F(BrokenRun, that_waits_too_short_or_too_long_after_an_event) {
+TEST_F(broken_run, that_waits_too_short_or_too_long_after_an_event) {
   postOnly(event(moved));
   sleep(15'000);
   postOnly(event(moved));
@@ -200,7 +200,7 @@ TEST_F(BrokenRun, that_waits_too_short_or_too_long_after_an_event) {
                        "I5: a wait of 11999 us is never due"}));
 }
 
-TEST_F(BrokenRun, that_does_not_wait_after_a_focus_record) {
+TEST_F(broken_run, that_does_not_wait_after_a_focus_record) {
   std::string record(248, '\0');
   record[0x08] = 0x0D;
   record[0x8A] = 2;
@@ -212,7 +212,7 @@ TEST_F(BrokenRun, that_does_not_wait_after_a_focus_record) {
                               "I10: focus was taken back more often than given"}));
 }
 
-TEST_F(BrokenRun, that_waits_for_what_is_never_due) {
+TEST_F(broken_run, that_waits_for_what_is_never_due) {
   sleep(1);
   sleep(6'000'000);
 
@@ -220,7 +220,7 @@ TEST_F(BrokenRun, that_waits_for_what_is_never_due) {
                               "I5: a wait of 6000000 us is never due"}));
 }
 
-TEST_F(BrokenRun, that_ends_without_the_wait_after_an_event) {
+TEST_F(broken_run, that_ends_without_the_wait_after_an_event) {
   postOnly(event(moved));
 
   EXPECT_EQ(end(), Sentences{"I5: ended without the wait after a post or record"});
@@ -228,7 +228,7 @@ TEST_F(BrokenRun, that_ends_without_the_wait_after_an_event) {
 
 }  // namespace
 
-TEST_F(BrokenRun, that_posts_with_the_users_modifiers) {
+TEST_F(broken_run, that_posts_with_the_users_modifiers) {
   auto held = event(moved);
   held.flags.reset();
   post(held);
@@ -236,7 +236,7 @@ TEST_F(BrokenRun, that_posts_with_the_users_modifiers) {
   EXPECT_EQ(end(), Sentences{"I3: an event with the user's modifiers"});
 }
 
-TEST_F(BrokenRun, that_changes_the_users_key_window) {
+TEST_F(broken_run, that_changes_the_users_key_window) {
   before(Function::session, {});
   mac_.world.applications[0].focusedWindow = 0;
   after(Function::session, {}, pack(std::optional(windowserver::Session{})));
@@ -244,7 +244,7 @@ TEST_F(BrokenRun, that_changes_the_users_key_window) {
   EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
 }
 
-TEST_F(BrokenRun, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
+TEST_F(broken_run, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
   for (const simulator::Pid told : {41, 40}) {
     askForFront(told);
     const driver::Datum::List record = {pack(0), pack(40), pack(std::string(248, '\0'))};
@@ -257,7 +257,7 @@ TEST_F(BrokenRun, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
   EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
 }
 
-TEST_F(BrokenRun, that_hurries_through_a_click) {
+TEST_F(broken_run, that_hurries_through_a_click) {
   postOnly(event(leftDown));
   sleep(12'000);
   postOnly(event(leftUp));
@@ -266,7 +266,7 @@ TEST_F(BrokenRun, that_hurries_through_a_click) {
   EXPECT_EQ(end(), Sentences{"I5: a wait of 1000 us is missing"});
 }
 
-TEST_F(BrokenRun, that_hurries_to_the_second_click) {
+TEST_F(broken_run, that_hurries_to_the_second_click) {
   auto second = event(leftDown);
   second.privateFields.push_back({1, 2});
   post(event(leftDown));
@@ -277,7 +277,7 @@ TEST_F(BrokenRun, that_hurries_to_the_second_click) {
   EXPECT_EQ(end(), Sentences{"I5: a second click without the wait before it"});
 }
 
-TEST_F(BrokenRun, that_takes_focus_back_at_once) {
+TEST_F(broken_run, that_takes_focus_back_at_once) {
   focusRecord(true);
   post(event(leftDown));
   post(event(leftUp));
@@ -286,7 +286,7 @@ TEST_F(BrokenRun, that_takes_focus_back_at_once) {
   EXPECT_EQ(end(), Sentences{"I5: focus is taken back without the wait before it"});
 }
 
-TEST_F(BrokenRun, that_takes_a_picture_at_once_after_input) {
+TEST_F(broken_run, that_takes_a_picture_at_once_after_input) {
   post(event(moved));
   call(Function::shareContent, {pack(0)});
 

@@ -27,7 +27,7 @@ std::vector<std::string> worldsIn(const std::string& page) {
   return worlds;
 }
 
-TEST(WorldDocuments, every_example_of_the_manual_can_be_read) {
+TEST(world_documents, every_example_of_the_manual_can_be_read) {
   std::ifstream file(DRIVER_SOURCE_DIR "/docs/WORLDS.md", std::ios::binary);
   const std::string page{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 
@@ -37,7 +37,7 @@ TEST(WorldDocuments, every_example_of_the_manual_can_be_read) {
   for (const std::string& world : worlds) EXPECT_NO_THROW(parseWorld(world)) << world;
 }
 
-TEST(WorldDocuments, every_world_of_the_tests_can_be_read) {
+TEST(world_documents, every_world_of_the_tests_can_be_read) {
   std::vector<std::string> read;
   for (const auto& entry : std::filesystem::directory_iterator(DRIVER_SOURCE_DIR "/tests/worlds")) {
     std::ifstream file(entry.path(), std::ios::binary);

@@ -38,7 +38,7 @@ const std::string elementWords =
 const std::string reactionWords =
     "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste";
 
-TEST(WorldTextErrors, of_the_form_of_the_text) {
+TEST(world_text_errors, of_the_form_of_the_text) {
   const BadWorld cases[] = {
       {"\nfile \"a", "line 2: a text lacks its closing quotation mark"},
       {"file \"a\\", "line 1: a text lacks its closing quotation mark"},
@@ -60,7 +60,7 @@ TEST(WorldTextErrors, of_the_form_of_the_text) {
   for (const BadWorld& each : cases) EXPECT_EQ(errorOf(each.text), each.error) << each.text;
 }
 
-TEST(WorldTextErrors, of_statements) {
+TEST(world_text_errors, of_statements) {
   const BadWorld cases[] = {
       {"sede 7", "line 1: unknown word 'sede'; expected " + statementWords},
       {"\"seed\" 7", "line 1: unexpected \"seed\"; expected " + statementWords},
@@ -103,7 +103,7 @@ TEST(WorldTextErrors, of_statements) {
   for (const BadWorld& each : cases) EXPECT_EQ(errorOf(each.text), each.error) << each.text;
 }
 
-TEST(WorldTextErrors, of_applications) {
+TEST(world_text_errors, of_applications) {
   const BadWorld cases[] = {
       {"app", "line 1: 'app' needs a name"},
       {"app A", "line 1: an application needs 'pid'"},
@@ -129,7 +129,7 @@ TEST(WorldTextErrors, of_applications) {
   for (const BadWorld& each : cases) EXPECT_EQ(errorOf(each.text), each.error) << each.text;
 }
 
-TEST(WorldTextErrors, of_windows) {
+TEST(world_text_errors, of_windows) {
   struct BadLine {
     const char* line;
     std::string error;
@@ -169,7 +169,7 @@ TEST(WorldTextErrors, of_windows) {
             "line 3: nothing can be in a window without an element");
 }
 
-TEST(WorldTextErrors, of_elements) {
+TEST(world_text_errors, of_elements) {
   const std::string anyValue =
       "'attribute' needs a text, a number, true, false, point, size, rect, range, opaque, element "
       "or elements";
@@ -230,7 +230,7 @@ TEST(WorldTextErrors, of_elements) {
             "line 3: a second element of one application is focused");
 }
 
-TEST(WorldTextErrors, of_habits) {
+TEST(world_text_errors, of_habits) {
   const BadWorld cases[] = {
       {"AXSlider range 5", "'range' needs LEAST..MOST, not '5'"},
       {"AXSlider range 0..x", "'range' needs LEAST..MOST, not '0..x'"},
@@ -266,7 +266,7 @@ TEST(WorldTextErrors, of_habits) {
   }
 }
 
-TEST(WorldTextErrors, of_what_must_stand_elsewhere) {
+TEST(world_text_errors, of_what_must_stand_elsewhere) {
   const BadWorld cases[] = {
       {"app A pid 1\n  AXRow repeat 2", "line 2: what is repeated must be in an element"},
       {"app A pid 1\n  AXRow while hovered",

@@ -6,7 +6,7 @@ namespace simulator {
 
 namespace {
 
-TEST(HappeningText, every_happening_can_be_written) {
+TEST(happening_text, every_happening_can_be_written) {
   const World world = parseWorld("app \"My Notes\" pid 41");
   struct Case {
     const char* text;
@@ -42,7 +42,7 @@ TEST(HappeningText, every_happening_can_be_written) {
   }
 }
 
-TEST(HappeningText, input_is_read_back_with_all_its_words) {
+TEST(happening_text, input_is_read_back_with_all_its_words) {
   const World world = parseWorld("app Notes pid 41");
   for (const char* text : {"user key a", "user key cmd shift v", "user key option return tagged",
                            "user key \" \" for pid:41", "user click 1,2 right",
@@ -54,7 +54,7 @@ TEST(HappeningText, input_is_read_back_with_all_its_words) {
   }
 }
 
-TEST(HappeningText, times_have_units) {
+TEST(happening_text, times_have_units) {
   EXPECT_EQ(parseTime("100ms"), 100'000);
   EXPECT_EQ(parseTime("2s"), 2'000'000);
   EXPECT_EQ(parseTime("1.5s"), 1'500'000);
@@ -62,7 +62,7 @@ TEST(HappeningText, times_have_units) {
   EXPECT_EQ(parseTime("0s"), 0);
 }
 
-TEST(HappeningText, a_bad_time_or_happening_is_an_error_of_line_one) {
+TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
   const World world = parseWorld(R"(
     app Twin pid 41
     app Twin pid 42

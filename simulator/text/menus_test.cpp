@@ -47,7 +47,7 @@ std::string errorOf(const std::string& line) {
   return "no error";
 }
 
-TEST(WorldTextMenus, stand_in_the_menu_bar_closed_and_far_off_screen) {
+TEST(world_text_menus, stand_in_the_menu_bar_closed_and_far_off_screen) {
   const World world = parseWorld(R"(
     app Notes pid 41
         menu File > "Save As…" cmd shift s
@@ -74,7 +74,7 @@ TEST(WorldTextMenus, stand_in_the_menu_bar_closed_and_far_off_screen) {
             "      MenuItem \"Undo\" 0,30000 220x22 Z0\n");
 }
 
-TEST(WorldTextMenus, join_a_menu_bar_that_is_written_out) {
+TEST(world_text_menus, join_a_menu_bar_that_is_written_out) {
   const World world = parseWorld(R"(
     app Notes pid 41
         AXMenuBar
@@ -91,7 +91,7 @@ TEST(WorldTextMenus, join_a_menu_bar_that_is_written_out) {
             "      MenuItem \"Close\" 0,0 0x22\n");
 }
 
-TEST(WorldTextMenus, items_of_a_pop_up_button_lie_below_it) {
+TEST(world_text_menus, items_of_a_pop_up_button_lie_below_it) {
   const World world = parseWorld(R"(
     app Notes pid 41
         window 7 at 0,0 size 400x300
@@ -106,7 +106,7 @@ TEST(WorldTextMenus, items_of_a_pop_up_button_lie_below_it) {
             AttributeValue(std::string("Large")));
 }
 
-TEST(WorldTextMenus, of_a_button_are_closed_unless_told) {
+TEST(world_text_menus, of_a_button_are_closed_unless_told) {
   const World world = parseWorld(R"(
     app Notes pid 41
         window 7 at 0,0 size 400x300
@@ -120,7 +120,7 @@ TEST(WorldTextMenus, of_a_button_are_closed_unless_told) {
   EXPECT_EQ(notes.elements[3].presence, Presence::always);
 }
 
-TEST(WorldTextMenus, say_what_is_wrong_with_their_lines) {
+TEST(world_text_menus, say_what_is_wrong_with_their_lines) {
   const std::string words = "cmd, shift, option, control, disabled, alternate, press:";
   EXPECT_EQ(errorOf("menu"), "line 2: 'menu' needs titles with > between them");
   EXPECT_EQ(errorOf("menu File >"), "line 2: 'menu' needs titles with > between them");

@@ -22,7 +22,7 @@ std::vector<WindowNumber> numbersOf(const World& world) {
 
 using Attributes = std::map<std::string, AttributeValue>;
 
-TEST(WorldText, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
+TEST(world_text, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
   const World world = parseWorld("");
 
   ASSERT_EQ(world.displays.size(), 1u);
@@ -38,7 +38,7 @@ TEST(WorldText, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
   EXPECT_TRUE(world.accessibilityAllowed && world.screenRecordingAllowed);
 }
 
-TEST(WorldText, statements_set_the_mac_up) {
+TEST(world_text, statements_set_the_mac_up) {
   const World world = parseWorld(R"(
     seed 7                                   # a comment
     user "Grace \"Amazing\" Hopper" login grace unparsable
@@ -75,11 +75,11 @@ TEST(WorldText, statements_set_the_mac_up) {
   EXPECT_EQ(world.images, (std::set<std::string>{"/path/face.png"}));
 }
 
-TEST(WorldText, a_session_can_lack_its_console_key) {
+TEST(world_text, a_session_can_lack_its_console_key) {
   EXPECT_EQ(parseWorld("session without-console-key").session.onConsole, std::nullopt);
 }
 
-TEST(WorldText, applications_have_names_bundles_and_ways) {
+TEST(world_text, applications_have_names_bundles_and_ways) {
   const World world = parseWorld(R"(
     app Browser pid 40 bundle com.example.browser chromium frontmost rejects-enabling
     app "Two Words" pid 41 accessory path "/X.app" answers after 50ms
@@ -115,7 +115,7 @@ TEST(WorldText, applications_have_names_bundles_and_ways) {
                          }));
 }
 
-TEST(WorldText, indentation_is_the_hierarchy_whatever_its_depth) {
+TEST(world_text, indentation_is_the_hierarchy_whatever_its_depth) {
   const World world = parseWorld(
       "   app Notes pid 41\n"
       "\n"
@@ -141,7 +141,7 @@ TEST(WorldText, indentation_is_the_hierarchy_whatever_its_depth) {
   EXPECT_EQ(notes.elements[5].window, 0u);
 }
 
-TEST(WorldText, windows_show_themselves_to_accessibility) {
+TEST(world_text, windows_show_themselves_to_accessibility) {
   const World world = parseWorld(R"(
     app Notes pid 41
         window 7 "Inbox" at 100,80 size 800x600 subrole AXDialog attribute AXModal true
@@ -171,7 +171,7 @@ TEST(WorldText, windows_show_themselves_to_accessibility) {
   EXPECT_EQ(world.lastWindow, 9u);
 }
 
-TEST(WorldText, windows_lie_by_layer_then_behind_the_front_application_then_as_written) {
+TEST(world_text, windows_lie_by_layer_then_behind_the_front_application_then_as_written) {
   const World world = parseWorld(R"(
     app A pid 1
         window 1 at 0,0 size 9x9
@@ -186,13 +186,13 @@ TEST(WorldText, windows_lie_by_layer_then_behind_the_front_application_then_as_w
   EXPECT_EQ(numbersOf(world), (std::vector<WindowNumber>{4, 2, 3, 5, 1, 6}));
 }
 
-TEST(WorldText, windows_of_a_hidden_application_are_off_screen) {
+TEST(world_text, windows_of_a_hidden_application_are_off_screen) {
   const World world = parseWorld("app A pid 1 hidden\n  window 1 at 0,0 size 9x9");
 
   EXPECT_FALSE(world.windows[0].onScreen);
 }
 
-TEST(WorldText, the_focused_window_is_the_marked_one_else_the_focused_elements_else_the_first) {
+TEST(world_text, the_focused_window_is_the_marked_one_else_the_focused_elements_else_the_first) {
   const std::string head = "app A pid 1 ";
   const std::string first = "\n  window 1 at 0,0 size 9x9 no-element\n  window 2 at 0,0 size 9x9 ";
   const std::string last = "\n  window 3 at 0,0 size 9x9 ";
@@ -208,7 +208,7 @@ TEST(WorldText, the_focused_window_is_the_marked_one_else_the_focused_elements_e
   EXPECT_EQ(focused(head), 0);
 }
 
-TEST(WorldText, an_elements_label_goes_where_its_role_has_it) {
+TEST(world_text, an_elements_label_goes_where_its_role_has_it) {
   const std::string text = "Body";
   EXPECT_EQ(elementOf("AXButton \"Body\"").attributes, (Attributes{{"AXTitle", text}}));
   EXPECT_EQ(elementOf("AXStaticText \"Body\"").attributes, (Attributes{{"AXDescription", text}}));
@@ -216,7 +216,7 @@ TEST(WorldText, an_elements_label_goes_where_its_role_has_it) {
             (Attributes{{"AXDescription", text}, {"AXValue", std::string()}}));
 }
 
-TEST(WorldText, an_element_has_frame_attributes_and_actions) {
+TEST(world_text, an_element_has_frame_attributes_and_actions) {
   const Element element = elementOf(
       "AXTextField \"To\" at -1.5,nan size 60x20 value \"hi\" placeholder \"p\" help \"h\" "
       "subrole AXSearchField disabled selection 3+2 actions AXPress,AXShowMenu "
@@ -238,12 +238,12 @@ TEST(WorldText, an_element_has_frame_attributes_and_actions) {
   EXPECT_EQ(element.actions, (std::vector<std::string>{"AXPress", "AXShowMenu"}));
 }
 
-TEST(WorldText, a_button_named_by_description_has_only_that) {
+TEST(world_text, a_button_named_by_description_has_only_that) {
   EXPECT_EQ(elementOf("AXButton description \"Close\"").attributes,
             (Attributes{{"AXDescription", std::string("Close")}}));
 }
 
-TEST(WorldText, actions_and_values_come_with_the_role) {
+TEST(world_text, actions_and_values_come_with_the_role) {
   const std::vector<std::string> press{"AXPress"};
   EXPECT_EQ(elementOf("AXButton").actions, press);
   EXPECT_EQ(elementOf("AXRow").actions, press);
@@ -257,7 +257,7 @@ TEST(WorldText, actions_and_values_come_with_the_role) {
   EXPECT_EQ(elementOf("AXCheckBox").onClick[0].kind, Reaction::Kind::toggle);
 }
 
-TEST(WorldText, a_focused_text_has_its_caret_at_the_end_unless_told) {
+TEST(world_text, a_focused_text_has_its_caret_at_the_end_unless_told) {
   EXPECT_EQ(elementOf("AXTextArea value \"a\\u{1F600}\" focused").attributes["AXSelectedTextRange"],
             AttributeValue(ax::Range{3, 0}));
   EXPECT_EQ(
@@ -265,7 +265,7 @@ TEST(WorldText, a_focused_text_has_its_caret_at_the_end_unless_told) {
       AttributeValue(ax::Range{1, 1}));
 }
 
-TEST(WorldText, an_attribute_takes_any_kind_of_value) {
+TEST(world_text, an_attribute_takes_any_kind_of_value) {
   const auto valueOf = [](const std::string& literal) {
     return elementOf("AXButton \"B\" attribute AXFoo " + literal).attributes["AXFoo"];
   };
@@ -287,7 +287,7 @@ TEST(WorldText, an_attribute_takes_any_kind_of_value) {
   EXPECT_EQ(valueOf("elements"), AttributeValue(std::vector<ElementId>{}));
 }
 
-TEST(WorldText, an_application_may_lie_about_its_focus) {
+TEST(world_text, an_application_may_lie_about_its_focus) {
   const World world = parseWorld(R"(
     app A pid 1 attribute AXFocusedUIElement element "Later"
         window 1 at 0,0 size 9x9
@@ -297,7 +297,7 @@ TEST(WorldText, an_application_may_lie_about_its_focus) {
   EXPECT_EQ(world.applications[0].attributes, (Attributes{{"AXFocusedUIElement", ElementLink{2}}}));
 }
 
-TEST(WorldText, texts_know_escapes_and_hold_any_byte) {
+TEST(world_text, texts_know_escapes_and_hold_any_byte) {
   const auto textOf = [](const std::string& quoted) {
     return std::get<std::string>(elementOf("AXGroup " + quoted).attributes["AXTitle"]);
   };
@@ -311,7 +311,7 @@ TEST(WorldText, texts_know_escapes_and_hold_any_byte) {
   EXPECT_EQ(textOf("\"\""), "");
 }
 
-TEST(WorldText, reactions_run_to_the_end_of_the_line_or_the_other_button) {
+TEST(world_text, reactions_run_to_the_end_of_the_line_or_the_other_button) {
   const World world = parseWorld(R"(
     app Notes pid 41
         window 7 "Inbox" at 0,0 size 9x9
@@ -332,7 +332,7 @@ TEST(WorldText, reactions_run_to_the_end_of_the_line_or_the_other_button) {
   EXPECT_EQ(send.onRightClick[0].kind, Reaction::Kind::toggle);
 }
 
-TEST(WorldText, a_script_is_ordered_by_time_and_may_name_what_comes_later) {
+TEST(world_text, a_script_is_ordered_by_time_and_may_name_what_comes_later) {
   const World world = parseWorld(R"(
     at 2s user key return
     at 100ms lock

@@ -18,7 +18,7 @@ std::string errorOf(const std::string& text) {
   return "no error";
 }
 
-TEST(WorldTextUser, describes_the_users_side_of_the_mac) {
+TEST(world_text_user, describes_the_users_side_of_the_mac) {
   const World world = parseWorld(R"(
     keyboard german
     idle 2.5s
@@ -44,7 +44,7 @@ TEST(WorldTextUser, describes_the_users_side_of_the_mac) {
   EXPECT_EQ(world.system.links.at("/a"), "b");
 }
 
-TEST(WorldTextUser, shows_a_panel_of_the_service) {
+TEST(world_text_user, shows_a_panel_of_the_service) {
   const World world = parseWorld(R"(
     app Notes pid 41 frontmost
         window 7 "Inbox" at 100,80 size 800x600
@@ -61,7 +61,7 @@ TEST(WorldTextUser, shows_a_panel_of_the_service) {
   EXPECT_EQ(world.frontmost, 41);
 }
 
-TEST(WorldTextUser, describes_how_applications_take_keys_and_pastes) {
+TEST(world_text_user, describes_how_applications_take_keys_and_pastes) {
   const World world = parseWorld(R"(
     app Notes pid 41 pastes after 1s
         menu Edit > Paste cmd v
@@ -78,7 +78,7 @@ TEST(WorldTextUser, describes_how_applications_take_keys_and_pastes) {
   EXPECT_EQ(notes.elements.at(3).onClick.at(0).kind, Reaction::Kind::paste);
 }
 
-TEST(WorldTextUser, refuses_what_it_cannot_read) {
+TEST(world_text_user, refuses_what_it_cannot_read) {
   const std::pair<const char*, const char*> cases[] = {
       {"keyboard", "'keyboard' needs one of us, german, french, japanese"},
       {"keyboard dvorak", "unknown word 'dvorak'; expected us, german, french, japanese"},

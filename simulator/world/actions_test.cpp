@@ -7,7 +7,7 @@ namespace simulator {
 
 namespace {
 
-class Actions : public testing::Test {
+class actions : public testing::Test {
  protected:
   /// A world whose application Notes, in the background, has these lines below it.
   void build(const std::string& lines) {
@@ -44,7 +44,7 @@ class Actions : public testing::Test {
 AttributeValue text(const char* value) { return std::string(value); }
 AttributeValue integer(std::int64_t value) { return value; }
 
-TEST_F(Actions, a_press_runs_the_reactions_of_the_element_itself) {
+TEST_F(actions, a_press_runs_the_reactions_of_the_element_itself) {
   build(R"(
     window 7 "Inbox" at 0,0 size 400x300
         AXButton "Send" press: append "sent" to Body; set Log "done"
@@ -61,7 +61,7 @@ TEST_F(Actions, a_press_runs_the_reactions_of_the_element_itself) {
   EXPECT_EQ(notes().focusedElement, 0);
 }
 
-TEST_F(Actions, a_press_changes_check_boxes_switches_and_radio_buttons) {
+TEST_F(actions, a_press_changes_check_boxes_switches_and_radio_buttons) {
   build(R"(
     window 7 "Inbox" at 0,0 size 400x300
         AXCheckBox "Box"
@@ -77,7 +77,7 @@ TEST_F(Actions, a_press_changes_check_boxes_switches_and_radio_buttons) {
   EXPECT_EQ(value("Right"), integer(1));
 }
 
-TEST_F(Actions, what_an_element_lacks_or_cannot_do_is_an_error) {
+TEST_F(actions, what_an_element_lacks_or_cannot_do_is_an_error) {
   build(R"(
     window 7 "Inbox" at 0,0 size 400x300
         AXButton "Off" disabled press: set Log "never"
@@ -93,7 +93,7 @@ TEST_F(Actions, what_an_element_lacks_or_cannot_do_is_an_error) {
   EXPECT_EQ(value("Log"), text("-"));
 }
 
-TEST_F(Actions, an_action_can_run_and_answer_an_error) {
+TEST_F(actions, an_action_can_run_and_answer_an_error) {
   build(R"(
     window 7 "Inbox" at 0,0 size 400x300
         AXButton "Save" replying -25204 press: open sheet "Saved")");
@@ -103,7 +103,7 @@ TEST_F(Actions, an_action_can_run_and_answer_an_error) {
   EXPECT_EQ(world_.windows.size(), 3u);
 }
 
-TEST_F(Actions, a_sheets_button_answers_it) {
+TEST_F(actions, a_sheets_button_answers_it) {
   build(R"(
     window 7 "Inbox" at 0,0 size 400x300
         AXTextField "Name" value "old"
@@ -126,7 +126,7 @@ TEST_F(Actions, a_sheets_button_answers_it) {
   EXPECT_EQ(children(window), std::vector<ElementId>{idOf("Name")});
 }
 
-TEST_F(Actions, a_slider_goes_by_steps_within_its_limits) {
+TEST_F(actions, a_slider_goes_by_steps_within_its_limits) {
   build(R"(
     window 7 "Sound" at 0,0 size 400x300
         AXSlider "Volume" range 0..10 step 4 value 5
@@ -145,7 +145,7 @@ TEST_F(Actions, a_slider_goes_by_steps_within_its_limits) {
   EXPECT_EQ(perform("Volume", "AXPress"), "-25206 AXSlider \"Volume\" has no AXPress");
 }
 
-TEST_F(Actions, a_pop_up_button_shows_its_menu_and_then_the_choice) {
+TEST_F(actions, a_pop_up_button_shows_its_menu_and_then_the_choice) {
   build(R"(
     window 7 "Set" at 0,0 size 400x300
         AXPopUpButton "Size" at 10,10 size 100x20 choices "Small" "Large")");
@@ -165,7 +165,7 @@ TEST_F(Actions, a_pop_up_button_shows_its_menu_and_then_the_choice) {
   EXPECT_EQ(children(size), std::vector<ElementId>());
 }
 
-TEST_F(Actions, menus_close_by_the_button_by_cancelling_and_by_a_click_beside) {
+TEST_F(actions, menus_close_by_the_button_by_cancelling_and_by_a_click_beside) {
   build(R"(
     window 7 "Set" at 0,0 size 400x300
         AXPopUpButton "Size" at 10,10 size 100x20 choices "Small" "Large"
@@ -189,7 +189,7 @@ TEST_F(Actions, menus_close_by_the_button_by_cancelling_and_by_a_click_beside) {
   EXPECT_EQ(click(world_, 41, 7, {20, 210}, false), "pressed AXButton \"Other\"");
 }
 
-TEST_F(Actions, a_click_takes_the_item_of_an_open_menu_not_what_lies_below) {
+TEST_F(actions, a_click_takes_the_item_of_an_open_menu_not_what_lies_below) {
   build(R"(
     window 7 "Set" at 0,0 size 400x300
         AXPopUpButton "Size" at 10,10 size 100x20 choices "Small" "Large"
@@ -202,7 +202,7 @@ TEST_F(Actions, a_click_takes_the_item_of_an_open_menu_not_what_lies_below) {
   EXPECT_EQ(value("Size"), text("Large"));
 }
 
-TEST_F(Actions, an_item_of_the_menu_bar_can_be_pressed_while_its_menu_is_closed) {
+TEST_F(actions, an_item_of_the_menu_bar_can_be_pressed_while_its_menu_is_closed) {
   build(R"(
     menu File > Export > PDF press: set Log "exported"
     window 7 "Doc" at 0,0 size 400x300
@@ -214,7 +214,7 @@ TEST_F(Actions, an_item_of_the_menu_bar_can_be_pressed_while_its_menu_is_closed)
   EXPECT_EQ(notes().openMenu, idOf("File") + 1);
 }
 
-TEST_F(Actions, a_window_is_raised_among_its_applications_own_with_its_sheet) {
+TEST_F(actions, a_window_is_raised_among_its_applications_own_with_its_sheet) {
   build(R"(
     window 7 "One" at 0,0 size 100x100
     window 8 "Two" at 0,0 size 100x100
@@ -227,7 +227,7 @@ TEST_F(Actions, a_window_is_raised_among_its_applications_own_with_its_sheet) {
   EXPECT_EQ(order, (std::vector<WindowNumber>{3, 9, 8, 7}));
 }
 
-TEST_F(Actions, a_press_may_remove_what_it_stands_in) {
+TEST_F(actions, a_press_may_remove_what_it_stands_in) {
   build(R"(
     window 7 "One" at 0,0 size 100x100
         AXPopover "Tip" at 0,0 size 50x50
@@ -240,7 +240,7 @@ TEST_F(Actions, a_press_may_remove_what_it_stands_in) {
   EXPECT_EQ(perform(close, "AXPress"), "-25202 asked an element that is gone");
 }
 
-TEST(HiddenApplications, come_back_with_the_windows_they_took_along) {
+TEST(hidden_applications, come_back_with_the_windows_they_took_along) {
   World world = parseWorld(R"(
     app Notes pid 41 hidden
         window 7 "One" at 0,0 size 100x100
@@ -267,7 +267,7 @@ TEST(HiddenApplications, come_back_with_the_windows_they_took_along) {
   EXPECT_EQ(onScreen(), std::vector<WindowNumber>{7});
 }
 
-TEST(MinimizedWindows, come_on_screen_in_front_of_their_applications_others) {
+TEST(minimized_windows, come_on_screen_in_front_of_their_applications_others) {
   World world = parseWorld(R"(
     app Other pid 40 frontmost
         window 3 "Front" at 0,0 size 9x9
@@ -291,7 +291,7 @@ TEST(MinimizedWindows, come_on_screen_in_front_of_their_applications_others) {
             ax::Error::illegalArgument);
 }
 
-TEST(ElementsAtPoints, are_those_of_the_applications_frontmost_window_there) {
+TEST(elements_at_points, are_those_of_the_applications_frontmost_window_there) {
   World world = parseWorld(R"(
     app Other pid 40 frontmost
         window 3 "Front" at 0,0 size 500x500

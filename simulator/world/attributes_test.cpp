@@ -40,7 +40,7 @@ enum : ElementId {
   fileMenu,
 };
 
-class Applications : public testing::Test {
+class application_elements : public testing::Test {
  protected:
   Application& application() { return *findApplication(world_, 41); }
 
@@ -68,7 +68,7 @@ AttributeValue text(const char* value) { return std::string(value); }
 AttributeValue link(ElementId id) { return ElementLink{id}; }
 AttributeValue list(std::vector<ElementId> ids) { return ids; }
 
-TEST_F(Applications, the_application_element_leads_to_windows_focus_and_menu_bar) {
+TEST_F(application_elements, the_application_element_leads_to_windows_focus_and_menu_bar) {
   EXPECT_EQ(read(0, "AXRole"), text("AXApplication"));
   EXPECT_EQ(read(0, "AXTitle"), text("Notes"));
   EXPECT_EQ(read(0, "AXWindows"), list({inbox, untitled}));
@@ -83,7 +83,7 @@ TEST_F(Applications, the_application_element_leads_to_windows_focus_and_menu_bar
   EXPECT_EQ(errorOf(0, "AXBanana"), ax::Error::attributeUnsupported);
 }
 
-TEST_F(Applications, what_an_application_lacks_has_no_value) {
+TEST_F(application_elements, what_an_application_lacks_has_no_value) {
   application().name.reset();
   application().windows.clear();
   application().focusedWindow = application().focusedElement = 0;
@@ -98,7 +98,7 @@ TEST_F(Applications, what_an_application_lacks_has_no_value) {
   EXPECT_EQ(read(0, "AXWindows"), list({}));
 }
 
-TEST_F(Applications, an_element_has_its_place_in_the_tree_and_on_the_screen) {
+TEST_F(application_elements, an_element_has_its_place_in_the_tree_and_on_the_screen) {
   EXPECT_EQ(read(send, "AXRole"), text("AXButton"));
   EXPECT_EQ(read(send, "AXTitle"), text("Send"));
   EXPECT_EQ(read(send, "AXPosition"), AttributeValue(Point{120, 90}));
@@ -113,7 +113,7 @@ TEST_F(Applications, an_element_has_its_place_in_the_tree_and_on_the_screen) {
   EXPECT_EQ(read(bar, "AXChildren"), list({send}));
 }
 
-TEST_F(Applications, a_window_belongs_to_the_application_and_a_sheet_to_its_window) {
+TEST_F(application_elements, a_window_belongs_to_the_application_and_a_sheet_to_its_window) {
   EXPECT_EQ(read(inbox, "AXParent"), link(0));
   EXPECT_EQ(read(inbox, "AXTopLevelUIElement"), link(inbox));
   EXPECT_EQ(read(inbox, "AXFocused"), AttributeValue(true));
@@ -125,7 +125,7 @@ TEST_F(Applications, a_window_belongs_to_the_application_and_a_sheet_to_its_wind
   EXPECT_EQ(errorOf(fileMenu, "AXWindow"), ax::Error::noValue);
 }
 
-TEST_F(Applications, reads_fail_as_the_platforms_do) {
+TEST_F(application_elements, reads_fail_as_the_platforms_do) {
   EXPECT_EQ(errorOf(send, "AXBanana"), ax::Error::attributeUnsupported);
   EXPECT_EQ(errorOf(send, "AXDescription"), ax::Error::noValue);
   EXPECT_EQ(errorOf(send, "AXChildren"), ax::Error::noValue);
@@ -137,7 +137,7 @@ TEST_F(Applications, reads_fail_as_the_platforms_do) {
   EXPECT_EQ(errorOf(send, "AXRole"), ax::Error::invalidElement);
 }
 
-TEST_F(Applications, what_the_text_says_of_an_attribute_hides_the_truth) {
+TEST_F(application_elements, what_the_text_says_of_an_attribute_hides_the_truth) {
   EXPECT_EQ(read(liar, "AXRole"), text("AXBanana"));
   EXPECT_EQ(read(liar, "AXChildren"), list({send}));
   EXPECT_EQ(read(liar, "AXEnabled"), AttributeValue(false));
@@ -147,7 +147,7 @@ TEST_F(Applications, what_the_text_says_of_an_attribute_hides_the_truth) {
   EXPECT_EQ(read(0, "AXTitle"), text("Mail"));
 }
 
-TEST_F(Applications, a_write_changes_what_the_element_has) {
+TEST_F(application_elements, a_write_changes_what_the_element_has) {
   EXPECT_EQ(write(body, "AXValue", text("né😀")), ax::Error::success);
   EXPECT_EQ(read(body, "AXValue"), text("né😀"));
   EXPECT_EQ(read(body, "AXSelectedTextRange"), AttributeValue(ax::Range{4, 0}));
@@ -157,7 +157,7 @@ TEST_F(Applications, a_write_changes_what_the_element_has) {
   EXPECT_EQ(read(volume, "AXValue"), AttributeValue(4.5));
 }
 
-TEST_F(Applications, a_write_of_another_kind_or_of_nothing_known_is_refused) {
+TEST_F(application_elements, a_write_of_another_kind_or_of_nothing_known_is_refused) {
   EXPECT_EQ(write(body, "AXValue", std::int64_t{1}), ax::Error::illegalArgument);
   EXPECT_EQ(write(volume, "AXValue", text("loud")), ax::Error::illegalArgument);
   EXPECT_EQ(write(send, "AXValue", text("x")), ax::Error::attributeUnsupported);
@@ -166,7 +166,7 @@ TEST_F(Applications, a_write_of_another_kind_or_of_nothing_known_is_refused) {
   EXPECT_EQ(read(body, "AXValue"), text("hello"));
 }
 
-TEST_F(Applications, a_text_takes_and_loses_the_focus_by_a_write) {
+TEST_F(application_elements, a_text_takes_and_loses_the_focus_by_a_write) {
   EXPECT_EQ(write(body, "AXFocused", false), ax::Error::success);
   EXPECT_EQ(errorOf(0, "AXFocusedUIElement"), ax::Error::noValue);
   EXPECT_EQ(write(body, "AXFocused", true), ax::Error::success);
@@ -175,14 +175,14 @@ TEST_F(Applications, a_text_takes_and_loses_the_focus_by_a_write) {
   EXPECT_EQ(write(send, "AXFocused", true), ax::Error::attributeUnsupported);
 }
 
-TEST_F(Applications, actions_are_those_of_the_element) {
+TEST_F(application_elements, actions_are_those_of_the_element) {
   EXPECT_EQ(actionNames(application(), send), std::vector<std::string>{"AXPress"});
   EXPECT_EQ(actionNames(application(), inbox), std::vector<std::string>{"AXRaise"});
   EXPECT_EQ(actionNames(application(), 0), std::vector<std::string>());
   EXPECT_EQ(actionNames(application(), 99), std::nullopt);
 }
 
-TEST(ApplicationTrees, made_on_demand_appear_a_while_after_the_second_enabling_write) {
+TEST(application_trees, made_on_demand_appear_a_while_after_the_second_enabling_write) {
   World world = parseWorld(notes);
   Application& browser = *findApplication(world, 40);
   const auto windowsAt = [&](Microseconds now) {
@@ -207,7 +207,7 @@ TEST(ApplicationTrees, made_on_demand_appear_a_while_after_the_second_enabling_w
   EXPECT_EQ(windowsAt(3'000'000), list({}));
 }
 
-TEST(ApplicationTrees, are_enabled_by_writes_that_are_said_to_be_rejected) {
+TEST(application_trees, are_enabled_by_writes_that_are_said_to_be_rejected) {
   World world =
       parseWorld("app A pid 1 rejects-enabling tree after 0s\n  window 1 at 0,0 size 9x9");
   Application& application = world.applications[0];
@@ -221,7 +221,7 @@ TEST(ApplicationTrees, are_enabled_by_writes_that_are_said_to_be_rejected) {
             ax::Error::illegalArgument);
 }
 
-TEST(WorldLookups, labels_come_from_the_first_attribute_with_a_character) {
+TEST(world_lookups, labels_come_from_the_first_attribute_with_a_character) {
   Element element;
   EXPECT_EQ(labelOf(element), "");
   element.attributes["AXHelp"] = text("help");
@@ -236,7 +236,7 @@ TEST(WorldLookups, labels_come_from_the_first_attribute_with_a_character) {
   EXPECT_EQ(labelOf(element), "description");
 }
 
-TEST(WorldLookups, find_only_what_is_there) {
+TEST(world_lookups, find_only_what_is_there) {
   World world = parseWorld(notes);
 
   EXPECT_EQ(findApplication(world, 42), nullptr);

@@ -8,7 +8,7 @@ namespace simulator {
 
 namespace {
 
-class Clicks : public testing::Test {
+class clicks : public testing::Test {
  protected:
   /// A world whose application Notes has these lines in its window 7, at 0,0 and 400 by 300.
   void build(const std::string& lines) {
@@ -38,7 +38,7 @@ class Clicks : public testing::Test {
 
 AttributeValue text(const char* value) { return std::string(value); }
 
-TEST_F(Clicks, a_button_runs_its_reactions_in_order) {
+TEST_F(clicks, a_button_runs_its_reactions_in_order) {
   build(R"(
     AXButton "Send" at 10,10 size 50x20 press: append "sent" to Body; set Log "a"; append "é" to Log
     AXTextArea "Body" value "hello "
@@ -53,7 +53,7 @@ TEST_F(Clicks, a_button_runs_its_reactions_in_order) {
   EXPECT_EQ(findLabelled(notes(), "Log")->attributes.count("AXSelectedTextRange"), 0u);
 }
 
-TEST_F(Clicks, the_later_sibling_and_the_inner_element_are_on_top) {
+TEST_F(clicks, the_later_sibling_and_the_inner_element_are_on_top) {
   build(R"(
     AXGroup "Under" at 0,0 size 100x100
         AXButton "In under" at 0,0 size 50x50
@@ -67,7 +67,7 @@ TEST_F(Clicks, the_later_sibling_and_the_inner_element_are_on_top) {
   EXPECT_EQ(elementAt(notes(), window, {400, 10}), 0);
 }
 
-TEST_F(Clicks, elements_without_a_sensible_frame_are_never_hit) {
+TEST_F(clicks, elements_without_a_sensible_frame_are_never_hit) {
   build(R"(
     AXButton "A"
     AXButton "B" at nan,0 size 50x50
@@ -76,7 +76,7 @@ TEST_F(Clicks, elements_without_a_sensible_frame_are_never_hit) {
   EXPECT_EQ(elementAt(notes(), *findWindow(world_, 7), {10, 10}), 1);
 }
 
-TEST_F(Clicks, what_is_in_a_button_belongs_to_the_button) {
+TEST_F(clicks, what_is_in_a_button_belongs_to_the_button) {
   build(R"(
     AXButton "Send" at 10,10 size 50x20 press: set Log "yes"
         AXStaticText value "Send" at 12,12 size 40x16
@@ -86,7 +86,7 @@ TEST_F(Clicks, what_is_in_a_button_belongs_to_the_button) {
   EXPECT_EQ(value("Log"), text("yes"));
 }
 
-TEST_F(Clicks, a_disabled_button_does_nothing) {
+TEST_F(clicks, a_disabled_button_does_nothing) {
   build(R"(
     AXButton "Send" disabled at 10,10 size 50x20 press: set Log "yes"
     AXStaticText "Log" value "no")");
@@ -95,7 +95,7 @@ TEST_F(Clicks, a_disabled_button_does_nothing) {
   EXPECT_EQ(value("Log"), text("no"));
 }
 
-TEST_F(Clicks, the_right_button_has_its_own_reactions) {
+TEST_F(clicks, the_right_button_has_its_own_reactions) {
   build(R"(
     AXRow "A" at 0,0 size 50x20 press: set Log "left" right: set Log "right"
     AXTextArea "Body" at 0,20 size 50x20
@@ -107,7 +107,7 @@ TEST_F(Clicks, the_right_button_has_its_own_reactions) {
   EXPECT_EQ(notes().focusedElement, 0);
 }
 
-TEST_F(Clicks, a_text_takes_the_focus_with_its_caret_at_the_end) {
+TEST_F(clicks, a_text_takes_the_focus_with_its_caret_at_the_end) {
   build("    AXTextArea \"Body\" at 0,20 size 50x20 value \"a😀\" selection 0+1");
 
   EXPECT_EQ(click({5, 25}), "focused AXTextArea \"Body\"");
@@ -115,7 +115,7 @@ TEST_F(Clicks, a_text_takes_the_focus_with_its_caret_at_the_end) {
   EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{3, 0}));
 }
 
-TEST_F(Clicks, a_check_box_toggles) {
+TEST_F(clicks, a_check_box_toggles) {
   build("    AXCheckBox \"C\" at 0,0 size 9x9\n    AXCheckBox \"B\" at 9,0 size 9x9 value false");
 
   click({1, 1});
@@ -126,7 +126,7 @@ TEST_F(Clicks, a_check_box_toggles) {
   EXPECT_EQ(value("B"), AttributeValue(true));
 }
 
-TEST_F(Clicks, a_clicked_window_takes_the_applications_focus_and_stays_where_it_is) {
+TEST_F(clicks, a_clicked_window_takes_the_applications_focus_and_stays_where_it_is) {
   build("    AXGroup \"G\" at 0,0 size 9x9");
   notes().focusedWindow = 3;
   notes().focusedElement = 3;
@@ -140,7 +140,7 @@ TEST_F(Clicks, a_clicked_window_takes_the_applications_focus_and_stays_where_it_
   EXPECT_EQ(world_.frontmost, 40);
 }
 
-TEST_F(Clicks, a_sheet_is_a_window_in_front_of_its_own_that_its_button_closes) {
+TEST_F(clicks, a_sheet_is_a_window_in_front_of_its_own_that_its_button_closes) {
   build("    AXButton \"New\" at 0,0 size 9x9 press: open sheet \"Sure?\"");
 
   click({1, 1});
@@ -172,7 +172,7 @@ TEST_F(Clicks, a_sheet_is_a_window_in_front_of_its_own_that_its_button_closes) {
   EXPECT_NE(findWindow(world_, 10), nullptr);
 }
 
-TEST_F(Clicks, a_closed_window_takes_its_sheets_and_elements_with_it) {
+TEST_F(clicks, a_closed_window_takes_its_sheets_and_elements_with_it) {
   build(
       "    AXButton \"X\" at 0,0 size 9x9 press: open sheet \"S\"; close window; set Log \"z\"\n"
       "  window 9 \"Log window\" at 0,0 size 5x5\n"
@@ -188,7 +188,7 @@ TEST_F(Clicks, a_closed_window_takes_its_sheets_and_elements_with_it) {
   EXPECT_EQ(value("Log"), text("z"));
 }
 
-TEST_F(Clicks, a_shown_window_comes_in_front_of_the_applications_others) {
+TEST_F(clicks, a_shown_window_comes_in_front_of_the_applications_others) {
   build("    AXButton \"S\" at 0,0 size 9x9 press: show window \"Second\"");
 
   click({1, 1});
@@ -198,7 +198,7 @@ TEST_F(Clicks, a_shown_window_comes_in_front_of_the_applications_others) {
   EXPECT_EQ(notes().focusedWindow, 3);
 }
 
-TEST_F(Clicks, a_retitled_window_shows_it_to_everyone) {
+TEST_F(clicks, a_retitled_window_shows_it_to_everyone) {
   build("    AXButton \"R\" at 0,0 size 9x9 press: retitle \"Outbox\"");
 
   click({1, 1});
@@ -207,7 +207,7 @@ TEST_F(Clicks, a_retitled_window_shows_it_to_everyone) {
   EXPECT_EQ(notes().elements[0].attributes["AXTitle"], text("Outbox"));
 }
 
-TEST_F(Clicks, an_application_can_quit_or_hang_by_a_click) {
+TEST_F(clicks, an_application_can_quit_or_hang_by_a_click) {
   build(R"(
     AXButton "H" at 0,0 size 9x9 press: hang
     AXButton "Q" at 10,0 size 9x9 press: quit; set Log "never"
@@ -226,19 +226,19 @@ TEST_F(Clicks, an_application_can_quit_or_hang_by_a_click) {
   EXPECT_EQ(simulator::click(quitting, 41, 7, {1, 1}, false), "clicked a window that is gone");
 }
 
-TEST_F(Clicks, a_window_of_another_application_is_not_clicked) {
+TEST_F(clicks, a_window_of_another_application_is_not_clicked) {
   build("");
 
   EXPECT_EQ(simulator::click(world_, 41, 3, {1, 1}, false), "clicked a window that is gone");
 }
 
-TEST(ElementText, lengths_are_in_utf16_units_and_characters) {
+TEST(element_text, lengths_are_in_utf16_units_and_characters) {
   EXPECT_EQ(utf16Length(""), 0);
   EXPECT_EQ(utf16Length("aé€😀"), 5);
   EXPECT_EQ(characterCount("aé€😀"), 4u);
 }
 
-TEST(ElementText, the_last_character_goes_whole) {
+TEST(element_text, the_last_character_goes_whole) {
   Element element;
   element.role = "AXTextArea";
   setText(element, "a😀");

@@ -11,7 +11,7 @@ namespace simulator {
 
 namespace {
 
-class Trees : public testing::Test {
+class element_trees : public testing::Test {
  protected:
   /// A world whose only window, number 7, at 0,0 and 400 by 300, has these lines in it.
   void build(const std::string& lines) {
@@ -32,7 +32,7 @@ class Trees : public testing::Test {
   World world_;
 };
 
-TEST_F(Trees, controls_of_a_row_are_there_only_while_the_pointer_is_over_it) {
+TEST_F(element_trees, controls_of_a_row_are_there_only_while_the_pointer_is_over_it) {
   build(R"(
     AXRow "First" at 0,0 size 400x40
         AXStaticText value "text"
@@ -59,7 +59,7 @@ TEST_F(Trees, controls_of_a_row_are_there_only_while_the_pointer_is_over_it) {
             ax::Error::invalidElement);
 }
 
-TEST_F(Trees, what_is_there_while_hovered_can_hold_more_of_its_kind) {
+TEST_F(element_trees, what_is_there_while_hovered_can_hold_more_of_its_kind) {
   build(R"(
     AXRow "Outer" at 0,0 size 400x40
         AXGroup "Middle" at 0,0 size 200x40 while hovered
@@ -73,7 +73,7 @@ TEST_F(Trees, what_is_there_while_hovered_can_hold_more_of_its_kind) {
   EXPECT_EQ(read(idOf("Inner"), "AXRole").error, ax::Error::success);
 }
 
-TEST_F(Trees, an_element_can_stand_under_several) {
+TEST_F(element_trees, an_element_can_stand_under_several) {
   build(R"(
     AXTable "Table"
         AXRow "Row 1"
@@ -88,7 +88,7 @@ TEST_F(Trees, an_element_can_stand_under_several) {
   EXPECT_EQ(*read(cell, "AXParent").value, AttributeValue(ElementLink{idOf("Row 1")}));
 }
 
-TEST_F(Trees, an_element_can_stand_under_itself) {
+TEST_F(element_trees, an_element_can_stand_under_itself) {
   build("    AXGroup \"A\"\n      AXGroup \"B\" also under \"B\"\n        AXButton \"C\"");
 
   EXPECT_EQ(children(idOf("B")), (std::vector<ElementId>{idOf("C"), idOf("B")}));
@@ -96,7 +96,7 @@ TEST_F(Trees, an_element_can_stand_under_itself) {
   EXPECT_EQ(findLabelled(notes(), "C"), nullptr);
 }
 
-TEST_F(Trees, copies_share_everything_but_their_identity) {
+TEST_F(element_trees, copies_share_everything_but_their_identity) {
   build(R"(
     AXList "List"
         AXRow "Row" at 0,0 size 10x10 repeat 1000000
@@ -117,7 +117,7 @@ TEST_F(Trees, copies_share_everything_but_their_identity) {
   EXPECT_EQ(outcome, "pressed AXRow \"Row\", which does nothing");
 }
 
-TEST_F(Trees, grow_and_shrink_after_each_read_of_the_children) {
+TEST_F(element_trees, grow_and_shrink_after_each_read_of_the_children) {
   build(R"(
     AXList "Wide" grows
         AXRow "Row"

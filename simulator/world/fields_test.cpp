@@ -18,7 +18,7 @@ AttributeValue range(std::int64_t location, std::int64_t length) {
   return ax::Range{location, length};
 }
 
-class Fields : public testing::Test {
+class fields : public testing::Test {
  protected:
   /// A world whose only window has these lines in it; the field is labelled F.
   void build(const std::string& lines) {
@@ -49,7 +49,7 @@ class Fields : public testing::Test {
   World world_;
 };
 
-TEST_F(Fields, a_write_of_the_value_replaces_it_and_the_caret_follows) {
+TEST_F(fields, a_write_of_the_value_replaces_it_and_the_caret_follows) {
   build(R"(AXTextArea "F" value "hello" selection 1+2)");
 
   EXPECT_EQ(write("AXValue", text("a😀")), 0);
@@ -60,7 +60,7 @@ TEST_F(Fields, a_write_of_the_value_replaces_it_and_the_caret_follows) {
   EXPECT_EQ(write("AXValue", std::int64_t{3}), -25201);
 }
 
-TEST_F(Fields, a_write_of_the_selected_text_replaces_the_selection_in_utf16_units) {
+TEST_F(fields, a_write_of_the_selected_text_replaces_the_selection_in_utf16_units) {
   build(R"(AXTextArea "F" value "a😀b😀c")");
 
   EXPECT_EQ(read("AXSelectedTextRange"), range(0, 0));
@@ -73,7 +73,7 @@ TEST_F(Fields, a_write_of_the_selected_text_replaces_the_selection_in_utf16_unit
   EXPECT_EQ(read("AXValue"), text("a😀é€!c"));
 }
 
-TEST_F(Fields, a_selection_lies_within_the_text) {
+TEST_F(fields, a_selection_lies_within_the_text) {
   build(R"(AXTextField "F" value "abc")");
 
   EXPECT_EQ(write("AXSelectedTextRange", range(3, 0)), 0);
@@ -84,7 +84,7 @@ TEST_F(Fields, a_selection_lies_within_the_text) {
   EXPECT_EQ(read("AXSelectedTextRange"), range(3, 0));
 }
 
-TEST_F(Fields, the_focus_puts_the_caret_at_the_end_unless_it_has_a_place) {
+TEST_F(fields, the_focus_puts_the_caret_at_the_end_unless_it_has_a_place) {
   build(
       "AXTextField \"F\" value \"abc\"\n    AXTextField \"G\" value \"abc\" selection 1+1\n"
       "    AXGroup \"H\" attribute AXEditable true\n    AXButton \"B\"");
@@ -106,7 +106,7 @@ TEST_F(Fields, the_focus_puts_the_caret_at_the_end_unless_it_has_a_place) {
   EXPECT_EQ(notes().focusedElement, findLabelled(notes(), "H")->id);
 }
 
-TEST_F(Fields, a_field_may_change_what_is_written) {
+TEST_F(fields, a_field_may_change_what_is_written) {
   build(R"(AXTextField "F" transform trim transform upper transform first 3 characters)");
 
   EXPECT_EQ(write("AXValue", text("  abcdef ")), 0);
@@ -117,7 +117,7 @@ TEST_F(Fields, a_field_may_change_what_is_written) {
   EXPECT_EQ(read("AXSelectedTextRange"), range(3, 0));
 }
 
-TEST_F(Fields, a_field_may_ignore_or_halve_what_is_written) {
+TEST_F(fields, a_field_may_ignore_or_halve_what_is_written) {
   build(R"(AXTextField "F" value "old" ignores writes)");
   EXPECT_EQ(write("AXValue", text("new")), 0);
   EXPECT_EQ(write("AXSelectedText", text("new")), 0);
@@ -130,7 +130,7 @@ TEST_F(Fields, a_field_may_ignore_or_halve_what_is_written) {
   EXPECT_EQ(read("AXValue"), text("ab"));
 }
 
-TEST_F(Fields, a_late_field_takes_writes_in_order_each_at_its_time) {
+TEST_F(fields, a_late_field_takes_writes_in_order_each_at_its_time) {
   build(R"(AXTextField "F" value "old" selection 3+0 late 120ms)");
 
   EXPECT_EQ(write("AXSelectedText", text("1"), 1'000), 0);
@@ -144,7 +144,7 @@ TEST_F(Fields, a_late_field_takes_writes_in_order_each_at_its_time) {
   EXPECT_TRUE(world_.pending.empty());
 }
 
-TEST_F(Fields, a_late_write_to_what_has_gone_is_lost) {
+TEST_F(fields, a_late_write_to_what_has_gone_is_lost) {
   build(R"(AXTextField "F" late 1ms)");
 
   write("AXValue", text("x"));
@@ -154,7 +154,7 @@ TEST_F(Fields, a_late_write_to_what_has_gone_is_lost) {
   EXPECT_TRUE(world_.pending.empty());
 }
 
-TEST_F(Fields, an_empty_field_may_show_its_placeholder_as_value) {
+TEST_F(fields, an_empty_field_may_show_its_placeholder_as_value) {
   build(R"(AXTextField "F" placeholder "Write…" shows placeholder)");
 
   EXPECT_EQ(read("AXValue"), text("Write…"));
@@ -165,7 +165,7 @@ TEST_F(Fields, an_empty_field_may_show_its_placeholder_as_value) {
   EXPECT_EQ(read("AXValue"), text("Write…"));
 }
 
-TEST_F(Fields, a_secure_field_shows_bullets) {
+TEST_F(fields, a_secure_field_shows_bullets) {
   build(R"(AXTextField "F" subrole AXSecureTextField value "aé😀")");
 
   EXPECT_EQ(read("AXValue"), text("•••"));
@@ -174,7 +174,7 @@ TEST_F(Fields, a_secure_field_shows_bullets) {
   EXPECT_EQ(read("AXValue"), text("•"));
 }
 
-TEST_F(Fields, a_composer_shows_its_text_as_static_texts) {
+TEST_F(fields, a_composer_shows_its_text_as_static_texts) {
   build("AXTextArea \"F\" at 10,20 size 200x90 value \"one\\n\\ntwo\" composer");
   const ElementId before = findElement(notes(), field())->children[0];
 
@@ -191,7 +191,7 @@ TEST_F(Fields, a_composer_shows_its_text_as_static_texts) {
   EXPECT_EQ(lines(), std::vector<std::string>{});
 }
 
-TEST_F(Fields, a_composers_text_may_be_that_of_its_static_texts_and_hidden) {
+TEST_F(fields, a_composers_text_may_be_that_of_its_static_texts_and_hidden) {
   build(
       "AXGroup \"F\" attribute AXEditable true composer without value\n"
       "        AXGroup\n"
@@ -207,7 +207,7 @@ TEST_F(Fields, a_composers_text_may_be_that_of_its_static_texts_and_hidden) {
             (std::vector<std::string>{"AXStaticText new", "AXGroup -", "AXTextField @ada"}));
 }
 
-TEST_F(Fields, an_empty_composer_may_hold_its_placeholder) {
+TEST_F(fields, an_empty_composer_may_hold_its_placeholder) {
   build(R"(AXTextArea "F" placeholder "Message" composer shows placeholder)");
 
   EXPECT_EQ(lines(), std::vector<std::string>{"AXStaticText Message"});
@@ -218,7 +218,7 @@ TEST_F(Fields, an_empty_composer_may_hold_its_placeholder) {
   EXPECT_EQ(lines(), std::vector<std::string>{"AXStaticText Message"});
 }
 
-TEST_F(Fields, a_field_may_reject_writes) {
+TEST_F(fields, a_field_may_reject_writes) {
   build(R"(AXTextField "F" value "old" rejects AXSelectedText rejects AXValue -25200)");
 
   EXPECT_EQ(write("AXSelectedText", text("x")), -25205);
@@ -227,7 +227,7 @@ TEST_F(Fields, a_field_may_reject_writes) {
   EXPECT_EQ(read("AXValue"), text("old"));
 }
 
-TEST_F(Fields, a_disabled_field_takes_nothing) {
+TEST_F(fields, a_disabled_field_takes_nothing) {
   build(R"(AXTextField "F" value "old" disabled)");
 
   EXPECT_EQ(write("AXValue", text("x")), -25205);
@@ -236,7 +236,7 @@ TEST_F(Fields, a_disabled_field_takes_nothing) {
   EXPECT_EQ(notes().focusedElement, 0);
 }
 
-TEST_F(Fields, a_field_may_lie_about_its_text) {
+TEST_F(fields, a_field_may_lie_about_its_text) {
   build(R"(AXTextField "F" value 3 attribute AXSelectedText "lie" attribute AXFocused true)");
 
   EXPECT_EQ(read("AXValue"), AttributeValue(std::int64_t{3}));
@@ -246,7 +246,7 @@ TEST_F(Fields, a_field_may_lie_about_its_text) {
   EXPECT_EQ(notes().focusedElement, 0);
 }
 
-TEST_F(Fields, a_slider_stays_within_its_limits) {
+TEST_F(fields, a_slider_stays_within_its_limits) {
   build(R"(AXSlider "F" range 0..10)");
 
   EXPECT_EQ(read("AXValue"), AttributeValue(std::int64_t{0}));
@@ -260,14 +260,14 @@ TEST_F(Fields, a_slider_stays_within_its_limits) {
   EXPECT_EQ(write("AXValue", text("5")), -25201);
 }
 
-TEST_F(Fields, a_disabled_slider_stays) {
+TEST_F(fields, a_disabled_slider_stays) {
   build(R"(AXSlider "F" range 0..10 value 4 disabled)");
 
   EXPECT_EQ(write("AXValue", 3.0), -25205);
   EXPECT_EQ(read("AXValue"), AttributeValue(std::int64_t{4}));
 }
 
-TEST(FieldTexts, are_changed_by_characters_and_lines) {
+TEST(field_texts, are_changed_by_characters_and_lines) {
   const auto first = [](std::size_t count) {
     return std::vector<Transform>{{Transform::Kind::first, count}};
   };

@@ -17,7 +17,7 @@ using Sentences = std::vector<std::string>;
 /// The calls of one run as they come to the rules, for a run of "bg-click Notes". Application 40 is
 /// in front; 41, Notes, has the windows 7 "Inbox", 8 "Outbox" and 9, an untitled one; 900 is a
 /// process.
-class BrokenRun : public testing::Test {
+class broken_run : public testing::Test {
  protected:
   static constexpr const char* desk = R"(
     process 900
@@ -29,7 +29,7 @@ class BrokenRun : public testing::Test {
         window 9 at 100,100 size 200x200
 )";
 
-  BrokenRun() {
+  broken_run() {
     mac_.world = simulator::parseWorld(desk);
     client_.pid = 5'000'000;
     client_.arguments = {"driver", "bg-click", "Notes", "1", "2"};
