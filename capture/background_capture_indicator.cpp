@@ -1,28 +1,50 @@
 #include "capture/background_capture_indicator.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
-#include "capture/sharing_choice.h"
-#include "capture/sharing_stop.h"
-#include "capture/stream_configuration.h"
-#include "input/foreground.h"
-#include "input/held_focus.h"
+#include "base/geometry.h"
+#include "capture/choice.h"
+#include "input/focus.h"
 #include "input/session.h"
 #include "input/sky_focus.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "main/product.h"
+#include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/ax.h"
+#include "platform/loop.h"
 #include "platform/process.h"
 #include "platform/workspace.h"
 
 namespace driver {
 
 namespace {
+
+constexpr double longestSide = 640;  // pixels
+constexpr double shortestSide = 2;   // pixels
+constexpr process::Version childWindowsSince{14, 2};
+
+std::uint64_t scaledSide(double side, double scale) {
+  return static_cast<std::uint64_t>(std::max(side * scale, shortestSide));
+}
+
+constexpr std::int64_t nanosecondsPerMicrosecond = 1'000;
+constexpr std::int64_t releaseMicroseconds = 40'000;  // of one held focus
+constexpr std::int64_t shortestMicroseconds = 50'000;
+
+/// What is left for the last line, so that the focus that is held can still be given back in time.
+std::uint32_t timeForLastLine(std::uint64_t startNanoseconds) {
+  const auto spent = static_cast<std::int64_t>(loop::uptimeNanoseconds() - startNanoseconds) /
+                     nanosecondsPerMicrosecond;
+  const auto releases = static_cast<std::int64_t>(heldFocusCount()) * releaseMicroseconds;
+  const std::int64_t left = std::int64_t{endingMicroseconds} - spent - releases;
+  return static_cast<std::uint32_t>(std::max(left, shortestMicroseconds));
+}
 
 platform::Pid pidOf(const std::string& appID) {
   const std::optional<workspace::Application> app = runningApp(appID);
@@ -68,6 +90,32 @@ bool givesFocus(platform::Pid pid, platform::WindowNumber window) {
 }
 
 }  // namespace
+
+share::StreamConfiguration streamConfiguration(const platform::Rect& frame,
+                                               process::Version version) {
+  const platform::Rect known = isFinite(frame) ? frame : platform::Rect{};
+  const double longer = std::max(known.width, known.height);
+  const double scale = longer <= 1 ? 1 : std::min(longestSide / longer, 1.0);
+
+  share::StreamConfiguration configuration;
+  configuration.width = scaledSide(known.width, scale);
+  configuration.height = scaledSide(known.height, scale);
+  configuration.frameIntervalSeconds = 1;
+  configuration.queueDepth = 3;
+  configuration.name = sharingName;
+  configuration.includesChildWindows = version >= childWindowsSince;
+  return configuration;
+}
+
+void endWhenSharingStops(const std::string& description) {
+  const std::uint64_t start = loop::uptimeNanoseconds();
+  beginEnding();
+  emitLastWithin({{"ok", false},
+                  {"sharing", false},
+                  {"error", "native screen sharing stopped: " + description}},
+                 timeForLastLine(start));
+  process::exit(1);
+}
 
 BackgroundCaptureIndicator::BackgroundCaptureIndicator(const std::string& appID)
     : pid_(pidOf(appID)) {}

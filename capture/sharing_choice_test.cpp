@@ -1,4 +1,4 @@
-#include "capture/sharing_choice.h"
+#include "capture/choice.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "capture/stream_configuration.h"
+#include "capture/background_capture_indicator.h"
 
 #include <gtest/gtest.h>
 

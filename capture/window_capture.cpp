@@ -7,7 +7,7 @@
 
 #include "base/geometry.h"
 #include "capture/choice.h"
-#include "capture/pixels.h"
+#include "capture/window_image.h"
 #include "main/state_queries.h"
 #include "platform/image.h"
 #include "platform/share.h"

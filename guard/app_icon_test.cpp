@@ -1,4 +1,4 @@
-#include "guard/app_icon.h"
+#include "guard/cover_pictures.h"
 
 #include <gtest/gtest.h>
 

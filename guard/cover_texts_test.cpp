@@ -1,4 +1,4 @@
-#include "guard/cover_texts.h"
+#include "guard/cover_view.h"
 
 #include <gtest/gtest.h>
 

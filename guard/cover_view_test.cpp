@@ -4,7 +4,6 @@
 
 #include <cstdio>
 
-#include "guard/cover_texts.h"
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
 #include "tests/support/inside.h"

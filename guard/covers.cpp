@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "guard/cover_texts.h"
 #include "guard/cover_view.h"
 #include "guard/grace.h"
 #include "main/globals.h"

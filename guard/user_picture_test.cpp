@@ -1,4 +1,4 @@
-#include "guard/user_picture.h"
+#include "guard/cover_pictures.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include "capture/liveness.h"
 #include "input/session.h"
 #include "input/sky.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "main/globals.h"
 #include "platform/loop.h"
 

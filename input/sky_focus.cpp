@@ -10,7 +10,7 @@
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
 #include "input/sky.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
 

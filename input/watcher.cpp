@@ -5,9 +5,9 @@
 #include <limits>
 #include <vector>
 
-#include "input/foreground.h"
+#include "input/focus.h"
 #include "input/input_report.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/loop.h"

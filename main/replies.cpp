@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "base/utf8.h"
+#include "main/ending.h"
 #include "main/globals.h"
-#include "main/undo.h"
 #include "platform/json.h"
 #include "platform/loop.h"
 #include "platform/process.h"

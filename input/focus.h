@@ -1,12 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
+#include "input/target_window.h"
 #include "main/globals.h"
 #include "platform/types.h"
 
 namespace driver {
+
+/// The process in front, asked afresh; none when the system does not tell.
+std::optional<platform::Pid> foregroundPID();
 
 inline constexpr std::string_view invalidFocusRelease = "invalid focus release";
 
@@ -32,5 +38,19 @@ void releaseAllInputFocus();
 
 /// "focus-release": takes back the focus that another process of this tool left behind.
 void focusReleaseCommand(const Arguments& arguments);
+
+enum class PointerFocus {
+  notNeeded,  // the target is in front, or a capture session holds its focus
+  given,
+  unavailable,
+};
+
+/// Gives the window input focus for one pointer input where that is needed. After `given` the
+/// caller calls `endPointerFocus`; should the run fail before, focus is taken back all the same.
+PointerFocus beginPointerFocus(platform::Pid pid, const TargetWindow& window);
+
+/// After `given`: pauses, then takes focus back, unless it has come to be held or the target has
+/// come to the front. Otherwise nothing.
+void endPointerFocus(PointerFocus focus, std::uint32_t pauseMicroseconds);
 
 }  // namespace driver

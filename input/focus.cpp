@@ -1,4 +1,4 @@
-#include "input/held_focus.h"
+#include "input/focus.h"
 
 #include <cstdint>
 #include <mutex>
@@ -6,10 +6,11 @@
 #include <string>
 
 #include "base/numbers.h"
-#include "input/foreground.h"
+#include "input/sky.h"
 #include "input/sky_focus.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "main/replies.h"
+#include "platform/loop.h"
 #include "platform/process.h"
 
 namespace driver {
@@ -32,7 +33,24 @@ std::optional<platform::Pid> anyHeld() {
   return held.empty() ? std::nullopt : std::optional(held.begin()->first);
 }
 
+void takeFocusBack(platform::Pid pid, platform::WindowNumber window) {
+  if (inputFocusHeld(pid) || foregroundPID() == pid) return;
+  Sky::focus(pid, window, false);
+}
+
 }  // namespace
+
+std::optional<platform::Pid> foregroundPID() {
+  const Sky::FrontProcess frontProcess = Sky::frontProcess();
+  if (frontProcess == nullptr) return std::nullopt;
+  const Sky::ProcessPID processPID = Sky::processPID();
+  if (processPID == nullptr) return std::nullopt;
+  platform::SerialNumber process;
+  if (frontProcess(&process) != platform::statusSuccess) return std::nullopt;
+  platform::Pid pid = 0;
+  if (processPID(&process, &pid) != platform::statusSuccess) return std::nullopt;
+  return pid;
+}
 
 bool inputFocusHeld(platform::Pid pid) {
   return isHeldHere(pid) || process::environment("CU_FOCUS_PID") == std::to_string(pid);
@@ -86,6 +104,20 @@ void focusReleaseCommand(const Arguments& arguments) {
   if (!pid || *pid <= 0 || !window) fail(std::string(invalidFocusRelease));
   takeBackUnlessInFront(*pid, *window);
   emit({{"ok", true}});
+}
+
+PointerFocus beginPointerFocus(platform::Pid pid, const TargetWindow& window) {
+  if (foregroundPID() == pid || inputFocusHeld(pid)) return PointerFocus::notNeeded;
+  const Act act;  // until it is noted, nobody could take the focus back
+  if (!Sky::focus(pid, window.id, true)) return PointerFocus::unavailable;
+  pushUndo([pid, number = window.id] { takeFocusBack(pid, number); });
+  return PointerFocus::given;
+}
+
+void endPointerFocus(PointerFocus focus, std::uint32_t pauseMicroseconds) {
+  if (focus != PointerFocus::given) return;
+  loop::sleepMicroseconds(pauseMicroseconds);
+  runNewestUndo();
 }
 
 }  // namespace driver

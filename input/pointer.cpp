@@ -1,0 +1,224 @@
+#include "input/pointer.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "capture/window_image.h"
+#include "input/chromium.h"
+#include "input/context.h"
+#include "input/focus.h"
+#include "input/post.h"
+#include "input/session.h"
+#include "input/sky.h"
+#include "main/globals.h"
+#include "main/state_queries.h"
+#include "platform/loop.h"
+#include "platform/quartz.h"
+
+namespace driver {
+
+namespace {
+
+constexpr std::uint64_t clickGroupCount = 1'000'000'000;
+constexpr std::int64_t touchSubtype = 3;
+
+using quartz::EventType;
+
+constexpr const char* functionsMissing = "private input functions are missing on this macOS";
+constexpr std::uint32_t clickFocusMicroseconds = 100'000;
+constexpr std::uint32_t pressMicroseconds = 1'000;
+constexpr std::uint32_t betweenClicksMicroseconds = 80'000;
+constexpr Point offScreen{-1, -1};
+
+struct ClickStep {
+  EventType type;
+  bool located;  // at the point clicked, else off screen
+  std::int64_t clickState;
+  std::int64_t eventNumber;
+  std::uint32_t delayMicroseconds;  // after posting
+};
+
+// A click off screen makes the window expect pointer input without hitting anything in it.
+constexpr std::array<ClickStep, 4> primingSteps = {{
+    {EventType::mouseMoved, false, 0, 2, 15'000},
+    {EventType::leftMouseDown, false, 1, 1, 1'000},
+    {EventType::leftMouseUp, false, 1, 2, 100'000},
+    {EventType::mouseMoved, true, 0, 2, 15'000},
+}};
+
+std::vector<ClickStep> clickSteps(std::int64_t count, bool right) {
+  const EventType down = right ? EventType::rightMouseDown : EventType::leftMouseDown;
+  const EventType up = right ? EventType::rightMouseUp : EventType::leftMouseUp;
+  std::vector<ClickStep> steps(primingSteps.begin(), primingSteps.end());
+  for (std::int64_t click = 1; click <= count; ++click) {
+    steps.push_back({down, true, click, 3, pressMicroseconds});
+    steps.push_back({up, true, click, 3, click < count ? betweenClicksMicroseconds : 0});
+  }
+  return steps;
+}
+
+Routes routesFor(const PointerTarget& target, const ClickStep& step, bool right) {
+  if (!target.chromium) return {true, false};
+  if (!step.located) return {true, true};
+  return {right, !right};
+}
+
+void setWindowLocation(const quartz::Event& event, const PointerTarget& target,
+                       const ClickStep& step, Point point) {
+  Point location = offScreen;
+  if (step.located) location = target.chromium ? windowLocal(target.window, point) : point;
+  Sky::setWindowLocation()(event.get(), location.x, location.y);
+}
+
+void postStep(const quartz::Source* source, const PointerTarget& target, const ClickStep& step,
+              Point point, bool right) {
+  const bool rightStep = right && step.located;
+  const auto event =
+      quartz::createMouseEvent(source, step.type, step.located ? point : offScreen,
+                               rightStep ? quartz::MouseButton::right : quartz::MouseButton::left);
+  if (!event) return;
+  quartz::setFlags(*event, 0);
+  setPrivateField(*event, quartz::Field::mouseEventNumber, step.eventNumber);
+  setPrivateField(*event, quartz::Field::clickState, step.clickState);
+  setPrivateField(*event, quartz::Field::buttonNumber, rightStep ? 1 : 0);
+  address(*event, target);
+  setWindowLocation(*event, target, step, point);
+  postTarget(event, target.pid, routesFor(target, step, right));
+  if (step.delayMicroseconds != 0) loop::sleepMicroseconds(step.delayMicroseconds);
+}
+
+/// Posts the whole sequence. The private entry points are present.
+void postClicks(const PointerTarget& target, Point point, std::int64_t count, bool right) {
+  const std::optional<quartz::Source> source = quartz::createSource();
+  PointerTarget grouped = target;
+  grouped.clickGroup = newClickGroup();
+  for (const ClickStep& step : clickSteps(count, right)) {
+    postStep(source ? &*source : nullptr, grouped, step, point, right);
+  }
+}
+
+constexpr std::uint32_t motionFocusMicroseconds = 50'000;
+constexpr std::int64_t motionEventNumber = 3;
+constexpr std::int64_t motionClickState = 1;
+
+std::optional<quartz::Event> createEvent(Point point, const std::optional<Scroll>& scroll) {
+  if (scroll) return quartz::createScrollEvent(scroll->vertical, scroll->horizontal);
+  const std::optional<quartz::Source>& source = globals().src;
+  return quartz::createMouseEvent(source ? &*source : nullptr, quartz::EventType::mouseMoved, point,
+                                  quartz::MouseButton::left);
+}
+
+std::string dragRefusal(bool chromium) {
+  return chromium ? "Chromium background drag is unsupported: the renderer requires global "
+                    "mouse-button state"
+                  : "AppKit background drag is unsupported: native delivery raises the target "
+                    "window";
+}
+
+void postMotion(const PointerTarget& target, Point point, const std::optional<Scroll>& scroll) {
+  const std::optional<quartz::Event> event = createEvent(point, scroll);
+  if (!event) return;
+  quartz::setFlags(*event, 0);
+  quartz::setLocation(*event, point);
+  setPrivateField(*event, quartz::Field::mouseEventNumber, motionEventNumber);
+  setPrivateField(*event, quartz::Field::clickState, motionClickState);
+  address(*event, target);
+  const bool inWindowSpace = target.chromium || scroll;
+  const Point location = inWindowSpace ? windowLocal(target.window, point) : point;
+  Sky::setWindowLocation()(event->get(), location.x, location.y);
+  // Chromium takes scrolls by the private route and moves by the public one; AppKit the reverse.
+  const bool privately = target.chromium == scroll.has_value();
+  postTarget(event, target.pid, {privately, !privately});
+}
+
+constexpr int watchRounds = 3;
+constexpr std::uint32_t roundMicroseconds = 200'000;
+
+/// What may change by an input.
+struct Appearance {
+  std::optional<platform::Bytes> image;
+  std::string focusSignature;
+};
+
+bool changesFrom(const Appearance& before, platform::Pid pid, platform::WindowNumber window) {
+  for (int round = 0; round < watchRounds; ++round) {
+    loop::sleepMicroseconds(roundMicroseconds);
+    const std::optional<platform::Bytes> image = windowImage(window);
+    // Without two pictures to compare, nothing speaks against a change.
+    if (!before.image || !image || *before.image != *image) return true;
+    if (focusSignature(pid) != before.focusSignature) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::int64_t newClickGroup() {
+  return static_cast<std::int64_t>(loop::uptimeNanoseconds() % clickGroupCount);
+}
+
+Point windowLocal(const TargetWindow& window, Point point) {
+  return {point.x - window.bounds.x, point.y - window.bounds.y};
+}
+
+void setPrivateField(const quartz::Event& event, quartz::Field field, std::int64_t value) {
+  Sky::setField()(event.get(), static_cast<std::uint32_t>(field), value);
+}
+
+void address(const quartz::Event& event, const PointerTarget& target) {
+  setPrivateField(event, quartz::Field::mouseSubtype, touchSubtype);
+  setPrivateField(event, quartz::Field::targetProcess, target.pid);
+  setPrivateField(event, quartz::Field::targetWindow, target.window.id);
+  setPrivateField(event, quartz::Field::clickGroup, target.clickGroup);
+  setPrivateField(event, quartz::Field::windowUnderPointer, target.window.id);
+  setPrivateField(event, quartz::Field::windowThatCanHandle, target.window.id);
+}
+
+std::optional<std::string> backgroundClick(const workspace::Application& app,
+                                           const TargetWindow& window, Point point,
+                                           std::int64_t count, const std::string& button) {
+  if (Sky::setWindowLocation() == nullptr) return functionsMissing;
+  if (count < 1 || count > 2) return "unsupported click count " + std::to_string(count);
+  const PointerFocus focus = beginPointerFocus(app.pid, window);
+  if (focus == PointerFocus::unavailable) return "background target focus is unavailable";
+  const PointerTarget target{app.pid, window, 0, isChromium(app)};
+  const bool complete = Sky::postToPid() != nullptr && Sky::setField() != nullptr;
+  if (complete) postClicks(target, point, count, button == "right");
+  endPointerFocus(focus, clickFocusMicroseconds);
+  return complete ? std::nullopt : std::optional<std::string>(functionsMissing);
+}
+
+std::optional<std::string> backgroundMotion(const workspace::Application& app,
+                                            const TargetWindow& window, Point from,
+                                            const std::optional<Point>& to,
+                                            const std::optional<Scroll>& scroll) {
+  if (Sky::setWindowLocation() == nullptr || Sky::setField() == nullptr ||
+      Sky::postToPid() == nullptr) {
+    return "private background pointer functions are missing on this macOS";
+  }
+  const bool chromium = isChromium(app);
+  if (to) return dragRefusal(chromium);
+  const PointerFocus focus = beginPointerFocus(app.pid, window);
+  if (focus == PointerFocus::unavailable) return "background target focus is unavailable";
+  postMotion({app.pid, window, newClickGroup(), chromium}, from, scroll);
+  endPointerFocus(focus, motionFocusMicroseconds);
+  return std::nullopt;
+}
+
+Reply background(const std::string& app, Point point, const SendAction& send) {
+  if (!sessionUsable()) return lockedRefusal("the Mac is locked or not on console");
+  const std::optional<workspace::Application> target = runningApp(app);
+  if (!target || target->hidden) return refusal("target app is not running or is hidden");
+  const std::optional<TargetWindow> window = windowAt(target->pid, point);
+  if (!window) return refusal("no window of the app under the point");
+
+  Appearance before;
+  before.image = windowImage(window->id);
+  before.focusSignature = focusSignature(target->pid);
+  if (const auto error = send(*target, *window, point)) return refusal(*error);
+  const bool changed = changesFrom(before, target->pid, window->id);
+  return {{"ok", true}, {"via", "background"}, {"changed", changed}, {"window", window->id}};
+}
+
+}  // namespace driver
