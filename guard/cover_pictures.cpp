@@ -19,6 +19,7 @@ std::string_view withoutSlashes(std::string_view path) {
   return path;
 }
 
+// What is shorter is what the tool says of a record without a photo.
 constexpr std::size_t shortestPhotoDigits = 101;
 
 /// The value of a hexadecimal digit; none for any other byte.
@@ -29,7 +30,21 @@ std::optional<unsigned> digitValue(char c) {
   return std::nullopt;
 }
 
+/// The icon of the application bundle that this tool belongs to, if any. A tool that is
+/// started by way of a link still belongs to its bundle.
+std::optional<image::Image> appIcon() {
+  const std::optional<std::string> bundle =
+      enclosingBundle(streams::resolvedPath(globals().args.front()));
+  return bundle ? image::fileIcon(*bundle) : std::nullopt;
+}
+
 }  // namespace
+
+void lookUpCoverPictures() {
+  if (globals().guardOruFace) return;
+  globals().guardUserPicture = userPicture();
+  globals().guardAppIcon = appIcon();
+}
 
 std::optional<std::string> enclosingBundle(std::string_view toolPath) {
   std::string_view path = withoutSlashes(toolPath);
@@ -41,12 +56,6 @@ std::optional<std::string> enclosingBundle(std::string_view toolPath) {
   const std::string_view name = path.substr(path.rfind('/') + 1);
   if (name.size() <= extension.size() || !name.ends_with(extension)) return std::nullopt;
   return std::string(path);
-}
-
-std::optional<image::Image> appIcon() {
-  const std::optional<std::string> bundle =
-      enclosingBundle(streams::resolvedPath(globals().args.front()));
-  return bundle ? image::fileIcon(*bundle) : std::nullopt;
 }
 
 std::optional<platform::Bytes> photoBytes(std::string_view record) {

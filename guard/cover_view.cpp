@@ -3,7 +3,6 @@
 #include <optional>
 #include <vector>
 
-#include "guard/cover_pictures.h"
 #include "guard/grace.h"
 #include "main/globals.h"
 #include "platform/process.h"
@@ -13,6 +12,7 @@ namespace driver {
 
 namespace {
 
+// The variable is a switch with one word; the user's languages are tags such as "zh-Hans-CN".
 bool wantsChinese() {
   const std::optional<std::string> language = process::environment("ZENTROVE_DESK_LANG");
   if (language) return *language == "zh";
@@ -66,6 +66,7 @@ std::vector<cover::Picture> pictures(double middle, double base) {
   if (main) {
     shown.push_back({*main, {middle - pictureSide / 2, base, pictureSide, pictureSide}, true});
   }
+  // Beside the user's own picture only: an icon would be a badge of itself.
   if (user && icon) {
     shown.push_back(
         {*icon, {middle + badgeRightOfMiddle, base - badgeBelowBase, badgeSide, badgeSide}, false});
@@ -87,6 +88,7 @@ cover::Label labelled(const std::string& text, const Font& font, double alpha, d
 void chooseGuardLanguage() { globals().guardChinese = wantsChinese(); }
 
 std::string guardTitle(bool operating) {
+  // By the face alone: a name without one would speak of somebody whom the user does not see.
   if (globals().guardOruFace) return personaTitle(operating);
   if (globals().guardChinese) {
     return operating ? "Zentrove Desk 正在替你用这台 Mac" : "Zentrove Desk 在替你看着这台 Mac";
@@ -108,12 +110,6 @@ std::string guardHint(std::int64_t graceLeft, bool noGrace) {
 std::string guardFooter() {
   return globals().guardChinese ? "替你看着 · 你去玩吧"
                                 : "Keeping an eye on things · Go enjoy yourself";
-}
-
-void lookUpCoverPictures() {
-  if (globals().guardOruFace) return;
-  globals().guardUserPicture = userPicture();
-  globals().guardAppIcon = appIcon();
 }
 
 cover::View privacyScreen(const platform::Size& size) {

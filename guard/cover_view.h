@@ -7,7 +7,7 @@
 #include "platform/cover.h"
 #include "platform/types.h"
 
-/// What the cover says.
+/// What a cover says and shows.
 namespace driver {
 
 /// Chooses the language of the texts that follow: that of ZENTROVE_DESK_LANG, else the user's.
@@ -25,10 +25,6 @@ std::string guardFooter();
 /// Where the title and the hint are among the labels of a cover's view.
 inline constexpr std::size_t titleIndex = 0;
 inline constexpr std::size_t hintIndex = 1;
-
-/// Looks up the pictures that all covers of this run show. A persona with a face needs none. Asks
-/// the directory service, and waits for it.
-void lookUpCoverPictures();
 
 /// What covers a screen of this size, with the texts as they are now and the pictures that were
 /// looked up.

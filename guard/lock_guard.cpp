@@ -6,12 +6,13 @@
 #include <string>
 #include <utility>
 
-#include "guard/cover_view.h"
+#include "guard/cover_pictures.h"
 #include "guard/covers.h"
 #include "guard/display_hold.h"
 #include "guard/grace.h"
 #include "guard/screen_lock.h"
 #include "input/input_report.h"
+#include "main/ending.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "platform/cover.h"
@@ -25,11 +26,20 @@ namespace driver {
 
 namespace {
 
-constexpr std::uint32_t readerPatience = 250'000;  // microseconds
-
 using quartz::EventType;
 using tap::Verdict;
 
+/// How long the guard lives on after its last line, so that the screen has locked before the covers
+/// go. In microseconds.
+constexpr std::uint32_t lastMoments = 500'000;
+
+// As long as a service may take for its last line: meanwhile no event of the tap is served.
+constexpr std::uint32_t readerPatience = endingMicroseconds;
+
+constexpr std::uint32_t countdownStep = 1'000'000;  // microseconds
+
+// What a user does on purpose. The release of a key or a button is not among it: one that was down
+// when the guard began goes up without anybody's return.
 constexpr std::uint64_t returnMask =
     tap::maskOf(EventType::leftMouseDown) | tap::maskOf(EventType::rightMouseDown) |
     tap::maskOf(EventType::otherMouseDown) | tap::maskOf(EventType::mouseMoved) |
@@ -38,12 +48,29 @@ constexpr std::uint64_t returnMask =
 /// Input that was under way when grace began is no answer to it.
 constexpr double firstSeconds = 1;
 
+constexpr std::string_view operatingWord = "operating";
+constexpr std::string_view mindingWord = "minding";
+
+/// Writes a line of the guard. A reader that does not take it at once goes without: the guard never
+/// waits for its reader, since it must go on watching.
+void emitGuardLine(const Reply& line) { emitWithin(line, readerPatience); }
+
+/// What the system asks when it wants the application to terminate.
+class GuardQuit {
+ public:
+  /// Locks and ends in place of an answer.
+  [[noreturn]] static void applicationShouldTerminate() { lockAndExit("quit"); }
+};
+
+// The end comes from the main flow's next round, not from here: the tap's event is answered first,
+// or the system would let the input through that has ended the guard.
 void endInGrace() {
   globals().guardRelocking = true;
   emitGuardLine({{"ok", true}, {"by", "grace"}});
   loop::postToMain([] { process::exit(0); });
 }
 
+// Not by `lockAndExit`, which sleeps: until the end the tap goes on swallowing what comes.
 void lockAndEndSoon() {
   globals().guardRelocking = true;
   const bool relocked = lockScreenNow();
@@ -55,12 +82,16 @@ bool isMovement(const tap::Event& event) {
   return event.type == static_cast<std::uint32_t>(EventType::mouseMoved);
 }
 
-constexpr std::string_view operatingWord = "operating";
-constexpr std::string_view mindingWord = "minding";
-
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
-
-constexpr std::uint32_t countdownStep = 1'000'000;  // microseconds
+/// Watches the user's input with `guardVerdict` from now on. Fails when the system gives no tap.
+void watchForReturn() {
+  // At the head: nobody else may act on what is going to be swallowed.
+  globals().guardTap = tap::create(tap::Place::head, tap::Kind::filters, returnMask, guardVerdict);
+  if (!globals().guardTap) {
+    fail("cannot watch for the user's return: accessibility permission is missing");
+  }
+  tap::attach(*globals().guardTap);
+  tap::enable(*globals().guardTap);
+}
 
 /// From here on neither a fault of its own, nor a signal that nobody handles, nor a reader that has
 /// gone ends the guard before the screen is locked, and no terminal stops it.
@@ -96,12 +127,56 @@ void readGuardInput() {
       loop::postToMain([operating = *operating] { setGuardOperating(operating); });
     }
   }
+  // An agent that has gone, or that closes its end, minds the Mac no longer.
   loop::postToMain([] { lockAndExit("run"); });
 }
 
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
 }  // namespace
 
-void emitGuardLine(const Reply& line) { emitWithin(line, readerPatience); }
+void lockGuard() {
+  armLock();
+  const bool isHeld = holdDisplayAwake(
+                          "Zentrove Desk screen cover: keeps the display awake while the cover "
+                          "hides this unlocked Mac; any key or mouse movement locks it") != 0;
+  // Before the first window: covers must not take the foreground from what lies beneath.
+  workspace::prohibitOwnActivation();
+  // The directory service may keep it waiting, and signals must be able to end it until then.
+  lookUpCoverPictures();
+  lockAtSignals();
+  const std::size_t covers = coverScreens();
+  watchForReturn();
+  beginGrace();
+  // Not earlier: a guard that may not watch fails, and has hidden nothing for long.
+  lockAtAnyExit();
+  emitGuardLine(
+      {{"ok", true}, {"covers", static_cast<std::int64_t>(covers)}, {"keepAwake", isHeld}});
+  cover::onTerminationRequest(GuardQuit::applicationShouldTerminate);
+  followScreens();
+  loop::startTask(readGuardInput);
+  cover::runApplication();
+  lockAndExit("loop");
+}
+
+void lockGuardCommand(const Arguments& /*arguments*/) { lockGuard(); }
+
+Verdict guardVerdict(const tap::Event& event) {
+  if (isDisabledNotice(event)) {
+    if (globals().guardTap) tap::enable(*globals().guardTap);
+    return Verdict::pass;
+  }
+  // The agent goes on working behind the cover: its input is no return, and must reach its target.
+  if (!isUsersInput(event)) return Verdict::pass;
+  if (globals().guardRelocking) return Verdict::swallow;
+  const double left = hasGrace() ? graceLeft() : 0;
+  if (left <= 0) {
+    lockAndEndSoon();
+  } else if (!isMovement(event) && left <= globals().guardGrace - firstSeconds) {
+    endInGrace();
+  }
+  return Verdict::swallow;
+}
 
 void lockAndExit(std::string_view by) {
   if (!std::exchange(globals().guardExiting, true)) {
@@ -116,31 +191,6 @@ void lockAtAnyExit() {
   process::onExit([] {
     if (!globals().guardExiting && !globals().guardRelocking) lockScreenNow();
   });
-}
-
-Verdict guardVerdict(const tap::Event& event) {
-  if (isDisabledNotice(event)) {
-    if (globals().guardTap) tap::enable(*globals().guardTap);
-    return Verdict::pass;
-  }
-  if (!isUsersInput(event)) return Verdict::pass;
-  if (globals().guardRelocking) return Verdict::swallow;
-  const double left = hasGrace() ? graceLeft() : 0;
-  if (left <= 0) {
-    lockAndEndSoon();
-  } else if (!isMovement(event) && left <= globals().guardGrace - firstSeconds) {
-    endInGrace();
-  }
-  return Verdict::swallow;
-}
-
-void watchForReturn() {
-  globals().guardTap = tap::create(tap::Place::head, tap::Kind::filters, returnMask, guardVerdict);
-  if (!globals().guardTap) {
-    fail("cannot watch for the user's return: accessibility permission is missing");
-  }
-  tap::attach(*globals().guardTap);
-  tap::enable(*globals().guardTap);
 }
 
 // Ill-formed bytes are like any others: repaired or not, they are in neither word.
@@ -173,28 +223,5 @@ std::optional<bool> GuardInput::feed(std::string_view bytes) {
   }
   return last;
 }
-
-void lockGuard() {
-  armLock();
-  const bool isHeld = holdDisplayAwake(
-                          "Zentrove Desk screen cover: keeps the display awake while the cover "
-                          "hides this unlocked Mac; any key or mouse movement locks it") != 0;
-  workspace::prohibitOwnActivation();
-  lookUpCoverPictures();
-  lockAtSignals();
-  const std::size_t covers = coverScreens();
-  watchForReturn();
-  beginGrace();
-  lockAtAnyExit();
-  emitGuardLine(
-      {{"ok", true}, {"covers", static_cast<std::int64_t>(covers)}, {"keepAwake", isHeld}});
-  cover::onTerminationRequest(GuardQuit::applicationShouldTerminate);
-  followScreens();
-  loop::startTask(readGuardInput);
-  cover::runApplication();
-  lockAndExit("loop");
-}
-
-void lockGuardCommand(const Arguments& /*arguments*/) { lockGuard(); }
 
 }  // namespace driver

@@ -1,23 +1,27 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "main/globals.h"
-#include "main/replies.h"
 #include "platform/event_tap.h"
 
 namespace driver {
 
-/// How long the guard lives on after its last line, so that the screen has locked before the covers
-/// go. In microseconds.
-inline constexpr std::uint32_t lastMoments = 500'000;
+/// Covers every screen and watches for the user's return, until something ends it: that, a signal,
+/// a request to terminate, the end of standard input or of the application's loop. Whatever it is,
+/// the screen is locked first, but for a return while grace lasts. Fails when the system lets
+/// nobody watch.
+[[noreturn]] void lockGuard();
 
-/// Writes a line of the guard. A reader that does not take it at once goes without: the guard never
-/// waits for its reader, since it must go on watching.
-void emitGuardLine(const Reply& line);
+/// "lock-guard": the same.
+void lockGuardCommand(const Arguments& arguments);
+
+/// What becomes of an event of the guard's tap. The user's return ends the guard: it locks the
+/// screen or, while grace lasts, does not. Up to the lock nothing is allocated and nobody is asked,
+/// but for the clocks while grace may last.
+tap::Verdict guardVerdict(const tap::Event& event);
 
 /// Locks the screen, says why the guard ends, and ends the process with status 0 half a second
 /// later. Only the first call locks and writes. Main flow only.
@@ -26,21 +30,6 @@ void emitGuardLine(const Reply& line);
 /// From now on any other exit of the process locks too, one that a framework makes for example. An
 /// end that this guard has decided has locked already, or is the user's in grace.
 void lockAtAnyExit();
-
-/// What the system asks when it wants the application to terminate.
-class GuardQuit {
- public:
-  /// Locks and ends in place of an answer.
-  [[noreturn]] static void applicationShouldTerminate() { lockAndExit("quit"); }
-};
-
-/// What becomes of an event of the guard's tap. The user's return ends the guard: it locks the
-/// screen or, while grace lasts, does not. Up to the lock nothing is allocated and nobody is asked,
-/// but for the clocks while grace may last.
-tap::Verdict guardVerdict(const tap::Event& event);
-
-/// Watches the user's input with `guardVerdict` from now on. Fails when the system gives no tap.
-void watchForReturn();
 
 /// Reads what the agent tells its guard: lines that end with a line feed, in pieces as they come.
 /// However long a line is, a few bytes of it are kept.
@@ -59,14 +48,5 @@ class GuardInput {
   bool blankBehind_ = false;  // blanks have come since
   bool isOther_ = false;      // the line can be neither word any more
 };
-
-/// Covers every screen and watches for the user's return, until something ends it: that, a signal,
-/// a request to terminate, the end of standard input or of the application's loop. Whatever it is,
-/// the screen is locked first, but for a return while grace lasts. Fails when the system lets
-/// nobody watch.
-[[noreturn]] void lockGuard();
-
-/// "lock-guard": the same.
-void lockGuardCommand(const Arguments& arguments);
 
 }  // namespace driver
