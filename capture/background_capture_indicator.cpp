@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
+#include <utility>
 #include <vector>
 
-#include "accessibility/element.h"
 #include "accessibility/messages.h"
 #include "base/geometry.h"
 #include "capture/choice.h"
@@ -25,8 +24,13 @@ namespace driver {
 
 namespace {
 
+// The frames are thrown away: it is the mark that counts, which costs least with few small ones.
 constexpr double longestSide = 640;  // pixels
 constexpr double shortestSide = 2;   // pixels
+constexpr std::int64_t frameIntervalSeconds = 1;
+constexpr std::int64_t queueDepth = 3;  // frames
+
+// On an older system the very question for child windows ends the process.
 constexpr process::Version childWindowsSince{14, 2};
 
 std::uint64_t scaledSide(double side, double scale) {
@@ -34,7 +38,9 @@ std::uint64_t scaledSide(double side, double scale) {
 }
 
 constexpr std::int64_t nanosecondsPerMicrosecond = 1'000;
-constexpr std::int64_t releaseMicroseconds = 40'000;  // of one held focus
+constexpr std::int64_t releaseMicroseconds = 40'000;  // of one held focus: a record's pause
+
+// However much focus is held: the line is what tells the client why its service is gone.
 constexpr std::int64_t shortestMicroseconds = 50'000;
 
 /// What is left for the last line, so that the focus that is held can still be given back in time.
@@ -54,38 +60,21 @@ platform::Pid pidOf(const std::string& appID) {
 
 void requireUsable(platform::Pid pid) {
   if (!sessionUsable()) throw InputFailure("the Mac is locked or not on console");
+  // The workspace hears of an end late, and a process id may have been given to another since.
   if (workspace::terminated(pid) || !process::acceptsNullSignal(pid)) {
     throw InputFailure("capture target has exited");
   }
 }
 
 std::optional<platform::WindowNumber> candidateOf(platform::Pid pid) {
-  const std::optional<std::int64_t> number = mainWindowNumber(windows(pid));
+  const std::optional<std::int64_t> number = mainWindowNumber(listedWindows(pid));
   if (!number) return std::nullopt;
-  if (*number < 0 || *number > std::numeric_limits<platform::WindowNumber>::max()) {
-    fail("window number is out of range");
-  }
+  if (!std::in_range<platform::WindowNumber>(*number)) fail("window number is out of range");
   return static_cast<platform::WindowNumber>(*number);
 }
 
-/// What has the keyboard of a process.
-struct KeyboardState {
-  std::optional<platform::WindowNumber> window;
-  bool hasElement = false;
-};
-
-KeyboardState keyboardOf(platform::Pid pid) {
-  const std::vector<ax::Slot> slots =
-      messages::attributes(ax::application(pid), {"AXFocusedWindow", "AXFocusedUIElement"});
-  KeyboardState state;
-  const std::optional<ax::Element> focused = elementIn(slots[0].value);
-  if (focused) state.window = messages::windowNumber(*focused);
-  state.hasElement = slots[1].value.has_value();
-  return state;
-}
-
 bool givesFocus(platform::Pid pid, platform::WindowNumber window) {
-  const Act act;
+  const Act act;  // an ending process takes back what is noted, and must not be overtaken
   return Sky::focus(pid, window, true);
 }
 
@@ -100,8 +89,8 @@ share::StreamConfiguration streamConfiguration(const platform::Rect& frame,
   share::StreamConfiguration configuration;
   configuration.width = scaledSide(known.width, scale);
   configuration.height = scaledSide(known.height, scale);
-  configuration.frameIntervalSeconds = 1;
-  configuration.queueDepth = 3;
+  configuration.frameIntervalSeconds = frameIntervalSeconds;
+  configuration.queueDepth = queueDepth;
   configuration.name = sharingName;
   configuration.includesChildWindows = version >= childWindowsSince;
   return configuration;
@@ -122,6 +111,8 @@ BackgroundCaptureIndicator::BackgroundCaptureIndicator(const std::string& appID)
 
 Reply BackgroundCaptureIndicator::refresh() {
   requireUsable(pid_);
+  // By the window server's list, which is quick: what the system can share is asked for only when
+  // another window is to be shared.
   const std::optional<platform::WindowNumber> candidate = candidateOf(pid_);
   if (candidate && candidate == windowID_) return sharingReply();
   const share::Content content =
@@ -159,8 +150,7 @@ Reply BackgroundCaptureIndicator::sharingReply() const {
 }
 
 void BackgroundCaptureIndicator::stop() {
-  if (holdsFocus_) releaseInputFocus(pid_);
-  holdsFocus_ = false;
+  if (std::exchange(holdsFocus_, false)) releaseInputFocus(pid_);
   if (!stream_) return;
   try {
     share::stopStream(*stream_);
@@ -172,11 +162,14 @@ void BackgroundCaptureIndicator::stop() {
 
 Reply BackgroundCaptureIndicator::holdFocus() {
   if (!windowID_) throw InputFailure("no shared window for input");
+  // Noted before it is given: whatever ends the process from here on finds what to take back.
   const bool wasHeld = noteHeldFocus(pid_, *windowID_, holdsFocus_);
   holdsFocus_ = true;
-  const KeyboardState keyboard = keyboardOf(pid_);
+  const Sky::KeyboardFocus keyboard = Sky::keyboardFocus(pid_);
+  const auto keyWindow = keyboard.window ? messages::windowNumber(*keyboard.window) : std::nullopt;
   const bool isInFront = foregroundPID() == pid_;
-  const bool isKey = wasHeld && keyboard.window == windowID_ && keyboard.hasElement;
+  // Without an earlier hold the window may be key, but its application has no focus to type with.
+  const bool isKey = wasHeld && keyWindow == windowID_ && keyboard.hasElement;
   if (!isInFront && !isKey && !(givesFocus(pid_, *windowID_) && Sky::makeKey(pid_, *windowID_))) {
     throw InputFailure("background key-window selection failed");
   }

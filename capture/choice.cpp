@@ -14,11 +14,13 @@ namespace driver {
 
 namespace {
 
-constexpr std::int64_t firstSystemLayer = 1000;
+// Above are the dock, menus and what the system shows itself.
 constexpr std::int64_t lastHelperLayer = 19;
-constexpr double smallestWindowSide = 40;  // points
 constexpr double smallestHelperSide = 20;  // points
-constexpr double mainWindowShare = 0.25;   // of the largest normal window's area
+
+// Of the area of the largest normal window. What is smaller is a palette, which often lies in front
+// of the document that it belongs to.
+constexpr double mainWindowShare = 0.25;
 
 bool isAtLeast(const Rect& frame, double side) {
   return isFinite(frame) && frame.width >= side && frame.height >= side;
@@ -58,44 +60,15 @@ bool isBetterMain(const share::Window& later, const share::Window& current) {
   return area(later.frame) > area(current.frame);
 }
 
+// The product's marks and covers are about the application, and no part of what it shows.
 bool isOwnProduct(const share::Owner& owner) {
   return owner.bundleIdentifier.starts_with(std::string(productIdentifier) + ".");
 }
 
-constexpr double smallestSharedSide = 40;  // points
-constexpr double largeEnough = 0.25;       // of the largest area
-
-const Value* entryOf(const Value& window, const char* key) {
-  const auto* object = window.get<Value::Object>();
-  if (object == nullptr) return nullptr;
-  const auto entry = object->find(key);
-  return entry == object->end() ? nullptr : &entry->second;
-}
-
-double numberIn(const Value& window, const char* key) {
-  const Value* entry = entryOf(window, key);
-  if (entry == nullptr) return 0;
-  if (const auto* whole = entry->get<std::int64_t>()) return static_cast<double>(*whole);
-  const auto* number = entry->get<double>();
-  return number == nullptr ? 0 : *number;
-}
-
-double areaIn(const Value& window) {
-  return numberIn(window, "width") * numberIn(window, "height");
-}
-
-bool isOfLayerZero(const Value& window) {
-  const Value* layer = entryOf(window, "layer");
-  return layer != nullptr && *layer == Value(std::int64_t{0});
-}
-
 bool mayBeShared(const share::Window& window, platform::Pid pid) {
-  if (!belongsTo(window, pid) || window.layer != 0 || !inScope(window.title)) return false;
-  const platform::Rect& frame = window.frame;
-  return isFinite(frame) && frame.width >= smallestSharedSide && frame.height >= smallestSharedSide;
+  return belongsTo(window, pid) && window.layer == 0 && inScope(window.title) &&
+         isAtLeast(window.frame, smallestWindowSide);
 }
-
-double areaOf(const share::Window& window) { return window.frame.width * window.frame.height; }
 
 }  // namespace
 
@@ -120,6 +93,7 @@ std::vector<share::Window> keptWindows(const std::vector<share::Window>& windows
       untitled.push_back(window);
     }
   }
+  // Against those with a title alone: an untitled one keeps no other.
   std::erase_if(untitled, [&](const share::Window& window) { return !overlapsAny(window, kept); });
   kept.insert(kept.end(), untitled.begin(), untitled.end());
   return kept;
@@ -128,6 +102,7 @@ std::vector<share::Window> keptWindows(const std::vector<share::Window>& windows
 const share::Window& mainWindow(const std::vector<share::Window>& kept,
                                 const std::vector<windowserver::Window>& frontToBack,
                                 platform::Pid pid) {
+  // The windows that can be shared come in any order: only the server's list says what is in front.
   const double threshold = mainWindowThreshold(kept);
   for (const windowserver::Window& entry : frontToBack) {
     if (entry.ownerPid != pid || entry.layer != 0 || !inScope(entry.name)) continue;
@@ -143,16 +118,14 @@ const share::Window& mainWindow(const std::vector<share::Window>& kept,
 
 std::optional<share::Display> displayFor(const Rect& frame,
                                          const std::vector<share::Display>& displays) {
-  std::optional<share::Display> best;
-  double bestArea = 0;
-  for (const share::Display& display : displays) {
+  const auto shown = [&](const share::Display& display) {
     const std::optional<Rect> common = intersection(frame, display.frame);
-    const double shown = common ? area(*common) : 0;
-    if (best && shown <= bestArea) continue;
-    best = display;
-    bestArea = shown;
-  }
-  return best;
+    return common ? area(*common) : 0;
+  };
+  const auto best = std::max_element(
+      displays.begin(), displays.end(),
+      [&](const share::Display& a, const share::Display& b) { return shown(a) < shown(b); });
+  return best == displays.end() ? std::nullopt : std::optional(*best);
 }
 
 std::vector<share::Window> helperCandidates(const std::vector<share::Window>& windows,
@@ -160,6 +133,7 @@ std::vector<share::Window> helperCandidates(const std::vector<share::Window>& wi
   std::vector<share::Window> helpers;
   for (const share::Window& window : windows) {
     if (!window.owner || window.owner->pid == pid || isOwnProduct(*window.owner)) continue;
+    // Below are the desktop and its icons.
     if (window.layer < 0 || window.layer > lastHelperLayer) continue;
     if (!isAtLeast(window.frame, smallestHelperSide) || !overlap(window.frame, area)) continue;
     helpers.push_back(window);
@@ -167,16 +141,14 @@ std::vector<share::Window> helperCandidates(const std::vector<share::Window>& wi
   return helpers;
 }
 
-std::optional<std::int64_t> mainWindowNumber(const Value::List& windows) {
+std::optional<std::int64_t> mainWindowNumber(const std::vector<ListedWindow>& windows) {
   double largest = 0;
-  for (const Value& window : windows) {
-    if (isOfLayerZero(window)) largest = std::max(largest, areaIn(window));
+  for (const ListedWindow& window : windows) {
+    if (window.layer == 0) largest = std::max(largest, area(window.frame));
   }
-  for (const Value& window : windows) {
-    if (!isOfLayerZero(window) || areaIn(window) < largest * largeEnough) continue;
-    const Value* id = entryOf(window, "id");
-    const auto* number = id == nullptr ? nullptr : id->get<std::int64_t>();
-    return number == nullptr ? std::nullopt : std::optional(*number);
+  for (const ListedWindow& window : windows) {
+    if (window.layer != 0 || area(window.frame) < largest * mainWindowShare) continue;
+    return window.number;
   }
   return std::nullopt;
 }
@@ -195,7 +167,7 @@ const share::Window* largestSharedWindow(const std::vector<share::Window>& windo
   const share::Window* largest = nullptr;
   for (const share::Window& window : windows) {
     if (!mayBeShared(window, pid)) continue;
-    if (largest == nullptr || areaOf(window) > areaOf(*largest)) largest = &window;
+    if (largest == nullptr || area(window.frame) > area(largest->frame)) largest = &window;
   }
   return largest;
 }

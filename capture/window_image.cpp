@@ -10,7 +10,7 @@ namespace driver {
 
 namespace {
 
-constexpr std::uint64_t longestSide = 16'384;
+constexpr std::uint64_t longestSide = 16'384;  // the longest of a picture on this hardware
 
 }  // namespace
 
@@ -27,6 +27,7 @@ std::optional<platform::Bytes> windowImage(platform::WindowNumber number) {
         std::find_if(content.windows.begin(), content.windows.end(),
                      [&](const share::Window& candidate) { return candidate.number == number; });
     if (window == content.windows.end() || !isFinite(window->frame)) return std::nullopt;
+    // At half size: a quarter of the pixels is enough to see a change by.
     share::Configuration configuration;
     configuration.width = pixelCount(window->frame.width / 2);
     configuration.height = pixelCount(window->frame.height / 2);

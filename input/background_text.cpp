@@ -19,6 +19,7 @@ namespace {
 // Receivers cut off what is beyond.
 constexpr std::size_t unitsMax = 20;
 
+// A composer may lay itself out anew for another line; what is typed meanwhile would be lost.
 constexpr std::uint32_t lineBreakMicroseconds = 50'000;
 
 // Which key it is does not matter: the event says what it types.
@@ -27,7 +28,7 @@ constexpr std::uint16_t anyKey = 0;
 void postPiece(std::u16string_view piece, bool down, platform::Pid pid) {
   const std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
   if (event) {
-    quartz::setFlags(*event, 0);
+    quartz::setFlags(*event, 0);  // of what the user holds down just now
     quartz::setText(*event, piece);
   }
   postTarget(event, pid);
@@ -63,6 +64,7 @@ std::vector<std::u16string> typedPieces(std::string_view line) {
 void backgroundText(const std::string& text, platform::Pid pid) {
   bool isFirst = true;
   for (const std::string_view line : linesOf(text)) {
+    // A plain return would send the message that is being typed, in many an application.
     if (!isFirst) {
       key("shift+return", pid);
       loop::sleepMicroseconds(lineBreakMicroseconds);

@@ -17,11 +17,6 @@ namespace driver {
 
 namespace {
 
-void takeBackUnlessInFront(platform::Pid pid, platform::WindowNumber window) {
-  const std::optional<platform::Pid> foreground = foregroundPID();
-  if (foreground && *foreground != pid) Sky::focus(pid, window, false);
-}
-
 bool isHeldHere(platform::Pid pid) {
   const std::lock_guard lock(globals().mutex);
   return globals().heldInputFocus.contains(pid);
@@ -31,11 +26,6 @@ std::optional<platform::Pid> anyHeld() {
   const std::lock_guard lock(globals().mutex);
   const auto& held = globals().heldInputFocus;
   return held.empty() ? std::nullopt : std::optional(held.begin()->first);
-}
-
-void takeFocusBack(platform::Pid pid, platform::WindowNumber window) {
-  if (inputFocusHeld(pid) || foregroundPID() == pid) return;
-  Sky::focus(pid, window, false);
 }
 
 }  // namespace
@@ -52,6 +42,20 @@ std::optional<platform::Pid> foregroundPID() {
   return pid;
 }
 
+void takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window) {
+  // Pointer and keys ask for the hold at different times, before and after the foreground: one and
+  // the same to the outcome, and the trace of a run shows each its own.
+  if (giver == FocusGiver::pointerInput && inputFocusHeld(pid)) return;
+  const std::optional<platform::Pid> foreground = foregroundPID();
+  if (foreground == pid) return;
+  // A hold may be minutes old: where nobody tells who is in front, it may be the process by now.
+  // The focus of one input is given and taken back within a second, and must not stay.
+  if (giver == FocusGiver::hold && !foreground) return;
+  if (giver == FocusGiver::keyboardInput && inputFocusHeld(pid)) return;
+  Sky::focus(pid, window, false);
+}
+
+// The variable is compared as a text, and read afresh: its holder may come and go meanwhile.
 bool inputFocusHeld(platform::Pid pid) {
   return isHeldHere(pid) || process::environment("CU_FOCUS_PID") == std::to_string(pid);
 }
@@ -86,15 +90,17 @@ void releaseInputFocus(platform::Pid pid, bool all) {
       --entry->second.count;
       return;
     }
+    // Under the same lock: between the two an ending process would find neither hold nor act.
     act.emplace(lock);
     window = entry->second.window;
     held.erase(entry);
   }
-  takeBackUnlessInFront(pid, window);
+  takeFocusBack(FocusGiver::hold, pid, window);
 }
 
 void releaseAllInputFocus() {
   while (const auto pid = anyHeld()) releaseInputFocus(*pid, true);
+  // Another flow may be giving back the last one: its record must be out before the process goes.
   awaitActs();
 }
 
@@ -102,7 +108,8 @@ void focusReleaseCommand(const Arguments& arguments) {
   const std::optional<std::int32_t> pid = parseInt32(arguments[2]);
   const std::optional<std::uint32_t> window = parseUint32(arguments[3]);
   if (!pid || *pid <= 0 || !window) fail(std::string(invalidFocusRelease));
-  takeBackUnlessInFront(*pid, *window);
+  // Not this process's own hold: it serves one that was killed, and takes the caller's word for it.
+  takeFocusBack(FocusGiver::hold, *pid, *window);
   emit({{"ok", true}});
 }
 
@@ -110,7 +117,7 @@ PointerFocus beginPointerFocus(platform::Pid pid, const TargetWindow& window) {
   if (foregroundPID() == pid || inputFocusHeld(pid)) return PointerFocus::notNeeded;
   const Act act;  // until it is noted, nobody could take the focus back
   if (!Sky::focus(pid, window.id, true)) return PointerFocus::unavailable;
-  pushUndo([pid, number = window.id] { takeFocusBack(pid, number); });
+  pushUndo([pid, number = window.id] { takeFocusBack(FocusGiver::pointerInput, pid, number); });
   return PointerFocus::given;
 }
 

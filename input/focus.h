@@ -9,6 +9,8 @@
 #include "main/globals.h"
 #include "platform/types.h"
 
+/// Who has the user's input, and what was given of it: the process in front, focus that a capture
+/// session holds, focus that one input borrows.
 namespace driver {
 
 /// The process in front, asked afresh; none when the system does not tell.
@@ -35,6 +37,15 @@ std::size_t heldFocusCount();
 /// Ends all holds of this process, as it ends. Comes back when nothing is being given back any
 /// more, by other flows either.
 void releaseAllInputFocus();
+
+/// For whom a window was given focus.
+enum class FocusGiver { hold, pointerInput, keyboardInput };
+
+/// Takes back the focus that a window was given, unless its process has come to the front, where it
+/// is the user's. The focus of one input also stays when a session has come to hold it. A
+/// foreground that the system does not tell counts as another process after an input, and as this
+/// one after a hold.
+void takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window);
 
 /// "focus-release": takes back the focus that another process of this tool left behind.
 void focusReleaseCommand(const Arguments& arguments);

@@ -1,5 +1,6 @@
 #include "input/keys.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,9 +24,15 @@ namespace driver {
 
 namespace {
 
+// Menus that nest deeper are left alone, and a menu bar that never ends is given up.
 constexpr WalkBounds menuBounds = {20'000, 6};
 
-/// The modifiers of a shortcut as menu items have them.
+// A menu's command runs after its item has been pressed; the keys of a paste, say, need the text
+// there before the clipboard is given back.
+constexpr std::uint32_t menuPauseMicroseconds = 100'000;
+
+/// The modifiers of a shortcut as menu items have them. Command is implied: its own bit, 8, says
+/// that it is not needed.
 int menuModifiers(std::uint64_t flags) {
   int mask = 0;
   if (hasModifier(flags, quartz::Modifier::shift)) mask += 1;
@@ -41,43 +48,9 @@ bool hasShortcut(Snapshot& element, std::string_view character, int modifiers) {
   return element.number(Attribute::menuModifiers).value_or(0) == modifiers;
 }
 
-constexpr std::uint32_t menuPauseMicroseconds = 100'000;
-
-std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
-  std::optional<quartz::Event> event = quartz::createKeyboardEvent(code, down);
-  if (event) quartz::setFlags(*event, flags);
-  return event;
-}
-
-void postKeys(const KeyCombination& keys, platform::Pid pid) {
-  const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
-  const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
-  for (const ModifierKey& modifier : modifierKeys) {
-    if (!hasModifier(keys.flags, modifier.flag)) continue;
-    postTarget(createKey(modifier.code, true, keys.flags), pid);
-  }
-  postTarget(down, pid);
-  postTarget(up, pid);
-  for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
-    if (!hasModifier(keys.flags, modifier->flag)) continue;
-    postTarget(createKey(modifier->code, false, keys.flags), pid);
-  }
-}
-
-void pressMenuItem(const ax::Element& item, const std::string& combination) {
-  requireCaptureAlive();
-  if (!sessionUsable()) {
-    globals().droppedWhileLocked = true;
-    return;
-  }
-  if (messages::perform(item, "AXPress") != ax::Error::success) {
-    throw InputFailure("target menu shortcut failed: " + combination);
-  }
-  loop::sleepMicroseconds(menuPauseMicroseconds);
-}
-
-}  // namespace
-
+/// The item in an application's menus whose shortcut is this key with these modifier flags, of
+/// which command is implied; none when there is none that is enabled, and for a key whose name has
+/// several characters. The one in the last menu, if there are several.
 std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
                                           std::uint64_t flags) {
   const std::optional<std::string_view> character = characterOfKey(code);
@@ -95,6 +68,44 @@ std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
   }
   return std::nullopt;
 }
+
+std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
+  std::optional<quartz::Event> event = quartz::createKeyboardEvent(code, down);
+  if (event) quartz::setFlags(*event, flags);
+  return event;
+}
+
+// As fingers do it: each modifier goes down before the key and up after it, the last one first. All
+// events carry all flags, since receivers look at those and not at what was held before.
+void postKeys(const KeyCombination& keys, platform::Pid pid) {
+  const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
+  const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
+  for (const ModifierKey& modifier : modifierKeys) {
+    if (!hasModifier(keys.flags, modifier.flag)) continue;
+    postTarget(createKey(modifier.code, true, keys.flags), pid);
+  }
+  postTarget(down, pid);
+  postTarget(up, pid);
+  for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
+    if (!hasModifier(keys.flags, modifier->flag)) continue;
+    postTarget(createKey(modifier->code, false, keys.flags), pid);
+  }
+}
+
+// A press is input as an event is, and is withheld as one.
+void pressMenuItem(const ax::Element& item, const std::string& combination) {
+  requireCaptureAlive();
+  if (!sessionUsable()) {
+    globals().droppedWhileLocked = true;
+    return;
+  }
+  if (messages::perform(item, "AXPress") != ax::Error::success) {
+    throw InputFailure("target menu shortcut failed: " + combination);
+  }
+  loop::sleepMicroseconds(menuPauseMicroseconds);
+}
+
+}  // namespace
 
 KeyCombination keyCombination(const std::string& combination) {
   const std::string folded = text::lowercase(combination);
@@ -119,6 +130,9 @@ KeyCombination keyCombination(const std::string& combination) {
 
 void key(const std::string& combination, platform::Pid pid) {
   const KeyCombination keys = keyCombination(combination);
+  // An application in the background does not look for shortcuts in keys that are posted to it, but
+  // the item itself can be pressed. Shortcuts without command are not told from text: they are
+  // typed.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
     if (const auto item = menuEquivalent(pid, keys.code, keys.flags)) {
       pressMenuItem(*item, combination);

@@ -22,6 +22,7 @@ constexpr std::uint32_t readingMicroseconds = 300'000;
 
 void restore(const std::vector<pasteboard::Item>& items, std::int64_t ownChange) {
   loop::sleepMicroseconds(readingMicroseconds);
+  // What somebody has copied since is newer than what was saved.
   if (pasteboard::changeCount() != ownChange) return;
   pasteboard::clear();
   if (!items.empty()) pasteboard::write(items);
@@ -39,10 +40,12 @@ std::string absolutePath(const std::string& path) {
 }  // namespace
 
 void withClipboard(const std::function<bool()>& write, const std::function<void()>& use) {
+  // All of it is read before the clearing: an owner may then drop what it has only promised.
   std::vector<pasteboard::Item> saved = pasteboard::items();
   pasteboard::clear();
   const bool isWritten = write();
   const std::int64_t ownChange = pasteboard::changeCount();
+  // By an undo, since no destructor may touch the platform.
   pushUndo([saved = std::move(saved), ownChange] { restore(saved, ownChange); });
   try {
     if (!isWritten) throw InputFailure("the clipboard could not be written");

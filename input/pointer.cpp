@@ -20,15 +20,58 @@ namespace driver {
 
 namespace {
 
+using quartz::EventType;
+
 constexpr std::uint64_t clickGroupCount = 1'000'000'000;
 constexpr std::int64_t touchSubtype = 3;
 
-using quartz::EventType;
+/// What makes the window server deliver pointer events to one window without the user's pointer.
+struct PointerTarget {
+  platform::Pid pid = 0;
+  TargetWindow window;
+  std::int64_t clickGroup = 0;  // the same for all events of one input
+  bool chromium = false;
+};
+
+/// A number for the click group of an input that begins now.
+std::int64_t newClickGroup() {
+  return static_cast<std::int64_t>(loop::uptimeNanoseconds() % clickGroupCount);
+}
+
+/// The point in the window's own space, its origin at the window's top left.
+Point windowLocal(const TargetWindow& window, Point point) {
+  return {point.x - window.bounds.x, point.y - window.bounds.y};
+}
+
+/// Sets one of the event's fields by the private setter, which is present. The public one refuses
+/// some of them.
+void setPrivateField(const quartz::Event& event, quartz::Field field, std::int64_t value) {
+  Sky::setField()(event.get(), static_cast<std::uint32_t>(field), value);
+}
+
+/// Directs the event at the target: process, window and click group. All but the process have no
+/// documented meaning; with them the window server takes the event to the window whatever lies over
+/// it, and leaves the user's pointer where it is.
+void address(const quartz::Event& event, const PointerTarget& target) {
+  setPrivateField(event, quartz::Field::mouseSubtype, touchSubtype);
+  setPrivateField(event, quartz::Field::targetProcess, target.pid);
+  setPrivateField(event, quartz::Field::targetWindow, target.window.id);
+  setPrivateField(event, quartz::Field::clickGroup, target.clickGroup);
+  setPrivateField(event, quartz::Field::windowUnderPointer, target.window.id);
+  setPrivateField(event, quartz::Field::windowThatCanHandle, target.window.id);
+}
 
 constexpr const char* functionsMissing = "private input functions are missing on this macOS";
+
+// The application handles a click after it has been posted; one that has lost its focus by then
+// takes it for a click on a window in the background, which does nothing but select the window.
 constexpr std::uint32_t clickFocusMicroseconds = 100'000;
+
 constexpr std::uint32_t pressMicroseconds = 1'000;
+
+// Short enough for the two to be one double click.
 constexpr std::uint32_t betweenClicksMicroseconds = 80'000;
+
 constexpr Point offScreen{-1, -1};
 
 struct ClickStep {
@@ -39,7 +82,8 @@ struct ClickStep {
   std::uint32_t delayMicroseconds;  // after posting
 };
 
-// A click off screen makes the window expect pointer input without hitting anything in it.
+// A click off screen makes the window expect pointer input without hitting anything in it. It is a
+// left one whatever follows: it is there for the window, not for what it shows.
 constexpr std::array<ClickStep, 4> primingSteps = {{
     {EventType::mouseMoved, false, 0, 2, 15'000},
     {EventType::leftMouseDown, false, 1, 1, 1'000},
@@ -58,6 +102,8 @@ std::vector<ClickStep> clickSteps(std::int64_t count, bool right) {
   return steps;
 }
 
+/// The routes by which a step arrives. Nothing documents them; they are what each kind of
+/// application was found to listen to.
 Routes routesFor(const PointerTarget& target, const ClickStep& step, bool right) {
   if (!target.chromium) return {true, false};
   if (!step.located) return {true, true};
@@ -90,6 +136,7 @@ void postStep(const quartz::Source* source, const PointerTarget& target, const C
 
 /// Posts the whole sequence. The private entry points are present.
 void postClicks(const PointerTarget& target, Point point, std::int64_t count, bool right) {
+  // A source of its own: the state of buttons that a source keeps must begin with this click.
   const std::optional<quartz::Source> source = quartz::createSource();
   PointerTarget grouped = target;
   grouped.clickGroup = newClickGroup();
@@ -98,7 +145,9 @@ void postClicks(const PointerTarget& target, Point point, std::int64_t count, bo
   }
 }
 
+// A motion is handled faster than a click, after which a window may do a lot.
 constexpr std::uint32_t motionFocusMicroseconds = 50'000;
+
 constexpr std::int64_t motionEventNumber = 3;
 constexpr std::int64_t motionClickState = 1;
 
@@ -132,6 +181,8 @@ void postMotion(const PointerTarget& target, Point point, const std::optional<Sc
   postTarget(event, target.pid, {privately, !privately});
 }
 
+// Most changes show within the first round, an animation or a page within three. What takes longer
+// the caller sees in its next picture.
 constexpr int watchRounds = 3;
 constexpr std::uint32_t roundMicroseconds = 200'000;
 
@@ -154,27 +205,6 @@ bool changesFrom(const Appearance& before, platform::Pid pid, platform::WindowNu
 
 }  // namespace
 
-std::int64_t newClickGroup() {
-  return static_cast<std::int64_t>(loop::uptimeNanoseconds() % clickGroupCount);
-}
-
-Point windowLocal(const TargetWindow& window, Point point) {
-  return {point.x - window.bounds.x, point.y - window.bounds.y};
-}
-
-void setPrivateField(const quartz::Event& event, quartz::Field field, std::int64_t value) {
-  Sky::setField()(event.get(), static_cast<std::uint32_t>(field), value);
-}
-
-void address(const quartz::Event& event, const PointerTarget& target) {
-  setPrivateField(event, quartz::Field::mouseSubtype, touchSubtype);
-  setPrivateField(event, quartz::Field::targetProcess, target.pid);
-  setPrivateField(event, quartz::Field::targetWindow, target.window.id);
-  setPrivateField(event, quartz::Field::clickGroup, target.clickGroup);
-  setPrivateField(event, quartz::Field::windowUnderPointer, target.window.id);
-  setPrivateField(event, quartz::Field::windowThatCanHandle, target.window.id);
-}
-
 std::optional<std::string> backgroundClick(const workspace::Application& app,
                                            const TargetWindow& window, Point point,
                                            std::int64_t count, const std::string& button) {
@@ -183,6 +213,7 @@ std::optional<std::string> backgroundClick(const workspace::Application& app,
   const PointerFocus focus = beginPointerFocus(app.pid, window);
   if (focus == PointerFocus::unavailable) return "background target focus is unavailable";
   const PointerTarget target{app.pid, window, 0, isChromium(app)};
+  // Asked after focus has been given, which is therefore given back in either case.
   const bool complete = Sky::postToPid() != nullptr && Sky::setField() != nullptr;
   if (complete) postClicks(target, point, count, button == "right");
   endPointerFocus(focus, clickFocusMicroseconds);
@@ -198,6 +229,7 @@ std::optional<std::string> backgroundMotion(const workspace::Application& app,
     return "private background pointer functions are missing on this macOS";
   }
   const bool chromium = isChromium(app);
+  // Before focus is given: what is never tried must not disturb anybody.
   if (to) return dragRefusal(chromium);
   const PointerFocus focus = beginPointerFocus(app.pid, window);
   if (focus == PointerFocus::unavailable) return "background target focus is unavailable";
@@ -213,6 +245,7 @@ Reply background(const std::string& app, Point point, const SendAction& send) {
   const std::optional<TargetWindow> window = windowAt(target->pid, point);
   if (!window) return refusal("no window of the app under the point");
 
+  // Taken as late as can be: whatever changes by itself before the input is not its effect.
   Appearance before;
   before.image = windowImage(window->id);
   before.focusSignature = focusSignature(target->pid);

@@ -11,6 +11,8 @@ namespace driver {
 
 namespace {
 
+// Polled for, since every wait is a call of the seam; a condition variable would wait beside it, in
+// time that no test commands.
 constexpr std::uint32_t pollMicroseconds = 1'000;
 
 /// True when the act has begun, false when the process is ending.
@@ -73,6 +75,7 @@ void pushUndo(std::function<void()> undo) {
 }
 
 void runNewestUndo() {
+  // An undo that is gone was run by a flow that ends the process: this one has no more to say.
   if (!runOneUndo()) loop::suspend();
 }
 
@@ -83,6 +86,7 @@ void runPendingUndos() {
 
 void beginEnding() {
   if (!claimEnding()) loop::suspend();
+  // First the acts: what one of them has just given must be among the undos before those run.
   awaitActs();
   runPendingUndos();
 }

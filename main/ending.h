@@ -4,6 +4,8 @@
 #include <functional>
 #include <mutex>
 
+/// What the end of the process must respect, whoever ends it: acts that are under way, and what
+/// frames have still to undo.
 namespace driver {
 
 /// What must not be cut in two by the end of the process, as far as it can be helped: one event
