@@ -60,7 +60,7 @@ platform::Pid pidOf(const std::string& appID) {
 
 void requireUsable(platform::Pid pid) {
   if (!sessionUsable()) throw InputFailure("the Mac is locked or not on console");
-  // The workspace hears of an end late, and a process id may have been given to another since.
+  // The workspace hears of an end late; a signal does not tell an id that another has been given.
   if (workspace::terminated(pid) || !process::acceptsNullSignal(pid)) {
     throw InputFailure("capture target has exited");
   }

@@ -20,7 +20,7 @@ namespace driver {
 namespace {
 
 constexpr double defaultScale = 2.0;    // pixels per point, of the displays that Macs are sold with
-constexpr double backgroundGrey = 0.5;  // where no window is drawn: neither a page nor a dark one
+constexpr double backgroundGrey = 0.5;  // where no window is drawn: no page, and no dark window
 
 /// What the picture shows.
 struct Scene {

@@ -22,7 +22,7 @@ namespace {
 using Number = platform::WindowNumber;
 using Windows = std::vector<windowserver::Window>;
 
-// The server rounds what an application says of its windows, and shadows and borders shift it.
+// An application and the server need not round a frame alike.
 constexpr double tolerance = 2;  // points
 
 // What an application says may go round in circles, or have no end.

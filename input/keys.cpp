@@ -27,8 +27,7 @@ namespace {
 // Menus that nest deeper are left alone, and a menu bar that never ends is given up.
 constexpr WalkBounds menuBounds = {20'000, 6};
 
-// A menu's command runs after its item has been pressed; the keys of a paste, say, need the text
-// there before the clipboard is given back.
+// The press comes back before the menu's command has run.
 constexpr std::uint32_t menuPauseMicroseconds = 100'000;
 
 /// The modifiers of a shortcut as menu items have them. Command is implied: its own bit, 8, says
@@ -130,9 +129,8 @@ KeyCombination keyCombination(const std::string& combination) {
 
 void key(const std::string& combination, platform::Pid pid) {
   const KeyCombination keys = keyCombination(combination);
-  // An application in the background does not look for shortcuts in keys that are posted to it, but
-  // the item itself can be pressed. Shortcuts without command are not told from text: they are
-  // typed.
+  // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
+  // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
     if (const auto item = menuEquivalent(pid, keys.code, keys.flags)) {
       pressMenuItem(*item, combination);

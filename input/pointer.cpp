@@ -63,8 +63,8 @@ void address(const quartz::Event& event, const PointerTarget& target) {
 
 constexpr const char* functionsMissing = "private input functions are missing on this macOS";
 
-// The application handles a click after it has been posted; one that has lost its focus by then
-// takes it for a click on a window in the background, which does nothing but select the window.
+// The application comes to a click some time after it has been posted; one that has lost its focus
+// by then does not take it.
 constexpr std::uint32_t clickFocusMicroseconds = 100'000;
 
 constexpr std::uint32_t pressMicroseconds = 1'000;
@@ -145,7 +145,7 @@ void postClicks(const PointerTarget& target, Point point, std::int64_t count, bo
   }
 }
 
-// A motion is handled faster than a click, after which a window may do a lot.
+// A motion asks less of an application than a click.
 constexpr std::uint32_t motionFocusMicroseconds = 50'000;
 
 constexpr std::int64_t motionEventNumber = 3;

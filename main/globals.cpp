@@ -62,7 +62,7 @@ std::string startGuardOruName() {
 Globals& globals() { return *current; }
 
 void initialise(const std::vector<std::string>& commandLine) {
-  // In this order: the event source and the pictures ask the platform, each call in its turn.
+  // In this order: nearly all of it asks the system, and each run's first calls are the same.
   auto fresh = std::make_unique<Globals>();
   fresh->windowScope = startWindowScope();
   fresh->src = quartz::createSource();
