@@ -93,7 +93,7 @@ std::vector<share::Window> keptWindows(const std::vector<share::Window>& windows
       untitled.push_back(window);
     }
   }
-  // Against those with a title alone: an untitled one keeps no other.
+  // Against those in the scope alone: an untitled one keeps no other.
   std::erase_if(untitled, [&](const share::Window& window) { return !overlapsAny(window, kept); });
   kept.insert(kept.end(), untitled.begin(), untitled.end());
   return kept;

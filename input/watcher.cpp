@@ -74,8 +74,7 @@ void endWithInput() {
 }  // namespace
 
 void reportInput(const tap::Event& event) {
-  // The system disables a tap that was slow once. What came meanwhile is lost; what comes need not
-  // be.
+  // The system disables a tap that was slow once: what came meanwhile is lost, and no more.
   if (isDisabledNotice(event)) {
     if (globals().inputTap) tap::enable(*globals().inputTap);
     return;
