@@ -14,7 +14,7 @@
 #include "accessibility/labels.h"
 #include "accessibility/match.h"
 #include "accessibility/messages.h"
-#include "input/motion.h"
+#include "input/pointer.h"
 #include "input/session.h"
 #include "input/target_window.h"
 #include "main/replies.h"

@@ -1,14 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "main/state_queries.h"
 #include "platform/share.h"
 #include "platform/types.h"
 #include "platform/window_server.h"
 
-/// What a picture of an application shows. Nothing here asks the platform; windows without a finite
-/// frame are never chosen.
+/// Which windows a picture of an application shows, and which one of them is shared. Nothing here
+/// asks the platform; windows without a finite frame are never chosen.
 namespace driver {
 
 /// The application's windows in the window scope, in the given order; after them its untitled ones
@@ -36,5 +38,19 @@ platform::Rect unionOfFrames(const std::vector<share::Window>& windows);
 /// input-method panels. Those of regular applications are still among them.
 std::vector<share::Window> helperCandidates(const std::vector<share::Window>& windows,
                                             platform::Pid pid, const platform::Rect& area);
+
+/// The number of the frontmost window of layer 0 that has at least a quarter of the area of the
+/// largest. `windows` are front to back. None when there is no such window; 0 when it has no
+/// number.
+std::optional<std::int64_t> mainWindowNumber(const std::vector<ListedWindow>& windows);
+
+/// The process's window of this number; null when it is not there. Borrowed from `windows`.
+const share::Window* sharedWindow(const std::vector<share::Window>& windows,
+                                  platform::WindowNumber number, platform::Pid pid);
+
+/// The process's largest window of layer 0 in the window scope that is no sliver, the first of
+/// equals; null when there is none. Borrowed from `windows`.
+const share::Window* largestSharedWindow(const std::vector<share::Window>& windows,
+                                         platform::Pid pid);
 
 }  // namespace driver

@@ -7,9 +7,7 @@
 
 #include "base/numbers.h"
 #include "capture/window_capture.h"
-#include "input/click.h"
-#include "input/motion.h"
-#include "input/pointer_frame.h"
+#include "input/pointer.h"
 #include "platform/loop.h"
 #include "platform/process.h"
 #include "platform/share.h"

@@ -10,8 +10,7 @@
 #include "capture/commands.h"
 #include "capture/service_request.h"
 #include "input/context.h"
-#include "input/held_focus.h"
-#include "main/act.h"
+#include "input/focus.h"
 #include "main/ending.h"
 #include "main/replies.h"
 #include "platform/loop.h"
@@ -35,11 +34,6 @@ struct SessionScope {
   fail("native screen sharing unavailable: " + description);
 }
 
-/// The whole of it: a client's words may hold a NUL, at which `what` ends.
-std::string descriptionOf(const InputFailure& failure) {
-  return "InputFailure(message: \"" + failure.message() + "\")";
-}
-
 /// A reply that nobody takes is an end: the client knows nothing of what happens here any more.
 void answer(const Reply& reply) {
   if (!emit(reply)) process::exit(1);
@@ -61,13 +55,14 @@ class CaptureService {
 
  private:
   void serve(const std::string& line) {
+    // A run gives a hung application up; a service lives on, and it may have recovered.
     globals().messageTimeOuts.clear();
     try {
       const std::optional<ServiceRequest> request = parseServiceRequest(line);
       if (!request) fail("invalid capture service request");
       serve(*request);
     } catch (const InputFailure& failure) {
-      failSharing(descriptionOf(failure));
+      failSharing(failure.description());
     } catch (const platform::PlatformError& error) {
       failSharing(error.what());
     }
@@ -80,6 +75,7 @@ class CaptureService {
     if (indicator == indicators_.end() || scope == sessionScopes_.end()) {
       fail("unknown capture session");
     }
+    // Each request anew: sessions share the one scope that the subsystems ask.
     globals().windowScope = scope->second.scope;
     if (request.op == "close") {
       indicator->second.stop();
@@ -137,6 +133,7 @@ void captureServiceCommand(const Arguments& arguments) {
   if (globals().repairedArgs.contains(2) || !streams::lockFile(arguments[2])) {
     fail("capture service already running");
   }
+  // Whatever ends the process, by `fail` too: the focus that it holds must not stay behind.
   process::onExit(releaseAllInputFocus);
   process::handleSignals(endingSignals, endBySignal);
   globals().sharesOutput = true;

@@ -1,4 +1,4 @@
-#include "capture/sharing_choice.h"
+#include "capture/choice.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 namespace driver {
 namespace {
 
-Value entry(std::int64_t id, double width, double height, std::int64_t layer = 0) {
-  return Value::Object{{"id", id}, {"layer", layer}, {"width", width}, {"height", height}};
+ListedWindow entry(std::int64_t number, double width, double height, std::int64_t layer = 0) {
+  return {number, layer, "", {0, 0, width, height}};
 }
 
 TEST(main_window_number, is_that_of_the_frontmost_with_a_quarter_of_the_largest_area) {
@@ -22,23 +22,12 @@ TEST(main_window_number, is_that_of_the_frontmost_with_a_quarter_of_the_largest_
 TEST(main_window_number, leaves_out_other_layers) {
   EXPECT_EQ(mainWindowNumber({entry(1, 900, 900, 3), entry(2, 50, 50)}), 2);
   EXPECT_EQ(mainWindowNumber({entry(1, 900, 900, 3)}), std::nullopt);
-  const Value noLayer = Value::Object{{"id", 1}, {"width", 9.0}, {"height", 9.0}};
-  const Value textLayer = Value::Object{{"id", 1}, {"layer", "0"}, {"width", 9.0}, {"height", 9.0}};
-  EXPECT_EQ(mainWindowNumber({noLayer, textLayer, Value(7)}), std::nullopt);
 }
 
-TEST(main_window_number, takes_a_missing_size_for_none) {
-  const Value sizeless = Value::Object{{"id", 1}, {"layer", 0}, {"width", "wide"}};
-  EXPECT_EQ(mainWindowNumber({sizeless}), 1);
-  EXPECT_EQ(mainWindowNumber({sizeless, entry(2, 10, 10)}), 2);
-  EXPECT_EQ(mainWindowNumber({}), std::nullopt);
-}
+TEST(main_window_number, is_none_without_windows) { EXPECT_EQ(mainWindowNumber({}), std::nullopt); }
 
-TEST(main_window_number, is_none_when_the_window_has_none) {
-  const Value numberless = Value::Object{{"layer", 0}, {"width", 9.0}, {"height", 9.0}};
-  const Value textual = Value::Object{{"id", "1"}, {"layer", 0}, {"width", 9.0}, {"height", 9.0}};
-  EXPECT_EQ(mainWindowNumber({numberless, entry(2, 9, 9)}), std::nullopt);
-  EXPECT_EQ(mainWindowNumber({textual, entry(2, 9, 9)}), std::nullopt);
+TEST(main_window_number, is_0_for_a_window_that_has_none) {
+  EXPECT_EQ(mainWindowNumber({entry(0, 9, 9), entry(2, 9, 9)}), 0);
 }
 
 share::Window window(platform::WindowNumber number, platform::Pid owner, Rect frame,

@@ -5,9 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "accessibility/info.h"
 #include "base/geometry.h"
 #include "capture/choice.h"
-#include "capture/pixels.h"
+#include "capture/window_image.h"
 #include "main/state_queries.h"
 #include "platform/image.h"
 #include "platform/share.h"
@@ -18,8 +19,8 @@ namespace driver {
 
 namespace {
 
-constexpr double defaultScale = 2.0;    // pixels per point
-constexpr double backgroundGrey = 0.5;  // where no window is drawn
+constexpr double defaultScale = 2.0;    // pixels per point, of the displays that Macs are sold with
+constexpr double backgroundGrey = 0.5;  // where no window is drawn: no page, and no dark window
 
 /// What the picture shows.
 struct Scene {
@@ -30,13 +31,9 @@ struct Scene {
   std::vector<share::Window> elsewhere;  // the application's windows on other displays
 };
 
-Value::Object geometry(const Rect& rect) {
-  return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
-}
-
 Value::Object describe(const share::Window& window) {
   const share::Owner owner = window.owner.value_or(share::Owner{});
-  Value::Object entry = geometry(window.frame);
+  Value::Object entry = frameInfo(window.frame);
   entry.insert({{"title", window.title.value_or("")},
                 {"owner", owner.name},
                 {"layer", window.layer},
@@ -44,7 +41,8 @@ Value::Object describe(const share::Window& window) {
   return entry;
 }
 
-/// The helper windows over `area`: each process is asked for once.
+/// The helper windows over `area`: each process is asked for once. A regular application that lies
+/// over the target is another program, not a helper of this one.
 std::vector<share::Window> helperWindows(const share::Content& content, platform::Pid pid,
                                          const Rect& area) {
   std::vector<share::Window> helpers = helperCandidates(content.windows, pid, area);
@@ -77,6 +75,7 @@ Scene sceneOf(const share::Content& content, const std::vector<share::Window>& k
   const std::vector<share::Window> helpers =
       helperWindows(content, pid, unionOfFrames(scene.drawn));
   scene.drawn.insert(scene.drawn.end(), helpers.begin(), helpers.end());
+  // A picture is of one display: what hangs over its edge is not drawn anywhere.
   const auto area = intersection(unionOfFrames(scene.drawn), display->frame);
   if (!area) fail("no window on the display");
   scene.area = *area;
@@ -104,12 +103,13 @@ image::Image pictureOf(const share::Content& content, const Scene& scene) {
 }
 
 void writePicture(const image::Image& picture, const std::string& path) {
+  // Whole, then in place of the old one: nobody reads half a picture, and a failure leaves the old.
   const std::optional<platform::Bytes> encoded = image::png(picture);
   if (!encoded || !streams::replaceFile(path, *encoded)) fail("cannot write " + path);
 }
 
 Reply replyFor(const workspace::Application& app, const Scene& scene) {
-  Value::Object anchor = geometry(scene.anchor.frame);
+  Value::Object anchor = frameInfo(scene.anchor.frame);
   anchor.emplace("id", scene.anchor.number);
   Value::List drawn;
   for (const share::Window& window : scene.drawn) drawn.push_back(describe(window));
@@ -121,7 +121,7 @@ Reply replyFor(const workspace::Application& app, const Scene& scene) {
           {"running", true},
           {"name", app.name.value_or("")},
           {"active", app.active},
-          {"rect", geometry(scene.area)},
+          {"rect", frameInfo(scene.area)},
           {"anchor", std::move(anchor)},
           {"windows", std::move(drawn)},
           {"otherDisplayWindows", std::move(elsewhere)}};
@@ -131,6 +131,7 @@ Reply replyFor(const workspace::Application& app, const Scene& scene) {
 
 Reply capture(const std::string& app, const std::string& path) {
   const std::optional<workspace::Application> target = runningApp(app);
+  // An answer, not a failure: a caller may ask for a picture to learn whether there is anything.
   if (!target) return {{"ok", true}, {"running", false}};
   const share::Content content =
       share::content(share::DesktopWindows::excluded, share::Shown::onScreen);

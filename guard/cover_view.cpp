@@ -1,16 +1,32 @@
 #include "guard/cover_view.h"
 
+#include <optional>
 #include <vector>
 
-#include "guard/app_icon.h"
-#include "guard/cover_texts.h"
 #include "guard/grace.h"
-#include "guard/user_picture.h"
 #include "main/globals.h"
+#include "platform/process.h"
+#include "platform/text.h"
 
 namespace driver {
 
 namespace {
+
+// The variable is a switch with one word; the user's languages are tags such as "zh-Hans-CN".
+bool wantsChinese() {
+  const std::optional<std::string> language = process::environment("ZENTROVE_DESK_LANG");
+  if (language) return *language == "zh";
+  const std::vector<std::string> languages = process::preferredLanguages();
+  return !languages.empty() && text::lowercase(languages.front()).starts_with("zh");
+}
+
+std::string personaTitle(bool operating) {
+  const std::string& name = globals().guardOruName;
+  if (globals().guardChinese) {
+    return operating ? "Oru 正在替 " + name + " 用这台 Mac" : "Oru 在替 " + name + " 看着这台 Mac";
+  }
+  return (operating ? "Oru is using this Mac for " : "Oru is minding this Mac for ") + name;
+}
 
 using cover::Font;
 using cover::Weight;
@@ -50,6 +66,7 @@ std::vector<cover::Picture> pictures(double middle, double base) {
   if (main) {
     shown.push_back({*main, {middle - pictureSide / 2, base, pictureSide, pictureSide}, true});
   }
+  // Beside the user's own picture only: an icon would be a badge of itself.
   if (user && icon) {
     shown.push_back(
         {*icon, {middle + badgeRightOfMiddle, base - badgeBelowBase, badgeSide, badgeSide}, false});
@@ -68,10 +85,31 @@ cover::Label labelled(const std::string& text, const Font& font, double alpha, d
 
 }  // namespace
 
-void lookUpCoverPictures() {
-  if (globals().guardOruFace) return;
-  globals().guardUserPicture = userPicture();
-  globals().guardAppIcon = appIcon();
+void chooseGuardLanguage() { globals().guardChinese = wantsChinese(); }
+
+std::string guardTitle(bool operating) {
+  // By the face alone: a name without one would speak of somebody whom the user does not see.
+  if (globals().guardOruFace) return personaTitle(operating);
+  if (globals().guardChinese) {
+    return operating ? "Zentrove Desk 正在替你用这台 Mac" : "Zentrove Desk 在替你看着这台 Mac";
+  }
+  return operating ? "Zentrove Desk is using this Mac for you"
+                   : "Zentrove Desk is minding this Mac";
+}
+
+std::string guardHint(std::int64_t graceLeft, bool noGrace) {
+  const bool chinese = globals().guardChinese;
+  if (noGrace || graceLeft < 1) {
+    return chinese ? "碰一下键盘或鼠标就锁屏" : "Press any key or move the mouse to lock";
+  }
+  const std::string seconds = std::to_string(graceLeft);
+  return chinese ? seconds + " 秒内按键或点一下，回到 Kelto"
+                 : "Press a key or click within " + seconds + " seconds to go back to Kelto";
+}
+
+std::string guardFooter() {
+  return globals().guardChinese ? "替你看着 · 你去玩吧"
+                                : "Keeping an eye on things · Go enjoy yourself";
 }
 
 cover::View privacyScreen(const platform::Size& size) {

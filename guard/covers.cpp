@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "guard/cover_texts.h"
 #include "guard/cover_view.h"
 #include "guard/grace.h"
 #include "main/globals.h"
@@ -25,6 +24,7 @@ void coverScreen(const platform::Rect& frame, std::int64_t level) {
   globals().guardHints.push_back({number, frame, labels[hintIndex]});
 }
 
+// The language is the same for all covers that are made at once; a user may change it meanwhile.
 void coverAll(const std::vector<platform::Rect>& frames, std::int64_t level) {
   chooseGuardLanguage();
   for (const platform::Rect& frame : frames) coverScreen(frame, level);
@@ -56,6 +56,7 @@ std::string presentHint() {
 
 void coverPresentScreens() {
   const std::vector<platform::Rect> screens = cover::screens();
+  // Nothing to cover, and nothing to see: what comes back is as likely the same screen.
   if (screens.empty()) return;
   std::vector<platform::Rect> uncovered;
   for (const platform::Rect& screen : screens) {
@@ -65,6 +66,7 @@ void coverPresentScreens() {
     });
     if (!isCovered) uncovered.push_back(screen);
   }
+  // The new covers first: at no moment is a screen bare.
   if (!uncovered.empty()) coverAll(uncovered, windowserver::shieldingLevel());
   closeCoversWithout(screens);
   // A new cover begins with the whole grace.

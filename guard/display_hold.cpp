@@ -8,6 +8,7 @@
 
 namespace driver {
 
+// Nobody gives the hold back: the system ends it with the process, however that goes.
 std::uint32_t holdDisplayAwake(const std::string& reason) {
   const power::Assertion assertion = power::preventDisplaySleep(reason);
   return assertion.status == platform::statusSuccess ? assertion.id : 0;

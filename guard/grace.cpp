@@ -28,6 +28,7 @@ void startGrace() {
 
 bool hasGrace() { return globals().guardGraceUntil.has_value(); }
 
+// The date alone could be set back, and the time awake stands still while the machine sleeps.
 double graceLeft() {
   const double byDate = *globals().guardGraceUntil - loop::secondsSince1970();
   const double awake = awakeSeconds() - globals().guardGraceStartAwake;
@@ -41,6 +42,7 @@ std::int64_t secondsRoundedUp(double seconds) {
   return static_cast<std::int64_t>(std::ceil(std::min(seconds, secondsMax)));
 }
 
+// What is left of a grace behind its last whole second has no step of its own: the last text stays.
 std::int64_t countdownSteps(double seconds) {
   return std::max<std::int64_t>(static_cast<std::int64_t>(std::min(seconds, secondsMax)), 1);
 }

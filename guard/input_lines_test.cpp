@@ -1,4 +1,4 @@
-#include "guard/input_lines.h"
+#include "guard/lock_guard.h"
 
 #include <gtest/gtest.h>
 

@@ -19,6 +19,8 @@ LockEntry lockEntry = nullptr;
 
 }  // namespace
 
+// Apart from the locking: loading a library takes its time and memory, and the guard locks where it
+// has neither, in its tap's callback and as it dies of a signal.
 void prepareScreenLock() {
   lockEntry = nullptr;
   void* const library = loader::openLibrary(loginPath);
@@ -33,6 +35,7 @@ void lockNowCommand(const Arguments& /*arguments*/) {
   emit({{"ok", lockScreenNow()}});
 }
 
+// The names stay, so that who still calls them learns what there is instead.
 void removedLockCommand(const Arguments& /*arguments*/) {
   fail(
       "locked-use unlock was removed: SecurityAgent-plugin unlock is blocked by macOS Library "

@@ -1,19 +1,25 @@
 #include "input/background_text.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
+#include "base/utf16.h"
 #include "input/keys.h"
 #include "input/post.h"
-#include "input/text_pieces.h"
 #include "platform/loop.h"
 #include "platform/quartz.h"
+#include "platform/text.h"
 
 namespace driver {
 
 namespace {
 
+// Receivers cut off what is beyond.
+constexpr std::size_t unitsMax = 20;
+
+// A composer may lay itself out anew for another line; what is typed meanwhile would be lost.
 constexpr std::uint32_t lineBreakMicroseconds = 50'000;
 
 // Which key it is does not matter: the event says what it types.
@@ -22,7 +28,7 @@ constexpr std::uint16_t anyKey = 0;
 void postPiece(std::u16string_view piece, bool down, platform::Pid pid) {
   const std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
   if (event) {
-    quartz::setFlags(*event, 0);
+    quartz::setFlags(*event, 0);  // of what the user holds down just now
     quartz::setText(*event, piece);
   }
   postTarget(event, pid);
@@ -30,9 +36,35 @@ void postPiece(std::u16string_view piece, bool down, platform::Pid pid) {
 
 }  // namespace
 
+std::vector<std::string_view> linesOf(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (true) {
+    const std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    if (end == std::string_view::npos) {
+      lines.push_back(line);
+      return lines;
+    }
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    lines.push_back(line);
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::vector<std::u16string> typedPieces(std::string_view line) {
+  std::vector<std::u16string> pieces;
+  for (const std::string& character : text::characters(line)) {
+    const std::u16string units = utf16(character);
+    if (pieces.empty() || pieces.back().size() + units.size() > unitsMax) pieces.emplace_back();
+    pieces.back() += units;
+  }
+  return pieces;
+}
+
 void backgroundText(const std::string& text, platform::Pid pid) {
   bool isFirst = true;
   for (const std::string_view line : linesOf(text)) {
+    // A plain return would send the message that is being typed, in many an application.
     if (!isFirst) {
       key("shift+return", pid);
       loop::sleepMicroseconds(lineBreakMicroseconds);

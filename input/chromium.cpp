@@ -10,6 +10,8 @@ namespace driver {
 
 bool isChromium(const workspace::Application& app) {
   if (!app.bundlePath) return false;
+  // Bundles of one maker have many identifiers, and makers are many; the engine's resources have
+  // one name in all of them.
   const std::string frameworks = *app.bundlePath + "/Contents/Frameworks";
   const std::optional<std::vector<std::string>> names = streams::listDirectory(frameworks);
   if (!names) return false;

@@ -1,4 +1,4 @@
-#include "input/clipboard.h"
+#include "input/paste.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
-#include "input/foreground.h"
+#include "input/focus.h"
 #include "input/session.h"
 #include "main/replies.h"
 #include "main/state_queries.h"

@@ -1,4 +1,4 @@
-#include "input/foreground.h"
+#include "input/focus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "input/held_focus.h"
+#include "input/focus.h"
 
 #include <gtest/gtest.h>
 

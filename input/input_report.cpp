@@ -1,9 +1,11 @@
 #include "input/input_report.h"
 
 #include <cmath>
+#include <optional>
 
 #include "base/geometry.h"
 #include "input/key_codes.h"
+#include "input/target_window.h"
 #include "main/globals.h"
 
 namespace driver {
@@ -12,11 +14,15 @@ namespace {
 
 using quartz::EventType;
 
+// A hand on the desk makes a mouse tremble by a point; nobody means that.
 constexpr double smallestMove = 2;  // points, both ways together
+
+// Four reports a second say that the user is busy; more would only keep the reader busy.
 constexpr double throttleSeconds = 0.25;
+
 constexpr std::int64_t returnKey = 36;
 constexpr std::int64_t keypadEnterKey = 76;
-constexpr double millisecondsMax = 9e18;
+constexpr double millisecondsMax = 9e18;  // below the largest 64-bit number
 
 bool hasType(const tap::Event& event, EventType type) {
   return event.type == static_cast<std::uint32_t>(type);
@@ -55,14 +61,14 @@ bool isKeyInput(const tap::Event& event) {
 bool isOnWindowOf(platform::Pid pid, const tap::Event& event,
                   const std::vector<windowserver::Window>& windows) {
   for (const windowserver::Window& window : windows) {
-    if (!window.x || !window.y || !window.width || !window.height) continue;
-    const Rect bounds{*window.x, *window.y, *window.width, *window.height};
-    if (contains(bounds, event.location)) return window.ownerPid == pid;
+    const std::optional<Rect> bounds = boundsOf(window);
+    if (bounds && contains(*bounds, event.location)) return window.ownerPid == pid;
   }
   return false;
 }
 
 Promptness promptnessOf(const tap::Event& event, bool touchesTarget) {
+  // Return sends a message in most applications, with shift it begins another line.
   if (submits(event) && !hasModifier(event.flags, quartz::Modifier::shift)) {
     return Promptness::submitted;
   }

@@ -40,6 +40,7 @@ const char* inputKind(const tap::Event& event);
 bool isKeyInput(const tap::Event& event);
 
 /// True when the first of the windows, front to back, at the place of the event is the process's.
+/// Windows without bounds are passed over.
 bool isOnWindowOf(platform::Pid pid, const tap::Event& event,
                   const std::vector<windowserver::Window>& windows);
 

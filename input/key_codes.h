@@ -15,7 +15,8 @@ struct KeyName {
   std::uint16_t code = 0;
 };
 
-/// All keys that can be pressed, but for the modifiers.
+/// All keys that can be pressed, but for the modifiers. "enter" is the return key, which is what is
+/// meant by it, not the keypad's.
 inline constexpr std::array<KeyName, 64> keyCodes = {{
     {"a", 0},          {"s", 1},       {"d", 2},        {"f", 3},
     {"h", 4},          {"g", 5},       {"z", 6},        {"x", 7},

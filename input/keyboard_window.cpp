@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <set>
 #include <string>
 #include <string_view>
@@ -23,9 +22,13 @@ namespace {
 using Number = platform::WindowNumber;
 using Windows = std::vector<windowserver::Window>;
 
+// An application and the server need not round a frame alike.
 constexpr double tolerance = 2;  // points
+
+// What an application says may go round in circles, or have no end.
 constexpr int nestedSheetsMax = 64;
 constexpr std::size_t visitsMax = 20'000;
+
 constexpr const char* panelService = "com.apple.appkit.xpc.openAndSavePanelService";
 
 /// Looks for sheets, and at no more elements than a walk may visit.
@@ -63,11 +66,9 @@ class SheetSearch {
   Snapshot* found_ = nullptr;  // by `count`, among the children
 };
 
-/// The number of an entry, 0 when it has none; none when it is no window number at all.
-std::optional<Number> numberOf(const windowserver::Window& entry) {
-  const std::int64_t number = entry.number.value_or(0);
-  if (number < 0 || number > std::numeric_limits<Number>::max()) return std::nullopt;
-  return static_cast<Number>(number);
+/// True when the entry has a number that no window can have.
+bool hasImpossibleNumber(const windowserver::Window& entry) {
+  return entry.number && !std::in_range<Number>(*entry.number);
 }
 
 bool isNear(double a, double b) { return std::fabs(a - b) < tolerance; }
@@ -84,27 +85,29 @@ struct Likeness {
   std::string title;
   Rect frame;
 
-  bool fits(const windowserver::Window& entry, Number entryNumber, const Rect& bounds) const {
-    if (number) return entryNumber == *number;
+  bool fits(const windowserver::Window& entry, const Rect& bounds) const {
+    if (number) return numberOf(entry) == number;
     return text::equal(entry.name.value_or(""), title) && match(bounds, frame);
   }
 };
 
 std::optional<TargetWindow> onlyFitting(const Windows& list, const Likeness& likeness,
                                         platform::Pid pid) {
+  bool isFound = false;
   std::optional<TargetWindow> found;
   for (const windowserver::Window& entry : list) {
     if (entry.ownerPid != pid) continue;
     const std::optional<Rect> bounds = boundsOf(entry);
     if (!bounds) continue;
-    const std::optional<Number> number = numberOf(entry);
-    if (!number) break;
-    if (!likeness.fits(entry, *number, *bounds)) continue;
-    if (found) return std::nullopt;
-    found = TargetWindow{*number, *bounds};
+    // A list with such a number is not to be trusted any further.
+    if (hasImpossibleNumber(entry)) break;
+    if (!likeness.fits(entry, *bounds)) continue;
+    if (isFound) return std::nullopt;
+    isFound = true;
+    // One without a number cannot be given focus, but makes the choice ambiguous all the same.
+    if (const auto number = numberOf(entry)) found = TargetWindow{*number, *bounds};
   }
-  // One without a number cannot be given focus.
-  return found && found->id != 0 ? found : std::nullopt;
+  return found;
 }
 
 /// The numbers of the application's windows and of the sheets on them.
@@ -126,7 +129,7 @@ std::set<Number> ownNumbers(const ax::Element& application) {
 std::optional<workspace::Application> serviceOf(const windowserver::Window& entry,
                                                 const workspace::Application& app) {
   const std::int64_t pid = entry.ownerPid.value_or(0);
-  if (pid <= 0 || pid > std::numeric_limits<platform::Pid>::max()) return std::nullopt;
+  if (pid <= 0 || !std::in_range<platform::Pid>(pid)) return std::nullopt;
   auto owner = pid == app.pid ? app : workspace::application(static_cast<platform::Pid>(pid));
   return owner && owner->bundleIdentifier == panelService ? owner : std::nullopt;
 }
@@ -139,10 +142,11 @@ std::vector<RemoteOpenPanel> panelsAt(const TargetWindow& target,
   if (!list) return panels;
   for (const windowserver::Window& entry : *list) {
     const std::optional<Rect> bounds = boundsOf(entry);
-    const Number number = numberOf(entry).value_or(0);
-    if (!bounds || number == 0 || number == target.id) continue;
+    const std::optional<Number> number = numberOf(entry);
+    if (!bounds || !number || *number == target.id) continue;
+    // The place alone: a panel is as large as it likes.
     if (!haveSameOrigin(*bounds, target.bounds)) continue;
-    if (auto service = serviceOf(entry, app)) panels.push_back({*service, {number, *bounds}});
+    if (auto service = serviceOf(entry, app)) panels.push_back({*service, {*number, *bounds}});
   }
   return panels;
 }
@@ -170,6 +174,7 @@ std::optional<TargetWindow> inputWindow(const ax::Element& window, platform::Pid
   const std::optional<Rect> frame = axFrame(now);
   if (!frame) return std::nullopt;
   const std::string* title = now.text(Attribute::title);
+  // Also what is not on screen: a window on another space has the keyboard as well.
   const auto list = windowserver::windows(windowserver::Windows::allWithoutDesktop);
   if (!list) return std::nullopt;
   const Likeness likeness{messages::windowNumber(window), title != nullptr ? *title : "", *frame};

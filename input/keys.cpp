@@ -1,12 +1,16 @@
 #include "input/keys.h"
 
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "accessibility/element.h"
 #include "accessibility/messages.h"
+#include "accessibility/snapshot.h"
+#include "accessibility/walk.h"
 #include "capture/liveness.h"
 #include "input/key_codes.h"
-#include "input/menu_equivalent.h"
 #include "input/post.h"
 #include "input/session.h"
 #include "main/globals.h"
@@ -20,7 +24,49 @@ namespace driver {
 
 namespace {
 
+// Menus that nest deeper are left alone, and a menu bar that never ends is given up.
+constexpr WalkBounds menuBounds = {20'000, 6};
+
+// The press comes back before the menu's command has run.
 constexpr std::uint32_t menuPauseMicroseconds = 100'000;
+
+/// The modifiers of a shortcut as menu items have them. Command is implied: its own bit, 8, says
+/// that it is not needed.
+int menuModifiers(std::uint64_t flags) {
+  int mask = 0;
+  if (hasModifier(flags, quartz::Modifier::shift)) mask += 1;
+  if (hasModifier(flags, quartz::Modifier::option)) mask += 2;
+  if (hasModifier(flags, quartz::Modifier::control)) mask += 4;
+  return mask;
+}
+
+bool hasShortcut(Snapshot& element, std::string_view character, int modifiers) {
+  if (element.role() != "AXMenuItem") return false;
+  const std::string* own = element.text(Attribute::menuCharacter);
+  if (own == nullptr || text::lowercase(*own) != character) return false;
+  return element.number(Attribute::menuModifiers).value_or(0) == modifiers;
+}
+
+/// The item in an application's menus whose shortcut is this key with these modifier flags, of
+/// which command is implied; none when there is none that is enabled, and for a key whose name has
+/// several characters. The one in the last menu, if there are several.
+std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
+                                          std::uint64_t flags) {
+  const std::optional<std::string_view> character = characterOfKey(code);
+  if (!character) return std::nullopt;
+  std::optional<ax::Element> bar = axElement(ax::application(pid), "AXMenuBar");
+  if (!bar) return std::nullopt;
+  const int modifiers = menuModifiers(flags);
+  Walk walk(
+      {std::move(*bar)},
+      {Attribute::role, Attribute::enabled, Attribute::menuCharacter, Attribute::menuModifiers},
+      menuBounds);
+  while (Snapshot* element = walk.next()) {
+    if (!hasShortcut(*element, *character, modifiers)) continue;
+    if (!element->isFalse(Attribute::enabled)) return element->element();
+  }
+  return std::nullopt;
+}
 
 std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
   std::optional<quartz::Event> event = quartz::createKeyboardEvent(code, down);
@@ -28,6 +74,8 @@ std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint6
   return event;
 }
 
+// As fingers do it: each modifier goes down before the key and up after it, the last one first. All
+// events carry all flags, since receivers look at those and not at what was held before.
 void postKeys(const KeyCombination& keys, platform::Pid pid) {
   const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
   const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
@@ -43,6 +91,7 @@ void postKeys(const KeyCombination& keys, platform::Pid pid) {
   }
 }
 
+// A press is input as an event is, and is withheld as one.
 void pressMenuItem(const ax::Element& item, const std::string& combination) {
   requireCaptureAlive();
   if (!sessionUsable()) {
@@ -80,6 +129,8 @@ KeyCombination keyCombination(const std::string& combination) {
 
 void key(const std::string& combination, platform::Pid pid) {
   const KeyCombination keys = keyCombination(combination);
+  // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
+  // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
     if (const auto item = menuEquivalent(pid, keys.code, keys.flags)) {
       pressMenuItem(*item, combination);

@@ -1,16 +1,32 @@
 #include "input/paste.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
 
-#include "input/clipboard.h"
 #include "input/keys.h"
+#include "main/ending.h"
 #include "main/replies.h"
+#include "platform/loop.h"
 #include "platform/pasteboard.h"
 #include "platform/process.h"
 
 namespace driver {
 
 namespace {
+
+// The receiving application reads the clipboard when it comes to it. One that finds the user's own
+// contents there would paste those.
+constexpr std::uint32_t readingMicroseconds = 300'000;
+
+void restore(const std::vector<pasteboard::Item>& items, std::int64_t ownChange) {
+  loop::sleepMicroseconds(readingMicroseconds);
+  // What somebody has copied since is newer than what was saved.
+  if (pasteboard::changeCount() != ownChange) return;
+  pasteboard::clear();
+  if (!items.empty()) pasteboard::write(items);
+}
 
 constexpr std::size_t firstPath = 3;  // among the words of the command line
 
@@ -22,6 +38,24 @@ std::string absolutePath(const std::string& path) {
 }
 
 }  // namespace
+
+void withClipboard(const std::function<bool()>& write, const std::function<void()>& use) {
+  // All of it is read before the clearing: an owner may then drop what it has only promised.
+  std::vector<pasteboard::Item> saved = pasteboard::items();
+  pasteboard::clear();
+  const bool isWritten = write();
+  const std::int64_t ownChange = pasteboard::changeCount();
+  // By an undo, since no destructor may touch the platform.
+  pushUndo([saved = std::move(saved), ownChange] { restore(saved, ownChange); });
+  try {
+    if (!isWritten) throw InputFailure("the clipboard could not be written");
+    use();
+  } catch (const InputFailure&) {
+    runNewestUndo();
+    throw;
+  }
+  runNewestUndo();
+}
 
 std::vector<std::string> filePaths(const Arguments& arguments) {
   std::vector<std::string> paths;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,12 @@
 #include "platform/types.h"
 
 namespace driver {
+
+/// Puts something else on the user's clipboard while `use` runs: `write` puts it on the empty
+/// clipboard and tells whether it could. 300 ms after `use` the user's contents come back, also
+/// when `use` throws or the run fails meanwhile; unless somebody else has put something there
+/// since. Throws InputFailure, in place of running `use`, when the clipboard could not be written.
+void withClipboard(const std::function<bool()>& write, const std::function<void()>& use);
 
 /// The files that the arguments from the fourth word on name, as absolute paths; they need not
 /// exist. Fails for a path that is no well-formed text, and for a relative one when there is no

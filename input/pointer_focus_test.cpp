@@ -1,4 +1,4 @@
-#include "input/pointer_focus.h"
+#include "input/focus.h"
 
 #include <gtest/gtest.h>
 

@@ -12,6 +12,8 @@ windowserver::Session currentSession() {
 
 }  // namespace
 
+// The system leaves out the key of an unlocked screen, and a process outside any login session has
+// no dictionary at all. What is not told is no reason to refuse.
 bool sessionUsable() {
   const windowserver::Session session = currentSession();
   return !session.locked.value_or(false) && session.onConsole.value_or(true);

@@ -16,6 +16,7 @@ constexpr const char* skyLightPath =
 constexpr const char* appServicesPath =
     "/System/Library/Frameworks/ApplicationServices.framework/ApplicationServices";
 
+// An absence is remembered as well: it is final, and looking again would cost as much each time.
 std::optional<void*> knownAddress(const char* name) {
   const std::lock_guard lock(globals().mutex);
   const auto entry = globals().lookedUpAddresses.find(name);

@@ -5,8 +5,8 @@
 #include "platform/types.h"
 
 /// Entry points that no framework declares. Each is looked up at its first use, once per run, and
-/// is null when this system does not have it. Events and elements are the platform's own pointers,
-/// borrowed.
+/// is null when this system does not have it: a caller says so, and goes no other way. Events and
+/// elements are the platform's own pointers, borrowed.
 namespace driver::Sky {
 
 using PostToPid = void (*)(platform::Pid pid, void* event);

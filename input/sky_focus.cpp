@@ -10,7 +10,7 @@
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
 #include "input/sky.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
 
@@ -18,6 +18,9 @@ namespace driver::Sky {
 
 namespace {
 
+// The records are posted, not answered: what follows must find the window server and the
+// application done with them. A window that becomes key also moves its application's keyboard,
+// which takes longer.
 constexpr std::uint32_t focusPauseMicroseconds = 40'000;
 constexpr std::uint32_t keyPauseMicroseconds = 300'000;
 
@@ -37,6 +40,7 @@ constexpr std::size_t window = 0x3C;
 constexpr std::size_t focusChange = 0x8A;
 }  // namespace offset
 
+// Byte by byte: the wire format has the least significant one first, whatever the machine.
 Record recordFor(platform::WindowNumber window, std::uint8_t type) {
   Record record{};
   record[offset::length] = recordLength;
@@ -48,7 +52,7 @@ Record recordFor(platform::WindowNumber window, std::uint8_t type) {
 }
 
 Record focusRecord(platform::WindowNumber window, bool give) {
-  constexpr std::uint8_t applicationDefined = 0x0D;
+  constexpr std::uint8_t applicationDefined = 0x0D;  // AppKit's own events have this type
   Record record = recordFor(window, applicationDefined);
   record[offset::focusChange] = give ? 0x01 : 0x02;
   return record;
@@ -92,19 +96,26 @@ bool clicksAsKey(Receiver& receiver, platform::WindowNumber window) {
          receiver.accepts(keyRecord(window, mouseUp));
 }
 
+// A window that is the focused one but has no focused element is made key all the same: its keys
+// would go nowhere.
 bool isKey(platform::Pid pid, platform::WindowNumber window) {
-  const std::vector<ax::Slot> slots =
-      messages::attributes(ax::application(pid), {"AXFocusedWindow", "AXFocusedUIElement"});
-  const std::optional<ax::Element> focused = elementIn(slots[0].value);
-  return slots[1].value && focused && messages::windowNumber(*focused) == window;
+  const KeyboardFocus focus = keyboardFocus(pid);
+  return focus.hasElement && focus.window && messages::windowNumber(*focus.window) == window;
 }
 
 }  // namespace
+
+KeyboardFocus keyboardFocus(platform::Pid pid) {
+  const std::vector<ax::Slot> slots =
+      messages::attributes(ax::application(pid), {"AXFocusedWindow", "AXFocusedUIElement"});
+  return {elementIn(slots[0].value), slots[1].value.has_value()};
+}
 
 bool focus(platform::Pid pid, platform::WindowNumber window, bool give) {
   std::optional<Receiver> receiver = receiverFor(pid);
   if (!receiver) return false;
   const bool accepted = receiver->accepts(focusRecord(window, give));
+  // After a refusal too: whether the server has done nothing of it is not known.
   loop::sleepMicroseconds(focusPauseMicroseconds);
   return accepted;
 }

@@ -1,9 +1,19 @@
 #pragma once
 
+#include <optional>
+
+#include "platform/ax.h"
 #include "platform/types.h"
 
 /// Focus without activation, by records to the window server.
 namespace driver::Sky {
+
+/// What has the keyboard of a process. Asked in one message.
+struct KeyboardFocus {
+  std::optional<ax::Element> window;
+  bool hasElement = false;
+};
+KeyboardFocus keyboardFocus(platform::Pid pid);
 
 /// Gives input focus to a window of a process, or takes it back, and waits 40 ms. True when the
 /// window server accepted the record; when a private entry point is missing or the process has no

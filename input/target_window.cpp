@@ -1,31 +1,29 @@
 #include "input/target_window.h"
 
 #include <cstdint>
-#include <limits>
+#include <utility>
 
 #include "accessibility/scope.h"
 #include "base/geometry.h"
+#include "main/state_queries.h"
 
 namespace driver {
 
 namespace {
 
-constexpr std::int64_t firstSystemLayer = 1000;
-
+// One without a title may be a sheet or a popup of a window within the scope: it is not filtered.
 bool mayBeOperated(const windowserver::Window& window) {
   if (window.layer.value_or(0) >= firstSystemLayer) return false;
   return window.name.value_or("").empty() || inScope(window.name);
 }
 
+}  // namespace
+
 std::optional<platform::WindowNumber> numberOf(const windowserver::Window& window) {
   const std::int64_t number = window.number.value_or(0);
-  if (number <= 0 || number > std::numeric_limits<platform::WindowNumber>::max()) {
-    return std::nullopt;
-  }
+  if (number == 0 || !std::in_range<platform::WindowNumber>(number)) return std::nullopt;
   return static_cast<platform::WindowNumber>(number);
 }
-
-}  // namespace
 
 std::optional<Rect> boundsOf(const windowserver::Window& window) {
   if (!window.x || !window.y || !window.width || !window.height) return std::nullopt;

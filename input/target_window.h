@@ -13,6 +13,10 @@ struct TargetWindow {
   platform::Rect bounds;  // global points, finite
 };
 
+/// The number by which the server names a window; none when it gives no such number: it has none,
+/// or 0, or one that no window can have.
+std::optional<platform::WindowNumber> numberOf(const windowserver::Window& window);
+
 /// The bounds that the server gives for a window; none unless all four values are there and finite.
 std::optional<platform::Rect> boundsOf(const windowserver::Window& window);
 

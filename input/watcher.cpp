@@ -5,9 +5,9 @@
 #include <limits>
 #include <vector>
 
-#include "input/foreground.h"
+#include "input/focus.h"
 #include "input/input_report.h"
-#include "main/act.h"
+#include "main/ending.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/loop.h"
@@ -26,6 +26,8 @@ void writeLine(const Reply& line) {
   if (!emit(line)) process::exit(1);
 }
 
+// A pointer passes over many windows on its way to another, and asking for the list of windows at
+// each step would cost more than the news is worth.
 bool touches(platform::Pid target, const tap::Event& event) {
   if (event.type == static_cast<std::uint32_t>(quartz::EventType::mouseMoved)) return false;
   if (event.targetProcess == target) return true;
@@ -37,6 +39,7 @@ bool touches(platform::Pid target, const tap::Event& event) {
 /// Milliseconds since the user's last input; 0 when there was none.
 std::int64_t idleMilliseconds() {
   double shortest = std::numeric_limits<double>::infinity();
+  // Of the watched types alone: idle time and reports speak of the same input.
   for (const quartz::EventType type : watchedTypes) {
     shortest = std::fmin(shortest, quartz::secondsSinceLast(type));
   }
@@ -53,6 +56,7 @@ void writeFirstLine() {
   Reply line = {{"ok", true}, {"watching", true}, {"idleMs", idleMilliseconds()}};
   if (target) {
     line["targetPid"] = *target;
+    // No input has come yet: an application in front is the one that the next will touch.
     line["touchesTarget"] = foregroundPID() == *target;
   }
   writeLine(line);
@@ -70,6 +74,7 @@ void endWithInput() {
 }  // namespace
 
 void reportInput(const tap::Event& event) {
+  // The system disables a tap that was slow once: what came meanwhile is lost, and no more.
   if (isDisabledNotice(event)) {
     if (globals().inputTap) tap::enable(*globals().inputTap);
     return;

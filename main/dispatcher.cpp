@@ -11,7 +11,7 @@
 #include "guard/lock_guard.h"
 #include "guard/screen_lock.h"
 #include "input/context.h"
-#include "input/held_focus.h"
+#include "input/focus.h"
 #include "input/keyboard_commands.h"
 #include "input/watcher.h"
 #include "main/globals.h"

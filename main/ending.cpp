@@ -1,16 +1,48 @@
 #include "main/ending.h"
 
 #include <mutex>
+#include <optional>
 #include <utility>
 
-#include "main/act.h"
 #include "main/globals.h"
-#include "main/undo.h"
 #include "platform/loop.h"
 
 namespace driver {
 
 namespace {
+
+// Polled for, since every wait is a call of the seam; a condition variable would wait beside it, in
+// time that no test commands.
+constexpr std::uint32_t pollMicroseconds = 1'000;
+
+/// True when the act has begun, false when the process is ending.
+bool mayBegin() {
+  const std::lock_guard lock(globals().mutex);
+  if (globals().ending) return false;
+  ++globals().actsUnderWay;
+  return true;
+}
+
+bool actsAreUnderWay() {
+  const std::lock_guard lock(globals().mutex);
+  return globals().actsUnderWay > 0;
+}
+
+/// False when there is none.
+bool runOneUndo() {
+  std::function<void()> undo;
+  std::optional<Act> act;
+  {
+    // Forgotten before it runs, so that nothing it meets can make it run again.
+    const std::lock_guard lock(globals().mutex);
+    if (globals().pendingUndos.empty()) return false;
+    act.emplace(lock);
+    undo = std::move(globals().pendingUndos.back());
+    globals().pendingUndos.pop_back();
+  }
+  undo();
+  return true;
+}
 
 bool claimEnding() {
   const std::lock_guard lock(globals().mutex);
@@ -19,8 +51,42 @@ bool claimEnding() {
 
 }  // namespace
 
+Act::Act() {
+  if (!mayBegin()) loop::suspend();
+}
+
+Act::Act(const std::lock_guard<std::mutex>& /*held*/) { ++globals().actsUnderWay; }
+
+Act::~Act() {
+  const std::lock_guard lock(globals().mutex);
+  --globals().actsUnderWay;
+}
+
+void awaitActs() {
+  std::uint32_t waited = 0;
+  for (; actsAreUnderWay() && waited < endingMicroseconds; waited += pollMicroseconds) {
+    loop::sleepMicroseconds(pollMicroseconds);
+  }
+}
+
+void pushUndo(std::function<void()> undo) {
+  const std::lock_guard lock(globals().mutex);
+  globals().pendingUndos.push_back(std::move(undo));
+}
+
+void runNewestUndo() {
+  // An undo that is gone was run by a flow that ends the process: this one has no more to say.
+  if (!runOneUndo()) loop::suspend();
+}
+
+void runPendingUndos() {
+  while (runOneUndo()) {
+  }
+}
+
 void beginEnding() {
   if (!claimEnding()) loop::suspend();
+  // First the acts: what one of them has just given must be among the undos before those run.
   awaitActs();
   runPendingUndos();
 }

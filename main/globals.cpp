@@ -28,6 +28,7 @@ std::optional<std::string> startWindowScope() {
   return text::lowercase(*value);
 }
 
+// An infinite grace counts as none: it could not be counted down, and would never lock.
 double startGuardGrace() {
   const std::string value = process::environment("ZENTROVE_COVER_GRACE").value_or("");
   const double seconds = parseDouble(value).value_or(0);
@@ -61,6 +62,7 @@ std::string startGuardOruName() {
 Globals& globals() { return *current; }
 
 void initialise(const std::vector<std::string>& commandLine) {
+  // In this order: nearly all of it asks the system, and each run's first calls are the same.
   auto fresh = std::make_unique<Globals>();
   fresh->windowScope = startWindowScope();
   fresh->src = quartz::createSource();
@@ -73,6 +75,7 @@ void initialise(const std::vector<std::string>& commandLine) {
     fresh->args.push_back(repairedUtf8(word));
   }
 
+  // Tests start several runs in one process: the state of the one before goes here.
   const std::unique_ptr<Globals> previous(std::exchange(current, fresh.release()));
 }
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "base/utf8.h"
+#include "main/ending.h"
 #include "main/globals.h"
-#include "main/undo.h"
 #include "platform/json.h"
 #include "platform/loop.h"
 #include "platform/process.h"
@@ -42,6 +42,7 @@ std::string lineOf(const Reply& reply) { return json::write(repaired(reply)); }
 
 enum class Line { oneOfSeveral, last };
 
+// The last line keeps the right to write, so that nothing can follow it.
 bool write(const Reply& reply, Line line) {
   const std::string text = lineOf(reply);
   const bool shared = globals().sharesOutput;
@@ -74,12 +75,14 @@ bool emitWithin(const Reply& reply, std::uint32_t microseconds) {
 }
 
 void fail(const std::string& message) {
+  // Before the line: whoever reads it may act at once, and must find focus and clipboard restored.
   runPendingUndos();
   write(refusal(message), Line::last);
   process::exit(1);
 }
 
 void emitLastWithin(const Reply& reply, std::uint32_t microseconds) {
+  // The reader that holds up the line under way is the one of this line: they share the time.
   const std::uint64_t start = loop::uptimeNanoseconds();
   if (!streams::acquireOutputWithin(microseconds)) return;
   const std::uint64_t waited = (loop::uptimeNanoseconds() - start) / nanosecondsPerMicrosecond;

@@ -20,7 +20,9 @@ class InputFailure : public std::exception {
   /// The text for the caller of a command.
   const std::string& message() const { return message_; }
 
-  /// The description for clients of the capture group: InputFailure(message: "...").
+  /// The description for clients of the capture group: InputFailure(message: "..."). Whole, where
+  /// `what` ends at a NUL, which a client's words may hold.
+  const std::string& description() const { return description_; }
   const char* what() const noexcept override { return description_.c_str(); }
 
  private:

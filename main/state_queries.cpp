@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "accessibility/scope.h"
@@ -18,21 +19,17 @@ namespace driver {
 namespace {
 
 constexpr std::string_view pidPrefix = "pid:";
-constexpr double smallestListedSide = 40;  // points
 
-std::optional<Value::Object> windowEntry(const windowserver::Window& window) {
+std::optional<ListedWindow> listed(const windowserver::Window& window) {
+  // A list is to look at: a window without a place is still one. Input, which must hit the window,
+  // takes only whole bounds (`boundsOf`).
   if (!window.width || !window.height) return std::nullopt;
   const Rect frame{window.x.value_or(0), window.y.value_or(0), *window.width, *window.height};
   if (!isFinite(frame)) return std::nullopt;
-  if (frame.width < smallestListedSide || frame.height < smallestListedSide) return std::nullopt;
+  if (frame.width < smallestWindowSide || frame.height < smallestWindowSide) return std::nullopt;
   if (!inScope(window.name)) return std::nullopt;
-  return Value::Object{{"id", window.number.value_or(0)},
-                       {"layer", window.layer.value_or(0)},
-                       {"title", window.name.value_or("")},
-                       {"x", frame.x},
-                       {"y", frame.y},
-                       {"width", frame.width},
-                       {"height", frame.height}};
+  return ListedWindow{window.number.value_or(0), window.layer.value_or(0), window.name.value_or(""),
+                      frame};
 }
 
 Point pointerLocation() {
@@ -47,6 +44,7 @@ Point pointerLocation() {
 std::optional<workspace::Application> runningApp(const std::string& reference) {
   if (reference.starts_with(pidPrefix)) {
     const auto pid = parseInt32(std::string_view(reference).substr(pidPrefix.size()));
+    // Also when there is none: a process that has gone is not to be replaced by a namesake.
     if (pid) return workspace::application(*pid);
   }
   const std::vector<workspace::Application> bundled = workspace::applications(reference);
@@ -57,13 +55,27 @@ std::optional<workspace::Application> runningApp(const std::string& reference) {
   return std::nullopt;
 }
 
-Value::List windows(platform::Pid pid) {
-  Value::List entries;
+std::vector<ListedWindow> listedWindows(platform::Pid pid) {
+  std::vector<ListedWindow> windows;
   const auto list = windowserver::windows(windowserver::Windows::onScreenWithoutDesktop);
-  if (!list) return entries;
+  if (!list) return windows;
   for (const windowserver::Window& window : *list) {
     if (window.ownerPid != pid) continue;
-    if (std::optional<Value::Object> entry = windowEntry(window)) entries.push_back(*entry);
+    if (std::optional<ListedWindow> entry = listed(window)) windows.push_back(std::move(*entry));
+  }
+  return windows;
+}
+
+Value::List windows(platform::Pid pid) {
+  Value::List entries;
+  for (ListedWindow& window : listedWindows(pid)) {
+    entries.push_back(Value::Object{{"id", window.number},
+                                    {"layer", window.layer},
+                                    {"title", std::move(window.title)},
+                                    {"x", window.frame.x},
+                                    {"y", window.frame.y},
+                                    {"width", window.frame.width},
+                                    {"height", window.frame.height}});
   }
   return entries;
 }
@@ -89,6 +101,8 @@ void sceneCommand(const Arguments&) {
 }
 
 void sessionCommand(const Arguments&) {
+  // The system leaves the key out while the screen is not locked. On a Mac that does not tell of
+  // its console nobody else can be at it.
   const windowserver::Session session = windowserver::session().value_or(windowserver::Session{});
   emit({{"ok", true},
         {"locked", session.locked.value_or(false)},

@@ -1,4 +1,4 @@
-#include "main/undo.h"
+#include "main/ending.h"
 
 #include <gtest/gtest.h>
 

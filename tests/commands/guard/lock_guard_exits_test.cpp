@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "guard/guard_end.h"
+#include "guard/lock_guard.h"
 #include "guard/screen_lock.h"
 #include "main/globals.h"
 #include "platform/process.h"

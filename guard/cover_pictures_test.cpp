@@ -1,4 +1,4 @@
-#include "guard/user_picture.h"
+#include "guard/cover_pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,23 @@ using testing_support::callsOf;
 using testing_support::Mode;
 using testing_support::TestMac;
 using testing_support::valueInside;
+
+TEST(enclosing_bundle, lies_three_folders_above_the_tool) {
+  EXPECT_EQ(enclosingBundle("/Applications/Zentrove Desk.app/Contents/MacOS/driver"),
+            "/Applications/Zentrove Desk.app");
+  EXPECT_EQ(enclosingBundle("/A.app/Contents/Helpers/driver"), "/A.app");
+  EXPECT_EQ(enclosingBundle("A.app/Contents/MacOS/driver"), "A.app");
+  EXPECT_EQ(enclosingBundle("/A.app//Contents///MacOS/driver/"), "/A.app");
+}
+
+TEST(enclosing_bundle, is_none_elsewhere) {
+  for (const char* path : {"", "/", "driver", "/driver", "/usr/local/bin/driver",
+                           "/A.app/Contents/driver", "/A.app/Contents/MacOS/deeper/driver",
+                           "/A.APP/Contents/MacOS/driver", "/.app/Contents/MacOS/driver",
+                           "/Aapp/Contents/MacOS/driver", "/A.application/Contents/MacOS/driver"}) {
+    EXPECT_FALSE(enclosingBundle(path)) << path;
+  }
+}
 
 std::string digits(std::size_t count) {
   std::string text;
@@ -29,6 +46,13 @@ TEST(photo_bytes, come_without_spaces_and_line_breaks_in_either_case) {
   std::string spread;
   for (const char c : digits(128)) spread += std::string(1, c == 'a' ? 'A' : c) + " \n";
   EXPECT_EQ(photoBytes("x:" + spread), photoBytes("x:" + digits(128)));
+}
+
+TEST(photo_bytes, know_every_digit_and_nothing_else) {
+  const std::string padding(100, '0');
+  EXPECT_EQ(photoBytes(":" + padding + "0123456789abcdefABCDEF")->substr(50),
+            "\x01\x23\x45\x67\x89\xAB\xCD\xEF\xAB\xCD\xEF");
+  EXPECT_EQ(photoBytes(":" + padding + "/:@G`g12")->substr(50), "\x12");
 }
 
 TEST(photo_bytes, are_none_for_fewer_than_101_digits) {

@@ -1,4 +1,4 @@
-#include "input/text_pieces.h"
+#include "input/background_text.h"
 
 #include <gtest/gtest.h>
 
