@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "accessibility/inner_text.h"
 #include "accessibility/messages.h"
 #include "accessibility/scope.h"
 #include "accessibility/snapshot.h"

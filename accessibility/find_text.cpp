@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"

@@ -4,8 +4,9 @@
 #include <string>
 #include <utility>
 
-#include "accessibility/composer.h"
 #include "accessibility/roles.h"
+#include "accessibility/text_field.h"
+#include "main/arguments.h"
 #include "platform/text.h"
 
 namespace driver {
@@ -46,6 +47,28 @@ Value::Object infoWithoutValue(Snapshot& element, const Batch& each) {
 
 Value::Object frameInfo(const platform::Rect& frame) {
   return {{"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}};
+}
+
+platform::Point pointIn(const Arguments& arguments, std::size_t index) {
+  const double x = num(arguments, index);
+  return {x, num(arguments, index + 1)};
+}
+
+std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+
+std::string joined(const std::vector<std::string>& texts, const std::string& separator) {
+  std::string result;
+  for (const std::string& text : texts) {
+    if (&text != &texts.front()) result += separator;
+    result += text;
+  }
+  return result;
+}
+
+std::int32_t codeOf(ax::Error error) { return static_cast<std::int32_t>(error); }
+
+Reply actionReply(ax::Error error) {
+  return {{"ok", error == ax::Error::success}, {"axError", codeOf(error)}};
 }
 
 }  // namespace driver

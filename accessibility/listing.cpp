@@ -1,13 +1,16 @@
-#include "accessibility/listing.h"
-
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
-#include "accessibility/inner_text.h"
 #include "accessibility/roles.h"
+#include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
+#include "base/numbers.h"
 #include "main/replies.h"
 
 namespace driver {
@@ -29,9 +32,9 @@ Value::Object entryFor(Snapshot& element, const Batch& each) {
   return entry;
 }
 
-}  // namespace
-
-Value::List axList(const ax::Element& application, std::size_t limit) {
+/// The controls in the window scope that show, as descriptions, `limit` of them at most. One
+/// without a label has the text inside it for one; one that is off has "disabled".
+Value::List axList(const ax::Element& application, std::size_t limit = 400) {
   Value::List entries;
   Walk walk(axWindows(application), infoAttributes | AttributeSet{Attribute::enabled},
             controlBounds);
@@ -43,8 +46,45 @@ Value::List axList(const ax::Element& application, std::size_t limit) {
   return entries;
 }
 
+}  // namespace
+
 void axListCommand(const Arguments& arguments) {
   emit({{"ok", true}, {"elements", axList(axApp(arguments[2]))}});
+}
+
+namespace {
+
+constexpr WalkBounds dumpBounds = {4000, 80};
+
+// Values are read with the rest: each of them is shown.
+constexpr AttributeSet dumpAttributes =
+    infoAttributes | AttributeSet{Attribute::subrole, Attribute::value};
+
+std::optional<std::string> numberText(Snapshot& element) {
+  if (const auto* integer = element.get<std::int64_t>(Attribute::value)) {
+    return std::to_string(*integer);
+  }
+  const std::optional<double> number = element.number(Attribute::value);
+  return number ? std::optional(decimalText(*number)) : std::nullopt;
+}
+
+Value::Object entryFor(Snapshot& element, int depth, const Batch& each) {
+  Value::Object entry = axInfo(element, each);
+  entry["depth"] = depth;
+  if (const std::string* subrole = element.text(Attribute::subrole)) entry["subrole"] = *subrole;
+  if (const auto number = numberText(element)) entry["value"] = *number;
+  return entry;
+}
+
+}  // namespace
+
+void axDumpCommand(const Arguments& arguments) {
+  Value::List entries;
+  Walk walk(axWindows(axApp(arguments[2])), dumpAttributes, dumpBounds, Walk::Siblings::firstFirst);
+  while (Snapshot* element = walk.next()) {
+    entries.emplace_back(entryFor(*element, walk.depth(), walk.batch()));
+  }
+  emit({{"ok", true}, {"elements", entries}});
 }
 
 }  // namespace driver

@@ -6,15 +6,41 @@
 #include <tuple>
 #include <utility>
 
-#include "accessibility/actionable.h"
 #include "accessibility/element.h"
-#include "accessibility/inner_text.h"
 #include "accessibility/labels.h"
+#include "accessibility/messages.h"
 #include "accessibility/roles.h"
+#include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
 #include "base/geometry.h"
+#include "main/globals.h"
 
 namespace driver {
+
+namespace {
+
+constexpr int examinedMax = 12;
+
+/// The element or the nearest above it that can be acted on.
+std::optional<Snapshot> actionableFrom(std::optional<ax::Element> element) {
+  const Batch batch({Attribute::role, Attribute::editable, Attribute::parent});
+  for (int examined = 0; element && examined < examinedMax; ++examined) {
+    Snapshot now(*element);
+    now.read(batch);
+    if (hasRole(actionableRoles, now.role()) || now.isTrue(Attribute::editable)) return now;
+    element = now.related(Attribute::parent);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Snapshot> axActionable(platform::Point point, const ax::Element& application) {
+  std::optional<Snapshot> found = actionableFrom(messages::elementAt(application, point));
+  if (!found || !globals().windowScope) return found;
+  const std::optional<ax::Element> window = found->related(Attribute::window);
+  return window && axWindowInScope(*window) ? std::move(found) : std::nullopt;
+}
 
 namespace {
 
@@ -113,6 +139,13 @@ std::optional<Match> axMatch(const ax::Element& application, const std::string& 
   }
   std::optional<Snapshot> hit = axActionable(near, application);
   return hit ? std::optional(Match{std::move(*hit), MatchKind::hit}) : std::nullopt;
+}
+
+std::optional<Button> buttonIn(Snapshot& element) {
+  if (element.role() != "AXButton") return std::nullopt;
+  std::string label = axLabel(element);
+  if (label.empty()) return std::nullopt;
+  return Button{element.element(), std::move(label)};
 }
 
 }  // namespace driver

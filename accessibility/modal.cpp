@@ -1,14 +1,14 @@
-#include "accessibility/modal.h"
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
-#include "accessibility/inner_text.h"
+#include "accessibility/match.h"
 #include "accessibility/messages.h"
 #include "accessibility/roles.h"
 #include "accessibility/walk.h"
@@ -24,6 +24,14 @@ constexpr int textBudget = 80;  // elements
 constexpr std::size_t textCharactersMax = 2000;
 
 constexpr AttributeSet modalAttributes = infoAttributes | AttributeSet{Attribute::subrole};
+
+/// A sheet, drawer or dialog.
+struct Modal {
+  Value::Object info;   // its description, without a value
+  std::string subrole;  // empty when it has none
+  std::string text;     // the static texts in it, cut
+  std::vector<Button> buttons;
+};
 
 std::string subroleOf(Snapshot& element) {
   const std::string* subrole = element.text(Attribute::subrole);
@@ -72,8 +80,7 @@ Reply pressIn(const Modal& modal, const std::string& label) {
   return reply;
 }
 
-}  // namespace
-
+/// The sheets, drawers and dialogs in the window scope, eight of them at most.
 std::vector<Modal> axModalElements(const ax::Element& application) {
   std::vector<Modal> modals;
   Walk walk(axWindows(application), modalAttributes, controlBounds);
@@ -90,6 +97,8 @@ std::vector<Modal> axModalElements(const ax::Element& application) {
   }
   return modals;
 }
+
+}  // namespace
 
 void axModalCommand(const Arguments& arguments) {
   Value::List modals;

@@ -6,14 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
-#include "accessibility/inner_text.h"
 #include "accessibility/labels.h"
 #include "accessibility/match.h"
 #include "accessibility/messages.h"
+#include "accessibility/snapshot.h"
 #include "input/motion.h"
 #include "input/session.h"
 #include "input/target_window.h"

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
 #include "accessibility/messages.h"
 #include "main/replies.h"
 #include "main/state_queries.h"

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
 #include "accessibility/messages.h"
 #include "accessibility/walk.h"
 #include "base/numbers.h"

@@ -1,15 +1,56 @@
 #include "accessibility/snapshot.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "accessibility/messages.h"
 #include "base/geometry.h"
+#include "platform/text.h"
 
 namespace driver {
+
+namespace {
+
+constexpr std::array<const char*, attributeCount> attributeNames = {"AXRole",
+                                                                    "AXSubrole",
+                                                                    "AXChildren",
+                                                                    "AXTitle",
+                                                                    "AXDescription",
+                                                                    "AXPlaceholderValue",
+                                                                    "AXHelp",
+                                                                    "AXPosition",
+                                                                    "AXSize",
+                                                                    "AXEnabled",
+                                                                    "AXEditable",
+                                                                    "AXFocused",
+                                                                    "AXModal",
+                                                                    "AXParent",
+                                                                    "AXWindow",
+                                                                    "AXValue",
+                                                                    "AXMinValue",
+                                                                    "AXMaxValue",
+                                                                    "AXSelectedTextRange",
+                                                                    "AXMenuItemCmdChar",
+                                                                    "AXMenuItemCmdModifiers"};
+
+static_assert(attributeCount == static_cast<std::size_t>(Attribute::menuModifiers) + 1);
+
+}  // namespace
+
+const char* nameOf(Attribute attribute) {
+  return attributeNames[static_cast<std::size_t>(attribute)];
+}
+
+Batch::Batch(AttributeSet set) : set_(set) {
+  for (std::size_t i = 0; i < attributeCount; ++i) {
+    if (set.contains(static_cast<Attribute>(i))) names_.push_back(attributeNames[i]);
+  }
+}
 
 namespace {
 
@@ -154,6 +195,38 @@ std::optional<platform::Rect> axFrame(Snapshot& element) {
   if (position == nullptr || size == nullptr) return std::nullopt;
   const platform::Rect frame{position->x, position->y, size->width, size->height};
   return isFinite(frame) ? std::optional(frame) : std::nullopt;
+}
+
+namespace {
+
+/// Pushes what a walk with `budget` visits left can still reach, the first child on top.
+void pushChildren(std::vector<Snapshot*>& stack, std::vector<Snapshot>& children,
+                  std::size_t budget) {
+  for (std::size_t i = std::min(children.size(), budget); i > 0; --i) {
+    stack.push_back(&children[i - 1]);
+  }
+}
+
+void append(std::string& joined, const std::string* value) {
+  if (value == nullptr || value->empty()) return;
+  if (!joined.empty()) joined += ' ';
+  joined += *value;
+}
+
+}  // namespace
+
+std::string axText(Snapshot& element, const Batch& each, int budget, std::size_t maxLength) {
+  std::string joined;
+  std::vector<Snapshot*> stack = {&element};
+  for (auto left = static_cast<std::size_t>(std::max(budget, 0)); left > 0 && !stack.empty();) {
+    Snapshot& visited = *stack.back();
+    stack.pop_back();
+    --left;
+    visited.read(each);
+    if (visited.role() == "AXStaticText") append(joined, visited.text(Attribute::value));
+    pushChildren(stack, visited.children(), left);
+  }
+  return text::prefix(joined, maxLength);
 }
 
 }  // namespace driver

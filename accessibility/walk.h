@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "accessibility/attributes.h"
 #include "accessibility/snapshot.h"
 #include "platform/ax.h"
 

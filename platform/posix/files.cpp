@@ -15,7 +15,7 @@
 #include <memory>
 #include <system_error>
 
-#include "platform/posix/output.h"
+#include "platform/posix/descriptors.h"
 
 namespace posix {
 

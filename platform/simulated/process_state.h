@@ -53,7 +53,4 @@ struct ProcessState {
 ProcessState& state();
 void renewState();
 
-/// Does what comes to the main flow, until its application's loop ends by itself.
-void serveMainFlow();
-
 }  // namespace simulated

@@ -2,9 +2,8 @@
 
 #include <unistd.h>
 
+#include "platform/posix/descriptors.h"
 #include "platform/posix/files.h"
-#include "platform/posix/input.h"
-#include "platform/posix/output.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/process_state.h"
 

@@ -1,17 +1,12 @@
-#include "accessibility/insert.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <utility>
 
-#include "accessibility/actionable.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
-#include "accessibility/composer.h"
 #include "accessibility/element.h"
-#include "accessibility/field_content.h"
 #include "accessibility/info.h"
 #include "accessibility/labels.h"
 #include "accessibility/match.h"
@@ -19,6 +14,7 @@
 #include "accessibility/text_field.h"
 #include "base/utf16.h"
 #include "input/session.h"
+#include "main/replies.h"
 #include "platform/json.h"
 #include "platform/loop.h"
 #include "platform/text.h"
@@ -28,6 +24,7 @@ namespace driver {
 namespace {
 
 constexpr std::uint32_t settlingMicroseconds = 150'000;
+constexpr std::uint32_t valueSettlingMicroseconds = 200'000;
 constexpr std::size_t priorCharactersMax = 20'000;
 
 /// A field as it was found.
@@ -149,8 +146,9 @@ std::vector<std::string> textsIn(const std::string& json) {
   return texts;
 }
 
-}  // namespace
-
+/// Writes a text into the text input that the label and the point describe, and reads it back;
+/// returns the reply. `mode` says where: "replace" (which spares what is none of
+/// `ownedPriorTexts`), "message", "end", "new_line" or "caret"; any other word is as "end".
 Reply axInsert(const ax::Element& application, const std::string& label, Point point,
                const std::string& mode, const std::string& text,
                const std::vector<std::string>& ownedPriorTexts) {
@@ -173,11 +171,72 @@ Reply axInsert(const ax::Element& application, const std::string& label, Point p
   return landingReply(field, change.expected, method);
 }
 
+}  // namespace
+
 void axInsertCommand(const Arguments& arguments) {
   const Point point = pointIn(arguments, 4);
   std::vector<std::string> owned;
   if (arguments.size() > 8) owned = textsIn(arguments[8]);
   emit(axInsert(axApp(arguments[2]), arguments[3], point, arguments[6], arguments[7], owned));
+}
+
+namespace {
+
+constexpr std::size_t tailUnits = 120;  // UTF-16
+
+/// Adds what only text inputs have: the whole value, and the caret.
+void addText(Value::Object& info, Snapshot& element) {
+  const std::string* text = element.text(Attribute::value);
+  if (text == nullptr) return;
+  info["value"] = *text;
+  info["length"] = static_cast<std::int64_t>(utf16Length(*text));
+  info["tail"] = std::string(utf16Suffix(*text, tailUnits));
+  if (const auto* selected = element.get<ax::Range>(Attribute::selectedRange)) {
+    info["caret"] = selected->location;
+    info["selected"] = selected->length;
+  }
+}
+
+}  // namespace
+
+void axFocusCommand(const Arguments& arguments) {
+  const Point near = pointIn(arguments, 4);
+  const std::optional<Match> match = axMatch(axApp(arguments[2]), arguments[3], near);
+  if (!match) {
+    emit(refusal("no element"));
+    return;
+  }
+  const ax::Element& element = match->element.element();
+  const ax::Error error = messages::setAttribute(element, "AXFocused", ax::Value{true});
+  emit({{"ok", error == ax::Error::success},
+        {"element", axInfo(element)},
+        {"matchedBy", wordOf(match->kind)}});
+}
+
+void axFocusedCommand(const Arguments& arguments) {
+  Reply reply = {{"ok", true}, {"element", Value()}};
+  if (std::optional<Snapshot> focused = axFocused(axApp(arguments[2]))) {
+    focused->read(infoAttributes | AttributeSet{Attribute::editable, Attribute::value});
+    Value::Object info = axInfo(*focused, Batch(structureAttributes));
+    if (isTextInput(*focused)) addText(info, *focused);
+    reply["element"] = std::move(info);
+  }
+  emit(reply);
+}
+
+void axSetValueCommand(const Arguments& arguments) {
+  const Point point = pointIn(arguments, 3);
+  const std::optional<Snapshot> found = axActionable(point, axApp(arguments[2]));
+  if (!found) {
+    emit(refusal("no element"));
+    return;
+  }
+  const ax::Element& element = found->element();
+  messages::setAttribute(element, "AXFocused", ax::Value{true});
+  Reply reply = actionReply(messages::setAttribute(element, "AXValue", ax::Value{arguments[5]}));
+  loop::sleepMicroseconds(valueSettlingMicroseconds);
+  reply["element"] = axInfo(element);
+  emit(reply);
 }
 
 }  // namespace driver

@@ -3,10 +3,10 @@
 #include <string>
 #include <utility>
 
-#include "accessibility/buttons.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
+#include "accessibility/match.h"
 #include "accessibility/messages.h"
 #include "accessibility/walk.h"
 #include "main/replies.h"

@@ -1,4 +1,4 @@
-#include "platform/posix/output.h"
+#include "platform/posix/descriptors.h"
 
 #include <limits.h>
 #include <poll.h>
@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 namespace posix {
 
@@ -15,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // A pipe that polls as writable takes so much without blocking.
-constexpr std::size_t portionBytes = PIPE_BUF;
+constexpr std::size_t outputPortionBytes = PIPE_BUF;
 
 // A parent may have made the descriptor it shares with this process non-blocking.
 void waitUntilWritable(int descriptor) {
@@ -58,7 +59,7 @@ std::size_t writeReady(int descriptor, std::string_view bytes) {
   while (taken < bytes.size()) {
     pollfd wanted = {descriptor, POLLOUT, 0};
     if (poll(&wanted, 1, 0) != 1) break;
-    const std::string_view portion = bytes.substr(taken, portionBytes);
+    const std::string_view portion = bytes.substr(taken, outputPortionBytes);
     const ssize_t written = write(descriptor, portion.data(), portion.size());
     if (written < 0) break;
     taken += static_cast<std::size_t>(written);
@@ -70,7 +71,8 @@ bool writeWithin(int descriptor, std::string_view bytes, std::uint32_t microseco
   const Clock::time_point deadline = Clock::now() + std::chrono::microseconds(microseconds);
   while (!bytes.empty()) {
     if (!waitUntilWritable(descriptor, deadline)) return false;
-    const ssize_t written = write(descriptor, bytes.data(), std::min(bytes.size(), portionBytes));
+    const ssize_t written =
+        write(descriptor, bytes.data(), std::min(bytes.size(), outputPortionBytes));
     if (written >= 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
     } else if (!mayTryAgain()) {
@@ -78,6 +80,57 @@ bool writeWithin(int descriptor, std::string_view bytes, std::uint32_t microseco
     }
   }
   return true;
+}
+
+namespace {
+
+constexpr std::size_t inputPortionBytes = 16'384;
+
+// A parent may have made the descriptor it shares with this process non-blocking.
+void waitUntilReadable(int descriptor) {
+  pollfd wanted = {descriptor, POLLIN, 0};
+  poll(&wanted, 1, -1);
+}
+
+}  // namespace
+
+std::string readSome(int descriptor) {
+  char portion[inputPortionBytes];
+  for (;;) {
+    const ssize_t count = read(descriptor, portion, sizeof portion);
+    if (count >= 0) return {portion, static_cast<std::size_t>(count)};
+    if (errno == EAGAIN || errno == EWOULDBLOCK) {
+      waitUntilReadable(descriptor);
+    } else if (errno != EINTR) {
+      return {};
+    }
+  }
+}
+
+std::optional<std::string> Input::readLine() {
+  std::size_t end = 0;
+  while ((end = pending_.find('\n', searched_)) == std::string::npos) {
+    searched_ = pending_.size();
+    const std::string more = readSome(descriptor_);
+    if (more.empty()) return takeRest();
+    pending_ += more;
+  }
+  std::string line = pending_.substr(0, end);
+  pending_.erase(0, end + 1);
+  searched_ = 0;
+  return line;
+}
+
+std::string Input::readAvailable() {
+  if (pending_.empty()) return readSome(descriptor_);
+  searched_ = 0;
+  return std::exchange(pending_, {});
+}
+
+std::optional<std::string> Input::takeRest() {
+  searched_ = 0;
+  if (pending_.empty()) return std::nullopt;
+  return std::exchange(pending_, {});
 }
 
 }  // namespace posix

@@ -1,7 +1,5 @@
 #include <optional>
 
-#include "accessibility/actionable.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
