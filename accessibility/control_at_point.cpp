@@ -5,6 +5,7 @@
 #include "accessibility/info.h"
 #include "accessibility/match.h"
 #include "accessibility/messages.h"
+#include "main/arguments.h"
 #include "main/replies.h"
 
 namespace driver {

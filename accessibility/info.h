@@ -1,16 +1,11 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "accessibility/snapshot.h"
 #include "base/value.h"
-#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/ax.h"
-#include "platform/types.h"
 
 namespace driver {
 
@@ -28,21 +23,8 @@ Value::Object axInfo(const ax::Element& element);
 /// The same without "value", which is not read.
 Value::Object infoWithoutValue(Snapshot& element, const Batch& each);
 
-/// A frame as replies have it.
-Value::Object frameInfo(const platform::Rect& frame);
-
-/// The point whose coordinates are the words at `index` and after it. Fails when one is missing or
-/// no number.
-platform::Point pointIn(const Arguments& arguments, std::size_t index);
-
 /// The text in double quotation marks.
 std::string quoted(const std::string& text);
-
-/// The texts with the separator between them.
-std::string joined(const std::vector<std::string>& texts, const std::string& separator);
-
-/// The platform's code, as replies have it.
-std::int32_t codeOf(ax::Error error);
 
 /// What a reply says of an action or a write: "ok", and the platform's code as "axError".
 Reply actionReply(ax::Error error);

@@ -19,6 +19,8 @@ namespace driver {
 
 namespace {
 
+// What is hit may be an icon or a text deep inside its control. Beyond so many levels it is no
+// longer a control that surrounds it, but the page.
 constexpr int examinedMax = 12;
 
 /// The element or the nearest above it that can be acted on.
@@ -37,9 +39,8 @@ std::optional<Snapshot> actionableFrom(std::optional<ax::Element> element) {
 
 std::optional<Snapshot> axActionable(platform::Point point, const ax::Element& application) {
   std::optional<Snapshot> found = actionableFrom(messages::elementAt(application, point));
-  if (!found || !globals().windowScope) return found;
-  const std::optional<ax::Element> window = found->related(Attribute::window);
-  return window && axWindowInScope(*window) ? std::move(found) : std::nullopt;
+  if (!found || !isInWindowScope(found->element())) return std::nullopt;
+  return found;
 }
 
 namespace {
@@ -71,12 +72,14 @@ struct Best {
 
 Wanted wantedFor(const std::string& label, Point near, double radius) {
   Wanted wanted{comparableLabel(label), {}, std::nullopt, radius};
+  // Roles are written in one word, and an agent may write several: "pop up button".
   wanted.roleName = wanted.label;
   std::erase(wanted.roleName, ' ');
   if (near != noPoint) wanted.near = near;
   return wanted;
 }
 
+/// To the middle, since a control that is larger than the one that is meant may begin nearer.
 double distanceTo(const Rect& frame, const std::optional<Point>& point) {
   if (!point || contains(frame, *point)) return 0;
   return std::hypot(point->x - (frame.x + frame.width / 2),
@@ -94,11 +97,13 @@ std::optional<double> candidateDistance(Snapshot& element, const Wanted& wanted)
 
 std::optional<MatchKind> kindOf(Snapshot& element, const Wanted& wanted, const Batch& each) {
   std::string label = comparableLabel(axLabel(element));
+  // A field's text is what was typed into it, and no name for it.
   if (label.empty() && !hasRole(textRoles, element.role())) {
     label = comparableLabel(axText(element, each));
   }
   if (label == wanted.label) return MatchKind::label;
   if (label.empty()) {
+    // Icons without any text are told from each other by where they are alone.
     const bool named = wanted.near && roleName(element.role()) == wanted.roleName;
     return named ? std::optional(MatchKind::role) : std::nullopt;
   }
@@ -137,6 +142,7 @@ std::optional<Match> axMatch(const ax::Element& application, const std::string& 
     std::optional<Best> best = bestMatch(application, wanted);
     if (best) return Match{std::move(best->element), best->rank.kind};
   }
+  // The agent sees a picture, and may call what it points at by another word than the application.
   std::optional<Snapshot> hit = axActionable(near, application);
   return hit ? std::optional(Match{std::move(*hit), MatchKind::hit}) : std::nullopt;
 }

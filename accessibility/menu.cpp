@@ -22,13 +22,39 @@ namespace driver {
 
 namespace {
 
+// Items that were opened recently, or fonts, may be thousands.
 constexpr std::size_t candidatesMax = 20'000;
 constexpr std::array<std::string_view, 2> ellipses = {"\u2026", "..."};
 
+/// The element's title; empty when it has none.
+std::string menuTitle(Snapshot& item) {
+  const std::string* title = item.text(Attribute::title);
+  return title != nullptr ? *title : "";
+}
+
+/// The texts with the separator between them.
+std::string joined(const std::vector<std::string>& texts, const std::string& separator) {
+  std::string result;
+  for (const std::string& text : texts) {
+    if (&text != &texts.front()) result += separator;
+    result += text;
+  }
+  return result;
+}
+
+/// Appends as many as there is room for.
 void appendSome(std::vector<Snapshot>& items, std::vector<Snapshot> more) {
   const std::size_t count = std::min(more.size(), candidatesMax - items.size());
   std::move(more.begin(), more.begin() + static_cast<std::ptrdiff_t>(count),
             std::back_inserter(items));
+}
+
+/// The items of the application's menu bar, in order; none when it cannot be read.
+std::vector<Snapshot> axMenuBarItems(const ax::Element& application) {
+  std::vector<Snapshot> items;
+  std::optional<ax::Element> bar = axElement(application, "AXMenuBar");
+  if (bar) appendSome(items, Snapshot(std::move(*bar)).takeChildren());
+  return items;
 }
 
 /// The first item whose key is the title's; else the first whose key begins with it.
@@ -58,6 +84,7 @@ std::vector<Snapshot> itemsUnder(Snapshot& item) {
   std::vector<Snapshot> items;
   std::size_t visits = 0;
   for (Snapshot& menu : item.children()) {
+    // Menus without items take no room, and cost a message each.
     if (++visits > candidatesMax) break;
     appendSome(items, menu.takeChildren());
   }
@@ -65,6 +92,7 @@ std::vector<Snapshot> itemsUnder(Snapshot& item) {
 }
 
 Reply pressItem(Snapshot& item, const std::string& walked) {
+  // A press of it would do nothing. One that does not say whether it is enabled is tried.
   if (item.isFalse(Attribute::enabled)) return refusal("menu item " + walked + " is disabled");
   Reply reply = actionReply(messages::perform(item.element(), "AXPress"));
   reply["pressed"] = walked;
@@ -73,19 +101,8 @@ Reply pressItem(Snapshot& item, const std::string& walked) {
 
 }  // namespace
 
-std::vector<Snapshot> axMenuBarItems(const ax::Element& application) {
-  std::vector<Snapshot> items;
-  std::optional<ax::Element> bar = axElement(application, "AXMenuBar");
-  if (bar) appendSome(items, Snapshot(std::move(*bar)).takeChildren());
-  return items;
-}
-
-std::string menuTitle(Snapshot& item) {
-  const std::string* title = item.text(Attribute::title);
-  return title != nullptr ? *title : "";
-}
-
 std::string menuKey(std::string_view title) {
+  // An ellipsis says that a dialog follows. Whoever names the item writes it in either way, or not.
   std::string plain(title);
   for (const std::string_view ellipsis : ellipses) {
     for (std::size_t at = 0; (at = plain.find(ellipsis, at)) != std::string::npos;) {
@@ -139,9 +156,7 @@ class InnerTexts {
       const auto [element, depth] = queue.front();
       queue.pop_front();
       element->read(each_);
-      const std::string* value =
-          element->role() == "AXStaticText" ? element->text(Attribute::value) : nullptr;
-      if (value != nullptr && !value->empty()) texts.emplace_back(*value);
+      if (const std::string* text = staticText(*element)) texts.emplace_back(*text);
       if (depth < innerDepthMax) append(queue, *element, depth);
     }
     return texts;
@@ -167,6 +182,8 @@ class InnerTexts {
 }  // namespace
 
 void axPopupItemsCommand(const Arguments& arguments) {
+  // A walk takes its last root first. Here windows come in their order, as items do: the list is
+  // read from top to bottom.
   std::vector<ax::Element> windows = axWindows(axApp(arguments[2]));
   std::reverse(windows.begin(), windows.end());
   Walk walk(std::move(windows), infoAttributes, controlBounds, Walk::Siblings::firstFirst);

@@ -19,7 +19,9 @@ namespace driver {
 
 namespace {
 
+// Nobody has as many open. The rest of the tree is still searched for the buttons in these.
 constexpr std::size_t modalsMax = 8;
+// More than for a label: it is the whole of what the user is asked, and what is approved.
 constexpr int textBudget = 80;  // elements
 constexpr std::size_t textCharactersMax = 2000;
 
@@ -41,9 +43,9 @@ std::string subroleOf(Snapshot& element) {
 bool isModal(Snapshot& element, bool isWindow) {
   const bool named =
       hasRole(modalRoles, element.role()) || hasRole(modalSubroles, subroleOf(element));
+  // Ordinary windows of some applications call themselves dialogs, and block nothing.
   if (!named || (isWindow && !element.isTrue(Attribute::modal))) return false;
-  const std::optional<Rect> frame = axFrame(element);
-  return frame && frame->width > 1 && frame->height > 1;
+  return isLargeEnoughToSee(element);
 }
 
 Modal modalIn(Snapshot& element, const Batch& each) {
@@ -87,6 +89,7 @@ std::vector<Modal> axModalElements(const ax::Element& application) {
   while (Snapshot* element = walk.next()) {
     if (walk.inTrunk() && isModal(*element, walk.depth() == 0)) {
       modals.push_back(modalIn(*element, walk.batch()));
+      // Its buttons come from the same walk: a second one might see another dialog.
       walk.beginBranch(buttonBounds);
       if (modals.size() == modalsMax) walk.endTrunk();
     }
@@ -110,6 +113,7 @@ void axModalCommand(const Arguments& arguments) {
 
 void axModalPressCommand(const Arguments& arguments) {
   std::vector<Modal> modals = axModalElements(axApp(arguments[2]));
+  // A consent holds for what was read to the letter: nothing is folded, or picked out of several.
   std::erase_if(modals, [&](const Modal& m) { return !text::equal(m.text, arguments[3]); });
   if (modals.size() != 1) {
     emit(refusal(std::to_string(modals.size()) + " dialogs read exactly the approved text"));

@@ -15,7 +15,8 @@
 
 namespace driver {
 
-/// The attributes that are read of elements. Messages ask for them in this order.
+/// The attributes that are read of elements. Messages ask for them in this order, so traces and the
+/// answers that tests make by hand depend on it: a new one goes to the end.
 enum class Attribute : std::uint8_t {
   role,
   subrole,
@@ -40,7 +41,8 @@ enum class Attribute : std::uint8_t {
   menuModifiers,
 };
 
-inline constexpr std::size_t attributeCount = 21;
+inline constexpr std::size_t attributeCount =
+    static_cast<std::size_t>(Attribute::menuModifiers) + 1;
 
 /// The platform's name of the attribute.
 const char* nameOf(Attribute attribute);
@@ -168,13 +170,25 @@ class Snapshot {
 /// The first text that is not empty of title, description, placeholder and help; else empty.
 std::string axLabel(Snapshot& element);
 
+/// The same of an element that is read for it now.
+std::string axLabel(const ax::Element& element);
+
 /// The frame in global points; absent when it cannot be read or is not finite. It may be empty.
 std::optional<platform::Rect> axFrame(Snapshot& element);
+
+/// Whether the element has a frame of more than a point in both directions.
+bool isLargeEnoughToSee(Snapshot& element);
+
+/// The text of a static text, if it has one that is not empty; null for any other element.
+const std::string* staticText(Snapshot& element);
 
 /// The static texts in and below the element, in reading order, joined by spaces and cut to
 /// `maxLength` characters. Visits `budget` elements at most; none when it is negative. Of each it
 /// reads `each`, and the value of a static text; a walk that comes to them later finds it read.
 std::string axText(Snapshot& element, const Batch& each, int budget = 40,
                    std::size_t maxLength = 120);
+
+/// The same of an element that is read for it now.
+std::string axText(const ax::Element& element, int budget = 40, std::size_t maxLength = 120);
 
 }  // namespace driver

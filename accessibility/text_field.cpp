@@ -12,15 +12,17 @@
 #include "accessibility/roles.h"
 #include "accessibility/walk.h"
 #include "base/utf16.h"
-#include "main/globals.h"
 #include "platform/text.h"
 
 namespace driver {
 
 namespace {
 
+// Parents may form a circle, as a wrong application tells them.
 constexpr int levelsMax = 40;
 
+// A text area is none of them: what somebody has written there is worth asking about in a dialog
+// too.
 constexpr std::array<std::string_view, 3> singleLineRoles = {"AXTextField", "AXComboBox",
                                                              "AXSearchField"};
 constexpr std::array<std::string_view, 2> transientRoles = {"AXSheet", "AXPopover"};
@@ -30,9 +32,8 @@ constexpr std::array<std::string_view, 3> dialogSubroles = {"AXDialog", "AXSyste
 /// The application's own answer; none when it is outside the window scope.
 std::optional<ax::Element> focusedElement(const ax::Element& application) {
   std::optional<ax::Element> focused = axElement(application, "AXFocusedUIElement");
-  if (!focused || !globals().windowScope) return focused;
-  const std::optional<ax::Element> window = axElement(*focused, "AXWindow");
-  return window && axWindowInScope(*window) ? std::move(focused) : std::nullopt;
+  if (!focused || !isInWindowScope(*focused)) return std::nullopt;
+  return focused;
 }
 
 }  // namespace
@@ -60,6 +61,8 @@ bool isTransientField(Snapshot& field) {
 
 std::optional<Snapshot> axFocused(const ax::Element& application) {
   if (auto focused = focusedElement(application)) return Snapshot(std::move(*focused));
+  // The application names the element of its key window. Each of its other windows keeps a focus of
+  // its own, of which only the element itself tells.
   std::optional<Snapshot> found;
   Walk walk(axWindows(application), {Attribute::role, Attribute::editable, Attribute::focused},
             controlBounds);
@@ -73,6 +76,7 @@ std::optional<Snapshot> axFocused(const ax::Element& application) {
 
 namespace {
 
+// What is larger is a document, and no field that an agent fills in.
 constexpr std::size_t elementsMax = 4096;
 constexpr int depthMax = 80;
 constexpr std::size_t unitsMax = 40'000;  // UTF-16, each text and the line break after it
@@ -82,6 +86,7 @@ struct Entry {
   int depth = 0;
 };
 
+/// Two of the errors say that there are none. After any other the field may hold more than is read.
 bool tellsChildren(Snapshot& element) {
   const ax::Error error = element.error(Attribute::children);
   return error == ax::Error::success || error == ax::Error::noValue ||
@@ -92,7 +97,7 @@ bool tellsChildren(Snapshot& element) {
 class Lines {
  public:
   bool add(const std::string* line) {
-    if (line == nullptr || line->empty()) return true;
+    if (line == nullptr) return true;
     units_ += utf16Length(*line) + 1;
     if (units_ > unitsMax) return false;
     if (!joined_.empty()) joined_ += '\n';
@@ -117,11 +122,12 @@ ComposerText axComposerText(Snapshot& field, const Batch& each) {
     stack.pop_back();
     if (depth > depthMax) return {};
     element->read(each);
+    // Whose text it is that stands in a field inside a field, nobody can tell.
     if (depth > 0 && hasRole(textRoles, element->role())) return {};
-    if (element->role() == "AXStaticText" && !lines.add(element->text(Attribute::value))) return {};
+    if (!lines.add(staticText(*element))) return {};
     if (!tellsChildren(*element)) return {};
     std::vector<Snapshot>& children = element->children();
-    // All of them would be visited.
+    // All of them would be visited, so it is known beforehand that there are too many.
     if (visits + stack.size() + children.size() > elementsMax) return {};
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
       stack.push_back({&*child, depth + 1});
@@ -147,6 +153,7 @@ std::string contentOf(Snapshot& field, const std::vector<std::string>& chrome) {
 
 bool holdsText(Snapshot& field, const std::string& expected,
                const std::vector<std::string>& chrome) {
+  // Composers of web pages show each line as a text of its own, whatever their value says.
   const ComposerText composer = axComposerText(field, Batch(structureAttributes));
   if (!composer.complete) return false;
   return sameText(composer.text.empty() ? contentOf(field, chrome) : composer.text, expected);

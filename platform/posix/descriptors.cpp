@@ -15,12 +15,14 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr std::size_t inputPortionBytes = 16'384;
+
 // A pipe that polls as writable takes so much without blocking.
 constexpr std::size_t outputPortionBytes = PIPE_BUF;
 
 // A parent may have made the descriptor it shares with this process non-blocking.
-void waitUntilWritable(int descriptor) {
-  pollfd wanted = {descriptor, POLLOUT, 0};
+void waitUntilReady(int descriptor, short events) {
+  pollfd wanted = {descriptor, events, 0};
   poll(&wanted, 1, -1);
 }
 
@@ -36,7 +38,9 @@ bool waitUntilWritable(int descriptor, Clock::time_point deadline) {
   }
 }
 
-bool mayTryAgain() { return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR; }
+bool wouldBlock() { return errno == EAGAIN || errno == EWOULDBLOCK; }
+
+bool mayTryAgain() { return wouldBlock() || errno == EINTR; }
 
 }  // namespace
 
@@ -45,8 +49,8 @@ bool writeAll(int descriptor, std::string_view bytes) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
     if (written >= 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-      waitUntilWritable(descriptor);
+    } else if (wouldBlock()) {
+      waitUntilReady(descriptor, POLLOUT);
     } else if (errno != EINTR) {
       return false;
     }
@@ -58,6 +62,7 @@ std::size_t writeReady(int descriptor, std::string_view bytes) {
   std::size_t taken = 0;
   while (taken < bytes.size()) {
     pollfd wanted = {descriptor, POLLOUT, 0};
+    // The descriptor stays blocking, for it is shared with whoever has started this process.
     if (poll(&wanted, 1, 0) != 1) break;
     const std::string_view portion = bytes.substr(taken, outputPortionBytes);
     const ssize_t written = write(descriptor, portion.data(), portion.size());
@@ -82,36 +87,34 @@ bool writeWithin(int descriptor, std::string_view bytes, std::uint32_t microseco
   return true;
 }
 
-namespace {
-
-constexpr std::size_t inputPortionBytes = 16'384;
-
-// A parent may have made the descriptor it shares with this process non-blocking.
-void waitUntilReadable(int descriptor) {
-  pollfd wanted = {descriptor, POLLIN, 0};
-  poll(&wanted, 1, -1);
-}
-
-}  // namespace
-
 std::string readSome(int descriptor) {
   char portion[inputPortionBytes];
   for (;;) {
     const ssize_t count = read(descriptor, portion, sizeof portion);
     if (count >= 0) return {portion, static_cast<std::size_t>(count)};
-    if (errno == EAGAIN || errno == EWOULDBLOCK) {
-      waitUntilReadable(descriptor);
+    if (wouldBlock()) {
+      waitUntilReady(descriptor, POLLIN);
     } else if (errno != EINTR) {
       return {};
     }
   }
 }
 
+std::string readToEnd(int descriptor) {
+  std::string all;
+  for (std::string portion; !(portion = readSome(descriptor)).empty();) all += portion;
+  return all;
+}
+
+Input::Input(int descriptor) : readSome_([descriptor] { return readSome(descriptor); }) {}
+
+Input::Input(std::function<std::string()> readSome) : readSome_(std::move(readSome)) {}
+
 std::optional<std::string> Input::readLine() {
   std::size_t end = 0;
   while ((end = pending_.find('\n', searched_)) == std::string::npos) {
     searched_ = pending_.size();
-    const std::string more = readSome(descriptor_);
+    const std::string more = readSome_();
     if (more.empty()) return takeRest();
     pending_ += more;
   }
@@ -122,7 +125,7 @@ std::optional<std::string> Input::readLine() {
 }
 
 std::string Input::readAvailable() {
-  if (pending_.empty()) return readSome(descriptor_);
+  if (pending_.empty()) return readSome_();
   searched_ = 0;
   return std::exchange(pending_, {});
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,11 +26,18 @@ std::size_t writeReady(int descriptor, std::string_view bytes);
 /// input, or when it cannot be read.
 std::string readSome(int descriptor);
 
-/// Reads from a descriptor, which stays the caller's, in lines or as it comes. What one of the two
-/// has read too much, the next call gives. For one thread.
+/// All that can be read from a descriptor, until its end or until it cannot be read.
+std::string readToEnd(int descriptor);
+
+/// Gives input in lines or as it comes. What one of the two has read too much, the next call gives.
+/// For one thread.
 class Input {
  public:
-  explicit Input(int descriptor) : descriptor_(descriptor) {}
+  /// Reads from a descriptor, which stays the caller's.
+  explicit Input(int descriptor);
+
+  /// Reads by `readSome`, which waits for at least one byte, and gives none at the end.
+  explicit Input(std::function<std::string()> readSome);
 
   /// The next line without its line feed, or what is left after the last one; waits for it. None at
   /// the end of input, or when it cannot be read. Bytes as they came.
@@ -42,7 +50,7 @@ class Input {
  private:
   std::optional<std::string> takeRest();
 
-  int descriptor_;
+  std::function<std::string()> readSome_;
   std::string pending_;
   std::size_t searched_ = 0;  // so much of what is pending holds no line feed
 };

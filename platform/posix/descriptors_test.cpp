@@ -221,6 +221,19 @@ TEST_F(InputTest, readAvailable_gives_what_readLine_has_read_too_much) {
   EXPECT_EQ(input.readLine(), "ee");
 }
 
+TEST(Input, comes_by_whatever_reads_it) {
+  std::vector<std::string> portions = {"", "\nthr", "wo", "one\nt"};
+  posix::Input input([&] {
+    std::string portion = portions.back();
+    portions.pop_back();
+    return portion;
+  });
+  EXPECT_EQ(input.readLine(), "one");
+  EXPECT_EQ(input.readLine(), "two");
+  EXPECT_EQ(input.readAvailable(), "thr");
+  EXPECT_EQ(input.readAvailable(), "");
+}
+
 TEST(Input, a_descriptor_that_is_not_open_has_ended) {
   posix::Input input(-1);
   EXPECT_EQ(input.readLine(), std::nullopt);

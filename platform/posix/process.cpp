@@ -17,7 +17,17 @@ namespace posix {
 
 namespace {
 
+// Shells say so of a process that has died by a signal.
 constexpr int signalExitStatus = 128;
+
+/// From now on the signal does what it does by default, even if it was held back.
+void restoreDefault(int number) {
+  signal(number, SIG_DFL);
+  sigset_t only;
+  sigemptyset(&only);
+  sigaddset(&only, number);
+  pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
+}
 
 }  // namespace
 
@@ -44,11 +54,7 @@ void ignoreStops() {
 }
 
 void dieBySignal(int number) {
-  signal(number, SIG_DFL);
-  sigset_t only;
-  sigemptyset(&only);
-  sigaddset(&only, number);
-  pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
+  restoreDefault(number);
   raise(number);
   _exit(signalExitStatus + number);  // should the system not have delivered it
 }
@@ -75,6 +81,8 @@ std::function<void()> takeNewest() {
   return newest;
 }
 
+// One at a time, and not from a copy: a handler may end the process, and then it stays with those
+// that have run.
 void runAll() {
   while (const std::function<void()> handler = takeNewest()) handler();
 }
@@ -116,8 +124,10 @@ constexpr std::array fatalSignals = {
     SIGEMT,  // on a Mac
 #endif
 };
+// The last act writes a line and asks the system to lock, which takes a few frames of ours and an
+// unknown number of the system's.
 constexpr std::size_t lastStackBytes = std::size_t{256} * 1024;
-constexpr unsigned patienceSeconds = 2;
+constexpr unsigned patienceSeconds = 2;  // the system takes a part of one to lock
 
 using Act = void (*)();
 
@@ -134,11 +144,7 @@ void dieOnReturn(int number) {
 
 // What the signal has left half done, a lock of the allocator for example, may hold it up for ever.
 void limitTheLastAct() {
-  signal(SIGALRM, SIG_DFL);
-  sigset_t alarms;
-  sigemptyset(&alarms);
-  sigaddset(&alarms, SIGALRM);
-  pthread_sigmask(SIG_UNBLOCK, &alarms, nullptr);
+  restoreDefault(SIGALRM);
   alarm(patienceSeconds);
 }
 
@@ -146,6 +152,7 @@ void meetFatalSignal(int number) {
   static constinit std::atomic<bool> hasBegun = false;
   static constinit std::atomic<pthread_t> actor = pthread_t{};
   if (hasBegun.exchange(true)) {
+    // A fault within the last act: there is nothing left to try.
     if (pthread_equal(actor, pthread_self())) return dieOnReturn(number);
     for (;;) pause();
   }

@@ -15,6 +15,8 @@ using platform::WireItem;
 
 namespace {
 
+// Handlers are copied under the lock and called without it: they make calls, and may post more
+// work.
 std::function<void()> takeWork(std::int64_t number) {
   const std::lock_guard lock(state().mutex);
   const auto work = state().works.find(number);

@@ -41,6 +41,7 @@ namespace {
       "WORLD\" prints, or run this command under \"simulated-mac run WORLD -- COMMAND\"");
 }
 
+// A usage message or an unknown command needs no Mac, and says what it says on a Mac.
 class AbsentChannel : public platform::Channel {
  public:
   Datum call(platform::Call call) override {
@@ -110,12 +111,14 @@ class JoinedChannel : public platform::Channel {
     }).detach();
   }
 
+  // By a thread that waits for them, since a handler may make no call: it could meet one half made.
   void watchSignals(const std::vector<int>& numbers) override {
     sigset_t watched;
     sigemptyset(&watched);
     for (const int number : numbers) sigaddset(&watched, number);
     pthread_sigmask(SIG_BLOCK, &watched, nullptr);
     startFlow([this, watched] {
+      // Signals come from outside of the Mac, whose time does not stand still for them.
       call({Function::leaveDesktop, {}});
       for (;;) {
         int number = 0;
