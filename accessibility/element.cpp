@@ -3,10 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "accessibility/inner_text.h"
 #include "accessibility/messages.h"
 #include "accessibility/scope.h"
-#include "accessibility/snapshot.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
@@ -24,6 +22,8 @@ std::optional<std::string> textIn(const std::optional<ax::Value>& value) {
 /// The server's description of the window, if it has one.
 std::optional<windowserver::Window> serverWindow(platform::WindowNumber number) {
   const auto list = windowserver::description(number);
+  // The list is asked for one window, and is looked through all the same: the title of another one
+  // must not decide about this.
   if (!list) return std::nullopt;
   for (const windowserver::Window& window : *list) {
     if (window.number == std::int64_t{number}) return window;
@@ -41,6 +41,8 @@ ax::Element axApp(const std::string& reference) {
 
 ax::Element axApp(platform::Pid pid) {
   ax::Element application = ax::application(pid);
+  // Electron builds its tree once the first is set, other Chromium once the second is. An older
+  // Electron answers with an error although it does, so the answers are not looked at.
   messages::setAttribute(application, "AXManualAccessibility", ax::Value{true});
   messages::setAttribute(application, "AXEnhancedUserInterface", ax::Value{true});
   return application;
@@ -75,6 +77,7 @@ std::vector<ax::Element> elementsIn(const std::optional<ax::Value>& value) {
   elements.reserve(list->size());
   for (const ax::Value& item : *list) {
     const auto* element = item.get<ax::Element>();
+    // A list that is not what it should be is no list: what is left of it might be misread.
     if (element == nullptr) return {};
     elements.push_back(*element);
   }
@@ -84,6 +87,7 @@ std::vector<ax::Element> elementsIn(const std::optional<ax::Value>& value) {
 std::vector<ax::Element> axWindows(const ax::Element& application) {
   std::vector<ax::Element> windows = elementsIn(axAttr(application, "AXWindows"));
   if (!globals().windowScope) return windows;
+  // Each window is a question to the server or to the application, and a list may have no end.
   if (windows.size() > windowsAskedMax) {
     windows.erase(windows.begin() + static_cast<std::ptrdiff_t>(windowsAskedMax), windows.end());
   }
@@ -93,26 +97,19 @@ std::vector<ax::Element> axWindows(const ax::Element& application) {
 
 bool axWindowInScope(const ax::Element& window) {
   if (!globals().windowScope) return true;
-  // The server's title is what the user and the capture see.
+  // The server's title is what the user and the capture see; an application may tell another.
+  // Without the permission to record the screen the server tells no titles, and then no window is
+  // in scope.
   if (const std::optional<platform::WindowNumber> number = messages::windowNumber(window)) {
     if (const auto described = serverWindow(*number)) return inScope(described->name);
   }
   return inScope(textIn(axAttr(window, "AXTitle")));
 }
 
-std::optional<platform::Rect> axFrame(const ax::Element& element) {
-  Snapshot now(element);
-  return axFrame(now);
-}
-
-std::string axLabel(const ax::Element& element) {
-  Snapshot now(element);
-  return axLabel(now);
-}
-
-std::string axText(const ax::Element& element, int budget, std::size_t maxLength) {
-  Snapshot now(element);
-  return axText(now, Batch(structureAttributes), budget, maxLength);
+bool isInWindowScope(const ax::Element& element) {
+  if (!globals().windowScope) return true;
+  const std::optional<ax::Element> window = axElement(element, "AXWindow");
+  return window && axWindowInScope(*window);
 }
 
 std::vector<std::string> axActions(const ax::Element& element) {

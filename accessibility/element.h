@@ -41,15 +41,9 @@ std::vector<ax::Element> axWindows(const ax::Element& application);
 /// the element's own when the server does not know the window.
 bool axWindowInScope(const ax::Element& window);
 
-/// The frame in global points; absent when it cannot be read or is not finite. It may be empty.
-std::optional<platform::Rect> axFrame(const ax::Element& element);
-
-/// The first text that is not empty of title, description, placeholder and help; else empty.
-std::string axLabel(const ax::Element& element);
-
-/// The static texts in and below the element, in reading order, joined by spaces and cut to
-/// `maxLength` characters. Visits `budget` elements at most; none when it is negative.
-std::string axText(const ax::Element& element, int budget = 40, std::size_t maxLength = 120);
+/// Whether the element lies in a window of the scope. One that tells no window does not; without a
+/// scope nothing is asked.
+bool isInWindowScope(const ax::Element& element);
 
 /// The names of the element's actions; empty when they cannot be read.
 std::vector<std::string> axActions(const ax::Element& element);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/simulated/values.h"
 #include "tests/support/inside.h"
 
 namespace driver {
@@ -22,12 +21,6 @@ constexpr const char* desk = R"(
 
 constexpr const char* enabling =
     "    0 ms  write 41/0 AXManualAccessibility\n    0 ms  write 41/0 AXEnhancedUserInterface\n";
-
-/// The label of an element, which is written as in a world's text.
-std::string labelOfElement(const std::string& element) {
-  TestMac mac("app Notes pid 41\n    window 7 \"W\" at 0,0 size 99x99\n        " + element + "\n");
-  return valueInside(mac, [] { return axLabel(simulated::makeElement({41, 2})); });
-}
 
 TEST(axApp, asks_the_application_for_its_whole_tree) {
   TestMac mac(desk);
@@ -125,36 +118,6 @@ TEST(axTexts, are_none_when_nothing_can_be_read) {
   runInside(mac, [&] {
     EXPECT_EQ(axTexts(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"}), Texts{});
   });
-}
-
-TEST(axLabel, is_the_first_text_that_is_not_empty) {
-  EXPECT_EQ(labelOfElement(R"(AXButton "T" description "D" placeholder "P" help "H")"), "T");
-  EXPECT_EQ(labelOfElement(R"(AXButton "" description "Close" placeholder "P")"), "Close");
-  EXPECT_EQ(labelOfElement(R"(AXButton description "" placeholder "P" help "H")"), "P");
-  EXPECT_EQ(labelOfElement(R"(AXButton help "H")"), "H");
-  EXPECT_EQ(labelOfElement(R"(AXButton)"), "");
-  EXPECT_EQ(labelOfElement(R"(AXButton "" description "" placeholder "" help "")"), "");
-}
-
-TEST(axLabel, passes_over_what_is_no_text_or_cannot_be_read) {
-  EXPECT_EQ(labelOfElement(R"(AXButton attribute AXTitle 5 description "D")"), "D");
-  EXPECT_EQ(labelOfElement(R"(AXButton "T" failing AXTitle -25200 help "H")"), "H");
-}
-
-TEST(axLabel, is_neither_trimmed_nor_folded) {
-  EXPECT_EQ(labelOfElement(R"(AXButton "  Send\n Now ")"), "  Send\n Now ");
-  EXPECT_EQ(labelOfElement(R"(AXButton " " description "D")"), " ");
-}
-
-TEST(axLabel, takes_one_round_trip) {
-  TestMac mac(desk);
-  EXPECT_EQ(runInside(mac, [&] { axLabel(elementOf(mac, "Notes", "Send")); }).calls,
-            Texts{"ax.attributes"});
-}
-
-TEST(axLabel, is_empty_when_nothing_can_be_read) {
-  TestMac mac(desk, {"ax.attributes 1 hang"});
-  runInside(mac, [&] { EXPECT_EQ(axLabel(elementOf(mac, "Notes", "Send")), ""); });
 }
 
 TEST(axActions, are_the_names_in_the_platforms_order) {

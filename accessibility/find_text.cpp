@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
 #include "accessibility/walk.h"
 #include "base/geometry.h"
+#include "main/arguments.h"
 #include "main/replies.h"
 #include "platform/text.h"
 
@@ -39,6 +39,7 @@ struct Finding {
 
 std::vector<Finding> findingsFor(const Arguments& arguments) {
   std::vector<std::string> texts(arguments.begin() + 3, arguments.end());
+  // The reply has an entry for each text, so one that is asked for twice cannot be told apart.
   std::sort(texts.begin(), texts.end());
   if (std::adjacent_find(texts.begin(), texts.end()) != texts.end()) {
     fail("the texts to find must be distinct");
@@ -72,7 +73,7 @@ Reply findingsReply(const std::vector<Finding>& findings) {
   Value::Object frames;
   for (const Finding& finding : findings) {
     counts[finding.text] = finding.count;
-    if (finding.frame) frames[finding.text] = frameInfo(*finding.frame);
+    if (finding.frame) frames[finding.text] = geometryOf(*finding.frame);
   }
   return {{"ok", true}, {"counts", counts}, {"frames", frames}};
 }

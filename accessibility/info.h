@@ -1,8 +1,11 @@
 #pragma once
 
+#include <string>
+
 #include "accessibility/snapshot.h"
 #include "base/value.h"
-#include "platform/types.h"
+#include "main/replies.h"
+#include "platform/ax.h"
 
 namespace driver {
 
@@ -20,7 +23,10 @@ Value::Object axInfo(const ax::Element& element);
 /// The same without "value", which is not read.
 Value::Object infoWithoutValue(Snapshot& element, const Batch& each);
 
-/// A frame as replies have it.
-Value::Object frameInfo(const platform::Rect& frame);
+/// The text in double quotation marks.
+std::string quoted(const std::string& text);
+
+/// What a reply says of an action or a write: "ok", and the platform's code as "axError".
+Reply actionReply(ax::Error error);
 
 }  // namespace driver

@@ -16,6 +16,7 @@ std::string squashed(std::string_view text) {
 std::string normalizedLabel(std::string_view text) { return squashed(text::lowercase(text)); }
 
 std::string comparableLabel(std::string_view text) {
+  // File names come decomposed, and what an agent writes is composed: "é" is both.
   return text::canonical(normalizedLabel(text));
 }
 

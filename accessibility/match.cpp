@@ -6,15 +6,42 @@
 #include <tuple>
 #include <utility>
 
-#include "accessibility/actionable.h"
 #include "accessibility/element.h"
-#include "accessibility/inner_text.h"
 #include "accessibility/labels.h"
+#include "accessibility/messages.h"
 #include "accessibility/roles.h"
+#include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
 #include "base/geometry.h"
+#include "main/globals.h"
 
 namespace driver {
+
+namespace {
+
+// What is hit may be an icon or a text deep inside its control. Beyond so many levels it is no
+// longer a control that surrounds it, but the page.
+constexpr int examinedMax = 12;
+
+/// The element or the nearest above it that can be acted on.
+std::optional<Snapshot> actionableFrom(std::optional<ax::Element> element) {
+  const Batch batch({Attribute::role, Attribute::editable, Attribute::parent});
+  for (int examined = 0; element && examined < examinedMax; ++examined) {
+    Snapshot now(*element);
+    now.read(batch);
+    if (hasRole(actionableRoles, now.role()) || now.isTrue(Attribute::editable)) return now;
+    element = now.related(Attribute::parent);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Snapshot> axActionable(platform::Point point, const ax::Element& application) {
+  std::optional<Snapshot> found = actionableFrom(messages::elementAt(application, point));
+  if (!found || !isInWindowScope(found->element())) return std::nullopt;
+  return found;
+}
 
 namespace {
 
@@ -45,12 +72,14 @@ struct Best {
 
 Wanted wantedFor(const std::string& label, Point near, double radius) {
   Wanted wanted{comparableLabel(label), {}, std::nullopt, radius};
+  // Roles are written in one word, and an agent may write several: "pop up button".
   wanted.roleName = wanted.label;
   std::erase(wanted.roleName, ' ');
   if (near != noPoint) wanted.near = near;
   return wanted;
 }
 
+/// To the middle, since a control that is larger than the one that is meant may begin nearer.
 double distanceTo(const Rect& frame, const std::optional<Point>& point) {
   if (!point || contains(frame, *point)) return 0;
   return std::hypot(point->x - (frame.x + frame.width / 2),
@@ -68,11 +97,13 @@ std::optional<double> candidateDistance(Snapshot& element, const Wanted& wanted)
 
 std::optional<MatchKind> kindOf(Snapshot& element, const Wanted& wanted, const Batch& each) {
   std::string label = comparableLabel(axLabel(element));
+  // A field's text is what was typed into it, and no name for it.
   if (label.empty() && !hasRole(textRoles, element.role())) {
     label = comparableLabel(axText(element, each));
   }
   if (label == wanted.label) return MatchKind::label;
   if (label.empty()) {
+    // Icons without any text are told from each other by where they are alone.
     const bool named = wanted.near && roleName(element.role()) == wanted.roleName;
     return named ? std::optional(MatchKind::role) : std::nullopt;
   }
@@ -111,8 +142,16 @@ std::optional<Match> axMatch(const ax::Element& application, const std::string& 
     std::optional<Best> best = bestMatch(application, wanted);
     if (best) return Match{std::move(best->element), best->rank.kind};
   }
+  // The agent sees a picture, and may call what it points at by another word than the application.
   std::optional<Snapshot> hit = axActionable(near, application);
   return hit ? std::optional(Match{std::move(*hit), MatchKind::hit}) : std::nullopt;
+}
+
+std::optional<Button> buttonIn(Snapshot& element) {
+  if (element.role() != "AXButton") return std::nullopt;
+  std::string label = axLabel(element);
+  if (label.empty()) return std::nullopt;
+  return Button{element.element(), std::move(label)};
 }
 
 }  // namespace driver

@@ -4,10 +4,16 @@
 #include <string>
 
 #include "accessibility/snapshot.h"
+#include "accessibility/walk.h"
 #include "platform/ax.h"
 #include "platform/types.h"
 
 namespace driver {
+
+/// The control of the application at a global point: the innermost element there, or the first of
+/// the elements around it, that can be acted on or edited. None when there is none, or when it is
+/// outside the window scope.
+std::optional<Snapshot> axActionable(platform::Point point, const ax::Element& application);
 
 /// How an element was found, the best way first.
 enum class MatchKind {
@@ -33,5 +39,17 @@ inline constexpr platform::Point noPoint = {-1, -1};
 /// label, the one at the point itself.
 std::optional<Match> axMatch(const ax::Element& application, const std::string& label,
                              platform::Point near, double radius = 160);
+
+/// A button that has a label.
+struct Button {
+  ax::Element element;
+  std::string label;  // not empty
+};
+
+/// The bounds of the search for all buttons in and below an element.
+inline constexpr WalkBounds buttonBounds = {20'000, 30};
+
+/// The element as a button; none when it is something else, or without a label.
+std::optional<Button> buttonIn(Snapshot& element);
 
 }  // namespace driver

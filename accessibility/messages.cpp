@@ -12,6 +12,8 @@ namespace driver::messages {
 
 namespace {
 
+// One time-out may be a moment of work; after two, each further message would cost six seconds of
+// nothing.
 constexpr int toleratedTimeOuts = 2;
 
 bool isSilenced(platform::Pid pid) {

@@ -144,12 +144,29 @@ TEST(messages_attributes, are_no_more_than_the_names) {
   EXPECT_EQ(calls, Calls{});
 }
 
+TEST(messages_attributes, that_come_with_an_error_of_the_message_are_read_singly) {
+  Calls calls;
+  const std::vector<WireSlot> batch(3, WireSlot{wireText("batch")});
+  EXPECT_EQ(batchAnswered({batch, {ax::Error::failure, false}}, calls),
+            (Calls{"Send", "-25212", "H"}));
+  EXPECT_EQ(calls, (Calls{"ax.attribute", "ax.attribute", "ax.attribute"}));
+}
+
 TEST(messages_attributes, do_not_ask_again_for_an_error) {
   Calls calls;
   EXPECT_EQ(
       batchAnswered({std::vector<WireSlot>(3, WireSlot{Datum(), ax::Error::failure}), {}}, calls),
       (Calls{"-25200", "-25200", "-25200"}));
   EXPECT_EQ(calls, Calls{});
+}
+
+TEST(messages_actionNames, are_none_beside_an_error) {
+  TestMac mac(desk);
+  runInside(mac, [&] {
+    const platform::WireActionNames names{{"AXPress"}, {ax::Error::failure, false}};
+    const FixedAnswer answer(Function::axActionNames, pack(names));
+    EXPECT_EQ(messages::actionNames(elementOf(mac, "Notes", "Send")), Calls{});
+  });
 }
 
 TEST(messages, have_well_formed_texts_whatever_an_application_holds) {

@@ -1,14 +1,14 @@
-#include "accessibility/modal.h"
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
-#include "accessibility/inner_text.h"
+#include "accessibility/match.h"
 #include "accessibility/messages.h"
 #include "accessibility/roles.h"
 #include "accessibility/walk.h"
@@ -19,11 +19,21 @@ namespace driver {
 
 namespace {
 
+// Nobody has as many open. The rest of the tree is still searched for the buttons in these.
 constexpr std::size_t modalsMax = 8;
+// More than for a label: it is the whole of what the user is asked, and what is approved.
 constexpr int textBudget = 80;  // elements
 constexpr std::size_t textCharactersMax = 2000;
 
 constexpr AttributeSet modalAttributes = infoAttributes | AttributeSet{Attribute::subrole};
+
+/// A sheet, drawer or dialog.
+struct Modal {
+  Value::Object info;   // its description, without a value
+  std::string subrole;  // empty when it has none
+  std::string text;     // the static texts in it, cut
+  std::vector<Button> buttons;
+};
 
 std::string subroleOf(Snapshot& element) {
   const std::string* subrole = element.text(Attribute::subrole);
@@ -33,9 +43,9 @@ std::string subroleOf(Snapshot& element) {
 bool isModal(Snapshot& element, bool isWindow) {
   const bool named =
       hasRole(modalRoles, element.role()) || hasRole(modalSubroles, subroleOf(element));
+  // Ordinary windows of some applications call themselves dialogs, and block nothing.
   if (!named || (isWindow && !element.isTrue(Attribute::modal))) return false;
-  const std::optional<Rect> frame = axFrame(element);
-  return frame && frame->width > 1 && frame->height > 1;
+  return isLargeEnoughToSee(element);
 }
 
 Modal modalIn(Snapshot& element, const Batch& each) {
@@ -72,14 +82,14 @@ Reply pressIn(const Modal& modal, const std::string& label) {
   return reply;
 }
 
-}  // namespace
-
+/// The sheets, drawers and dialogs in the window scope, eight of them at most.
 std::vector<Modal> axModalElements(const ax::Element& application) {
   std::vector<Modal> modals;
   Walk walk(axWindows(application), modalAttributes, controlBounds);
   while (Snapshot* element = walk.next()) {
     if (walk.inTrunk() && isModal(*element, walk.depth() == 0)) {
       modals.push_back(modalIn(*element, walk.batch()));
+      // Its buttons come from the same walk: a second one might see another dialog.
       walk.beginBranch(buttonBounds);
       if (modals.size() == modalsMax) walk.endTrunk();
     }
@@ -91,6 +101,8 @@ std::vector<Modal> axModalElements(const ax::Element& application) {
   return modals;
 }
 
+}  // namespace
+
 void axModalCommand(const Arguments& arguments) {
   Value::List modals;
   for (const Modal& modal : axModalElements(axApp(arguments[2]))) {
@@ -101,6 +113,7 @@ void axModalCommand(const Arguments& arguments) {
 
 void axModalPressCommand(const Arguments& arguments) {
   std::vector<Modal> modals = axModalElements(axApp(arguments[2]));
+  // A consent holds for what was read to the letter: nothing is folded, or picked out of several.
   std::erase_if(modals, [&](const Modal& m) { return !text::equal(m.text, arguments[3]); });
   if (modals.size() != 1) {
     emit(refusal(std::to_string(modals.size()) + " dialogs read exactly the approved text"));

@@ -6,14 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
-#include "accessibility/inner_text.h"
 #include "accessibility/labels.h"
 #include "accessibility/match.h"
 #include "accessibility/messages.h"
+#include "accessibility/snapshot.h"
 #include "input/pointer.h"
 #include "input/session.h"
 #include "input/target_window.h"
@@ -25,8 +24,9 @@ namespace driver {
 
 namespace {
 
+// As long as a row takes to fade its controls in. Nothing tells when it has.
 constexpr std::uint32_t hoverMicroseconds = 500'000;
-constexpr std::size_t childrenMax = 20'000;  // that are asked what they offer
+constexpr std::size_t childrenMax = 20'000;  // that are asked what they offer, a message each
 
 /// Lets the row show what it only shows under the pointer. Fails when no window lies there.
 void hover(const std::string& reference, const Rect& row) {
@@ -51,6 +51,7 @@ struct Choice {
 };
 
 Choice lastControl(const std::vector<Snapshot>& children) {
+  // From the end: each child that is asked costs a message.
   std::size_t left = childrenMax;
   for (auto child = children.rbegin(); child != children.rend() && left > 0; ++child, --left) {
     if (isControl(child->element())) return {child->element(), {}};
@@ -77,6 +78,7 @@ Choice controlNamed(std::vector<Snapshot>& children, const std::string& name) {
 }
 
 Choice chooseControl(const ax::Element& row, const std::string& name) {
+  // Read anew: the hover is there to change what the row has.
   Snapshot now(row);
   std::vector<Snapshot> children = now.takeChildren();
   return name == "last" ? lastControl(children) : controlNamed(children, name);
@@ -97,10 +99,7 @@ Reply pressChild(const ax::Element& row, const std::string& name) {
     return reply;
   }
   // What is withheld from the hover is withheld from the press too.
-  if (globals().droppedWhileLocked || !sessionUsable()) {
-    globals().droppedWhileLocked = true;
-    return {{"ok", true}};  // which is not what will be written
-  }
+  if (globals().droppedWhileLocked || !sessionUsable()) failWithheld();
   return pressReply(row, *choice.control);
 }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
@@ -25,7 +24,7 @@ struct Labelled {
   double lowestTop = 0;               // of its frame
 };
 
-// What has no frame lies above all others.
+// What has no frame lies above all others: it is pressed only when there is nothing else.
 double topOf(Snapshot& element) {
   const std::optional<Rect> frame = axFrame(element);
   if (!frame) return -std::numeric_limits<double>::infinity();
@@ -59,6 +58,7 @@ Labelled labelledElements(const ax::Element& application, const std::string& lab
       collect(*element, label, labelled);
       continue;
     }
+    // The search goes on after the first container: a second one makes both ambiguous.
     if (walk.inTrunk() && isContainer(*element, *container)) {
       if (inContainer) fail(notUnique);
       inContainer = true;
@@ -74,6 +74,7 @@ Labelled labelledElements(const ax::Element& application, const std::string& lab
 
 void axPressExactCommand(const Arguments& arguments) {
   const std::string& label = arguments[3];
+  // Whoever gives any other word than "only" has asked for less than that.
   const bool only = arguments.size() < 5 || arguments[4] == "only";
   std::optional<std::string> container;
   if (arguments.size() > 5) container = comparableLabel(arguments[5]);

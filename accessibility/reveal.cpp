@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
 #include "accessibility/messages.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
@@ -22,7 +22,8 @@ bool isMinimized(const ax::Element& window) {
   return minimized != nullptr && *minimized;
 }
 
-/// Whether it is known of every window, and there is one.
+/// Whether it is known of every window, and there is one. Only then there is nothing to see of the
+/// application, and one of them is brought back; whoever has minimized just some has them away.
 bool areAllMinimized(const std::vector<ax::Element>& windows) {
   return !windows.empty() && windows.size() <= windowsAskedMax &&
          std::all_of(windows.begin(), windows.end(), isMinimized);
@@ -42,6 +43,7 @@ void revealCommand(const Arguments& arguments) {
     return;
   }
   Value::List did;
+  // An unhidden application shows its windows where they were, behind the others.
   if (app->hidden && workspace::unhide(app->pid)) did.emplace_back("unhid");
   const std::vector<ax::Element> windows = axWindows(axApp(app->pid));
   if (areAllMinimized(windows)) {

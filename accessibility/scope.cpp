@@ -19,6 +19,8 @@ bool inScope(const std::optional<std::string>& title) {
   const std::optional<std::string>& scope = globals().windowScope;
   if (!scope) return true;
   const std::string folded = text::trimmedBlanks(text::lowercase(title.value_or("")));
+  // Editors title a window with the document, the folder and themselves. An extension that is being
+  // developed runs in a window whose title says so first.
   std::string_view rest = folded;
   if (rest.starts_with(developmentHostPrefix)) rest.remove_prefix(developmentHostPrefix.size());
   while (true) {

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
 #include "accessibility/messages.h"
 #include "accessibility/walk.h"
 #include "base/numbers.h"
@@ -19,6 +19,7 @@ namespace driver {
 
 namespace {
 
+// A slider may glide to where it is moved, and tells on the way where it is.
 constexpr std::uint32_t settlingMicroseconds = 300'000;
 constexpr AttributeSet sliderAttributes = AttributeSet{Attribute::role} | labelAttributes;
 
@@ -58,6 +59,7 @@ Reply moved(const ax::Element& slider, const std::string& word) {
     reply =
         actionReply(messages::perform(slider, word == "increment" ? "AXIncrement" : "AXDecrement"));
   } else {
+    // A double, whatever the slider tells: it takes a fraction where it can.
     const ax::Value value{numberIn(word)};
     reply["ok"] = messages::setAttribute(slider, "AXValue", value) == ax::Error::success;
   }

@@ -1,21 +1,74 @@
 #include "accessibility/snapshot.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "accessibility/messages.h"
 #include "base/geometry.h"
+#include "platform/text.h"
 
 namespace driver {
 
 namespace {
 
+struct Named {
+  Attribute attribute;
+  const char* name;
+};
+
+constexpr std::array<Named, attributeCount> attributeNames = {
+    {{Attribute::role, "AXRole"},
+     {Attribute::subrole, "AXSubrole"},
+     {Attribute::children, "AXChildren"},
+     {Attribute::title, "AXTitle"},
+     {Attribute::description, "AXDescription"},
+     {Attribute::placeholder, "AXPlaceholderValue"},
+     {Attribute::help, "AXHelp"},
+     {Attribute::position, "AXPosition"},
+     {Attribute::size, "AXSize"},
+     {Attribute::enabled, "AXEnabled"},
+     {Attribute::editable, "AXEditable"},
+     {Attribute::focused, "AXFocused"},
+     {Attribute::modal, "AXModal"},
+     {Attribute::parent, "AXParent"},
+     {Attribute::window, "AXWindow"},
+     {Attribute::value, "AXValue"},
+     {Attribute::lowestValue, "AXMinValue"},
+     {Attribute::highestValue, "AXMaxValue"},
+     {Attribute::selectedRange, "AXSelectedTextRange"},
+     {Attribute::menuCharacter, "AXMenuItemCmdChar"},
+     {Attribute::menuModifiers, "AXMenuItemCmdModifiers"}}};
+
+constexpr bool areInOrder() {
+  for (std::size_t i = 0; i < attributeCount; ++i) {
+    if (static_cast<std::size_t>(attributeNames[i].attribute) != i) return false;
+  }
+  return true;
+}
+static_assert(areInOrder());
+
+}  // namespace
+
+const char* nameOf(Attribute attribute) {
+  return attributeNames[static_cast<std::size_t>(attribute)].name;
+}
+
+Batch::Batch(AttributeSet set) : set_(set) {
+  for (std::size_t i = 0; i < attributeCount; ++i) {
+    if (set.contains(static_cast<Attribute>(i))) names_.push_back(attributeNames[i].name);
+  }
+}
+
+namespace {
+
 bool isElement(const ax::Value& value) { return value.get<ax::Element>() != nullptr; }
 
-/// The elements of a list of nothing else, moved out of it.
+/// The elements of a list of nothing else, moved out of it: a list may have a million of them.
 std::vector<Snapshot> snapshotsIn(std::optional<ax::Value>& value) {
   std::vector<Snapshot> snapshots;
   auto* list = value ? std::get_if<std::vector<ax::Value>>(&value->data) : nullptr;
@@ -29,6 +82,9 @@ std::vector<Snapshot> snapshotsIn(std::optional<ax::Value>& value) {
 
 }  // namespace
 
+// A walk reads each element once, in one message, and that is all most elements are asked for. So
+// its slots are kept as they came, found by counting in the set, and what is read later is a short
+// list: an element costs two allocations, of which a map would make twenty.
 struct Snapshot::Known {
   struct Later {
     Attribute attribute;
@@ -52,6 +108,7 @@ void Snapshot::read(const Batch& batch) {
     read(batch.set());
     return;
   }
+  // Before the message: an answer with errors is one too, and is not asked for again.
   known_ = std::make_unique<Known>();
   known_->slots = messages::attributes(element_, batch.names());
   known_->together = known_->all = batch.set();
@@ -130,6 +187,7 @@ ax::Slot& Snapshot::slotOf(Attribute attribute) {
     known_->later.push_back({attribute, {std::move(reading.value), reading.outcome.error}});
     known_->all = known_->all | AttributeSet{attribute};
   }
+  // From the newest on: children that were taken away and read again stand there twice.
   const auto newest =
       std::find_if(known_->later.rbegin(), known_->later.rend(),
                    [&](const Known::Later& later) { return later.attribute == attribute; });
@@ -138,6 +196,7 @@ ax::Slot& Snapshot::slotOf(Attribute attribute) {
 }
 
 std::string axLabel(Snapshot& element) {
+  // The title often suffices, but a round trip costs far more than three texts that are not used.
   element.read(labelAttributes);
   for (const Attribute attribute :
        {Attribute::title, Attribute::description, Attribute::placeholder, Attribute::help}) {
@@ -153,7 +212,61 @@ std::optional<platform::Rect> axFrame(Snapshot& element) {
   const auto* size = element.get<platform::Size>(Attribute::size);
   if (position == nullptr || size == nullptr) return std::nullopt;
   const platform::Rect frame{position->x, position->y, size->width, size->height};
+  // Applications do report such frames. They compare with nothing, and JSON cannot say them.
   return isFinite(frame) ? std::optional(frame) : std::nullopt;
+}
+
+std::string axLabel(const ax::Element& element) {
+  Snapshot now(element);
+  return axLabel(now);
+}
+
+bool isLargeEnoughToSee(Snapshot& element) {
+  const std::optional<platform::Rect> frame = axFrame(element);
+  return frame && frame->width > 1 && frame->height > 1;
+}
+
+const std::string* staticText(Snapshot& element) {
+  if (element.role() != "AXStaticText") return nullptr;
+  const std::string* text = element.text(Attribute::value);
+  return text != nullptr && !text->empty() ? text : nullptr;
+}
+
+namespace {
+
+/// Pushes what a walk with `budget` visits left can still reach, the first child on top.
+void pushChildren(std::vector<Snapshot*>& stack, std::vector<Snapshot>& children,
+                  std::size_t budget) {
+  for (std::size_t i = std::min(children.size(), budget); i > 0; --i) {
+    stack.push_back(&children[i - 1]);
+  }
+}
+
+void append(std::string& joined, const std::string* value) {
+  if (value == nullptr) return;
+  if (!joined.empty()) joined += ' ';
+  joined += *value;
+}
+
+}  // namespace
+
+std::string axText(Snapshot& element, const Batch& each, int budget, std::size_t maxLength) {
+  std::string joined;
+  std::vector<Snapshot*> stack = {&element};
+  for (auto left = static_cast<std::size_t>(std::max(budget, 0)); left > 0 && !stack.empty();) {
+    Snapshot& visited = *stack.back();
+    stack.pop_back();
+    --left;
+    visited.read(each);
+    append(joined, staticText(visited));
+    pushChildren(stack, visited.children(), left);
+  }
+  return text::prefix(joined, maxLength);
+}
+
+std::string axText(const ax::Element& element, int budget, std::size_t maxLength) {
+  Snapshot now(element);
+  return axText(now, Batch(structureAttributes), budget, maxLength);
 }
 
 }  // namespace driver

@@ -8,14 +8,15 @@ namespace driver {
 
 Walk::Walk(std::vector<ax::Element> roots, AttributeSet attributes, WalkBounds bounds,
            Siblings siblings)
-    : batch_(attributes | AttributeSet{Attribute::children}),
-      siblings_(siblings),
-      reaches_({{bounds.elements, bounds.depth, 0, false}}) {
+    : batch_(attributes | AttributeSet{Attribute::children}), siblings_(siblings), reaches_(1) {
+  reaches_.front().left = bounds.elements;
+  reaches_.front().deepest = bounds.depth;
   stack_.reserve(roots.size());
   for (ax::Element& root : roots) stack_.push_back({Snapshot(std::move(root)), 0});
 }
 
 Snapshot* Walk::next() {
+  // Only now, and not when it was visited: its children are given away once the caller is done.
   expand();
   current_.reset();
   while (!hasEnded()) {
@@ -31,6 +32,8 @@ Snapshot* Walk::next() {
 }
 
 Snapshot Walk::take() {
+  // Both go on to the children, and what is read of a child belongs to the walk: so the element
+  // that is given away keeps references alone.
   std::vector<ax::Element> children;
   children.reserve(current_->element.children().size());
   for (const Snapshot& child : current_->element.children()) children.push_back(child.element());
@@ -42,6 +45,7 @@ Snapshot Walk::take() {
 }
 
 void Walk::beginBranch(WalkBounds bounds) {
+  // The element at which it begins is the first of its visits.
   reaches_.push_back({bounds.elements - 1, current_->depth + bounds.depth, height(), true});
 }
 
@@ -82,6 +86,7 @@ void Walk::expand() {
   const std::size_t count = std::min(children.size(), reachable);
   const int depth = current_->depth + 1;
   const std::size_t height = stack_.size() + count;
+  // Doubled as a push would: to reserve just what is needed would copy the stack at each element.
   if (height > stack_.capacity()) stack_.reserve(std::max(height, 2 * stack_.capacity()));
   if (siblings_ == Siblings::lastFirst) {
     for (auto child = children.end() - static_cast<std::ptrdiff_t>(count); child != children.end();
@@ -107,6 +112,7 @@ void Walk::dropUnreachable() {
   const auto end = std::partition_point(stack_.begin(), stack_.end(),
                                         [&](const Entry& entry) { return entry.depth <= deepest; });
   const auto reached = static_cast<std::size_t>(end - stack_.begin());
+  // Not each time there is one too many: to move the stack down costs as much as it is high.
   if (reached <= 2 * left) return;
   const std::size_t count = reached - left;
   stack_.erase(stack_.begin(), stack_.begin() + static_cast<std::ptrdiff_t>(count));

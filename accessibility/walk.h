@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "accessibility/attributes.h"
 #include "accessibility/snapshot.h"
 #include "platform/ax.h"
 
@@ -16,7 +15,8 @@ struct WalkBounds {
   int depth = 0;             // below its roots, of the deepest elements that it visits
 };
 
-/// The bounds of searches for controls, and of searches for texts and documents.
+/// The bounds of searches for controls, and of searches for texts and documents. A large web page
+/// has some ten thousand elements; texts lie deeper in it than controls.
 inline constexpr WalkBounds controlBounds = {20'000, 60};
 inline constexpr WalkBounds textBounds = {30'000, 80};
 

@@ -39,6 +39,18 @@ TEST(walk, visits_the_last_of_siblings_first_and_all_below_it) {
   EXPECT_EQ(visited(tree, {20, 20}), (Labels{"W", "E", "A", "C", "D", "B"}));
 }
 
+TEST(walk, asks_for_nothing_more_at_its_end) {
+  TestMac mac("    app Notes pid 41\n        window 7 \"W\" at 0,0 size 9x9\n" + std::string(tree));
+  const Result run = runInside(mac, [] {
+    Walk walk(axWindows(axApp("Notes")), labelAttributes, {20, 20});
+    while (walk.next() != nullptr) {
+    }
+    EXPECT_EQ(walk.next(), nullptr);
+  });
+  EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.attributes"), 6);
+  EXPECT_EQ(run.calls.back(), "ax.attributes");
+}
+
 TEST(walk, visits_siblings_in_order_when_told_so) {
   EXPECT_EQ(visited(tree, {20, 20}, Walk::Siblings::firstFirst),
             (Labels{"W", "A", "B", "C", "D", "E"}));

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "accessibility/element.h"
+#include "accessibility/snapshot.h"
 #include "tests/support/inside.h"
 
 /// Which windows of an application its commands see.

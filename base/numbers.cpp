@@ -18,10 +18,12 @@ bool isNumberStart(char c) {
 
 template <class Integer>
 std::optional<Integer> parseInteger(std::string_view text) {
+  // The library takes "-" alone.
   if (!text.empty() && text.front() == '+') {
     text.remove_prefix(1);
     if (!text.empty() && text.front() == '-') return std::nullopt;
   }
+  // Wide enough for each of the types, so that one that is too narrow is no overflow.
   std::int64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
@@ -39,6 +41,7 @@ std::optional<double> parseDouble(std::string_view text) {
   if (text.empty() || !isNumberStart(text.front()) || text.find('(') != text.npos) {
     return std::nullopt;
   }
+  // And it needs an end: the library's newer function, which does not, reads no hexadecimal prefix.
   const std::string terminated(text);
   char* end = nullptr;
   const double value = std::strtod(terminated.c_str(), &end);
@@ -58,11 +61,15 @@ std::optional<std::uint32_t> parseUint32(std::string_view text) {
   return parseInteger<std::uint32_t>(text);
 }
 
+std::optional<std::int64_t> exactInteger(double number) {
+  constexpr double exactIntegerMax = 9007199254740992.0;
+  const bool isExact = std::trunc(number) == number && std::fabs(number) <= exactIntegerMax;
+  return isExact ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
+}
+
 std::string decimalText(double number) {
-  constexpr double exactIntegerEnd = 9007199254740992.0;
-  if (std::trunc(number) == number && std::fabs(number) < exactIntegerEnd) {
-    return std::to_string(static_cast<std::int64_t>(number));
-  }
+  // Left to itself, the library would write a hundred thousand as "1e+05".
+  if (const auto integer = exactInteger(number)) return std::to_string(*integer);
   std::array<char, 32> digits{};
   const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
   return std::string(digits.data(), end);

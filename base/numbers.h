@@ -18,8 +18,12 @@ std::optional<std::int32_t> parseInt32(std::string_view text);
 std::optional<std::int64_t> parseInt64(std::string_view text);
 std::optional<std::uint32_t> parseUint32(std::string_view text);
 
+/// The number as an integer when it is a whole one, of 2 to the 53 at most: beyond that not every
+/// integer has a double of its own.
+std::optional<std::int64_t> exactInteger(double number);
+
 /// A finite number in as few decimal digits as tell it from all others; a whole one without a
-/// fraction or an exponent, as long as it is below 2 to the 53.
+/// fraction or an exponent, as long as it is an `exactInteger`.
 std::string decimalText(double number);
 
 }  // namespace driver

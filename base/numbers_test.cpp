@@ -85,6 +85,13 @@ TEST(parseInt32, refuses_anything_else) {
   EXPECT_EQ(parseInt32(std::string("1\0", 2)), std::nullopt);
 }
 
+TEST(parseInt32, reads_a_part_of_a_longer_text) {
+  const std::string_view digits = "123456";
+  EXPECT_EQ(parseInt32(digits.substr(0, 2)), 12);
+  EXPECT_EQ(parseInt32(digits.substr(2, 2)), 34);
+  EXPECT_EQ(parseInt32(digits.substr(0, 0)), std::nullopt);
+}
+
 TEST(parseInt64, reads_its_whole_range_and_no_more) {
   EXPECT_EQ(parseInt64("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
   EXPECT_EQ(parseInt64("+9223372036854775807"), std::numeric_limits<std::int64_t>::max());
@@ -101,6 +108,20 @@ TEST(parseUint32, reads_its_whole_range_and_no_more) {
   EXPECT_EQ(parseUint32("4294967296"), std::nullopt);
   EXPECT_EQ(parseUint32("-1"), std::nullopt);
   EXPECT_EQ(parseUint32(""), std::nullopt);
+}
+
+TEST(exactInteger, is_a_whole_number_that_is_the_only_one_of_its_double) {
+  EXPECT_EQ(exactInteger(0), 0);
+  EXPECT_EQ(exactInteger(-0.0), 0);
+  EXPECT_EQ(exactInteger(-3), -3);
+  EXPECT_EQ(exactInteger(9007199254740991.0), 9007199254740991);
+  EXPECT_EQ(exactInteger(9007199254740992.0), 9007199254740992);
+  EXPECT_EQ(exactInteger(-9007199254740992.0), -9007199254740992);
+  const double infinity = std::numeric_limits<double>::infinity();
+  for (const double number : {0.5, -2.5, 9007199254740994.0, -9007199254740994.0, 1e300, infinity,
+                              std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(exactInteger(number), std::nullopt) << number;
+  }
 }
 
 TEST(decimalText, has_the_fewest_digits_that_tell_the_number) {

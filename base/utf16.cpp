@@ -53,9 +53,11 @@ std::u16string utf16(std::string_view text) {
 }
 
 std::size_t utf16Length(std::string_view text) {
+  // Byte by byte, and not from character to character: so a text that is cut off is counted too.
   std::size_t units = 0;
-  for (std::size_t i = 0; i < text.size(); i += extentOf(text[i]).bytes) {
-    units += extentOf(text[i]).units;
+  for (const char c : text) {
+    const auto byte = static_cast<std::uint8_t>(c);
+    if (byte < 0x80 || byte >= 0xC0) units += byte >= 0xF0 && byte <= 0xF4 ? 2 : 1;
   }
   return units;
 }

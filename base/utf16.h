@@ -12,7 +12,8 @@ namespace driver {
 /// The text in UTF-16.
 std::u16string utf16(std::string_view text);
 
-/// How many UTF-16 units the text takes.
+/// How many UTF-16 units the text takes. One that is ill-formed takes them for every
+/// byte that could begin a character.
 std::size_t utf16Length(std::string_view text);
 
 /// The byte at which the unit `units` begins; the text's end when it has no more than that.

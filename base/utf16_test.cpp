@@ -24,6 +24,10 @@ TEST(utf16_length, counts_two_units_for_characters_beyond_the_basic_plane) {
   EXPECT_EQ(utf16Length("\u007F\u0080\u07FF\u0800\uFFFF"), 5U);
   EXPECT_EQ(utf16Length("\U00010000\U0010FFFF"), 4U);
   EXPECT_EQ(utf16Length(std::string_view("a\0b", 3)), 3U);
+  EXPECT_EQ(utf16Length("a\xF0\x9F"), 3U);  // cut off
+  EXPECT_EQ(utf16Length("\x80\xBF\xFF"
+                        "a"),
+            2U);  // no character begins with the first two
 }
 
 TEST(utf16_offset, is_the_byte_where_a_unit_begins) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -26,8 +27,6 @@ class Value {
   Value(List value) : data_(std::move(value)) {}              // NOLINT(google-explicit-constructor)
   Value(Object value) : data_(std::move(value)) {}            // NOLINT(google-explicit-constructor)
 
-  bool isNull() const { return std::holds_alternative<std::monostate>(data_); }
-
   /// The value as the type asked for, or null when it is of another type. Borrowed.
   template <class T>
   const T* get() const {
@@ -44,5 +43,8 @@ class Value {
  private:
   std::variant<std::monostate, bool, std::int64_t, double, std::string, List, Object> data_;
 };
+
+/// The texts in a list of nothing else; none for any other value.
+std::optional<std::vector<std::string>> textsIn(const Value& value);
 
 }  // namespace driver

@@ -36,11 +36,6 @@ Reply captureReply(const Arguments& arguments) {
   }
 }
 
-Point pointIn(const Arguments& arguments) {
-  const double x = num(arguments, 3);
-  return {x, num(arguments, 4)};
-}
-
 Reply clickReply(const Arguments& arguments) {
   const std::string button = arguments.size() > 5 ? arguments[5] : "left";
   if (button != "left" && button != "right") fail("unsupported mouse button");
@@ -48,7 +43,7 @@ Reply clickReply(const Arguments& arguments) {
       arguments.size() > 6 ? parseInt64(arguments[6]).value_or(1) : std::int64_t{1};
   const auto send = [&](const workspace::Application& app, const TargetWindow& window,
                         Point point) { return backgroundClick(app, window, point, count, button); };
-  return background(arguments[2], pointIn(arguments), send);
+  return background(arguments[2], pointIn(arguments, 3), send);
 }
 
 /// A scroll amount in whole lines.
@@ -74,7 +69,7 @@ Reply motionReply(const Arguments& arguments) {
     }
     return backgroundMotion(app, window, point, end, scroll);
   };
-  return background(arguments[2], pointIn(arguments), send);
+  return background(arguments[2], pointIn(arguments, 3), send);
 }
 
 /// Whether the screen can be captured at all: the picture is discarded.

@@ -20,15 +20,7 @@ std::optional<std::string> textIn(const Value::Object& entries, const char* key)
 
 std::optional<Arguments> textsIn(const Value::Object& entries, const char* key) {
   const auto entry = entries.find(key);
-  const auto* list = entry == entries.end() ? nullptr : entry->second.get<Value::List>();
-  if (list == nullptr) return std::nullopt;
-  Arguments texts;
-  for (const Value& item : *list) {
-    const auto* text = item.get<std::string>();
-    if (text == nullptr) return std::nullopt;
-    texts.push_back(*text);
-  }
-  return texts;
+  return entry == entries.end() ? std::nullopt : textsIn(entry->second);
 }
 
 bool mayBeShared(const std::string& command) {

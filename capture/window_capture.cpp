@@ -33,7 +33,7 @@ struct Scene {
 
 Value::Object describe(const share::Window& window) {
   const share::Owner owner = window.owner.value_or(share::Owner{});
-  Value::Object entry = frameInfo(window.frame);
+  Value::Object entry = geometryOf(window.frame);
   entry.insert({{"title", window.title.value_or("")},
                 {"owner", owner.name},
                 {"layer", window.layer},
@@ -109,7 +109,7 @@ void writePicture(const image::Image& picture, const std::string& path) {
 }
 
 Reply replyFor(const workspace::Application& app, const Scene& scene) {
-  Value::Object anchor = frameInfo(scene.anchor.frame);
+  Value::Object anchor = geometryOf(scene.anchor.frame);
   anchor.emplace("id", scene.anchor.number);
   Value::List drawn;
   for (const share::Window& window : scene.drawn) drawn.push_back(describe(window));
@@ -121,7 +121,7 @@ Reply replyFor(const workspace::Application& app, const Scene& scene) {
           {"running", true},
           {"name", app.name.value_or("")},
           {"active", app.active},
-          {"rect", frameInfo(scene.area)},
+          {"rect", geometryOf(scene.area)},
           {"anchor", std::move(anchor)},
           {"windows", std::move(drawn)},
           {"otherDisplayWindows", std::move(elsewhere)}};

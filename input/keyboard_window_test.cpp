@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "accessibility/element.h"
+#include "accessibility/snapshot.h"
 #include "tests/support/inside.h"
 
 namespace driver {

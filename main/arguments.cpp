@@ -33,4 +33,10 @@ double num(const Arguments& arguments, std::size_t index) {
   fail("missing numeric arg " + std::to_string(index));
 }
 
+Point pointIn(const Arguments& arguments, std::size_t index) {
+  // One after the other, so that the first that is missing is the one that is named.
+  const double x = num(arguments, index);
+  return {x, num(arguments, index + 1)};
+}
+
 }  // namespace driver

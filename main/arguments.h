@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/geometry.h"
 #include "main/globals.h"
 
 namespace driver {
@@ -36,5 +37,8 @@ void requireArity(const CommandForm& form, const Arguments& arguments);
 /// The word at `index` as a floating-point number, infinities and NaN included. Fails when there is
 /// no such word, or when it is not a number as a whole.
 double num(const Arguments& arguments, std::size_t index);
+
+/// The point whose coordinates are the words at `index` and after it. Fails as `num` does.
+Point pointIn(const Arguments& arguments, std::size_t index);
 
 }  // namespace driver

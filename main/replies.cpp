@@ -58,6 +58,10 @@ bool write(const Reply& reply, Line line) {
 InputFailure::InputFailure(std::string message)
     : message_(std::move(message)), description_("InputFailure(message: \"" + message_ + "\")") {}
 
+Value::Object geometryOf(const Rect& rect) {
+  return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
+}
+
 Reply refusal(std::string error) { return {{"ok", false}, {"error", std::move(error)}}; }
 
 Reply lockedRefusal(std::string error) {
@@ -66,12 +70,16 @@ Reply lockedRefusal(std::string error) {
 
 bool emit(const Reply& reply) {
   if (!isSuccess(reply) || !globals().droppedWhileLocked) return write(reply, Line::oneOfSeveral);
-  write(lockedRefusal("the screen locked; input was withheld from the lock screen"), Line::last);
-  process::exit(1);
+  failWithheld();
 }
 
 bool emitWithin(const Reply& reply, std::uint32_t microseconds) {
   return streams::writeOutputWithin(lineOf(reply) + "\n", microseconds);
+}
+
+void failWithheld() {
+  write(lockedRefusal("the screen locked; input was withheld from the lock screen"), Line::last);
+  process::exit(1);
 }
 
 void fail(const std::string& message) {

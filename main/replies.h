@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 
+#include "base/geometry.h"
 #include "base/value.h"
 
 namespace driver {
@@ -30,6 +31,9 @@ class InputFailure : public std::exception {
   std::string description_;
 };
 
+/// "x", "y", "width" and "height" of a rectangle.
+Value::Object geometryOf(const Rect& rect);
+
 /// A reply that says what went wrong.
 Reply refusal(std::string error);
 
@@ -37,13 +41,17 @@ Reply refusal(std::string error);
 Reply lockedRefusal(std::string error);
 
 /// Writes one reply as a line of JSON with sorted keys. False when not all of it could be written.
-/// When input was withheld in this run because the screen locked, a success is replaced by a
-/// refusal that says so, and the process ends with status 1.
+/// When input was withheld in this run because the screen locked, `failWithheld` takes the place of
+/// a success.
 bool emit(const Reply& reply);
 
 /// Writes one reply as such a line in one piece, but gives up when the reader does not take it in
 /// time. False then. A pipe takes a line up to its atomic size whole, or not at all.
 bool emitWithin(const Reply& reply, std::uint32_t microseconds);
+
+/// Writes the refusal of a run whose input was withheld because the screen locked, and ends the
+/// process with status 1.
+[[noreturn]] void failWithheld();
 
 /// Undoes what frames have still to undo, writes a refusal and ends the process with status 1.
 [[noreturn]] void fail(const std::string& message);

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/macos/core_foundation.h"
-#include "platform/posix/exit.h"
 #include "platform/posix/process.h"
 #include "platform/posix/tool.h"
 

@@ -12,7 +12,7 @@
 #include "platform/macos/standins/fixture.h"
 #include "platform/macos/standins/languages.h"
 #include "platform/macos/standins/strings.h"
-#include "platform/posix/child_process.h"
+#include "tests/support/child_process.h"
 
 namespace {
 

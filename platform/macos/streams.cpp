@@ -5,9 +5,8 @@
 #include <chrono>
 #include <mutex>
 
+#include "platform/posix/descriptors.h"
 #include "platform/posix/files.h"
-#include "platform/posix/input.h"
-#include "platform/posix/output.h"
 
 namespace streams {
 

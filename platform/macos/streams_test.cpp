@@ -5,7 +5,7 @@
 
 #include <thread>
 
-#include "platform/posix/child_process.h"
+#include "tests/support/child_process.h"
 
 namespace {
 

@@ -15,12 +15,13 @@
 #include <memory>
 #include <system_error>
 
-#include "platform/posix/output.h"
+#include "platform/posix/descriptors.h"
 
 namespace posix {
 
 namespace {
 
+// Those that make a program run as somebody else are not handed on to new contents.
 constexpr mode_t permissionBits = 0777;
 constexpr mode_t newFilePermissions = 0666;  // less the user's mask
 constexpr mode_t forOwnerAlone = 0600;
@@ -32,6 +33,7 @@ struct Target {
 
 Target examine(const std::string& path) {
   struct stat status = {};
+  // Of the link itself, where it is one: what it leads to is nobody's to replace by this name.
   if (lstat(path.c_str(), &status) != 0) return {errno == ENOENT, std::nullopt};
   return {S_ISREG(status.st_mode), static_cast<mode_t>(status.st_mode & permissionBits)};
 }
@@ -65,6 +67,8 @@ class FileSizeSignalIgnored {
 
 bool writeNewFile(const std::string& path, std::string_view contents,
                   std::optional<mode_t> permissions) {
+  // Never a file that is there already, or a link that somebody has laid: whatever has the name
+  // stays.
   const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
   const FileSizeSignalIgnored ignored;
   const int descriptor = open(path.c_str(), flags, newFilePermissions);
@@ -81,7 +85,8 @@ bool namesFile(const std::string& path) {
   return !path.empty() && path.back() != '/' && path.find('\0') == std::string::npos;
 }
 
-std::optional<std::string> readToEnd(int descriptor) {
+/// None when not all of it can be read: half a file must not be taken for one.
+std::optional<std::string> contentsOf(int descriptor) {
   std::string contents;
   char portion[16 * 1024];
   for (;;) {
@@ -102,6 +107,7 @@ bool replaceFile(const std::string& path, std::string_view contents) {
   if (!target.replaceable) return false;
   const std::optional<std::string> beside = nameBeside(path);
   if (!beside || !writeNewFile(*beside, contents, target.permissions)) return false;
+  // In one step, and so it must lie in the same folder: a rename across file systems fails.
   if (rename(beside->c_str(), path.c_str()) == 0) return true;
   unlink(beside->c_str());
   return false;
@@ -111,12 +117,14 @@ std::optional<std::vector<std::string>> listDirectory(const std::string& path) {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(path.c_str()), closedir);
   if (!directory) return std::nullopt;
   std::vector<std::string> names;
-  errno = 0;
-  while (const dirent* entry = readdir(directory.get())) {
+  for (;;) {
+    // Only it tells the end from an error, and whatever is called in between may set it.
+    errno = 0;
+    const dirent* entry = readdir(directory.get());
+    if (entry == nullptr && errno != 0) return std::nullopt;
+    if (entry == nullptr) return names;
     if (!isSelfOrParent(entry->d_name)) names.emplace_back(entry->d_name);
   }
-  if (errno != 0) return std::nullopt;
-  return names;
 }
 
 bool fileExists(const std::string& path) {
@@ -136,12 +144,13 @@ std::optional<std::string> readFile(const std::string& path) {
   if (descriptor < 0) return std::nullopt;
   std::optional<std::string> contents;
   struct stat status = {};
-  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) contents = readToEnd(descriptor);
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) contents = contentsOf(descriptor);
   close(descriptor);
   return contents;
 }
 
 int lockFile(const std::string& path) {
+  // Opening a FIFO would else wait for its other end.
   const int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK;
   const int opened = open(path.c_str(), flags, forOwnerAlone);
   if (opened < 0) return -1;

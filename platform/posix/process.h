@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -36,5 +37,13 @@ void ignoreStops();
 /// hangs ends it two seconds later, and other threads that meet a fatal signal meanwhile wait for
 /// the end.
 void onFatalSignal(void (*lastAct)());
+
+/// Ends the process with this exit status, after the exit handlers. Of several threads that call
+/// it, the first ends the process and the others stop here. From an exit handler it ends the
+/// process at once.
+[[noreturn]] void exit(int status);
+
+/// Has `handler` run once when the process exits, on the thread that exits; the newest runs first.
+void onExit(std::function<void()> handler);
 
 }  // namespace posix

@@ -9,6 +9,8 @@
 #include <array>
 #include <cerrno>
 
+#include "platform/posix/descriptors.h"
+
 #ifdef __APPLE__
 extern char** environ;  // which no header there declares
 #endif
@@ -64,6 +66,7 @@ struct Attributes {
     sigemptyset(&none);
     sigset_t defaults;
     sigemptyset(&defaults);
+    // Those that a service handles or ignores. A tool that ignored them could not be ended.
     for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGTERM}) sigaddset(&defaults, signal);
     posix_spawnattr_init(&native);
     posix_spawnattr_setsigmask(&native, &none);
@@ -94,16 +97,6 @@ std::optional<pid_t> start(const std::string& path, const std::vector<std::strin
   return child;
 }
 
-std::string readToEnd(int descriptor) {
-  std::string all;
-  char portion[16 * 1024];
-  for (;;) {
-    const ssize_t count = read(descriptor, portion, sizeof portion);
-    if (count > 0) all.append(portion, static_cast<std::size_t>(count));
-    if (count == 0 || (count < 0 && errno != EINTR)) return all;
-  }
-}
-
 void waitFor(pid_t child) {
   while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
   }
@@ -120,6 +113,7 @@ std::optional<std::string> toolOutput(const std::string& path,
   if (!child) return std::nullopt;
   // Else the end of the tool's output would never be seen.
   pipe.closeWriter();
+  // Before its end is waited for: a tool that fills the pipe waits for us.
   std::string output = readToEnd(pipe.ends[0]);
   waitFor(*child);
   return output;

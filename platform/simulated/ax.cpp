@@ -79,6 +79,7 @@ Outcome setAttribute(const Element& element, const char* name, const Value& valu
                                     simulated::packValue(value));
 }
 
+// Readable in a trace, and different as long as an application has less than a million elements.
 std::uint64_t hash(const Element& element) {
   const ElementReference& reference = referenceOf(element);
   return static_cast<std::uint64_t>(reference.pid) * 1'000'000U +
@@ -89,6 +90,7 @@ std::uint64_t hash(const Value& value) {
   if (const auto* opaque = value.get<Opaque>()) {
     return static_cast<std::uint64_t>(objectOf<std::int64_t>(*opaque));
   }
+  // FNV-1a, of what travels: the same in every run, unlike the library's hash.
   std::string bytes;
   driver::encode(simulated::packValue(value), bytes);
   std::uint64_t result = 14695981039346656037U;

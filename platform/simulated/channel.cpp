@@ -1,10 +1,8 @@
 #include "platform/simulated/channel.h"
 
 #include <atomic>
-#include <cstdlib>
 
-#include "platform/simulated/absent_channel.h"
-#include "platform/simulated/joined_channel.h"
+#include "platform/simulated/own_channel.h"
 
 namespace simulated {
 
@@ -13,20 +11,10 @@ namespace {
 platform::Channel* chosen = nullptr;
 std::atomic<long> handles{0};
 
-/// Lives until the process ends, whose exit needs it.
-platform::Channel* ownChannel() {
-  static platform::Channel* const own = []() -> platform::Channel* {
-    const char* socket = std::getenv("SIMULATED_MAC");
-    if (socket == nullptr || *socket == '\0') return new AbsentChannel();
-    return joinMac(socket).release();
-  }();
-  return own;
-}
-
 }  // namespace
 
 platform::Channel& channel() {
-  if (chosen == nullptr) chosen = ownChannel();
+  if (chosen == nullptr) chosen = &ownChannel();
   return *chosen;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/simulated/channel.h"
+#include "platform/simulated/loop.h"
 #include "platform/simulated/process_state.h"
 
 namespace cover {

@@ -14,6 +14,7 @@ using driver::Datum;
 
 namespace {
 
+// Pictures of large screens pass; four bytes of something else that connects are refused.
 constexpr std::uint32_t frameLengthMax = 256U << 20U;
 
 bool sendAll(int descriptor, std::string_view bytes) {

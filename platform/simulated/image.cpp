@@ -11,7 +11,7 @@ using simulated::objectOf;
 
 namespace {
 
-// A picture is the number the simulated Mac gives it.
+// A picture is the number the simulated Mac gives it: it has the pixels, which seldom travel.
 std::optional<Image> optionalImage(const driver::Datum& number) {
   if (number.isNothing()) return std::nullopt;
   return simulated::makeHandle<Image>(driver::unpack<std::int64_t>(number));

@@ -4,15 +4,13 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "base/numbers.h"
 #include "base/utf8.h"
 #include "platform/types.h"
 
 namespace json {
 
 namespace {
-
-/// Whole doubles up to here are exact integers.
-constexpr double exactIntegerMax = 9007199254740992.0;
 
 nlohmann::json convert(const driver::Value& value);
 
@@ -22,9 +20,7 @@ struct Converter {
   nlohmann::json operator()(std::int64_t value) const { return value; }
   nlohmann::json operator()(double value) const {
     if (!std::isfinite(value)) std::abort();
-    if (std::trunc(value) == value && std::fabs(value) <= exactIntegerMax) {
-      return static_cast<std::int64_t>(value);
-    }
+    if (const auto integer = driver::exactInteger(value)) return *integer;
     return value;
   }
   nlohmann::json operator()(const std::string& value) const { return value; }

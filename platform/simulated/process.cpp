@@ -61,6 +61,7 @@ void dieBySignal(Signal signal) {
   std::abort();  // no channel comes back
 }
 
+// Where the process of the run is the test's own, its signals are the test's too.
 void ignoreBrokenPipes() {
   if (!simulated::channel().keepsOutput()) posix::ignoreBrokenPipes();
 }

@@ -5,11 +5,11 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/event_tap.h"
+#include "platform/posix/descriptors.h"
 #include "platform/process.h"
 #include "platform/share.h"
 
@@ -40,8 +40,8 @@ struct ProcessState {
   bool bringsStops = false;  // a flow waits for streams to stop
   std::function<void()> terminationHandler;
   std::function<void()> screenChangeHandler;
-  std::string input;        // read from the descriptor and not yet asked for
-  int lockDescriptor = -1;  // of the locked file
+  std::optional<posix::Input> input;  // standard input, once something was read of it
+  int lockDescriptor = -1;            // of the locked file
 
   ProcessState() = default;
   ProcessState(const ProcessState&) = delete;
@@ -52,8 +52,5 @@ struct ProcessState {
 /// The state of this process. It begins afresh with each channel that is set.
 ProcessState& state();
 void renewState();
-
-/// Does what comes to the main flow, until its application's loop ends by itself.
-void serveMainFlow();
 
 }  // namespace simulated

@@ -12,6 +12,7 @@ using simulated::objectOf;
 
 namespace {
 
+/// Fields are set here and travel with the post, as on a Mac, where an event is local until then.
 /// The simulated Mac gives each new event its identity, or nothing when it cannot be created.
 std::optional<Event> makeEvent(const driver::Datum& identity, EventImage image) {
   if (identity.isNothing()) return std::nullopt;

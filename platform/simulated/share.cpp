@@ -28,21 +28,6 @@ platform::WireFilter wireOf(const Filter& filter) {
   return wire;
 }
 
-}  // namespace
-
-Content content(DesktopWindows desktopWindows, Shown shown) {
-  auto wire = askOrThrow<platform::WireContent>(Function::shareContent, desktopWindows, shown);
-  return {std::move(wire.windows), std::move(wire.displays), nullptr};
-}
-
-image::Image screenshot(const Content& /*content*/, const Filter& filter,
-                        const Configuration& configuration) {
-  return simulated::makeHandle<image::Image>(
-      askOrThrow<std::int64_t>(Function::screenshot, wireOf(filter), configuration));
-}
-
-namespace {
-
 std::int64_t numberOf(const Stream& stream) { return simulated::objectOf<std::int64_t>(stream); }
 
 /// The system's own flow, which brings the news that streams have stopped.
@@ -67,12 +52,25 @@ void keepHandler(std::int64_t stream, StopHandler onStop) {
 
 }  // namespace
 
+// The content that a filter names is the simulated Mac's own at that time: nothing native is kept.
+Content content(DesktopWindows desktopWindows, Shown shown) {
+  auto wire = askOrThrow<platform::WireContent>(Function::shareContent, desktopWindows, shown);
+  return {std::move(wire.windows), std::move(wire.displays), nullptr};
+}
+
+image::Image screenshot(const Content& /*content*/, const Filter& filter,
+                        const Configuration& configuration) {
+  return simulated::makeHandle<image::Image>(
+      askOrThrow<std::int64_t>(Function::screenshot, wireOf(filter), configuration));
+}
+
 Stream startStream(const Content& /*content*/, const WindowFilter& filter,
                    const StreamConfiguration& configuration, const std::string& queueLabel,
                    StopHandler onStop) {
   const auto number =
       askOrThrow<std::int64_t>(Function::startStream, wireOf(filter), configuration, queueLabel);
   keepHandler(number, std::move(onStop));
+  // One flow for all streams, from the first on: a run without sharing has one thread.
   if (!std::exchange(state().bringsStops, true)) {
     state().hasFlows = true;
     simulated::channel().startFlow(bringStops);
@@ -89,6 +87,7 @@ void updateConfiguration(const Stream& stream, const StreamConfiguration& config
 }
 
 void stopStream(const Stream& stream) {
+  // Before it stops: a stop that was asked for is no news.
   {
     const std::lock_guard lock(state().mutex);
     state().stopHandlers.erase(numberOf(stream));

@@ -2,9 +2,8 @@
 
 #include <unistd.h>
 
+#include "platform/posix/descriptors.h"
 #include "platform/posix/files.h"
-#include "platform/posix/input.h"
-#include "platform/posix/output.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/process_state.h"
 
@@ -55,23 +54,10 @@ platform::Bytes readDescriptor() {
   return bytes;
 }
 
-std::optional<platform::Bytes> readLineFromDescriptor() {
-  std::string& input = state().input;
-  std::size_t searched = 0;
-  for (;;) {
-    const std::size_t end = input.find('\n', searched);
-    if (end != std::string::npos) {
-      platform::Bytes line = input.substr(0, end);
-      input.erase(0, end + 1);
-      return line;
-    }
-    searched = input.size();
-    const platform::Bytes more = readDescriptor();
-    if (more.empty()) break;
-    input += more;
-  }
-  if (input.empty()) return std::nullopt;
-  return std::exchange(input, {});
+posix::Input& input() {
+  auto& input = state().input;
+  if (!input) input.emplace(readDescriptor);
+  return *input;
 }
 
 }  // namespace
@@ -91,13 +77,13 @@ bool acquireOutputWithin(std::uint32_t microseconds) {
 void releaseOutput() { ask(Function::releaseOutput); }
 
 std::optional<platform::Bytes> readLine() {
-  if (hasDescriptors()) return readLineFromDescriptor();
+  if (hasDescriptors()) return input().readLine();
   return askFor<std::optional<platform::Bytes>>(Function::readLine);
 }
 
 platform::Bytes readAvailable() {
-  if (!hasDescriptors()) return askFor<platform::Bytes>(Function::readAvailable);
-  return state().input.empty() ? readDescriptor() : std::exchange(state().input, {});
+  if (hasDescriptors()) return input().readAvailable();
+  return askFor<platform::Bytes>(Function::readAvailable);
 }
 
 // The files that are written or locked are real ones: the simulated Mac only says whether that goes

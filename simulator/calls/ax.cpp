@@ -1,3 +1,4 @@
+#include "platform/value_codec.h"
 #include "simulator/calls/calls.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
@@ -7,15 +8,12 @@ namespace simulator::calls {
 using driver::Datum;
 using driver::pack;
 using platform::ElementReference;
+using platform::tagged;
 using platform::ValueKind;
 
 namespace {
 
 constexpr std::int64_t illegalArgument = -25201;
-
-Datum tagged(ValueKind kind, Datum payload) {
-  return Datum(Datum::List{pack(kind), std::move(payload)});
-}
 
 Datum packElement(Pid pid, ElementId id) {
   return tagged(ValueKind::element, pack(ElementReference{pid, id}));
@@ -27,10 +25,6 @@ struct Packer {
   Datum operator()(const Opaque& value) const {
     return tagged(ValueKind::opaque, pack(value.hash));
   }
-  Datum operator()(const std::string& value) const { return tagged(ValueKind::text, pack(value)); }
-  Datum operator()(bool value) const { return tagged(ValueKind::boolean, pack(value)); }
-  Datum operator()(std::int64_t value) const { return tagged(ValueKind::integer, pack(value)); }
-  Datum operator()(double value) const { return tagged(ValueKind::number, pack(value)); }
   Datum operator()(ElementLink value) const { return packElement(pid, value.id); }
   Datum operator()(const std::vector<ElementId>& ids) const {
     Datum::List list;
@@ -38,42 +32,20 @@ struct Packer {
     for (const ElementId id : ids) list.push_back(packElement(pid, id));
     return tagged(ValueKind::list, Datum(std::move(list)));
   }
-  Datum operator()(Point value) const { return tagged(ValueKind::point, pack(value)); }
-  Datum operator()(Size value) const { return tagged(ValueKind::size, pack(value)); }
-  Datum operator()(const Rect& value) const { return tagged(ValueKind::rect, pack(value)); }
-  Datum operator()(const ax::Range& value) const { return tagged(ValueKind::range, pack(value)); }
+  template <class T>
+  Datum operator()(const T& value) const {
+    return platform::packPlain(value);
+  }
 };
 
-template <class T>
-AttributeValue plain(const Datum& payload) {
-  return driver::unpack<T>(payload);
-}
-
+/// Nobody writes opaque values or lists.
 AttributeValue unpackWritten(const Datum& datum) {
-  const auto parts = driver::unpack<std::vector<Datum>>(datum);
-  if (parts.size() != 2) throw driver::MalformedDatum();
-  switch (driver::unpack<ValueKind>(parts[0])) {
-    case ValueKind::text:
-      return plain<std::string>(parts[1]);
-    case ValueKind::boolean:
-      return plain<bool>(parts[1]);
-    case ValueKind::integer:
-      return plain<std::int64_t>(parts[1]);
-    case ValueKind::number:
-      return plain<double>(parts[1]);
-    case ValueKind::element:
-      return ElementLink{driver::unpack<ElementReference>(parts[1]).id};
-    case ValueKind::point:
-      return plain<Point>(parts[1]);
-    case ValueKind::size:
-      return plain<Size>(parts[1]);
-    case ValueKind::rect:
-      return plain<Rect>(parts[1]);
-    case ValueKind::range:
-      return plain<ax::Range>(parts[1]);
-    default:
-      throw driver::MalformedDatum();
+  const platform::Tagged parts(datum);
+  if (parts.kind == ValueKind::element) {
+    return ElementLink{driver::unpack<ElementReference>(parts.payload()).id};
   }
+  if (auto plain = platform::unpackPlain<AttributeValue>(parts)) return std::move(*plain);
+  throw driver::MalformedDatum();
 }
 
 /// Whether a message reaches its application and is answered, and when.

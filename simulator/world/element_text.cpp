@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/utf16.h"
 #include "simulator/world/roles.h"
 
 namespace simulator {
@@ -15,13 +16,7 @@ bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 }  // namespace
 
 std::int64_t utf16Length(std::string_view text) {
-  std::int64_t length = 0;
-  for (const char c : text) {
-    if (isContinuation(c)) continue;
-    const auto byte = static_cast<unsigned char>(c);
-    length += byte >= 0xF0 && byte <= 0xF4 ? 2 : 1;
-  }
-  return length;
+  return static_cast<std::int64_t>(driver::utf16Length(text));
 }
 
 std::size_t characterCount(std::string_view text) {

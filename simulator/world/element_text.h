@@ -9,7 +9,7 @@
 /// The texts that elements hold.
 namespace simulator {
 
-/// Length in UTF-16 units.
+/// Length in UTF-16 units, as ranges have it.
 std::int64_t utf16Length(std::string_view text);
 
 /// The number of code points in well-formed UTF-8.

@@ -56,7 +56,7 @@ class Waits(unittest.TestCase):
             self.assertEqual(count, len(asked), command_line)
 
     def test_of_the_page_name_the_limits_of_the_sources(self):
-        walk = (ROOT / "accessibility/walk.h").read_text() + (ROOT / "accessibility/dump.cpp").read_text()
+        walk = (ROOT / "accessibility/walk.h").read_text() + (ROOT / "accessibility/listing.cpp").read_text()
         limits = set(re.findall(r"Bounds = \{([\d']+), (\d+)\}", walk))
         self.assertEqual({("20'000", "60"), ("30'000", "80"), ("4000", "80")}, limits)
         for elements, levels in limits:

@@ -146,4 +146,23 @@ TEST(round_trips, of_menus_are_one_for_each_title_and_two_for_each_level) {
   }
 }
 
+TEST(round_trips, of_several_menus_of_an_item_are_those_of_20000_items_together) {
+  const char* world = R"(
+    app Notes pid 41
+        AXMenuBar
+            AXMenuBarItem "File"
+                AXMenu
+                    AXMenuItem repeat 19999
+                AXMenu
+                    AXMenuItem "Last"
+                    AXMenuItem "Beyond"
+)";
+  TestMac mac(world);
+  EXPECT_EQ(seen(mac.driver("ax-menu Notes File Last")),
+            success(R"({"axError":0,"ok":true,"pressed":"File > Last"})"));
+  EXPECT_EQ(
+      seen(mac.driver("ax-menu Notes File Beyond")),
+      success(R"({"error":"no menu item \"Beyond\" under File; available: Last","ok":false})"));
+}
+
 }  // namespace

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "accessibility/menu.h"
-#include "main/globals.h"
-#include "tests/support/inside.h"
 #include "tests/support/simulated_run.h"
 
 /// "ax-menu" and "ax-menubar".
@@ -175,14 +172,6 @@ TEST(ax_menu, has_nothing_where_there_is_no_menu_bar) {
   EXPECT_EQ(seen(hung.driver("ax-menubar Notes")), success(R"({"menus":[],"ok":true})"));
 }
 
-TEST(ax_menu, with_an_empty_path_is_refused) {
-  TestMac mac(desk);
-  const ax::Element application = applicationOf(mac, "Notes");
-  const driver::Reply reply = valueInside(mac, [&] { return driver::axMenu(application, {}); });
-  EXPECT_EQ(driver::Value(reply),
-            driver::Value(driver::Reply{{"ok", false}, {"error", "empty menu path"}}));
-}
-
 TEST(ax_menu, needs_its_words) {
   TestMac mac(desk);
   EXPECT_EQ(seen(mac.driver("ax-menu Notes")), failure("usage: ax-menu <app> <title>..."));
@@ -199,17 +188,6 @@ TEST(ax_menubar, lists_the_titles_in_order_empty_ones_included) {
   TestMac own(ownBar);
   EXPECT_EQ(seen(own.driver("ax-menubar Notes")),
             success(R"({"menus":["File","","Edit"],"ok":true})"));
-}
-
-TEST(menu_key, folds_case_white_space_and_ellipses) {
-  EXPECT_EQ(driver::menuKey("Save As\u2026"), "save as");
-  EXPECT_EQ(driver::menuKey("Save As..."), "save as");
-  EXPECT_EQ(driver::menuKey(" Save\n\tAs "), "save as");
-  EXPECT_EQ(driver::menuKey("a..b"), "a..b");
-  EXPECT_EQ(driver::menuKey("a....b"), "a.b");
-  EXPECT_EQ(driver::menuKey("a......\u2026b"), "ab");
-  EXPECT_EQ(driver::menuKey("\u2026"), "");
-  EXPECT_EQ(driver::menuKey("Re\u0301sume\u0301"), driver::menuKey("R\u00C9SUM\u00C9"));
 }
 
 }  // namespace

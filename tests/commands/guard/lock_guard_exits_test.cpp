@@ -56,7 +56,7 @@ bool isProduct(const fs::path& path) {
   const std::string name = path.filename().string();
   const std::string extension = path.extension().string();
   const bool isSource = extension == ".cpp" || extension == ".mm" || extension == ".h";
-  return isSource && !contains(name, "_test.") && name != "child_process.h";
+  return isSource && !contains(name, "_test.");
 }
 
 using Ways = std::multiset<std::string>;

@@ -1,6 +1,7 @@
+#include "accessibility/snapshot.h"
+
 #include <gtest/gtest.h>
 
-#include "accessibility/element.h"
 #include "platform/simulated/values.h"
 #include "tests/support/inside.h"
 
@@ -10,6 +11,106 @@ namespace {
 using namespace testing_support;
 
 using Calls = std::vector<std::string>;
+
+/// The label of an element, which is written as in a world's text.
+std::string labelOfElement(const std::string& element) {
+  TestMac mac("app Notes pid 41\n    window 7 \"W\" at 0,0 size 99x99\n        " + element + "\n");
+  return valueInside(mac, [] { return axLabel(simulated::makeElement({41, 2})); });
+}
+
+constexpr const char* send = R"(
+    app Notes pid 41
+        window 7 "Inbox" at 100,80 size 800x600
+            AXButton "Send" at 120,90 size 60x20
+)";
+
+TEST(axLabel, is_the_first_text_that_is_not_empty) {
+  EXPECT_EQ(labelOfElement(R"(AXButton "T" description "D" placeholder "P" help "H")"), "T");
+  EXPECT_EQ(labelOfElement(R"(AXButton "" description "Close" placeholder "P")"), "Close");
+  EXPECT_EQ(labelOfElement(R"(AXButton description "" placeholder "P" help "H")"), "P");
+  EXPECT_EQ(labelOfElement(R"(AXButton help "H")"), "H");
+  EXPECT_EQ(labelOfElement(R"(AXButton)"), "");
+  EXPECT_EQ(labelOfElement(R"(AXButton "" description "" placeholder "" help "")"), "");
+}
+
+TEST(axLabel, passes_over_what_is_no_text_or_cannot_be_read) {
+  EXPECT_EQ(labelOfElement(R"(AXButton attribute AXTitle 5 description "D")"), "D");
+  EXPECT_EQ(labelOfElement(R"(AXButton "T" failing AXTitle -25200 help "H")"), "H");
+}
+
+TEST(axLabel, is_neither_trimmed_nor_folded) {
+  EXPECT_EQ(labelOfElement(R"(AXButton "  Send\n Now ")"), "  Send\n Now ");
+  EXPECT_EQ(labelOfElement(R"(AXButton " " description "D")"), " ");
+}
+
+TEST(axLabel, takes_one_round_trip) {
+  TestMac mac(send);
+  EXPECT_EQ(runInside(mac, [&] { axLabel(elementOf(mac, "Notes", "Send")); }).calls,
+            Calls{"ax.attributes"});
+}
+
+TEST(axLabel, is_empty_when_nothing_can_be_read) {
+  TestMac mac(send, {"ax.attributes 1 hang"});
+  runInside(mac, [&] { EXPECT_EQ(axLabel(elementOf(mac, "Notes", "Send")), ""); });
+}
+
+std::optional<Rect> frameNow(const platform::ElementReference& reference) {
+  Snapshot now(simulated::makeElement(reference));
+  return axFrame(now);
+}
+
+/// The frame of an element, which is written as in a world's text.
+std::optional<Rect> frameOf(const std::string& element, std::vector<std::string> faults = {}) {
+  TestMac mac(
+      "app Notes pid 41\n    window 7 \"W\" at 0,0 size 99x99\n        AXGroup " + element + "\n",
+      std::move(faults));
+  return valueInside(mac, [] { return frameNow({41, 2}); });
+}
+
+TEST(axFrame, is_made_of_position_and_size) {
+  EXPECT_EQ(frameOf("at 120.5,-90 size 60x20"), (Rect{120.5, -90, 60, 20}));
+}
+
+TEST(axFrame, may_be_empty) {
+  EXPECT_EQ(frameOf("at 120,90 size 0x0"), (Rect{120, 90, 0, 0}));
+  EXPECT_EQ(frameOf("at 120,90 size -5x20"), (Rect{120, 90, -5, 20}));
+}
+
+TEST(axFrame, is_absent_when_either_part_cannot_be_read) {
+  EXPECT_EQ(frameOf(""), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4 failing AXPosition -25212"), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4 failing AXSize -25212"), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4", {"ax.attributes 1 error -25202"}), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4", {"ax.attributes 1 hang"}), std::nullopt);
+}
+
+TEST(axFrame, is_absent_when_either_part_is_no_geometry) {
+  EXPECT_EQ(frameOf(R"(at 1,2 size 3x4 attribute AXPosition "1,2")"), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4 attribute AXPosition size 1x2"), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4 attribute AXSize point 3,4"), std::nullopt);
+  EXPECT_EQ(frameOf("at 1,2 size 3x4 attribute AXSize opaque 7"), std::nullopt);
+}
+
+TEST(axFrame, is_absent_when_it_is_not_finite) {
+  for (const char* position : {"nan,2", "1,nan", "inf,2", "1,-inf"}) {
+    EXPECT_EQ(frameOf(std::string("at 1,2 size 3x4 attribute AXPosition point ") + position),
+              std::nullopt)
+        << position;
+  }
+  for (const char* size : {"nanx4", "3xnan", "infx4", "3x-inf"}) {
+    EXPECT_EQ(frameOf(std::string("at 1,2 size 3x4 attribute AXSize size ") + size), std::nullopt)
+        << size;
+  }
+}
+
+TEST(axFrame, keeps_finite_values_however_large) {
+  EXPECT_EQ(frameOf("at 1e308,-1e308 size 1e308x1"), (Rect{1e308, -1e308, 1e308, 1}));
+}
+
+TEST(axFrame, takes_one_round_trip) {
+  TestMac mac("app Notes pid 41\n    window 7 \"W\" at 0,0 size 99x99\n");
+  EXPECT_EQ(runInside(mac, [] { frameNow({41, 1}); }).calls, Calls{"ax.attributes"});
+}
 
 // Element 1 is the window, element 2 the group.
 constexpr const char* desk = R"(

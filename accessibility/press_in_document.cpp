@@ -3,10 +3,10 @@
 #include <string>
 #include <utility>
 
-#include "accessibility/buttons.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
+#include "accessibility/info.h"
+#include "accessibility/match.h"
 #include "accessibility/messages.h"
 #include "accessibility/walk.h"
 #include "main/replies.h"
@@ -33,6 +33,8 @@ Found findIn(const ax::Element& application, const std::string& document,
   Found found;
   Walk walk(axWindows(application), documentAttributes, textBounds);
   while (Snapshot* element = walk.next()) {
+    // Frames without a label belong to the page around them. A second labelled one is a second
+    // conversation, in which the same button means another.
     if (walk.inTrunk() && element->role() == "AXWebArea") {
       const std::string label = axLabel(*element);
       if (!label.empty()) {
@@ -55,7 +57,7 @@ Found findIn(const ax::Element& application, const std::string& document,
 void axPressInDocumentCommand(const Arguments& arguments) {
   const std::string& label = arguments[4];
   const Found found = findIn(axApp(arguments[2]), arguments[3], label);
-  // The walk took its time: the button may have become another.
+  // The walk took its time, and a list of messages moves: the button may have become another.
   if (found.buttons != 1 || !text::equal(axLabel(found.button->element), label)) {
     fail("the expected conversation has no unique button with that exact label");
   }

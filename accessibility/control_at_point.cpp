@@ -1,12 +1,11 @@
 #include <optional>
 
-#include "accessibility/actionable.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
 #include "accessibility/info.h"
 #include "accessibility/match.h"
 #include "accessibility/messages.h"
+#include "main/arguments.h"
 #include "main/replies.h"
 
 namespace driver {

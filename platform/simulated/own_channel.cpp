@@ -1,4 +1,4 @@
-#include "platform/simulated/joined_channel.h"
+#include "platform/simulated/own_channel.h"
 
 #include <pthread.h>
 #include <signal.h>
@@ -7,11 +7,15 @@
 #include <atomic>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
+#include "base/value.h"
+#include "platform/json.h"
+#include "platform/posix/descriptors.h"
 #include "platform/posix/process.h"
-#include "platform/simulated/absent_channel.h"
 #include "platform/simulated/frames.h"
 #include "platform/simulated/process_state.h"
 #include "platform/simulated/socket_address.h"
@@ -19,8 +23,53 @@
 namespace simulated {
 
 using driver::Datum;
+using platform::Function;
 
 namespace {
+
+/// Writes a failure reply to the process's own standard output and exits with status 1.
+[[noreturn]] void failWithoutMac(const std::string& message) {
+  const std::string reply =
+      json::write(driver::Value::Object{{"ok", false}, {"error", message}}) + "\n";
+  posix::writeAll(STDOUT_FILENO, reply);
+  std::_Exit(1);
+}
+
+[[noreturn]] void failForLackOfMac() {
+  failWithoutMac(
+      "no simulated Mac to join: set SIMULATED_MAC to the socket that \"simulated-mac serve "
+      "WORLD\" prints, or run this command under \"simulated-mac run WORLD -- COMMAND\"");
+}
+
+// A usage message or an unknown command needs no Mac, and says what it says on a Mac.
+class AbsentChannel : public platform::Channel {
+ public:
+  Datum call(platform::Call call) override {
+    switch (call.function) {
+      case Function::environment:
+        return driver::pack(
+            posix::environment(driver::unpack<std::string>(call.arguments.at(0)).c_str()));
+      case Function::writeOutput:
+        return call.arguments.at(1);
+      case Function::fullUserName:
+      case Function::loginName:
+        return driver::pack(std::string());
+      case Function::createSource:
+      case Function::loadImage:
+      case Function::givenName:
+        return Datum();
+      default:
+        failForLackOfMac();
+    }
+  }
+
+  platform::Pid ownPid() const override { failForLackOfMac(); }
+  [[noreturn]] void startFlow(std::function<void()> /*body*/) override { failForLackOfMac(); }
+  void watchSignals(const std::vector<int>& /*numbers*/) override {}
+  bool keepsOutput() const override { return false; }
+  [[noreturn]] void exit(int status) override { std::exit(status); }
+  [[noreturn]] void dieBySignal(int signal) override { posix::dieBySignal(signal); }
+};
 
 constexpr const char* howToStart =
     "; \"simulated-mac serve WORLD\" starts one and prints its socket, and \"simulated-mac run "
@@ -42,8 +91,8 @@ class JoinedChannel : public platform::Channel {
   Datum call(platform::Call call) override {
     // Only a fault of the process gets here in the middle of a call, or before a flow is connected.
     if (isExchanging || flowDescriptor < 0) return callInLastAct(std::move(call));
-    const bool endsLine = lineOpen_ && call.function == platform::Function::writeOutput;
-    if (call.function == platform::Function::writeOutput) noteOutput(call);
+    const bool endsLine = lineOpen_ && call.function == Function::writeOutput;
+    if (call.function == Function::writeOutput) noteOutput(call);
     if (auto answer = tryExchange(frameOfCall(std::move(call)))) return std::move(*answer);
     // A reply that has begun is the run's only one, even when the Mac goes before its line feed.
     if (endsLine) return driver::pack(true);
@@ -53,26 +102,28 @@ class JoinedChannel : public platform::Channel {
   platform::Pid ownPid() const override { return pid_; }
 
   void startFlow(std::function<void()> body) override {
-    const auto flow = driver::unpack<std::int64_t>(call({platform::Function::startFlow, {}}));
+    const auto flow = driver::unpack<std::int64_t>(call({Function::startFlow, {}}));
     std::thread([this, flow, body = std::move(body)] {
       enter(Datum(Datum::List{Datum(std::string("flow")), driver::pack(pid_), Datum(flow)}));
       body();
-      call({platform::Function::endFlow, {}});
+      call({Function::endFlow, {}});
       close(flowDescriptor);
     }).detach();
   }
 
+  // By a thread that waits for them, since a handler may make no call: it could meet one half made.
   void watchSignals(const std::vector<int>& numbers) override {
     sigset_t watched;
     sigemptyset(&watched);
     for (const int number : numbers) sigaddset(&watched, number);
     pthread_sigmask(SIG_BLOCK, &watched, nullptr);
     startFlow([this, watched] {
-      call({platform::Function::leaveDesktop, {}});
+      // Signals come from outside of the Mac, whose time does not stand still for them.
+      call({Function::leaveDesktop, {}});
       for (;;) {
         int number = 0;
         if (sigwait(&watched, &number) != 0) continue;
-        call({platform::Function::noteSignal, {driver::pack(number)}});
+        call({Function::noteSignal, {driver::pack(number)}});
       }
     });
   }
@@ -81,13 +132,13 @@ class JoinedChannel : public platform::Channel {
 
   void exit(int status) override {
     // The reply has been written: that the Mac has gone meanwhile is no news to the caller.
-    tryExchange(frameOfCall({platform::Function::exit, {driver::pack(status)}}));
+    tryExchange(frameOfCall({Function::exit, {driver::pack(status)}}));
     if (state().hasFlows) std::_Exit(status);  // nothing is destroyed under flows that still run
     std::exit(status);
   }
 
   void dieBySignal(int signal) override {
-    tryExchange(frameOfCall({platform::Function::dieBySignal, {driver::pack(signal)}}));
+    tryExchange(frameOfCall({Function::dieBySignal, {driver::pack(signal)}}));
     posix::dieBySignal(signal);
   }
 
@@ -165,13 +216,23 @@ std::vector<std::string> ownArguments() {
   return arguments;
 }
 
-}  // namespace
-
-std::unique_ptr<platform::Channel> joinMac(const std::string& socketPath) {
+platform::Channel* joinMac(const std::string& socketPath) {
   auto channel = std::make_unique<JoinedChannel>(socketPath);
   channel->join(Datum(Datum::List{Datum(std::string("driver")), driver::pack(ownArguments()),
                                   driver::pack(ownEnvironment())}));
-  return channel;
+  return channel.release();
+}
+
+}  // namespace
+
+platform::Channel& ownChannel() {
+  // Never destroyed: the end of the process needs it.
+  static platform::Channel* const own = []() -> platform::Channel* {
+    const char* socket = std::getenv("SIMULATED_MAC");
+    if (socket == nullptr || *socket == '\0') return new AbsentChannel();
+    return joinMac(socket);
+  }();
+  return *own;
 }
 
 }  // namespace simulated

@@ -1,17 +1,12 @@
-#include "accessibility/insert.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <utility>
 
-#include "accessibility/actionable.h"
-#include "accessibility/command_words.h"
 #include "accessibility/commands.h"
-#include "accessibility/composer.h"
 #include "accessibility/element.h"
-#include "accessibility/field_content.h"
 #include "accessibility/info.h"
 #include "accessibility/labels.h"
 #include "accessibility/match.h"
@@ -19,6 +14,8 @@
 #include "accessibility/text_field.h"
 #include "base/utf16.h"
 #include "input/session.h"
+#include "main/arguments.h"
+#include "main/replies.h"
 #include "platform/json.h"
 #include "platform/loop.h"
 #include "platform/text.h"
@@ -27,7 +24,10 @@ namespace driver {
 
 namespace {
 
+// Applications answer a write before they have taken it in: web pages run their handlers first, and
+// these may undo it.
 constexpr std::uint32_t settlingMicroseconds = 150'000;
+constexpr std::uint32_t valueSettlingMicroseconds = 200'000;
 constexpr std::size_t priorCharactersMax = 20'000;
 
 /// A field as it was found.
@@ -50,6 +50,8 @@ std::optional<Snapshot> ifTextInput(std::optional<Snapshot> element) {
 
 std::optional<Snapshot> targetField(const ax::Element& application, const std::string& label,
                                     Point point) {
+  // Without a label the field is meant that has the focus already; a label that was given is not
+  // overruled by it.
   if (label.empty()) {
     if (auto focused = ifTextInput(axFocused(application))) return focused;
   }
@@ -73,6 +75,7 @@ std::string textFor(const std::string& mode, const Field& field, const std::stri
 
 /// Where the text goes: to the selection, as far as it lies in the prior text, or to its end.
 ax::Range rangeFor(const std::string& mode, const Field& field) {
+  // The selection may be told of the decoration, or of a text that has changed since.
   const auto length = static_cast<std::int64_t>(utf16Length(field.prior));
   const std::optional<ax::Value> value =
       mode == "caret" ? axAttr(field.element, "AXSelectedTextRange") : std::nullopt;
@@ -93,7 +96,9 @@ const char* replaceAll(const Field& field, const std::string& text) {
   return write(field, "AXValue", ax::Value{text}) ? "value" : "none";
 }
 
-/// Writes through the selection, and where that changes nothing, through the value.
+/// Writes through the selection, as typing would: what stands around it is left alone. Where that
+/// changes nothing, through the value. A field that has changed in another way is not written to
+/// again: that could double the text.
 const char* insertPart(const Field& field, const Change& change) {
   const char* method = "none";
   if (write(field, "AXSelectedTextRange", ax::Value{change.range}) &&
@@ -106,6 +111,7 @@ const char* insertPart(const Field& field, const Change& change) {
   if (holdsText(now, change.expected, field.chrome)) return method;
   if (!sameText(contentOf(now, field.chrome), field.prior)) return method;
   if (!sessionUsable()) {
+    // The wait was long enough for the screen to lock.
     globals().droppedWhileLocked = true;
     return method;
   }
@@ -120,6 +126,7 @@ Reply foreignContent(Snapshot& field) {
   return reply;
 }
 
+/// What the write said does not count: "ok" is that the text was seen in the field.
 Reply landingReply(const Field& field, const std::string& expected, const char* method) {
   loop::sleepMicroseconds(settlingMicroseconds);
   Snapshot now(field.element);
@@ -135,22 +142,9 @@ Reply landingReply(const Field& field, const std::string& expected, const char* 
   return reply;
 }
 
-/// The texts in a JSON list of nothing else; none when it is anything else.
-std::vector<std::string> textsIn(const std::string& json) {
-  const std::optional<Value> value = json::parse(json);
-  const auto* list = value ? value->get<Value::List>() : nullptr;
-  if (list == nullptr) return {};
-  std::vector<std::string> texts;
-  for (const Value& item : *list) {
-    const auto* text = item.get<std::string>();
-    if (text == nullptr) return {};
-    texts.push_back(*text);
-  }
-  return texts;
-}
-
-}  // namespace
-
+/// Writes a text into the text input that the label and the point describe, and reads it back;
+/// returns the reply. `mode` says where: "replace" (which spares what is none of
+/// `ownedPriorTexts`), "message", "end", "new_line" or "caret"; any other word is as "end".
 Reply axInsert(const ax::Element& application, const std::string& label, Point point,
                const std::string& mode, const std::string& text,
                const std::vector<std::string>& ownedPriorTexts) {
@@ -164,20 +158,86 @@ Reply axInsert(const ax::Element& application, const std::string& label, Point p
     for (const std::string& prior : ownedPriorTexts) owned.push_back(squashed(prior));
     if (!isAmong(field.prior, owned) && !isTransientField(*target)) return foreignContent(*target);
   }
+  // Whether it takes the focus or not: many a field is written to without it.
   write(field, "AXFocused", ax::Value{true});
   if (mode == "replace" || mode == "message") {
     return landingReply(field, text, replaceAll(field, text));
   }
+  // Only now: the focus may move the caret.
   const Change change = changeFor(mode, field, text);
   const char* method = insertPart(field, change);
   return landingReply(field, change.expected, method);
 }
 
+}  // namespace
+
 void axInsertCommand(const Arguments& arguments) {
   const Point point = pointIn(arguments, 4);
   std::vector<std::string> owned;
-  if (arguments.size() > 8) owned = textsIn(arguments[8]);
+  if (arguments.size() > 8) {
+    // What is no list of texts owns nothing: so the refusal is at worst one too many.
+    if (const auto list = json::parse(arguments[8])) owned = textsIn(*list).value_or(owned);
+  }
   emit(axInsert(axApp(arguments[2]), arguments[3], point, arguments[6], arguments[7], owned));
+}
+
+namespace {
+
+constexpr std::size_t tailUnits = 120;  // UTF-16: enough to see where a text stops
+
+/// Adds what only text inputs have: the whole value, and the caret.
+void addText(Value::Object& info, Snapshot& element) {
+  const std::string* text = element.text(Attribute::value);
+  if (text == nullptr) return;
+  info["value"] = *text;
+  info["length"] = static_cast<std::int64_t>(utf16Length(*text));
+  info["tail"] = std::string(utf16Suffix(*text, tailUnits));
+  if (const auto* selected = element.get<ax::Range>(Attribute::selectedRange)) {
+    info["caret"] = selected->location;
+    info["selected"] = selected->length;
+  }
+}
+
+}  // namespace
+
+void axFocusCommand(const Arguments& arguments) {
+  const Point near = pointIn(arguments, 4);
+  const std::optional<Match> match = axMatch(axApp(arguments[2]), arguments[3], near);
+  if (!match) {
+    emit(refusal("no element"));
+    return;
+  }
+  const ax::Element& element = match->element.element();
+  const ax::Error error = messages::setAttribute(element, "AXFocused", ax::Value{true});
+  emit({{"ok", error == ax::Error::success},
+        {"element", axInfo(element)},
+        {"matchedBy", wordOf(match->kind)}});
+}
+
+void axFocusedCommand(const Arguments& arguments) {
+  Reply reply = {{"ok", true}, {"element", Value()}};
+  if (std::optional<Snapshot> focused = axFocused(axApp(arguments[2]))) {
+    focused->read(infoAttributes | AttributeSet{Attribute::editable, Attribute::value});
+    Value::Object info = axInfo(*focused, Batch(structureAttributes));
+    if (isTextInput(*focused)) addText(info, *focused);
+    reply["element"] = std::move(info);
+  }
+  emit(reply);
+}
+
+void axSetValueCommand(const Arguments& arguments) {
+  const Point point = pointIn(arguments, 3);
+  const std::optional<Snapshot> found = axActionable(point, axApp(arguments[2]));
+  if (!found) {
+    emit(refusal("no element"));
+    return;
+  }
+  const ax::Element& element = found->element();
+  messages::setAttribute(element, "AXFocused", ax::Value{true});
+  Reply reply = actionReply(messages::setAttribute(element, "AXValue", ax::Value{arguments[5]}));
+  loop::sleepMicroseconds(valueSettlingMicroseconds);
+  reply["element"] = axInfo(element);
+  emit(reply);
 }
 
 }  // namespace driver
