@@ -1,13 +1,6 @@
 #include "accessibility/command_words.h"
 
-#include "main/arguments.h"
-
 namespace driver {
-
-platform::Point pointIn(const Arguments& arguments, std::size_t index) {
-  const double x = num(arguments, index);
-  return {x, num(arguments, index + 1)};
-}
 
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 

@@ -1,20 +1,13 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/ax.h"
-#include "platform/types.h"
 
 namespace driver {
-
-/// The point whose coordinates are the words at `index` and after it. Fails when one is missing or
-/// no number.
-platform::Point pointIn(const Arguments& arguments, std::size_t index);
 
 /// The text in double quotation marks.
 std::string quoted(const std::string& text);

@@ -19,6 +19,7 @@
 #include "accessibility/text_field.h"
 #include "base/utf16.h"
 #include "input/session.h"
+#include "main/globals.h"
 #include "platform/json.h"
 #include "platform/loop.h"
 #include "platform/text.h"

@@ -17,6 +17,7 @@
 #include "input/motion.h"
 #include "input/session.h"
 #include "input/target_window.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/loop.h"

@@ -14,6 +14,7 @@
 #include "input/session.h"
 #include "input/sky_focus.h"
 #include "main/act.h"
+#include "main/globals.h"
 #include "main/product.h"
 #include "main/state_queries.h"
 #include "platform/ax.h"

@@ -12,6 +12,7 @@
 #include "guard/guard_tap.h"
 #include "guard/input_lines.h"
 #include "guard/screen_lock.h"
+#include "main/globals.h"
 #include "platform/cover.h"
 #include "platform/loop.h"
 #include "platform/process.h"

@@ -9,6 +9,7 @@
 #include "input/foreground.h"
 #include "input/sky_focus.h"
 #include "main/act.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/process.h"
 

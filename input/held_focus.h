@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/types.h"
 
 namespace driver {

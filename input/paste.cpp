@@ -4,6 +4,7 @@
 
 #include "input/clipboard.h"
 #include "input/keys.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/pasteboard.h"
 #include "platform/process.h"

@@ -33,4 +33,9 @@ double num(const Arguments& arguments, std::size_t index) {
   fail("missing numeric arg " + std::to_string(index));
 }
 
+platform::Point pointIn(const Arguments& arguments, std::size_t index) {
+  const double x = num(arguments, index);
+  return {x, num(arguments, index + 1)};
+}
+
 }  // namespace driver

@@ -4,10 +4,14 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "main/globals.h"
+#include "platform/types.h"
 
 namespace driver {
+
+/// The words of a command line: the tool's own path, the command, its arguments.
+using Arguments = std::vector<std::string>;
 
 /// How a command is written: one row of what users may type.
 struct CommandForm {
@@ -36,5 +40,9 @@ void requireArity(const CommandForm& form, const Arguments& arguments);
 /// The word at `index` as a floating-point number, infinities and NaN included. Fails when there is
 /// no such word, or when it is not a number as a whole.
 double num(const Arguments& arguments, std::size_t index);
+
+/// The point whose coordinates are the words at `index` and after it. Fails when one is missing or
+/// no number.
+platform::Point pointIn(const Arguments& arguments, std::size_t index);
 
 }  // namespace driver

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/value.h"
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/types.h"
 #include "platform/workspace.h"
 
