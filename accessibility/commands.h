@@ -1,6 +1,6 @@
 #pragma once
 
-#include "main/globals.h"
+#include "main/arguments.h"
 
 /// The commands that read and operate elements of other applications. Each takes a command line of
 /// the right length and writes one reply.
@@ -18,8 +18,9 @@ void axTextsAtCommand(const Arguments& arguments);
 void axAtCommand(const Arguments& arguments);
 void axPressCommand(const Arguments& arguments);
 
-/// "ax-match" and "ax-press-match": the control that a label describes, near a point.
+/// "ax-match", "ax-press-match": the control that a label describes, near a point.
 void axMatchCommand(const Arguments& arguments);
+void axPressMatchCommand(const Arguments& arguments);
 
 /// "ax-press-exact", "ax-press-child", "ax-press-in-document": presses that refuse to guess.
 void axPressExactCommand(const Arguments& arguments);

@@ -10,6 +10,18 @@
 
 namespace driver {
 
+namespace {
+
+/// The control that the words describe. Without one the refusal has been written.
+std::optional<Match> matchFor(const Arguments& arguments) {
+  const Point near = pointIn(arguments, 4);
+  std::optional<Match> match = axMatch(axApp(arguments[2]), arguments[3], near);
+  if (!match) emit(refusal("no element"));
+  return match;
+}
+
+}  // namespace
+
 void axAtCommand(const Arguments& arguments) {
   const Point point = pointIn(arguments, 3);
   std::optional<Snapshot> element = axActionable(point, axApp(arguments[2]));
@@ -31,19 +43,18 @@ void axPressCommand(const Arguments& arguments) {
 }
 
 void axMatchCommand(const Arguments& arguments) {
-  const Point near = pointIn(arguments, 4);
-  std::optional<Match> match = axMatch(axApp(arguments[2]), arguments[3], near);
-  if (!match) {
-    emit(refusal("no element"));
-    return;
-  }
-  Reply reply = {{"ok", true}};
-  if (arguments[1] == "ax-press-match") {
-    reply = actionReply(messages::perform(match->element.element(), "AXPress"));
-    reply["element"] = axInfo(match->element.element());
-  } else {
-    reply["element"] = axInfo(match->element, Batch(structureAttributes));
-  }
+  std::optional<Match> match = matchFor(arguments);
+  if (!match) return;
+  emit({{"ok", true},
+        {"element", axInfo(match->element, Batch(structureAttributes))},
+        {"matchedBy", wordOf(match->kind)}});
+}
+
+void axPressMatchCommand(const Arguments& arguments) {
+  const std::optional<Match> match = matchFor(arguments);
+  if (!match) return;
+  Reply reply = actionReply(messages::perform(match->element.element(), "AXPress"));
+  reply["element"] = axInfo(match->element.element());
   reply["matchedBy"] = wordOf(match->kind);
   emit(reply);
 }

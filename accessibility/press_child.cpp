@@ -16,6 +16,7 @@
 #include "input/pointer.h"
 #include "input/session.h"
 #include "input/target_window.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/loop.h"

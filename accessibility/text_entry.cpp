@@ -15,6 +15,7 @@
 #include "base/utf16.h"
 #include "input/session.h"
 #include "main/arguments.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/json.h"
 #include "platform/loop.h"

@@ -12,6 +12,7 @@
 #include "input/session.h"
 #include "input/sky_focus.h"
 #include "main/ending.h"
+#include "main/globals.h"
 #include "main/product.h"
 #include "main/replies.h"
 #include "main/state_queries.h"

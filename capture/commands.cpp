@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "capture/window_capture.h"
 #include "input/pointer.h"
+#include "main/globals.h"
 #include "platform/loop.h"
 #include "platform/process.h"
 #include "platform/share.h"
@@ -18,12 +19,16 @@ namespace {
 
 constexpr std::uint64_t probeSide = 16;  // pixels
 
-const CommandForm& formOf(const std::string& command) {
-  for (const CommandForm& form : captureCommands) {
-    if (form.name == command) return form;
-  }
-  return captureCommands.back();
+/// A scroll amount in whole lines.
+std::int32_t scrollAmount(double lines) {
+  constexpr double lowest = std::numeric_limits<std::int32_t>::min();
+  constexpr double highest = std::numeric_limits<std::int32_t>::max();
+  // A fraction beyond either end is cut off; what is not a number fails too.
+  if (!(lines > lowest - 1 && lines < highest + 1)) fail("scroll amount is out of range");
+  return static_cast<std::int32_t>(lines);
 }
+
+}  // namespace
 
 Reply captureReply(const Arguments& arguments) {
   // A file of the repaired name would be another one, and so would one whose name ends early.
@@ -36,44 +41,7 @@ Reply captureReply(const Arguments& arguments) {
   }
 }
 
-Reply clickReply(const Arguments& arguments) {
-  const std::string button = arguments.size() > 5 ? arguments[5] : "left";
-  if (button != "left" && button != "right") fail("unsupported mouse button");
-  const std::int64_t count =
-      arguments.size() > 6 ? parseInt64(arguments[6]).value_or(1) : std::int64_t{1};
-  const auto send = [&](const workspace::Application& app, const TargetWindow& window,
-                        Point point) { return backgroundClick(app, window, point, count, button); };
-  return background(arguments[2], pointIn(arguments, 3), send);
-}
-
-/// A scroll amount in whole lines.
-std::int32_t scrollAmount(double lines) {
-  constexpr double lowest = std::numeric_limits<std::int32_t>::min();
-  constexpr double highest = std::numeric_limits<std::int32_t>::max();
-  // A fraction beyond either end is cut off; what is not a number fails too.
-  if (!(lines > lowest - 1 && lines < highest + 1)) fail("scroll amount is out of range");
-  return static_cast<std::int32_t>(lines);
-}
-
-Reply motionReply(const Arguments& arguments) {
-  const auto send = [&](const workspace::Application& app, const TargetWindow& window,
-                        Point point) {
-    std::optional<Point> end;
-    std::optional<Scroll> scroll;
-    if (arguments[1] == "bg-drag") {
-      const double x = num(arguments, 5);
-      end = Point{x, num(arguments, 6)};
-    } else if (arguments[1] == "bg-scroll") {
-      const std::int32_t horizontal = scrollAmount(num(arguments, 5));
-      scroll = Scroll{horizontal, scrollAmount(num(arguments, 6))};
-    }
-    return backgroundMotion(app, window, point, end, scroll);
-  };
-  return background(arguments[2], pointIn(arguments, 3), send);
-}
-
-/// Whether the screen can be captured at all: the picture is discarded.
-Reply probeReply() {
+Reply captureProbeReply(const Arguments& /*arguments*/) {
   try {
     const share::Content content =
         share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
@@ -88,25 +56,53 @@ Reply probeReply() {
   }
 }
 
-}  // namespace
-
-Reply captureCommand(const Arguments& arguments) {
-  const std::string& command = arguments[1];
-  requireArity(formOf(command), arguments);
-  if (command == "capture") return captureReply(arguments);
-  if (command == "bg-focus-hold") {
-    return refusal("input focus must be held by a capture session");
-  }
-  if (command == "bg-click") return clickReply(arguments);
-  if (command == "bg-scroll" || command == "bg-move" || command == "bg-drag") {
-    return motionReply(arguments);
-  }
-  return probeReply();
+Reply bgClickReply(const Arguments& arguments) {
+  const std::string button = arguments.size() > 5 ? arguments[5] : "left";
+  if (button != "left" && button != "right") fail("unsupported mouse button");
+  const std::int64_t count =
+      arguments.size() > 6 ? parseInt64(arguments[6]).value_or(1) : std::int64_t{1};
+  const auto send = [&](const workspace::Application& app, const TargetWindow& window,
+                        Point point) { return backgroundClick(app, window, point, count, button); };
+  return background(arguments[2], pointIn(arguments, 3), send);
 }
 
-void runCaptureGroup(const Arguments& arguments) {
-  loop::startTask([arguments] {
-    emit(captureCommand(arguments));
+Reply bgScrollReply(const Arguments& arguments) {
+  const auto send = [&](const workspace::Application& app, const TargetWindow& window,
+                        Point point) {
+    const std::int32_t horizontal = scrollAmount(num(arguments, 5));
+    const Scroll scroll{horizontal, scrollAmount(num(arguments, 6))};
+    return backgroundMotion(app, window, point, std::nullopt, scroll);
+  };
+  return background(arguments[2], pointIn(arguments, 3), send);
+}
+
+Reply bgMoveReply(const Arguments& arguments) {
+  const auto send = [](const workspace::Application& app, const TargetWindow& window, Point point) {
+    return backgroundMotion(app, window, point, std::nullopt, std::nullopt);
+  };
+  return background(arguments[2], pointIn(arguments, 3), send);
+}
+
+Reply bgDragReply(const Arguments& arguments) {
+  const auto send = [&](const workspace::Application& app, const TargetWindow& window,
+                        Point point) {
+    return backgroundMotion(app, window, point, pointIn(arguments, 5), std::nullopt);
+  };
+  return background(arguments[2], pointIn(arguments, 3), send);
+}
+
+Reply bgFocusHoldReply(const Arguments& /*arguments*/) {
+  return refusal("input focus must be held by a capture session");
+}
+
+Reply captureCommand(const CaptureCommand& command, const Arguments& arguments) {
+  requireArity(command.form, arguments);
+  return command.handler(arguments);
+}
+
+void runCaptureGroup(const CaptureCommand& command, const Arguments& arguments) {
+  loop::startTask([&command, arguments] {
+    emit(captureCommand(command, arguments));
     process::exit(0);
   });
   loop::park();

@@ -12,6 +12,7 @@
 #include "input/context.h"
 #include "input/focus.h"
 #include "main/ending.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/loop.h"
 #include "platform/process.h"
@@ -103,13 +104,15 @@ class CaptureService {
   /// The command acts on the process that is shared, whatever runs under the same name by now.
   Reply command(const ServiceRequest& request, const std::string& app,
                 BackgroundCaptureIndicator& indicator) const {
-    std::optional<Arguments> arguments = sharedCommandOf(request, app);
-    if (!arguments) fail("invalid shared capture command");
-    arguments->insert(arguments->begin(), programPath_);
-    (*arguments)[2] = "pid:" + std::to_string(indicator.targetPID());
-    checkInputContext(*arguments);
-    if ((*arguments)[1] == "bg-focus-hold") return indicator.holdFocus();
-    return captureCommand(*arguments);
+    std::optional<SharedCommand> shared = sharedCommandOf(request, app);
+    if (!shared) fail("invalid shared capture command");
+    const CaptureCommand& row = *shared->command;
+    Arguments& arguments = shared->words;
+    arguments.insert(arguments.begin(), programPath_);
+    arguments[2] = "pid:" + std::to_string(indicator.targetPID());
+    checkInputContext(row.actsOnInput, arguments);
+    if (row.inSession == InSession::holdsFocus) return indicator.holdFocus();
+    return captureCommand(row, arguments);
   }
 
   std::string programPath_;

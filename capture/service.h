@@ -4,8 +4,6 @@
 
 namespace driver {
 
-inline constexpr CommandForm captureServiceForm = {"capture-service", "<private lock path>", 1, 1};
-
 /// "capture-service": holds the lock at a path and serves requests, a line of JSON each, from
 /// standard input until its end. Any failure ends it with status 1.
 void captureServiceCommand(const Arguments& arguments);

@@ -1,9 +1,9 @@
 #include "capture/service_request.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/utf8.h"
-#include "capture/commands.h"
 #include "platform/json.h"
 #include "platform/text.h"
 
@@ -23,10 +23,14 @@ std::optional<Arguments> textsIn(const Value::Object& entries, const char* key) 
   return entry == entries.end() ? std::nullopt : textsIn(entry->second);
 }
 
-bool mayBeShared(const std::string& command) {
-  const bool isKnown = std::any_of(captureCommands.begin(), captureCommands.end(),
-                                   [&](const CommandForm& form) { return form.name == command; });
-  return isKnown && command != "capture-probe";
+/// The command that sessions know by this name; null when there is none.
+const CaptureCommand* sharedCommandNamed(std::string_view name) {
+  const auto* const command =
+      std::find_if(captureCommands.begin(), captureCommands.end(),
+                   [&](const CaptureCommand& each) { return each.form.name == name; });
+  const bool isShared =
+      command != captureCommands.end() && command->inSession != InSession::refused;
+  return isShared ? command : nullptr;
 }
 
 }  // namespace
@@ -52,11 +56,13 @@ std::optional<std::string> scopeOf(const ServiceRequest& request) {
   return text::lowercase(*window);
 }
 
-std::optional<Arguments> sharedCommandOf(const ServiceRequest& request, const std::string& app) {
-  std::optional<Arguments> arguments = textsIn(request.entries, "args");
-  const bool isMeant =
-      arguments && arguments->size() >= 2 && (*arguments)[1] == app && mayBeShared((*arguments)[0]);
-  return isMeant ? arguments : std::nullopt;
+std::optional<SharedCommand> sharedCommandOf(const ServiceRequest& request,
+                                             const std::string& app) {
+  std::optional<Arguments> words = textsIn(request.entries, "args");
+  if (!words || words->size() < 2 || (*words)[1] != app) return std::nullopt;
+  const CaptureCommand* const command = sharedCommandNamed(words->front());
+  if (command == nullptr) return std::nullopt;
+  return SharedCommand{command, std::move(*words)};
 }
 
 }  // namespace driver

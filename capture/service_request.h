@@ -5,7 +5,8 @@
 #include <string_view>
 
 #include "base/value.h"
-#include "main/globals.h"
+#include "capture/commands.h"
+#include "main/arguments.h"
 
 /// What a client of the capture service asks for. Nothing here asks the platform but for its JSON
 /// parser and lower-casing.
@@ -28,8 +29,13 @@ std::optional<std::string> appOf(const ServiceRequest& request);
 /// The window scope of the session to open, lower-cased; none when there is none.
 std::optional<std::string> scopeOf(const ServiceRequest& request);
 
-/// The command line of a command, its own path left out; none unless it is one that a session of
-/// `app` may run, on that application.
-std::optional<Arguments> sharedCommandOf(const ServiceRequest& request, const std::string& app);
+/// What a session is to run.
+struct SharedCommand {
+  const CaptureCommand* command = nullptr;  // a row of the table
+  Arguments words;                          // the command line without the tool's own path
+};
+
+/// The command to run; none unless it is one that a session of `app` may run, on that application.
+std::optional<SharedCommand> sharedCommandOf(const ServiceRequest& request, const std::string& app);
 
 }  // namespace driver

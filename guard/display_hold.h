@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "main/globals.h"
+#include "main/arguments.h"
 
 namespace driver {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/event_tap.h"
 
 namespace driver {

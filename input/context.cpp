@@ -1,16 +1,13 @@
 #include "input/context.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "accessibility/element.h"
 #include "accessibility/messages.h"
 #include "input/focus.h"
 #include "input/session.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/ax.h"
@@ -18,15 +15,6 @@
 namespace driver {
 
 namespace {
-
-constexpr std::array<std::string_view, 12> inputCommands = {
-    "ax-press",  "ax-press-child", "ax-press-exact", "ax-press-match", "ax-press-in-document",
-    "ax-insert", "ax-focus",       "ax-set-value",   "ax-menu",        "ax-modal-press",
-    "ax-slider", "reveal"};
-
-bool isInputCommand(std::string_view command) {
-  return std::find(inputCommands.begin(), inputCommands.end(), command) != inputCommands.end();
-}
 
 void requireKeyboardInScope(platform::Pid pid) {
   const auto focused = axElement(ax::application(pid), "AXFocusedWindow");
@@ -38,13 +26,12 @@ void requireKeyboardInScope(platform::Pid pid) {
 
 }  // namespace
 
-void checkInputContext(const Arguments& arguments) {
-  const std::string& command = arguments[1];
-  const bool background = command.starts_with("bg-");
-  if (!background && !isInputCommand(command)) return;
+void checkInputContext(ActsOnInput command, const Arguments& arguments) {
+  if (command == ActsOnInput::no) return;
   if (!sessionUsable()) {
     fail("the Mac is locked or not on console; background input is unavailable");
   }
+  const bool background = command == ActsOnInput::inBackground;
   std::optional<platform::Pid> foreground;
   if (background) {
     foreground = foregroundPID();

@@ -8,6 +8,7 @@ namespace driver {
 namespace {
 
 using namespace testing_support;
+using enum ActsOnInput;
 
 using Calls = std::vector<std::string>;
 
@@ -19,38 +20,6 @@ constexpr const char* desk = R"(
         window 7 "Other" at 100,80 size 800x600
 )";
 
-constexpr const char* inputCommands[] = {
-    "ax-press",  "ax-press-child", "ax-press-exact", "ax-press-match", "ax-press-in-document",
-    "ax-insert", "ax-focus",       "ax-set-value",   "ax-menu",        "ax-modal-press",
-    "ax-slider", "reveal"};
-
-constexpr const char* otherCommands[] = {"scene",
-                                         "windows",
-                                         "permissions",
-                                         "session",
-                                         "capture",
-                                         "capture-probe",
-                                         "ax-match",
-                                         "ax-find-text",
-                                         "ax-at",
-                                         "ax-list",
-                                         "ax-dump",
-                                         "ax-modal",
-                                         "ax-menubar",
-                                         "ax-focused",
-                                         "ax-texts-at",
-                                         "ax-popup-items",
-                                         "focus-release",
-                                         "lock-now",
-                                         "keep-awake",
-                                         "watch-input",
-                                         "bg",
-                                         "xbg-click",
-                                         "BG-click",
-                                         "Ax-press",
-                                         "fly",
-                                         ""};
-
 constexpr const char* locked =
     "the Mac is locked or not on console; background input is unavailable";
 constexpr const char* noForeground = "current foreground process is unavailable";
@@ -61,95 +30,90 @@ constexpr const char* usersKeyboard =
 const Environment inbox = {{"CU_WINDOW", "inbox"}};
 constexpr const char* passed = "0 ";
 
-Result check(TestMac& mac, const std::vector<std::string>& arguments,
+/// `words` follow the name of the command.
+Result check(TestMac& mac, ActsOnInput command, const Arguments& words,
              const Environment& environment = {}) {
-  Arguments commandLine = {"driver"};
-  commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
+  Arguments commandLine = {"driver", "act"};
+  commandLine.insert(commandLine.end(), words.begin(), words.end());
   return runInside(
-      mac, [&] { checkInputContext(commandLine); }, environment);
+      mac, [&] { checkInputContext(command, commandLine); }, environment);
 }
 
-std::string seenOfCheck(const std::string& world, const std::vector<std::string>& arguments,
+std::string seenOfCheck(const std::string& world, ActsOnInput command, const Arguments& words,
                         const Environment& environment = {}, std::vector<std::string> faults = {}) {
   TestMac mac(world, std::move(faults));
-  return seen(check(mac, arguments, environment));
+  return seen(check(mac, command, words, environment));
 }
 
 TEST(checkInputContext, asks_nothing_about_commands_that_send_no_input) {
   TestMac mac(std::string(desk) + "    session locked\n");
-  for (const char* command : otherCommands) {
-    const Result run = check(mac, {command, "Browser"}, inbox);
-    EXPECT_EQ(seen(run), passed) << command;
-    EXPECT_EQ(run.calls, Calls{}) << command;
-  }
+  const Result run = check(mac, no, {"Browser"}, inbox);
+  EXPECT_EQ(seen(run), passed);
+  EXPECT_EQ(run.calls, Calls{});
 }
 
 TEST(checkInputContext, fails_for_input_while_the_session_is_unusable) {
   for (const char* session : {"locked", "off-console", "locked off-console"}) {
     const std::string world = std::string(desk) + "    session " + session + "\n";
-    for (const char* command : inputCommands) {
-      EXPECT_EQ(seenOfCheck(world, {command, "Notes"}), failure(locked)) << command;
-      EXPECT_EQ(seenOfCheck(world, {command}), failure(locked)) << command;
-    }
-    for (const char* command : {"bg-click", "bg-key", "bg-fly", "bg-"}) {
-      EXPECT_EQ(seenOfCheck(world, {command, "Notes"}), failure(locked)) << command;
-      EXPECT_EQ(seenOfCheck(world, {command}), failure(locked)) << command;
+    for (const ActsOnInput command : {yes, inBackground}) {
+      EXPECT_EQ(seenOfCheck(world, command, {"Notes"}), failure(locked)) << session;
+      EXPECT_EQ(seenOfCheck(world, command, {}), failure(locked)) << session;
     }
   }
 }
 
 TEST(checkInputContext, fails_for_bg_commands_while_the_foreground_is_unknown) {
   const std::vector<std::string> faults = {"private.front-process 1 error -600"};
-  EXPECT_EQ(seenOfCheck(desk, {"bg-click"}, {}, faults), failure(noForeground));
-  EXPECT_EQ(seenOfCheck(desk, {"bg-click", "Notes"}, inbox, faults), failure(noForeground));
-  EXPECT_EQ(seenOfCheck(std::string(desk) + "    missing GetFrontProcess\n", {"bg-fly"}),
+  EXPECT_EQ(seenOfCheck(desk, inBackground, {}, {}, faults), failure(noForeground));
+  EXPECT_EQ(seenOfCheck(desk, inBackground, {"Notes"}, inbox, faults), failure(noForeground));
+  EXPECT_EQ(seenOfCheck(std::string(desk) + "    missing GetFrontProcess\n", inBackground, {}),
             failure(noForeground));
 }
 
 TEST(checkInputContext, lets_other_input_pass_while_the_foreground_is_unknown) {
   const std::vector<std::string> faults = {"private.front-process 1 error -600"};
-  EXPECT_EQ(seenOfCheck(desk, {"ax-press", "Notes"}, {}, faults), passed);
-  EXPECT_EQ(seenOfCheck(desk, {"ax-press", "Browser"}, inbox, faults), passed);
+  EXPECT_EQ(seenOfCheck(desk, yes, {"Notes"}, {}, faults), passed);
+  EXPECT_EQ(seenOfCheck(desk, yes, {"Browser"}, inbox, faults), passed);
 }
 
 TEST(checkInputContext, finds_the_session_unusable_before_it_asks_for_the_foreground) {
   TestMac mac(std::string(desk) + "    session locked\n    missing GetFrontProcess\n");
-  const Result run = check(mac, {"bg-click"});
+  const Result run = check(mac, inBackground, {});
   EXPECT_EQ(seen(run), failure(locked));
   EXPECT_EQ(run.calls, Calls{"windowserver.session"});
 }
 
 TEST(checkInputContext, asks_for_no_more_than_the_session_without_a_window_scope) {
   TestMac mac(desk);
-  const Result run = check(mac, {"ax-press", "Browser", "10", "40"});
+  const Result run = check(mac, yes, {"Browser", "10", "40"});
   EXPECT_EQ(seen(run), passed);
   EXPECT_EQ(run.calls, Calls{"windowserver.session"});
 }
 
 TEST(checkInputContext, asks_for_no_application_without_an_argument) {
   TestMac mac(desk);
-  const Result run = check(mac, {"ax-press"}, inbox);
+  const Result run = check(mac, yes, {}, inbox);
   EXPECT_EQ(seen(run), passed);
   EXPECT_EQ(run.calls, Calls{"windowserver.session"});
 }
 
 TEST(checkInputContext, refuses_input_beside_the_users_keyboard_focus) {
   // The front application's focused window is out of scope.
-  EXPECT_EQ(seenOfCheck(desk, {"ax-press", "Browser"}, inbox), failure(usersKeyboard));
-  EXPECT_EQ(seenOfCheck(desk, {"bg-click", "Browser"}, inbox), failure(usersKeyboard));
-  EXPECT_EQ(seenOfCheck(desk, {"bg-fly", "pid:40"}, inbox), failure(usersKeyboard));
-  EXPECT_EQ(seenOfCheck(desk, {"reveal", "com.example.browser"}, inbox), failure(usersKeyboard));
+  EXPECT_EQ(seenOfCheck(desk, yes, {"Browser"}, inbox), failure(usersKeyboard));
+  EXPECT_EQ(seenOfCheck(desk, inBackground, {"Browser"}, inbox), failure(usersKeyboard));
+  EXPECT_EQ(seenOfCheck(desk, inBackground, {"pid:40"}, inbox), failure(usersKeyboard));
+  EXPECT_EQ(seenOfCheck(desk, yes, {"com.example.browser"}, inbox), failure(usersKeyboard));
 }
 
 TEST(checkInputContext, lets_input_pass_into_the_window_that_has_the_users_keyboard) {
   const Environment start = {{"CU_WINDOW", "Start"}};
-  EXPECT_EQ(seenOfCheck(desk, {"ax-press", "Browser"}, start), passed);
-  EXPECT_EQ(seenOfCheck(desk, {"bg-click", "Browser"}, start), passed);
+  EXPECT_EQ(seenOfCheck(desk, yes, {"Browser"}, start), passed);
+  EXPECT_EQ(seenOfCheck(desk, inBackground, {"Browser"}, start), passed);
 }
 
 TEST(checkInputContext, does_not_mind_the_focus_of_an_application_in_the_background) {
   TestMac mac(desk);
-  const Result run = check(mac, {"ax-press", "Notes"}, inbox);
+  const Result run = check(mac, yes, {"Notes"}, inbox);
   EXPECT_EQ(seen(run), passed);
   EXPECT_EQ(run.calls,
             (Calls{"windowserver.session", "workspace.applications-with-bundle",
@@ -159,7 +123,7 @@ TEST(checkInputContext, does_not_mind_the_focus_of_an_application_in_the_backgro
 
 TEST(checkInputContext, lets_an_application_that_does_not_run_pass) {
   TestMac mac(desk);
-  const Result run = check(mac, {"ax-press", "Nobody"}, inbox);
+  const Result run = check(mac, yes, {"Nobody"}, inbox);
   EXPECT_EQ(seen(run), passed);
   EXPECT_EQ(run.calls, (Calls{"windowserver.session", "workspace.applications-with-bundle",
                               "workspace.applications"}));
@@ -167,7 +131,7 @@ TEST(checkInputContext, lets_an_application_that_does_not_run_pass) {
 
 TEST(checkInputContext, asks_for_the_foreground_of_a_bg_command_once) {
   TestMac mac(desk);
-  const Result run = check(mac, {"bg-click", "pid:41"}, inbox);
+  const Result run = check(mac, inBackground, {"pid:41"}, inbox);
   EXPECT_EQ(seen(run), passed);
   EXPECT_EQ(run.calls, (Calls{"windowserver.session", "loader.open-library", "loader.find-symbol",
                               "loader.find-symbol", "private.front-process", "private.process-pid",
@@ -177,30 +141,30 @@ TEST(checkInputContext, asks_for_the_foreground_of_a_bg_command_once) {
 TEST(checkInputContext, refuses_input_when_the_focused_window_cannot_be_read) {
   for (const char* fault : {"ax.attribute 1 error -25212", "ax.attribute 1 error -25204",
                             "ax.attribute 1 wrong", "ax.attribute 1 hang"}) {
-    EXPECT_EQ(seenOfCheck(desk, {"ax-press", "Browser"}, {{"CU_WINDOW", "Start"}}, {fault}),
+    EXPECT_EQ(seenOfCheck(desk, yes, {"Browser"}, {{"CU_WINDOW", "Start"}}, {fault}),
               failure(usersKeyboard))
         << fault;
   }
   const std::string withoutWindow =
       "app Browser pid 40 frontmost no-focused-window\n"
       "    window 5 \"Inbox\" at 0,30 size 600x500\n";
-  EXPECT_EQ(seenOfCheck(withoutWindow, {"ax-press", "Browser"}, inbox), failure(usersKeyboard));
+  EXPECT_EQ(seenOfCheck(withoutWindow, yes, {"Browser"}, inbox), failure(usersKeyboard));
 }
 
 TEST(checkInputContext, refuses_input_without_the_accessibility_permission) {
-  EXPECT_EQ(seenOfCheck(std::string(desk) + "    deny accessibility\n", {"ax-press", "Browser"},
+  EXPECT_EQ(seenOfCheck(std::string(desk) + "    deny accessibility\n", yes, {"Browser"},
                         {{"CU_WINDOW", "Start"}}),
             failure(usersKeyboard));
 }
 
 TEST(checkInputContext, writes_nothing_to_the_application) {
   TestMac mac(desk);
-  EXPECT_EQ(check(mac, {"ax-press", "Browser"}, {{"CU_WINDOW", "Start"}}).effects, "");
+  EXPECT_EQ(check(mac, yes, {"Browser"}, {{"CU_WINDOW", "Start"}}).effects, "");
 }
 
 TEST(checkInputContext, takes_no_time) {
   TestMac mac(desk);
-  EXPECT_EQ(check(mac, {"bg-click", "Browser"}, {{"CU_WINDOW", "Start"}}).elapsed, 0);
+  EXPECT_EQ(check(mac, inBackground, {"Browser"}, {{"CU_WINDOW", "Start"}}).elapsed, 0);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <map>
 #include <random>
 
+#include "main/globals.h"
 #include "tests/support/inside.h"
 
 namespace driver {

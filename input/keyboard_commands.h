@@ -1,6 +1,6 @@
 #pragma once
 
-#include "main/globals.h"
+#include "main/arguments.h"
 
 namespace driver {
 

@@ -7,6 +7,7 @@
 
 #include "input/keys.h"
 #include "main/ending.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/loop.h"
 #include "platform/pasteboard.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/types.h"
 
 namespace driver {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "main/globals.h"
 #include "tests/support/inside.h"
 
 namespace driver {

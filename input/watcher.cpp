@@ -8,6 +8,7 @@
 #include "input/focus.h"
 #include "input/input_report.h"
 #include "main/ending.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/loop.h"

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/event_tap.h"
 #include "platform/types.h"
 

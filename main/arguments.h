@@ -4,11 +4,14 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/geometry.h"
-#include "main/globals.h"
 
 namespace driver {
+
+/// The words of a command line: the tool's own path, the command, its arguments.
+using Arguments = std::vector<std::string>;
 
 /// How a command is written: one row of what users may type.
 struct CommandForm {

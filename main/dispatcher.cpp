@@ -1,7 +1,10 @@
 #include "main/dispatcher.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string_view>
+#include <utility>
 
 #include "accessibility/commands.h"
 #include "capture/commands.h"
@@ -10,7 +13,6 @@
 #include "guard/display_hold.h"
 #include "guard/lock_guard.h"
 #include "guard/screen_lock.h"
-#include "input/context.h"
 #include "input/focus.h"
 #include "input/keyboard_commands.h"
 #include "input/watcher.h"
@@ -22,79 +24,115 @@ namespace driver {
 
 namespace {
 
-constexpr std::array<Command, 40> otherCommands = {{
-    {{"focus-release", "<pid> <window>", 2, 2, invalidFocusRelease}, focusReleaseCommand},
-    {{"bg-key", "<app> <combo>", 2, 2}, bgKeyCommand},
-    {{"bg-type", "<app> <text>", 2, 2}, bgTypeCommand},
-    {{"bg-paste-files", "<app> <path>...", 2}, bgPasteFilesCommand},
-    {{"watch-input", "[<app>]"}, watchInputCommand},
-    {{"permissions", ""}, permissionsCommand},
-    {{"scene", ""}, sceneCommand},
-    {{"lock-now", ""}, lockNowCommand},
-    {{"lock-serve", ""}, removedLockCommand},
-    {{"lock-arm", ""}, removedLockCommand},
-    {{"lock-disarm", ""}, removedLockCommand},
-    {{"lock-status", ""}, removedLockCommand},
-    {{"lock-query", ""}, removedLockCommand},
-    {{"lock-unlock", ""}, removedLockCommand},
-    {{"lock-guard", ""}, lockGuardCommand},
-    {{"keep-awake", ""}, keepAwakeCommand},
-    {{"session", ""}, sessionCommand},
-    {{"windows", "<bundleId|name>", 1}, windowsCommand},
-    {{"ax-find-text", "<app> <text> [text...]", 2}, axFindTextCommand},
-    {{"ax-texts-at", "<app> <x> <y>", 3}, axTextsAtCommand},
+using enum ActsOnInput;
+
+// Names that begin so are those of input in the background, those of no command included.
+constexpr std::string_view backgroundPrefix = "bg-";
+
+constexpr Command captureService = {
+    {"capture-service", "<private lock path>", 1, 1}, captureServiceCommand, no};
+
+/// A command of the capture group in a run of its own.
+template <std::size_t index>
+void runCaptureCommand(const Arguments& arguments) {
+  runCaptureGroup(captureCommands[index], arguments);
+}
+
+template <std::size_t... indices>
+constexpr std::array<Command, sizeof...(indices)> captureGroup(std::index_sequence<indices...>) {
+  return {{{captureCommands[indices].form, runCaptureCommand<indices>,
+            captureCommands[indices].actsOnInput}...}};
+}
+
+constexpr auto otherCommands = std::to_array<Command>({
+    {{"focus-release", "<pid> <window>", 2, 2, invalidFocusRelease}, focusReleaseCommand, no},
+    {{"bg-key", "<app> <combo>", 2, 2}, bgKeyCommand, inBackground},
+    {{"bg-type", "<app> <text>", 2, 2}, bgTypeCommand, inBackground},
+    {{"bg-paste-files", "<app> <path>...", 2}, bgPasteFilesCommand, inBackground},
+    {{"watch-input", "[<app>]"}, watchInputCommand, no},
+    {{"permissions", ""}, permissionsCommand, no},
+    {{"scene", ""}, sceneCommand, no},
+    {{"lock-now", ""}, lockNowCommand, no},
+    {{"lock-serve", ""}, removedLockCommand, no},
+    {{"lock-arm", ""}, removedLockCommand, no},
+    {{"lock-disarm", ""}, removedLockCommand, no},
+    {{"lock-status", ""}, removedLockCommand, no},
+    {{"lock-query", ""}, removedLockCommand, no},
+    {{"lock-unlock", ""}, removedLockCommand, no},
+    {{"lock-guard", ""}, lockGuardCommand, no},
+    {{"keep-awake", ""}, keepAwakeCommand, no},
+    {{"session", ""}, sessionCommand, no},
+    {{"windows", "<bundleId|name>", 1}, windowsCommand, no},
+    {{"ax-find-text", "<app> <text> [text...]", 2}, axFindTextCommand, no},
+    {{"ax-texts-at", "<app> <x> <y>", 3}, axTextsAtCommand, no},
     {{"ax-press-child", "<app> <row label text> <child text|last> [row role]", 3},
-     axPressChildCommand},
-    {{"ax-at", "<app> <x> <y>", 3}, axAtCommand},
-    {{"ax-press", "<app> <x> <y>", 3}, axPressCommand},
-    {{"ax-press-in-document", "<app> <document> <button>", 3}, axPressInDocumentCommand},
-    {{"ax-press-exact", "<app> <label> [only|last] [container label]", 2}, axPressExactCommand},
-    {{"ax-match", "<app> <label> <x> <y>", 4}, axMatchCommand},
-    {{"ax-press-match", "<app> <label> <x> <y>", 4}, axMatchCommand},
-    {{"ax-popup-items", "<app>", 1}, axPopupItemsCommand},
-    {{"ax-slider", "<app> <label> [<number>|increment|decrement]", 2}, axSliderCommand},
+     axPressChildCommand,
+     yes},
+    {{"ax-at", "<app> <x> <y>", 3}, axAtCommand, no},
+    {{"ax-press", "<app> <x> <y>", 3}, axPressCommand, yes},
+    {{"ax-press-in-document", "<app> <document> <button>", 3}, axPressInDocumentCommand, yes},
+    {{"ax-press-exact", "<app> <label> [only|last] [container label]", 2},
+     axPressExactCommand,
+     yes},
+    {{"ax-match", "<app> <label> <x> <y>", 4}, axMatchCommand, no},
+    {{"ax-press-match", "<app> <label> <x> <y>", 4}, axPressMatchCommand, yes},
+    {{"ax-popup-items", "<app>", 1}, axPopupItemsCommand, no},
+    {{"ax-slider", "<app> <label> [<number>|increment|decrement]", 2}, axSliderCommand, yes},
     {{"ax-insert",
       "<app> <label> <x> <y> <replace|message|end|new_line|caret> <text> [ownedPriorJSON]", 6},
-     axInsertCommand},
-    {{"ax-focus", "<app> <label> <x> <y>", 4}, axFocusCommand},
-    {{"reveal", "<app>", 1}, revealCommand},
-    {{"ax-menu", "<app> <title>...", 2}, axMenuCommand},
-    {{"ax-menubar", "<app>", 1}, axMenubarCommand},
-    {{"ax-list", "<app>", 1}, axListCommand},
-    {{"ax-dump", "<app>", 1}, axDumpCommand},
-    {{"ax-modal", "<app>", 1}, axModalCommand},
-    {{"ax-modal-press", "<app> <text> <button>", 3}, axModalPressCommand},
-    {{"ax-focused", "<app>", 1}, axFocusedCommand},
-    {{"ax-set-value", "<app> <x> <y> <text>", 4}, axSetValueCommand},
-}};
+     axInsertCommand,
+     yes},
+    {{"ax-focus", "<app> <label> <x> <y>", 4}, axFocusCommand, yes},
+    {{"reveal", "<app>", 1}, revealCommand, yes},
+    {{"ax-menu", "<app> <title>...", 2}, axMenuCommand, yes},
+    {{"ax-menubar", "<app>", 1}, axMenubarCommand, no},
+    {{"ax-list", "<app>", 1}, axListCommand, no},
+    {{"ax-dump", "<app>", 1}, axDumpCommand, no},
+    {{"ax-modal", "<app>", 1}, axModalCommand, no},
+    {{"ax-modal-press", "<app> <text> <button>", 3}, axModalPressCommand, yes},
+    {{"ax-focused", "<app>", 1}, axFocusedCommand, no},
+    {{"ax-set-value", "<app> <x> <y> <text>", 4}, axSetValueCommand, yes},
+});
 
 constexpr auto allCommands = [] {
-  std::array<Command, 1 + captureCommands.size() + otherCommands.size()> table{};
-  std::size_t next = 0;
-  table[next++] = {captureServiceForm, captureServiceCommand};
-  for (const CommandForm& form : captureCommands) table[next++] = {form, runCaptureGroup};
-  for (const Command& command : otherCommands) table[next++] = command;
+  constexpr auto group = captureGroup(std::make_index_sequence<captureCommands.size()>());
+  std::array<Command, 1 + group.size() + otherCommands.size()> table{captureService};
+  auto* const rest = std::copy(group.begin(), group.end(), table.begin() + 1);
+  std::copy(otherCommands.begin(), otherCommands.end(), rest);
   return table;
 }();
 
+constexpr bool isNamedAsItActs(const Command& command) {
+  return command.form.name.starts_with(backgroundPrefix) == (command.actsOnInput == inBackground);
+}
+
+static_assert(std::all_of(allCommands.begin(), allCommands.end(), isNamedAsItActs));
+
+/// Null when there is no command of this name.
+const Command* commandNamed(std::string_view name) {
+  const auto* const command =
+      std::find_if(allCommands.begin(), allCommands.end(),
+                   [&](const Command& each) { return each.form.name == name; });
+  return command == allCommands.end() ? nullptr : command;
+}
+
+ActsOnInput actsOnInput(const Command* command, std::string_view name) {
+  if (command != nullptr) return command->actsOnInput;
+  return name.starts_with(backgroundPrefix) ? inBackground : no;
+}
+
 void dispatch(const Arguments& arguments) {
   if (arguments.size() < 2) fail("usage: driver <command> ...");
-  // What other commands are checked for is this one's to provide.
-  const Command& service = allCommands.front();
-  if (arguments[1] == service.form.name) {
-    requireArity(service.form, arguments);
-    service.handler(arguments);
-    return;
+  const std::string& name = arguments[1];
+  const Command* const command = commandNamed(name);
+  // What other commands are checked for is the service's to provide.
+  if (name != captureService.form.name) {
+    requireCaptureAlive();
+    checkInputContext(actsOnInput(command, name), arguments);
   }
-  requireCaptureAlive();
-  checkInputContext(arguments);
-  for (const Command& command : allCommands) {
-    if (command.form.name != arguments[1]) continue;
-    requireArity(command.form, arguments);
-    command.handler(arguments);
-    return;
-  }
-  fail("unknown command: " + arguments[1]);
+  if (command == nullptr) fail("unknown command: " + name);
+  requireArity(command->form, arguments);
+  command->handler(arguments);
 }
 
 }  // namespace

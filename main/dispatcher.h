@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "input/context.h"
 #include "main/arguments.h"
 
 namespace driver {
@@ -13,7 +14,10 @@ struct Command {
   CommandForm form;
 
   /// Runs the command on a command line of the right length: writes its reply, or never returns.
-  void (*handler)(const Arguments& arguments) = nullptr;
+  void (*handler)(const Arguments& arguments);
+
+  /// What is checked before the command runs. Every row says it.
+  ActsOnInput actsOnInput;
 };
 
 /// All commands, in the order in which names are compared.

@@ -18,9 +18,6 @@
 
 namespace driver {
 
-/// The words of a command line: the tool's own path, the command, its arguments.
-using Arguments = std::vector<std::string>;
-
 /// The value of field `sourceUserData` of every event this tool posts, by which its own watchers
 /// know it.
 inline constexpr std::int64_t ownEventTag = 0x5A545256;
@@ -104,7 +101,8 @@ struct Globals {
   std::vector<CoverLabel> guardHints;
   bool guardChinese = false;
 
-  Arguments args;
+  /// The words of the command line: the tool's own path, the command, its arguments.
+  std::vector<std::string> args;
 
   /// The positions in `args` of words that were no well-formed UTF-8.
   std::set<std::size_t> repairedArgs;

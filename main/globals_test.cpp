@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "main/arguments.h"
 #include "tests/support/inside.h"
 
 namespace driver {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/value.h"
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/types.h"
 #include "platform/workspace.h"
 

@@ -1,4 +1,5 @@
 """docs/ERRORS.md and the manual page driver(1)."""
+import json
 import re
 
 import table
@@ -31,9 +32,8 @@ def errors_page():
         "missing: without Accessibility it shows none of them, takes no events and says nothing of "
         "it; without Screen Recording windows have no titles, and scopes go by these. "
         "`scripts/doctor` tells.", ""]
-    groups = table.load("errors.json")["groups"]
     lines += ["| Group | Commands |", "|---|---|"]
-    for name, members in groups.items():
+    for name, members in table.groups().items():
         text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
         lines.append(f"| {name[1:]} | {text} |")
     lines.append("")
@@ -95,6 +95,16 @@ def manual():
     return frame.replace("@COMMANDS@", command_list()).replace("@ERRORS@", error_list())
 
 
+def catalogue():
+    """The catalogue itself, with the groups that the table tells brought up to date."""
+    text = (table.CONTRACT / "errors.json").read_text()
+    for name, members in table.groups().items():
+        line = json.dumps({name: members})[1:-1]
+        text = re.sub(rf'^    "{name}": [^\n]*?(,?)$', rf"    {line}\1", text, flags=re.M)
+    return text
+
+
 def files():
+    yield "packaging/contract/errors.json", catalogue()
     yield "docs/ERRORS.md", errors_page()
     yield "packaging/man/driver.1", manual()

@@ -79,7 +79,7 @@ def request_schema():
     texts = {"type": "array", "items": text}
     session = {"description": "A name of the client's choice.", **text}
     app = {"description": "A bundle identifier, a name, or pid: and a process id.", **text}
-    shared = ["capture", "bg-click", "bg-scroll", "bg-move", "bg-drag", "bg-focus-hold"]
+    shared = [command.name for command in table.commands() if command.is_shared]
     arguments = {**texts, "minItems": 2, "prefixItems": [{"enum": shared}, app]}
 
     def request(title, op, **more):
@@ -106,7 +106,7 @@ def held_focus_schema():
 
 
 def no_command_schema():
-    none = table.Command("", "", 0, None, False)
+    none = table.Command("", "", 0, None, False, "no", False)
     alternatives = [refusal(error, none) for error in table.errors()
                     if not error["commands"] or error.get("precondition")]
     return schema_of("no-command", "the reply of driver without a command that exists",

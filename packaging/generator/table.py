@@ -1,25 +1,27 @@
 """The command table and the error catalogue, as the generators and the tests read them."""
+import functools
 import json
+import os
 import re
+import subprocess
+import sys
 from pathlib import Path
 from typing import NamedTuple
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 CONTRACT = ROOT / "packaging" / "contract"
-TABLE_SOURCES = ("capture/service.h", "capture/commands.h", "main/dispatcher.cpp")
-
-# One row: {"name", "grammar", fewest, most, failure}; all but the first two may be missing.
-ROW = re.compile(
-    r'\{\s*"(?P<name>[a-z-]+)",\s*"(?P<grammar>[^"]*)"(?:,\s*(?P<fewest>\d+))?(?:,\s*(?P<most>\d+))?'
-    r"(?:,\s*(?P<failure>\w+))?\s*\}")
+BUILD = Path(os.environ.get("BUILD_FOLDER", ROOT / "build" / "release"))
 
 
 class Command(NamedTuple):
+    """One row, as the built program tells it."""
     name: str
     grammar: str
     fewest: int
     most: int | None
     has_own_failure: bool
+    acts_on_input: str
+    is_shared: bool
 
     @property
     def usage(self):
@@ -31,15 +33,15 @@ class Command(NamedTuple):
         return not self.has_own_failure and (self.fewest > 0 or self.most is not None)
 
 
+@functools.cache
 def commands():
     """All commands, in the order of the table."""
-    found = []
-    for source in TABLE_SOURCES:
-        for row in ROW.finditer((ROOT / source).read_text()):
-            most = row["most"]
-            found.append(Command(row["name"], row["grammar"], int(row["fewest"] or 0),
-                                 int(most) if most else None, row["failure"] is not None))
-    return found
+    program = BUILD / "command-table"
+    if not program.exists():
+        sys.exit(f"{program} is not built: cmake --preset release && "
+                 "cmake --build --preset release --target command-table")
+    lines = subprocess.run([program], capture_output=True, text=True, check=True).stdout
+    return [Command(**json.loads(line)) for line in lines.splitlines()]
 
 
 def load(name):
@@ -61,19 +63,31 @@ def whole_message(entry):
     return entry.get("inside", "{message}").replace("{message}", entry["message"])
 
 
+@functools.cache
 def errors():
     return load("errors.json")["errors"]
 
 
+@functools.cache
+def groups():
+    """The catalogue's groups of commands. Some are what the table says, whatever the file has."""
+    told = load("errors.json")["groups"]
+    everything = commands()
+    told["@background"] = [one.name for one in everything if one.acts_on_input == "in_background"]
+    told["@acting"] = [one.name for one in everything if one.acts_on_input == "yes"]
+    told["@accessibility"] = [one.name for one in everything if one.name.startswith("ax-")]
+    return told
+
+
 def commands_of(entry):
     """The names of the commands that an error belongs to."""
-    groups = load("errors.json")["groups"]
+    members = groups()
     names = []
     for name in entry["commands"]:
         if name == "@every":
             names += [command.name for command in commands() if command.name != "capture-service"]
         else:
-            names += groups.get(name, [name])
+            names += members.get(name, [name])
     return names
 
 

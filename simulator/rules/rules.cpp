@@ -105,6 +105,7 @@ void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
   if (flow == postingFlow_) pace_.before(call, postedSoFar(call), violations);
   if (isPost(call.function)) checkPost(call, violations);
   if (call.function == Function::screenshot) checkScreenshot(call, violations);
+  elements_.before(call, violations);
   insert_.before(call, violations);
   guard_.before(call, flow, violations);
   keys_.before(call, pace_.lastSleep(), livenessFailed_, violations);
@@ -121,6 +122,7 @@ void Rules::look() {
 void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size_t flow,
                   Violations& violations) {
   checkUserUntouched(call, violations);
+  elements_.after(call, answer);
   insert_.after(call, answer, faulty);
   guard_.after(call, answer, flow);
   checkStall(call, answer, violations);
@@ -281,14 +283,13 @@ void Rules::endRequest() {
   postedTo_.reset();
   lastIdentity_.reset();
   pace_.endRequest();
+  elements_.endRequest();
   timeouts_.clear();
 }
 
 void Rules::noteSession(const Answer& answer) {
-  const auto session = driver::unpack<std::optional<windowserver::Session>>(answer.value);
   operationsWhileUnusable_ = 0;
-  checkedUnusable_ =
-      session && (session->locked.value_or(false) || !session->onConsole.value_or(true));
+  checkedUnusable_ = !tellsUsable(answer);
   everUnusable_ = everUnusable_ || checkedUnusable_;
 }
 

@@ -10,6 +10,7 @@
 #include "platform/call.h"
 #include "simulator/mac/mac.h"
 #include "simulator/rules/clipboard.h"
+#include "simulator/rules/elements.h"
 #include "simulator/rules/guard.h"
 #include "simulator/rules/insert.h"
 #include "simulator/rules/keys.h"
@@ -86,6 +87,7 @@ class Rules {
   std::set<Pid> sawInFront_;  // since it was given focus
 
   // The rest.
+  ElementRules elements_;
   InsertRules insert_;
   GuardRules guard_;
   KeyRules keys_;

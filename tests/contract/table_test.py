@@ -37,14 +37,25 @@ class Table(unittest.TestCase):
                 run = mac.driver(command.name)
                 self.assertNotEqual(f"unknown command: {command.name}", run.reply.get("error"))
 
-    def test_is_the_whole_table(self):
-        source = (ROOT / "main/dispatcher.cpp").read_text()
-        count = int(re.search(r"std::array<Command, (\d+)> otherCommands", source)[1])
-        group = (ROOT / "capture/commands.h").read_text()
-        count += int(re.search(r"std::array<CommandForm, (\d+)> captureCommands", group)[1]) + 1
+    def test_has_each_name_once(self):
         names = [command.name for command in table.commands()]
-        self.assertEqual(count, len(names))
         self.assertEqual(len(names), len(set(names)))
+
+    def test_has_every_command_described_and_no_other(self):
+        self.assertEqual(sorted(command.name for command in table.commands()),
+                         sorted(table.load("commands.json")))
+
+    def test_tells_which_commands_a_locked_screen_refuses(self):
+        unasked = {"lock-guard", "keep-awake", "capture-service"}
+        refusal = "the Mac is locked or not on console; background input is unavailable"
+        with Mac(EMPTY) as mac:
+            mac.tell("lock")
+            for command in table.commands():
+                if command.name in unasked:
+                    continue
+                with self.subTest(command=command.name):
+                    refused = mac.driver(command.name).reply.get("error") == refusal
+                    self.assertEqual(command.acts_on_input != "no", refused)
 
     def test_is_what_the_generated_files_were_made_from(self):
         check = subprocess.run([sys.executable, ROOT / "scripts/generate-contract", "--check"],

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "base/utf8.h"
-#include "capture/commands.h"
 #include "capture/service_request.h"
 #include "platform/json.h"
 #include "platform/types.h"
@@ -93,12 +92,10 @@ void wrap(Random& random, std::string& line) {
   if (below(random, 64) == 0) line.append(below(random, 100'000), ' ');
 }
 
-bool isSharedCommand(const driver::Arguments& arguments, const std::string& app) {
-  bool known = false;
-  for (const driver::CommandForm& form : driver::captureCommands) {
-    known = known || (form.name == arguments[0] && form.name != "capture-probe");
-  }
-  return known && arguments.size() >= 2 && arguments[1] == app;
+bool isShared(const driver::SharedCommand& shared, const std::string& app) {
+  const driver::CaptureCommand& command = *shared.command;
+  return shared.words.size() >= 2 && shared.words[0] == command.form.name &&
+         shared.words[1] == app && command.inSession != driver::InSession::refused;
 }
 
 }  // namespace
@@ -131,8 +128,8 @@ std::string complaintAbout(const std::string& line) {
   if (!driver::isUtf8(request->op + request->session)) return "a text is ill-formed";
   const std::string app = driver::appOf(*request).value_or("Notes");
   driver::scopeOf(*request);
-  const auto arguments = driver::sharedCommandOf(*request, app);
-  if (arguments && !isSharedCommand(*arguments, app)) return "a command that is not shared";
+  const auto shared = driver::sharedCommandOf(*request, app);
+  if (shared && !isShared(*shared, app)) return "a command that is not shared";
   const auto written = json::write(driver::Value(request->entries));
   return json::parse(written) == driver::Value(request->entries) ? "" : "it reads differently";
 }

@@ -7,6 +7,7 @@
 
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
+#include "simulator/rules/replies.h"
 #include "simulator/text/parse.h"
 #include "tests/support/channels.h"
 #include "tests/support/seen_replies.h"
@@ -47,14 +48,6 @@ std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall
     names.emplace_back(platform::functionNames[static_cast<std::size_t>(function)]);
   }
   return names;
-}
-
-/// A process with several flows, which the forked mode does not do.
-bool isLongLived(const std::vector<std::string>& arguments) {
-  if (arguments.empty()) return false;
-  const std::string& command = arguments[0];
-  return command == "capture-service" || command == "lock-guard" || command == "watch-input" ||
-         command == "keep-awake";
 }
 
 /// The handles that the start-up values of a run hold until the next run.
@@ -111,7 +104,8 @@ Result TestMac::driverWith(const std::vector<std::string>& arguments,
                            const Environment& environment) {
   std::vector<std::string> commandLine = {"driver"};
   commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
-  const bool isService = isLongLived(arguments);
+  // A process with several flows, which the forked mode does not do.
+  const bool isService = !arguments.empty() && simulator::isLongLived(arguments[0]);
   const Result result = record(commandLine, environment, [&](std::size_t client) {
     return mode_ == Mode::direct || isService ? runDirect(*desktop_, client, commandLine)
                                               : runForked(*desktop_, client, commandLine);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
+#include "main/dispatcher.h"
 #include "simulator/text/parse.h"
 #include "tests/support/simulated_run.h"
 
@@ -195,6 +197,18 @@ TEST_P(accessibility_sweep, loses_two_time_outs_to_a_hang_at_any_call) {
     run(mac, scenario);
     const auto due = static_cast<simulator::Microseconds>(timeOutsDue(scenario, calls, call));
     EXPECT_EQ(lostTime(mac), due * 6'000'000);
+  }
+}
+
+TEST(accessibility_sweep_scenarios, have_every_command_that_reads_or_operates_elements) {
+  std::set<std::string_view> swept;
+  const std::vector<Scenario> all = scenarios();
+  for (const Scenario& scenario : all) swept.insert(scenario.commandLine.front());
+  for (const driver::Command& command : driver::commands()) {
+    const std::string_view name = command.form.name;
+    if (command.actsOnInput == driver::ActsOnInput::yes || name.starts_with("ax-")) {
+      EXPECT_TRUE(swept.contains(name)) << name;
+    }
   }
 }
 

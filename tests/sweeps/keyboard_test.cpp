@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <set>
 
+#include "capture/commands.h"
+#include "main/dispatcher.h"
 #include "simulator/text/parse.h"
 #include "tests/support/simulated_run.h"
 
@@ -163,6 +166,19 @@ TEST_P(keyboard_sweep, breaks_no_rule_when_two_things_go_wrong) {
     TestMac mac(world(), {first, second}, Mode::direct);
     mac.driverWith(scenario.arguments, scenario.environment);
     if (HasFailure()) return;
+  }
+}
+
+TEST(keyboard_sweep_scenarios, have_every_command_in_the_background_but_the_capture_group) {
+  std::set<std::string_view> swept;
+  const std::vector<Scenario> all = scenarios();
+  for (const Scenario& scenario : all) swept.insert(scenario.arguments.front());
+  for (const driver::CaptureCommand& command : driver::captureCommands) {
+    swept.insert(command.form.name);  // by tests/sweeps/pointer_test.cpp
+  }
+  for (const driver::Command& command : driver::commands()) {
+    if (command.actsOnInput != driver::ActsOnInput::inBackground) continue;
+    EXPECT_TRUE(swept.contains(command.form.name)) << command.form.name;
   }
 }
 

@@ -6,7 +6,9 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <set>
 
+#include "capture/commands.h"
 #include "simulator/text/parse.h"
 #include "tests/support/simulated_run.h"
 
@@ -155,6 +157,16 @@ TEST_P(fault_sweep, breaks_no_rule) {
   }
   RecordProperty("runs", static_cast<int>(runs));
   EXPECT_GT(runs, calls.size());
+}
+
+TEST(fault_sweep_scenarios, have_every_command_of_the_capture_group) {
+  std::set<std::string> swept;
+  for (const Scenario& scenario : scenarios()) {
+    swept.insert(scenario.commandLine.substr(0, scenario.commandLine.find(' ')));
+  }
+  for (const driver::CaptureCommand& command : driver::captureCommands) {
+    EXPECT_TRUE(swept.contains(std::string(command.form.name))) << command.form.name;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(commands, fault_sweep, testing::ValuesIn(scenarios()),

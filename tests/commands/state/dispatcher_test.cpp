@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
+#include "capture/commands.h"
 #include "tests/support/inside.h"
 
 namespace driver {
@@ -22,26 +24,14 @@ constexpr const char* desk = R"(
 constexpr const char* sharingStopped =
     "native screen sharing stopped; background input is disabled";
 
-/// All names in the order in which they are compared.
-constexpr std::string_view namesInOrder[] = {
-    "capture-service", "capture",        "bg-click",       "bg-scroll",
-    "bg-move",         "bg-drag",        "bg-focus-hold",  "capture-probe",
-    "focus-release",   "bg-key",         "bg-type",        "bg-paste-files",
-    "watch-input",     "permissions",    "scene",          "lock-now",
-    "lock-serve",      "lock-arm",       "lock-disarm",    "lock-status",
-    "lock-query",      "lock-unlock",    "lock-guard",     "keep-awake",
-    "session",         "windows",        "ax-find-text",   "ax-texts-at",
-    "ax-press-child",  "ax-at",          "ax-press",       "ax-press-in-document",
-    "ax-press-exact",  "ax-match",       "ax-press-match", "ax-popup-items",
-    "ax-slider",       "ax-insert",      "ax-focus",       "reveal",
-    "ax-menu",         "ax-menubar",     "ax-list",        "ax-dump",
-    "ax-modal",        "ax-modal-press", "ax-focused",     "ax-set-value",
-};
+constexpr const char* locked =
+    "the Mac is locked or not on console; background input is unavailable";
 
-TEST(command_table, has_its_names_in_the_order_of_dispatch) {
-  std::vector<std::string_view> names;
-  for (const Command& command : commands()) names.push_back(command.form.name);
-  EXPECT_EQ(names, std::vector<std::string_view>(std::begin(namesInOrder), std::end(namesInOrder)));
+TEST(command_table, has_each_name_once) {
+  std::set<std::string_view> names;
+  for (const Command& command : commands()) {
+    EXPECT_TRUE(names.insert(command.form.name).second) << command.form.name;
+  }
 }
 
 TEST(command_table, has_a_handler_in_each_row) {
@@ -49,9 +39,57 @@ TEST(command_table, has_a_handler_in_each_row) {
     EXPECT_NE(command.handler, nullptr) << command.form.name;
 }
 
-TEST(command_table, has_one_handler_for_the_capture_group) {
-  ASSERT_GE(commands().size(), 8U);
-  for (std::size_t i = 1; i < 8; ++i) EXPECT_EQ(commands()[i].handler, commands()[1].handler);
+TEST(command_table, has_the_capture_group_as_it_stands) {
+  ASSERT_GT(commands().size(), captureCommands.size());
+  std::set<void (*)(const Arguments&)> handlers;
+  for (std::size_t i = 0; i < captureCommands.size(); ++i) {
+    const Command& command = commands()[i + 1];  // after the capture service
+    EXPECT_EQ(command.form.name, captureCommands[i].form.name);
+    EXPECT_EQ(command.actsOnInput, captureCommands[i].actsOnInput) << command.form.name;
+    EXPECT_TRUE(handlers.insert(command.handler).second) << command.form.name;
+  }
+}
+
+TEST(driver, refuses_each_command_that_acts_on_input_while_the_screen_is_locked) {
+  for (const Command& command : commands()) {
+    if (command.actsOnInput == ActsOnInput::no) continue;
+    TestMac mac(std::string(desk) + "    session locked\n");
+    const std::string name(command.form.name);
+    EXPECT_EQ(seen(mac.driver(name)), failure(locked));
+    EXPECT_EQ(seen(mac.driver(name + " Notes 130 95 x y")), failure(locked)) << name;
+  }
+}
+
+TEST(driver, refuses_each_command_in_the_background_while_the_foreground_is_unknown) {
+  for (const Command& command : commands()) {
+    if (command.actsOnInput != ActsOnInput::inBackground) continue;
+    TestMac mac(desk, {"private.front-process 1 error -600"});
+    EXPECT_EQ(seen(mac.driver(std::string(command.form.name))),
+              failure("current foreground process is unavailable"))
+        << command.form.name;
+  }
+}
+
+TEST(driver, checks_unknown_names_by_how_they_begin) {
+  TestMac mac(std::string(desk) + "    session locked\n");
+  for (const char* name : {"bg-fly", "bg-"}) {
+    EXPECT_EQ(seen(mac.driver(name)), failure(locked)) << name;
+    EXPECT_EQ(seen(mac.driverWith({name, "Notes"})), failure(locked)) << name;
+  }
+  for (const char* name : {"bg", "xbg-click", "BG-click", "Ax-press", "fly", ""}) {
+    const Result run = mac.driverWith({name, "Browser"}, {{"CU_WINDOW", "inbox"}});
+    EXPECT_EQ(seen(run), failure("unknown command: " + std::string(name)));
+    EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "windowserver.session"), 0) << name;
+  }
+}
+
+TEST(driver, asks_for_the_foreground_before_it_tells_that_a_name_is_unknown) {
+  TestMac mac(std::string(desk) + "    missing GetFrontProcess\n");
+  EXPECT_EQ(seen(mac.driver("bg-fly")), failure("current foreground process is unavailable"));
+  TestMac scoped(desk);
+  EXPECT_EQ(seen(scoped.driver("bg-fly pid:40", {{"CU_WINDOW", "inbox"}})),
+            failure("another window of the target app currently owns the user's keyboard; "
+                    "background input will not switch it"));
 }
 
 TEST(driver, without_a_command_tells_its_usage) {

@@ -1,0 +1,123 @@
+#include "simulator/rules/elements.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/window_server.h"
+#include "tests/support/broken_run.h"
+
+namespace simulator {
+
+namespace {
+
+using driver::pack;
+using platform::ElementReference;
+using platform::Function;
+using testing_support::BrokenRun;
+using testing_support::Sentences;
+
+const Sentences none;
+const Sentences unasked = {"I21: acted on an element before any session check"};
+const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
+
+/// A run whose calls concern the element 2 of Notes.
+class RunOnElements : public BrokenRun {
+ protected:
+  void press() {
+    before(Function::axPerform, {pack(ElementReference{41, 2}), pack(std::string("AXPress"))});
+  }
+
+  void write(const char* attribute) {
+    before(Function::axSetAttribute,
+           {pack(ElementReference{41, 2}), pack(std::string(attribute)), pack(true)});
+  }
+};
+
+TEST_F(RunOnElements, may_act_once_the_session_was_found_usable) {
+  checkSession();
+  press();
+  write("AXFocused");
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(RunOnElements, may_not_act_before_it_has_asked_whatever_the_session_is) {
+  press();
+  EXPECT_EQ(std::exchange(violations_, {}), unasked);
+  mac_.world.session.locked = true;
+  press();
+  EXPECT_EQ(std::exchange(violations_, {}), unasked);
+  write("AXValue");
+  EXPECT_EQ(violations_, unasked);
+}
+
+TEST_F(RunOnElements, may_not_act_while_the_screen_was_found_locked) {
+  mac_.world.session.locked = true;
+  checkSession();
+  press();
+
+  EXPECT_EQ(violations_, unusable);
+}
+
+TEST_F(RunOnElements, may_not_act_while_another_user_was_found_at_the_console) {
+  mac_.world.session.onConsole = false;
+  checkSession();
+  write("AXMinimized");
+
+  EXPECT_EQ(violations_, unusable);
+}
+
+TEST_F(RunOnElements, goes_by_the_latest_check) {
+  checkSession();
+  mac_.world.session.locked = true;
+  press();  // nobody has told it yet
+  EXPECT_EQ(violations_, none);
+  checkSession();
+  press();
+  EXPECT_EQ(std::exchange(violations_, {}), unusable);
+  mac_.world.session.locked = false;
+  checkSession();
+  press();
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(RunOnElements, may_take_a_session_that_is_not_told_for_usable) {
+  call(Function::session, {}, pack(std::optional<windowserver::Session>()));
+  press();
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(RunOnElements, may_enable_an_application_at_any_time) {
+  write("AXManualAccessibility");
+  mac_.world.session.locked = true;
+  checkSession();
+  write("AXEnhancedUserInterface");
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(RunOnElements, may_read_at_any_time) {
+  before(Function::axAttribute, {pack(ElementReference{41, 2}), pack(std::string("AXValue"))});
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(RunOnElements, asks_anew_for_each_request_of_a_service) {
+  client_.arguments = {"driver", "capture-service", "/lock"};
+  checkSession();
+  press();
+  EXPECT_EQ(violations_, none);
+  call(Function::acquireOutput, {});
+  press();
+
+  EXPECT_EQ(violations_, unasked);
+}
+
+}  // namespace
+
+}  // namespace simulator
