@@ -52,11 +52,29 @@ TEST(control, help_names_every_command) {
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.errors, "");
   for (const char* name :
-       {"run",   "serve",   "screenshot", "state",   "journal", "trace", "violations",
-        "fault", "advance", "user",       "lock",    "unlock",  "leave", "return",
-        "quit",  "front",   "hang",       "recover", "end",     "remove"}) {
+       {"run",   "serve",   "screenshot", "state",   "journal", "trace",  "violations",
+        "fault", "advance", "user",       "lock",    "unlock",  "leave",  "return",
+        "quit",  "front",   "hang",       "recover", "end",     "remove", "help"}) {
     EXPECT_NE(help.output.find(std::string("\n  ") + name), std::string::npos) << name;
   }
+  EXPECT_EQ(seen(run({simulatedMacPath(), "help"})), "0 " + help.output);
+}
+
+TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
+  const std::string path = simulatedMacPath();
+  const std::string calls = seen(run({path, "help", "calls"}));
+
+  EXPECT_EQ(calls.substr(0, calls.find("1       ")),
+            "0 NUMBER  CALL                                ANSWER                  OUTCOMES\n"
+            "0       loop.uptime                         fixed                   before\n");
+  EXPECT_NE(calls.find("\n76      share.screenshot                    platform error or none  "
+                       "thrown, late, before\n"),
+            std::string::npos)
+      << calls;
+  EXPECT_EQ(seen(run({path, "help", "weather"})),
+            failure("unknown topic: weather; the topics are calls, outcomes"));
+  EXPECT_EQ(seen(run({path, "help", "calls", "outcomes"})),
+            failure("usage: simulated-mac help [TOPIC]"));
 }
 
 TEST(control, locks_and_unlocks) {

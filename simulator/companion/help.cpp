@@ -1,0 +1,104 @@
+#include "simulator/companion/help.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/seam_calls.h"
+#include "simulator/companion/failure.h"
+#include "simulator/fault_outcomes.h"
+
+namespace companion {
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+/// The headings, then what stands below them.
+using Table = std::vector<Row>;
+
+constexpr std::string_view gap = "  ";
+
+void addTo(std::string& list, std::string_view entry) {
+  if (!list.empty()) list += ", ";
+  list += entry;
+}
+
+Table calls() {
+  Table table = {{"NUMBER", "CALL", "ANSWER", "OUTCOMES"}};
+  for (std::size_t i = 0; i < platform::functionNames.size(); ++i) {
+    const auto function = static_cast<platform::Function>(i);
+    const platform::Shape shape = platform::shapeOf(function);
+    std::string admitted;
+    for (const std::string_view name : simulator::outcomeNames(shape)) addTo(admitted, name);
+    table.push_back({std::to_string(i), std::string(platform::nameOf(function)),
+                     std::string(textOf(shape)), admitted});
+  }
+  return table;
+}
+
+Table outcomes() {
+  Table table = {{"OUTCOME", "EFFECT", "ANSWERS"}};
+  for (const simulator::OutcomeRow& row : simulator::outcomeRows()) {
+    std::string form(row.name);
+    if (!row.argument.empty()) form += " " + std::string(row.argument);
+    std::string answers;
+    for (const simulator::Way& way : row.ways) addTo(answers, textOf(way.shape));
+    if (row.ways.size() == platform::shapeTexts.size()) answers = "all";
+    table.push_back({form, std::string(row.effect), answers});
+  }
+  return table;
+}
+
+struct Topic {
+  std::string_view name;
+  std::string_view summary;
+  Table (*table)();
+};
+
+constexpr std::array topics = {
+    Topic{"calls",
+          "what a process can ask of a Mac, the form of the answer, how a fault can change it",
+          calls},
+    Topic{"outcomes", "what a fault can make of a call, and of which forms of answers", outcomes},
+};
+
+std::vector<std::size_t> widths(const Table& table) {
+  std::vector<std::size_t> result(table.front().size());
+  for (const Row& row : table) {
+    for (std::size_t i = 0; i < row.size(); ++i) result[i] = std::max(result[i], row[i].size());
+  }
+  return result;
+}
+
+std::string aligned(const Table& table) {
+  const std::vector<std::size_t> columns = widths(table);
+  std::string text;
+  for (const Row& row : table) {
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+      text += row[i] + std::string(columns[i] - row[i].size(), ' ') + std::string(gap);
+    }
+    text += row.back() + "\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string topicLines() {
+  std::string text;
+  for (const Topic& topic : topics) {
+    text += std::string(gap) + std::string(topic.name) + ": " + std::string(topic.summary) + "\n";
+  }
+  return text;
+}
+
+std::string topicText(std::string_view name) {
+  std::string names;
+  for (const Topic& topic : topics) {
+    if (topic.name == name) return aligned(topic.table());
+    names += (names.empty() ? "" : ", ") + std::string(topic.name);
+  }
+  throw Failure("unknown topic: " + std::string(name) + "; the topics are " + names);
+}
+
+}  // namespace companion
