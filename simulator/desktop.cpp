@@ -5,8 +5,8 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/calls/client_happenings.h"
-#include "simulator/calls/sharing_streams.h"
 #include "simulator/input/taps.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/fields.h"

@@ -1,6 +1,6 @@
 #include "simulator/calls/client_happenings.h"
 
-#include "simulator/calls/sharing_streams.h"
+#include "simulator/mac/sharing_streams.h"
 
 namespace simulator {
 
