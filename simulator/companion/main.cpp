@@ -9,6 +9,7 @@
 
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/help.h"
 #include "simulator/companion/run.h"
 #include "simulator/companion/serve.h"
 
@@ -79,8 +80,8 @@ constexpr const char* introduction =
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
-    "All commands but the first two go to the Mac that SIMULATED_MAC names. They print lines of\n"
-    "JSON; whatever goes wrong is one line with an \"error\", and status 1.\n"
+    "All commands but run, serve and help go to the Mac that SIMULATED_MAC names. They print\n"
+    "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1.\n"
     "\n";
 
 std::string formOf(const Command& command) {
@@ -98,13 +99,27 @@ std::string usage() {
   return "usage: simulated-mac " + names + " ...; \"simulated-mac --help\" tells more";
 }
 
-int printHelp() {
-  constexpr int indentation = 4;
-  std::cout << introduction;
-  for (const Command& command : commands) {
-    std::cout << "  " << formOf(command) << "\n"
-              << std::setw(indentation + 2) << "" << command.summary << "\n";
+int help(const Words& words);
+
+constexpr Command helpCommand = {"help", "[TOPIC]", "print this, or what is known of a topic",
+                                 0,      1,         help};
+
+void printCommand(const Command& command) {
+  constexpr int indentation = 6;
+  std::cout << "  " << formOf(command) << "\n"
+            << std::setw(indentation) << "" << command.summary << "\n";
+}
+
+/// The commands, or with a topic its table. It needs no Mac.
+int help(const Words& words) {
+  if (words.size() > 1) {
+    std::cout << topicText(words[1]);
+    return 0;
   }
+  std::cout << introduction;
+  for (const Command& command : commands) printCommand(command);
+  printCommand(helpCommand);
+  std::cout << "\nTopics:\n\n" << topicLines();
   return 0;
 }
 
@@ -127,7 +142,8 @@ int carryOut(const Command& command, const Words& words) {
 
 int main(const Words& words) {
   if (words.empty()) return fail(usage());
-  if (words[0] == "--help" || words[0] == "help") return printHelp();
+  if (words[0] == "--help") return help({words[0]});
+  if (words[0] == helpCommand.name) return carryOut(helpCommand, words);
   for (const Command& command : commands) {
     if (command.name == words[0]) return carryOut(command, words);
   }

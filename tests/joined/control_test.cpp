@@ -52,11 +52,25 @@ TEST(control, help_names_every_command) {
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.errors, "");
   for (const char* name :
-       {"run",   "serve",   "screenshot", "state",   "journal", "trace", "violations",
-        "fault", "advance", "user",       "lock",    "unlock",  "leave", "return",
-        "quit",  "front",   "hang",       "recover", "end",     "remove"}) {
+       {"run",   "serve",   "screenshot", "state",   "journal", "trace",  "violations",
+        "fault", "advance", "user",       "lock",    "unlock",  "leave",  "return",
+        "quit",  "front",   "hang",       "recover", "end",     "remove", "help"}) {
     EXPECT_NE(help.output.find(std::string("\n  ") + name), std::string::npos) << name;
   }
+  EXPECT_EQ(seen(run({simulatedMacPath(), "help"})), "0 " + help.output);
+}
+
+TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
+  const std::string path = simulatedMacPath();
+  const Finished calls = run({path, "help", "calls"});
+
+  EXPECT_EQ(calls.status, 0);
+  EXPECT_EQ(calls.output.rfind("NUMBER  CALL\n0       loop.uptime\n1       loop.calendar\n", 0), 0)
+      << calls.output;
+  EXPECT_EQ(seen(run({path, "help", "weather"})),
+            failure("unknown topic: weather; the topics are calls"));
+  EXPECT_EQ(seen(run({path, "help", "calls", "outcomes"})),
+            failure("usage: simulated-mac help [TOPIC]"));
 }
 
 TEST(control, locks_and_unlocks) {
