@@ -5,6 +5,9 @@
 
 #include "platform/call.h"
 #include "simulator/companion/failure.h"
+#include "simulator/text/habits.h"
+#include "simulator/text/happenings.h"
+#include "simulator/text/reactions.h"
 
 namespace companion {
 
@@ -25,6 +28,37 @@ Table calls() {
   return table;
 }
 
+/// A phrase with what follows it.
+template <class Kind>
+std::string formOf(const Kind& kind) {
+  return std::string(kind.phrase) + (*kind.arguments == '\0' ? "" : " ") + kind.arguments;
+}
+
+Table happenings() {
+  Table table = {{"HAPPENING", "MEANING", "TOLD"}};
+  for (const simulator::HappeningKind& kind : simulator::happeningKinds()) {
+    const std::string told = kind.notTold == nullptr ? "yes" : std::string("no: ") + kind.notTold;
+    table.push_back({simulator::formOf(kind), kind.description, told});
+  }
+  return table;
+}
+
+Table reactions() {
+  Table table = {{"REACTION", "EFFECT"}};
+  for (const simulator::ReactionKind& kind : simulator::reactionKinds()) {
+    table.push_back({formOf(kind), kind.description});
+  }
+  return table;
+}
+
+Table habits() {
+  Table table = {{"HABIT", "MEANING", "TIMES"}};
+  for (const simulator::Habit& habit : simulator::habits()) {
+    table.push_back({formOf(habit), habit.description, habit.repeatable ? "any" : "one"});
+  }
+  return table;
+}
+
 struct Topic {
   std::string_view name;
   std::string_view summary;
@@ -33,6 +67,10 @@ struct Topic {
 
 constexpr std::array topics = {
     Topic{"calls", "every call that a process can make of a Mac", calls},
+    Topic{"happenings", "what a world can script, and which of it a running Mac can be told",
+          happenings},
+    Topic{"reactions", "what an element can do when it is clicked", reactions},
+    Topic{"habits", "what a world can say of an element", habits},
 };
 
 std::vector<std::size_t> widths(const Table& table) {

@@ -23,8 +23,7 @@ constexpr HappeningEffect sends(Input input) { return {nullptr, input}; }
 
 /// For `notTold`: a running Mac can be told so.
 constexpr const char* told = nullptr;
-constexpr const char* ownSignals =
-    "its processes are real: `kill` sends them signals, in the way of the system";
+constexpr const char* ownSignals = "its processes are real, and get their signals from the system";
 constexpr const char* ownStreams =
     "its processes are real: each has a standard input and output of its own";
 

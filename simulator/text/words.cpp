@@ -86,15 +86,6 @@ Phrases textsOf(const std::vector<Remainder>& remainders) {
   return texts;
 }
 
-Phrases eachFirstWord(const Phrases& phrases) {
-  Phrases found;
-  for (const std::string_view phrase : phrases) {
-    const std::string_view word = firstWord(phrase);
-    if (std::find(found.begin(), found.end(), word) == found.end()) found.push_back(word);
-  }
-  return found;
-}
-
 std::string neededAfter(const Phrases& following) {
   if (following.size() == 1) return "'" + std::string(following[0]) + "' after it";
   if (following.size() == 2) return std::string(following[0]) + " or " + std::string(following[1]);
@@ -231,6 +222,15 @@ std::string quotedWord(std::string_view word) {
     quoted += c;
   }
   return quoted + '"';
+}
+
+Phrases eachFirstWord(const Phrases& phrases) {
+  Phrases found;
+  for (const std::string_view phrase : phrases) {
+    const std::string_view word = firstWord(phrase);
+    if (std::find(found.begin(), found.end(), word) == found.end()) found.push_back(word);
+  }
+  return found;
 }
 
 std::string firstWords(const Phrases& phrases) {

@@ -100,6 +100,9 @@ Phrases phrasesOf(const std::array<Row, count>& rows) {
 /// The words that the phrases begin with, each once, for an error: "lock, quit, user".
 std::string firstWords(const Phrases& phrases);
 
+/// These words.
+Phrases eachFirstWord(const Phrases& phrases);
+
 /// "one of lock, quit, user".
 std::string oneOf(const Phrases& phrases);
 
