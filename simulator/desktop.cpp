@@ -164,7 +164,7 @@ std::optional<Microseconds> Desktop::nextScripted() const {
 
 std::string traceLine(const TraceEntry& entry) {
   std::string line = milliseconds(entry.at) + " ms #" + std::to_string(entry.client) + " ";
-  line += platform::functionNames[static_cast<std::size_t>(entry.call.function)];
+  line += platform::nameOf(entry.call.function);
   for (const auto& argument : entry.call.arguments) line += " " + datumText(argument);
   line += " -> " + datumText(entry.answer);
   return entry.faulty ? line + " (fault)" : line;

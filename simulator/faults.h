@@ -1,35 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/call.h"
-#include "simulator/mac/mac.h"
-#include "simulator/world/world.h"
+#include "simulator/fault_outcomes.h"
 
-/// What can go wrong with a call.
+/// Faults: which call goes wrong, and how.
 namespace simulator {
-
-/// One admissible outcome of a call other than what the world gives.
-struct Outcome {
-  enum class Kind {
-    absent,     // nothing where something may be missing
-    refused,    // false, or a post that vanishes
-    empty,      // a list without entries
-    wrong,      // values of other types than expected, or that are no numbers
-    error,      // `code`
-    thrown,     // a platform error
-    hang,       // no answer within the messaging time-out
-    late,       // the world's answer, a second later
-    happening,  // the world's answer, after `happening`
-  };
-  Kind kind = Kind::absent;
-  std::int32_t code = 0;
-  Happening happening;
-};
 
 /// A fault: the calls it strikes and what they give.
 struct Fault {
@@ -43,13 +22,6 @@ struct Fault {
 /// that matter to `world`, with `target` as the application a command is about.
 std::vector<Outcome> admissibleOutcomes(platform::Function function, const World& world,
                                         Pid target);
-
-/// The answer a fault gives in place of the world's; none when the world answers (late, happening).
-/// A fault must be admissible.
-std::optional<Answer> faultyAnswer(const platform::Call& call, const Outcome& outcome);
-
-/// What the outcome adds to the time the world takes.
-Microseconds delayOf(const Outcome& outcome);
 
 /// The fault as one line, "quartz.post 3+ before lock", and back. The "+" says "and onwards"; "any"
 /// in place of the function counts all calls. Throws WorldError for a line that cannot be read or

@@ -70,9 +70,12 @@ TEST(faults, that_cannot_be_read_are_refused_with_a_reason) {
       {"private.post-record 1 error", "expected an error code"},
       {"private.post-record 1 error x", "expected an error code"},
       {"share.content 1 thrown twice", "more than one outcome"},
-      {"loop.sleep 1 absent", "loop.sleep does not admit that outcome"},
-      {"share.content 1 hang", "share.content does not admit that outcome"},
-      {"any 1 absent", "any does not admit that outcome"}};
+      {"loop.sleep 1 absent", "loop.sleep does not admit that outcome; it admits before"},
+      {"private.post 1 late",
+       "private.post does not admit that outcome; it admits refused or before"},
+      {"share.content 1 hang",
+       "share.content does not admit that outcome; it admits empty, wrong, thrown, late or before"},
+      {"any 1 absent", "any does not admit that outcome; it admits before"}};
   for (const auto& [text, reason] : cases) {
     EXPECT_NE(errorOf(text).find(reason), std::string::npos) << text << ": " << errorOf(text);
   }
@@ -99,7 +102,13 @@ TEST(admissibleOutcomes, follow_the_form_of_the_answer) {
   EXPECT_EQ(outcomesOf(Function::axSetAttribute),
             with({"error -25200", "error -25202", "error -25204", "error -25205", "error -25211",
                   "error -25212", "hang", "late"}));
+  const std::vector<std::string> messages = {"error -25200", "error -25202", "error -25204",
+                                             "error -25205", "error -25211", "error -25212",
+                                             "hang",         "late"};
+  EXPECT_EQ(outcomesOf(Function::axActionNames), with(messages));
+  EXPECT_EQ(outcomesOf(Function::axElementAt), with(messages));
   EXPECT_EQ(outcomesOf(Function::axAttributes).front(), "wrong");
+  EXPECT_EQ(outcomesOf(Function::axAttributes).size(), 1 + with(messages).size());
   EXPECT_EQ(outcomesOf(Function::shareContent), with({"empty", "wrong", "thrown", "late"}));
   EXPECT_EQ(outcomesOf(Function::screenshot), with({"thrown", "late"}));
   EXPECT_EQ(outcomesOf(Function::createKeyboardEvent), with({"absent"}));
@@ -130,6 +139,16 @@ TEST(admissibleOutcomes, let_somebody_copy_where_the_pasteboard_matters) {
   EXPECT_EQ(last(Function::clearPasteboard), "pasteboard.clear 1 before user copy newer");
   EXPECT_EQ(last(Function::sleep), "loop.sleep 1 before user copy newer");
   EXPECT_EQ(last(Function::uptime), "loop.uptime 1 before leave console");
+}
+
+TEST(outcomes, take_the_arguments_that_their_rows_name) {
+  for (const OutcomeRow& row : outcomeRows()) {
+    std::size_t index = 0;
+    while (row.wayFor(platform::shapeOf(static_cast<Function>(index))) == nullptr) ++index;
+    const std::string fault =
+        std::string(platform::functionNames[index]) + " 1 " + std::string(row.name);
+    EXPECT_EQ(errorOf(fault) == "none", row.argument.empty()) << fault << ": " << errorOf(fault);
+  }
 }
 
 TEST(admissibleOutcomes, can_all_be_given) {

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/call.h"
+#include "platform/seam_calls.h"
 #include "simulator/companion/failure.h"
+#include "simulator/fault_outcomes.h"
 #include "simulator/text/habits.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/reactions.h"
@@ -20,10 +21,33 @@ using Table = std::vector<Row>;
 
 constexpr std::string_view gap = "  ";
 
+void addTo(std::string& list, std::string_view entry) {
+  if (!list.empty()) list += ", ";
+  list += entry;
+}
+
 Table calls() {
-  Table table = {{"NUMBER", "CALL"}};
-  for (const std::string_view name : platform::functionNames) {
-    table.push_back({std::to_string(table.size() - 1), std::string(name)});
+  Table table = {{"NUMBER", "CALL", "ANSWER", "OUTCOMES"}};
+  for (std::size_t i = 0; i < platform::functionNames.size(); ++i) {
+    const auto function = static_cast<platform::Function>(i);
+    const platform::Shape shape = platform::shapeOf(function);
+    std::string admitted;
+    for (const std::string_view name : simulator::outcomeNames(shape)) addTo(admitted, name);
+    table.push_back({std::to_string(i), std::string(platform::nameOf(function)),
+                     std::string(textOf(shape)), admitted});
+  }
+  return table;
+}
+
+Table outcomes() {
+  Table table = {{"OUTCOME", "EFFECT", "ANSWERS"}};
+  for (const simulator::OutcomeRow& row : simulator::outcomeRows()) {
+    std::string form(row.name);
+    if (!row.argument.empty()) form += " " + std::string(row.argument);
+    std::string answers;
+    for (const simulator::Way& way : row.ways) addTo(answers, textOf(way.shape));
+    if (row.ways.size() == platform::shapeTexts.size()) answers = "all";
+    table.push_back({form, std::string(row.effect), answers});
   }
   return table;
 }
@@ -66,7 +90,10 @@ struct Topic {
 };
 
 constexpr std::array topics = {
-    Topic{"calls", "every call that a process can make of a Mac", calls},
+    Topic{"calls",
+          "what a process can ask of a Mac, the form of the answer, how a fault can change it",
+          calls},
+    Topic{"outcomes", "what a fault can make of a call, and of which forms of answers", outcomes},
     Topic{"happenings", "what a world can script, and which of it a running Mac can be told",
           happenings},
     Topic{"reactions", "what an element can do when it is clicked", reactions},

@@ -37,7 +37,7 @@ std::string traceJson(const simulator::TraceEntry& entry, simulator::Pid client)
   line["answer"] = jsonOf(entry.answer);
   line["arguments"] = Converter{}(entry.call.arguments);
   line["at"] = static_cast<double>(entry.at) / 1000;
-  line["call"] = platform::functionNames[static_cast<std::size_t>(entry.call.function)];
+  line["call"] = platform::nameOf(entry.call.function);
   line["faulty"] = entry.faulty;
   line["pid"] = client;
   return line.dump(-1, ' ', false, json::error_handler_t::replace);

@@ -59,8 +59,7 @@ std::vector<std::string> callsOf(const TestMac& mac, platform::Function function
   for (const auto& entry : mac.desktop().trace()) {
     if (entry.call.function != function) continue;
     const std::string line = simulator::traceLine(entry);
-    lines.push_back(line.substr(
-        line.find(platform::functionNames[static_cast<std::size_t>(entry.call.function)])));
+    lines.push_back(line.substr(line.find(platform::nameOf(entry.call.function))));
   }
   return lines;
 }

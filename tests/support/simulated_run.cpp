@@ -44,7 +44,7 @@ std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall
     if (function == platform::Function::writeOutput || function == platform::Function::exit) {
       continue;
     }
-    names.emplace_back(platform::functionNames[static_cast<std::size_t>(function)]);
+    names.emplace_back(platform::nameOf(function));
   }
   return names;
 }

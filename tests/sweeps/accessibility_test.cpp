@@ -141,7 +141,7 @@ std::vector<TracedCall> callsOf(const TestMac& mac) {
   std::map<platform::Function, std::size_t> occurrences;
   for (const auto& entry : mac.desktop().trace()) {
     const platform::Function function = entry.call.function;
-    const std::string_view name = platform::functionNames[static_cast<std::size_t>(function)];
+    const std::string_view name = platform::nameOf(function);
     calls.push_back({function, ++occurrences[function],
                      name.compare(0, 3, "ax.") == 0 || name == "private.ax-window"});
   }
