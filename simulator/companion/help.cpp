@@ -59,10 +59,10 @@ std::string formOf(const Kind& kind) {
 }
 
 Table happenings() {
-  Table table = {{"HAPPENING", "MEANING", "TOLD"}};
+  Table table = {{"HAPPENING", "MEANING", "ONLY IN WORLDS"}};
   for (const simulator::HappeningKind& kind : simulator::happeningKinds()) {
-    const std::string told = kind.notTold == nullptr ? "yes" : std::string("no: ") + kind.notTold;
-    table.push_back({simulator::formOf(kind), kind.description, told});
+    table.push_back(
+        {simulator::formOf(kind), kind.description, kind.notTold == nullptr ? "-" : kind.notTold});
   }
   return table;
 }
@@ -76,9 +76,9 @@ Table reactions() {
 }
 
 Table habits() {
-  Table table = {{"HABIT", "MEANING", "TIMES"}};
+  Table table = {{"HABIT", "MEANING", "REPEATABLE"}};
   for (const simulator::Habit& habit : simulator::habits()) {
-    table.push_back({formOf(habit), habit.description, habit.repeatable ? "any" : "one"});
+    table.push_back({formOf(habit), habit.description, habit.repeatable ? "yes" : "-"});
   }
   return table;
 }

@@ -1,5 +1,6 @@
 #include "simulator/text/habits.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -304,6 +305,11 @@ constexpr std::array kinds = {
           },
           once},
 };
+
+constexpr bool isWhole(const Habit& habit) {
+  return *habit.description != '\0' && habit.read != nullptr;
+}
+static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
 
 }  // namespace
 

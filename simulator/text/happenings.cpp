@@ -152,6 +152,13 @@ constexpr std::array kinds = {
         told},
 };
 
+/// Each says what it is, and has one effect.
+constexpr bool isWhole(const HappeningKind& kind) {
+  const bool hasOneEffect = (kind.effect.act == nullptr) != (kind.effect.input == nullptr);
+  return *kind.phrase != '\0' && *kind.description != '\0' && hasOneEffect;
+}
+static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
+
 }  // namespace
 
 std::span<const HappeningKind> happeningKinds() { return kinds; }

@@ -1,5 +1,7 @@
 #include "simulator/text/reactions.h"
 
+#include <algorithm>
+
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
 
@@ -35,40 +37,53 @@ void readWindow(Words& words, const char* owner, Reaction& reaction) {
   reaction.window = words.text(owner, aText);
 }
 
-constexpr std::array<ReactionKind, 12> kinds = {{
-    {"append", "\"text\" to Label",
-     "behind the `AXValue` of the element with this label; its caret follows", readTextAndTarget,
-     reactions::append},
-    {"set", "Label \"text\"", "the `AXValue` of the element with this label becomes the text",
-     readTargetAndText, reactions::set},
-    {"toggle", "",
-     "the element's own `AXValue` changes between 0 and 1, or false and true. A check box or "
-     "switch without `press:` does so",
-     readNothing, reactions::toggle},
-    {"open sheet", "\"text\"",
-     "a sheet opens on the window: a window of its own, untitled, with the text and a button OK "
-     "that closes it. Until then the window takes no clicks",
-     readText, reactions::openSheet},
-    {"close window", "", "the element's window closes, with its sheets; in a sheet the sheet alone",
-     readNothing, closeOwnWindow},
-    {"show window", "\"Title\"",
-     "this window of the application comes on screen, in front of the application's others, and "
-     "has its focus",
-     readWindow, reactions::showWindow},
-    {"retitle", "\"Title\"", "the element's window gets another title", readText,
-     reactions::retitle},
-    {"quit", "", "the application quits", readNothing, reactions::quit},
-    {"hang", "", "the application stops answering and reacting", readNothing, reactions::hang},
-    {"remove", "Label", "the element with this label goes, with all that is in it", readTarget,
-     reactions::remove},
-    {"choose", "",
-     "the element's own `AXValue` becomes 1, that of its siblings of the same role 0. A radio "
-     "button without `press:` does so",
-     readNothing, reactions::choose},
-    {"paste", "",
-     "what has the keyboard takes what is on the pasteboard when the application comes to read it",
-     readNothing, reactions::paste},
-}};
+constexpr std::array kinds = {
+    ReactionKind{"append", "\"text\" to Label",
+                 "behind the `AXValue` of the element with this label; its caret follows",
+                 readTextAndTarget, reactions::append},
+    ReactionKind{"set", "Label \"text\"",
+                 "the `AXValue` of the element with this label becomes the text", readTargetAndText,
+                 reactions::set},
+    ReactionKind{
+        "toggle", "",
+        "the element's own `AXValue` changes between 0 and 1, or false and true. A check box or "
+        "switch without `press:` does so",
+        readNothing, reactions::toggle},
+    ReactionKind{
+        "open sheet", "\"text\"",
+        "a sheet opens on the window: a window of its own, untitled, with the text and a button OK "
+        "that closes it. Until then the window takes no clicks",
+        readText, reactions::openSheet},
+    ReactionKind{"close window", "",
+                 "the element's window closes, with its sheets; in a sheet the sheet alone",
+                 readNothing, closeOwnWindow},
+    ReactionKind{
+        "show window", "\"Title\"",
+        "this window of the application comes on screen, in front of the application's others, and "
+        "has its focus",
+        readWindow, reactions::showWindow},
+    ReactionKind{"retitle", "\"Title\"", "the element's window gets another title", readText,
+                 reactions::retitle},
+    ReactionKind{"quit", "", "the application quits", readNothing, reactions::quit},
+    ReactionKind{"hang", "", "the application stops answering and reacting", readNothing,
+                 reactions::hang},
+    ReactionKind{"remove", "Label", "the element with this label goes, with all that is in it",
+                 readTarget, reactions::remove},
+    ReactionKind{
+        "choose", "",
+        "the element's own `AXValue` becomes 1, that of its siblings of the same role 0. A radio "
+        "button without `press:` does so",
+        readNothing, reactions::choose},
+    ReactionKind{"paste", "",
+                 "what has the keyboard takes what is on the pasteboard when the application comes "
+                 "to read it",
+                 readNothing, reactions::paste},
+};
+
+constexpr bool isWhole(const ReactionKind& kind) {
+  return *kind.description != '\0' && kind.read != nullptr && kind.effect != nullptr;
+}
+static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
 
 }  // namespace
 
