@@ -4,10 +4,9 @@
 #include <cstdio>
 
 #include "simulator/calls/calls.h"
-#include "simulator/calls/client_happenings.h"
-#include "simulator/calls/sharing_streams.h"
 #include "simulator/input/taps.h"
-#include "simulator/text/parse.h"
+#include "simulator/mac/sharing_streams.h"
+#include "simulator/text/happenings.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/fields.h"
 
@@ -146,7 +145,6 @@ void Desktop::advanceTo(Microseconds time) {
 
 void Desktop::happen(const Happening& happening) {
   simulator::happen(mac_, happening);
-  happenToClients(mac_, happening);
   mac_.journal.push_back({mac_.now, "happening", happening.pid, 0, happeningText(happening),
                           std::nullopt, "", std::nullopt, ""});
 }

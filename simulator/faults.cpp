@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
 namespace simulator {
@@ -19,26 +20,24 @@ bool isOfPasteboard(Function function) {
   return function == Function::sleep || platform::nameOf(function).starts_with("pasteboard.");
 }
 
-Happening happeningOf(Happening::Kind kind, Pid pid = 0) {
-  Happening happening;
-  happening.kind = kind;
+Happening happeningOf(std::string_view phrase, Pid pid = 0) {
+  Happening happening = happeningCalled(phrase);
   happening.pid = pid;
   return happening;
 }
 
 std::vector<Happening> happeningsFor(const World& world, Function function, Pid target) {
-  std::vector<Happening> happenings = {happeningOf(Happening::Kind::lock),
-                                       happeningOf(Happening::Kind::leaveConsole)};
+  std::vector<Happening> happenings = {happeningOf("lock"), happeningOf("leave console")};
   if (target != 0) {
-    happenings.push_back(happeningOf(Happening::Kind::quit, target));
-    happenings.push_back(happeningOf(Happening::Kind::bringToFront, target));
-    happenings.push_back(happeningOf(Happening::Kind::hang, target));
+    happenings.push_back(happeningOf("quit", target));
+    happenings.push_back(happeningOf("front", target));
+    happenings.push_back(happeningOf("hang", target));
   }
   if (!world.processes.empty()) {
-    happenings.push_back(happeningOf(Happening::Kind::endProcess, *world.processes.begin()));
+    happenings.push_back(happeningOf("end process", *world.processes.begin()));
   }
   if (!world.pasteboard.items.empty() && isOfPasteboard(function)) {
-    happenings.push_back(happeningOf(Happening::Kind::userCopy));
+    happenings.push_back(happeningOf("user copy"));
     happenings.back().text = "newer";
   }
   return happenings;

@@ -12,7 +12,8 @@ from table import ROOT
 MANUAL = ROOT / "packaging/man/simulated-mac.1"
 
 # The columns whose cells are names, or lists of names, that a reader types or sees as they are.
-NAMES = {"calls": {"CALL", "OUTCOMES"}, "outcomes": {"OUTCOME"}}
+NAMES = {"calls": {"CALL", "OUTCOMES"}, "outcomes": {"OUTCOME"},
+         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"}}
 
 PLACE = re.compile(r"(?P<begin>^[^\n]*\bbegin: simulated-mac help (?P<topic>[a-z]+)[^\n]*\n)"
                    r"(?P<table>.*?)"
@@ -46,7 +47,8 @@ def mdoc(table):
     for row in rest:
         lines.append(".It Ic " + roff(row[0]))
         for heading, cell in zip(headings[1:], row[1:], strict=True):
-            lines.append(roff(f"{heading.capitalize()}: {cell}."))
+            if cell != "-":
+                lines.append(roff(f"{heading.capitalize()}: {cell.replace('`', '')}."))
     return "\n".join([*lines, ".El", ""])
 
 

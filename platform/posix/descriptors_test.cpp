@@ -167,23 +167,26 @@ class InputTest : public testing::Test {
   std::array<int, 2> ends_ = {-1, -1};
 };
 
+using readLine = InputTest;
+using readAvailable = InputTest;
+
 }  // namespace
 
-TEST_F(InputTest, readLine_gives_every_line_without_its_line_feed) {
+TEST_F(readLine, gives_every_line_without_its_line_feed) {
   EXPECT_EQ(linesOf("one\n\ntwo\r\n"), (Lines{"one", "", "two\r"}));
 }
 
-TEST_F(InputTest, readLine_gives_what_follows_the_last_line_feed) {
+TEST_F(readLine, gives_what_follows_the_last_line_feed) {
   EXPECT_EQ(linesOf("one\ntwo"), (Lines{"one", "two"}));
 }
 
-TEST_F(InputTest, readLine_gives_nothing_for_an_empty_input) { EXPECT_EQ(linesOf(""), Lines{}); }
+TEST_F(readLine, gives_nothing_for_an_empty_input) { EXPECT_EQ(linesOf(""), Lines{}); }
 
-TEST_F(InputTest, readLine_gives_bytes_as_they_came) {
+TEST_F(readLine, gives_bytes_as_they_came) {
   EXPECT_EQ(linesOf(std::string_view("a\0\xFF\n", 4)), Lines{std::string("a\0\xFF", 3)});
 }
 
-TEST_F(InputTest, readLine_puts_together_a_line_that_comes_in_portions) {
+TEST_F(readLine, puts_together_a_line_that_comes_in_portions) {
   posix::Input input(reader());
   std::thread writing([this] {
     send(large);
@@ -196,7 +199,7 @@ TEST_F(InputTest, readLine_puts_together_a_line_that_comes_in_portions) {
   writing.join();
 }
 
-TEST_F(InputTest, readLine_waits_while_a_non_blocking_pipe_is_empty) {
+TEST_F(readLine, waits_while_a_non_blocking_pipe_is_empty) {
   ASSERT_EQ(fcntl(reader(), F_SETFL, O_NONBLOCK), 0);
   posix::Input input(reader());
   std::thread writing([this] { send("one\n"); });
@@ -204,7 +207,7 @@ TEST_F(InputTest, readLine_waits_while_a_non_blocking_pipe_is_empty) {
   writing.join();
 }
 
-TEST_F(InputTest, readAvailable_gives_what_has_come_and_nothing_at_the_end) {
+TEST_F(readAvailable, gives_what_has_come_and_nothing_at_the_end) {
   posix::Input input(reader());
   send("one\ntw");
   EXPECT_EQ(input.readAvailable(), "one\ntw");
@@ -212,7 +215,7 @@ TEST_F(InputTest, readAvailable_gives_what_has_come_and_nothing_at_the_end) {
   EXPECT_EQ(input.readAvailable(), "");
 }
 
-TEST_F(InputTest, readAvailable_gives_what_readLine_has_read_too_much) {
+TEST_F(readAvailable, gives_what_readLine_has_read_too_much) {
   posix::Input input(reader());
   send("one\ntwo\nthr");
   EXPECT_EQ(input.readLine(), "one");

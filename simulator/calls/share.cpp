@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "simulator/calls/calls.h"
-#include "simulator/calls/sharing_streams.h"
+#include "simulator/mac/sharing_streams.h"
 
 namespace simulator::calls {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "simulator/calls/calls.h"
-#include "simulator/calls/sharing_streams.h"
+#include "simulator/mac/sharing_streams.h"
 
 /// How the Mac answers what shares a window by a stream.
 namespace simulator::calls {

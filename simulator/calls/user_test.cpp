@@ -4,6 +4,7 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/input/taps.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
 /// How the Mac answers calls about its user, the pasteboard and taps.

@@ -8,6 +8,7 @@
 #include "simulator/companion/failure.h"
 #include "simulator/companion/trace_text.h"
 #include "simulator/drawing/pictures.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
 namespace companion {
@@ -154,7 +155,12 @@ ControlAnswer happening(const Request& request) {
   std::string text;
   for (const std::string& word : request.words)
     text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
-  request.desktop.happen(simulator::parseHappening(text, request.desktop.mac().world));
+  const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
+  if (const char* why = parsed.kind->notTold) {
+    throw Failure(std::string("a running Mac cannot be told \"") + parsed.kind->phrase +
+                  "\": " + why);
+  }
+  request.desktop.happen(parsed);
   return line({{"ok", true}});
 }
 

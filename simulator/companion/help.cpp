@@ -6,6 +6,9 @@
 #include "platform/seam_calls.h"
 #include "simulator/companion/failure.h"
 #include "simulator/fault_outcomes.h"
+#include "simulator/text/habits.h"
+#include "simulator/text/happenings.h"
+#include "simulator/text/reactions.h"
 
 namespace companion {
 
@@ -49,6 +52,37 @@ Table outcomes() {
   return table;
 }
 
+/// A phrase with what follows it.
+template <class Kind>
+std::string formOf(const Kind& kind) {
+  return std::string(kind.phrase) + (*kind.arguments == '\0' ? "" : " ") + kind.arguments;
+}
+
+Table happenings() {
+  Table table = {{"HAPPENING", "MEANING", "ONLY IN WORLDS"}};
+  for (const simulator::HappeningKind& kind : simulator::happeningKinds()) {
+    table.push_back(
+        {simulator::formOf(kind), kind.description, kind.notTold == nullptr ? "-" : kind.notTold});
+  }
+  return table;
+}
+
+Table reactions() {
+  Table table = {{"REACTION", "EFFECT"}};
+  for (const simulator::ReactionKind& kind : simulator::reactionKinds()) {
+    table.push_back({formOf(kind), kind.description});
+  }
+  return table;
+}
+
+Table habits() {
+  Table table = {{"HABIT", "MEANING", "REPEATABLE"}};
+  for (const simulator::Habit& habit : simulator::habits()) {
+    table.push_back({formOf(habit), habit.description, habit.repeatable ? "yes" : "-"});
+  }
+  return table;
+}
+
 struct Topic {
   std::string_view name;
   std::string_view summary;
@@ -60,6 +94,10 @@ constexpr std::array topics = {
           "what a process can ask of a Mac, the form of the answer, how a fault can change it",
           calls},
     Topic{"outcomes", "what a fault can make of a call, and of which forms of answers", outcomes},
+    Topic{"happenings", "what a world can script, and which of it a running Mac can be told",
+          happenings},
+    Topic{"reactions", "what an element can do when it is clicked", reactions},
+    Topic{"habits", "what a world can say of an element", habits},
 };
 
 std::vector<std::size_t> widths(const Table& table) {

@@ -12,6 +12,7 @@
 #include "simulator/companion/help.h"
 #include "simulator/companion/run.h"
 #include "simulator/companion/serve.h"
+#include "simulator/text/happenings.h"
 
 namespace companion {
 
@@ -25,7 +26,8 @@ struct Command {
   std::string_view name;
   std::string_view grammar;
   std::string_view summary;
-  std::size_t least;  // words after the name
+  std::string_view notInWorlds;  // why a world cannot script it; empty: no command to a Mac
+  std::size_t least;             // words after the name
   std::size_t most;
   int (*handler)(const Words&);
 };
@@ -33,44 +35,35 @@ struct Command {
 int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, words.end())); }
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
-constexpr std::array<Command, 26> commands = {{
-    {"run", "[--virtual] WORLD -- COMMAND [ARGUMENT]...",
-     "run a command with a Mac of its own, and pass on its exit status", 0, unlimited, startRun},
-    {"serve", "[--virtual] [--socket NAME] [--until-closed] WORLD",
-     "start a Mac, print its socket and serve until stopped", 0, unlimited, startServe},
-    {"screenshot", "OUT.png", "draw the screens as the user sees them", 1, 1, screenshotCommand},
-    {"state", "",
-     "what is the user's own: front application, keyboard, pointer, clipboard, session", 0, 0,
-     controlCommand},
-    {"journal", "[--text]", "what was done to the Mac and happened in it", 0, 1, controlCommand},
-    {"trace", "[--text]", "every call of every process, with its answer", 0, 1, controlCommand},
-    {"violations", "", "the rules of safe input that were broken so far", 0, 0, controlCommand},
-    {"fault", "CALL WHICH OUTCOME", "let a call fail, for example windowserver.session 1 absent", 1,
-     unlimited, controlCommand},
-    {"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s", 1, 1,
-     controlCommand},
-    {"user", "key KEY | click X,Y | move X,Y | scroll X,Y | drag X,Y to X,Y ...",
-     "the user does something", 2, unlimited, controlCommand},
-    {"lock", "", "the screen locks", 0, 0, controlCommand},
-    {"unlock", "", "the user unlocks the screen", 0, 0, controlCommand},
-    {"leave", "console", "another user takes the console", 1, 1, controlCommand},
-    {"return", "to console", "this session has the console again", 2, 2, controlCommand},
-    {"quit", "APP", "an application quits", 1, 1, controlCommand},
-    {"front", "APP", "the user brings an application to the front", 1, 1, controlCommand},
-    {"hang", "APP", "an application stops answering", 1, 1, controlCommand},
-    {"recover", "APP", "a hanging application answers again", 1, 1, controlCommand},
-    {"stop", "sharing APP [REASON]", "the system stops what shares a window of it", 2, 3,
-     controlCommand},
-    {"withdraw", "recording", "the screen may not be recorded any more", 1, 1, controlCommand},
-    {"end", "process PID", "a process that is no application ends", 2, 2, controlCommand},
-    {"remove", "displays", "every display is unplugged", 1, 1, controlCommand},
-    {"connect", "display NUMBER SIZE [at X,Y] [scale N]",
-     "a display is plugged in, or changes its size and place", 3, unlimited, controlCommand},
-    {"disconnect", "display NUMBER", "a display is unplugged", 2, 2, controlCommand},
-    {"disable", "taps [timeout]", "the system disables every event tap", 1, 2, controlCommand},
-    {"request", "termination", "the processes' applications are asked to terminate", 1, 1,
-     controlCommand},
-}};
+constexpr const char* asks = "it asks, and changes nothing";
+
+/// Whatever else can be told is a happening.
+constexpr std::array commands = {
+    Command{"run", "[--virtual] WORLD -- COMMAND [ARGUMENT]...",
+            "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
+            startRun},
+    Command{"serve", "[--virtual] [--socket NAME] [--until-closed] WORLD",
+            "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
+    Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
+            screenshotCommand},
+    Command{"state", "",
+            "what is the user's own: front application, keyboard, pointer, clipboard, session",
+            asks, 0, 0, controlCommand},
+    Command{"journal", "[--text]", "what was done to the Mac and happened in it", asks, 0, 1,
+            controlCommand},
+    Command{"trace", "[--text]", "every call of every process, with its answer", asks, 0, 1,
+            controlCommand},
+    Command{"violations", "", "the rules of safe input that were broken so far", asks, 0, 0,
+            controlCommand},
+    Command{"fault", "CALL WHICH OUTCOME",
+            "let a call fail, for example windowserver.session 1 absent",
+            "a world says what is there, a fault what a process is told of it", 1, unlimited,
+            controlCommand},
+    Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s",
+            "its lines say when they happen", 1, 1, controlCommand},
+};
+
+constexpr Command happeningCommand = {"", "", "", "", 0, unlimited, controlCommand};
 
 constexpr const char* introduction =
     "simulated-mac: a Mac for tests, as the driver sees one\n"
@@ -91,23 +84,47 @@ std::string formOf(const Command& command) {
 
 std::string usageOf(const Command& command) { return "usage: simulated-mac " + formOf(command); }
 
+bool canBeTold(const simulator::HappeningKind& kind) { return kind.notTold == nullptr; }
+
+/// The words that a happening may begin with, each once.
+simulator::Phrases happeningNames(bool (*isWanted)(const simulator::HappeningKind&)) {
+  simulator::Phrases phrases;
+  for (const simulator::HappeningKind& kind : simulator::happeningKinds()) {
+    if (isWanted(kind)) phrases.emplace_back(kind.phrase);
+  }
+  return simulator::eachFirstWord(phrases);
+}
+
+bool beginsHappening(std::string_view word) {
+  const auto names = happeningNames([](const auto&) { return true; });
+  return std::find(names.begin(), names.end(), word) != names.end();
+}
+
 std::string usage() {
   std::string names;
   for (const Command& command : commands) {
     names += (names.empty() ? "" : "|") + std::string(command.name);
   }
+  for (const std::string_view name : happeningNames(canBeTold)) names += "|" + std::string(name);
   return "usage: simulated-mac " + names + " ...; \"simulated-mac --help\" tells more";
 }
 
 int help(const Words& words);
 
-constexpr Command helpCommand = {"help", "[TOPIC]", "print this, or what is known of a topic",
-                                 0,      1,         help};
+constexpr Command helpCommand = {
+    "help", "[TOPIC]", "print this, or what is known of a topic", "", 0, 1, help};
+
+void printCommand(const std::string& form, std::string_view summary) {
+  constexpr int indentation = 6;
+  std::cout << "  " << form << "\n" << std::setw(indentation) << "" << summary << "\n";
+}
 
 void printCommand(const Command& command) {
-  constexpr int indentation = 6;
-  std::cout << "  " << formOf(command) << "\n"
-            << std::setw(indentation) << "" << command.summary << "\n";
+  std::string summary(command.summary);
+  if (!command.notInWorlds.empty()) {
+    summary += " (no world scripts it: " + std::string(command.notInWorlds) + ")";
+  }
+  printCommand(formOf(command), summary);
 }
 
 /// The commands, or with a topic its table. It needs no Mac.
@@ -119,6 +136,9 @@ int help(const Words& words) {
   std::cout << introduction;
   for (const Command& command : commands) printCommand(command);
   printCommand(helpCommand);
+  for (const simulator::HappeningKind& kind : simulator::happeningKinds()) {
+    if (canBeTold(kind)) printCommand(formOf(kind), kind.description);
+  }
   std::cout << "\nTopics:\n\n" << topicLines();
   return 0;
 }
@@ -147,6 +167,8 @@ int main(const Words& words) {
   for (const Command& command : commands) {
     if (command.name == words[0]) return carryOut(command, words);
   }
+  // What may follow, the Mac knows best: applications, for example, are its own.
+  if (beginsHappening(words[0])) return carryOut(happeningCommand, words);
   return fail("unknown command: " + words[0] + "; " + usage());
 }
 

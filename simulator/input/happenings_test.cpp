@@ -1,5 +1,8 @@
+#include "simulator/input/happenings.h"
+
 #include <gtest/gtest.h>
 
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
@@ -30,7 +33,7 @@ constexpr const char* desk = R"(
 
 class happenings : public testing::Test {
  protected:
-  void happen(const char* text) { simulator::happen(world_, parseHappening(text, world_)); }
+  void happen(const char* text) { simulator::happen(mac_, parseHappening(text, world_)); }
   Application& notes() { return world_.applications[0]; }
   Application& browser() { return world_.applications[1]; }
   std::string body() { return std::string(textOf(*findLabelled(notes(), "Body"))); }
@@ -40,7 +43,8 @@ class happenings : public testing::Test {
     return result;
   }
 
-  World world_ = parseWorld(desk);
+  Mac mac_{parseWorld(desk), 0, {}, 0, {}};
+  World& world_ = mac_.world;
 };
 
 TEST_F(happenings, the_session_locks_and_leaves_the_console) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/input/posted_pointer.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
@@ -272,10 +273,10 @@ TEST_F(posted_keys, follow_the_users_key_window_once_the_user_has_come) {
   holdFocus();
   focus("Body");
   type("a");
-  happen(mac_.world, parseHappening("user click 10,10", mac_.world));
+  happen(mac_, parseHappening("user click 10,10", mac_.world));
   type("b");
   raiseWindow(mac_.world, 8);
-  happen(mac_.world, parseHappening("user click 110,110", mac_.world));
+  happen(mac_, parseHappening("user click 110,110", mac_.world));
   type("c");
   EXPECT_EQ(mac_.world.frontmost, 41);
   EXPECT_EQ(valueOf("Body"), "helloab");

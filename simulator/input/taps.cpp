@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "simulator/input/user_input.h"
-#include "simulator/world/attributes.h"
 
 namespace simulator {
 
@@ -94,26 +93,18 @@ void disable(Mac& mac, Tap& tap, std::uint32_t notice) {
   if (hold && hold->tap == tap.number) hold.reset();
 }
 
-void disableAll(Mac& mac, std::uint32_t notice) {
-  for (Tap& tap : mac.tapLine.taps) {
-    if (tap.enabled) disable(mac, tap, notice);
+}  // namespace
+
+void takeUserInput(Mac& mac, std::vector<InputEvent> events) {
+  for (InputEvent& event : events) {
+    if (reachesApplications(mac.world)) mac.tapLine.waiting.push_back(std::move(event));
   }
   pump(mac);
 }
 
-}  // namespace
-
-void happen(Mac& mac, const Happening& happening) {
-  if (happening.kind == Happening::Kind::disableTaps) {
-    disableAll(mac, happening.number == 1 ? tap::disabledByTimeout : tap::disabledByUserInput);
-    return;
-  }
-  if (!isInput(happening.kind)) {
-    happen(mac.world, happening);
-    return;
-  }
-  for (InputEvent& input : inputOf(mac.world, happening)) {
-    if (reachesApplications(mac.world)) mac.tapLine.waiting.push_back(std::move(input));
+void disableTaps(Mac& mac, std::uint32_t notice) {
+  for (Tap& tap : mac.tapLine.taps) {
+    if (tap.enabled) disable(mac, tap, notice);
   }
   pump(mac);
 }

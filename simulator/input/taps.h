@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "platform/event_tap.h"
 #include "simulator/mac/mac.h"
+#include "simulator/world/input_event.h"
 
 /// Event taps. Each event of the session goes past the taps that are enabled, from the head to the
 /// tail, and then has its effect. One that filters holds the event, and all that come after it,
@@ -14,8 +16,11 @@ namespace simulator {
 /// How long a tap that filters may think before the system disables it.
 inline constexpr Microseconds tapPatience = 1'000'000;
 
-/// Lets something happen that no client asked for; what the user does goes past the taps.
-void happen(Mac& mac, const Happening& happening);
+/// Lets events of the session go past the taps, unless the login window is in front.
+void takeUserInput(Mac& mac, std::vector<InputEvent> events);
+
+/// The system disables all taps; they are told why, by the type of an event.
+void disableTaps(Mac& mac, std::uint32_t notice);
 
 /// A new tap of the client, disabled. None when the system gives none.
 std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/element_text.h"
 

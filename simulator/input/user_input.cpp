@@ -11,8 +11,6 @@
 
 namespace simulator {
 
-using Kind = Happening::Kind;
-
 namespace {
 
 // Event types as the platform has them; the release of a button follows its press.
@@ -102,12 +100,19 @@ class Maker {
     }
   }
 
-  void addClick(Point end) {
+  /// Presses a button and lets it go, elsewhere when it drags.
+  void addClick(bool drags) {
     const Button types = typesOf(happening_.button);
     if (world_.pointer != happening_.point) move(moved, happening_.point);
     add(types.down);
-    if (happening_.kind == Kind::userDrag) move(types.dragged, end);
+    if (drags) move(types.dragged, happening_.end);
     add(types.up);
+  }
+
+  void addModifiers(bool down) {
+    for (const ModifierKey& key : modifierKeys) {
+      if ((happening_.modifiers & key.flag) != 0) setModifier(key, down);
+    }
   }
 
   std::vector<InputEvent> take() { return std::move(events_); }
@@ -187,47 +192,45 @@ const char* pointerName(std::uint32_t type) {
 
 }  // namespace
 
-bool isInput(Kind kind) {
-  switch (kind) {
-    case Kind::userKey:
-    case Kind::userClick:
-    case Kind::userMove:
-    case Kind::userPress:
-    case Kind::userRelease:
-    case Kind::userScroll:
-    case Kind::userDrag:
-      return true;
-    default:
-      return false;
-  }
+std::vector<InputEvent> keyInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.addKey();
+  return maker.take();
 }
 
-std::vector<InputEvent> inputOf(World& world, const Happening& happening) {
+std::vector<InputEvent> clickInput(World& world, const Happening& happening) {
   Maker maker(world, happening);
-  switch (happening.kind) {
-    case Kind::userKey:
-      maker.addKey();
-      break;
-    case Kind::userClick:
-    case Kind::userDrag:
-      maker.addClick(happening.end);
-      break;
-    case Kind::userMove:
-      maker.move(moved, happening.point);
-      break;
-    case Kind::userScroll:
-      maker.add(scrolled).scrolledLines = happening.point;
-      break;
-    case Kind::userPress:
-    case Kind::userRelease:
-      for (const ModifierKey& key : modifierKeys) {
-        const bool down = happening.kind == Kind::userPress;
-        if ((happening.modifiers & key.flag) != 0) maker.setModifier(key, down);
-      }
-      break;
-    default:
-      break;
-  }
+  maker.addClick(false);
+  return maker.take();
+}
+
+std::vector<InputEvent> dragInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.addClick(true);
+  return maker.take();
+}
+
+std::vector<InputEvent> moveInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.move(moved, happening.point);
+  return maker.take();
+}
+
+std::vector<InputEvent> scrollInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.add(scrolled).scrolledLines = happening.point;
+  return maker.take();
+}
+
+std::vector<InputEvent> pressInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.addModifiers(true);
+  return maker.take();
+}
+
+std::vector<InputEvent> releaseInput(World& world, const Happening& happening) {
+  Maker maker(world, happening);
+  maker.addModifiers(false);
   return maker.take();
 }
 

@@ -9,12 +9,15 @@
 /// What the user does, as events, and what these do.
 namespace simulator {
 
-/// Whether the happening is the user's input.
-bool isInput(Happening::Kind kind);
-
-/// The events that the input consists of, in order. The devices follow at once: the pointer, the
-/// modifier keys that are down, and when the user was last active.
-std::vector<InputEvent> inputOf(World& world, const Happening& happening);
+/// The events that the user's input consists of, in order. The devices follow at once: the pointer,
+/// the modifier keys that are down, and when the user was last active.
+std::vector<InputEvent> keyInput(World& world, const Happening& happening);
+std::vector<InputEvent> clickInput(World& world, const Happening& happening);
+std::vector<InputEvent> dragInput(World& world, const Happening& happening);
+std::vector<InputEvent> moveInput(World& world, const Happening& happening);
+std::vector<InputEvent> scrollInput(World& world, const Happening& happening);
+std::vector<InputEvent> pressInput(World& world, const Happening& happening);
+std::vector<InputEvent> releaseInput(World& world, const Happening& happening);
 
 /// While the login window is in front, what the user does reaches no application, and no tap.
 bool reachesApplications(const World& world);

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 
 namespace simulator {
@@ -26,12 +26,16 @@ constexpr const char* desk = R"(
 class user_input : public testing::Test {
  protected:
   Happening happening(const char* text) { return parseHappening(text, world_); }
-  void happen(const char* text) { simulator::happen(world_, happening(text)); }
+  void happen(const char* text) { simulator::happen(mac_, happening(text)); }
+  std::vector<InputEvent> inputOf(const char* text) {
+    const Happening what = happening(text);
+    return what.kind->effect.input(world_, what);
+  }
 
   /// The events of an input: name, place, deltas, tag and target as far as they are not 0.
   std::vector<std::string> events(const char* text) {
     std::vector<std::string> lines;
-    for (const InputEvent& input : inputOf(world_, happening(text))) {
+    for (const InputEvent& input : inputOf(text)) {
       const tap::Event& event = input.event;
       std::string line = nameOfInput(input) + " at " +
                          std::to_string(static_cast<int>(event.location.x)) + "," +
@@ -50,7 +54,8 @@ class user_input : public testing::Test {
     return std::string(textOf(*findLabelled(world_.applications[0], label)));
   }
 
-  World world_ = parseWorld(desk);
+  Mac mac_{parseWorld(desk), 0, {}, 0, {}};
+  World& world_ = mac_.world;
 };
 
 using Lines = std::vector<std::string>;
@@ -130,7 +135,7 @@ TEST_F(user_input, clicks_where_a_button_goes_down_and_up) {
 }
 
 TEST_F(user_input, needs_a_press_for_a_release) {
-  for (const InputEvent& input : inputOf(world_, happening("user click 210,210"))) {
+  for (const InputEvent& input : inputOf("user click 210,210")) {
     if (nameOfInput(input) != "left-down") takeInput(world_, input);
   }
   EXPECT_EQ(valueOf("Log"), "");

@@ -24,7 +24,7 @@ const Sentences unasked = {"I21: acted on an element before any session check"};
 const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
 
 /// A run whose calls concern the element 2 of Notes.
-class RunOnElements : public BrokenRun {
+class run_on_elements : public BrokenRun {
  protected:
   void press() {
     before(Function::axPerform, {pack(ElementReference{41, 2}), pack(std::string("AXPress"))});
@@ -36,7 +36,7 @@ class RunOnElements : public BrokenRun {
   }
 };
 
-TEST_F(RunOnElements, may_act_once_the_session_was_found_usable) {
+TEST_F(run_on_elements, may_act_once_the_session_was_found_usable) {
   checkSession();
   press();
   write("AXFocused");
@@ -44,7 +44,7 @@ TEST_F(RunOnElements, may_act_once_the_session_was_found_usable) {
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(RunOnElements, may_not_act_before_it_has_asked_whatever_the_session_is) {
+TEST_F(run_on_elements, may_not_act_before_it_has_asked_whatever_the_session_is) {
   press();
   EXPECT_EQ(std::exchange(violations_, {}), unasked);
   mac_.world.session.locked = true;
@@ -54,7 +54,7 @@ TEST_F(RunOnElements, may_not_act_before_it_has_asked_whatever_the_session_is) {
   EXPECT_EQ(violations_, unasked);
 }
 
-TEST_F(RunOnElements, may_not_act_while_the_screen_was_found_locked) {
+TEST_F(run_on_elements, may_not_act_while_the_screen_was_found_locked) {
   mac_.world.session.locked = true;
   checkSession();
   press();
@@ -62,7 +62,7 @@ TEST_F(RunOnElements, may_not_act_while_the_screen_was_found_locked) {
   EXPECT_EQ(violations_, unusable);
 }
 
-TEST_F(RunOnElements, may_not_act_while_another_user_was_found_at_the_console) {
+TEST_F(run_on_elements, may_not_act_while_another_user_was_found_at_the_console) {
   mac_.world.session.onConsole = false;
   checkSession();
   write("AXMinimized");
@@ -70,7 +70,7 @@ TEST_F(RunOnElements, may_not_act_while_another_user_was_found_at_the_console) {
   EXPECT_EQ(violations_, unusable);
 }
 
-TEST_F(RunOnElements, goes_by_the_latest_check) {
+TEST_F(run_on_elements, goes_by_the_latest_check) {
   checkSession();
   mac_.world.session.locked = true;
   press();  // nobody has told it yet
@@ -85,14 +85,14 @@ TEST_F(RunOnElements, goes_by_the_latest_check) {
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(RunOnElements, may_take_a_session_that_is_not_told_for_usable) {
+TEST_F(run_on_elements, may_take_a_session_that_is_not_told_for_usable) {
   call(Function::session, {}, pack(std::optional<windowserver::Session>()));
   press();
 
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(RunOnElements, may_enable_an_application_at_any_time) {
+TEST_F(run_on_elements, may_enable_an_application_at_any_time) {
   write("AXManualAccessibility");
   mac_.world.session.locked = true;
   checkSession();
@@ -101,13 +101,13 @@ TEST_F(RunOnElements, may_enable_an_application_at_any_time) {
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(RunOnElements, may_read_at_any_time) {
+TEST_F(run_on_elements, may_read_at_any_time) {
   before(Function::axAttribute, {pack(ElementReference{41, 2}), pack(std::string("AXValue"))});
 
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(RunOnElements, asks_anew_for_each_request_of_a_service) {
+TEST_F(run_on_elements, asks_anew_for_each_request_of_a_service) {
   client_.arguments = {"driver", "capture-service", "/lock"};
   checkSession();
   press();

@@ -3,6 +3,8 @@
 #include <limits>
 #include <utility>
 
+#include "simulator/text/attributes.h"
+
 namespace simulator {
 
 namespace {

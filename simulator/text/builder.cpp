@@ -236,17 +236,13 @@ void WorldBuilder::settleMenuBars() {
 
 void WorldBuilder::checkReaction(std::size_t line, Application& application,
                                  const Reaction& reaction) {
-  const bool isLabelled = reaction.kind == Reaction::Kind::append ||
-                          reaction.kind == Reaction::Kind::set ||
-                          reaction.kind == Reaction::Kind::remove;
-  if (isLabelled && findLabelled(application, reaction.target) == nullptr) {
+  if (reaction.target && findLabelled(application, *reaction.target) == nullptr) {
     throw WorldError(
-        line, "no element of " + nameOf(application) + " is labelled \"" + reaction.target + "\"");
+        line, "no element of " + nameOf(application) + " is labelled \"" + *reaction.target + "\"");
   }
-  if (reaction.kind == Reaction::Kind::showWindow &&
-      findTitled(world_, application.pid, reaction.text) == nullptr) {
+  if (reaction.window && findTitled(world_, application.pid, *reaction.window) == nullptr) {
     throw WorldError(
-        line, "no window of " + nameOf(application) + " is titled \"" + reaction.text + "\"");
+        line, "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"");
   }
 }
 

@@ -4,8 +4,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <sstream>
 
+#include "simulator/text/habits.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
+#include "simulator/text/reactions.h"
 
 namespace simulator {
 
@@ -27,14 +32,51 @@ std::vector<std::string> worldsIn(const std::string& page) {
   return worlds;
 }
 
-TEST(world_documents, every_example_of_the_manual_can_be_read) {
+/// The examples of the manual.
+std::vector<std::string> examples() {
   std::ifstream file(DRIVER_SOURCE_DIR "/docs/WORLDS.md", std::ios::binary);
-  const std::string page{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return worldsIn({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
+}
 
-  const std::vector<std::string> worlds = worldsIn(page);
+TEST(world_documents, every_example_of_the_manual_can_be_read) {
+  const std::vector<std::string> worlds = examples();
 
   ASSERT_FALSE(worlds.empty());
   for (const std::string& world : worlds) EXPECT_NO_THROW(parseWorld(world)) << world;
+}
+
+TEST(world_documents, the_examples_show_every_happening_and_what_is_written_of_it_is_read_back) {
+  std::set<std::string> shown;
+  for (const std::string& text : examples()) {
+    const World world = parseWorld(text);
+    for (const Scripted& scripted : world.script) {
+      const std::string written = happeningText(scripted.happening);
+      EXPECT_EQ(happeningText(parseHappening(written, world)), written);
+      shown.insert(scripted.happening.kind->phrase);
+    }
+  }
+  for (const HappeningKind& kind : happeningKinds())
+    EXPECT_TRUE(shown.contains(kind.phrase)) << kind.phrase;
+}
+
+/// Whether an element's line of the examples has these words behind a blank.
+bool anElementHas(const std::string& phrase) {
+  for (const std::string& text : examples()) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t first = line.find_first_not_of(' ');
+      if (first == line.npos || line.compare(first, 2, "AX") != 0) continue;
+      if ((line + ' ').find(' ' + phrase + ' ', first) != line.npos) return true;
+      if (line.find(' ' + phrase + ';', first) != line.npos) return true;
+    }
+  }
+  return false;
+}
+
+TEST(world_documents, the_examples_show_every_habit_and_every_reaction) {
+  for (const Habit& habit : habits()) EXPECT_TRUE(anElementHas(habit.phrase)) << habit.phrase;
+  for (const ReactionKind& kind : reactionKinds())
+    EXPECT_TRUE(anElementHas(kind.phrase)) << kind.phrase;
 }
 
 TEST(world_documents, every_world_of_the_tests_can_be_read) {

@@ -3,78 +3,15 @@
 #include <limits>
 #include <utility>
 
-#include "base/numbers.h"
+#include "simulator/text/attributes.h"
 #include "simulator/text/habits.h"
-#include "simulator/text/reactions.h"
 #include "simulator/world/element_text.h"
+#include "simulator/world/reactions.h"
 #include "simulator/world/roles.h"
 
 namespace simulator {
 
 namespace {
-
-using Attributes = std::map<std::string, AttributeValue>;
-
-constexpr const char* plainValue = "a text, a number, true or false";
-constexpr const char* anyValue =
-    "a text, a number, true, false, point, size, rect, range, opaque, element or elements";
-
-void put(Words& words, Attributes& attributes, const std::string& name, AttributeValue value) {
-  if (!attributes.emplace(name, std::move(value)).second) words.fail(name + " is given twice");
-}
-
-AttributeValue readPlainValue(Words& words, const char* owner, const char* what) {
-  if (words.nextIs(Token::Kind::text)) return words.text(owner, what);
-  if (words.take("true")) return true;
-  if (words.take("false")) return false;
-  if (words.nextIs(Token::Kind::word) && driver::parseInt64(words.peek()->text)) {
-    return words.integer(owner, what, std::numeric_limits<std::int64_t>::min(),
-                         std::numeric_limits<std::int64_t>::max());
-  }
-  return words.number(owner, what);
-}
-
-/// The value, or none when it is made of elements: that is then among the links.
-std::optional<AttributeValue> readAnyValue(Words& words, const std::string& name,
-                                           std::vector<LinkDraft>& links) {
-  if (words.take("point")) return words.point("point");
-  if (words.take("size")) return words.size("size");
-  if (words.take("rect")) return words.rect("rect");
-  if (words.take("range")) return words.range("range");
-  if (words.take("opaque")) {
-    return Opaque{static_cast<std::uint64_t>(words.integer(
-        "opaque", "a hash of 0 or more", 0, std::numeric_limits<std::int64_t>::max()))};
-  }
-  if (words.take("element")) {
-    links.push_back({name, {words.name("element", "the label of an element")}, false});
-    return std::nullopt;
-  }
-  if (words.take("elements")) {
-    LinkDraft link{name, {}, true};
-    while (words.nextIs(Token::Kind::text)) link.labels.push_back(words.text("elements", ""));
-    links.push_back(std::move(link));
-    return std::nullopt;
-  }
-  return readPlainValue(words, "attribute", anyValue);
-}
-
-/// Reads a quoted text into an attribute.
-void putText(Words& words, ElementDraft& draft, const char* owner, const char* attribute) {
-  put(words, draft.element.attributes, attribute, words.text(owner, "a quoted text"));
-}
-
-std::vector<std::string> readActions(Words& words) {
-  const std::string list = words.word("actions", "names such as AXPress,AXShowMenu, or none");
-  std::vector<std::string> names;
-  if (list == "none") return names;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t comma = std::min(list.find(',', start), list.size());
-    names.push_back(list.substr(start, comma - start));
-    if (names.back().empty()) words.fail("'actions' has an empty name in '" + list + "'");
-    start = comma + 1;
-  }
-  return names;
-}
 
 std::vector<std::string> defaultActions(const std::string& role) {
   if (role == "AXPopUpButton" || role == "AXMenuButton") return {"AXPress", "AXShowMenu"};
@@ -87,77 +24,6 @@ std::vector<std::string> defaultActions(const std::string& role) {
 const char* labelAttribute(const std::string& role) {
   return role == "AXStaticText" || takesText(role) ? "AXDescription" : "AXTitle";
 }
-
-constexpr std::array<Option<ElementDraft>, 35> elementOptions = {{
-    {"at", [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }},
-    {"size", [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }},
-    {"value",
-     [](Words& words, ElementDraft& draft) {
-       put(words, draft.element.attributes, "AXValue", readPlainValue(words, "value", plainValue));
-     }},
-    {"description",
-     [](Words& words, ElementDraft& draft) {
-       putText(words, draft, "description", "AXDescription");
-     }},
-    {"placeholder",
-     [](Words& words, ElementDraft& draft) {
-       putText(words, draft, "placeholder", "AXPlaceholderValue");
-     }},
-    {"help", [](Words& words, ElementDraft& draft) { putText(words, draft, "help", "AXHelp"); }},
-    {"subrole",
-     [](Words& words, ElementDraft& draft) {
-       put(words, draft.element.attributes, "AXSubrole", words.word("subrole", "a subrole"));
-     }},
-    {"disabled",
-     [](Words& words, ElementDraft& draft) {
-       put(words, draft.element.attributes, "AXEnabled", false);
-     }},
-    {"modal", [](Words& words,
-                 ElementDraft& draft) { put(words, draft.element.attributes, "AXModal", true); }},
-    {"focused", [](Words&, ElementDraft& draft) { draft.focused = true; }},
-    {"selection",
-     [](Words& words, ElementDraft& draft) {
-       put(words, draft.element.attributes, "AXSelectedTextRange", words.range("selection"));
-     }},
-    {"actions",
-     [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); }},
-    {"attribute",
-     [](Words& words, ElementDraft& draft) {
-       readAttributeOption(words, draft.element.attributes, draft.links);
-     },
-     true},
-    {"failing",
-     [](Words& words, ElementDraft& draft) { readFailingOption(words, draft.element.failing); },
-     true},
-    {"range", readSliderRange},
-    {"choices", readChoices},
-    {"while", readWhileHovered},
-    {"also", readAlsoUnder, true},
-    {"repeat", readRepeat},
-    {"open", [](Words& words, ElementDraft& draft) { readMenuState(words, draft, true); }},
-    {"closed", [](Words& words, ElementDraft& draft) { readMenuState(words, draft, false); }},
-    {"transform", readTransform, true},
-    {"ignores", readIgnoresWrites},
-    {"half", readHalfOfWrites},
-    {"late", readLate},
-    {"shows", readShowsPlaceholder},
-    {"composer", readComposer},
-    {"rejects", readRejects, true},
-    {"replying", readReplying},
-    {"grows", readGrows},
-    {"shrinks", readShrinks},
-    {"press:", [](Words& words,
-                  ElementDraft& draft) { draft.element.onClick = readReactions(words, "press:"); }},
-    {"right:",
-     [](Words& words, ElementDraft& draft) {
-       draft.element.onRightClick = readReactions(words, "right:");
-     }},
-    {"takes", readTakesFiles},
-    {"submit:",
-     [](Words& words, ElementDraft& draft) {
-       draft.element.onSubmit = readReactions(words, "submit:");
-     }},
-}};
 
 constexpr std::array<Option<WindowDraft>, 16> windowOptions = {{
     {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
@@ -175,12 +41,12 @@ constexpr std::array<Option<WindowDraft>, 16> windowOptions = {{
     {"closed", [](Words&, WindowDraft& draft) { draft.closed = true; }},
     {"minimized",
      [](Words& words, WindowDraft& draft) {
-       put(words, draft.body.element.attributes, "AXMinimized", true);
+       putAttribute(words, draft.body.element.attributes, "AXMinimized", true);
        draft.window.onScreen = false;
      }},
     {"modal",
      [](Words& words, WindowDraft& draft) {
-       put(words, draft.body.element.attributes, "AXModal", true);
+       putAttribute(words, draft.body.element.attributes, "AXModal", true);
      }},
     {"sheet",
      [](Words& words, WindowDraft& draft) {
@@ -190,7 +56,8 @@ constexpr std::array<Option<WindowDraft>, 16> windowOptions = {{
      }},
     {"subrole",
      [](Words& words, WindowDraft& draft) {
-       put(words, draft.body.element.attributes, "AXSubrole", words.word("subrole", "a subrole"));
+       putAttribute(words, draft.body.element.attributes, "AXSubrole",
+                    words.word("subrole", "a subrole"));
      }},
     {"attribute",
      [](Words& words, WindowDraft& draft) {
@@ -231,28 +98,13 @@ void addDefaultValue(const ElementDraft& draft, Element& element) {
 
 void addDefaultReaction(Element& element) {
   if (!element.onClick.empty()) return;
-  if (element.role == "AXCheckBox" || element.role == "AXSwitch") element.onClick.emplace_back();
-  if (element.role == "AXRadioButton") {
-    element.onClick.push_back({Reaction::Kind::choose, "", ""});
+  if (element.role == "AXCheckBox" || element.role == "AXSwitch") {
+    element.onClick = {{reactions::toggle}};
   }
+  if (element.role == "AXRadioButton") element.onClick = {{reactions::choose}};
 }
 
 }  // namespace
-
-void readAttributeOption(Words& words, Attributes& attributes, std::vector<LinkDraft>& links) {
-  const std::string name = words.word("attribute", "the name of an attribute");
-  auto value = readAnyValue(words, name, links);
-  if (value) put(words, attributes, name, std::move(*value));
-}
-
-void readFailingOption(Words& words, std::map<std::string, ax::Error>& failing) {
-  const std::string name = words.word("failing", "the name of an attribute");
-  const auto code = words.integer("failing", "an error code below 0",
-                                  std::numeric_limits<std::int32_t>::min(), -1);
-  if (!failing.emplace(name, static_cast<ax::Error>(code)).second) {
-    words.fail("'failing " + name + "' is given twice");
-  }
-}
 
 ElementDraft readElement(Words& words) {
   ElementDraft draft;
@@ -260,9 +112,10 @@ ElementDraft readElement(Words& words) {
   element.role = words.word("element", "a role");
   element.actions = defaultActions(element.role);
   if (words.nextIs(Token::Kind::text)) {
-    put(words, element.attributes, labelAttribute(element.role), words.text("element", ""));
+    putAttribute(words, element.attributes, labelAttribute(element.role),
+                 words.text("element", ""));
   }
-  readOptions(words, elementOptions, draft);
+  readHabits(words, draft);
   element.frame = frameOf(words, draft);
   addDefaultValue(draft, element);
   addDefaultReaction(element);

@@ -18,13 +18,6 @@ struct WindowDraft {
   bool closed = false;
 };
 
-/// Reads `attribute` with what follows it.
-void readAttributeOption(Words& words, std::map<std::string, AttributeValue>& attributes,
-                         std::vector<LinkDraft>& links);
-
-/// Reads `failing` with what follows it.
-void readFailingOption(Words& words, std::map<std::string, ax::Error>& failing);
-
 /// Reads the whole line.
 ElementDraft readElement(Words& words);
 WindowDraft readWindow(Words& words);

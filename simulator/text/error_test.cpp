@@ -21,7 +21,7 @@ struct BadWorld {
 };
 
 const std::string statementWords =
-    "app, seed, user, pointer, display, deny, session, missing, process, file, image, at, "
+    "app, user, pointer, display, deny, session, missing, process, file, image, at, "
     "panel, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
@@ -51,10 +51,10 @@ TEST(world_text_errors, of_the_form_of_the_text) {
       {"file \"a\"b", "line 1: a blank is missing after \"a\""},
       {"file\"a\"", "line 1: a blank is missing after 'file'"},
       {"app A pid 1\n\tAXButton", "line 2: indent with spaces, not with tabs"},
-      {"  seed 1\nseed 2", "line 2: the indentation is that of no line above"},
+      {"  process 1\nprocess 2", "line 2: the indentation is that of no line above"},
       {"app A pid 1\n    AXGroup\n        AXButton\n      AXButton",
        "line 4: the indentation is that of no line above"},
-      {"seed 1\n  seed 2", "line 2: nothing can be in 'seed'"},
+      {"process 1\n  process 2", "line 2: nothing can be in 'process'"},
       {"at 1s lock\n  AXButton", "line 2: nothing can be in 'at'"},
   };
   for (const BadWorld& each : cases) EXPECT_EQ(errorOf(each.text), each.error) << each.text;
@@ -62,12 +62,10 @@ TEST(world_text_errors, of_the_form_of_the_text) {
 
 TEST(world_text_errors, of_statements) {
   const BadWorld cases[] = {
-      {"sede 7", "line 1: unknown word 'sede'; expected " + statementWords},
-      {"\"seed\" 7", "line 1: unexpected \"seed\"; expected " + statementWords},
-      {"; seed", "line 1: unexpected ';'; expected " + statementWords},
-      {"seed", "line 1: 'seed' needs an integer from 0 on"},
-      {"seed -1", "line 1: 'seed' needs an integer from 0 on, not '-1'"},
-      {"seed 1 2", "line 1: unexpected '2' at the end of the line"},
+      {"seed 1", "line 1: unknown word 'seed'; expected " + statementWords},
+      {"\"file\" 7", "line 1: unexpected \"file\"; expected " + statementWords},
+      {"; file", "line 1: unexpected ';'; expected " + statementWords},
+      {"process 1 2", "line 1: unexpected '2' at the end of the line"},
       {"user Ada", "line 1: 'user' needs a quoted name, not 'Ada'"},
       {"user \"Ada\" name", "line 1: unknown word 'name'; expected login, unparsable"},
       {"pointer 1;2", "line 1: 'pointer' needs X,Y, not '1'"},

@@ -1,9 +1,12 @@
 #include "simulator/text/habits.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
 #include "base/numbers.h"
+#include "simulator/text/attributes.h"
+#include "simulator/text/reactions.h"
 
 namespace simulator {
 
@@ -55,8 +58,6 @@ constexpr std::array<Option<Transform>, 5> transforms = {{
      }},
 }};
 
-}  // namespace
-
 void readSliderRange(Words& words, ElementDraft& draft) {
   constexpr const char* what = "LEAST..MOST";
   const std::string range = words.word("range", what);
@@ -77,13 +78,11 @@ void readChoices(Words& words, ElementDraft& draft) {
   } while (words.nextIs(Token::Kind::text));
 }
 
-void readWhileHovered(Words& words, ElementDraft& draft) {
-  words.expect("while", "hovered");
+void readWhileHovered(Words& /*words*/, ElementDraft& draft) {
   draft.element.presence = Presence::whileHovered;
 }
 
 void readAlsoUnder(Words& words, ElementDraft& draft) {
-  words.expect("also", "under");
   draft.alsoUnder.push_back(words.name("under", "the label of an element"));
 }
 
@@ -98,26 +97,22 @@ void readMenuState(Words& words, ElementDraft& draft, bool open) {
 }
 
 void readTransform(Words& words, ElementDraft& draft) {
-  if (words.atEnd()) words.failNeeding("transform", ("one of " + wordsOf(transforms)).c_str());
+  if (words.atEnd()) words.failNeeding("transform", oneOf(phrasesOf(transforms)).c_str());
   Transform& transform = habitsOf(draft).transforms.emplace_back();
-  transforms[takeOption(words, transforms)].read(words, transform);
+  transforms[takePhrase(words, phrasesOf(transforms))].read(words, transform);
 }
 
 void readIgnoresWrites(Words& words, ElementDraft& draft) {
-  words.expect("ignores", "writes");
   setWrites(words, draft, Habits::Writes::ignored);
 }
 
 void readHalfOfWrites(Words& words, ElementDraft& draft) {
-  words.expect("half", "of");
-  words.expect("of", "writes");
   setWrites(words, draft, Habits::Writes::halved);
 }
 
 void readLate(Words& words, ElementDraft& draft) { habitsOf(draft).delay = words.time("late"); }
 
-void readShowsPlaceholder(Words& words, ElementDraft& draft) {
-  words.expect("shows", "placeholder");
+void readShowsPlaceholder(Words& /*words*/, ElementDraft& draft) {
   habitsOf(draft).showsPlaceholder = true;
 }
 
@@ -145,10 +140,7 @@ void readReplying(Words& words, ElementDraft& draft) {
   habitsOf(draft).actionError = readError(words, "replying");
 }
 
-void readTakesFiles(Words& words, ElementDraft& draft) {
-  words.expect("takes", "files");
-  habitsOf(draft).takesFiles = true;
-}
+void readTakesFiles(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).takesFiles = true; }
 
 void readGrows(Words& words, ElementDraft& draft) {
   setChildren(words, draft,
@@ -158,5 +150,171 @@ void readGrows(Words& words, ElementDraft& draft) {
 void readShrinks(Words& words, ElementDraft& draft) {
   setChildren(words, draft, Habits::Children::shrink);
 }
+
+void readTextInto(Words& words, ElementDraft& draft, const char* owner, const char* attribute) {
+  putAttribute(words, draft.element.attributes, attribute, words.text(owner, "a quoted text"));
+}
+
+std::vector<std::string> readActions(Words& words) {
+  const std::string list = words.word("actions", "names such as AXPress,AXShowMenu, or none");
+  std::vector<std::string> names;
+  if (list == "none") return names;
+  for (std::size_t start = 0; start <= list.size();) {
+    const std::size_t comma = std::min(list.find(',', start), list.size());
+    names.push_back(list.substr(start, comma - start));
+    if (names.back().empty()) words.fail("'actions' has an empty name in '" + list + "'");
+    start = comma + 1;
+  }
+  return names;
+}
+
+constexpr bool once = false;
+constexpr bool severalTimes = true;
+
+/// The order is that of error messages and of pages.
+constexpr std::array kinds = {
+    Habit{"at", "X,Y", "where it is; with `size`",
+          [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }, once},
+    Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",
+          [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }, once},
+    Habit{"value", "VALUE",
+          "`AXValue`: a text, a number, true or false. Texts have \"\" and check boxes, radio "
+          "buttons and switches 0 without it",
+          [](Words& words, ElementDraft& draft) {
+            putAttribute(words, draft.element.attributes, "AXValue",
+                         readPlainValue(words, "value"));
+          },
+          once},
+    Habit{"description", "\"text\"", "`AXDescription`",
+          [](Words& words, ElementDraft& draft) {
+            readTextInto(words, draft, "description", "AXDescription");
+          },
+          once},
+    Habit{"placeholder", "\"text\"", "`AXPlaceholderValue`",
+          [](Words& words, ElementDraft& draft) {
+            readTextInto(words, draft, "placeholder", "AXPlaceholderValue");
+          },
+          once},
+    Habit{"help", "\"text\"", "`AXHelp`",
+          [](Words& words, ElementDraft& draft) { readTextInto(words, draft, "help", "AXHelp"); },
+          once},
+    Habit{"subrole", "AXSearchField", "`AXSubrole`",
+          [](Words& words, ElementDraft& draft) {
+            putAttribute(words, draft.element.attributes, "AXSubrole",
+                         words.word("subrole", "a subrole"));
+          },
+          once},
+    Habit{"disabled", "",
+          "`AXEnabled` is false: clicks do nothing, and actions and writes of its value, text or "
+          "focus are errors",
+          [](Words& words, ElementDraft& draft) {
+            putAttribute(words, draft.element.attributes, "AXEnabled", false);
+          },
+          once},
+    Habit{"modal", "", "`AXModal` is true",
+          [](Words& words, ElementDraft& draft) {
+            putAttribute(words, draft.element.attributes, "AXModal", true);
+          },
+          once},
+    Habit{"focused", "",
+          "it has its application's keyboard focus, its caret behind the last character",
+          [](Words&, ElementDraft& draft) { draft.focused = true; }, once},
+    Habit{"selection", "START+LENGTH",
+          "`AXSelectedTextRange`: where, and how much, in UTF-16 units",
+          [](Words& words, ElementDraft& draft) {
+            putAttribute(words, draft.element.attributes, "AXSelectedTextRange",
+                         words.range("selection"));
+          },
+          once},
+    Habit{"actions", "AXPress,AXShowMenu|none",
+          "its actions. Without it `AXPress` for what can be pressed (and `AXShowMenu` for pop-up "
+          "and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for menus, "
+          "none for others",
+          [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); },
+          once},
+    Habit{"attribute", "AXFoo VALUE", "any attribute",
+          [](Words& words, ElementDraft& draft) {
+            readAttributeOption(words, draft.element.attributes, draft.links);
+          },
+          severalTimes},
+    Habit{
+        "failing", "AXTitle CODE", "reading the attribute fails with this code, below 0",
+        [](Words& words, ElementDraft& draft) { readFailingOption(words, draft.element.failing); },
+        severalTimes},
+    Habit{"range", "LEAST..MOST [step N]",
+          "a slider's `AXMinValue` and `AXMaxValue`, and how far a step goes (a tenth of the way "
+          "without it). Its value is the least without `value`",
+          readSliderRange, once},
+    Habit{"choices", "\"text\"...",
+          "a closed menu with these items. The first is the value without `value`", readChoices,
+          once},
+    Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
+          readWhileHovered, once},
+    Habit{"also under", "Label", "it is also a child of the element with this label", readAlsoUnder,
+          severalTimes},
+    Habit{"repeat", "N",
+          "that many of it, 1,000,000 at most. They share everything but their identity; one is "
+          "drawn",
+          readRepeat, once},
+    Habit{"open", "", "of an `AXMenu`: it is open at the start",
+          [](Words& words, ElementDraft& draft) { readMenuState(words, draft, true); }, once},
+    Habit{"closed", "", "of an `AXMenu`: it is there only while it is open",
+          [](Words& words, ElementDraft& draft) { readMenuState(words, draft, false); }, once},
+    Habit{"transform", "upper|lower|trim|one-line|first N characters",
+          "what becomes of the whole text after a write, a key or a paste (letters and blanks of "
+          "ASCII; line breaks become spaces); several go in order",
+          readTransform, severalTimes},
+    Habit{"ignores writes", "", "a text that is written is accepted and changes nothing",
+          readIgnoresWrites, once},
+    Habit{"half of writes", "", "only the first half of its characters arrives", readHalfOfWrites,
+          once},
+    Habit{"late", "TIME", "a text that is written lands that much later", readLate, once},
+    Habit{"shows placeholder", "", "while it is empty the placeholder reads as its value",
+          readShowsPlaceholder, once},
+    Habit{"composer", "[without value]",
+          "its text shows as `AXStaticText`s in it, one for each line that is not empty; without "
+          "value `AXValue` reads as none. The text at the start is the value, or that of the "
+          "static texts below it",
+          readComposer, once},
+    Habit{"rejects", "AXValue [CODE]",
+          "writes of the attribute give an error, -25205 without a code. Of any element",
+          readRejects, severalTimes},
+    Habit{"replying", "CODE", "its actions run, and answer with this code, below 0", readReplying,
+          once},
+    Habit{"grows", "[deeper]",
+          "after each read of its `AXChildren` it has one more, or one more that does the same",
+          readGrows, once},
+    Habit{"shrinks", "", "after each read of its `AXChildren` it has one less", readShrinks, once},
+    Habit{"press:", "REACTION; ...", "what a click does",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onClick = readReactions(words, "press:");
+          },
+          once},
+    Habit{"right:", "REACTION; ...", "what a right click does",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onRightClick = readReactions(words, "right:");
+          },
+          once},
+    Habit{"takes files", "",
+          "files that are pasted become `AXImage`s in it, titled with their names; other things "
+          "are pasted if it takes text",
+          readTakesFiles, once},
+    Habit{"submit:", "REACTION; ...", "what the return key does, in place of a line break",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onSubmit = readReactions(words, "submit:");
+          },
+          once},
+};
+
+constexpr bool isWhole(const Habit& habit) {
+  return *habit.description != '\0' && habit.read != nullptr;
+}
+static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
+
+}  // namespace
+
+std::span<const Habit> habits() { return kinds; }
+
+void readHabits(Words& words, ElementDraft& draft) { readOptions(words, kinds, draft); }
 
 }  // namespace simulator

@@ -1,27 +1,26 @@
 #pragma once
 
+#include <span>
+
 #include "simulator/text/draft.h"
 #include "simulator/text/words.h"
 
-/// The words that give an element more than plain attributes. Each reads what follows its word.
+/// What a line may say of an element behind its role and label.
 namespace simulator {
 
-void readSliderRange(Words& words, ElementDraft& draft);
-void readChoices(Words& words, ElementDraft& draft);
-void readWhileHovered(Words& words, ElementDraft& draft);
-void readAlsoUnder(Words& words, ElementDraft& draft);
-void readRepeat(Words& words, ElementDraft& draft);
-void readMenuState(Words& words, ElementDraft& draft, bool open);
-void readTransform(Words& words, ElementDraft& draft);
-void readIgnoresWrites(Words& words, ElementDraft& draft);
-void readHalfOfWrites(Words& words, ElementDraft& draft);
-void readLate(Words& words, ElementDraft& draft);
-void readShowsPlaceholder(Words& words, ElementDraft& draft);
-void readComposer(Words& words, ElementDraft& draft);
-void readRejects(Words& words, ElementDraft& draft);
-void readReplying(Words& words, ElementDraft& draft);
-void readTakesFiles(Words& words, ElementDraft& draft);
-void readGrows(Words& words, ElementDraft& draft);
-void readShrinks(Words& words, ElementDraft& draft);
+/// A row of the table of habits.
+struct Habit {
+  const char* phrase;       // the words that it begins with
+  const char* arguments;    // what follows them; empty for nothing
+  const char* description;  // what the element is then, or does
+  void (*read)(Words& words, ElementDraft& draft);
+  bool repeatable;
+};
+
+/// All there are.
+std::span<const Habit> habits();
+
+/// Reads habits, in any order, up to the end of the line.
+void readHabits(Words& words, ElementDraft& draft);
 
 }  // namespace simulator

@@ -1,270 +1,209 @@
 #include "simulator/text/happenings.h"
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
+#include <stdexcept>
 
-#include "base/numbers.h"
+#include "simulator/input/happenings.h"
+#include "simulator/input/taps.h"
 #include "simulator/input/user_input.h"
-#include "simulator/text/display.h"
-#include "simulator/world/element_text.h"
-#include "simulator/world/keyboard_layouts.h"
+#include "simulator/mac/sharing_streams.h"
+#include "simulator/world/pasteboard.h"
+#include "simulator/world/windows.h"
 
 namespace simulator {
 
 namespace {
 
-using Kind = Happening::Kind;
+using Act = void (*)(Mac& mac, const Happening& happening);
+using Input = std::vector<InputEvent> (*)(World& world, const Happening& happening);
+namespace with = happening_arguments;
 
-struct Reading {
-  const World& world;
-  Happening happening;
+constexpr HappeningEffect does(Act act) { return {act, nullptr}; }
+constexpr HappeningEffect sends(Input input) { return {nullptr, input}; }
+
+/// For `notTold`: a running Mac can be told so.
+constexpr const char* told = nullptr;
+constexpr const char* ownSignals = "its processes are real, and get their signals from the system";
+constexpr const char* ownStreams =
+    "its processes are real: each has a standard input and output of its own";
+
+/// The order is that of error messages and of pages.
+constexpr std::array kinds = {
+    HappeningKind{"lock", with::nothing, "the screen locks",
+                  does([](Mac& mac, const Happening&) { mac.world.session.locked = true; }), told},
+    HappeningKind{"unlock", with::nothing, "the user unlocks the screen",
+                  does([](Mac& mac, const Happening&) { mac.world.session.locked.reset(); }), told},
+    HappeningKind{"leave console", with::nothing, "another user comes to front",
+                  does([](Mac& mac, const Happening&) { mac.world.session.onConsole = false; }),
+                  told},
+    HappeningKind{"return to console", with::nothing, "the other user goes",
+                  does([](Mac& mac, const Happening&) { mac.world.session.onConsole = true; }),
+                  told},
+    HappeningKind{
+        "quit", with::application,
+        "the application quits. If it was in front, the next regular one comes to front",
+        does([](Mac& mac, const Happening& what) { quitApplication(mac.world, what.pid); }), told},
+    HappeningKind{
+        "end process", with::process, "a process that is no application ends",
+        does([](Mac& mac, const Happening& what) { mac.world.processes.erase(what.pid); }), told},
+    HappeningKind{"front", with::application,
+                  "the user brings the application to front, with all its windows",
+                  does([](Mac& mac, const Happening& what) {
+                    if (findApplication(mac.world, what.pid) != nullptr) {
+                      bringToFront(mac.world, what.pid);
+                    }
+                  }),
+                  told},
+    HappeningKind{"hang", with::application, "the application stops answering",
+                  does([](Mac& mac, const Happening& what) { setHanging(mac, what.pid, true); }),
+                  told},
+    HappeningKind{"recover", with::application, "a hanging application answers again",
+                  does([](Mac& mac, const Happening& what) { setHanging(mac, what.pid, false); }),
+                  told},
+    HappeningKind{"user key", with::key, "the user presses a key, modifiers held meanwhile",
+                  sends(keyInput), told},
+    HappeningKind{"user click", with::click,
+                  "the user clicks, with the left button or another: the window there comes to "
+                  "front, with its application, and takes the click",
+                  sends(clickInput), told},
+    HappeningKind{"user move", with::point, "the user moves the pointer", sends(moveInput), told},
+    HappeningKind{"user scroll", with::lines,
+                  "the user scrolls where the pointer is, by so many lines", sends(scrollInput),
+                  told},
+    HappeningKind{"user drag", with::drag,
+                  "the user presses a button, left or another, moves the pointer and lets go",
+                  sends(dragInput), told},
+    HappeningKind{"user press", with::modifier,
+                  "the user holds a modifier key down: `cmd`, `shift`, `option` or `control`",
+                  sends(pressInput), told},
+    HappeningKind{"user release", with::modifier, "the user lets it go", sends(releaseInput), told},
+    HappeningKind{
+        "user copy", with::copied,
+        "the user copies a text: it is all that is on the pasteboard from then on",
+        does([](Mac& mac, const Happening& what) { copyText(mac.world.pasteboard, what.text); }),
+        told},
+    HappeningKind{"remove displays", with::nothing, "every display is unplugged",
+                  does([](Mac& mac, const Happening&) { removeDisplays(mac); }), told},
+    HappeningKind{"connect display", with::display,
+                  "a display is plugged in; one with that number changes its size and place",
+                  does([](Mac& mac, const Happening& what) { connectDisplay(mac, what.display); }),
+                  told},
+    HappeningKind{"disconnect display", with::displayNumber, "a display is unplugged",
+                  does([](Mac& mac, const Happening& what) {
+                    disconnectDisplay(mac, static_cast<std::uint32_t>(what.number));
+                  }),
+                  told},
+    HappeningKind{"signal", with::signal, "every process that uses the Mac gets a signal",
+                  does([](Mac& mac, const Happening& what) { signalProcesses(mac, what.number); }),
+                  ownSignals},
+    HappeningKind{"input", with::input, "a text arrives on the standard input of the processes",
+                  does([](Mac& mac, const Happening& what) {
+                    for (Client* client : living(mac)) client->input += what.text;
+                  }),
+                  ownStreams},
+    HappeningKind{"close input", with::nothing, "their standard input ends",
+                  does([](Mac& mac, const Happening&) {
+                    for (Client* client : living(mac)) client->inputClosed = true;
+                  }),
+                  ownStreams},
+    HappeningKind{"close output", with::nothing, "nobody reads what they write any more",
+                  does([](Mac& mac, const Happening&) {
+                    for (Client* client : living(mac)) client->outputClosed = true;
+                  }),
+                  ownStreams},
+    HappeningKind{"stall output", with::nothing, "whoever reads what they write stops for now",
+                  does([](Mac& mac, const Happening&) {
+                    for (Client* client : living(mac)) client->readerStalls = true;
+                  }),
+                  ownStreams},
+    HappeningKind{"resume output", with::nothing, "whoever reads what they write goes on",
+                  does([](Mac& mac, const Happening&) {
+                    for (Client* client : living(mac)) client->readerStalls = false;
+                  }),
+                  ownStreams},
+    HappeningKind{"request termination", with::nothing,
+                  "the processes' applications are asked to terminate",
+                  does([](Mac& mac, const Happening&) {
+                    tellProcesses(mac, platform::ItemKind::terminationRequest);
+                  }),
+                  told},
+    HappeningKind{
+        "end-loop", with::nothing, "the loops of the processes' applications end by themselves",
+        does([](Mac& mac, const Happening&) { tellProcesses(mac, platform::ItemKind::loopEnd); }),
+        told},
+    HappeningKind{
+        "stop sharing", with::sharing,
+        "the system stops what shares a window of the application, as if the user wanted "
+        "so, or for another reason",
+        does([](Mac& mac, const Happening& what) { stopSharing(mac, what.pid, what.text); }), told},
+    HappeningKind{"withdraw recording", with::nothing,
+                  "the screen may not be recorded any more, which stops all sharing",
+                  does([](Mac& mac, const Happening&) {
+                    mac.world.screenRecordingAllowed = false;
+                    stopSharing(mac, 0, captureDeclined);
+                  }),
+                  told},
+    HappeningKind{
+        "disable taps", with::timeout,
+        "the system disables every event tap, as if the user wanted so, or for being slow",
+        does([](Mac& mac, const Happening& what) {
+          disableTaps(mac, what.number == 1 ? tap::disabledByTimeout : tap::disabledByUserInput);
+        }),
+        told},
 };
 
-constexpr std::string_view pidPrefix = "pid:";
-constexpr const char* aKey =
-    "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, home, "
-    "end, pageup, pagedown, left, right, up or down";
-constexpr const char* aModifier = "cmd, shift, option or control";
-
-Pid applicationByPid(Words& words, const World& world, const std::string& name) {
-  const auto pid = driver::parseInt32(std::string_view(name).substr(pidPrefix.size()));
-  if (!pid || findApplication(world, *pid) == nullptr) {
-    words.fail("no application '" + name + "' is running");
-  }
-  return *pid;
+/// Each says what it is, and has one effect.
+constexpr bool isWhole(const HappeningKind& kind) {
+  const bool hasOneEffect = (kind.effect.act == nullptr) != (kind.effect.input == nullptr);
+  return *kind.phrase != '\0' && *kind.description != '\0' && hasOneEffect;
 }
-
-Pid readApplication(Words& words, const World& world, const char* owner) {
-  const std::string name = words.name(owner, "an application's name or pid:N");
-  if (std::string_view(name).substr(0, pidPrefix.size()) == pidPrefix) {
-    return applicationByPid(words, world, name);
-  }
-  const auto isNamed = [&](const Application& each) { return each.running && each.name == name; };
-  const auto& all = world.applications;
-  const auto found = std::find_if(all.begin(), all.end(), isNamed);
-  if (found == all.end()) words.fail("no application '" + name + "' is running");
-  if (std::find_if(std::next(found), all.end(), isNamed) != all.end()) {
-    words.fail("several applications are called '" + name + "'; name one as pid:N");
-  }
-  return found->pid;
-}
-
-const ModifierKey* takeModifier(Words& words) {
-  for (const ModifierKey& key : modifierKeys) {
-    if (words.take(key.name)) return &key;
-  }
-  return nullptr;
-}
-
-void readKey(Words& words, Reading& reading) {
-  reading.happening.kind = Kind::userKey;
-  while (const ModifierKey* modifier = takeModifier(words)) {
-    reading.happening.modifiers |= modifier->flag;
-  }
-  std::string key = words.name("key", aKey);
-  if (!codeNamed(key) && characterCount(key) != 1) {
-    words.fail("unknown key '" + key + "'; expected " + aKey);
-  }
-  reading.happening.text = std::move(key);
-}
-
-void readModifier(Words& words, Reading& reading, const char* owner, Kind kind) {
-  const ModifierKey* modifier = takeModifier(words);
-  if (modifier == nullptr) words.failNeeding(owner, aModifier);
-  reading.happening.kind = kind;
-  reading.happening.modifiers = modifier->flag;
-}
-
-void readButton(Words& words, Happening& happening) {
-  if (words.take("right")) {
-    happening.button = MouseButton::right;
-  } else if (words.take("other")) {
-    happening.button = MouseButton::other;
-  }
-}
-
-constexpr std::array<Option<Reading>, 8> userOptions = {{
-    {"key", readKey},
-    {"click",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userClick;
-       reading.happening.point = words.finitePoint("click");
-       readButton(words, reading.happening);
-     }},
-    {"move",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userMove;
-       reading.happening.point = words.finitePoint("move");
-     }},
-    {"scroll",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userScroll;
-       reading.happening.point = words.finitePoint("scroll");
-     }},
-    {"drag",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userDrag;
-       reading.happening.point = words.finitePoint("drag");
-       words.expect("drag", "to");
-       reading.happening.end = words.finitePoint("to");
-       readButton(words, reading.happening);
-     }},
-    {"press", [](Words& words,
-                 Reading& reading) { readModifier(words, reading, "press", Kind::userPress); }},
-    {"release",
-     [](Words& words, Reading& reading) {
-       readModifier(words, reading, "release", Kind::userRelease);
-     }},
-    {"copy",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::userCopy;
-       reading.happening.text = words.name("copy", "a text");
-     }},
-}};
-
-/// What is posted into the session, and not by the user's devices.
-constexpr std::array<Option<Reading>, 2> postedOptions = {{
-    {"tagged", [](Words&, Reading& reading) { reading.happening.tagged = true; }},
-    {"for",
-     [](Words& words, Reading& reading) {
-       reading.happening.addressee = readApplication(words, reading.world, "for");
-     }},
-}};
-
-void readUser(Words& words, Reading& reading) {
-  if (words.atEnd()) words.failNeeding("user", ("one of " + wordsOf(userOptions)).c_str());
-  userOptions[takeOption(words, userOptions)].read(words, reading);
-  if (isInput(reading.happening.kind)) readOptions(words, postedOptions, reading);
-}
-
-void readStopSharing(Words& words, Reading& reading) {
-  reading.happening.kind = Kind::stopSharing;
-  words.expect("stop", "sharing");
-  reading.happening.pid = readApplication(words, reading.world, "sharing");
-  reading.happening.text = words.atEnd() ? userStopped : words.name("sharing", "the reason");
-}
-
-constexpr std::array<Option<Reading>, 2> closeOptions = {{
-    {"input", [](Words&, Reading& reading) { reading.happening.kind = Kind::closeInput; }},
-    {"output", [](Words&, Reading& reading) { reading.happening.kind = Kind::closeOutput; }},
-}};
-
-constexpr std::array<Option<Reading>, 23> kinds = {{
-    {"lock", [](Words&, Reading& reading) { reading.happening.kind = Kind::lock; }},
-    {"unlock", [](Words&, Reading& reading) { reading.happening.kind = Kind::unlock; }},
-    {"leave",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::leaveConsole;
-       words.expect("leave", "console");
-     }},
-    {"return",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::returnToConsole;
-       words.expect("return", "to");
-       words.expect("to", "console");
-     }},
-    {"quit",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::quit;
-       reading.happening.pid = readApplication(words, reading.world, "quit");
-     }},
-    {"end",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::endProcess;
-       words.expect("end", "process");
-       reading.happening.pid = static_cast<Pid>(
-           words.integer("process", "a process id", 1, std::numeric_limits<Pid>::max()));
-     }},
-    {"front",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::bringToFront;
-       reading.happening.pid = readApplication(words, reading.world, "front");
-     }},
-    {"hang",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::hang;
-       reading.happening.pid = readApplication(words, reading.world, "hang");
-     }},
-    {"recover",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::recover;
-       reading.happening.pid = readApplication(words, reading.world, "recover");
-     }},
-    {"user", readUser},
-    {"remove",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::removeDisplays;
-       words.expect("remove", "displays");
-     }},
-    {"connect",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::connectDisplay;
-       words.expect("connect", "display");
-       reading.happening.display = readDisplay(words);
-     }},
-    {"disconnect",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::disconnectDisplay;
-       words.expect("disconnect", "display");
-       reading.happening.number = static_cast<int>(
-           words.integer("display", "a number from 1 on", 1, std::numeric_limits<int>::max()));
-     }},
-    {"signal",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::signalProcesses;
-       reading.happening.number =
-           static_cast<int>(words.integer("signal", "a signal's number", 1, 31));
-     }},
-    {"input",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::input;
-       reading.happening.text = words.name("input", "what arrives on standard input");
-     }},
-    {"close",
-     [](Words& words, Reading& reading) {
-       if (words.atEnd()) words.failNeeding("close", "input or output");
-       closeOptions[takeOption(words, closeOptions)].read(words, reading);
-     }},
-    {"stall",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::stallOutput;
-       words.expect("stall", "output");
-     }},
-    {"resume",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::resumeOutput;
-       words.expect("resume", "output");
-     }},
-    {"request",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::requestTermination;
-       words.expect("request", "termination");
-     }},
-    {"end-loop",
-     [](Words&, Reading& reading) { reading.happening.kind = Kind::endApplicationLoop; }},
-    {"stop", readStopSharing},
-    {"withdraw",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::withdrawRecording;
-       words.expect("withdraw", "recording");
-     }},
-    {"disable",
-     [](Words& words, Reading& reading) {
-       reading.happening.kind = Kind::disableTaps;
-       words.expect("disable", "taps");
-       reading.happening.number = words.take("timeout") ? 1 : 0;
-     }},
-}};
+static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
 
 }  // namespace
 
+std::span<const HappeningKind> happeningKinds() { return kinds; }
+
+std::string formOf(const HappeningKind& kind) {
+  std::string form = kind.phrase;
+  if (*kind.arguments.form != '\0') form += std::string(" ") + kind.arguments.form;
+  return kind.effect.input == nullptr ? form : form + postedForm;
+}
+
+Happening happeningCalled(std::string_view phrase) {
+  const auto kind = std::find_if(kinds.begin(), kinds.end(),
+                                 [&](const HappeningKind& each) { return each.phrase == phrase; });
+  if (kind == kinds.end()) throw std::logic_error("nothing happens that is so called");
+  Happening happening;
+  happening.kind = &*kind;
+  return happening;
+}
+
 Happening readHappening(Words& words, const World& world) {
-  if (words.atEnd()) words.fail("something must happen: " + wordsOf(kinds));
-  Reading reading{world, {}};
-  kinds[takeOption(words, kinds)].read(words, reading);
+  const Phrases phrases = phrasesOf(kinds);
+  if (words.atEnd()) words.fail("something must happen: " + firstWords(phrases));
+  const HappeningKind& kind = kinds[takePhrase(words, phrases)];
+  Happening happening;
+  happening.kind = &kind;
+  const HappeningReading reading{words, lastWord(kind.phrase), world, happening};
+  kind.arguments.read(reading);
+  if (kind.effect.input != nullptr) readPosted(reading);
   words.expectEnd();
-  return reading.happening;
+  return happening;
+}
+
+std::string happeningText(const Happening& happening) {
+  const std::string arguments = happening.kind->arguments.text(happening);
+  return happening.kind->phrase + (arguments.empty() ? "" : " " + arguments) +
+         postedText(happening);
+}
+
+void happen(Mac& mac, const Happening& happening) {
+  const HappeningEffect& effect = happening.kind->effect;
+  if (effect.input == nullptr) {
+    effect.act(mac, happening);
+  } else {
+    takeUserInput(mac, effect.input(mac.world, happening));
+  }
 }
 
 }  // namespace simulator

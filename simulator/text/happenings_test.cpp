@@ -1,3 +1,5 @@
+#include "simulator/text/happenings.h"
+
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
@@ -10,32 +12,32 @@ TEST(happening_text, every_happening_can_be_written) {
   const World world = parseWorld("app \"My Notes\" pid 41");
   struct Case {
     const char* text;
-    Happening::Kind kind;
+    std::string kind;
     Pid pid;
     const char* key;
     Point point;
   };
   const Case cases[] = {
-      {"lock", Happening::Kind::lock, 0, "", {}},
-      {"unlock", Happening::Kind::unlock, 0, "", {}},
-      {"leave console", Happening::Kind::leaveConsole, 0, "", {}},
-      {"return to console", Happening::Kind::returnToConsole, 0, "", {}},
-      {"quit \"My Notes\"", Happening::Kind::quit, 41, "", {}},
-      {"quit pid:41", Happening::Kind::quit, 41, "", {}},
-      {"end process 900", Happening::Kind::endProcess, 900, "", {}},
-      {"front pid:41", Happening::Kind::bringToFront, 41, "", {}},
-      {"hang pid:41", Happening::Kind::hang, 41, "", {}},
-      {"recover pid:41", Happening::Kind::recover, 41, "", {}},
-      {"user key é", Happening::Kind::userKey, 0, "é", {}},
-      {"user key \" \"", Happening::Kind::userKey, 0, " ", {}},
-      {"user key return", Happening::Kind::userKey, 0, "return", {}},
-      {"user click 10,20", Happening::Kind::userClick, 0, "", {10, 20}},
-      {"  user move -1,2.5  # comment", Happening::Kind::userMove, 0, "", {-1, 2.5}},
-      {"remove displays", Happening::Kind::removeDisplays, 0, "", {}},
+      {"lock", "lock", 0, "", {}},
+      {"unlock", "unlock", 0, "", {}},
+      {"leave console", "leave console", 0, "", {}},
+      {"return to console", "return to console", 0, "", {}},
+      {"quit \"My Notes\"", "quit", 41, "", {}},
+      {"quit pid:41", "quit", 41, "", {}},
+      {"end process 900", "end process", 900, "", {}},
+      {"front pid:41", "front", 41, "", {}},
+      {"hang pid:41", "hang", 41, "", {}},
+      {"recover pid:41", "recover", 41, "", {}},
+      {"user key é", "user key", 0, "é", {}},
+      {"user key \" \"", "user key", 0, " ", {}},
+      {"user key return", "user key", 0, "return", {}},
+      {"user click 10,20", "user click", 0, "", {10, 20}},
+      {"  user move -1,2.5  # comment", "user move", 0, "", {-1, 2.5}},
+      {"remove displays", "remove displays", 0, "", {}},
   };
   for (const Case& each : cases) {
     const Happening happening = parseHappening(each.text, world);
-    EXPECT_EQ(happening.kind, each.kind) << each.text;
+    EXPECT_EQ(happening.kind->phrase, each.kind) << each.text;
     EXPECT_EQ(happening.pid, each.pid) << each.text;
     EXPECT_EQ(happening.text, each.key) << each.text;
     EXPECT_EQ(happening.point, each.point) << each.text;
@@ -118,6 +120,8 @@ TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
   EXPECT_EQ(errorOfHappening("user drag 1,1"), "line 1: 'drag' needs 'to' after it");
   EXPECT_EQ(errorOfHappening("disable"), "line 1: 'disable' needs 'taps' after it");
   EXPECT_EQ(errorOfHappening("user click 10"), "line 1: 'click' needs X,Y, not '10'");
+  EXPECT_EQ(errorOfHappening("close"), "line 1: 'close' needs input or output");
+  EXPECT_EQ(errorOfHappening("close it"), "line 1: unknown word 'it'; expected input, output");
   const std::string time = "line 1: 'at' needs a time such as 250us, 100ms or 1.5s, not ";
   EXPECT_EQ(errorOfTime("100"), time + "'100'");
   EXPECT_EQ(errorOfTime(""), time + "''");

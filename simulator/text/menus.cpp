@@ -7,6 +7,7 @@
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/menus.h"
+#include "simulator/world/reactions.h"
 
 namespace simulator {
 
@@ -169,7 +170,7 @@ ElementId addMenuItem(Application& application, const MenuItemDraft& draft) {
   }
   item.onClick = draft.onClick;
   const bool pastes = draft.path.back() == "Paste" && draft.onClick.empty();
-  if (pastes) item.onClick = {{Reaction::Kind::paste, "", ""}};
+  if (pastes) item.onClick = {{reactions::paste}};
   return above;
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "simulator/world/elements.h"
+#include "simulator/world/windows.h"
 
 namespace simulator {
 
@@ -17,7 +18,7 @@ constexpr Size panelSize{480, 200};
 constexpr const char* nameAtFirst = "Untitled";
 constexpr std::int64_t nameLength = 8;
 
-std::vector<Reaction> closing() { return {{Reaction::Kind::closeWindow, "", ""}}; }
+std::vector<Reaction> closing() { return {{closeOwnWindow}}; }
 
 void addButton(Application& application, const Window& panel, const std::string& title, double x) {
   const double y = panel.frame.y + panelSize.height - 40;

@@ -4,6 +4,10 @@
 
 #include <cmath>
 
+#include "simulator/text/happenings.h"
+#include "simulator/text/reactions.h"
+#include "simulator/world/reactions.h"
+
 namespace simulator {
 
 namespace {
@@ -22,6 +26,13 @@ std::vector<WindowNumber> numbersOf(const World& world) {
 
 using Attributes = std::map<std::string, AttributeValue>;
 
+std::string phraseOf(const Reaction& reaction) {
+  for (const ReactionKind& kind : reactionKinds()) {
+    if (kind.effect == reaction.effect) return kind.phrase;
+  }
+  return "";
+}
+
 TEST(world_text, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
   const World world = parseWorld("");
 
@@ -31,7 +42,6 @@ TEST(world_text, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
   EXPECT_EQ(world.displays[0].scale, 2);
   EXPECT_TRUE(world.displays[0].modeReadable);
   EXPECT_EQ(world.frontmost, 0);
-  EXPECT_EQ(world.seed, 1u);
   EXPECT_EQ(world.user.fullName, "Ada Lovelace");
   EXPECT_EQ(world.session.locked, std::nullopt);
   EXPECT_EQ(world.session.onConsole, true);
@@ -40,7 +50,7 @@ TEST(world_text, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
 
 TEST(world_text, statements_set_the_mac_up) {
   const World world = parseWorld(R"(
-    seed 7                                   # a comment
+    # a comment
     user "Grace \"Amazing\" Hopper" login grace unparsable
     pointer 300,200.5
     display 1 1440x900 scale 2
@@ -55,7 +65,6 @@ TEST(world_text, statements_set_the_mac_up) {
     image "/path/face.png"
   )");
 
-  EXPECT_EQ(world.seed, 7u);
   EXPECT_EQ(world.user.fullName, "Grace \"Amazing\" Hopper");
   EXPECT_EQ(world.user.loginName, "grace");
   EXPECT_FALSE(world.user.nameParses);
@@ -254,7 +263,7 @@ TEST(world_text, actions_and_values_come_with_the_role) {
   EXPECT_EQ(elementOf("AXRadioButton").attributes, (Attributes{{"AXValue", std::int64_t{0}}}));
   EXPECT_EQ(elementOf("AXCheckBox value true").attributes, (Attributes{{"AXValue", true}}));
   ASSERT_EQ(elementOf("AXCheckBox").onClick.size(), 1u);
-  EXPECT_EQ(elementOf("AXCheckBox").onClick[0].kind, Reaction::Kind::toggle);
+  EXPECT_EQ(elementOf("AXCheckBox").onClick[0].effect, reactions::toggle);
 }
 
 TEST(world_text, a_focused_text_has_its_caret_at_the_end_unless_told) {
@@ -323,13 +332,15 @@ TEST(world_text, reactions_run_to_the_end_of_the_line_or_the_other_button) {
   const Element& send = world.applications[0].elements[1];
   std::vector<std::string> texts;
   for (const Reaction& each : send.onClick) {
-    texts.push_back(std::to_string(static_cast<int>(each.kind)) + "|" + each.text + "|" +
-                    each.target);
+    texts.push_back(phraseOf(each) + "|" + each.text + "|" + each.target.value_or("") + "|" +
+                    each.window.value_or(""));
   }
-  EXPECT_EQ(texts, (std::vector<std::string>{"0|sent|Body", "1|x|Long name", "2||", "3|T|", "4||",
-                                             "5|Inbox|", "6|N|", "8||", "7||"}));
+  EXPECT_EQ(texts,
+            (std::vector<std::string>{"append|sent|Body|", "set|x|Long name|", "toggle|||",
+                                      "open sheet|T||", "close window|||", "show window|||Inbox",
+                                      "retitle|N||", "hang|||", "quit|||"}));
   ASSERT_EQ(send.onRightClick.size(), 1u);
-  EXPECT_EQ(send.onRightClick[0].kind, Reaction::Kind::toggle);
+  EXPECT_EQ(send.onRightClick[0].effect, reactions::toggle);
 }
 
 TEST(world_text, a_script_is_ordered_by_time_and_may_name_what_comes_later) {
@@ -344,12 +355,10 @@ TEST(world_text, a_script_is_ordered_by_time_and_may_name_what_comes_later) {
 
   std::vector<std::string> script;
   for (const Scripted& each : world.script) {
-    script.push_back(std::to_string(each.at) + " " +
-                     std::to_string(static_cast<int>(each.happening.kind)) + " " +
-                     std::to_string(each.happening.pid) + each.happening.text);
+    script.push_back(std::to_string(each.at) + " " + happeningText(each.happening));
   }
-  EXPECT_EQ(script, (std::vector<std::string>{"0 5 900", "100000 0 0", "100000 4 41",
-                                              "2000000 9 0return"}));
+  EXPECT_EQ(script, (std::vector<std::string>{"0 end process 900", "100000 lock",
+                                              "100000 quit pid:41", "2000000 user key return"}));
 }
 
 }  // namespace

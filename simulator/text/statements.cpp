@@ -36,7 +36,7 @@ constexpr std::array<Option<World>, 3> denials = {{
 template <class Target, std::size_t count>
 void readAtLeastOne(Words& words, const char* owner,
                     const std::array<Option<Target>, count>& options, Target& target) {
-  if (words.atEnd()) words.failNeeding(owner, ("one of " + wordsOf(options)).c_str());
+  if (words.atEnd()) words.failNeeding(owner, oneOf(phrasesOf(options)).c_str());
   readOptions(words, options, target);
 }
 
@@ -50,12 +50,7 @@ void addDisplay(Words& words, WorldBuilder& builder) {
   displays.push_back(display);
 }
 
-constexpr std::array<Option<WorldBuilder>, 12> statements = {{
-    {"seed",
-     [](Words& words, WorldBuilder& builder) {
-       builder.world().seed = static_cast<std::uint64_t>(words.integer(
-           "seed", "an integer from 0 on", 0, std::numeric_limits<std::int64_t>::max()));
-     }},
+constexpr std::array<Option<WorldBuilder>, 11> statements = {{
     {"user",
      [](Words& words, WorldBuilder& builder) {
        User& user = builder.world().user;
@@ -115,16 +110,16 @@ Place readStatement(Words& words, WorldBuilder& builder) {
   if (words.take("app")) return builder.addApplication(words);
   refuseOrphan(words);
   for (const Option<WorldBuilder>& statement : statements) {
-    if (!words.take(statement.word)) continue;
+    if (!words.take(statement.phrase)) continue;
     statement.read(words, builder);
     words.expectEnd();
-    return {Place::Kind::other, statement.word, 0, 0, 0};
+    return {Place::Kind::other, statement.phrase, 0, 0, 0};
   }
   if (const char* word = readUserStatement(words, builder.world())) {
     words.expectEnd();
     return {Place::Kind::other, word, 0, 0, 0};
   }
-  words.failUnknown("app, " + wordsOf(statements) + ", " + userStatementWords());
+  words.failUnknown("app, " + firstWords(phrasesOf(statements)) + ", " + userStatementWords());
 }
 
 }  // namespace simulator

@@ -21,8 +21,8 @@ constexpr std::array<Option<Keyboard>, 4> layouts = {{
 }};
 
 void readKeyboard(Words& words, World& world) {
-  if (words.atEnd()) words.failNeeding("keyboard", ("one of " + wordsOf(layouts)).c_str());
-  layouts[takeOption(words, layouts)].read(words, world.keyboard);
+  if (words.atEnd()) words.failNeeding("keyboard", oneOf(phrasesOf(layouts)).c_str());
+  layouts[takePhrase(words, phrasesOf(layouts))].read(words, world.keyboard);
 }
 
 void readPasteboardItem(Words& words, World& world) {
@@ -112,13 +112,13 @@ constexpr std::array<Option<World>, 8> statements = {{
 
 const char* readUserStatement(Words& words, World& world) {
   for (const Option<World>& statement : statements) {
-    if (!words.take(statement.word)) continue;
+    if (!words.take(statement.phrase)) continue;
     statement.read(words, world);
-    return statement.word;
+    return statement.phrase;
   }
   return nullptr;
 }
 
-std::string userStatementWords() { return wordsOf(statements); }
+std::string userStatementWords() { return firstWords(phrasesOf(statements)); }
 
 }  // namespace simulator

@@ -1,6 +1,8 @@
 #include "simulator/text/words.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -62,6 +64,44 @@ std::optional<Microseconds> timeOf(std::string_view text) {
     return std::llround(microseconds);
   }
   return std::nullopt;
+}
+
+/// What is still to be read of a phrase, and its place among the phrases.
+struct Remainder {
+  std::size_t index = 0;
+  std::string_view text;
+};
+
+std::string_view firstWord(std::string_view text) { return text.substr(0, text.find(' ')); }
+
+std::string_view afterFirstWord(std::string_view text) {
+  text.remove_prefix(firstWord(text).size());
+  text.remove_prefix(std::min<std::size_t>(text.size(), 1));
+  return text;
+}
+
+Phrases textsOf(const std::vector<Remainder>& remainders) {
+  Phrases texts;
+  for (const Remainder& each : remainders) texts.push_back(each.text);
+  return texts;
+}
+
+std::string neededAfter(const Phrases& following) {
+  if (following.size() == 1) return "'" + std::string(following[0]) + "' after it";
+  if (following.size() == 2) return std::string(following[0]) + " or " + std::string(following[1]);
+  return oneOf(following);
+}
+
+/// Passes over the next word, and leaves what goes on with it open.
+std::string takeWord(Words& words, std::vector<Remainder>& open) {
+  const Phrases following = eachFirstWord(textsOf(open));
+  for (const std::string_view word : following) {
+    if (!words.take(word)) continue;
+    std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
+    for (Remainder& each : open) each.text = afterFirstWord(each.text);
+    return std::string(word);
+  }
+  words.failUnknown(firstWords(following));
 }
 
 }  // namespace
@@ -166,6 +206,62 @@ ax::Range Words::range(const char* owner) { return parsed(owner, "LOCATION+LENGT
 
 Microseconds Words::time(const char* owner) {
   return parsed(owner, "a time such as 250us, 100ms or 1.5s", timeOf);
+}
+
+std::string quotedWord(std::string_view word) {
+  if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
+    return std::string(word);
+  }
+  std::string quoted = "\"";
+  for (const char c : word) {
+    if (c == '\n') {
+      quoted += "\\n";
+      continue;
+    }
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
+Phrases eachFirstWord(const Phrases& phrases) {
+  Phrases found;
+  for (const std::string_view phrase : phrases) {
+    const std::string_view word = firstWord(phrase);
+    if (std::find(found.begin(), found.end(), word) == found.end()) found.push_back(word);
+  }
+  return found;
+}
+
+std::string firstWords(const Phrases& phrases) {
+  std::string list;
+  for (const std::string_view word : eachFirstWord(phrases)) {
+    if (!list.empty()) list += ", ";
+    list += word;
+  }
+  return list;
+}
+
+std::string oneOf(const Phrases& phrases) { return "one of " + firstWords(phrases); }
+
+std::size_t takePhrase(Words& words, const Phrases& phrases) {
+  std::vector<Remainder> open;
+  for (std::size_t i = 0; i < phrases.size(); ++i) open.push_back({i, phrases[i]});
+  std::string last = takeWord(words, open);
+  while (!open.front().text.empty()) {
+    const Phrases following = eachFirstWord(textsOf(open));
+    const bool leavesNoChoice = following.size() == 1 && !words.nextIs(following.front());
+    if (words.atEnd() || leavesNoChoice) {
+      words.failNeeding(last.c_str(), neededAfter(following).c_str());
+    }
+    last = takeWord(words, open);
+  }
+  return open.front().index;
+}
+
+const char* lastWord(const char* phrase) {
+  const char* blank = std::strrchr(phrase, ' ');
+  return blank == nullptr ? phrase : blank + 1;
 }
 
 }  // namespace simulator

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "simulator/text/scanner.h"
 #include "simulator/world/world.h"
@@ -73,46 +74,56 @@ class Words {
   std::size_t next_ = 0;
 };
 
-/// A word that may stand in a line, and what reads the rest of it into the target.
+/// A word as a line has it: in quotation marks where it would not stand for itself.
+std::string quotedWord(std::string_view word);
+
+/// What may stand in a line: the words it begins with, and what reads the rest of it into the
+/// target.
 template <class Target>
 struct Option {
-  const char* word;
+  const char* phrase;
   void (*read)(Words& words, Target& target);
   bool repeatable = false;
 };
 
-/// The words of the options, for an error.
-template <class Target, std::size_t count>
-std::string wordsOf(const std::array<Option<Target>, count>& options) {
-  std::string list;
-  for (const Option<Target>& option : options) {
-    if (!list.empty()) list += ", ";
-    list += option.word;
-  }
-  return list;
+/// The phrases of some rows, in their order. None is the beginning of another.
+using Phrases = std::vector<std::string_view>;
+
+/// Rows are options, or whatever else has a `phrase`.
+template <class Row, std::size_t count>
+Phrases phrasesOf(const std::array<Row, count>& rows) {
+  Phrases phrases;
+  for (const Row& row : rows) phrases.emplace_back(row.phrase);
+  return phrases;
 }
 
-/// The option that the next word names; that word is passed over.
-template <class Target, std::size_t count>
-std::size_t takeOption(Words& words, const std::array<Option<Target>, count>& options) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (words.take(options[i].word)) return i;
-  }
-  words.failUnknown(wordsOf(options));
-}
+/// The words that the phrases begin with, each once, for an error: "lock, quit, user".
+std::string firstWords(const Phrases& phrases);
 
-/// Reads options, in any order, up to the end of the line.
-template <class Target, std::size_t count>
-void readOptions(Words& words, const std::array<Option<Target>, count>& options, Target& target) {
+/// These words.
+Phrases eachFirstWord(const Phrases& phrases);
+
+/// "one of lock, quit, user".
+std::string oneOf(const Phrases& phrases);
+
+/// The place of the phrase that comes next; its words are passed over.
+std::size_t takePhrase(Words& words, const Phrases& phrases);
+
+/// The last word of a phrase, to which what follows belongs.
+const char* lastWord(const char* phrase);
+
+/// Reads options, in any order, up to the end of the line. Rows have `phrase`, `read` and
+/// `repeatable`.
+template <class Row, std::size_t count, class Target>
+void readOptions(Words& words, const std::array<Row, count>& options, Target& target) {
+  const Phrases phrases = phrasesOf(options);
   std::bitset<count> seen;
   while (!words.atEnd()) {
-    const std::size_t index = takeOption(words, options);
-    const Option<Target>& option = options[index];
-    if (seen[index] && !option.repeatable) {
-      words.fail(std::string("'") + option.word + "' is given twice");
-    }
+    const std::string first = words.peek()->text;
+    const std::size_t index = takePhrase(words, phrases);
+    if (seen[index] && !options[index].repeatable) words.fail("'" + first + "' is given twice");
     seen[index] = true;
-    option.read(words, target);
+    options[index].read(words, target);
   }
 }
 

@@ -48,7 +48,4 @@ bool unhide(World& world, Pid pid);
 /// of what happened, for the journal, for example `pressed AXButton "Send"`.
 std::string click(World& world, Pid pid, WindowNumber window, Point point, bool right);
 
-/// Lets something happen that no client asked for.
-void happen(World& world, const Happening& happening);
-
 }  // namespace simulator

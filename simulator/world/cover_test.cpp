@@ -8,6 +8,7 @@
 #include "simulator/desktop.h"
 #include "simulator/drawing/covers.h"
 #include "simulator/drawing/pictures.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
 namespace simulator {

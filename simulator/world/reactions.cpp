@@ -9,9 +9,33 @@
 
 namespace simulator {
 
+namespace reactions {
+
 namespace {
 
-void toggle(Element& element) {
+/// What the reaction is about; null when it has gone.
+Element* targetOf(Application& application, const Reaction& reaction) {
+  return reaction.target ? findLabelled(application, *reaction.target) : nullptr;
+}
+
+}  // namespace
+
+void append(World& /*world*/, Application& application, Element& /*element*/,
+            const Reaction& reaction) {
+  if (Element* target = targetOf(application, reaction)) {
+    addText(application, target->id, reaction.text);
+  }
+}
+
+void set(World& /*world*/, Application& application, Element& /*element*/,
+         const Reaction& reaction) {
+  if (Element* target = targetOf(application, reaction)) {
+    putText(application, target->id, reaction.text);
+  }
+}
+
+void toggle(World& /*world*/, Application& /*application*/, Element& element,
+            const Reaction& /*reaction*/) {
   AttributeValue& value = element.attributes["AXValue"];
   if (auto* flag = std::get_if<bool>(&value)) {
     *flag = !*flag;
@@ -21,7 +45,8 @@ void toggle(Element& element) {
   value = std::int64_t{number != nullptr && *number == 1 ? 0 : 1};
 }
 
-void choose(Application& application, Element& element) {
+void choose(World& /*world*/, Application& application, Element& element,
+            const Reaction& /*reaction*/) {
   if (const Element* parent = findElement(application, element.parent)) {
     for (const ElementId id : parent->children) {
       Element* sibling = findElement(application, id);
@@ -33,64 +58,47 @@ void choose(Application& application, Element& element) {
   element.attributes["AXValue"] = std::int64_t{1};
 }
 
-void retitle(World& world, Application& application, WindowNumber number,
-             const std::string& title) {
-  Window* window = findWindow(world, number);
+void remove(World& /*world*/, Application& application, Element& /*element*/,
+            const Reaction& reaction) {
+  if (const Element* target = targetOf(application, reaction)) {
+    removeElement(application, target->id);
+  }
+}
+
+void openSheet(World& world, Application& application, Element& element, const Reaction& reaction) {
+  simulator::openSheet(world, application, element.window, reaction.text);
+}
+
+void showWindow(World& world, Application& application, Element& /*element*/,
+                const Reaction& reaction) {
+  if (reaction.window) simulator::showWindow(world, application, *reaction.window);
+}
+
+void retitle(World& world, Application& application, Element& element, const Reaction& reaction) {
+  Window* window = findWindow(world, element.window);
   if (window == nullptr) return;
-  window->title = title;
-  if (Element* element = findElement(application, window->element)) {
-    element->attributes["AXTitle"] = title;
+  window->title = reaction.text;
+  if (Element* shown = findElement(application, window->element)) {
+    shown->attributes["AXTitle"] = reaction.text;
   }
 }
 
-void run(World& world, Application& application, Element& element, const Reaction& reaction) {
-  switch (reaction.kind) {
-    case Reaction::Kind::append:
-      if (Element* target = findLabelled(application, reaction.target)) {
-        addText(application, target->id, reaction.text);
-      }
-      break;
-    case Reaction::Kind::set:
-      if (Element* target = findLabelled(application, reaction.target)) {
-        putText(application, target->id, reaction.text);
-      }
-      break;
-    case Reaction::Kind::toggle:
-      toggle(element);
-      break;
-    case Reaction::Kind::openSheet:
-      openSheet(world, application, element.window, reaction.text);
-      break;
-    case Reaction::Kind::closeWindow:
-      closeWindow(world, element.window);
-      break;
-    case Reaction::Kind::showWindow:
-      showWindow(world, application, reaction.text);
-      break;
-    case Reaction::Kind::retitle:
-      retitle(world, application, element.window, reaction.text);
-      break;
-    case Reaction::Kind::quit:
-      quitApplication(world, application.pid);
-      break;
-    case Reaction::Kind::hang:
-      application.hangs = true;
-      break;
-    case Reaction::Kind::remove:
-      if (const Element* target = findLabelled(application, reaction.target)) {
-        removeElement(application, target->id);
-      }
-      break;
-    case Reaction::Kind::choose:
-      choose(application, element);
-      break;
-    case Reaction::Kind::paste:
-      requestPaste(world, application);
-      break;
-  }
+void quit(World& world, Application& application, Element& /*element*/,
+          const Reaction& /*reaction*/) {
+  quitApplication(world, application.pid);
 }
 
-}  // namespace
+void hang(World& /*world*/, Application& application, Element& /*element*/,
+          const Reaction& /*reaction*/) {
+  application.hangs = true;
+}
+
+void paste(World& world, Application& application, Element& /*element*/,
+           const Reaction& /*reaction*/) {
+  requestPaste(world, application);
+}
+
+}  // namespace reactions
 
 void reactTo(World& world, Application& application, ElementId id,
              std::vector<Reaction> Element::*reactions) {
@@ -99,7 +107,7 @@ void reactTo(World& world, Application& application, ElementId id,
   for (std::size_t i = 0;
        i < (application.elements[index].*reactions).size() && application.running; ++i) {
     const Reaction reaction = (application.elements[index].*reactions)[i];
-    run(world, application, application.elements[index], reaction);
+    reaction.effect(world, application, application.elements[index], reaction);
   }
 }
 

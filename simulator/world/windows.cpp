@@ -110,7 +110,7 @@ ElementId addSheetElements(Application& application, const Window& sheet, Elemen
                                Rect{x + width - 100, y + height - 44, 80, 24}, "AXButton");
   button.attributes["AXTitle"] = std::string("OK");
   button.actions = {"AXPress"};
-  button.onClick.push_back({Reaction::Kind::closeWindow, "", ""});
+  button.onClick.push_back({closeOwnWindow});
   return id;
 }
 
@@ -224,6 +224,11 @@ void closeWindow(World& world, WindowNumber number) {
   // The innermost sheet first, so that each leaves the focus to the one below.
   std::for_each(closing.rbegin(), closing.rend(),
                 [&](WindowNumber each) { closeAlone(world, each); });
+}
+
+void closeOwnWindow(World& world, Application& /*application*/, Element& element,
+                    const Reaction& /*reaction*/) {
+  closeWindow(world, element.window);
 }
 
 Window* topmostAt(World& world, Point point) {

@@ -39,6 +39,10 @@ void openSheet(World& world, Application& application, WindowNumber parent,
 /// Closes the window and its sheets. A closed sheet leaves its window.
 void closeWindow(World& world, WindowNumber number);
 
+/// The effect of a reaction: the element's window closes so.
+void closeOwnWindow(World& world, Application& application, Element& element,
+                    const Reaction& reaction);
+
 /// The frontmost window on screen that contains the point; null when none does.
 Window* topmostAt(World& world, Point point);
 

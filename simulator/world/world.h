@@ -49,25 +49,20 @@ struct ElementLink {
 using AttributeValue = std::variant<Opaque, std::string, bool, std::int64_t, double, ElementLink,
                                     std::vector<ElementId>, Point, Size, Rect, ax::Range>;
 
+struct World;
+struct Application;
+struct Element;
+struct HappeningKind;
+
 /// What an element does when a click lands on it.
 struct Reaction {
-  enum class Kind {
-    append,       // `text` to the AXValue of the element labelled `target`
-    set,          // the AXValue of `target` to `text`
-    toggle,       // the own AXValue between 0 and 1
-    openSheet,    // a sheet titled `text`, a window of its own in front of the element's window
-    closeWindow,  // the element's window (a sheet closes alone)
-    showWindow,   // the application's window titled `text` comes on screen, in front of its others
-    retitle,      // the element's window to `text`
-    quit,         // the application
-    hang,         // the application stops answering
-    remove,       // the element labelled `target`, with all that is in it
-    choose,       // the own AXValue 1, those of its siblings of the same role 0
-    paste,        // what has the application's keyboard focus takes the pasteboard's contents
-  };
-  Kind kind = Kind::toggle;
-  std::string text;
-  std::string target;
+  /// One of those in reactions.h, which say what they do with the rest.
+  using Effect = void (*)(World& world, Application& application, Element& element,
+                          const Reaction& reaction);
+  Effect effect = nullptr;
+  std::string text = {};
+  std::optional<std::string> target = {};  // the label of the element that it is about
+  std::optional<std::string> window = {};  // the title of the application's window that it is about
 };
 
 /// When an element is there.
@@ -230,45 +225,13 @@ enum class MouseButton { left, right, other };
 
 /// Something that happens at a time, whoever causes it.
 struct Happening {
-  enum class Kind {
-    lock,
-    unlock,
-    leaveConsole,
-    returnToConsole,
-    quit,          // application `pid`
-    endProcess,    // process `pid`, which is no application
-    bringToFront,  // application `pid`, by the user
-    hang,          // application `pid`
-    recover,       // application `pid` answers again
-    userKey,       // `text`: one character, or a key's name, into the front application
-    userClick,     // at `point`
-    userMove,      // to `point`
-    removeDisplays,
-    connectDisplay,      // `display`: a new one, or another size and place of one that is there
-    disconnectDisplay,   // that with the number `number`
-    userPress,           // holds a modifier key down: `modifiers`
-    userRelease,         // lets it go
-    userScroll,          // by `point` lines, where the pointer is
-    userDrag,            // from `point` to `end`
-    userCopy,            // `text`, in whatever application
-    disableTaps,         // the system disables all event taps: for slowness when `number` is 1
-    signalProcesses,     // signal number `number` to every process that uses the Mac
-    input,               // `text` arrives on their standard input
-    closeInput,          // which ends
-    closeOutput,         // nobody reads what they write any more
-    stallOutput,         // whoever reads it takes nothing for now
-    resumeOutput,        // and takes it again
-    requestTermination,  // their applications are asked to terminate
-    endApplicationLoop,  // their applications' loops end by themselves
-    stopSharing,         // the system stops what shares a window of `pid`, because of `text`
-    withdrawRecording,   // the screen may not be recorded any more, which stops all sharing
-  };
-  Kind kind = Kind::lock;
+  const HappeningKind* kind = nullptr;  // a row of the table in text/happenings.h; null: nothing
+  // What it is about, as far as its kind needs it.
   Pid pid = 0;
   std::string text;
   Point point{};
   Point end{};
-  std::uint64_t modifiers = 0;  // of a key: held down meanwhile, as quartz::Modifier has them
+  std::uint64_t modifiers = 0;  // as quartz::Modifier has them; of a key: held down meanwhile
   MouseButton button = MouseButton::left;
   bool tagged = false;  // of input: not the user's own, but posted with the own tag
   Display display = {};
@@ -292,7 +255,6 @@ struct PendingWrite {
 };
 
 struct World {
-  std::uint64_t seed = 1;
   std::vector<Display> displays;
   std::vector<Application> applications;  // in the workspace's order
   std::vector<Window> windows;            // front to back, higher layers first

@@ -8,7 +8,8 @@ from mac import ROOT, SIMULATED_MAC
 import topics
 
 # The page that has a topic's whole table.
-PAGES = {"calls": "docs/SIMULATED_MAC.md", "outcomes": "docs/SIMULATED_MAC.md"}
+PAGES = {"calls": "docs/SIMULATED_MAC.md", "outcomes": "docs/SIMULATED_MAC.md",
+         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md"}
 
 
 def topic_names():

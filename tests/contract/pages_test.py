@@ -65,9 +65,9 @@ class Pages(unittest.TestCase):
 
     def test_of_the_companion_name_each_of_its_requests(self):
         done = subprocess.run([SIMULATED_MAC], capture_output=True, text=True, check=False)
-        names = re.search(r"usage: simulated-mac ([a-z|]+) ", done.stdout)[1].split("|")
+        names = re.search(r"usage: simulated-mac ([a-z|-]+) ", done.stdout)[1].split("|")
         page = (ROOT / "packaging/man/simulated-mac.1").read_text()
-        named = " ".join(re.findall(r"^\.It Cm (.*)$", page, re.M)).split()
+        named = " ".join(re.findall(r"^\.It (?:Cm|Ic) (.*)$", page, re.M)).replace("\\-", "-").split()
         self.assertGreater(len(names), 15)
         for name in names:
             with self.subTest(request=name):

@@ -32,8 +32,8 @@ TEST(control, explains_its_usage) {
       seen(run({path})),
       failure(
           "usage: simulated-mac run|serve|screenshot|state|journal|trace|violations|fault|advance|"
-          "user|lock|unlock|leave|return|quit|front|hang|recover|stop|withdraw|end|remove|connect|"
-          "disconnect|disable|request ...; "
+          "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
+          "request|end-loop|stop|withdraw|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(seen(run({path, "run", "world"})),
             failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
@@ -71,8 +71,10 @@ TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
                        "thrown, late, before\n"),
             std::string::npos)
       << calls;
-  EXPECT_EQ(seen(run({path, "help", "weather"})),
-            failure("unknown topic: weather; the topics are calls, outcomes"));
+  EXPECT_EQ(
+      seen(run({path, "help", "weather"})),
+      failure(
+          "unknown topic: weather; the topics are calls, outcomes, happenings, reactions, habits"));
   EXPECT_EQ(seen(run({path, "help", "calls", "outcomes"})),
             failure("usage: simulated-mac help [TOPIC]"));
 }
@@ -111,6 +113,24 @@ TEST(control, the_user_acts) {
     0 ms  happening user key "\""
     0 ms  happening user click 1000,300
 )");
+}
+
+TEST(control, what_cannot_be_told_is_refused_with_its_reason) {
+  const ServedMac mac(notes);
+  const std::string streams =
+      "\\\": its processes are real: each has a standard input and output of its own";
+
+  EXPECT_EQ(seen(mac.command({"close", "input"})),
+            failure("a running Mac cannot be told \\\"close input" + streams));
+  EXPECT_EQ(seen(mac.command({"input", "hello"})),
+            failure("a running Mac cannot be told \\\"input" + streams));
+  EXPECT_EQ(seen(mac.command({"signal", "15"})),
+            failure("a running Mac cannot be told \\\"signal\\\": its processes are real, and get "
+                    "their signals from the system"));
+  EXPECT_EQ(seen(mac.command({"end-loop"})), done);
+  EXPECT_EQ(seen(mac.command({"leave"})), failure("'leave' needs 'console' after it"));
+  EXPECT_EQ(seen(mac.command({"lock", "now"})), failure("unexpected 'now' at the end of the line"));
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})), "0     0 ms  happening end-loop\n");
 }
 
 TEST(control, the_state_is_the_users_own) {

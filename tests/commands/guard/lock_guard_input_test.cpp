@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "tests/support/guarded.h"
 
@@ -20,8 +21,7 @@ std::vector<std::string> titles(const std::vector<std::string>& inputs,
   simulator::World world = simulator::parseWorld(guardedDesk);
   simulator::Microseconds time = 0;
   for (const std::string& input : inputs) {
-    simulator::Happening happening;
-    happening.kind = simulator::Happening::Kind::input;
+    simulator::Happening happening = simulator::happeningCalled("input");
     happening.text = input;
     world.script.push_back({time += 1'000'000, happening});
   }

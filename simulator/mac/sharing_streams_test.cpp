@@ -1,4 +1,4 @@
-#include "simulator/calls/sharing_streams.h"
+#include "simulator/mac/sharing_streams.h"
 
 #include <gtest/gtest.h>
 
