@@ -157,7 +157,7 @@ TEST(indicator, that_has_stopped_ends_no_hold_of_another) {
     }
     first.stop();
     first.stop();
-    EXPECT_EQ(globals().heldInputFocus.at(41).count, 1);
+    EXPECT_EQ(globals().heldInputFocus.count(41), 1U);
     second.stop();
   });
 }
