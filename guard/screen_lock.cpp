@@ -4,6 +4,7 @@
 
 #include "main/replies.h"
 #include "platform/loader.h"
+#include "platform/types.h"
 
 namespace driver {
 

@@ -9,6 +9,7 @@
 #include "input/sky.h"
 #include "input/sky_focus.h"
 #include "main/ending.h"
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/loop.h"
 #include "platform/process.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "input/target_window.h"
-#include "main/globals.h"
+#include "main/arguments.h"
 #include "platform/types.h"
 
 /// Who has the user's input, and what was given of it: the process in front, focus that a capture
