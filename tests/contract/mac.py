@@ -1,6 +1,7 @@
 """A simulated Mac, and runs of the driver on it, for the tests in this folder."""
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -12,7 +13,26 @@ sys.path.insert(0, str(ROOT / "packaging" / "generator"))
 
 DRIVER = os.environ.get("DRIVER_EXECUTABLE", str(ROOT / "build/release/driver"))
 SIMULATED_MAC = os.environ.get("SIMULATED_MAC_EXECUTABLE", str(ROOT / "build/release/simulated-mac"))
+REPLIES = os.environ.get("DRIVER_TEST_REPLIES")
 SECONDS_MAX = 120
+
+
+class KeptReplies:
+    """The lines of all runs of this process, written down for suite_test.py where that is asked for."""
+
+    def __init__(self, path):
+        self.file = open(path, "w", encoding="utf-8") if path else None
+
+    def keep(self, arguments, lines):
+        command = str(arguments[0]) if arguments else ""
+        if self.file is None or not re.fullmatch(r"[a-z-]*", command):
+            return
+        for line in lines:
+            self.file.write(f"{command}\t{line}\n")
+        self.file.flush()
+
+
+replies = KeptReplies(REPLIES)
 
 
 class Run:
@@ -35,14 +55,17 @@ def plain_environment():
 
 
 def run_driver(arguments, environment):
-    return Run(subprocess.run([DRIVER, *arguments], stdin=subprocess.DEVNULL, capture_output=True,
-                              timeout=SECONDS_MAX, env=environment, check=False))
+    run = Run(subprocess.run([DRIVER, *arguments], stdin=subprocess.DEVNULL, capture_output=True,
+                             timeout=SECONDS_MAX, env=environment, check=False))
+    replies.keep(arguments, run.lines)
+    return run
 
 
 class Talk:
     """A run that keeps going and is spoken with, line by line."""
 
     def __init__(self, mac, arguments, environment=None):
+        self.arguments = arguments
         self.process = subprocess.Popen(
             [DRIVER, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
             env={**mac.environment, **(environment or {})})
@@ -52,7 +75,9 @@ class Talk:
         self.process.stdin.flush()
 
     def line(self):
-        return json.loads(self.process.stdout.readline())
+        line = self.process.stdout.readline()
+        replies.keep(self.arguments, line.decode().splitlines())
+        return json.loads(line)
 
     def ask(self, **request):
         self.say(json.dumps(request))
@@ -61,6 +86,7 @@ class Talk:
     def end(self):
         """Closes its standard input; gives the lines that were left, and the status."""
         rest, _ = self.process.communicate(timeout=SECONDS_MAX)
+        replies.keep(self.arguments, rest.decode().splitlines())
         return [json.loads(line) for line in rest.splitlines()], self.process.returncode
 
 

@@ -111,15 +111,6 @@ TEST(ax_find_text, sees_only_the_windows_in_scope) {
   EXPECT_EQ(found(world, {"Inbox"}, {{"CU_WINDOW", "no"}}), counted(R"("Inbox":0)", ""));
 }
 
-TEST(ax_find_text, ends_after_30000_elements) {
-  EXPECT_EQ(
-      found(windowOf("        AXGroup \"a\"\n        AXButton \"b\" repeat 29998\n"), {"a", "b"}),
-      counted(R"("a":1,"b":29998)", ""));
-  EXPECT_EQ(
-      found(windowOf("        AXGroup \"a\"\n        AXButton \"b\" repeat 29999\n"), {"a", "b"}),
-      counted(R"("a":0,"b":29999)", ""));
-}
-
 TEST(ax_find_text, ends_80_levels_below_the_windows) {
   std::string world = "app Notes pid 41\n  window 7 \"a\" at 1,2 size 3x4\n";
   for (std::size_t depth = 1; depth <= 82; ++depth) {
@@ -204,17 +195,6 @@ TEST(ax_texts_at, see_only_the_windows_in_scope) {
 )";
   EXPECT_EQ(textsAt(world, "1 1"), texts(R"("Draft","Inbox")"));
   EXPECT_EQ(textsAt(world, "1 1", {{"CU_WINDOW", "inbox"}}), texts(R"("Inbox")"));
-}
-
-TEST(ax_texts_at, end_after_30000_elements) {
-  EXPECT_EQ(textsAt(windowOf("        AXButton \"a\" at 0,0 size 9x9\n"
-                             "        AXGroup repeat 29998\n"),
-                    "1 1"),
-            texts(R"("a")"));
-  EXPECT_EQ(textsAt(windowOf("        AXButton \"a\" at 0,0 size 9x9\n"
-                             "        AXGroup repeat 29999\n"),
-                    "1 1"),
-            texts(""));
 }
 
 }  // namespace

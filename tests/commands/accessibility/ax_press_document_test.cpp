@@ -156,17 +156,6 @@ TEST(ax_press_in_document, looks_for_documents_80_levels_below_the_windows) {
   EXPECT_EQ(pressed(world(80), "Chat", "Send"), noDocument);
 }
 
-TEST(ax_press_in_document, looks_at_30000_elements_for_documents) {
-  const auto world = [](int others) {
-    return windowOf("            AXWebArea \"Other\"\n            AXGroup repeat " +
-                    std::to_string(others) +
-                    "\n            AXWebArea \"Chat\"\n"
-                    "                AXButton \"Send\" at 5,5 size 20x10\n");
-  };
-  EXPECT_EQ(pressed(world(29997), "Chat", "Send"), done("Chat", "Send"));
-  EXPECT_EQ(pressed(world(29996), "Chat", "Send"), noDocument);
-}
-
 TEST(ax_press_in_document, refuses_a_button_that_became_another_meanwhile) {
   // The window and the three elements below it are four reads; the next is of the button alone.
   const std::string world = windowOf(R"(

@@ -207,26 +207,4 @@ TEST(ax_press_exact, looks_80_levels_below_its_windows_or_its_container) {
             refused(R"(no element labelled \"Send\")"));
 }
 
-TEST(ax_press_exact, looks_at_30000_elements) {
-  const std::string button = "            AXButton \"Send\" at 5,100 size 20x10\n";
-  EXPECT_EQ(pressed(windowOf(button + "            AXGroup repeat 29998\n"), {"Send"}),
-            done("Send", "100", 1));
-  EXPECT_EQ(pressed(windowOf(button + "            AXGroup repeat 29999\n"), {"Send"}),
-            refused(R"(no element labelled \"Send\")"));
-}
-
-TEST(ax_press_exact, looks_at_30000_elements_of_its_container) {
-  // The container is found after 20,000 others, and its own walk starts anew.
-  const auto world = [](int inside) {
-    return windowOf(
-        "            AXGroup \"Bar\"\n"
-        "                AXButton \"Send\" at 5,100 size 20x10\n"
-        "                AXGroup repeat " +
-        std::to_string(inside) + "\n            AXGroup repeat 20000\n");
-  };
-  EXPECT_EQ(pressed(world(29998), {"Send", "only", "Bar"}), done("Send", "100", 1));
-  EXPECT_EQ(pressed(world(29999), {"Send", "only", "Bar"}),
-            refused(R"(no element labelled \"Send\")"));
-}
-
 }  // namespace
