@@ -66,7 +66,7 @@ TEST(hung_application, is_silenced_by_messages_of_every_kind) {
   };
   for (const Send send : sends) {
     TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
-    const Result run = runInside(mac, [&] {
+    const Result run = runActing(mac, [&] {
       const ax::Element element = elementOf(mac, "Notes", "Send");
       for (int time = 0; time < 4; ++time) send(element);
     });
@@ -76,7 +76,7 @@ TEST(hung_application, is_silenced_by_messages_of_every_kind) {
 
 TEST(hung_application, does_not_silence_another) {
   TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
-  runInside(mac, [&] {
+  runActing(mac, [&] {
     EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), unanswered);
     EXPECT_EQ(everyMessage(elementOf(mac, "Browser", "Start")), answered);
   });
@@ -84,7 +84,7 @@ TEST(hung_application, does_not_silence_another) {
 
 TEST(hung_application, is_heard_again_after_one_time_out) {
   TestMac mac(std::string(desk) + "    at 0ms hang Notes\n    at 6s recover Notes\n");
-  const Result run = runInside(mac, [&] {
+  const Result run = runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_FALSE(messages::attribute(send, "AXTitle").value);
     for (int time = 0; time < 3; ++time) EXPECT_EQ(everyMessage(send), answered);
@@ -117,7 +117,7 @@ TEST(hung_application, is_silenced_by_two_time_outs_with_answers_between) {
 TEST(hung_application, is_asked_again_in_the_next_run) {
   TestMac mac(std::string(desk) + "    at 0ms hang Notes\n    at 12s recover Notes\n");
   runInside(mac, [&] { EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), unanswered); });
-  runInside(mac, [&] { EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), answered); });
+  runActing(mac, [&] { EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), answered); });
 }
 
 TEST(slow_application, is_never_silenced) {
@@ -126,7 +126,7 @@ TEST(slow_application, is_never_silenced) {
         window 7 "Inbox" at 100,80 size 800x600
             AXButton "Send" at 120,90 size 60x20
 )");
-  const Result run = runInside(mac, [&] {
+  const Result run = runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     for (int time = 0; time < 3; ++time) EXPECT_EQ(everyMessage(send), answered);
   });
@@ -137,7 +137,7 @@ TEST(refusing_application, is_never_silenced) {
   TestMac mac(desk, {"ax.attribute 1+ error -25204", "ax.attributes 1+ error -25204",
                      "ax.action-names 1+ error -25204", "ax.set-attribute 1+ error -25204",
                      "private.ax-window 1+ error -25204"});
-  const Result run = runInside(mac, [&] {
+  const Result run = runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     for (int time = 0; time < 3; ++time) EXPECT_EQ(everyMessage(send), unanswered);
   });

@@ -200,7 +200,7 @@ TEST(windowNumber, is_none_without_the_private_route) {
 
 TEST(setAttribute, gives_the_platforms_code) {
   TestMac mac(desk);
-  runInside(mac, [&] {
+  runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_EQ(messages::setAttribute(send, "AXHelp", ax::Value{std::string("new")}),
               ax::Error::success);

@@ -16,9 +16,12 @@ bool isEnabling(const std::string& attribute) {
   return attribute == "AXManualAccessibility" || attribute == "AXEnhancedUserInterface";
 }
 
+/// A write that names no attribute is none: the world refuses it.
 bool actsOnElement(const Call& call) {
   if (call.function == Function::axPerform) return true;
-  return call.function == Function::axSetAttribute && !isEnabling(Arguments(call).text(1));
+  const Arguments arguments(call);
+  return call.function == Function::axSetAttribute && arguments.count() > 1 &&
+         !isEnabling(arguments.text(1));
 }
 
 }  // namespace

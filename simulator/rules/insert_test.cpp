@@ -29,6 +29,7 @@ class insertion_rules : public testing::Test {
                                           "-1",     "-1",        mode,    text};
     if (!owned.empty()) arguments.push_back(owned);
     client_ = desktop_->join(arguments, {});
+    call(Function::session, {});
   }
 
   void call(Function function, Datum::List arguments) {

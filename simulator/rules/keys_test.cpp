@@ -104,6 +104,7 @@ TEST_F(broken_keys, are_not_those_of_a_text_typed_in_pieces) {
 
 TEST_F(broken_keys, are_not_those_of_a_menu_that_took_the_shortcut) {
   run("bg-paste-files", "/a");
+  checkSession();
   call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
        pack(ax::Outcome{}));
   sleep(100'000);
@@ -113,6 +114,7 @@ TEST_F(broken_keys, are_not_those_of_a_menu_that_took_the_shortcut) {
 
 TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
   run("bg-type", "\n");
+  checkSession();
   postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
   keyRecord(1);
   keyRecord(2);
@@ -131,6 +133,7 @@ TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus)
 
 TEST_F(broken_keys, owe_no_wait_for_what_was_refused) {
   run("bg-key", "a");
+  checkSession();
   keyRecord(1);
   keyRecord(2, 7, -600);
   call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},

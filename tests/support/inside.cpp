@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "input/session.h"
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/values.h"
@@ -20,16 +21,15 @@ const simulator::Application& applicationNamed(const TestMac& mac, std::string_v
   return mac.world().applications.at(0);
 }
 
-}  // namespace
-
-Result runInside(TestMac& mac, const std::function<void()>& function,
-                 const Environment& environment) {
+Result runAfter(const std::function<void()>& preparation, TestMac& mac,
+                const std::function<void()>& function, const Environment& environment) {
   const std::vector<std::string> commandLine = {"driver", "inside"};
   std::size_t startUpCalls = 0;
   Result result = mac.record(commandLine, environment, [&](std::size_t client) {
     return runBodyDirect(mac.desktop(), client, [&] {
       const std::size_t before = mac.desktop().trace().size();
       driver::initialise(commandLine);
+      preparation();
       startUpCalls = mac.desktop().trace().size() - before;
       function();
     });
@@ -37,6 +37,17 @@ Result runInside(TestMac& mac, const std::function<void()>& function,
   result.calls.erase(result.calls.begin(),
                      result.calls.begin() + static_cast<std::ptrdiff_t>(startUpCalls));
   return result;
+}
+
+}  // namespace
+
+Result runInside(TestMac& mac, const std::function<void()>& function,
+                 const Environment& environment) {
+  return runAfter([] {}, mac, function, environment);
+}
+
+Result runActing(TestMac& mac, const std::function<void()>& function) {
+  return runAfter([] { driver::sessionUsable(); }, mac, function, {});
 }
 
 ax::Element elementOf(const TestMac& mac, std::string_view application, std::string_view label) {

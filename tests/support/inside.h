@@ -23,8 +23,12 @@ namespace testing_support {
 Result runInside(TestMac& mac, const std::function<void()>& function,
                  const Environment& environment = {});
 
-/// The same for a function's value, which must not refer to the simulated Mac. A function that ends
-/// the process is a test failure.
+/// The same for a function that acts on elements, which commands do only once they have found the
+/// session usable: that is asked before, and is none of the function's calls.
+Result runActing(TestMac& mac, const std::function<void()>& function);
+
+/// As `runInside` for a function's value, which must not refer to the simulated Mac. A function
+/// that ends the process is a test failure.
 template <class Function>
 auto valueInside(TestMac& mac, const Function& function, const Environment& environment = {}) {
   std::optional<std::invoke_result_t<Function>> value;
