@@ -16,7 +16,7 @@ namespace {
 using driver::pack;
 using platform::ElementReference;
 using platform::Function;
-using testing_support::BrokenRun;
+using testing_support::broken_run;
 using testing_support::Sentences;
 
 const Sentences none;
@@ -24,7 +24,7 @@ const Sentences unasked = {"I21: acted on an element before any session check"};
 const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
 
 /// A run whose calls concern the element 2 of Notes.
-class run_on_elements : public BrokenRun {
+class run_on_elements : public broken_run {
  protected:
   void press() {
     before(Function::axPerform, {pack(ElementReference{41, 2}), pack(std::string("AXPress"))});
