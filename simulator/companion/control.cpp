@@ -157,8 +157,7 @@ ControlAnswer happening(const Request& request) {
     text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
   const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
   if (const char* why = parsed.kind->notTold) {
-    throw Failure(std::string("a running Mac cannot be told \"") + parsed.kind->phrase +
-                  "\": " + why);
+    throw Failure(std::string("only worlds have \"") + parsed.kind->phrase + "\": " + why);
   }
   request.desktop.happen(parsed);
   return line({{"ok", true}});

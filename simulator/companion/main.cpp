@@ -35,7 +35,7 @@ struct Command {
 int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, words.end())); }
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
-constexpr const char* asks = "it asks, and changes nothing";
+constexpr const char* asks = "it only asks";
 
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
@@ -122,7 +122,7 @@ void printCommand(const std::string& form, std::string_view summary) {
 void printCommand(const Command& command) {
   std::string summary(command.summary);
   if (!command.notInWorlds.empty()) {
-    summary += " (no world scripts it: " + std::string(command.notInWorlds) + ")";
+    summary += " (in no world: " + std::string(command.notInWorlds) + ")";
   }
   printCommand(formOf(command), summary);
 }

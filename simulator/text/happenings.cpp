@@ -23,9 +23,10 @@ constexpr HappeningEffect sends(Input input) { return {nullptr, input}; }
 
 /// For `notTold`: a running Mac can be told so.
 constexpr const char* told = nullptr;
-constexpr const char* ownSignals = "its processes are real, and get their signals from the system";
+constexpr const char* ownSignals =
+    "the processes of a running Mac get their signals from the system";
 constexpr const char* ownStreams =
-    "its processes are real: each has a standard input and output of its own";
+    "each process of a running Mac has a standard input and output of its own";
 
 /// The order is that of error messages and of pages.
 constexpr std::array kinds = {
@@ -76,7 +77,8 @@ constexpr std::array kinds = {
     HappeningKind{"user press", with::modifier,
                   "the user holds a modifier key down: `cmd`, `shift`, `option` or `control`",
                   sends(pressInput), told},
-    HappeningKind{"user release", with::modifier, "the user lets it go", sends(releaseInput), told},
+    HappeningKind{"user release", with::modifier, "the user lets a modifier key go",
+                  sends(releaseInput), told},
     HappeningKind{
         "user copy", with::copied,
         "the user copies a text: it is all that is on the pasteboard from then on",
@@ -101,22 +103,23 @@ constexpr std::array kinds = {
                     for (Client* client : living(mac)) client->input += what.text;
                   }),
                   ownStreams},
-    HappeningKind{"close input", with::nothing, "their standard input ends",
+    HappeningKind{"close input", with::nothing, "the standard input of the processes ends",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->inputClosed = true;
                   }),
                   ownStreams},
-    HappeningKind{"close output", with::nothing, "nobody reads what they write any more",
+    HappeningKind{"close output", with::nothing, "nobody reads any more what the processes write",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->outputClosed = true;
                   }),
                   ownStreams},
-    HappeningKind{"stall output", with::nothing, "whoever reads what they write stops for now",
+    HappeningKind{"stall output", with::nothing,
+                  "whoever reads what the processes write stops for now",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->readerStalls = true;
                   }),
                   ownStreams},
-    HappeningKind{"resume output", with::nothing, "whoever reads what they write goes on",
+    HappeningKind{"resume output", with::nothing, "whoever reads what the processes write goes on",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->readerStalls = false;
                   }),

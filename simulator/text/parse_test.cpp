@@ -263,7 +263,7 @@ TEST(world_text, actions_and_values_come_with_the_role) {
   EXPECT_EQ(elementOf("AXRadioButton").attributes, (Attributes{{"AXValue", std::int64_t{0}}}));
   EXPECT_EQ(elementOf("AXCheckBox value true").attributes, (Attributes{{"AXValue", true}}));
   ASSERT_EQ(elementOf("AXCheckBox").onClick.size(), 1u);
-  EXPECT_EQ(elementOf("AXCheckBox").onClick[0].effect, reactions::toggle);
+  EXPECT_EQ(elementOf("AXCheckBox").onClick[0].effect, &reactions::toggle);
 }
 
 TEST(world_text, a_focused_text_has_its_caret_at_the_end_unless_told) {
@@ -340,7 +340,7 @@ TEST(world_text, reactions_run_to_the_end_of_the_line_or_the_other_button) {
                                       "open sheet|T||", "close window|||", "show window|||Inbox",
                                       "retitle|N||", "hang|||", "quit|||"}));
   ASSERT_EQ(send.onRightClick.size(), 1u);
-  EXPECT_EQ(send.onRightClick[0].effect, reactions::toggle);
+  EXPECT_EQ(send.onRightClick[0].effect, &reactions::toggle);
 }
 
 TEST(world_text, a_script_is_ordered_by_time_and_may_name_what_comes_later) {

@@ -75,8 +75,8 @@ TEST(world_text_user, describes_how_applications_take_keys_and_pastes) {
   const Element& field = notes.elements.back();
   EXPECT_TRUE(notes.habits.at(field.id).takesFiles);
   EXPECT_EQ(field.onSubmit.size(), 2U);
-  EXPECT_EQ(field.onClick.at(0).effect, reactions::paste);
-  EXPECT_EQ(notes.elements.at(3).onClick.at(0).effect, reactions::paste);
+  EXPECT_EQ(field.onClick.at(0).effect, &reactions::paste);
+  EXPECT_EQ(notes.elements.at(3).onClick.at(0).effect, &reactions::paste);
 }
 
 TEST(world_text_user, refuses_what_it_cannot_read) {

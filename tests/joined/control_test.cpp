@@ -118,15 +118,14 @@ TEST(control, the_user_acts) {
 TEST(control, what_cannot_be_told_is_refused_with_its_reason) {
   const ServedMac mac(notes);
   const std::string streams =
-      "\\\": its processes are real: each has a standard input and output of its own";
+      "\\\": each process of a running Mac has a standard input and output of its own";
 
   EXPECT_EQ(seen(mac.command({"close", "input"})),
-            failure("a running Mac cannot be told \\\"close input" + streams));
-  EXPECT_EQ(seen(mac.command({"input", "hello"})),
-            failure("a running Mac cannot be told \\\"input" + streams));
+            failure("only worlds have \\\"close input" + streams));
+  EXPECT_EQ(seen(mac.command({"input", "hello"})), failure("only worlds have \\\"input" + streams));
   EXPECT_EQ(seen(mac.command({"signal", "15"})),
-            failure("a running Mac cannot be told \\\"signal\\\": its processes are real, and get "
-                    "their signals from the system"));
+            failure("only worlds have \\\"signal\\\": the processes of a running Mac "
+                    "get their signals from the system"));
   EXPECT_EQ(seen(mac.command({"end-loop"})), done);
   EXPECT_EQ(seen(mac.command({"leave"})), failure("'leave' needs 'console' after it"));
   EXPECT_EQ(seen(mac.command({"lock", "now"})), failure("unexpected 'now' at the end of the line"));
