@@ -53,8 +53,19 @@ int deathsAt(End end, const std::string& onwards) {
   }
 }
 
-TEST(guard_without_memory, locks_before_it_ends) {
-  for (const End end : {End::user, End::signal, End::input}) EXPECT_GT(deathsAt(end, ""), 50);
+TEST(guard_without_memory, locks_before_the_user_ends_it) {
+  EXPECT_GT(deathsAt(End::user, ""), 50);
+}
+
+TEST(guard_without_memory, locks_before_a_signal_ends_it) {
+  EXPECT_GT(deathsAt(End::signal, ""), 50);
+}
+
+TEST(guard_without_memory, locks_before_the_end_of_its_input_ends_it) {
+  EXPECT_GT(deathsAt(End::input, ""), 50);
+}
+
+TEST(guard_without_memory, locks_when_all_that_follows_fails_too) {
   EXPECT_GT(deathsAt(End::user, "+"), 50);
 }
 

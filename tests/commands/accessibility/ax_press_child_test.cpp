@@ -118,6 +118,18 @@ TEST(ax_press_child, takes_the_first_of_several_with_the_text) {
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "1");
 }
 
+TEST(ax_press_child, takes_the_very_last_of_however_many) {
+  const std::string last = "                AXButton \"Ok\" at 200,95 size 20x20\n";
+  TestMac mac(rowOf("                AXImage repeat 20001\n" + last));
+  EXPECT_EQ(seen(press(mac, {"letter", "last"})), done(""));
+  // Of 20,000 children it is asked what they offer.
+  TestMac beyond(rowOf(last + "                AXImage repeat 20000\n"));
+  const Result run = press(beyond, {"letter", "last"});
+  EXPECT_EQ(seen(run),
+            success(R"({"controls":[],"error":"row has no control \"last\"","ok":false})"));
+  EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.action-names"), 20'000);
+}
+
 TEST(ax_press_child, takes_whatever_can_be_pressed_for_a_control) {
   TestMac mac(rowOf(R"(
                 AXImage at 200,95 size 20x20 actions AXShowMenu,AXPress

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "tests/support/simulated_run.h"
 
 /// After how many elements each search ends. The trees take the sanitizers minutes.
@@ -82,22 +80,6 @@ TEST(ax_press_in_document, looks_at_30000_elements_for_documents) {
   EXPECT_EQ(pressed(29997),
             success(R"({"axError":0,"document":"Chat","ok":true,"pressed":"Send"})"));
   EXPECT_EQ(pressed(29996), failure("the expected conversation document is not uniquely open"));
-}
-
-TEST(ax_press_child, takes_the_very_last_of_however_many) {
-  const auto pressed = [](const std::string& children) {
-    TestMac mac(windowOf("        AXRow \"Letter from Ada\" at 110,90 size 300x40\n" + children));
-    return mac.driver("ax-press-child Notes letter last");
-  };
-  const std::string last = "            AXButton \"Ok\" at 200,95 size 20x20\n";
-  EXPECT_EQ(seen(pressed("            AXImage repeat 20001\n" + last)),
-            success(R"({"axError":0,"ok":true,"pressed":"","row":{"frame":{"height":40,)"
-                    R"("width":300,"x":110,"y":90},"label":"Letter from Ada","role":"AXRow"}})"));
-  // Of 20,000 children it is asked what they offer.
-  const Result beyond = pressed(last + "            AXImage repeat 20000\n");
-  EXPECT_EQ(seen(beyond),
-            success(R"({"controls":[],"error":"row has no control \"last\"","ok":false})"));
-  EXPECT_EQ(std::count(beyond.calls.begin(), beyond.calls.end(), "ax.action-names"), 20'000);
 }
 
 }  // namespace
