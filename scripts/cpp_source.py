@@ -154,7 +154,8 @@ def parameters_before(source, block):
     if source.at(place) != ')':
         return None
     head = source.partner[place]
-    return head if source.at(head - 1) not in ('for', 'if', 'while', 'switch') else None
+    no_function = ('for', 'if', 'while', 'switch', 'TEST', 'TEST_F', 'TEST_P')
+    return head if source.at(head - 1) not in no_function else None
 
 
 def function_body(source, place):

@@ -46,6 +46,8 @@ def _in_call(source, bracket, inner, steps):
     index = next((at for at, part in enumerate(parts) if part[0] <= inner < part[1]), 0)
     if called.startswith(('EXPECT_', 'ASSERT_')):
         return index > 0
+    if called == 'find' and source.at(bracket - 2) == '.':
+        return True  # what is looked for in a result
     if called in ('SCOPED_TRACE', 'TEST', 'TEST_F', 'TEST_P'):
         return True
     if called == 'for':

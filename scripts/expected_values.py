@@ -184,12 +184,28 @@ def _many_text_edits(leaves, expected, actual):
         end = stop
     pattern += re.escape(expected[end:])
     short = re.fullmatch(pattern, actual, re.S)
-    long = re.fullmatch(pattern.replace(b'(.*?)', b'(.*)'), actual, re.S)
-    if not slots or short is None or short.groups() != long.groups():
+    if not slots or short is None:
         return None
-    found = [_leaf_edit(leaf, back(new)) for (leaf, old, back), new in zip(slots, short.groups())
+    news = short.groups()
+    if news != re.fullmatch(pattern.replace(b'(.*?)', b'(.*)'), actual, re.S).groups():
+        news = _aligned(b''.join(old for _, old, _ in slots), [old for _, old, _ in slots], actual) \
+            if expected == b''.join(old for _, old, _ in slots) else None
+    found = [_leaf_edit(leaf, back(new)) for (leaf, old, back), new in zip(slots, news or [])
              if new != old]
-    return None if None in found else found
+    return None if None in found or news is None else found
+
+
+def _aligned(expected, pieces, actual):
+    """The pieces of a text in another one; None where what stays does not reach up to a border of two."""
+    blocks = difflib.SequenceMatcher(None, expected, actual, autojunk=False).get_matching_blocks()
+    borders, end = [0], 0
+    for piece in pieces[:-1]:
+        end += len(piece)
+        block = next((each for each in blocks if each.a < end <= each.a + each.size), None)
+        if block is None:
+            return None
+        borders.append(block.b + end - block.a)
+    return [actual[start:stop] for start, stop in zip(borders, borders[1:] + [len(actual)])]
 
 
 def _list_edits(finder, way, expected, actual):
@@ -260,6 +276,8 @@ def _scalar_edits(source, part, way, expected, actual):
     terms = [leaf for leaf in way if leaf.kind == 'number' and leaf.value is not None
              and leaf.source.at(leaf.first - 1) in ('+', ',', '(', '=')
              and leaf.source.at(leaf.last) in ('+', '-', ',', ')', ';')]
+    terms = [leaf for leaf in terms
+             if leaf.source == source and part[0] <= leaf.first < part[1]] or terms
     if len(terms) == 1:
         edit = _leaf_edit(terms[0], terms[0].value + actual - expected)
         return edit and [edit]

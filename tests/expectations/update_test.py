@@ -87,6 +87,10 @@ class Update(unittest.TestCase):
         self.of_call(r'std::string("a\0b", 3)', r'std::string("a\0bc", 4)', b'a\0bc', b'a\0b')
         self.of_call("2 * 6'000'000 + 984'000", "2 * 6'000'000 + 996'000", 12996000, 12984000)
         self.of_call('2 * timeOut + 5', '2 * timeOut + 6', 26, 25)
+        source = ('constexpr int timeOut = 10;\n'
+                  'TEST(a, test) {{ EXPECT_EQ(f(), {} + 2 * timeOut); }}\n')
+        self.rewrites(source.format(5), source.format(6),
+                      compared(2, '5 + 2 * timeOut', (26, 25)))
         self.of_call('400 + 15', '500', 500, 415)
 
     def test_literals_in_helpers(self):
@@ -207,6 +211,12 @@ class Update(unittest.TestCase):
         old = ('const std::string a = "x";\nconst std::string b = success(a);\n'
                'TEST(a, test) {\n  SCOPED_TRACE(a);\n  EXPECT_EQ(f(), b) << a;\n}\n')
         self.rewrites(old, old.replace('"x"', '"z"'), compared(5, 'b', ('0 z', '0 x')))
+
+    def test_two_constants_that_adjoin(self):
+        old = ('const char* a = "1 ms  a\\n";\nconst char* b = "3 ms  b\\n";\n'
+               'TEST(a, test) {\n  EXPECT_EQ(f(), std::string(a) + b) << "x";\n}\n')
+        self.rewrites(old, old.replace('1 ms', '22 ms').replace('3 ms', '24 ms'), compared(
+            4, 'std::string(a) + b', ('22 ms  a\n24 ms  b\n', '1 ms  a\n3 ms  b\n')))
 
     def test_what_rules_judge_is_never_rewritten(self):
         source = 'TEST(a, test) { EXPECT_EQ(mac.takeViolations(), "I1"); }\n'
