@@ -188,15 +188,15 @@ def _many_text_edits(leaves, expected, actual):
         return None
     news = short.groups()
     if news != re.fullmatch(pattern.replace(b'(.*?)', b'(.*)'), actual, re.S).groups():
-        news = _aligned(b''.join(old for _, old, _ in slots), [old for _, old, _ in slots], actual) \
-            if expected == b''.join(old for _, old, _ in slots) else None
+        olds = [old for _, old, _ in slots]
+        news = _aligned(expected, olds, actual) if expected == b''.join(olds) else None
     found = [_leaf_edit(leaf, back(new)) for (leaf, old, back), new in zip(slots, news or [])
              if new != old]
     return None if None in found or news is None else found
 
 
 def _aligned(expected, pieces, actual):
-    """The pieces of a text in another one; None where what stays does not reach up to a border of two."""
+    """The pieces of a text in another one; None where what stays does not reach a border."""
     blocks = difflib.SequenceMatcher(None, expected, actual, autojunk=False).get_matching_blocks()
     borders, end = [0], 0
     for piece in pieces[:-1]:
