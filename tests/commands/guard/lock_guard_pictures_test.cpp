@@ -1,17 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "simulator/drawing/pictures.h"
+#include "tests/expectations/comparisons.h"
 #include "tests/support/guarded.h"
 #include "tests/support/temporary_folder.h"
 
 // What the user sees of the guard, as pictures in tests/commands/guard/pictures. With
-// UPDATE_PICTURES=1 in the environment they are drawn anew instead of being compared; the
-// difference is for people to judge.
+// UPDATE_EXPECT=1 in the environment one that looks different is drawn anew, and its test fails all
+// the same; the difference is for people to judge.
 
 namespace {
 
@@ -57,10 +57,6 @@ std::string screens(const std::string& furtherWorld, const Environment& environm
 void expectPicture(const std::string& name, const std::string& furtherWorld = "",
                    const Environment& environment = {}) {
   const std::string png = screens(furtherWorld, environment);
-  if (std::getenv("UPDATE_PICTURES") != nullptr) {
-    std::ofstream(fileOf(name), std::ios::binary) << png;
-    return;
-  }
   const TemporaryFolder folder;
   folder.write("drawn.png", png);
   const auto drawn = readPicture(folder.path("drawn.png"));
@@ -68,6 +64,9 @@ void expectPicture(const std::string& name, const std::string& furtherWorld = ""
   EXPECT_EQ(drawn.width, expected.width) << name;
   EXPECT_EQ(drawn.height, expected.height) << name;
   EXPECT_TRUE(drawn.pixels == expected.pixels) << name << " looks different";
+  if (drawn.pixels != expected.pixels && expectations::wanted()) {
+    std::ofstream(fileOf(name), std::ios::binary) << png;
+  }
 }
 
 constexpr const char* photo = "tool \"/usr/bin/dscl\" photo 600\n";
