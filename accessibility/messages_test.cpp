@@ -160,7 +160,7 @@ TEST(messages_attributes, do_not_ask_again_for_an_error) {
   EXPECT_EQ(calls, Calls{});
 }
 
-TEST(messages_actionNames, are_none_beside_an_error) {
+TEST(messages_action_names, are_none_beside_an_error) {
   TestMac mac(desk);
   runInside(mac, [&] {
     const platform::WireActionNames names{{"AXPress"}, {ax::Error::failure, false}};

@@ -215,7 +215,7 @@ TEST_F(readAvailable, gives_what_has_come_and_nothing_at_the_end) {
   EXPECT_EQ(input.readAvailable(), "");
 }
 
-TEST_F(readAvailable, gives_what_readLine_has_read_too_much) {
+TEST_F(readAvailable, gives_what_was_read_beyond_the_line) {
   posix::Input input(reader());
   send("one\ntwo\nthr");
   EXPECT_EQ(input.readLine(), "one");
