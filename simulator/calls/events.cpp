@@ -1,5 +1,6 @@
 #include "simulator/calls/calls.h"
 #include "simulator/input/posted_pointer.h"
+#include "simulator/input/taps.h"
 
 namespace simulator::calls {
 
@@ -70,6 +71,25 @@ Answer frontProcess(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/
 Answer processPid(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto pid = static_cast<Pid>(arguments.get<std::uint32_t>(1));
   return serial(findApplication(mac.world, pid) != nullptr ? 0 : noSuchProcess, pid);
+}
+
+Answer createTap(Mac& mac, Client& client, const Arguments& arguments) {
+  const auto number =
+      simulator::createTap(mac, client, arguments.get<tap::Place>(0), arguments.get<tap::Kind>(1),
+                           arguments.get<std::uint64_t>(2));
+  if (!number) return {};
+  return {pack(*number), 0};
+}
+
+Answer enableTap(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  simulator::enableTap(mac, arguments.get<std::int64_t>(0));
+  return {};
+}
+
+Answer tapVerdict(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  takeVerdict(mac, arguments.get<std::int64_t>(0), arguments.get<std::int64_t>(1),
+              arguments.get<bool>(2));
+  return {};
 }
 
 }  // namespace simulator::calls

@@ -1,7 +1,7 @@
 #include <limits>
 
 #include "simulator/calls/calls.h"
-#include "simulator/world/links.h"
+#include "simulator/world/user_state.h"
 
 /// How the Mac answers what is about its user and how its system is set up.
 namespace simulator::calls {

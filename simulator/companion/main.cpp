@@ -9,8 +9,7 @@
 
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
-#include "simulator/companion/run.h"
-#include "simulator/companion/serve.h"
+#include "simulator/companion/serving.h"
 
 namespace companion {
 

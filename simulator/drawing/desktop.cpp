@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "simulator/drawing/colours.h"
-
 namespace simulator {
 
 namespace {

@@ -7,12 +7,10 @@
 #include "simulator/drawing/covers.h"
 #include "simulator/drawing/desktop.h"
 #include "simulator/drawing/look.h"
-#include "simulator/drawing/sharing_mark.h"
 #include "simulator/drawing/windows.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/field_text.h"
-#include "simulator/world/menus.h"
 
 namespace simulator {
 

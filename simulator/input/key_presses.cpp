@@ -6,10 +6,10 @@
 
 #include "simulator/input/key_window.h"
 #include "simulator/input/typing.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/keyboard_layouts.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"

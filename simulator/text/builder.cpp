@@ -7,10 +7,9 @@
 #include "simulator/text/error.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/menus.h"
-#include "simulator/text/panel.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {

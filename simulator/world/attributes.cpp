@@ -5,10 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/roles.h"
-#include "simulator/world/sliders.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {

@@ -1,5 +1,6 @@
 #include "simulator/world/element_text.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "simulator/world/roles.h"
@@ -11,6 +12,31 @@ namespace {
 constexpr std::size_t longestCharacter = 4;  // bytes
 
 bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+constexpr std::string_view blanks = " \t\r\n\v\f";
+constexpr std::string_view bullet = "\xE2\x80\xA2";
+
+std::string firstCharacters(std::string_view text, std::size_t count) {
+  std::size_t end = 0;
+  for (std::size_t seen = 0; end < text.size(); ++end) {
+    const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0) != 0x80;
+    if (begins && seen++ == count) break;
+  }
+  return std::string(text.substr(0, end));
+}
+
+std::string trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == text.npos) return "";
+  return std::string(text.substr(first, text.find_last_not_of(blanks) + 1 - first));
+}
+
+std::string shifted(std::string text, char first, char last, int by) {
+  for (char& c : text) {
+    if (c >= first && c <= last) c = static_cast<char>(c + by);
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -52,6 +78,50 @@ void removeLastCharacter(Element& element) {
     if (!wasContinuation) break;
   }
   setText(element, std::move(text));
+}
+
+std::string transformed(std::string text, const std::vector<Transform>& transforms) {
+  constexpr int toLower = 'a' - 'A';
+  for (const Transform& each : transforms) {
+    switch (each.kind) {
+      case Transform::Kind::upper:
+        text = shifted(std::move(text), 'a', 'z', -toLower);
+        break;
+      case Transform::Kind::lower:
+        text = shifted(std::move(text), 'A', 'Z', toLower);
+        break;
+      case Transform::Kind::trim:
+        text = trimmed(text);
+        break;
+      case Transform::Kind::oneLine:
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        break;
+      case Transform::Kind::first:
+        text = firstCharacters(text, each.characters);
+        break;
+    }
+  }
+  return text;
+}
+
+std::string firstHalf(std::string_view text) {
+  return firstCharacters(text, characterCount(text) / 2);
+}
+
+std::string bullets(std::string_view text) {
+  std::string hidden;
+  for (std::size_t i = characterCount(text); i > 0; --i) hidden += bullet;
+  return hidden;
+}
+
+std::vector<std::string> filledLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (end > 0) lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
 }
 
 }  // namespace simulator

@@ -6,7 +6,6 @@
 #include "base/utf16.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/field_text.h"
 #include "simulator/world/pasteboard.h"
 
 namespace simulator {

@@ -6,7 +6,7 @@
 
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
-#include "simulator/world/field_text.h"
+#include "simulator/world/element_text.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {

@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "simulator/world/attributes.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
