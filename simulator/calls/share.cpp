@@ -2,6 +2,8 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/calls/sharing_streams.h"
+#include "simulator/drawing/digest.h"
+#include "simulator/drawing/pictures.h"
 
 namespace simulator::calls {
 
@@ -116,8 +118,9 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   picture->width = configuration.width;
   picture->height = configuration.height;
   const WindowNumber window = filter.windows.empty() ? 0 : filter.windows.front();
-  mac.journal.push_back({mac.now, "capture", 0, window, filter.kind == 0 ? "window" : "display",
-                         std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::capture,
+              .window = window,
+              .what = filter.kind == 0 ? "window" : "display"});
   client.pictures.emplace(++mac.numbers, std::move(*picture));
   return result(mac.numbers);
 }

@@ -51,8 +51,11 @@ bool isValid(const World& world, const share::StreamConfiguration& configuration
 }
 
 void note(Mac& mac, const Sharing& sharing, const std::string& what, const std::string& outcome) {
-  mac.journal.push_back({mac.now, "sharing", sharing.owner, sharing.window, what, std::nullopt, "",
-                         std::nullopt, outcome});
+  enter(mac, {.kind = JournalEntry::Kind::sharing,
+              .target = sharing.owner,
+              .window = sharing.window,
+              .what = what,
+              .outcome = outcome});
 }
 
 std::string describe(const share::StreamConfiguration& configuration) {

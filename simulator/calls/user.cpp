@@ -65,8 +65,7 @@ Answer terminated(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 }
 
 Answer prohibitOwnActivation(Mac& mac, Client& client, const Arguments& /*arguments*/) {
-  mac.journal.push_back(
-      {mac.now, "policy", client.pid, 0, "prohibited", std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::policy, .target = client.pid, .what = "prohibited"});
   return {};
 }
 

@@ -53,7 +53,7 @@ pid_t start(const std::vector<std::string>& command, const std::string& socketNa
   if (child < 0) throw systemFailure("cannot start a process");
   if (child > 0) return child;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(1);
+  if (getppid() != parent) _exit(1);  // it had gone before the line above
   signals.restore();
   setenv("SIMULATED_MAC", socketName.c_str(), 1);
   becomeCommand(command);
@@ -75,7 +75,7 @@ void passOn(const signalfd_siginfo& signal, pid_t child) {
 
 int serveCommand(const std::vector<std::string>& words) {
   const Options options = serveOptions(words);
-  signal(SIGPIPE, SIG_IGN);
+  signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
   const Signals signals({SIGTERM, SIGINT, SIGHUP});
   simulator::World world = readWorld(options.world);
   const ListeningSocket socket(options.socket.empty() ? privateSocketName() : options.socket);
@@ -94,7 +94,7 @@ int serveCommand(const std::vector<std::string>& words) {
 int runCommand(const std::vector<std::string>& words) {
   const Options options = runOptions(words);
   simulator::World world = readWorld(options.world);
-  signal(SIGCHLD, SIG_DFL);
+  signal(SIGCHLD, SIG_DFL);  // ignored, the child's status would be lost
   const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
   const ListeningSocket socket(privateSocketName());
   Server server(std::move(world), options.time, socket.descriptor());

@@ -1,5 +1,6 @@
+#include "simulator/input/happenings.h"
+
 #include "simulator/input/user_input.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/windows.h"
 

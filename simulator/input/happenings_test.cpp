@@ -1,7 +1,8 @@
+#include "simulator/input/happenings.h"
+
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/windows.h"
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/input/happenings.h"
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 
 namespace simulator {

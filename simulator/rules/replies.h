@@ -16,9 +16,9 @@ inline constexpr std::string_view livenessRefusal =
 /// What one-shot output says of itself.
 struct ReplyFacts {
   bool ok = false;
-  bool saysWhy = false;             // it has an "error", or the "axError" of an action or a write
-  bool cannotWrite = false;         // the error is that of a picture that could not be written
-  std::vector<std::string> faults;  // why it is no reply: one sentence each
+  bool saysWhy = false;      // it has an "error", or the "axError" of an action or a write
+  bool cannotWrite = false;  // the error is that of a picture that could not be written
+  std::vector<std::string> faults = {};  // why it is no reply: one sentence each
 };
 
 /// Checks that the output is exactly one line of canonical JSON (sorted keys, "\/", nothing between

@@ -1,7 +1,7 @@
 #include <array>
 #include <cstdio>
 
-#include "simulator/text/parse.h"
+#include "simulator/text/happening_text.h"
 #include "simulator/world/keyboard_layouts.h"
 
 namespace simulator {

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "simulator/text/error.h"
+#include "simulator/text/happening_text.h"
 #include "simulator/world/world.h"
 
 /// Worlds as text.
@@ -14,12 +15,6 @@ World parseWorld(std::string_view text);
 /// One line of what may happen, as in a script or from outside: "lock", "quit Notes",
 /// "user click 10,20" … Applications are named by name or "pid:N". Throws WorldError with line 1.
 Happening parseHappening(std::string_view text, const World& world);
-
-/// The happening as such a line.
-std::string happeningText(const Happening& happening);
-
-/// A word as a world's text has it: in quotation marks where it would not stand for itself.
-std::string quotedWord(std::string_view word);
 
 /// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1.
 Microseconds parseTime(std::string_view text);

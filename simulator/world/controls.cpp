@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 
 namespace simulator {
@@ -58,6 +59,7 @@ bool isInOpenMenu(const Application& application, const Element& element) {
 bool toggleMenu(Application& application, const Element& element) {
   const ElementId menu = menuOf(application, element);
   if (menu == 0) return false;
+  // One menu at a time: another one that is open closes.
   application.openMenu = application.openMenu == menu ? 0 : menu;
   return true;
 }
@@ -69,12 +71,11 @@ ElementId itemWithShortcut(const Application& application, std::string_view char
     if (each.removed || each.window != 0 || each.role != "AXMenuItem" || !isEnabled(each)) {
       return false;
     }
-    const auto key = each.attributes.find("AXMenuItemCmdChar");
-    if (key == each.attributes.end()) return false;
-    const auto* held = std::get_if<std::string>(&key->second);
+    const std::string* held = textAttribute(each, "AXMenuItemCmdChar");
+    if (held == nullptr || *held != character) return false;
     const auto mask = each.attributes.find("AXMenuItemCmdModifiers");
     const auto needed = mask == each.attributes.end() ? 0.0 : numberOf(mask->second).value_or(0);
-    return held != nullptr && *held == character && needed == static_cast<double>(modifiers);
+    return needed == static_cast<double>(modifiers);
   });
   return found == elements.end() ? 0 : found->id;
 }

@@ -9,18 +9,13 @@ namespace simulator {
 
 namespace {
 
-constexpr std::size_t longestCharacter = 4;  // bytes
-
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 constexpr std::string_view blanks = " \t\r\n\v\f";
 constexpr std::string_view bullet = "\xE2\x80\xA2";
 
 std::string firstCharacters(std::string_view text, std::size_t count) {
   std::size_t end = 0;
   for (std::size_t seen = 0; end < text.size(); ++end) {
-    const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0) != 0x80;
-    if (begins && seen++ == count) break;
+    if (!continuesCharacter(text[end]) && seen++ == count) break;
   }
   return std::string(text.substr(0, end));
 }
@@ -43,7 +38,7 @@ std::string shifted(std::string text, char first, char last, int by) {
 std::int64_t utf16Length(std::string_view text) {
   std::int64_t length = 0;
   for (const char c : text) {
-    if (isContinuation(c)) continue;
+    if (continuesCharacter(c)) continue;
     const auto byte = static_cast<unsigned char>(c);
     length += byte >= 0xF0 && byte <= 0xF4 ? 2 : 1;
   }
@@ -52,14 +47,17 @@ std::int64_t utf16Length(std::string_view text) {
 
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
-  for (const char c : text) count += isContinuation(c) ? 0U : 1U;
+  for (const char c : text) count += continuesCharacter(c) ? 0U : 1U;
   return count;
 }
 
+const std::string* textAttribute(const Element& element, const std::string& name) {
+  const auto found = element.attributes.find(name);
+  return found == element.attributes.end() ? nullptr : std::get_if<std::string>(&found->second);
+}
+
 std::string_view textOf(const Element& element) {
-  const auto found = element.attributes.find("AXValue");
-  if (found == element.attributes.end()) return {};
-  const auto* text = std::get_if<std::string>(&found->second);
+  const std::string* text = textAttribute(element, "AXValue");
   return text == nullptr ? std::string_view() : *text;
 }
 
@@ -68,16 +66,6 @@ void setText(Element& element, std::string text) {
     element.attributes["AXSelectedTextRange"] = ax::Range{utf16Length(text), 0};
   }
   element.attributes["AXValue"] = std::move(text);
-}
-
-void removeLastCharacter(Element& element) {
-  std::string text(textOf(element));
-  for (std::size_t taken = 0; taken < longestCharacter && !text.empty(); ++taken) {
-    const bool wasContinuation = isContinuation(text.back());
-    text.pop_back();
-    if (!wasContinuation) break;
-  }
-  setText(element, std::move(text));
 }
 
 std::string transformed(std::string text, const std::vector<Transform>& transforms) {

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
+#include "simulator/world/presses.h"
 
 namespace simulator {
 
@@ -236,19 +236,6 @@ TEST(ElementText, lengths_are_in_utf16_units_and_characters) {
   EXPECT_EQ(utf16Length(""), 0);
   EXPECT_EQ(utf16Length("aé€😀"), 5);
   EXPECT_EQ(characterCount("aé€😀"), 4u);
-}
-
-TEST(ElementText, the_last_character_goes_whole) {
-  Element element;
-  element.role = "AXTextArea";
-  setText(element, "a😀");
-
-  removeLastCharacter(element);
-  EXPECT_EQ(textOf(element), "a");
-  EXPECT_EQ(element.attributes["AXSelectedTextRange"], AttributeValue(ax::Range{1, 0}));
-  removeLastCharacter(element);
-  removeLastCharacter(element);
-  EXPECT_EQ(textOf(element), "");
 }
 
 }  // namespace
