@@ -12,10 +12,6 @@ using driver::pack;
 
 namespace {
 
-constexpr const char* noSource =
-    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
-    "capture source\"";
-
 Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
 
 template <class T>

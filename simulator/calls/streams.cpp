@@ -11,9 +11,6 @@ using driver::pack;
 
 namespace {
 
-constexpr const char* noSource =
-    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
-    "capture source\"";
 constexpr const char* notStoppable =
     "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3808 \"Attempt to stop a "
     "stream that is not running\"";

@@ -6,7 +6,6 @@ namespace simulator {
 
 namespace {
 
-constexpr double menuBarHeight = 24;
 constexpr double rightHandRoom = 110;  // for the clock and what is beside it
 
 struct Hill {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "simulator/drawing/controls.h"
+#include "simulator/drawing/desktop.h"
 
 namespace simulator {
 
@@ -94,11 +95,8 @@ void drawScrollers(Canvas& canvas, const WindowLook& look) {
 }
 
 constexpr Colour violet{0.51, 0.27, 0.90, 1};
-constexpr double windowRadius = 10;
 constexpr double frameWidth = 3;
 constexpr double labelHeight = 22;
-constexpr double titleBarHeight = 28;
-constexpr double menuBarHeight = 24;
 constexpr double indicatorRight = 130;  // from the right edge: left of the battery
 
 /// A window in a frame: what the system shows for sharing.
@@ -132,7 +130,7 @@ void drawSharingMark(Canvas& canvas, const WindowLook& look) {
   const Rect& frame = look.frame;
   canvas.stroke({frame.x - frameWidth, frame.y - frameWidth, frame.width + 2 * frameWidth,
                  frame.height + 2 * frameWidth},
-                windowRadius + frameWidth, frameWidth, violet);
+                radius + frameWidth, frameWidth, violet);
   TextStyle style;
   style.size = 11.5;
   style.bold = true;

@@ -56,7 +56,7 @@ class Clipboard : public testing::Test {
 
   Mac mac_;
   Client client_;
-  Run run_{mac_, client_};
+  WatchedRun run_{mac_, client_};
   ClipboardRules rules_{run_};
   Sentences violations_;
   Items saved_;
@@ -132,8 +132,8 @@ TEST_F(Clipboard, may_stay_empty_when_it_refuses_what_it_held) {
   take();
   call(Function::clearPasteboard);
   const platform::Call refused{Function::writePasteboard, {pack(saved_)}};
-  rules_.before(refused, run_.lastSleep, violations_);
-  rules_.after(refused, {pack(false), 0});
+  rules_.before({refused}, violations_);
+  rules_.after({refused}, {pack(false), 0}, violations_);
   EXPECT_EQ(end(), Sentences{});
 }
 

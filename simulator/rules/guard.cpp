@@ -16,7 +16,6 @@ using platform::WireItem;
 
 namespace {
 
-constexpr std::int64_t ownEventTag = 0x5A545256;
 constexpr double microsecondsPerSecond = 1'000'000;
 constexpr Microseconds firstSecond = 1'000'000;
 

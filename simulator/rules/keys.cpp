@@ -45,13 +45,6 @@ std::int64_t codeOf(const std::string& name) {
   return stroke && !stroke->shift ? stroke->code : -1;
 }
 
-std::string lowered(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
-}
-
 bool isNear(const Rect& a, const Rect& b) {
   const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
   return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);

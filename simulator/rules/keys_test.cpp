@@ -64,7 +64,7 @@ class BrokenKeys : public BrokenRun {
 
   /// The end of a run that has pressed no key, and what the rule for keys finds.
   Sentences endOfKeys(bool ok) {
-    Run facts(mac_, client_);
+    WatchedRun facts(mac_, client_);
     facts.reply = ReplyFacts{.ok = ok};
     Sentences violations;
     KeyRules(facts).atEnd(violations);

@@ -12,7 +12,7 @@ bool isSilent(const std::string& command) {
   return command == "ax-focus" || command == "ax-slider" || command == "lock-now";
 }
 
-bool isPointerCommand(const Run& run) {
+bool isPointerCommand(const WatchedRun& run) {
   return run.command().compare(0, 3, "bg-") == 0 && !run.pressesKeys();
 }
 

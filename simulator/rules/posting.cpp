@@ -12,7 +12,6 @@ using quartz::EventType;
 
 namespace {
 
-constexpr std::int64_t ownEventTag = 0x5A545256;
 constexpr std::uint32_t waitBetweenClicks = 80'000;
 
 bool isUp(std::uint32_t type) {

@@ -39,6 +39,9 @@ std::optional<Pid> servicePid(const Client& client);
 /// does everything when the scope is not plain ASCII.
 bool titleInScope(const Client& client, const std::string& title);
 
+/// The text with the letters of ASCII in lower case.
+std::string lowered(std::string text);
+
 /// The text with each run of white space as one space, and none at its ends. Borrows nothing.
 std::string squashedText(std::string_view text);
 

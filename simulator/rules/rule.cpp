@@ -4,17 +4,17 @@ namespace simulator {
 
 using platform::Function;
 
-const std::string& Run::command() const {
+const std::string& WatchedRun::command() const {
   static const std::string none;
   return client.arguments.size() > 1 ? client.arguments[1] : none;
 }
 
-bool Run::pressesKeys() const {
+bool WatchedRun::pressesKeys() const {
   const std::string& name = command();
   return name == "bg-key" || name == "bg-type" || name == "bg-paste-files";
 }
 
-bool Run::endsRequest(const platform::Call& call) const {
+bool WatchedRun::endsRequest(const platform::Call& call) const {
   return call.function == Function::acquireOutput && isService();
 }
 

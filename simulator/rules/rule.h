@@ -18,9 +18,9 @@ using Violations = std::vector<std::string>;
 
 /// What is known of one run, for all of its rules. What a call tells is known after all rules have
 /// seen its answer.
-struct Run {
+struct WatchedRun {
   /// Both outlive this object.
-  Run(const Mac& itsMac, const Client& itsClient) : mac(itsMac), client(itsClient) {}
+  WatchedRun(const Mac& itsMac, const Client& itsClient) : mac(itsMac), client(itsClient) {}
 
   const Mac& mac;
   const Client& client;
@@ -71,7 +71,7 @@ struct ObservedCall {
 class Rule {
  public:
   /// The run outlives this object.
-  explicit Rule(Run& run) : run_(run) {}
+  explicit Rule(WatchedRun& run) : run_(run) {}
   virtual ~Rule() = default;
   Rule(const Rule&) = delete;
   Rule& operator=(const Rule&) = delete;
@@ -89,8 +89,12 @@ class Rule {
   virtual void atEnd(Violations& /*violations*/) {}
 
  protected:
-  Run& run_;
+  WatchedRun& run_;
 };
+
+/// What the driver marks its own events with. Written out once more here, not taken from the
+/// driver: a rule must not follow what it watches.
+inline constexpr std::int64_t ownEventTag = 0x5A545256;
 
 /// Whether the call posts an event, by either route.
 bool isPost(platform::Function function);

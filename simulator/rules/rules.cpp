@@ -20,7 +20,7 @@ using platform::Function;
 namespace {
 
 template <class... Kinds>
-std::vector<std::unique_ptr<Rule>> make(Run& run) {
+std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
   std::vector<std::unique_ptr<Rule>> rules;
   (rules.push_back(std::make_unique<Kinds>(run)), ...);
   return rules;
@@ -28,7 +28,7 @@ std::vector<std::unique_ptr<Rule>> make(Run& run) {
 
 /// All rules there are, in the order in which they see a call. The pace of what was posted before
 /// is judged before the present post owes waits of its own; and a key may owe more than a post.
-std::vector<std::unique_ptr<Rule>> allRules(Run& run) {
+std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
   return make<UserRules, PaceRules, ScopeRules, PostingRules, InsertRules, GuardRules, KeyRules,
               ClipboardRules, FocusRules, OutputRules>(run);
 }

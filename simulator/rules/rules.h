@@ -32,7 +32,7 @@ class Rules {
  private:
   void note(const platform::Call& call, const Answer& answer);
 
-  Run run_;
+  WatchedRun run_;
   std::vector<std::unique_ptr<Rule>> rules_;
   bool finished_ = false;
 };
