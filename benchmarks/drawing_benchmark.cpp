@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/desk.h"
+#include "simulator/drawing/digest.h"
 #include "simulator/drawing/pictures.h"
 
 /// What a picture costs: drawn and encoded, and as a digest.

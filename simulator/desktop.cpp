@@ -7,7 +7,7 @@
 #include "simulator/input/taps.h"
 #include "simulator/mac/sharing_streams.h"
 #include "simulator/text/happenings.h"
-#include "simulator/world/attributes.h"
+#include "simulator/text/parse.h"
 #include "simulator/world/fields.h"
 
 namespace simulator {
@@ -54,7 +54,7 @@ std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, 
 Desktop::Desktop(World world, const std::vector<Fault>& faults)
     : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
-  advanceTo(0);
+  advanceTo(0);  // what the script says of time 0 has happened when the first process joins
 }
 
 std::size_t Desktop::join(std::vector<std::string> arguments,
@@ -97,6 +97,7 @@ const Outcome* Desktop::strike(platform::Function function) {
 Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
   Client& client = *mac_.clients[clientIndex];
   const Outcome* outcome = strike(call.function);
+  // Before the rules look at the world: it is not the call that did it.
   if (outcome != nullptr && outcome->kind == Outcome::Kind::happening) {
     happen(outcome->happening);
   }
@@ -121,6 +122,7 @@ Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds si
 Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
                          std::size_t flow) {
   rules_[clientIndex]->after(call, result, faulty, flow, violations_);
+  // Half at a time: to drop them one by one would move all others each time.
   if (trace_.size() == traceEntriesMax) {
     trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
   }
@@ -133,6 +135,8 @@ void Desktop::advanceTo(Microseconds time) {
   for (auto own = nextOwn(); own && *own <= time; own = nextOwn()) {
     settleWrites(mac_.world, *own);
     mac_.now = std::max(mac_.now, *own);
+    // A tap that has been too slow is disabled first: what the script says of the same time meets a
+    // Mac that has gone on.
     if (nextTapDeadline(mac_) == own) {
       expireTaps(mac_);
     } else {
@@ -145,8 +149,9 @@ void Desktop::advanceTo(Microseconds time) {
 
 void Desktop::happen(const Happening& happening) {
   simulator::happen(mac_, happening);
-  mac_.journal.push_back({mac_.now, "happening", happening.pid, 0, happeningText(happening),
-                          std::nullopt, "", std::nullopt, ""});
+  enter(mac_, {.kind = JournalEntry::Kind::happening,
+               .target = happening.pid,
+               .what = happeningText(happening)});
 }
 
 void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }

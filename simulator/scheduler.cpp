@@ -52,6 +52,7 @@ std::optional<Scheduler::Flow> Scheduler::wake(Microseconds now, std::optional<F
   const auto [due, flow] = *wait;
   if (due > now) return std::nullopt;
   waits_.erase(wait);
+  // A watcher is told and is done: were it running, virtual time would wait for it.
   if (flows_.at(flow) == Kind::process) running_.insert(flow);
   return flow;
 }

@@ -68,10 +68,12 @@ std::optional<Datum> Turns::call(Flow flow, Call call) {
   const bool isOutside = call.function == Function::leaveDesktop;
   const bool returns = call.function == Function::returnToDesktop;
   const bool ends = call.function == Function::exit || call.function == Function::dieBySignal;
-  Call copy = call;
+  Call copy = call;  // one that waits for its answer is asked again
   Answer answer = desktop_.handle(state.client, std::move(call), state.index);
   if (ends) endFlows(state.client, flow);
   if (isOutside) scheduler_.goOutside(flow);
+  // Who was outside comes back as a flow that has its turn like any other: it might run beside one
+  // that was given a turn meanwhile.
   if (returns) {
     wait(flow, std::move(answer.value), desktop_.mac().now);
     return std::nullopt;
@@ -88,6 +90,7 @@ std::optional<Datum> Turns::settle(Flow flow, Call call, Answer answer, Microsec
     scheduler_.block(flow, answer.deadline);
     return std::nullopt;
   }
+  // What takes no time moves no clock, and nobody else gets a turn: calls are many.
   if (answer.delay == 0) return std::move(answer.value);
   wait(flow, std::move(answer.value), desktop_.mac().now + answer.delay);
   return std::nullopt;
@@ -113,6 +116,8 @@ void Turns::retryBlocked() {
 std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> preferred) {
   const bool isReal = scheduler_.time() == Scheduler::Time::real;
   while (scheduler_.mayWake()) {
+    // Whatever happened since may be what somebody waits for. Nobody keeps a list of who waits for
+    // what: that would be forgotten in one place, and a forgotten one hangs.
     retryBlocked();
     const Microseconds present = isReal ? now : desktop_.mac().now;
     if (const auto flow = scheduler_.wake(present, preferred)) {
@@ -130,6 +135,7 @@ std::optional<Microseconds> Turns::nextInstant() const {
   const auto due = scheduler_.nextDue();
   const auto own = desktop_.nextOwn();
   const bool isReal = scheduler_.time() == Scheduler::Time::real;
+  // An open run stands still for a script alone: its next client is still to come.
   if (!due) return isReal || run_ == Run::closed ? own : std::nullopt;
   return own ? std::min(*due, *own) : *due;
 }

@@ -1,7 +1,9 @@
 #include "platform/value_codec.h"
 #include "simulator/calls/calls.h"
+#include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/presses.h"
 
 namespace simulator::calls {
 
@@ -13,6 +15,7 @@ using platform::ValueKind;
 
 namespace {
 
+/// What `_AXUIElementGetWindow` gives for an element that is in no window.
 constexpr std::int64_t illegalArgument = -25201;
 
 Datum packElement(Pid pid, ElementId id) {
@@ -59,6 +62,7 @@ Message send(Mac& mac, Pid pid) {
   if (!mac.world.accessibilityAllowed) return {nullptr, {ax::Error::apiDisabled, false}, 0};
   Application* application = findApplication(mac.world, pid);
   if (application == nullptr) return {nullptr, {ax::Error::cannotComplete, false}, 0};
+  // The platform gives up, whether or not the application would answer later.
   if (application->hangs || application->answerDelay >= messagingTimeout) {
     return {nullptr, {ax::Error::cannotComplete, true}, messagingTimeout};
   }
@@ -141,8 +145,11 @@ Answer axPerform(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   if (message.application != nullptr) {
     message.outcome.error = perform(mac.world, element.pid, element.id, action, outcome);
   }
-  mac.journal.push_back({mac.now, "action", element.pid, 0, action, std::nullopt, "",
-                         message.outcome.error == ax::Error::success, std::move(outcome)});
+  enter(mac, {.kind = JournalEntry::Kind::action,
+              .target = element.pid,
+              .what = action,
+              .landed = message.outcome.error == ax::Error::success,
+              .outcome = std::move(outcome)});
   return {pack(message.outcome), message.delay};
 }
 
@@ -155,8 +162,10 @@ Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) 
     message.outcome.error =
         writeAttribute(mac.world, *message.application, element.id, name, value, mac.now);
   }
-  mac.journal.push_back({mac.now, "write", element.pid, 0, name, std::nullopt, "",
-                         message.outcome.error == ax::Error::success, ""});
+  enter(mac, {.kind = JournalEntry::Kind::write,
+              .target = element.pid,
+              .what = name,
+              .landed = message.outcome.error == ax::Error::success});
   return {pack(message.outcome), message.delay};
 }
 

@@ -36,8 +36,10 @@ Rect firstScreen(const World& world) {
 }
 
 void note(Mac& mac, const Cover& cover, std::string what) {
-  mac.journal.push_back({mac.now, "cover", cover.owner, cover.window, std::move(what), std::nullopt,
-                         "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::cover,
+              .target = cover.owner,
+              .window = cover.window,
+              .what = std::move(what)});
 }
 
 std::string shownText(const Cover& cover) {
@@ -51,15 +53,13 @@ std::string shownText(const Cover& cover) {
 Answer preventDisplaySleep(Mac& mac, Client& client, const Arguments& arguments) {
   if (!mac.world.displayHoldAllowed) return {pack(power::Assertion{powerError, 0}), 0};
   client.displayHolds.push_back(arguments.text(0));
-  mac.journal.push_back(
-      {mac.now, "awake", client.pid, 0, "display held", std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::awake, .target = client.pid, .what = "display held"});
   return {pack(power::Assertion{0, static_cast<std::uint32_t>(++mac.numbers)}), 0};
 }
 
 Answer lockScreen(Mac& mac, Client& client, const Arguments& /*arguments*/) {
   mac.world.session.locked = true;
-  mac.journal.push_back(
-      {mac.now, "screen", client.pid, 0, "locked", std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::screen, .target = client.pid, .what = "locked"});
   return {pack(std::int32_t{0}), 0};
 }
 

@@ -1,6 +1,9 @@
 #include "simulator/calls/calls.h"
 #include "simulator/input/posted_pointer.h"
+#include "simulator/input/records.h"
+#include "simulator/input/taps.h"
 
+/// How the Mac answers what is about events: making and posting them, event records, and taps.
 namespace simulator::calls {
 
 using driver::pack;
@@ -13,6 +16,8 @@ Answer serial(std::int64_t status, Pid pid) {
   return {pack(std::vector<std::int64_t>{status, 0, pid}), 0};
 }
 
+/// Events are built by the client, which sends all of one when it posts it: the Mac only names
+/// them.
 Answer newNumber(Mac& mac) { return {pack(++mac.numbers), 0}; }
 
 }  // namespace
@@ -47,7 +52,7 @@ Answer privatePost(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   return {};
 }
 
-// A process's serial number has its pid in the low word.
+// A process's serial number has its pid in the low word. That is ours: a client must not know it.
 Answer postRecord(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto pid = static_cast<Pid>(arguments.get<std::uint32_t>(1));
   if (arguments.get<std::uint32_t>(0) != 0 || findApplication(mac.world, pid) == nullptr) {
@@ -70,6 +75,25 @@ Answer frontProcess(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/
 Answer processPid(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto pid = static_cast<Pid>(arguments.get<std::uint32_t>(1));
   return serial(findApplication(mac.world, pid) != nullptr ? 0 : noSuchProcess, pid);
+}
+
+Answer createTap(Mac& mac, Client& client, const Arguments& arguments) {
+  const auto number =
+      simulator::createTap(mac, client, arguments.get<tap::Place>(0), arguments.get<tap::Kind>(1),
+                           arguments.get<std::uint64_t>(2));
+  if (!number) return {};
+  return {pack(*number), 0};
+}
+
+Answer enableTap(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  simulator::enableTap(mac, arguments.get<std::int64_t>(0));
+  return {};
+}
+
+Answer tapVerdict(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  takeVerdict(mac, arguments.get<std::int64_t>(0), arguments.get<std::int64_t>(1),
+              arguments.get<bool>(2));
+  return {};
 }
 
 }  // namespace simulator::calls

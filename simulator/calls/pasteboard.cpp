@@ -1,5 +1,8 @@
 #include "simulator/world/pasteboard.h"
+
 #include "simulator/calls/calls.h"
+
+/// How the Mac answers what is about the general pasteboard.
 
 namespace simulator::calls {
 
@@ -7,12 +10,12 @@ using driver::pack;
 
 namespace {
 
-constexpr const char* kind = "pasteboard";
-
 void note(Mac& mac, std::string what, std::optional<bool> landed = std::nullopt,
           std::string outcome = "") {
-  mac.journal.push_back(
-      {mac.now, kind, 0, 0, std::move(what), std::nullopt, "", landed, std::move(outcome)});
+  enter(mac, {.kind = JournalEntry::Kind::pasteboard,
+              .what = std::move(what),
+              .landed = landed,
+              .outcome = std::move(outcome)});
 }
 
 Answer written(Mac& mac, const Client& client, std::string what,

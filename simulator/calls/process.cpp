@@ -104,8 +104,7 @@ Answer lockFile(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/
 }
 
 Answer replaceFile(Mac& mac, Client& /*client*/, const Arguments& arguments) {
-  mac.journal.push_back(
-      {mac.now, "file", 0, 0, arguments.text(0), std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::file, .what = arguments.text(0)});
   return {pack(true), 0};
 }
 

@@ -1,6 +1,8 @@
 #include <algorithm>
 
 #include "simulator/calls/calls.h"
+#include "simulator/drawing/digest.h"
+#include "simulator/drawing/pictures.h"
 #include "simulator/mac/sharing_streams.h"
 
 namespace simulator::calls {
@@ -9,10 +11,6 @@ using driver::Datum;
 using driver::pack;
 
 namespace {
-
-constexpr const char* noSource =
-    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
-    "capture source\"";
 
 Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
 
@@ -116,8 +114,9 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   picture->width = configuration.width;
   picture->height = configuration.height;
   const WindowNumber window = filter.windows.empty() ? 0 : filter.windows.front();
-  mac.journal.push_back({mac.now, "capture", 0, window, filter.kind == 0 ? "window" : "display",
-                         std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::capture,
+              .window = window,
+              .what = filter.kind == 0 ? "window" : "display"});
   client.pictures.emplace(++mac.numbers, std::move(*picture));
   return result(mac.numbers);
 }

@@ -11,9 +11,6 @@ using driver::pack;
 
 namespace {
 
-constexpr const char* noSource =
-    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
-    "capture source\"";
 constexpr const char* notStoppable =
     "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3808 \"Attempt to stop a "
     "stream that is not running\"";
@@ -51,8 +48,11 @@ bool isValid(const World& world, const share::StreamConfiguration& configuration
 }
 
 void note(Mac& mac, const Sharing& sharing, const std::string& what, const std::string& outcome) {
-  mac.journal.push_back({mac.now, "sharing", sharing.owner, sharing.window, what, std::nullopt, "",
-                         std::nullopt, outcome});
+  enter(mac, {.kind = JournalEntry::Kind::sharing,
+              .target = sharing.owner,
+              .window = sharing.window,
+              .what = what,
+              .outcome = outcome});
 }
 
 std::string describe(const share::StreamConfiguration& configuration) {

@@ -1,7 +1,7 @@
 #include <limits>
 
 #include "simulator/calls/calls.h"
-#include "simulator/world/links.h"
+#include "simulator/world/user_state.h"
 
 /// How the Mac answers what is about its user and how its system is set up.
 namespace simulator::calls {
@@ -65,8 +65,7 @@ Answer terminated(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 }
 
 Answer prohibitOwnActivation(Mac& mac, Client& client, const Arguments& /*arguments*/) {
-  mac.journal.push_back(
-      {mac.now, "policy", client.pid, 0, "prohibited", std::nullopt, "", std::nullopt, ""});
+  enter(mac, {.kind = JournalEntry::Kind::policy, .target = client.pid, .what = "prohibited"});
   return {};
 }
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "simulator/calls/calls.h"
-#include "simulator/world/attributes.h"
+#include "simulator/world/actions.h"
 
 namespace simulator::calls {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <utility>
 
 namespace companion {
@@ -14,7 +16,9 @@ class Descriptor {
     std::swap(number_, other.number_);
     return *this;
   }
-  ~Descriptor();
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
 
   /// -1 when nothing is open.
   int number() const { return number_; }

@@ -10,8 +10,7 @@
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/help.h"
-#include "simulator/companion/run.h"
-#include "simulator/companion/serve.h"
+#include "simulator/companion/serving.h"
 #include "simulator/text/happenings.h"
 
 namespace companion {

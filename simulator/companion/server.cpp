@@ -13,6 +13,8 @@ using driver::MalformedDatum;
 
 namespace {
 
+/// More than any test joins, and fewer than descriptors: who is turned away waits in the socket's
+/// queue.
 constexpr std::size_t clientsMax = 256;
 constexpr Microseconds microsecondsInSecond = 1'000'000;
 

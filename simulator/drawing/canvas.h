@@ -2,7 +2,6 @@
 
 #include <cairo.h>
 #include <pango/pangocairo.h>
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,6 +24,19 @@ struct Colour {
   }
   constexpr Colour withAlpha(double value) const { return {red, green, blue, value}; }
 };
+
+/// The few colours that controls, windows and the desktop share.
+namespace colours {
+
+inline constexpr Colour accent{0.04, 0.48, 1.0, 1};
+inline constexpr Colour selection{0.70, 0.84, 1.0, 1};
+inline constexpr Colour text = Colour::grey(0.13);
+inline constexpr Colour faintText = Colour::grey(0.56);
+inline constexpr Colour white = Colour::grey(1);
+inline constexpr Colour edge = Colour::grey(0, 0.16);
+inline constexpr Colour faintEdge = Colour::grey(0, 0.08);
+
+}  // namespace colours
 
 struct TextStyle {
   enum class Align { left, centre };
@@ -103,5 +115,9 @@ class Clip {
  private:
   Canvas& canvas_;
 };
+
+/// Blurs what has been drawn within the rectangle, as frosted glass over it would. `reach` is how
+/// far a point spreads, in points. The same picture gives the same pixels on every machine.
+void blur(Canvas& canvas, const Rect& rect, double reach);
 
 }  // namespace simulator

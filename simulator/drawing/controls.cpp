@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "simulator/drawing/colours.h"
-
 namespace simulator {
 
 namespace {

@@ -18,4 +18,8 @@ void drawCover(Canvas& canvas, const Cover& cover);
 /// Draws the login window over all displays.
 void drawLockScreen(Canvas& canvas, const Picture& picture);
 
+/// Draws a picture that has no pixels: a friendly face, a person, or an application's icon, in
+/// colours of its own. The frame is a square.
+void drawPortrait(Canvas& canvas, const Portrait& portrait, const Rect& frame);
+
 }  // namespace simulator

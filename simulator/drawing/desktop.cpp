@@ -2,13 +2,10 @@
 
 #include <cmath>
 
-#include "simulator/drawing/colours.h"
-
 namespace simulator {
 
 namespace {
 
-constexpr double menuBarHeight = 24;
 constexpr double rightHandRoom = 110;  // for the clock and what is beside it
 
 struct Hill {

@@ -7,6 +7,8 @@
 
 namespace simulator {
 
+inline constexpr double menuBarHeight = 24;  // points
+
 /// Draws the wallpaper of every display; black is where there is none.
 void drawDesktop(Canvas& canvas, const std::vector<Rect>& displays);
 

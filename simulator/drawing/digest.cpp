@@ -1,14 +1,17 @@
+#include "simulator/drawing/digest.h"
+
 #include <bit>
 #include <cstring>
+#include <string_view>
 
 #include "simulator/drawing/look.h"
-#include "simulator/drawing/pictures.h"
 
 namespace simulator {
 
 namespace {
 
-/// Mixes values into one number, eight bytes at a time.
+/// Mixes values into one number, eight bytes at a time. Written out here, for std::hash may give
+/// another number on another machine, and traces hold it.
 class Digest {
  public:
   std::uint64_t value() const { return value_; }
@@ -22,6 +25,7 @@ class Digest {
   void add(bool flag) { add(std::uint64_t{flag}); }
   void add(double number) { add(std::bit_cast<std::uint64_t>(number)); }
 
+  /// The length comes first, so that no two texts run together as two others would.
   void add(std::string_view text) {
     add(std::uint64_t{text.size()});
     while (!text.empty()) {

@@ -12,8 +12,9 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t mostBytes = 4000;  // of a text, more than a screen shows
-constexpr double margin = 4096;          // points that a frame may reach beyond what it is in
-constexpr double shadow = 48;            // points around a window that its shadow may darken
+// A world may give any number for a frame and megabytes of text: a picture is never worth more.
+constexpr double margin = 4096;  // points that a frame may reach beyond what it is in
+constexpr double shadow = 48;    // points around a window that its shadow may darken
 
 struct RoleControl {
   std::string_view role;

@@ -7,12 +7,10 @@
 #include "simulator/drawing/covers.h"
 #include "simulator/drawing/desktop.h"
 #include "simulator/drawing/look.h"
-#include "simulator/drawing/sharing_mark.h"
 #include "simulator/drawing/windows.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/field_text.h"
-#include "simulator/world/menus.h"
 
 namespace simulator {
 
@@ -53,10 +51,7 @@ bool showsComposedText(const Application& application, const Element& element) {
 
 Element asDrawn(const Element& element) {
   Element drawn = element;
-  const auto subrole = element.attributes.find("AXSubrole");
-  const bool isSecure = subrole != element.attributes.end() &&
-                        subrole->second == AttributeValue(std::string("AXSecureTextField"));
-  if (isSecure) drawn.attributes["AXValue"] = bullets(textOf(element));
+  if (isSecure(element)) drawn.attributes["AXValue"] = bullets(textOf(element));
   return drawn;
 }
 
@@ -65,10 +60,8 @@ std::vector<std::string> menuTitlesOf(const Application& application) {
   std::vector<std::string> titles;
   for (const Element& element : application.elements) {
     if (element.role != "AXMenuBarItem" || element.removed) continue;
-    const auto title = element.attributes.find("AXTitle");
-    const auto* text =
-        title == element.attributes.end() ? nullptr : std::get_if<std::string>(&title->second);
-    if (text != nullptr) titles.push_back(*text);
+    const std::string* title = textAttribute(element, "AXTitle");
+    if (title != nullptr) titles.push_back(*title);
   }
   return titles;
 }

@@ -17,9 +17,6 @@ WindowPicture pictureOf(const World& world, const Window& window);
 /// all displays at the scale of the main one.
 Picture screenPicture(const World& world);
 
-/// A number that differs whenever the drawn pictures would differ. Draws nothing.
-std::uint64_t digest(const Picture& picture);
-
 /// Draws the picture and encodes it as PNG. None when it is empty or larger than 16,384 pixels in
 /// either direction.
 std::optional<std::string> drawPng(const Picture& picture);

@@ -11,10 +11,14 @@
 #include <limits>
 
 #include "simulator/text/parse.h"
+#include "tests/support/drawn_desk.h"
 
 namespace simulator {
 
 namespace {
+
+using testing_support::desk;
+using testing_support::windowOnGrey;
 
 /// Fonts that the libraries keep for the next picture are given back, so that what is still held at
 /// the end of the tests is a leak.
@@ -29,22 +33,6 @@ class FontsGoneAtEnd : public testing::Environment {
 
 [[maybe_unused]] const testing::Environment* const fontsGoneAtEnd =
     testing::AddGlobalTestEnvironment(new FontsGoneAtEnd);
-
-constexpr const char* desk = R"(
-    display 1 300x220 scale 1
-    display 2 100x100 at 300,0
-    pointer 290,210
-    app Notes pid 41 frontmost
-        window 7 "Inbox" at 20,30 size 240x160
-            AXButton "Send" at 30,70 size 60x20
-            AXTextArea "Body" at 30,100 size 150x60 value "hello" focused
-            AXSlider at 100,70 size 80x20 value 0.5
-            AXCheckBox "Encrypt" at 190,70 size 60x20
-            AXRow "Row" at 190,100 size 60x20
-            AXButton "Far away" at 1000,1000 size 60x20
-            AXButton "Nowhere"
-        window 8 "Small" at 100,40 size 50x50 off-screen
-)";
 
 /// The pixel of a PNG as 0xRRGGBB.
 class Pixels {
@@ -79,16 +67,6 @@ class Pixels {
   std::string_view rest_;
   cairo_surface_t* surface_ = nullptr;
 };
-
-Picture windowOnGrey(const World& world) {
-  Picture picture;
-  picture.width = 300;
-  picture.height = 220;
-  picture.source = {0, 0, 300, 220};
-  picture.backgroundGrey = 0.5;
-  picture.windows.push_back(pictureOf(world, *findWindow(world, 7)));
-  return picture;
-}
 
 TEST(drawing, gives_a_png_of_the_size_asked_for) {
   const World world = parseWorld(desk);
@@ -200,183 +178,89 @@ TEST(drawing, windows_off_screen_are_not_on_the_screen) {
   EXPECT_EQ(picture.pointer, (Point{290, 210}));
 }
 
-/// A change to the world or to a picture, and whether it shows.
-struct Change {
-  const char* name;
-  bool shows;
-  std::function<void(World&)> make;
-};
+constexpr const char* drawnRoles[] = {"AXGroup",
+                                      "AXButton",
+                                      "AXPopUpButton",
+                                      "AXCheckBox",
+                                      "AXRadioButton",
+                                      "AXSwitch",
+                                      "AXTextField",
+                                      "AXSearchField",
+                                      "AXTextArea",
+                                      "AXStaticText",
+                                      "AXHeading",
+                                      "AXLink",
+                                      "AXRow",
+                                      "AXList",
+                                      "AXWebArea",
+                                      "AXSlider",
+                                      "AXImage",
+                                      "AXTab",
+                                      "AXProgressIndicator",
+                                      "AXDisclosureTriangle",
+                                      "AXMenu",
+                                      "AXMenuItem",
+                                      "AXPopover"};
 
-void set(World& world, ElementId id, const char* name, AttributeValue value) {
-  findElement(world.applications[0], id)->attributes[name] = std::move(value);
-}
-
-std::vector<Change> changes() {
-  const auto window = [](World& world) -> Window& { return *findWindow(world, 7); };
-  const auto element = [](World& world, ElementId id) -> Element& {
-    return *findElement(world.applications[0], id);
-  };
-  return {
-      {"nothing", false, [](World&) {}},
-      {"title", true, [=](World& world) { window(world).title = "Outbox"; }},
-      {"no title", true, [=](World& world) { window(world).title.reset(); }},
-      {"place", true, [=](World& world) { window(world).frame.x += 1; }},
-      {"kind", true, [](World& world) { world.applications[0].kind = ApplicationKind::chromium; }},
-      {"front", true, [](World& world) { world.frontmost = 0; }},
-      {"scroll down", true, [=](World& world) { window(world).scrolledLines.y = -3; }},
-      {"scroll up", true, [=](World& world) { window(world).scrolledLines.y = 3; }},
-      {"scroll aside", true, [=](World& world) { window(world).scrolledLines.x = 3; }},
-      {"hover a button", true,
-       [=](World& world) {
-         window(world).hover = Point{40, 80};
-       }},
-      {"hover a row", true,
-       [=](World& world) {
-         window(world).hover = Point{200, 110};
-       }},
-      {"hover nothing", false,
-       [=](World& world) {
-         window(world).hover = Point{25, 180};
-       }},
-      {"label", true, [](World& world) { set(world, 2, "AXTitle", std::string("Post")); }},
-      {"value", true, [](World& world) { set(world, 3, "AXValue", std::string("hello!")); }},
-      {"slider", true, [](World& world) { set(world, 4, "AXValue", 0.75); }},
-      {"check box", true, [](World& world) { set(world, 5, "AXValue", std::int64_t{1}); }},
-      {"selected row", true, [](World& world) { set(world, 6, "AXSelected", true); }},
-      {"disabled", true, [](World& world) { set(world, 2, "AXEnabled", false); }},
-      {"help beside a title", false,
-       [](World& world) { set(world, 2, "AXHelp", std::string("help")); }},
-      {"caret", true,
-       [](World& world) {
-         set(world, 3, "AXSelectedTextRange", ax::Range{1, 0});
-       }},
-      {"selection", true,
-       [](World& world) {
-         set(world, 3, "AXSelectedTextRange", ax::Range{1, 3});
-       }},
-      {"no focus", true, [](World& world) { world.applications[0].focusedElement = 0; }},
-      {"element moved", true, [=](World& world) { element(world, 2).frame->y += 1; }},
-      {"element hidden", true, [=](World& world) { element(world, 2).frame.reset(); }},
-      {"element removed", true, [=](World& world) { element(world, 2).removed = true; }},
-      {"element of another role", true,
-       [=](World& world) { element(world, 2).role = "AXCheckBox"; }},
-      {"element outside", false, [=](World& world) { element(world, 7).frame->y += 1; }},
-      {"element's actions", false, [=](World& world) { element(world, 2).actions.clear(); }},
-      {"unknown attribute", false,
-       [](World& world) { set(world, 2, "AXBanana", std::string("x")); }},
-      {"application's hang", false, [](World& world) { world.applications[0].hangs = true; }},
-      {"focus by record", false, [](World& world) { world.applications[0].focusByRecord = 7; }},
-  };
-}
-
-TEST(picture_digests, differ_exactly_when_the_drawn_windows_do) {
-  const World world = parseWorld(desk);
-  const Picture before = windowOnGrey(world);
-  for (const Change& change : changes()) {
-    World changed = world;
-    change.make(changed);
-    const Picture after = windowOnGrey(changed);
-    EXPECT_EQ(digest(before) != digest(after), change.shows) << change.name;
-    EXPECT_EQ(drawPng(before) != drawPng(after), change.shows) << change.name;
-  }
-}
-
-TEST(picture_digests, differ_exactly_when_the_drawn_surroundings_do) {
-  const Picture grey = windowOnGrey(parseWorld(desk));
-  const Picture screen = screenPicture(parseWorld(desk));
-  struct Case {
-    const char* name;
-    const Picture& picture;
-    bool shows;
-    std::function<void(Picture&)> make;
-  };
-  const Case cases[] = {
-      {"grey", grey, true, [](Picture& picture) { picture.backgroundGrey = 0.4; }},
-      {"desktop", grey, true, [](Picture& picture) { picture.backgroundGrey.reset(); }},
-      {"source", grey, true, [](Picture& picture) { picture.source.x = 5; }},
-      {"width", grey, true, [](Picture& picture) { picture.width = 301; }},
-      {"pointer", grey, true,
-       [](Picture& picture) {
-         picture.pointer = Point{9, 9};
-       }},
-      {"a menu bar not shown", grey, false,
-       [](Picture& picture) { picture.menuBarTitle = "Mail"; }},
-      {"displays not shown", grey, false,
-       [](Picture& picture) {
-         picture.displays.push_back({0, 0, 9, 9});
-       }},
-      {"menu bar", screen, true, [](Picture& picture) { picture.menuBarTitle = "Mail"; }},
-      {"display", screen, true, [](Picture& picture) { picture.displays.pop_back(); }},
-      {"pointer moved", screen, true, [](Picture& picture) { picture.pointer->x -= 9; }},
-      {"window gone", screen, true, [](Picture& picture) { picture.windows.clear(); }},
-      {"a window elsewhere", screen, false,
-       [](Picture& picture) {
-         picture.windows.push_back(picture.windows[0]);
-         picture.windows[1].window.frame = {5000, 5000, 100, 100};
-       }},
-  };
-  for (const Case& each : cases) {
-    Picture changed = each.picture;
-    each.make(changed);
-    EXPECT_EQ(digest(each.picture) != digest(changed), each.shows) << each.name;
-    EXPECT_EQ(drawPng(each.picture) != drawPng(changed), each.shows) << each.name;
-  }
-}
-
-TEST(drawing, survives_any_frame_and_any_text) {
-  constexpr double huge = 1e308;
-  const double infinity = std::numeric_limits<double>::infinity();
-  const double nan = std::nan("");
-  const Rect frames[] = {{nan, 0, 10, 10},           {0, 0, nan, nan},       {0, 0, infinity, 10},
-                         {-huge, -huge, huge, huge}, {0, 0, huge, huge},     {0, 0, -5, -5},
-                         {40, 80, 0.1, 0.1},         {-1e6, -1e6, 3e6, 3e6}, {huge, huge, 1, 1}};
-  const char* roles[] = {"AXGroup",
-                         "AXButton",
-                         "AXPopUpButton",
-                         "AXCheckBox",
-                         "AXRadioButton",
-                         "AXSwitch",
-                         "AXTextField",
-                         "AXSearchField",
-                         "AXTextArea",
-                         "AXStaticText",
-                         "AXHeading",
-                         "AXLink",
-                         "AXRow",
-                         "AXList",
-                         "AXWebArea",
-                         "AXSlider",
-                         "AXImage",
-                         "AXTab",
-                         "AXProgressIndicator",
-                         "AXDisclosureTriangle",
-                         "AXMenu",
-                         "AXMenuItem",
-                         "AXPopover"};
+/// Elements of all roles with odd texts, one over the other. The last one has the keyboard focus.
+std::vector<Element> oddElements(const Rect& frame) {
   std::string longText;
   for (int i = 0; i < 3000; ++i) longText += "long 你好 ";
   const std::string texts[] = {"", "\xFF\xED\xA0\x80", std::string(3, '\0'), "😀\n\nשלום", longText};
-  World world = parseWorld(desk);
-  const Element button = world.applications[0].elements[1];
-  for (const Rect& frame : frames) {
-    Picture picture = windowOnGrey(world);
-    picture.windows[0].elements.clear();
-    ElementId id = 0;
-    for (const char* role : roles) {
-      Element element = button;
-      element.id = ++id;
-      element.role = role;
-      element.frame = frame;
-      element.attributes["AXTitle"] = element.attributes["AXValue"] =
-          texts[static_cast<std::size_t>(id) % std::size(texts)];
-      element.attributes["AXSelectedTextRange"] = ax::Range{-7, 1'000'000'000'000};
-      picture.windows[0].elements.push_back(element);
-      picture.windows[0].focused = id;
-    }
-    picture.windows[0].window.scrolledLines = {nan, huge};
-    EXPECT_TRUE(drawPng(picture).has_value());
-    picture.windows[0].window.frame = frame;
-    EXPECT_TRUE(drawPng(picture).has_value());
+  std::vector<Element> elements;
+  for (const char* role : drawnRoles) {
+    Element element;
+    element.id = static_cast<ElementId>(elements.size()) + 1;
+    element.role = role;
+    element.frame = frame;
+    element.attributes["AXTitle"] = element.attributes["AXValue"] =
+        texts[static_cast<std::size_t>(element.id) % std::size(texts)];
+    element.attributes["AXSelectedTextRange"] = ax::Range{-7, 1'000'000'000'000};
+    elements.push_back(element);
+  }
+  return elements;
+}
+
+TEST(drawing, of_odd_frames_and_texts_shows_what_lies_in_the_picture_and_nothing_else) {
+  constexpr double huge = 1e308;
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double nan = std::nan("");
+  struct Case {
+    Rect frame;
+    bool inWindow;   // of elements
+    bool onPicture;  // of a window
+  };
+  const Case cases[] = {
+      {{nan, 0, 10, 10}, false, false},
+      {{0, 0, nan, nan}, false, false},
+      {{0, 0, infinity, 10}, false, false},
+      {{-huge, -huge, huge, huge}, false, true},  // a window that ends at the corner has a shadow
+      {{0, 0, huge, huge}, true, true},
+      {{0, 0, -5, -5}, false, false},
+      {{40, 80, 0.1, 0.1}, true, true},
+      {{-1e6, -1e6, 3e6, 3e6}, true, true},
+      {{huge, huge, 1, 1}, false, false},
+  };
+  const World world = parseWorld(desk);
+  Picture bare = windowOnGrey(world);
+  bare.windows[0].elements.clear();
+  bare.windows[0].window.scrolledLines = {nan, huge};
+  Picture empty = bare;
+  empty.windows.clear();
+  for (const Case& each : cases) {
+    SCOPED_TRACE(testing::PrintToString(each.frame.x) + " " +
+                 testing::PrintToString(each.frame.width));
+    Picture picture = bare;
+    picture.windows[0].elements = oddElements(each.frame);
+    picture.windows[0].focused = static_cast<ElementId>(std::size(drawnRoles));
+    const std::string inWindow = drawPng(picture).value();
+    EXPECT_EQ(inWindow != drawPng(bare), each.inWindow);
+    const Pixels pixels(inWindow);
+    EXPECT_EQ(pixels.at(0, 0), 0x808080u);
+    EXPECT_EQ(pixels.at(299, 219), 0x808080u);
+
+    picture.windows[0].window.frame = each.frame;
+    EXPECT_EQ(drawPng(picture) != drawPng(empty), each.onPicture);
   }
 }
 

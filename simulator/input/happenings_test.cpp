@@ -4,7 +4,6 @@
 
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/windows.h"
 

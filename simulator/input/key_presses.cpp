@@ -6,10 +6,10 @@
 
 #include "simulator/input/key_window.h"
 #include "simulator/input/typing.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/keyboard_layouts.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
@@ -61,6 +61,7 @@ std::string equivalentOf(const Taking& taking, bool shift) {
 /// The menu's item that has the shortcut. One for a character that needs shift may be written with
 /// the plain character and shift, or with the shifted one.
 ElementId itemFor(const Taking& taking) {
+  // As AXMenuItemCmdModifiers has them: 8 says that the command key is not needed.
   std::int64_t modifiers = taking.holds(commandFlag) ? 0 : 8;
   if (taking.holds(controlFlag)) modifiers |= 4;
   if (taking.holds(optionFlag)) modifiers |= 2;
@@ -133,6 +134,7 @@ std::string takeTab(const Taking& taking) {
   }
   const auto here =
       static_cast<std::size_t>(std::find(fields.begin(), fields.end(), field.id) - fields.begin());
+  // One back is all but one onwards: the last field is followed by the first.
   const std::size_t step = taking.holds(shiftFlag) ? fields.size() - 1 : 1;
   Element& next = *findElement(taking.application, fields[(here + step) % fields.size()]);
   focusField(taking.application, next);
@@ -194,6 +196,7 @@ std::string takeKey(World& world, Application& application, const KeyPress& pres
   if (const ModifierKey* modifier = modifierWithCode(press.code)) {
     return std::string(modifier->name);
   }
+  // On a Mac they would wait; here they are lost, which is simpler and no kinder.
   if (application.hangs) return "an application that hangs";
   const Taking taking{world, application, press, keyboardField(world, application)};
   if (taking.holds(commandFlag) || taking.holds(controlFlag)) return takeShortcut(taking);

@@ -11,6 +11,7 @@ namespace simulator {
 namespace {
 
 WindowNumber innermostSheet(const World& world, WindowNumber number) {
+  // With two sheets there is no telling which is meant: the window itself then.
   auto sheets = openSheets(world, number);
   while (sheets.size() == 1) {
     number = sheets.front();
@@ -37,6 +38,7 @@ ElementId firstField(const World& world, const Application& application, const W
 ElementId responder(const World& world, const Application& application, const Window& window) {
   if (isIn(application, application.focusedElement, window)) return application.focusedElement;
   if (isIn(application, window.hadKeyboard, window)) return window.hadKeyboard;
+  // Chromium leaves it to the page who has the keyboard, and the page has not been asked.
   const bool appKit = application.kind == ApplicationKind::appKit;
   return appKit ? firstField(world, application, window) : 0;
 }

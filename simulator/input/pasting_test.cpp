@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
+#include "simulator/world/actions.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/pasteboard.h"

@@ -18,9 +18,7 @@ namespace {
 
 constexpr std::size_t textUnitsMax = 20;
 
-bool isUp(const EventImage& event) {
-  return static_cast<EventType>(event.type) == EventType::keyUp;
-}
+bool isUp(const EventImage& event) { return typeOf(event) == EventType::keyUp; }
 
 /// What the event types. The platform takes no more than twenty units, but one character whole.
 std::string textOfEvent(const EventImage& event) {
@@ -51,11 +49,6 @@ Landing release(Application& application, std::int64_t code) {
 
 }  // namespace
 
-bool isKeyEvent(const EventImage& event) {
-  const auto type = static_cast<EventType>(event.type);
-  return type == EventType::keyDown || type == EventType::keyUp;
-}
-
 std::string nameOfKeyEvent(const EventImage& event) {
   std::string name = (isUp(event) ? "key-up " : "key-down ") + std::to_string(event.keyCode);
   if (event.flags.value_or(0) != 0) name += " with " + modifierNames(*event.flags);
@@ -64,12 +57,14 @@ std::string nameOfKeyEvent(const EventImage& event) {
 }
 
 Landing takeKeyEvent(World& world, Application& application, const EventImage& event, Route route) {
+  // Keys that come by the private route are not known to arrive anywhere.
   if (route == Route::privateRoute) return refused("wrong route");
   if (std::string fault = keyboardFault(world, application); !fault.empty()) {
     return refused(std::move(fault));
   }
   if (isUp(event)) return release(application, event.keyCode);
   auto& keys = application.keysDown;
+  // A key that is held down repeats: it goes down again without having come up.
   const bool repeats = std::find(keys.begin(), keys.end(), event.keyCode) != keys.end();
   if (!repeats) keys.push_back(event.keyCode);
   const KeyPress press{event.keyCode, event.flags.value_or(world.keyboard.modifiers),

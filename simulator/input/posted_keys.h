@@ -3,13 +3,11 @@
 #include <string>
 
 #include "platform/call.h"
-#include "simulator/input/landing.h"
+#include "simulator/input/posted_event.h"
 #include "simulator/world/world.h"
 
 /// Key events that are posted to an application.
 namespace simulator {
-
-bool isKeyEvent(const platform::EventImage& event);
 
 /// For the journal: `key-down 9 with cmd`, `key-down 0 "hello"`.
 std::string nameOfKeyEvent(const platform::EventImage& event);

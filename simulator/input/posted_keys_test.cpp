@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/input/happenings.h"
 #include "simulator/input/posted_pointer.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
-#include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/keyboard_layouts.h"

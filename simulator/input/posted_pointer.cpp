@@ -4,9 +4,8 @@
 #include <cmath>
 
 #include "simulator/input/key_window.h"
-#include "simulator/input/landing.h"
 #include "simulator/input/posted_keys.h"
-#include "simulator/world/attributes.h"
+#include "simulator/world/presses.h"
 
 namespace simulator {
 
@@ -20,7 +19,8 @@ constexpr Point offScreen{-1, -1};
 constexpr std::int64_t touchSubtype = 3;
 constexpr std::int64_t clickEventNumber = 3;
 
-/// The events that come before any press in a click group.
+/// The events that come before any press in a click group. Nothing documents what an application
+/// makes of them. A click is known to be taken behind exactly these: nothing less does here.
 struct PrimingStep {
   EventType type;
   bool located;
@@ -34,21 +34,6 @@ constexpr std::array<PrimingStep, 4> primingSteps = {{
     {EventType::leftMouseUp, false, 1, 2},
     {EventType::mouseMoved, true, 0, 2},
 }};
-
-bool isPrivateField(Field field) {
-  switch (field) {
-    case Field::targetProcess:
-    case Field::targetWindow:
-    case Field::clickGroup:
-    case Field::windowUnderPointer:
-    case Field::windowThatCanHandle:
-      return true;
-    default:
-      return false;
-  }
-}
-
-EventType typeOf(const EventImage& event) { return static_cast<EventType>(event.type); }
 
 bool isRight(EventType type) {
   return type == EventType::rightMouseDown || type == EventType::rightMouseUp;
@@ -210,6 +195,8 @@ Landing takeClickStep(Delivery& delivery) {
     progress.button = fieldOf(delivery.event, Field::buttonNumber);
     return {true, "priming"};
   }
+  // Assumed: AppKit keeps a first click into an inactive application for itself, Chromium passes it
+  // on.
   const bool focused = delivery.application.focusByRecord != 0 ||
                        delivery.mac.world.frontmost == delivery.application.pid;
   if (!delivery.chromium() && !focused) return refused("the application holds no focus");
@@ -240,8 +227,7 @@ Landing route(Delivery& delivery) {
 }
 
 Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
-  const Session& session = mac.world.session;
-  if (session.locked.value_or(false) || !session.onConsole.value_or(true)) {
+  if (!mac.world.session.isUsable()) {
     return refused("the session is locked or not on the console");
   }
   Application* application = findApplication(mac.world, pid);
@@ -251,40 +237,28 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   const bool tooSoon = sameOperation ? application->lastPostTooSoon
                                      : application->lastPost.has_value() &&
                                            mac.now - *application->lastPost < paceMin;
+  // An event that was dropped counts too: who posts without a pause gets nothing through.
   application->lastPost = mac.now;
   application->lastPostTooSoon = tooSoon;
   application->lastPostIdentity = event.identity;
   if (tooSoon) return refused("came less than 12 ms after the one before");
   if (isKeyEvent(event)) return takeKeyEvent(mac.world, *application, event, by);
   Delivery delivery{mac, *application, event, by, nullptr};
+  // Events off screen are posted by each route for Chromium: the second posting of one that was
+  // taken changes nothing.
   if (sameOperation && application->lastPostTaken && routeTaken(delivery)) {
     return {true, "already taken by the other route"};
   }
   Landing landing = route(delivery);
+  // The event may have made the application quit.
   if (Application* still = findApplication(mac.world, pid)) still->lastPostTaken = landing.landed;
   return landing;
 }
 
 }  // namespace
 
-std::int64_t fieldOf(const EventImage& event, Field field) {
-  const auto number = static_cast<std::uint32_t>(field);
-  std::int64_t value = 0;
-  for (const auto& entry : event.publicFields) {
-    if (entry.field == number && !isPrivateField(field)) value = entry.value;
-  }
-  for (const auto& entry : event.privateFields) {
-    if (entry.field == number) value = entry.value;
-  }
-  return value;
-}
-
-bool isPress(const EventImage& event) {
-  return typeOf(event) == EventType::leftMouseDown || typeOf(event) == EventType::rightMouseDown;
-}
-
 void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
-  JournalEntry entry{mac.now, "event", pid, 0, "", std::nullopt, "", std::nullopt, ""};
+  JournalEntry entry{.at = mac.now, .kind = JournalEntry::Kind::event, .target = pid};
   entry.route = by == Route::privateRoute ? "private" : "public";
   if (isKeyEvent(event)) {
     const Application* application = findApplication(mac.world, pid);

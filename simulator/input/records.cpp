@@ -1,11 +1,13 @@
+#include "simulator/input/records.h"
+
 #include "simulator/input/key_window.h"
-#include "simulator/input/posted_pointer.h"
 
 namespace simulator {
 
 namespace {
 
-// Offsets in an event record.
+// Offsets in an event record. Apple documents none of it: this is the one form that is known to
+// work, and what any other byte would do is not known. So nothing else has an effect here.
 constexpr std::size_t lengthOffset = 0x04;
 constexpr std::size_t typeOffset = 0x08;
 constexpr std::size_t locationOffset = 0x20;
@@ -49,7 +51,7 @@ void changeFocus(Application& application, WindowNumber window, bool give) {
     application.focusByRecord = window;
   } else if (application.focusByRecord == window) {
     application.focusByRecord = 0;
-    application.madeKey = 0;
+    application.madeKey = 0;  // a window is key by records only as long as focus is held by them
   }
 }
 
@@ -113,8 +115,12 @@ void takeRecord(Mac& mac, Pid pid, const std::string& record) {
     fault = takeKeyRecord(mac.world, *application, window, second);
   }
   const std::string what = focus ? (give ? "give" : "take") : (second ? "second" : "first");
-  mac.journal.push_back({mac.now, focus ? "focus" : "key", pid, window, what, std::nullopt, "",
-                         fault.empty(), std::move(fault)});
+  enter(mac, {.kind = focus ? JournalEntry::Kind::focus : JournalEntry::Kind::key,
+              .target = pid,
+              .window = window,
+              .what = what,
+              .landed = fault.empty(),
+              .outcome = fault});
 }
 
 }  // namespace simulator

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/input/posted_pointer.h"
+#include "simulator/input/records.h"
 #include "simulator/text/parse.h"
 
 /// Event records, byte by byte.

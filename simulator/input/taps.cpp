@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/input/happenings.h"
 #include "simulator/input/user_input.h"
 
 namespace simulator {
@@ -39,6 +40,7 @@ void setOut(Mac& mac) {
   TapLine& line = mac.tapLine;
   line.underWay = true;
   line.ahead.clear();
+  // macOS keeps what is typed into a password from everybody but the application.
   if (isKey(line.waiting.front().event) && hasSecureInput(mac.world)) return;
   for (const Tap& tap : line.taps) line.ahead.push_back(tap.number);
 }
@@ -63,9 +65,11 @@ void arrive(Mac& mac, bool passed) {
   line.waiting.pop_front();
   line.underWay = false;
   if (passed) takeInput(mac.world, input);
-  if (line.taps.empty()) return;
-  mac.journal.push_back({mac.now, "input", 0, 0, nameOfInput(input), std::nullopt, "", passed,
-                         passed ? "" : "swallowed by a tap"});
+  if (line.taps.empty()) return;  // whatever the user does would fill the journal
+  enter(mac, {.kind = JournalEntry::Kind::input,
+              .what = nameOfInput(input),
+              .landed = passed,
+              .outcome = passed ? "" : "swallowed by a tap"});
 }
 
 /// Lets events go on until one is held, or none is left.

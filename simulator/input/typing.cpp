@@ -12,8 +12,6 @@ namespace simulator {
 
 namespace {
 
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 /// A field's text with places in it, in bytes.
 struct Text {
   std::string_view text;
@@ -25,13 +23,13 @@ struct Text {
 
   std::size_t before(std::size_t offset) const {
     if (offset == 0) return 0;
-    while (--offset > 0 && isContinuation(text[offset])) {
+    while (--offset > 0 && continuesCharacter(text[offset])) {
     }
     return offset;
   }
   std::size_t behind(std::size_t offset) const {
     if (offset >= text.size()) return text.size();
-    while (++offset < text.size() && isContinuation(text[offset])) {
+    while (++offset < text.size() && continuesCharacter(text[offset])) {
     }
     return offset;
   }
@@ -93,6 +91,7 @@ void deleteTo(Application& application, ElementId id, CaretMove move) {
 
 void moveCaret(Element& field, CaretMove move) {
   const ax::Range range = selectionOf(field);
+  // An arrow gives the selection up before it moves anything, as everywhere on a Mac.
   if (range.length > 0 && (move == CaretMove::left || move == CaretMove::right)) {
     const std::int64_t end = range.location + range.length;
     select(field, {move == CaretMove::left ? range.location : end, 0});

@@ -5,8 +5,9 @@
 #include <utility>
 
 #include "simulator/input/key_presses.h"
-#include "simulator/world/attributes.h"
+#include "simulator/world/elements.h"
 #include "simulator/world/keyboard_layouts.h"
+#include "simulator/world/presses.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -234,17 +235,12 @@ std::vector<InputEvent> releaseInput(World& world, const Happening& happening) {
   return maker.take();
 }
 
-bool reachesApplications(const World& world) {
-  return !world.session.locked.value_or(false) && world.session.onConsole.value_or(true);
-}
+bool reachesApplications(const World& world) { return world.session.isUsable(); }
 
 bool hasSecureInput(const World& world) {
   const Application* front = findApplication(world, world.frontmost);
   const Element* focused = front == nullptr ? nullptr : findElement(*front, front->focusedElement);
-  if (focused == nullptr) return false;
-  const auto subrole = focused->attributes.find("AXSubrole");
-  return subrole != focused->attributes.end() &&
-         subrole->second == AttributeValue(std::string("AXSecureTextField"));
+  return focused != nullptr && isSecure(*focused);
 }
 
 void takeInput(World& world, const InputEvent& input) {

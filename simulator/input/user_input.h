@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/world/input_event.h"
+#include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
 
 /// What the user does, as events, and what these do.

@@ -6,14 +6,31 @@ namespace simulator {
 
 namespace {
 
-const JournalEntry landedEvent{219'000,          "event",   41,   7,      "left-down",
-                               Point{130, 95.5}, "private", true, "press"};
-const JournalEntry lostEvent{80'500,   "event", 41,           7, "moved", Point{-1, -1},
-                             "public", false,   "wrong route"};
-const JournalEntry record{40'000, "focus", 41, 7, "give", std::nullopt, "", true, ""};
-const JournalEntry capture{0, "capture", 0, 7, "window", std::nullopt, "", std::nullopt, ""};
-const JournalEntry happening{1'000, "happening", 0, 0, "lock", std::nullopt, "", std::nullopt, ""};
-const JournalEntry file{0, "file", 0, 0, "/tmp/a.png", std::nullopt, "", std::nullopt, ""};
+using Kind = JournalEntry::Kind;
+
+const JournalEntry landedEvent{.at = 219'000,
+                               .kind = Kind::event,
+                               .target = 41,
+                               .window = 7,
+                               .what = "left-down",
+                               .point = Point{130, 95.5},
+                               .route = "private",
+                               .landed = true,
+                               .outcome = "press"};
+const JournalEntry lostEvent{.at = 80'500,
+                             .kind = Kind::event,
+                             .target = 41,
+                             .window = 7,
+                             .what = "moved",
+                             .point = Point{-1, -1},
+                             .route = "public",
+                             .landed = false,
+                             .outcome = "wrong route"};
+const JournalEntry record{
+    .at = 40'000, .kind = Kind::focus, .target = 41, .window = 7, .what = "give", .landed = true};
+const JournalEntry capture{.kind = Kind::capture, .window = 7, .what = "window"};
+const JournalEntry happening{.at = 1'000, .kind = Kind::happening, .what = "lock"};
+const JournalEntry file{.kind = Kind::file, .what = "/tmp/a.png"};
 
 TEST(effectLine, says_what_was_done_and_what_came_of_it) {
   EXPECT_EQ(effectLine(landedEvent, 0), "  219 ms  post 41/7 left-down 130,95.5 private: press");

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/call.h"
@@ -37,8 +38,6 @@ struct Client {
   std::map<std::int64_t, Portrait> portraits;  // by number
   std::vector<std::string> displayHolds;       // what keeps the display awake, by its names
   std::size_t coversShown = 0;
-  std::string output;  // what it wrote to standard output, as far as the Mac keeps it
-  bool outputRefused = false;
   bool exited = false;
   int status = 0;
   std::optional<int> diedBySignal;
@@ -50,6 +49,7 @@ struct Client {
   std::deque<platform::WireStop> stops;  // streams that the system stopped
 
   // Standard input and output, as far as the Mac keeps them.
+  std::string output;         // what it wrote
   std::string input;          // that has arrived and was not read
   bool inputClosed = false;   // nothing more arrives
   bool readerStalls = false;  // nobody takes what is written
@@ -67,6 +67,12 @@ struct Mac {
       clients;  // in the order of joining; those that have gone too
   TapLine tapLine = {};
 };
+
+/// Adds an entry to the journal, which is of now.
+inline void enter(Mac& mac, JournalEntry entry) {
+  entry.at = mac.now;
+  mac.journal.push_back(std::move(entry));
+}
 
 /// What a call gives, and how long after the call it is due. A call that must wait for something to
 /// happen is pending: it is asked again whenever something has, and at `deadline` at the latest.

@@ -9,8 +9,11 @@ namespace {
 constexpr Microseconds microsecondsPerSecond = 1'000'000;
 
 void note(Mac& mac, const Sharing& sharing, const char* what) {
-  mac.journal.push_back({mac.now, "sharing", sharing.owner, sharing.window, what, std::nullopt, "",
-                         std::nullopt, std::to_string(framesOf(sharing, mac.now)) + " frames"});
+  enter(mac, {.kind = JournalEntry::Kind::sharing,
+              .target = sharing.owner,
+              .window = sharing.window,
+              .what = what,
+              .outcome = std::to_string(framesOf(sharing, mac.now)) + " frames"});
 }
 
 Client* clientOf(Mac& mac, Pid pid) {

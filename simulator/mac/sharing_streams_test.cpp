@@ -4,6 +4,7 @@
 
 #include "platform/loop.h"
 #include "platform/share.h"
+#include "simulator/drawing/digest.h"
 #include "simulator/drawing/pictures.h"
 #include "tests/support/inside.h"
 #include "tests/support/service_desk.h"

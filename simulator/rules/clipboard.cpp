@@ -4,7 +4,6 @@
 
 namespace simulator {
 
-using platform::Call;
 using platform::Function;
 
 namespace {
@@ -34,25 +33,26 @@ std::vector<pasteboard::Item> filled(std::vector<pasteboard::Item> items) {
 
 }  // namespace
 
-void ClipboardRules::before(const Call& call, std::uint32_t lastSleep, Violations& violations) {
-  if (call.function == Function::clearPasteboard) checkClear(lastSleep, violations);
+void ClipboardRules::before(const ObservedCall& seen, Violations& violations) {
+  if (seen.call.function == Function::clearPasteboard) checkClear(violations);
 }
 
-void ClipboardRules::checkClear(std::uint32_t lastSleep, Violations& violations) {
+void ClipboardRules::checkClear(Violations& violations) {
   if (!saved_) violations.push_back("I9: the clipboard was cleared and not saved before");
   if (cleared_ && knowsOfCopy_) violations.push_back("I9: a newer copy was overwritten");
-  if (cleared_ && lastSleep != waitForReader) {
+  if (cleared_ && run_.lastSleep != waitForReader) {
     violations.push_back("I5: the clipboard is restored without the wait before it");
   }
-  const bool changed = mac_.world.pasteboard.changeCount != lastCount_;
+  const bool changed = run_.mac.world.pasteboard.changeCount != lastCount_;
   copiedBetween_ = copiedBetween_ || changed;
 }
 
-void ClipboardRules::after(const Call& call, const Answer& answer) {
-  if (!isOfPasteboard(call.function)) return;
-  const Pasteboard& pasteboard = mac_.world.pasteboard;
+void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
+                           Violations& /*violations*/) {
+  if (!isOfPasteboard(seen.call.function)) return;
+  const Pasteboard& pasteboard = run_.mac.world.pasteboard;
   lastCount_ = pasteboard.changeCount;
-  switch (call.function) {
+  switch (seen.call.function) {
     case Function::pasteboardItems:
       if (!cleared_) saved_ = driver::unpack<std::vector<pasteboard::Item>>(answer.value);
       break;
@@ -76,14 +76,16 @@ void ClipboardRules::noteCount(std::int64_t count) {
   if (!cleared_) return;
   if (!ownCount_) {
     ownCount_ = count;
-    copiedBetween_ = copiedBetween_ || mac_.world.pasteboard.owner != client_.pid;
+    copiedBetween_ = copiedBetween_ || run_.mac.world.pasteboard.owner != run_.client.pid;
   }
   knowsOfCopy_ = count != *ownCount_;
 }
 
-void ClipboardRules::finish(Violations& violations) const {
-  const Pasteboard& pasteboard = mac_.world.pasteboard;
-  if (!cleared_ || !saved_ || pasteboard.owner != client_.pid) return;
+/// Who is killed can restore nothing.
+void ClipboardRules::atEnd(Violations& violations) {
+  if (!run_.client.exited || run_.client.diedBySignal) return;
+  const Pasteboard& pasteboard = run_.mac.world.pasteboard;
+  if (!cleared_ || !saved_ || pasteboard.owner != run_.client.pid) return;
   if (copiedBetween_ || restoringRefused_) return;
   if (filled(readableItems(pasteboard)) != filled(*saved_)) {
     violations.push_back("I9: the clipboard is not what it was");

@@ -26,9 +26,9 @@ class clipboard_rules : public testing::Test {
 
   driver::Datum call(Function function, driver::Datum::List arguments = {}) {
     const platform::Call made{function, std::move(arguments)};
-    rules_.before(made, lastSleep_, violations_);
+    rules_.before({made}, violations_);
     const Answer given = answer(mac_, client_, made, 0);
-    rules_.after(made, given);
+    rules_.after({made}, given, violations_);
     return given.value;
   }
 
@@ -37,7 +37,7 @@ class clipboard_rules : public testing::Test {
     call(Function::clearPasteboard);
     call(Function::writeFilesToPasteboard, {pack(std::vector<std::string>{"/a"})});
     own_ = driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount));
-    lastSleep_ = 300'000;
+    run_.lastSleep = 300'000;
   }
 
   void giveBack() {
@@ -49,15 +49,16 @@ class clipboard_rules : public testing::Test {
   void userCopies() { copyText(mac_.world.pasteboard, "newer"); }
 
   Sentences end() {
-    rules_.finish(violations_);
+    client_.exited = true;
+    rules_.atEnd(violations_);
     return violations_;
   }
 
   Mac mac_;
   Client client_;
-  ClipboardRules rules_{mac_, client_};
+  WatchedRun run_{mac_, client_};
+  ClipboardRules rules_{run_};
   Sentences violations_;
-  std::uint32_t lastSleep_ = 0;
   Items saved_;
   std::int64_t own_ = 0;
 };
@@ -122,7 +123,7 @@ TEST_F(clipboard_rules, may_lose_a_copy_that_came_before_its_own_count_was_read)
   userCopies();
   call(Function::writeFilesToPasteboard, {pack(std::vector<std::string>{"/a"})});
   own_ = driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount));
-  lastSleep_ = 300'000;
+  run_.lastSleep = 300'000;
   giveBack();
   EXPECT_EQ(end(), Sentences{});
 }
@@ -131,14 +132,14 @@ TEST_F(clipboard_rules, may_stay_empty_when_it_refuses_what_it_held) {
   take();
   call(Function::clearPasteboard);
   const platform::Call refused{Function::writePasteboard, {pack(saved_)}};
-  rules_.before(refused, lastSleep_, violations_);
-  rules_.after(refused, {pack(false), 0});
+  rules_.before({refused}, violations_);
+  rules_.after({refused}, {pack(false), 0}, violations_);
   EXPECT_EQ(end(), Sentences{});
 }
 
 TEST_F(clipboard_rules, is_given_back_only_when_the_reader_has_had_its_time) {
   take();
-  lastSleep_ = 299'999;
+  run_.lastSleep = 299'999;
   giveBack();
   EXPECT_EQ(end(), Sentences{"I5: the clipboard is restored without the wait before it"});
 }

@@ -1,8 +1,5 @@
 #include "simulator/rules/elements.h"
 
-#include <optional>
-
-#include "platform/window_server.h"
 #include "simulator/mac/arguments.h"
 
 namespace simulator {
@@ -26,21 +23,19 @@ bool actsOnElement(const Call& call) {
 
 }  // namespace
 
-void ElementRules::before(const Call& call, Violations& violations) const {
-  if (session_ == Session::usable || !actsOnElement(call)) return;
-  violations.push_back(session_ == Session::unasked
-                           ? "I21: acted on an element before any session check"
-                           : "I21: acted on an element after a check found no usable session");
+void ElementRules::before(const ObservedCall& seen, Violations& violations) {
+  if (!actsOnElement(seen.call)) return;
+  if (!hasAsked_) {
+    violations.push_back("I21: acted on an element before any session check");
+  } else if (run_.sessionUnusable) {
+    violations.push_back("I21: acted on an element after a check found no usable session");
+  }
 }
 
-void ElementRules::after(const Call& call, const Answer& answer) {
-  if (call.function != Function::session) return;
-  session_ = tellsUsable(answer) ? Session::usable : Session::unusable;
-}
-
-bool tellsUsable(const Answer& answer) {
-  const auto session = driver::unpack<std::optional<windowserver::Session>>(answer.value);
-  return !session || (!session->locked.value_or(false) && session->onConsole.value_or(true));
+void ElementRules::after(const ObservedCall& seen, const Answer& /*answer*/,
+                         Violations& /*violations*/) {
+  if (seen.call.function == Function::session) hasAsked_ = true;
+  if (run_.endsRequest(seen.call)) hasAsked_ = false;
 }
 
 }  // namespace simulator

@@ -16,7 +16,6 @@ using platform::WireItem;
 
 namespace {
 
-constexpr std::int64_t ownEventTag = 0x5A545256;
 constexpr double microsecondsPerSecond = 1'000'000;
 constexpr Microseconds firstSecond = 1'000'000;
 
@@ -36,21 +35,17 @@ bool isUsers(const tap::Event& event) {
 
 }  // namespace
 
-bool GuardRules::isGuard() const {
-  return client_.arguments.size() > 1 && client_.arguments[1] == "lock-guard";
-}
-
 /// 0 when there is no grace.
 double GuardRules::graceSeconds() const {
-  const auto variable = client_.environment.find("ZENTROVE_COVER_GRACE");
-  if (variable == client_.environment.end()) return 0;
+  const auto variable = run_.client.environment.find("ZENTROVE_COVER_GRACE");
+  if (variable == run_.client.environment.end()) return 0;
   const double seconds = driver::parseDouble(variable->second).value_or(0);
   return std::isfinite(seconds) && seconds > 0 ? seconds : 0;
 }
 
 bool GuardRules::hasGraceLeft() const {
   if (!tapStarted_) return false;
-  return static_cast<double>(mac_.now - *tapStarted_) / microsecondsPerSecond < graceSeconds();
+  return static_cast<double>(run_.mac.now - *tapStarted_) / microsecondsPerSecond < graceSeconds();
 }
 
 void GuardRules::takeItem(const WireItem& item) {
@@ -88,8 +83,9 @@ void GuardRules::checkVerdict(const Call& call, Violations& violations) {
   event_.reset();
 }
 
-void GuardRules::before(const Call& call, std::size_t flow, Violations& violations) {
-  if (!isGuard() || flow != 0) return;
+void GuardRules::before(const ObservedCall& seen, Violations& violations) {
+  if (!isGuard() || seen.flow != 0) return;
+  const Call& call = seen.call;
   if (event_) checkCallback(call, violations);
   if (call.function == Function::tapVerdict) checkVerdict(call, violations);
   if (call.function == Function::nextItem && reenableOwed_) {
@@ -120,7 +116,7 @@ void GuardRules::checkLine(const std::string& line, Violations& violations) {
   const std::string by = reply.value("by", "");
   checkEndingLine(by, violations);
   if (by == "grace") {
-    graceTaken_ = locks_ == 0 && hasGraceLeft() && mac_.now - *tapStarted_ >= firstSecond;
+    graceTaken_ = locks_ == 0 && hasGraceLeft() && run_.mac.now - *tapStarted_ >= firstSecond;
     if (!graceTaken_) violations.push_back("I16: grace when there is none");
     return;
   }
@@ -131,8 +127,9 @@ void GuardRules::checkLine(const std::string& line, Violations& violations) {
   locksReported_ = locks_;
 }
 
-void GuardRules::after(const Call& call, const Answer& answer, std::size_t flow) {
+void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
   if (!isGuard()) return;
+  const Call& call = seen.call;
   if (call.function == Function::findSymbol &&
       Arguments(call).text(1) == "SACLockScreenImmediate") {
     canLock_ = driver::unpack<bool>(answer.value);
@@ -141,17 +138,17 @@ void GuardRules::after(const Call& call, const Answer& answer, std::size_t flow)
     ++locks_;
     lastLock_ = driver::unpack<std::int32_t>(answer.value);
   }
-  if (flow != 0) return;
+  if (seen.flow != 0) return;
   if (call.function == Function::nextItem) takeItem(driver::unpack<WireItem>(answer.value));
   if (call.function == Function::enableTap) {
     reenableOwed_ = false;
-    if (!tapStarted_) tapStarted_ = mac_.now;
+    if (!tapStarted_) tapStarted_ = run_.mac.now;
   }
 }
 
-void GuardRules::finish(Violations& violations) const {
+void GuardRules::atEnd(Violations& violations) {
   if (!isGuard() || !watches_) return;
-  const int signal = client_.diedBySignal.value_or(0);
+  const int signal = run_.client.diedBySignal.value_or(0);
   if (signal == 1 || signal == 2 || signal == 15) {
     violations.push_back("I16: a signal ends the guard before the screen is locked");
   }

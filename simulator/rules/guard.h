@@ -3,30 +3,23 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "platform/call.h"
-#include "simulator/mac/mac.h"
+#include "simulator/rules/rule.h"
 
 namespace simulator {
 
 /// What must hold of every run of "lock-guard", whatever happens to it. It takes no notice of other
 /// commands.
-class GuardRules {
+class GuardRules : public Rule {
  public:
-  /// Both outlive this object.
-  GuardRules(const Mac& mac, const Client& client) : mac_(mac), client_(client) {}
+  using Rule::Rule;
 
-  using Violations = std::vector<std::string>;
-
-  void before(const platform::Call& call, std::size_t flow, Violations& violations);
-  void after(const platform::Call& call, const Answer& answer, std::size_t flow);
-
-  /// When the guard has gone.
-  void finish(Violations& violations) const;
+  void before(const ObservedCall& seen, Violations& violations) override;
+  void after(const ObservedCall& seen, const Answer& answer, Violations& violations) override;
+  void atEnd(Violations& violations) override;
 
  private:
-  bool isGuard() const;
+  bool isGuard() const { return run_.command() == "lock-guard"; }
   double graceSeconds() const;
   bool hasGraceLeft() const;
   void checkCallback(const platform::Call& call, Violations& violations);
@@ -34,9 +27,6 @@ class GuardRules {
   void checkLine(const std::string& line, Violations& violations);
   void checkEndingLine(const std::string& by, Violations& violations);
   void takeItem(const platform::WireItem& item);
-
-  const Mac& mac_;
-  const Client& client_;
 
   std::optional<Microseconds> tapStarted_;  // when the tap was enabled first
   bool watches_ = false;                    // the first line has been tried to write

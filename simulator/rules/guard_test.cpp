@@ -23,8 +23,8 @@ class guard_rules : public testing::Test {
   void call(Function function, Datum::List arguments = {}, Datum answer = {},
             std::size_t flow = 0) {
     const platform::Call made{function, std::move(arguments)};
-    rules_.before(made, flow, violations_);
-    rules_.after(made, {std::move(answer), 0}, flow);
+    rules_.before({made, flow}, violations_);
+    rules_.after({made, flow}, {std::move(answer), 0}, violations_);
   }
 
   void start(const char* grace = nullptr) {
@@ -67,7 +67,8 @@ class guard_rules : public testing::Test {
 
   Mac mac_;
   Client client_;
-  GuardRules rules_{mac_, client_};
+  WatchedRun run_{mac_, client_};
+  GuardRules rules_{run_};
   Sentences violations_;
 };
 
@@ -190,16 +191,16 @@ TEST_F(guard_rules, forbid_to_leave_a_tap_disabled) {
 TEST_F(guard_rules, forbid_to_die_of_a_signal_that_could_be_handled) {
   start();
   client_.diedBySignal = 15;
-  rules_.finish(violations_);
+  rules_.atEnd(violations_);
   EXPECT_EQ(violations_, Sentences{"I16: a signal ends the guard before the screen is locked"});
 }
 
 TEST_F(guard_rules, let_it_be_killed_and_die_before_it_watches) {
   client_.diedBySignal = 15;
-  rules_.finish(violations_);
+  rules_.atEnd(violations_);
   start();
   client_.diedBySignal = 9;
-  rules_.finish(violations_);
+  rules_.atEnd(violations_);
   EXPECT_EQ(violations_, Sentences());
 }
 

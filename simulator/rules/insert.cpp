@@ -18,7 +18,7 @@ using platform::Function;
 
 namespace {
 
-enum Argument : std::size_t { command = 1, mode = 6, written = 7, owned = 8 };
+enum Argument : std::size_t { mode = 6, written = 7, owned = 8 };
 
 constexpr std::size_t levelsMax = 40;
 constexpr std::size_t elementsMax = 4096;
@@ -54,20 +54,18 @@ std::string comparable(std::string_view text) {
 
 }  // namespace
 
-InsertRules::InsertRules(const Mac& mac, const Client& client) : mac_(mac), client_(client) {}
-
 bool InsertRules::concernsUs() const {
-  return client_.arguments.size() > written && argument(command) == "ax-insert";
+  return run_.client.arguments.size() > written && run_.command() == "ax-insert";
 }
 
 const std::string& InsertRules::argument(std::size_t index) const {
-  return client_.arguments[index];
+  return run_.client.arguments[index];
 }
 
 std::optional<AttributeValue> InsertRules::read(const Key& key, const std::string& name) const {
-  const Application* application = findApplication(mac_.world, key.first);
+  const Application* application = findApplication(run_.mac.world, key.first);
   if (application == nullptr) return std::nullopt;
-  return readAttribute(mac_.world, *application, key.second, name, mac_.now).value;
+  return readAttribute(run_.mac.world, *application, key.second, name, run_.mac.now).value;
 }
 
 std::string InsertRules::readText(const Key& key, const std::string& name) const {
@@ -93,7 +91,7 @@ std::string InsertRules::withoutDecoration(const Key& key, const std::string& va
 
 std::set<std::string> InsertRules::ownTexts() const {
   std::set<std::string> texts;
-  if (client_.arguments.size() <= owned) return texts;
+  if (run_.client.arguments.size() <= owned) return texts;
   const auto list = nlohmann::json::parse(argument(owned), nullptr, false);
   const bool isList =
       list.is_array() &&
@@ -131,7 +129,8 @@ void InsertRules::checkReplacement(const Key& key, Violations& violations) const
   violations.push_back("I13: a text was replaced that the run had not written");
 }
 
-void InsertRules::before(const Call& call, Violations& violations) {
+void InsertRules::before(const ObservedCall& seen, Violations& violations) {
+  const Call& call = seen.call;
   if (call.function != Function::axSetAttribute || !concernsUs()) return;
   const auto reference = driver::unpack<platform::ElementReference>(call.arguments.at(0));
   const Key key{reference.pid, reference.id};
@@ -165,13 +164,15 @@ void InsertRules::noteReadings(const Key& key, const std::vector<std::string>& n
   }
 }
 
-void InsertRules::after(const Call& call, const Answer& answer, bool faulty) {
+void InsertRules::after(const ObservedCall& seen, const Answer& answer,
+                        Violations& /*violations*/) {
+  const Call& call = seen.call;
   if (!concernsUs() || (!isRead(call.function) && call.function != Function::axSetAttribute)) {
     return;
   }
   const auto reference = driver::unpack<platform::ElementReference>(call.arguments.at(0));
   const Key key{reference.pid, reference.id};
-  if (faulty) {
+  if (seen.faulty) {
     faulty_.insert(key);
     return;
   }
@@ -223,8 +224,8 @@ bool InsertRules::holdsExpected() const {
   return comparable(withoutDecoration(*field_, value)) == wanted;
 }
 
-void InsertRules::finish(bool ok, Violations& violations) const {
-  if (!ok || !concernsUs()) return;
+void InsertRules::atEnd(Violations& violations) {
+  if (!run_.reply || !run_.reply->ok || !concernsUs()) return;
   if (!field_) {
     violations.push_back("I13: a success without a write");
   } else if (faulty_.count(*field_) == 0 && !landed_) {

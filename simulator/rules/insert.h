@@ -8,27 +8,20 @@
 #include <utility>
 #include <vector>
 
-#include "platform/call.h"
-#include "simulator/mac/mac.h"
+#include "simulator/rules/rule.h"
 
 namespace simulator {
 
 /// I13, of one client that enters text: replacing destroys no readable text that is not the run's
 /// own, and a success means that the field was seen to hold the text. What an element answered with
 /// a fault is not held against the client.
-class InsertRules {
+class InsertRules : public Rule {
  public:
-  /// Both outlive this object.
-  InsertRules(const Mac& mac, const Client& client);
+  using Rule::Rule;
 
-  using Violations = std::vector<std::string>;
-
-  /// Before the world answers a call, and after.
-  void before(const platform::Call& call, Violations& violations);
-  void after(const platform::Call& call, const Answer& answer, bool faulty);
-
-  /// When the client has replied.
-  void finish(bool ok, Violations& violations) const;
+  void before(const ObservedCall& seen, Violations& violations) override;
+  void after(const ObservedCall& seen, const Answer& answer, Violations& violations) override;
+  void atEnd(Violations& violations) override;
 
  private:
   using Key = std::pair<Pid, ElementId>;
@@ -46,8 +39,6 @@ class InsertRules {
   std::optional<std::string> staticTexts(const Key& field) const;
   bool holdsExpected() const;
 
-  const Mac& mac_;
-  const Client& client_;
   std::map<Key, std::string> told_;  // the AXValue that was answered last; empty for no text
   std::map<Key, ax::Range> toldSelection_;
   std::set<Key> faulty_;

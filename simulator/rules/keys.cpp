@@ -6,8 +6,8 @@
 
 #include "base/utf8.h"
 #include "simulator/input/key_window.h"
-#include "simulator/input/posted_keys.h"
-#include "simulator/input/posted_pointer.h"
+#include "simulator/input/posted_event.h"
+#include "simulator/input/records.h"
 #include "simulator/mac/arguments.h"
 #include "simulator/rules/pace.h"
 #include "simulator/rules/replies.h"
@@ -45,13 +45,6 @@ std::int64_t codeOf(const std::string& name) {
   return stroke && !stroke->shift ? stroke->code : -1;
 }
 
-std::string lowered(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
-}
-
 bool isNear(const Rect& a, const Rect& b) {
   const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
   return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
@@ -78,27 +71,16 @@ bool isWatched(Function function) {
   }
 }
 
-bool isUp(const EventImage& event) {
-  return static_cast<quartz::EventType>(event.type) == quartz::EventType::keyUp;
-}
+bool isUp(const EventImage& event) { return typeOf(event) == quartz::EventType::keyUp; }
 
 }  // namespace
 
-std::string KeyRules::command() const {
-  return client_.arguments.size() > 1 ? client_.arguments[1] : "";
-}
-
 std::string KeyRules::payload() const {
-  return client_.arguments.size() > 3 ? client_.arguments[3] : "";
-}
-
-bool KeyRules::concernsUs() const {
-  const std::string name = command();
-  return name == "bg-key" || name == "bg-type" || name == "bg-paste-files";
+  return run_.client.arguments.size() > 3 ? run_.client.arguments[3] : "";
 }
 
 KeyRules::Combination KeyRules::combination() const {
-  if (command() == "bg-paste-files") return {codeOf("v"), commandFlag};
+  if (run_.command() == "bg-paste-files") return {codeOf("v"), commandFlag};
   Combination result;
   std::string rest = lowered(payload());
   while (!rest.empty()) {
@@ -144,33 +126,43 @@ std::pair<std::string, std::size_t> KeyRules::textTold() const {
 }
 
 std::uint64_t KeyRules::flagsTold(const EventImage& event) const {
-  if (command() == "bg-type") return event.text.empty() ? shiftFlag : 0;
+  if (run_.command() == "bg-type") return event.text.empty() ? shiftFlag : 0;
   return combination().flags;
 }
 
 bool KeyRules::isComplete() const {
-  if (command() == "bg-type") {
+  if (run_.command() == "bg-type") {
     const auto [text, breaks] = textTold();
     return utf8Of(typed_) == text && lineBreaks_ == breaks;
   }
   return menuPressed_ || steps_ == stepsTold();
 }
 
-void KeyRules::before(const Call& call, std::uint32_t lastSleep, bool isFailing,
-                      Violations& violations) {
-  if (!isWatched(call.function) || !concernsUs()) return;
-  if (call.function == Function::publicPost || call.function == Function::privatePost) {
-    const auto event = Arguments(call).get<EventImage>(1);
-    if (!isKeyEvent(event)) return;
-    const auto pid = Arguments(call).get<Pid>(0);
-    const Application* application = findApplication(mac_.world, pid);
-    const bool isFirst = steps_.empty() && typed_.empty();
-    if (pid == mac_.world.frontmost && application != nullptr && isFirst) {
-      checkWindow(keyWindowOf(*application), violations);
-    }
-    checkKey(event, violations);
+void KeyRules::before(const ObservedCall& seen, Violations& violations) {
+  if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
+  if (isPost(seen.call.function)) checkPost(seen.call, violations);
+  if (seen.call.function == Function::postRecord) checkRecord(seen.call, violations);
+}
+
+void KeyRules::checkPost(const Call& call, Violations& violations) {
+  const EventImage& event = run_.latestEvent;
+  if (!isKeyEvent(event)) return;
+  if (endsLine(event)) run_.owedWaits = {waitAfterPost, waitAfterLineBreak};
+  // In front no records say which window gets the keys: it is the one that has them already.
+  const auto pid = Arguments(call).get<Pid>(0);
+  const Application* application = findApplication(run_.mac.world, pid);
+  const bool isFirst = steps_.empty() && typed_.empty();
+  if (pid == run_.mac.world.frontmost && application != nullptr && isFirst) {
+    checkWindow(keyWindowOf(*application), violations);
   }
-  if (call.function == Function::postRecord) checkRecord(call, lastSleep, isFailing, violations);
+  checkKey(event, violations);
+}
+
+/// A line break is shift and return: when the shift key goes up it has been made.
+bool KeyRules::endsLine(const EventImage& event) const {
+  const ModifierKey* modifier = modifierWithCode(event.keyCode);
+  return run_.command() == "bg-type" && event.text.empty() && isUp(event) && modifier != nullptr &&
+         modifier->flag == shiftFlag;
 }
 
 void KeyRules::checkKey(const EventImage& event, Violations& violations) {
@@ -197,28 +189,28 @@ void KeyRules::checkKey(const EventImage& event, Violations& violations) {
 }
 
 /// I5 of taking focus back; I11 and I12 of the window that is made key.
-void KeyRules::checkRecord(const Call& call, std::uint32_t lastSleep, bool isFailing,
-                           Violations& violations) {
+void KeyRules::checkRecord(const Call& call, Violations& violations) {
   const std::string record = Arguments(call).text(2);
   const RecordKind kind = recordKind(record);
-  if (kind == RecordKind::takesFocus && !isFailing && lastSleep != waitBeforeTakingBack) {
+  if (kind == RecordKind::takesFocus && !run_.livenessFailed &&
+      run_.lastSleep != waitBeforeTakingBack) {
     violations.push_back("I5: focus is taken back without the wait before it");
   }
   if (kind == RecordKind::secondOfKeyPair) checkWindow(recordWindow(record), violations);
 }
 
 void KeyRules::checkWindow(WindowNumber number, Violations& violations) {
-  const Window* window = findWindow(mac_.world, number);
+  const Window* window = findWindow(run_.mac.world, number);
   if (window == nullptr || !checkedWindows_.insert(number).second) return;
-  const Application* owner = findApplication(mac_.world, window->owner);
-  const Window* root = rootOf(mac_.world, window);
+  const Application* owner = findApplication(run_.mac.world, window->owner);
+  const Window* root = rootOf(run_.mac.world, window);
   const bool isPanel = owner != nullptr && owner->bundleIdentifier == panelService;
-  if (!isPanel && root != nullptr && !titleInScope(client_, root->title.value_or(""))) {
+  if (!isPanel && root != nullptr && !titleInScope(run_.client, root->title.value_or(""))) {
     violations.push_back("I11: keys for a window outside the scope");
   }
   if (toldNumbers_.count(number) > 0) return;
-  const bool untold = !mac_.world.screenRecordingAllowed;
-  const auto& windows = mac_.world.windows;
+  const bool untold = !run_.mac.world.screenRecordingAllowed;
+  const auto& windows = run_.mac.world.windows;
   const auto isTwin = [&](const Window& each) {
     return each.number != number && each.owner == window->owner &&
            (untold || each.title.value_or("") == window->title.value_or("")) &&
@@ -229,45 +221,41 @@ void KeyRules::checkWindow(WindowNumber number, Violations& violations) {
   }
 }
 
-std::vector<std::uint32_t> KeyRules::after(const Call& call, const Answer& answer) {
-  if (!isWatched(call.function) || !concernsUs()) return {};
-  switch (call.function) {
+void KeyRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
+  if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
+  const Arguments arguments(seen.call);
+  switch (seen.call.function) {
     case Function::axGetWindow: {
       const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
       if (told.at(0) == 0) toldNumbers_.insert(static_cast<WindowNumber>(told.at(2)));
-      return {};
+      break;
     }
     case Function::axPerform:
-      if (driver::unpack<ax::Outcome>(answer.value).error != ax::Error::success) return {};
+      if (driver::unpack<ax::Outcome>(answer.value).error != ax::Error::success) break;
       menuPressed_ = true;
-      return {waitAfterMenu};
+      run_.owedWaits = {waitAfterMenu};
+      break;
     case Function::axSetAttribute:
-      if (Arguments(call).text(1) == "AXFocused") return {waitAfterRestore};
-      return {};
+      if (arguments.text(1) == "AXFocused") run_.owedWaits = {waitAfterRestore};
+      break;
     case Function::postRecord:
-      if (recordKind(Arguments(call).text(2)) != RecordKind::secondOfKeyPair) return {};
-      if (driver::unpack<std::int32_t>(answer.value) != 0) return {};
-      return {waitAfterKeyRecords};
+      if (recordKind(arguments.text(2)) != RecordKind::secondOfKeyPair) break;
+      if (driver::unpack<std::int32_t>(answer.value) != 0) break;
+      run_.owedWaits = {waitAfterKeyRecords};
+      break;
     default:
-      return {};
+      break;
   }
 }
 
-std::vector<std::uint32_t> KeyRules::waitsAfter(const EventImage& event) const {
-  const ModifierKey* modifier = modifierWithCode(event.keyCode);
-  const bool endsLine = command() == "bg-type" && event.text.empty() && isUp(event) &&
-                        modifier != nullptr && modifier->flag == shiftFlag;
-  if (endsLine) return {waitAfterPost, waitAfterLineBreak};
-  return {waitAfterPost};
-}
-
-void KeyRules::finish(bool ok, bool isExcused, Violations& violations) const {
-  if (!concernsUs()) return;
+void KeyRules::atEnd(Violations& violations) {
+  if (!run_.reply || !run_.pressesKeys()) return;
+  const bool isExcused = run_.everUnusable || run_.livenessFailed || run_.creationFailed;
   if (!isExcused && !down_.empty()) violations.push_back("I4: a key was left down");
   if (!isExcused && outOfOrder_) {
     violations.push_back("I4: keys went up in another order than they should");
   }
-  if (ok && !isComplete()) {
+  if (run_.reply->ok && !run_.creationFailed && !isComplete()) {
     violations.push_back("I8: a success without all of the input");
   }
 }

@@ -62,6 +62,15 @@ class broken_keys : public broken_run {
     postKey(text(up, lowBytes));
   }
 
+  /// The end of a run that has pressed no key, and what the rule for keys finds.
+  Sentences endOfKeys(bool ok) {
+    WatchedRun facts(mac_, client_);
+    facts.reply = ReplyFacts{.ok = ok};
+    Sentences violations;
+    KeyRules(facts).atEnd(violations);
+    return violations;
+  }
+
   void keyRecord(char type, WindowNumber window = 7, std::int32_t status = 0) {
     std::string record(248, '\0');
     record[0x08] = type;
@@ -200,18 +209,11 @@ TEST_F(broken_keys, that_succeed_with_something_left_out) {
       {"bg-key", "a"}, {"bg-type", "a"}, {"bg-type", "\n"}, {"bg-paste-files", "/a"}};
   for (const auto& [command, payload] : commands) {
     run(command, payload);
-    const KeyRules rules(mac_, client_);
-    Sentences violations;
-    rules.finish(true, false, violations);
-    EXPECT_EQ(violations, incomplete) << command;
-    violations.clear();
-    rules.finish(false, false, violations);
-    EXPECT_EQ(violations, Sentences{}) << command;
+    EXPECT_EQ(endOfKeys(true), incomplete) << command;
+    EXPECT_EQ(endOfKeys(false), Sentences{}) << command;
   }
   run("bg-type", "");
-  Sentences violations;
-  KeyRules(mac_, client_).finish(true, false, violations);
-  EXPECT_EQ(violations, Sentences{});
+  EXPECT_EQ(endOfKeys(true), Sentences{});
 }
 
 TEST_F(broken_keys, that_succeed_with_another_key_or_text) {

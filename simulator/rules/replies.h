@@ -16,9 +16,9 @@ inline constexpr std::string_view livenessRefusal =
 /// What one-shot output says of itself.
 struct ReplyFacts {
   bool ok = false;
-  bool saysWhy = false;             // it has an "error", or the "axError" of an action or a write
-  bool cannotWrite = false;         // the error is that of a picture that could not be written
-  std::vector<std::string> faults;  // why it is no reply: one sentence each
+  bool saysWhy = false;      // it has an "error", or the "axError" of an action or a write
+  bool cannotWrite = false;  // the error is that of a picture that could not be written
+  std::vector<std::string> faults = {};  // why it is no reply: one sentence each
 };
 
 /// Checks that the output is exactly one line of canonical JSON (sorted keys, "\/", nothing between
@@ -38,6 +38,9 @@ std::optional<Pid> servicePid(const Client& client);
 /// Whether the client's window scope admits a window with this title. Untitled ones pass, and so
 /// does everything when the scope is not plain ASCII.
 bool titleInScope(const Client& client, const std::string& title);
+
+/// The text with the letters of ASCII in lower case.
+std::string lowered(std::string text);
 
 /// The text with each run of white space as one space, and none at its ends. Borrows nothing.
 std::string squashedText(std::string_view text);

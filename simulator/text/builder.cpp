@@ -7,10 +7,9 @@
 #include "simulator/text/error.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/menus.h"
-#include "simulator/text/panel.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -19,6 +18,13 @@ namespace {
 
 std::string nameOf(const Application& application) {
   return application.name.value_or("pid " + std::to_string(application.pid));
+}
+
+/// The element that a line means by a label.
+Element& labelled(std::size_t line, Application& application, const std::string& label) {
+  Element* found = findLabelled(application, label);
+  if (found != nullptr) return *found;
+  throw WorldError(line, "no element of " + nameOf(application) + " is labelled \"" + label + '"');
 }
 
 }  // namespace
@@ -199,12 +205,7 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
   Application& application = world_.applications[placed.application];
   std::vector<ElementId> ids;
   for (const std::string& label : placed.link.labels) {
-    const Element* target = findLabelled(application, label);
-    if (target == nullptr) {
-      throw WorldError(placed.line,
-                       "no element of " + nameOf(application) + " is labelled \"" + label + "\"");
-    }
-    ids.push_back(target->id);
+    ids.push_back(labelled(placed.line, application, label).id);
   }
   AttributeValue value =
       placed.link.list ? AttributeValue(std::move(ids)) : AttributeValue(ElementLink{ids.front()});
@@ -217,12 +218,7 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
 
 void WorldBuilder::settleParent(const PlacedParent& placed) {
   Application& application = world_.applications[placed.child.application];
-  Element* parent = findLabelled(application, placed.label);
-  if (parent == nullptr) {
-    throw WorldError(placed.child.line, "no element of " + nameOf(application) + " is labelled \"" +
-                                            placed.label + "\"");
-  }
-  parent->children.push_back(placed.child.element);
+  labelled(placed.child.line, application, placed.label).children.push_back(placed.child.element);
 }
 
 /// The bars that `menu` lines made lie on the main display, which may come last in the text.

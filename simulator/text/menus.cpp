@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "simulator/text/reactions.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/reactions.h"
 
 namespace simulator {

@@ -1,15 +1,15 @@
 #include "simulator/text/scanner.h"
 
-#include <cstdint>
 #include <utility>
 
 #include "simulator/text/error.h"
+#include "simulator/world/utf16_text.h"
 
 namespace simulator {
 
 namespace {
 
-constexpr std::uint32_t lastCodePoint = 0x10FFFF;
+constexpr char32_t lastCodePoint = 0x10FFFF;
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
@@ -19,26 +19,6 @@ int hexadecimalDigit(char c) {
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
   if (c >= 'A' && c <= 'F') return c - 'A' + 10;
   return -1;
-}
-
-// Surrogates are encoded like any other code point, which is how a world gets one on its own.
-void appendCodePoint(std::string& text, std::uint32_t code) {
-  const auto byte = [&](std::uint32_t value) { text += static_cast<char>(value); };
-  if (code < 0x80) {
-    byte(code);
-    return;
-  }
-  if (code < 0x800) {
-    byte(0xC0 | code >> 6);
-  } else if (code < 0x10000) {
-    byte(0xE0 | code >> 12);
-    byte(0x80 | (code >> 6 & 0x3F));
-  } else {
-    byte(0xF0 | code >> 18);
-    byte(0x80 | (code >> 12 & 0x3F));
-    byte(0x80 | (code >> 6 & 0x3F));
-  }
-  byte(0x80 | (code & 0x3F));
 }
 
 /// Reads the tokens of one line.
@@ -145,15 +125,15 @@ class LineScanner {
     return static_cast<char>(high * 16 + low);
   }
 
-  std::uint32_t codePoint() {
+  char32_t codePoint() {
     constexpr const char* cause = R"('\u' needs a code point such as \u{1F600})";
     if (take(cause) != '{') fail(cause);
-    std::uint32_t code = 0;
+    char32_t code = 0;
     std::size_t digits = 0;
     for (char c = take(cause); c != '}'; c = take(cause), ++digits) {
       const int digit = hexadecimalDigit(c);
       if (digit < 0) fail(cause);
-      code = code * 16 + static_cast<std::uint32_t>(digit);
+      code = code * 16 + static_cast<char32_t>(digit);
       if (code > lastCodePoint) fail(cause);
     }
     if (digits == 0) fail(cause);

@@ -1,11 +1,11 @@
+#include "simulator/world/actions.h"
+
 #include <algorithm>
 
-#include "simulator/world/attributes.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/menus.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
-#include "simulator/world/sliders.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -40,6 +40,13 @@ std::string run(World& world, Application& application, Element& element,
 
 }  // namespace
 
+std::optional<std::vector<std::string>> actionNames(const Application& application, ElementId id) {
+  if (id == 0) return std::vector<std::string>();
+  const Element* element = findElement(application, id);
+  if (element == nullptr) return std::nullopt;
+  return element->actions;
+}
+
 ax::Error perform(World& world, Pid pid, ElementId id, const std::string& action,
                   std::string& outcome) {
   Application* application = findApplication(world, pid);
@@ -60,6 +67,9 @@ ax::Error perform(World& world, Pid pid, ElementId id, const std::string& action
     outcome = described(*element) + " is disabled";
     return ax::Error::cannotComplete;
   }
+  // The action has its effect whatever is answered: an application that opens a dialog answers
+  // late, with an error, though it did what it was asked. The answer is read first, since a
+  // reaction may take the element away.
   const ax::Error answer = habitsOf(*application, element->id).actionError;
   outcome = run(world, *application, *element, action);
   return answer;

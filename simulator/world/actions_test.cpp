@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
+#include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
+#include "simulator/world/presses.h"
 
 namespace simulator {
 

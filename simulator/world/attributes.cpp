@@ -5,10 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/roles.h"
-#include "simulator/world/sliders.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -113,6 +113,7 @@ AttributeResult readOfElement(const World& world, const Application& application
     return valueOf(element.id == application.focusedElement ||
                    element.id == application.focusedWindow);
   }
+  // Windows have no such attribute.
   if (name == "AXEnabled" && !isWindowRole(element.role)) return valueOf(true);
   const bool isState = name == "AXMinimized" || name == "AXModal";
   if (isState && element.role == "AXWindow") return valueOf(false);
@@ -148,6 +149,7 @@ ax::Error enable(Application& application, bool& attribute, const AttributeValue
   } else if (!application.enabledAt) {
     application.enabledAt = now;
   }
+  // Chromium answers that it has no such attribute, and builds its tree all the same.
   return application.rejectsEnabling ? ax::Error::attributeUnsupported : ax::Error::success;
 }
 
@@ -250,13 +252,6 @@ ax::Error writeAttribute(World& world, Application& application, ElementId id,
     return ax::Error::invalidElement;
   }
   return writeToElement(world, application, *element, name, value, now);
-}
-
-std::optional<std::vector<std::string>> actionNames(const Application& application, ElementId id) {
-  if (id == 0) return std::vector<std::string>();
-  const Element* element = findElement(application, id);
-  if (element == nullptr) return std::nullopt;
-  return element->actions;
 }
 
 }  // namespace simulator

@@ -1,4 +1,5 @@
 #include "simulator/world/attributes.h"
+#include "simulator/world/actions.h"
 
 #include <gtest/gtest.h>
 

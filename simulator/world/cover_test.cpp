@@ -7,6 +7,7 @@
 
 #include "simulator/desktop.h"
 #include "simulator/drawing/covers.h"
+#include "simulator/drawing/digest.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"

@@ -1,5 +1,6 @@
 #include "simulator/world/element_text.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/utf16.h"
@@ -9,26 +10,55 @@ namespace simulator {
 
 namespace {
 
-constexpr std::size_t longestCharacter = 4;  // bytes
+constexpr std::string_view blanks = " \t\r\n\v\f";
+constexpr std::string_view bullet = "\xE2\x80\xA2";
 
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+std::string firstCharacters(std::string_view text, std::size_t count) {
+  std::size_t end = 0;
+  for (std::size_t seen = 0; end < text.size(); ++end) {
+    if (!continuesCharacter(text[end]) && seen++ == count) break;
+  }
+  return std::string(text.substr(0, end));
+}
+
+std::string trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == text.npos) return "";
+  return std::string(text.substr(first, text.find_last_not_of(blanks) + 1 - first));
+}
+
+std::string shifted(std::string text, char first, char last, int by) {
+  for (char& c : text) {
+    if (c >= first && c <= last) c = static_cast<char>(c + by);
+  }
+  return text;
+}
 
 }  // namespace
 
 std::int64_t utf16Length(std::string_view text) {
-  return static_cast<std::int64_t>(driver::utf16Length(text));
+  std::int64_t length = 0;
+  for (const char c : text) {
+    if (continuesCharacter(c)) continue;
+    const auto byte = static_cast<unsigned char>(c);
+    length += byte >= 0xF0 && byte <= 0xF4 ? 2 : 1;
+  }
+  return length;
 }
 
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
-  for (const char c : text) count += isContinuation(c) ? 0U : 1U;
+  for (const char c : text) count += continuesCharacter(c) ? 0U : 1U;
   return count;
 }
 
+const std::string* textAttribute(const Element& element, const std::string& name) {
+  const auto found = element.attributes.find(name);
+  return found == element.attributes.end() ? nullptr : std::get_if<std::string>(&found->second);
+}
+
 std::string_view textOf(const Element& element) {
-  const auto found = element.attributes.find("AXValue");
-  if (found == element.attributes.end()) return {};
-  const auto* text = std::get_if<std::string>(&found->second);
+  const std::string* text = textAttribute(element, "AXValue");
   return text == nullptr ? std::string_view() : *text;
 }
 
@@ -39,14 +69,48 @@ void setText(Element& element, std::string text) {
   element.attributes["AXValue"] = std::move(text);
 }
 
-void removeLastCharacter(Element& element) {
-  std::string text(textOf(element));
-  for (std::size_t taken = 0; taken < longestCharacter && !text.empty(); ++taken) {
-    const bool wasContinuation = isContinuation(text.back());
-    text.pop_back();
-    if (!wasContinuation) break;
+std::string transformed(std::string text, const std::vector<Transform>& transforms) {
+  constexpr int toLower = 'a' - 'A';
+  for (const Transform& each : transforms) {
+    switch (each.kind) {
+      case Transform::Kind::upper:
+        text = shifted(std::move(text), 'a', 'z', -toLower);
+        break;
+      case Transform::Kind::lower:
+        text = shifted(std::move(text), 'A', 'Z', toLower);
+        break;
+      case Transform::Kind::trim:
+        text = trimmed(text);
+        break;
+      case Transform::Kind::oneLine:
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        break;
+      case Transform::Kind::first:
+        text = firstCharacters(text, each.characters);
+        break;
+    }
   }
-  setText(element, std::move(text));
+  return text;
+}
+
+std::string firstHalf(std::string_view text) {
+  return firstCharacters(text, characterCount(text) / 2);
+}
+
+std::string bullets(std::string_view text) {
+  std::string hidden;
+  for (std::size_t i = characterCount(text); i > 0; --i) hidden += bullet;
+  return hidden;
+}
+
+std::vector<std::string> filledLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (end > 0) lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
 }
 
 }  // namespace simulator

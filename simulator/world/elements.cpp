@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/world/element_text.h"
 #include "simulator/world/roles.h"
 
 namespace simulator {
@@ -20,10 +21,6 @@ bool isMet(const Application& application, const Window* window, const Element& 
          driver::contains(*around->frame, *window->hover);
 }
 
-void forget(std::vector<ElementId>& ids, ElementId id) {
-  ids.erase(std::remove(ids.begin(), ids.end(), id), ids.end());
-}
-
 void grow(Application& application, ElementId id, bool deeper) {
   const Element& element = *findElement(application, id);
   const Element* last =
@@ -31,6 +28,7 @@ void grow(Application& application, ElementId id, bool deeper) {
   const ElementId added = addElement(application, id, element.window, element.frame,
                                      last == nullptr ? std::string("AXGroup") : last->role)
                               .id;
+  // The tree then never ends downwards: a walk must have limits of its own.
   if (deeper) application.habits[added].children = Habits::Children::growDeeper;
 }
 
@@ -53,6 +51,11 @@ bool isTextInput(const Element& element) {
   if (takesText(element.role)) return true;
   const auto found = element.attributes.find("AXEditable");
   return found != element.attributes.end() && found->second == AttributeValue(true);
+}
+
+bool isSecure(const Element& element) {
+  const std::string* subrole = textAttribute(element, "AXSubrole");
+  return subrole != nullptr && *subrole == "AXSecureTextField";
 }
 
 std::string described(const Element& element) {
@@ -92,7 +95,7 @@ std::vector<ElementId> childrenOf(const World& world, const Application& applica
     const Element* child = findElement(application, id);
     return child != nullptr && !isThere(world, application, *child);
   };
-  children.erase(std::remove_if(children.begin(), children.end(), isAway), children.end());
+  std::erase_if(children, isAway);
   return children;
 }
 
@@ -117,7 +120,7 @@ Element& addElement(Application& application, ElementId parent, WindowNumber win
 void removeElement(Application& application, ElementId id) {
   const Element* element = findElement(application, id);
   if (element == nullptr) return;
-  if (Element* parent = findElement(application, element->parent)) forget(parent->children, id);
+  if (Element* parent = findElement(application, element->parent)) std::erase(parent->children, id);
   std::vector<ElementId> going{id};
   for (std::size_t i = 0; i < going.size(); ++i) {
     Element* each = findElement(application, going[i]);

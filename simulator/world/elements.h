@@ -18,6 +18,9 @@ bool isEnabled(const Element& element);
 /// It takes text: by its role, or because AXEditable says so.
 bool isTextInput(const Element& element);
 
+/// A field whose text is nobody's to read: a password's.
+bool isSecure(const Element& element);
+
 /// For sentences: `AXButton "Send"`.
 std::string described(const Element& element);
 

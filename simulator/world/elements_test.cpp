@@ -5,7 +5,9 @@
 #include <set>
 
 #include "simulator/text/parse.h"
+#include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
+#include "simulator/world/presses.h"
 
 namespace simulator {
 

@@ -6,30 +6,19 @@
 #include "base/utf16.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/field_text.h"
 #include "simulator/world/pasteboard.h"
 
 namespace simulator {
 
 namespace {
 
-constexpr const char* textAttribute = "AXValue";
+constexpr const char* valueAttribute = "AXValue";
 constexpr const char* selectionAttribute = "AXSelectedTextRange";
 constexpr const char* selectedAttribute = "AXSelectedText";
 constexpr double lineHeight = 18;  // points, of a composer's static texts
 
-const std::string* textOfAttribute(const Element& element, const char* name) {
-  const auto found = element.attributes.find(name);
-  return found == element.attributes.end() ? nullptr : std::get_if<std::string>(&found->second);
-}
-
-bool isSecure(const Element& element) {
-  const std::string* subrole = textOfAttribute(element, "AXSubrole");
-  return subrole != nullptr && *subrole == "AXSecureTextField";
-}
-
 std::string placeholderOf(const Element& element) {
-  const std::string* text = textOfAttribute(element, "AXPlaceholderValue");
+  const std::string* text = textAttribute(element, "AXPlaceholderValue");
   return text == nullptr ? "" : *text;
 }
 
@@ -59,6 +48,8 @@ std::vector<ElementId> staticTextsIn(const Application& application, ElementId i
   return found;
 }
 
+/// Makes the static texts anew, as a web page does: what was held of the old ones is void, and a
+/// caller that kept one finds it gone.
 void mirrorText(Application& application, ElementId id) {
   for (const ElementId old : staticTextsIn(application, id)) removeElement(application, old);
   const Element& composer = *findElement(application, id);
@@ -72,7 +63,7 @@ void mirrorText(Application& application, ElementId id) {
     if (frame) place = Rect{frame->x + 9, y, std::max(frame->width - 18, 0.0), lineHeight};
     y += lineHeight;
     Element& text = addElement(application, id, window, place, "AXStaticText");
-    text.attributes[textAttribute] = std::move(line);
+    text.attributes[valueAttribute] = std::move(line);
     texts.push_back(text.id);
   }
   texts.insert(texts.end(), others.begin(), others.end());
@@ -118,6 +109,8 @@ void attach(Application& application, ElementId id, const std::vector<std::strin
 void landPaste(const World& world, Application& application, ElementId id) {
   const Element* element = findElement(application, id);
   if (element == nullptr || application.hangs) return;
+  // What is on the pasteboard now, not what was there when the paste was asked for: who gives the
+  // user's clipboard back too early pastes that.
   const std::vector<std::string> files = pastedFiles(world.pasteboard);
   if (!files.empty() && habitsOf(application, id).takesFiles) {
     attach(application, id, files);
@@ -138,6 +131,7 @@ ax::Error writeSelection(Element& element, const AttributeValue& value) {
 }
 
 void defer(World& world, PendingWrite write) {
+  // Behind those of the same time: writes land in the order in which they were made.
   const auto place =
       std::upper_bound(world.pending.begin(), world.pending.end(), write.due,
                        [](Microseconds due, const PendingWrite& each) { return due < each.due; });
@@ -156,13 +150,6 @@ void putText(Application& application, ElementId id, std::string text) {
 void addText(Application& application, ElementId id, const std::string& text) {
   const Element* element = findElement(application, id);
   if (element != nullptr) putText(application, id, std::string(textOf(*element)) + text);
-}
-
-void dropLastCharacter(Application& application, ElementId id) {
-  Element* element = findElement(application, id);
-  if (element == nullptr) return;
-  removeLastCharacter(*element);
-  if (habitsOf(application, id).isComposer) mirrorText(application, id);
 }
 
 ax::Range selectionOf(const Element& element) {
@@ -214,7 +201,7 @@ void focusField(Application& application, Element& element) {
 
 std::optional<AttributeResult> readField(const Application& application, const Element& element,
                                          const std::string& name) {
-  const bool isText = name == textAttribute && textOfAttribute(element, textAttribute) != nullptr;
+  const bool isText = name == valueAttribute && textAttribute(element, valueAttribute) != nullptr;
   if (isText && habitsOf(application, element.id).hidesValue) {
     return AttributeResult{std::nullopt, ax::Error::noValue};
   }
@@ -231,7 +218,7 @@ std::optional<AttributeResult> readField(const Application& application, const E
 
 bool isFieldAttribute(const Element& element, const std::string& name) {
   if (name == selectionAttribute) return true;
-  if (name == textAttribute) return textOfAttribute(element, textAttribute) != nullptr;
+  if (name == valueAttribute) return textAttribute(element, valueAttribute) != nullptr;
   return name == selectedAttribute && element.attributes.count(name) == 0;
 }
 
@@ -278,7 +265,7 @@ void settleComposer(Application& application, ElementId id) {
     text += line;
   }
   Element& element = *findElement(application, id);
-  element.attributes[textAttribute] = text;
+  element.attributes[valueAttribute] = text;
   if (text.empty()) mirrorText(application, id);
 }
 

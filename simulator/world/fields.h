@@ -15,9 +15,6 @@ void putText(Application& application, ElementId id, std::string text);
 /// As `putText`, with a text behind the present one.
 void addText(Application& application, ElementId id, const std::string& text);
 
-/// As `putText`, without the last code point.
-void dropLastCharacter(Application& application, ElementId id);
-
 /// The selection of a field, within its text; in UTF-16 units.
 ax::Range selectionOf(const Element& element);
 

@@ -6,7 +6,7 @@
 
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
-#include "simulator/world/field_text.h"
+#include "simulator/world/element_text.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -213,8 +213,7 @@ TEST_F(fields, an_empty_composer_may_hold_its_placeholder) {
   EXPECT_EQ(lines(), std::vector<std::string>{"AXStaticText Message"});
   addText(notes(), field(), "hi");
   EXPECT_EQ(lines(), std::vector<std::string>{"AXStaticText hi"});
-  dropLastCharacter(notes(), field());
-  dropLastCharacter(notes(), field());
+  putText(notes(), field(), "");
   EXPECT_EQ(lines(), std::vector<std::string>{"AXStaticText Message"});
 }
 

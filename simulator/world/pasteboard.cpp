@@ -57,6 +57,7 @@ void clearPasteboard(Pasteboard& pasteboard, platform::Pid owner) {
 
 bool writeItems(Pasteboard& pasteboard, platform::Pid owner,
                 const std::vector<pasteboard::Item>& items) {
+  // Writing without having cleared it last would mix two owners' items: the platform refuses.
   if (pasteboard.owner != owner) return false;
   for (const pasteboard::Item& item : items) {
     Pasteboard::Item& added = pasteboard.items.emplace_back();

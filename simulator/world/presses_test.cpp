@@ -1,265 +1,241 @@
 #include <gtest/gtest.h>
 
-#include "simulator/input/posted_pointer.h"
-#include "tests/support/planted_click.h"
+#include "simulator/text/parse.h"
+#include "simulator/world/element_text.h"
+#include "simulator/world/presses.h"
 
-/// Presses, releases, scrolls and moves that a receiver does not take, pace, and the session.
 namespace simulator {
 
 namespace {
 
-using quartz::EventType;
-using quartz::Field;
-using testing_support::Click;
-using testing_support::setField;
-
-using Outcomes = std::vector<std::string>;
-
-const std::string pressed = "pressed AXCheckBox \"Done\"";
-const std::string brokenGroup = "LOST: the priming events did not come first in its click group";
-
-std::uint32_t number(EventType type) { return static_cast<std::uint32_t>(type); }
-
-TEST(press, needs_focus_by_record_or_in_front_in_appkit_only) {
-  Click without;
-  without.target().focusByRecord = 0;
-  Click front;
-  front.target().focusByRecord = 0;
-  front.mac().world.frontmost = 41;
-  Click otherWindow;
-  otherWindow.target().focusByRecord = 8;
-  Click chromium(true);
-  chromium.target().focusByRecord = 0;
-
-  EXPECT_EQ(without.outcomes(), (Outcomes{"priming", "priming", "priming", "priming",
-                                          "LOST: the application holds no focus", brokenGroup}));
-  EXPECT_EQ(front.outcomes().back(), pressed);
-  EXPECT_EQ(otherWindow.outcomes().back(), pressed);
-  EXPECT_EQ(chromium.outcomes().back(), pressed);
-}
-
-TEST(press, wants_its_event_number) {
-  for (const std::size_t index : {4U, 5U}) {
-    Click click;
-    setField(click[index].event, Field::mouseEventNumber, 2);
-
-    EXPECT_EQ(click.outcome(index), "LOST: wrong event number");
+class clicks : public testing::Test {
+ protected:
+  /// A world whose application Notes has these lines in its window 7, at 0,0 and 400 by 300.
+  void build(const std::string& lines) {
+    world_ = parseWorld(
+        "app Other pid 40 frontmost\n"
+        "  window 3 \"Front\" at 0,0 size 50x50\n"
+        "app Notes pid 41\n"
+        "  window 7 \"Inbox\" at 0,0 size 400x300\n" +
+        lines + "\n  window 8 \"Second\" at 500,0 size 100x100 off-screen\n");
   }
-}
 
-TEST(press, wants_its_button_number) {
-  for (const std::size_t index : {4U, 5U}) {
-    Click left;
-    setField(left[index].event, Field::buttonNumber, 1);
-    Click right(false, true);
-    setField(right[index].event, Field::buttonNumber, 0);
-
-    EXPECT_EQ(left.outcome(index), "LOST: wrong button number");
-    EXPECT_EQ(right.outcome(index), "LOST: wrong button number");
+  Application& notes() { return world_.applications[1]; }
+  std::string click(Point point, bool right = false) {
+    return simulator::click(world_, 41, 7, point, right);
   }
-}
-
-TEST(press, is_of_the_button_that_the_move_to_the_point_announced) {
-  Click left;
-  setField(left[3].event, Field::buttonNumber, 1);
-  Click right(false, true);
-  setField(right[3].event, Field::buttonNumber, 0);
-
-  EXPECT_EQ(left.outcome(4), "LOST: another button than the priming events announced");
-  EXPECT_EQ(right.outcome(4), "LOST: another button than the priming events announced");
-}
-
-TEST(press, counts_its_clicks) {
-  Click first;
-  setField(first[4].event, Field::clickState, 2);
-  Click release;
-  setField(release[5].event, Field::clickState, 2);
-  Click second(false, false, 2);
-  setField(second[6].event, Field::clickState, 1);
-
-  EXPECT_EQ(first.outcome(4), "LOST: wrong click state");
-  EXPECT_EQ(release.outcome(5), "LOST: wrong click state");
-  EXPECT_EQ(second.outcome(6), "LOST: wrong click state");
-}
-
-TEST(press, alternates_with_its_release) {
-  Click twice(false, false, 2);
-  twice.steps().erase(twice.steps().begin() + 5);
-  Click released;
-  released.steps().erase(released.steps().begin() + 4);
-  Click otherButton;
-  otherButton[5].event.type = number(EventType::rightMouseUp);
-  setField(otherButton[5].event, Field::buttonNumber, 1);
-
-  EXPECT_EQ(twice.outcome(5), "LOST: a second press without a release");
-  EXPECT_EQ(released.outcome(4), "LOST: a release without its press");
-  EXPECT_EQ(otherButton.outcome(5), "LOST: another button than the priming events announced");
-}
-
-TEST(press, off_screen_does_not_count_after_priming) {
-  Click click;
-  click[4].event.location = click[4].event.windowLocation.emplace(Point{-1, -1});
-
-  EXPECT_EQ(click.outcome(4), "LOST: a press off screen after the priming events");
-}
-
-TEST(press, that_is_no_known_event_breaks_the_group) {
-  Click click;
-  click[4].event.type = 99;
-
-  EXPECT_EQ(click.outcomes()[4].substr(0, 4), "LOST");
-  EXPECT_EQ(click.mac().journal[4].what, "type-99");
-}
-
-TEST(pace, drops_what_comes_less_than_12_ms_after_the_one_before) {
-  for (std::size_t index = 1; index < 6; ++index) {
-    Click tooSoon;
-    tooSoon[index].delay = 11'999;
-    Click justIn;
-    justIn[index].delay = 12'000;
-
-    EXPECT_EQ(tooSoon.outcome(index), "LOST: came less than 12 ms after the one before");
-    EXPECT_EQ(justIn.outcomes().back(), pressed);
+  AttributeValue value(const std::string& label) {
+    return findLabelled(notes(), label)->attributes["AXValue"];
   }
-}
-
-TEST(pace, counts_from_what_was_dropped_too) {
-  Click click;
-  click[1].delay = 6'000;
-  click[2].delay = 6'000;
-
-  const Outcomes outcomes = click.outcomes();
-
-  EXPECT_EQ(outcomes[1], "LOST: came less than 12 ms after the one before");
-  EXPECT_EQ(outcomes[2], "LOST: came less than 12 ms after the one before");
-}
-
-TEST(pace, drops_both_postings_of_an_event_that_comes_too_soon) {
-  Click click(true);
-  click[1].delay = 5'000;
-
-  const Outcomes outcomes = click.outcomes();
-
-  EXPECT_EQ(outcomes[2], "LOST: came less than 12 ms after the one before");
-  EXPECT_EQ(outcomes[3], "LOST: came less than 12 ms after the one before");
-  EXPECT_EQ(outcomes.back(), brokenGroup);
-}
-
-TEST(session, that_is_unusable_lets_nothing_through) {
-  Click locked;
-  locked.mac().world.session.locked = true;
-  Click away;
-  away.mac().world.session.onConsole = false;
-  Click unknown;
-  unknown.mac().world.session.onConsole.reset();
-
-  for (Click* click : {&locked, &away}) {
-    EXPECT_EQ(click->outcomes(), Outcomes(6, "LOST: the session is locked or not on the console"));
+  std::vector<WindowNumber> numbers() const {
+    std::vector<WindowNumber> result;
+    for (const Window& window : world_.windows) result.push_back(window.number);
+    return result;
   }
-  EXPECT_EQ(unknown.outcomes().back(), pressed);
+
+  World world_;
+};
+
+AttributeValue text(const char* value) { return std::string(value); }
+
+TEST_F(clicks, a_button_runs_its_reactions_in_order) {
+  build(R"(
+    AXButton "Send" at 10,10 size 50x20 press: append "sent" to Body; set Log "a"; append "é" to Log
+    AXTextArea "Body" value "hello "
+    AXStaticText "Log")");
+
+  EXPECT_EQ(click({10, 10}), "pressed AXButton \"Send\"");
+
+  EXPECT_EQ(value("Body"), text("hello sent"));
+  EXPECT_EQ(findLabelled(notes(), "Body")->attributes["AXSelectedTextRange"],
+            AttributeValue(ax::Range{10, 0}));
+  EXPECT_EQ(value("Log"), text("aé"));
+  EXPECT_EQ(findLabelled(notes(), "Log")->attributes.count("AXSelectedTextRange"), 0u);
 }
 
-TEST(permission, is_needed_to_post) {
-  Click click;
-  click.mac().world.accessibilityAllowed = false;
+TEST_F(clicks, the_later_sibling_and_the_inner_element_are_on_top) {
+  build(R"(
+    AXGroup "Under" at 0,0 size 100x100
+        AXButton "In under" at 0,0 size 50x50
+    AXGroup "Over" at 20,20 size 60x60)");
+  const Window& window = *findWindow(world_, 7);
 
-  EXPECT_EQ(click.outcome(0), "LOST: posting is not permitted");
+  EXPECT_EQ(elementAt(notes(), window, {10, 10}), 3);
+  EXPECT_EQ(elementAt(notes(), window, {30, 30}), 4);
+  EXPECT_EQ(elementAt(notes(), window, {90, 10}), 2);
+  EXPECT_EQ(elementAt(notes(), window, {200, 200}), 1);
+  EXPECT_EQ(elementAt(notes(), window, {400, 10}), 0);
 }
 
-TEST(application, that_does_not_run_takes_nothing) {
-  Click click;
-  click.target().running = false;
+TEST_F(clicks, elements_without_a_sensible_frame_are_never_hit) {
+  build(R"(
+    AXButton "A"
+    AXButton "B" at nan,0 size 50x50
+    AXButton "C" at 0,0 size -5x50)");
 
-  EXPECT_EQ(click.outcome(0), "LOST: no such application");
+  EXPECT_EQ(elementAt(notes(), *findWindow(world_, 7), {10, 10}), 1);
 }
 
-/// A scroll or a move, as a receiver wants it, at the point of the click.
-Click motion(bool chromium, EventType type) {
-  Click click(chromium);
-  click.steps().erase(click.steps().begin(), click.steps().begin() + 4);
-  click.steps().resize(1);
-  Click::Step& step = click[0];
-  step.event.type = number(type);
-  const bool scroll = type == EventType::scrollWheel;
-  if (scroll) {
-    step.event.vertical = -3;
-    step.event.horizontal = 2;
-    step.event.windowLocation = Point{20, 20};
-  }
-  step.privately = scroll == chromium;
-  step.publicly = !step.privately;
-  return click;
+TEST_F(clicks, what_is_in_a_button_belongs_to_the_button) {
+  build(R"(
+    AXButton "Send" at 10,10 size 50x20 press: set Log "yes"
+        AXStaticText value "Send" at 12,12 size 40x16
+    AXStaticText "Log")");
+
+  EXPECT_EQ(click({20, 20}), "pressed AXButton \"Send\"");
+  EXPECT_EQ(value("Log"), text("yes"));
 }
 
-TEST(motion, lands_in_the_window_of_either_kind_of_application) {
-  for (const bool chromium : {false, true}) {
-    const std::size_t window = chromium ? 3 : 1;
-    Click scroll = motion(chromium, EventType::scrollWheel);
-    Click move = motion(chromium, EventType::mouseMoved);
+TEST_F(clicks, a_disabled_button_does_nothing) {
+  build(R"(
+    AXButton "Send" disabled at 10,10 size 50x20 press: set Log "yes"
+    AXStaticText "Log" value "no")");
 
-    EXPECT_EQ(scroll.outcomes(), Outcomes{"scrolled"});
-    EXPECT_EQ(scroll.mac().world.windows[window].scrolledLines, (Point{2, -3}));
-    EXPECT_EQ(move.outcomes(), Outcomes{"pointer over the window"});
-    EXPECT_EQ(move.mac().world.windows[window].hover,
-              (chromium ? Point{320, 120} : Point{120, 120}));
-  }
+  EXPECT_EQ(click({20, 20}), "clicked AXButton \"Send\", which is disabled");
+  EXPECT_EQ(value("Log"), text("no"));
 }
 
-TEST(motion, by_the_wrong_route_is_lost) {
-  for (const bool chromium : {false, true}) {
-    for (const EventType type : {EventType::scrollWheel, EventType::mouseMoved}) {
-      Click click = motion(chromium, type);
-      std::swap(click[0].privately, click[0].publicly);
+TEST_F(clicks, the_right_button_has_its_own_reactions) {
+  build(R"(
+    AXRow "A" at 0,0 size 50x20 press: set Log "left" right: set Log "right"
+    AXTextArea "Body" at 0,20 size 50x20
+    AXStaticText "Log")");
 
-      EXPECT_EQ(click.outcomes(), Outcomes{"LOST: wrong route"});
-    }
-  }
+  EXPECT_EQ(click({5, 5}, true), "right-clicked AXRow \"A\"");
+  EXPECT_EQ(value("Log"), text("right"));
+  EXPECT_EQ(click({5, 25}, true), "right-clicked AXTextArea \"Body\", which does nothing");
+  EXPECT_EQ(notes().focusedElement, 0);
 }
 
-TEST(motion, with_the_wrong_window_location_is_lost) {
-  Click scroll = motion(false, EventType::scrollWheel);
-  scroll[0].event.windowLocation = Point{120, 120};
-  Click move = motion(false, EventType::mouseMoved);
-  move[0].event.windowLocation = Point{20, 20};
-  Click chromium = motion(true, EventType::mouseMoved);
-  chromium[0].event.windowLocation = Point{320, 120};
+TEST_F(clicks, a_text_takes_the_focus_with_its_caret_at_the_end) {
+  build("    AXTextArea \"Body\" at 0,20 size 50x20 value \"a😀\" selection 0+1");
 
-  for (Click* click : {&scroll, &move, &chromium}) {
-    EXPECT_EQ(click->outcomes(), Outcomes{"LOST: wrong window location"});
-  }
+  EXPECT_EQ(click({5, 25}), "focused AXTextArea \"Body\"");
+  EXPECT_EQ(notes().focusedElement, 2);
+  EXPECT_EQ(notes().elements[1].attributes["AXSelectedTextRange"], AttributeValue(ax::Range{3, 0}));
 }
 
-TEST(motion, with_a_wrong_field_is_lost) {
-  for (const Field field : {Field::mouseSubtype, Field::targetProcess, Field::targetWindow,
-                            Field::windowUnderPointer, Field::windowThatCanHandle}) {
-    Click click = motion(false, EventType::scrollWheel);
-    setField(click[0].event, field, 99);
+TEST_F(clicks, a_check_box_toggles) {
+  build("    AXCheckBox \"C\" at 0,0 size 9x9\n    AXCheckBox \"B\" at 9,0 size 9x9 value false");
 
-    EXPECT_EQ(click.outcome(0).substr(0, 11), "LOST: field");
-  }
+  click({1, 1});
+  EXPECT_EQ(value("C"), AttributeValue(std::int64_t{1}));
+  click({1, 1});
+  EXPECT_EQ(value("C"), AttributeValue(std::int64_t{0}));
+  click({10, 1});
+  EXPECT_EQ(value("B"), AttributeValue(true));
 }
 
-TEST(motion, needs_no_focus_and_no_priming) {
-  Click click = motion(false, EventType::mouseMoved);
-  click.target().focusByRecord = 0;
+TEST_F(clicks, a_clicked_window_takes_the_applications_focus_and_stays_where_it_is) {
+  build("    AXGroup \"G\" at 0,0 size 9x9");
+  notes().focusedWindow = 3;
+  notes().focusedElement = 3;
 
-  EXPECT_EQ(click.outcomes(), Outcomes{"pointer over the window"});
+  EXPECT_EQ(click({1, 1}), "clicked AXGroup \"G\", which does nothing");
+  EXPECT_EQ(click({100, 100}), "clicked AXWindow \"Inbox\", which does nothing");
+
+  EXPECT_EQ(notes().focusedWindow, 1);
+  EXPECT_EQ(notes().focusedElement, 0);
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{3, 7, 8}));
+  EXPECT_EQ(world_.frontmost, 40);
 }
 
-TEST(fieldOf, gives_the_last_write_and_none_for_zero) {
-  platform::EventImage event;
-  EXPECT_EQ(fieldOf(event, Field::clickState), 0);
-  setField(event, Field::clickState, 1);
-  setField(event, Field::clickState, 2);
-  EXPECT_EQ(fieldOf(event, Field::clickState), 2);
+TEST_F(clicks, a_sheet_is_a_window_in_front_of_its_own_that_its_button_closes) {
+  build("    AXButton \"New\" at 0,0 size 9x9 press: open sheet \"Sure?\"");
+
+  click({1, 1});
+
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{3, 9, 7, 8}));
+  const Window sheet = *findWindow(world_, 9);
+  EXPECT_EQ(sheet.owner, 41);
+  EXPECT_EQ(sheet.sheetOf, 7u);
+  EXPECT_EQ(sheet.title, std::nullopt);
+  EXPECT_EQ(sheet.frame, (Rect{40, 28, 320, 132}));
+  EXPECT_EQ(notes().elements[static_cast<std::size_t>(sheet.element) - 1].role, "AXSheet");
+  EXPECT_EQ(notes().elements[0].children, (std::vector<ElementId>{2, 4}));
+  EXPECT_EQ(notes().windows, (std::vector<ElementId>{1, 3}));
+  EXPECT_EQ(notes().focusedWindow, 4);
+  EXPECT_EQ(textOf(notes().elements[4]), "Sure?");
+  EXPECT_EQ(click({1, 1}), "clicked a window behind its sheet 9");
+
+  const Rect button = *findLabelled(notes(), "OK")->frame;
+  EXPECT_EQ(simulator::click(world_, 41, 9, {button.x, button.y}, false),
+            "pressed AXButton \"OK\"");
+
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{3, 7, 8}));
+  EXPECT_EQ(notes().elements[0].children, (std::vector<ElementId>{2}));
+  EXPECT_EQ(notes().focusedWindow, 1);
+  EXPECT_EQ(findElement(notes(), 4), nullptr);
+  EXPECT_EQ(findElement(notes(), 6), nullptr);
+
+  click({1, 1});
+  EXPECT_NE(findWindow(world_, 10), nullptr);
 }
 
-TEST(fieldOf, takes_public_writes_of_public_fields_alone) {
-  platform::EventImage event;
-  event.publicFields = {{42, 5}, {51, 7}};
+TEST_F(clicks, a_closed_window_takes_its_sheets_and_elements_with_it) {
+  build(
+      "    AXButton \"X\" at 0,0 size 9x9 press: open sheet \"S\"; close window; set Log \"z\"\n"
+      "  window 9 \"Log window\" at 0,0 size 5x5\n"
+      "    AXStaticText \"Log\"");
 
-  EXPECT_EQ(fieldOf(event, Field::sourceUserData), 5);
-  EXPECT_EQ(fieldOf(event, Field::targetWindow), 0);
+  click({1, 1});
+
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{3, 9, 8}));
+  EXPECT_EQ(notes().windows, (std::vector<ElementId>{3, 5}));
+  EXPECT_EQ(notes().focusedWindow, 3);
+  EXPECT_EQ(findElement(notes(), 1), nullptr);
+  EXPECT_EQ(findElement(notes(), 2), nullptr);
+  EXPECT_EQ(value("Log"), text("z"));
+}
+
+TEST_F(clicks, a_shown_window_comes_in_front_of_the_applications_others) {
+  build("    AXButton \"S\" at 0,0 size 9x9 press: show window \"Second\"");
+
+  click({1, 1});
+
+  EXPECT_EQ(numbers(), (std::vector<WindowNumber>{3, 8, 7}));
+  EXPECT_TRUE(findWindow(world_, 8)->onScreen);
+  EXPECT_EQ(notes().focusedWindow, 3);
+}
+
+TEST_F(clicks, a_retitled_window_shows_it_to_everyone) {
+  build("    AXButton \"R\" at 0,0 size 9x9 press: retitle \"Outbox\"");
+
+  click({1, 1});
+
+  EXPECT_EQ(findWindow(world_, 7)->title, "Outbox");
+  EXPECT_EQ(notes().elements[0].attributes["AXTitle"], text("Outbox"));
+}
+
+TEST_F(clicks, an_application_can_quit_or_hang_by_a_click) {
+  build(R"(
+    AXButton "H" at 0,0 size 9x9 press: hang
+    AXButton "Q" at 10,0 size 9x9 press: quit; set Log "never"
+    AXStaticText "Log")");
+  World quitting = world_;
+
+  click({1, 1});
+  EXPECT_TRUE(notes().hangs);
+  EXPECT_EQ(click({11, 1}), "clicked an application that hangs");
+  EXPECT_TRUE(notes().running);
+
+  simulator::click(quitting, 41, 7, {11, 1}, false);
+  EXPECT_EQ(findApplication(quitting, 41), nullptr);
+  EXPECT_EQ(quitting.windows.size(), 1u);
+  EXPECT_EQ(quitting.applications[1].elements[3].attributes.count("AXValue"), 0u);
+  EXPECT_EQ(simulator::click(quitting, 41, 7, {1, 1}, false), "clicked a window that is gone");
+}
+
+TEST_F(clicks, a_window_of_another_application_is_not_clicked) {
+  build("");
+
+  EXPECT_EQ(simulator::click(world_, 41, 3, {1, 1}, false), "clicked a window that is gone");
+}
+
+TEST(element_text, lengths_are_in_utf16_units_and_characters) {
+  EXPECT_EQ(utf16Length(""), 0);
+  EXPECT_EQ(utf16Length("aé€😀"), 5);
+  EXPECT_EQ(characterCount("aé€😀"), 4u);
 }
 
 }  // namespace

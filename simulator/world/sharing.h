@@ -7,13 +7,17 @@
 
 namespace simulator {
 
-/// Why streams end, in the system's words.
+/// Why streams end, or cannot be had, in the system's words.
 inline constexpr const char* userStopped =
     "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3817 \"The user stopped the "
     "stream\"";
 inline constexpr const char* captureDeclined =
     "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3801 \"The user declined "
     "TCCs for application, window, display capture\"";
+
+inline constexpr const char* noSource =
+    "Error Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3815 \"Failed to find the "
+    "capture source\"";
 
 /// A window that a process shares. The system marks it as long as the process and the stream live.
 struct Sharing {

@@ -3,12 +3,21 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "base/geometry.h"
+#include "platform/event_tap.h"
 #include "platform/types.h"
-#include "simulator/world/input_event.h"
 
 namespace simulator {
+
+/// One event of the login session: of the user's devices, or posted into it.
+struct InputEvent {
+  tap::Event event;  // as taps see it
+  std::string text;  // of a key: what it types; empty: what the layout says
+  driver::Point scrolledLines;
+};
 
 /// A tap on the session's events.
 struct Tap {

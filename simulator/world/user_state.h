@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/process.h"
@@ -40,5 +41,9 @@ struct System {
   std::map<std::string, platform::Bytes> tools;  // what the programs at these paths write
   std::map<std::string, std::string> links;      // symbolic links, by their paths
 };
+
+/// The absolute path with the symbolic links in it resolved, and "." and ".." with them. A circle
+/// of links is left as it is.
+std::string resolved(const System& system, std::string_view path);
 
 }  // namespace simulator

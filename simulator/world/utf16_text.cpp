@@ -6,7 +6,13 @@ namespace {
 
 constexpr char32_t replacement = 0xFFFD;
 
-void append(std::string& text, char32_t point) {
+bool isSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+}  // namespace
+
+void appendCodePoint(std::string& text, char32_t point) {
   const auto tail = [&](unsigned shift) {
     text += static_cast<char>(0x80U | ((point >> shift) & 0x3FU));
   };
@@ -27,21 +33,15 @@ void append(std::string& text, char32_t point) {
   }
 }
 
-bool isSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
-bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-}  // namespace
-
 std::string utf8Of(std::u16string_view units) {
   std::string text;
   for (std::size_t i = 0; i < units.size(); ++i) {
     const char16_t unit = units[i];
     if (isHigh(unit) && i + 1 < units.size() && isLow(units[i + 1])) {
       const auto high = static_cast<char32_t>(unit - 0xD800) << 10U;
-      append(text, 0x10000U + high + static_cast<char32_t>(units[++i] - 0xDC00));
+      appendCodePoint(text, 0x10000U + high + static_cast<char32_t>(units[++i] - 0xDC00));
     } else {
-      append(text, isSurrogate(unit) ? replacement : unit);
+      appendCodePoint(text, isSurrogate(unit) ? replacement : unit);
     }
   }
   return text;

@@ -30,16 +30,12 @@ void removeElements(Application& application, WindowNumber window) {
   }
 }
 
-void forget(std::vector<ElementId>& ids, ElementId id) {
-  ids.erase(std::remove(ids.begin(), ids.end(), id), ids.end());
-}
-
 void removeFromTree(const World& world, Application& application, const Window& window) {
   const Element* element = findElement(application, window.element);
   if (element == nullptr) return;
   Element* parent = findElement(application, element->parent);
-  if (parent != nullptr) forget(parent->children, window.element);
-  forget(application.windows, window.element);
+  if (parent != nullptr) std::erase(parent->children, window.element);
+  std::erase(application.windows, window.element);
   if (application.focusedWindow != window.element) return;
   const Window* below = findWindow(world, window.sheetOf);
   application.focusedWindow = below != nullptr              ? below->element
@@ -66,7 +62,8 @@ bool mayBeInFront(const Application& application) {
          application.policy == workspace::ActivationPolicy::regular;
 }
 
-/// Who comes to front when the front application has gone.
+/// Who comes to front when the front application has gone: the owner of what the user sees next, or
+/// else any application that has a place in the Dock.
 Pid successor(const World& world) {
   for (const Window& window : world.windows) {
     const Application* owner = findApplication(world, window.owner);
@@ -162,6 +159,7 @@ void raiseWithin(World& world, WindowNumber number) {
     return each.owner == window->owner && each.layer == window->layer;
   });
   std::rotate(place, raised, raised + 1);
+  // A sheet hangs on its window wherever that goes.
   if (const Window* sheet = sheetOf(world, number)) raiseWithin(world, sheet->number);
 }
 
@@ -261,10 +259,7 @@ void quitApplication(World& world, Pid pid) {
   application->windows.clear();
   application->focusedWindow = application->focusedElement = 0;
   for (Element& element : application->elements) element.removed = true;
-  auto& windows = world.windows;
-  windows.erase(std::remove_if(windows.begin(), windows.end(),
-                               [&](const Window& window) { return window.owner == pid; }),
-                windows.end());
+  std::erase_if(world.windows, [&](const Window& window) { return window.owner == pid; });
   if (world.frontmost != pid) return;
   world.frontmost = successor(world);
   if (world.frontmost != 0) bringToFront(world, world.frontmost);

@@ -213,6 +213,9 @@ struct Session {
   bool readable = true;
   std::optional<bool> locked;  // absent: the key is missing, as it is while unlocked
   std::optional<bool> onConsole = true;
+
+  /// Neither locked nor off the console: input reaches applications.
+  bool isUsable() const { return !locked.value_or(false) && onConsole.value_or(true); }
 };
 
 struct User {

@@ -15,14 +15,16 @@ using simulator::Microseconds;
 /// When what a fault lets happen has happened.
 std::optional<Microseconds> happenedAt(const TestMac& mac, const std::string& happening) {
   for (const auto& entry : mac.desktop().mac().journal) {
-    if (entry.kind == "happening" && entry.what.rfind(happening, 0) == 0) return entry.at;
+    if (entry.kind == simulator::JournalEntry::Kind::happening &&
+        entry.what.rfind(happening, 0) == 0)
+      return entry.at;
   }
   return std::nullopt;
 }
 
 bool sharesSomething(const std::string& what, const TestMac& mac) {
   for (const auto& entry : mac.desktop().mac().journal) {
-    if (entry.kind == "sharing" && entry.what == what) return true;
+    if (entry.kind == simulator::JournalEntry::Kind::sharing && entry.what == what) return true;
   }
   return false;
 }

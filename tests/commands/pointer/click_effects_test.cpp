@@ -33,7 +33,8 @@ constexpr const char* desk = R"(
 std::string lastEvent(const TestMac& mac) {
   std::string outcome = "none";
   for (const auto& entry : mac.desktop().mac().journal) {
-    if (entry.kind == "event") outcome = entry.what + ": " + entry.outcome;
+    if (entry.kind == simulator::JournalEntry::Kind::event)
+      outcome = entry.what + ": " + entry.outcome;
   }
   return outcome;
 }

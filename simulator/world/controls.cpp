@@ -1,7 +1,11 @@
-#include "simulator/world/menus.h"
+#include "simulator/world/controls.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 
+#include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 
 namespace simulator {
@@ -15,6 +19,26 @@ const Element* ownerOf(const Application& application, const Element& item) {
     each = findElement(application, each->parent);
   }
   return each;
+}
+
+double attributeOf(const Element& element, const char* name, double otherwise) {
+  const auto found = element.attributes.find(name);
+  return found == element.attributes.end() ? otherwise
+                                           : numberOf(found->second).value_or(otherwise);
+}
+
+std::string shortNumber(double value) {
+  std::string text = std::to_string(value);
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text;
+}
+
+/// Without a step of its own a slider goes a tenth of its way.
+double stepOf(const Application& application, const Element& element) {
+  const double range =
+      attributeOf(element, "AXMaxValue", 1) - attributeOf(element, "AXMinValue", 0);
+  return habitsOf(application, element.id).step.value_or(range / 10);
 }
 
 }  // namespace
@@ -35,6 +59,7 @@ bool isInOpenMenu(const Application& application, const Element& element) {
 bool toggleMenu(Application& application, const Element& element) {
   const ElementId menu = menuOf(application, element);
   if (menu == 0) return false;
+  // One menu at a time: another one that is open closes.
   application.openMenu = application.openMenu == menu ? 0 : menu;
   return true;
 }
@@ -46,12 +71,11 @@ ElementId itemWithShortcut(const Application& application, std::string_view char
     if (each.removed || each.window != 0 || each.role != "AXMenuItem" || !isEnabled(each)) {
       return false;
     }
-    const auto key = each.attributes.find("AXMenuItemCmdChar");
-    if (key == each.attributes.end()) return false;
-    const auto* held = std::get_if<std::string>(&key->second);
+    const std::string* held = textAttribute(each, "AXMenuItemCmdChar");
+    if (held == nullptr || *held != character) return false;
     const auto mask = each.attributes.find("AXMenuItemCmdModifiers");
     const auto needed = mask == each.attributes.end() ? 0.0 : numberOf(mask->second).value_or(0);
-    return held != nullptr && *held == character && needed == static_cast<double>(modifiers);
+    return needed == static_cast<double>(modifiers);
   });
   return found == elements.end() ? 0 : found->id;
 }
@@ -64,6 +88,28 @@ void chooseItem(Application& application, ElementId id) {
   const auto title = item.attributes.find("AXTitle");
   if (title == item.attributes.end()) return;
   findElement(application, owner->id)->attributes["AXValue"] = title->second;
+}
+
+AttributeValue withinLimits(const Element& element, double value) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const double least = attributeOf(element, "AXMinValue", -infinity);
+  const double most = attributeOf(element, "AXMaxValue", infinity);
+  // Limits that make no sense limit nothing.
+  const double limited = least <= most ? std::clamp(value, least, most) : value;
+  const auto held = element.attributes.find("AXValue");
+  const bool whole = held != element.attributes.end() &&
+                     std::holds_alternative<std::int64_t>(held->second) &&
+                     std::nearbyint(limited) == limited && std::abs(limited) < 1e15;
+  if (whole) return static_cast<std::int64_t>(limited);
+  return limited;
+}
+
+std::string moveSlider(const Application& application, Element& element, double direction) {
+  const double before = attributeOf(element, "AXValue", 0);
+  element.attributes["AXValue"] =
+      withinLimits(element, before + direction * stepOf(application, element));
+  return "moved " + described(element) + " from " + shortNumber(before) + " to " +
+         shortNumber(attributeOf(element, "AXValue", 0));
 }
 
 }  // namespace simulator

@@ -1,9 +1,10 @@
-#include "simulator/companion/run.h"
+#include "simulator/companion/serving.h"
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
+#include <array>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -17,6 +18,20 @@
 namespace companion {
 
 namespace {
+
+/// Nothing more is printed, so whoever reads the output to its end need not wait for the Mac's.
+void printOnly(const std::string& line) {
+  std::cout << line << std::endl;
+  if (!std::cout) throw Failure("the socket's name could not be printed");
+  const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  if (nowhere.number() >= 0) dup2(nowhere.number(), STDOUT_FILENO);
+}
+
+/// True once all writers of standard input have gone. What they write is of no interest.
+bool inputClosed() {
+  std::array<char, 4096> ignored;
+  return read(STDIN_FILENO, ignored.data(), ignored.size()) <= 0;
+}
 
 constexpr int signalledBase = 128;
 
@@ -38,7 +53,7 @@ pid_t start(const std::vector<std::string>& command, const std::string& socketNa
   if (child < 0) throw systemFailure("cannot start a process");
   if (child > 0) return child;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(1);
+  if (getppid() != parent) _exit(1);  // it had gone before the line above
   signals.restore();
   setenv("SIMULATED_MAC", socketName.c_str(), 1);
   becomeCommand(command);
@@ -58,10 +73,28 @@ void passOn(const signalfd_siginfo& signal, pid_t child) {
 
 }  // namespace
 
+int serveCommand(const std::vector<std::string>& words) {
+  const Options options = serveOptions(words);
+  signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
+  const Signals signals({SIGTERM, SIGINT, SIGHUP});
+  simulator::World world = readWorld(options.world);
+  const ListeningSocket socket(options.socket.empty() ? privateSocketName() : options.socket);
+  Server server(std::move(world), options.time, socket.descriptor());
+  printOnly(socket.name());
+
+  std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
+  if (options.untilClosed) own.push_back({STDIN_FILENO, POLLIN, 0});
+  while (true) {
+    server.turn(own);
+    if (own[0].revents != 0) return 0;
+    if (options.untilClosed && own[1].revents != 0 && inputClosed()) return 0;
+  }
+}
+
 int runCommand(const std::vector<std::string>& words) {
   const Options options = runOptions(words);
   simulator::World world = readWorld(options.world);
-  signal(SIGCHLD, SIG_DFL);
+  signal(SIGCHLD, SIG_DFL);  // ignored, the child's status would be lost
   const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
   const ListeningSocket socket(privateSocketName());
   Server server(std::move(world), options.time, socket.descriptor());

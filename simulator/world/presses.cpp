@@ -1,10 +1,11 @@
+#include "simulator/world/presses.h"
+
 #include <algorithm>
 
 #include "simulator/world/attributes.h"
+#include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
-#include "simulator/world/menus.h"
-#include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
 
@@ -44,6 +45,7 @@ void focusWindow(Application& application, const Window& window) {
   if (focused != nullptr && focused->window != window.number) application.focusedElement = 0;
 }
 
+/// Unlike `focusField`: the user's click says where the caret is to be, and here that is the end.
 void takeFocus(Application& application, Element& element) {
   application.focusedElement = element.id;
   element.attributes["AXSelectedTextRange"] = ax::Range{utf16Length(textOf(element)), 0};
@@ -112,6 +114,8 @@ std::string press(World& world, Application& application, ElementId id) {
   } else if (opensMenu(application, element)) {
     toggleMenu(application, element);
   }
+  // An item is chosen before it reacts: a reaction may take the menu away, or open a window over
+  // it.
   react(world, application, id, false);
   return reacts ? sentence : sentence + ", which does nothing";
 }
@@ -123,6 +127,7 @@ std::string click(World& world, Pid pid, WindowNumber number, Point point, bool 
     return "clicked a window that is gone";
   }
   if (application->hangs) return "clicked an application that hangs";
+  // What a sheet hangs on takes no clicks until the sheet has closed.
   if (const Window* sheet = sheetOf(world, number)) {
     return "clicked a window behind its sheet " + std::to_string(sheet->number);
   }

@@ -1,4 +1,4 @@
-#include "simulator/world/links.h"
+#include "simulator/world/user_state.h"
 
 #include <algorithm>
 #include <deque>

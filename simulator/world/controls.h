@@ -6,7 +6,7 @@
 
 #include "simulator/world/world.h"
 
-/// Menus: those of the menu bar, of pop-up buttons, and of whatever else has one.
+/// Controls that do more than react to a press: menus, which open and close, and sliders.
 namespace simulator {
 
 /// Where the closed menus of the menu bar are kept, far off screen; in global points.
@@ -33,5 +33,13 @@ ElementId itemWithShortcut(const Application& application, std::string_view char
 
 /// A menu's item is chosen: menus close, and a pop-up button shows the item's title as its value.
 void chooseItem(Application& application, ElementId item);
+
+/// What a slider shows when it is to show `value`: not beyond its limits, and whole when it held a
+/// whole number before and the value is one.
+AttributeValue withinLimits(const Element& slider, double value);
+
+/// Moves the slider by a step, up for a `direction` of 1 and down for -1. Gives a sentence for the
+/// journal.
+std::string moveSlider(const Application& application, Element& slider, double direction);
 
 }  // namespace simulator
