@@ -6,7 +6,7 @@
 
 #include "platform/event_tap.h"
 #include "simulator/mac/mac.h"
-#include "simulator/world/input_event.h"
+#include "simulator/world/tap_line.h"
 
 /// Event taps. Each event of the session goes past the taps that are enabled, from the head to the
 /// tail, and then has its effect. One that filters holds the event, and all that come after it,

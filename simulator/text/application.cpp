@@ -5,6 +5,7 @@
 
 #include "simulator/text/attributes.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/windows.h"
 
 namespace simulator {
 

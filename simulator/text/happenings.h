@@ -8,7 +8,7 @@
 #include "simulator/mac/mac.h"
 #include "simulator/text/happening_arguments.h"
 #include "simulator/text/words.h"
-#include "simulator/world/input_event.h"
+#include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
 
 /// What may happen to a Mac, as one table: what a world can script, what a running Mac can be told,
