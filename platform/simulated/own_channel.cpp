@@ -84,6 +84,9 @@ thread_local int flowDescriptor = -1;
 /// The calling flow is in the middle of a call.
 thread_local bool isExchanging = false;
 
+/// The calling flow is the one that ends the process.
+thread_local bool endsProcess = false;
+
 class JoinedChannel : public platform::Channel {
  public:
   explicit JoinedChannel(std::string path) : path_(std::move(path)) {}
@@ -131,6 +134,7 @@ class JoinedChannel : public platform::Channel {
   bool keepsOutput() const override { return false; }
 
   void exit(int status) override {
+    beginEnd();
     // The reply has been written: that the Mac has gone meanwhile is no news to the caller.
     tryExchange(frameOfCall({Function::exit, {driver::pack(status)}}));
     if (state().hasFlows) std::_Exit(status);  // nothing is destroyed under flows that still run
@@ -138,6 +142,7 @@ class JoinedChannel : public platform::Channel {
   }
 
   void dieBySignal(int signal) override {
+    beginEnd();
     tryExchange(frameOfCall({Function::dieBySignal, {driver::pack(signal)}}));
     posix::dieBySignal(signal);
   }
@@ -145,6 +150,7 @@ class JoinedChannel : public platform::Channel {
   /// Connects the calling flow and waits for its turn; the Mac's answer.
   Datum enter(const Datum& greeting) {
     flowDescriptor = connectToSocket(path_);
+    if (flowDescriptor < 0) waitForEnd();
     if (flowDescriptor < 0) failWithoutMac("no simulated Mac at " + path_ + howToStart);
     auto answer = tryExchange(greeting);
     if (!answer) failGone();
@@ -172,7 +178,7 @@ class JoinedChannel : public platform::Channel {
 
   /// Makes a call by a connection of its own, which takes the place of all the process's flows.
   Datum callInLastAct(platform::Call call) {
-    inLastAct_ = true;
+    beginEnd();
     flowDescriptor = connectToSocket(path_);
     const Datum greeting(Datum::List{Datum(std::string("last act")), driver::pack(pid_)});
     std::optional<Datum> answer;
@@ -188,16 +194,27 @@ class JoinedChannel : public platform::Channel {
     if (!bytes.empty()) lineOpen_ = bytes.back() != '\n';
   }
 
+  /// From here on the Mac takes no more calls of the process's other flows.
+  void beginEnd() {
+    endsProcess = true;
+    isEnding_ = true;
+  }
+
+  /// In a process that is ending, all flows but the one that ends it wait here for that end: that
+  /// the Mac does not know them any more is no failure, and the last line has been written.
+  void waitForEnd() const {
+    while (isEnding_ && !endsProcess) pause();
+  }
+
   [[noreturn]] void failGone() const {
-    // The Mac takes no more calls of flows that a fault has ended.
-    while (inLastAct_) pause();
+    waitForEnd();
     failWithoutMac("the simulated Mac at " + path_ + " has gone");
   }
 
   std::string path_;
   platform::Pid pid_ = 0;
   std::atomic<bool> lineOpen_ = false;
-  std::atomic<bool> inLastAct_ = false;
+  std::atomic<bool> isEnding_ = false;
 };
 
 std::vector<std::string> ownEnvironment() {
