@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/rules/pace.h"
 #include "simulator/world/keyboard_layouts.h"
 #include "tests/support/broken_run.h"
 
@@ -44,7 +45,7 @@ class broken_keys : public broken_run {
 
   void postKey(const EventImage& image) {
     postOnly(image, 41, Function::publicPost);
-    sleep(12'000);
+    sleep(waitAfterPost);
   }
 
   void postKeys(std::initializer_list<std::pair<std::uint32_t, std::int64_t>> steps,
@@ -231,7 +232,7 @@ TEST_F(broken_keys, are_known_by_their_names) {
     Sentences violations;
     for (const std::uint32_t type : {down, up}) {
       rules.before({Function::publicPost, {pack(Pid{41}), pack(key(type, code))}}, 0, violations);
-      rules.before({Function::sleep, {pack(12'000)}}, 0, violations);
+      rules.before({Function::sleep, {pack(waitAfterPost)}}, 0, violations);
     }
     client_.exited = true;
     client_.output = done;

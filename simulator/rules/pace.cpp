@@ -20,8 +20,9 @@ constexpr std::uint32_t waitBeforePicture = 200'000;
 constexpr std::int64_t pressEventNumber = 3;
 
 /// Every wait that any command makes, in microseconds.
-constexpr std::array<std::uint32_t, 11> knownWaits = {
-    1'000, 12'000, 15'000, 40'000, 50'000, 80'000, 100'000, 150'000, 200'000, 300'000, 500'000};
+constexpr std::array<std::uint32_t, 11> knownWaits = {1'000,   waitAfterPost, 15'000,  40'000,
+                                                      50'000,  80'000,        100'000, 150'000,
+                                                      200'000, 300'000,       500'000};
 
 std::int64_t numberOf(const EventImage& event) {
   return fieldOf(event, quartz::Field::mouseEventNumber);

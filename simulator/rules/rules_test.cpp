@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "simulator/rules/pace.h"
 #include "simulator/rules/replies.h"
 #include "tests/support/broken_run.h"
 
@@ -73,7 +74,7 @@ TEST_F(broken_run, is_not_one_that_posts_once_after_a_lock_or_an_event_by_both_r
   const EventImage both = event(moved);
   postOnly(both);
   postOnly(both, 41, Function::publicPost);
-  sleep(12'000);
+  sleep(waitAfterPost);
 
   EXPECT_EQ(end(), Sentences{});
 }
@@ -136,7 +137,7 @@ TEST_F(broken_run, that_moves_the_users_pointer) {
   before(Function::publicPost, {pack(Pid{41}), pack(event(moved))});
   mac_.world.pointer = {10, 10};
   after(Function::publicPost, {pack(Pid{41}), pack(event(moved))}, {});
-  sleep(12'000);
+  sleep(waitAfterPost);
 
   EXPECT_EQ(end(), Sentences{"I3: the user's pointer moved"});
 }
@@ -154,7 +155,7 @@ TEST_F(broken_run, is_not_one_whose_target_quits_in_front_by_its_own_reaction) {
   mac_.world.applications[0].running = false;
   mac_.world.frontmost = 41;
   after(Function::publicPost, {pack(Pid{40}), pack(event(moved, 5))}, {});
-  sleep(12'000);
+  sleep(waitAfterPost);
 
   EXPECT_EQ(end(), Sentences{});
 }
@@ -165,7 +166,7 @@ TEST_F(broken_run, that_leaves_a_button_down_or_up_twice) {
     Sentences violations;
     for (const std::uint32_t type : types) {
       rules.before({Function::privatePost, {pack(Pid{41}), pack(event(type))}}, 0, violations);
-      rules.before({Function::sleep, {pack(12'000)}}, 0, violations);
+      rules.before({Function::sleep, {pack(waitAfterPost)}}, 0, violations);
       if (type != leftUp) rules.before({Function::sleep, {pack(1'000)}}, 0, violations);
     }
     client_.exited = true;
@@ -206,7 +207,7 @@ TEST_F(broken_run, that_does_not_wait_after_a_focus_record) {
   record[0x8A] = 2;
   ++identity_;
   call(Function::postRecord, {pack(0), pack(41), pack(record)}, pack(-600));
-  sleep(12'000);
+  sleep(waitAfterPost);
 
   EXPECT_EQ(end(), (Sentences{"I5: a wait of 40000 us is missing",
                               "I10: focus was taken back more often than given"}));
@@ -259,9 +260,9 @@ TEST_F(broken_run, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
 
 TEST_F(broken_run, that_hurries_through_a_click) {
   postOnly(event(leftDown));
-  sleep(12'000);
+  sleep(waitAfterPost);
   postOnly(event(leftUp));
-  sleep(12'000);
+  sleep(waitAfterPost);
 
   EXPECT_EQ(end(), Sentences{"I5: a wait of 1000 us is missing"});
 }

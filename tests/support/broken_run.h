@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "simulator/rules/pace.h"
 #include "simulator/rules/rules.h"
 #include "simulator/text/parse.h"
 
@@ -68,7 +69,7 @@ class broken_run : public testing::Test {
 
   void post(const platform::EventImage& image, simulator::Pid pid = 41) {
     postOnly(image, pid);
-    sleep(12'000);
+    sleep(simulator::waitAfterPost);
     if (image.type == 1 || image.type == 3) sleep(1'000);
   }
 

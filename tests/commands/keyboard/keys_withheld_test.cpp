@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "simulator/rules/pace.h"
 #include "tests/support/posted_events.h"
 #include "tests/support/posted_keys.h"
 
@@ -25,7 +26,7 @@ std::string deskWith(const std::string& script) {
 
 constexpr const char* chord = "bg-key Notes cmd+shift+alt+ctrl+x";
 constexpr std::int64_t firstEvent = 340'000;
-constexpr std::int64_t pace = 12'000;
+constexpr std::int64_t pace = simulator::waitAfterPost;
 constexpr std::int64_t wholeChord = 550'000;
 const Environment service = {{"CU_CAPTURE_PID", "900"}};
 

@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "simulator/rules/pace.h"
 #include "tests/support/posted_events.h"
 #include "tests/support/posted_keys.h"
 
@@ -30,8 +31,8 @@ const std::string typed = success(R"({"ok":true,"pid":41,"via":"background","win
 
 /// The time of a run without any event.
 constexpr std::int64_t frame = 430'000;
-constexpr std::int64_t pair = 24'000;                    // a press and its release
-constexpr std::int64_t lineBreak = 4 * 12'000 + 50'000;  // with shift
+constexpr std::int64_t pair = 2 * simulator::waitAfterPost;  // a press and its release
+constexpr std::int64_t lineBreak = 4 * simulator::waitAfterPost + 50'000;  // with shift
 
 /// What is in the body once the text has been typed.
 std::string arrived(const std::string& text) {

@@ -3,6 +3,7 @@
 #include <sstream>
 #include <vector>
 
+#include "simulator/rules/pace.h"
 #include "tests/support/posted_keys.h"
 
 /// A text stops when the session becomes unusable and when the capture service goes, whichever of
@@ -39,7 +40,7 @@ const std::vector<Step> steps = {
     {486'000, "down 0"},  {498'000, "up 0"},
 };
 constexpr std::int64_t whole = 600'000;
-constexpr std::int64_t pace = 12'000;
+constexpr std::int64_t pace = simulator::waitAfterPost;
 
 std::string stepsBefore(std::size_t count) {
   std::string text;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "simulator/rules/pace.h"
 #include "tests/support/pasting.h"
 #include "tests/support/posted_events.h"
 
@@ -109,7 +110,7 @@ TEST(paste_ending, at_any_event_when_the_session_becomes_unusable_withholds_the_
       EXPECT_EQ(postingTimes(mac), joined(event));
       // What is not posted is not waited for; the clipboard and the focus are.
       const auto posted = static_cast<std::int64_t>(event);
-      EXPECT_EQ(run.elapsed, 430'000 + posted * 12'000);
+      EXPECT_EQ(run.elapsed, 430'000 + posted * simulator::waitAfterPost);
       EXPECT_EQ(clipboard(mac), usersClipboard);
       EXPECT_EQ(focusGiven(mac, 1), 0U);
     }

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "simulator/rules/pace.h"
 #include "tests/support/posted_events.h"
 #include "tests/support/simulated_run.h"
 
@@ -29,7 +30,7 @@ std::string deskWith(const std::string& script) {
 /// When the events of one click are posted, in milliseconds.
 constexpr std::array<std::int64_t, 6> times = {40, 67, 80, 192, 219, 232};
 constexpr std::int64_t withoutChange = 984'000;
-constexpr std::int64_t pace = 12'000;
+constexpr std::int64_t pace = simulator::waitAfterPost;
 
 std::string joined(std::size_t count) {
   std::string text;
