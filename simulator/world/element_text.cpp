@@ -37,13 +37,7 @@ std::string shifted(std::string text, char first, char last, int by) {
 }  // namespace
 
 std::int64_t utf16Length(std::string_view text) {
-  std::int64_t length = 0;
-  for (const char c : text) {
-    if (continuesCharacter(c)) continue;
-    const auto byte = static_cast<unsigned char>(c);
-    length += byte >= 0xF0 && byte <= 0xF4 ? 2 : 1;
-  }
-  return length;
+  return static_cast<std::int64_t>(driver::utf16Length(text));
 }
 
 std::size_t characterCount(std::string_view text) {

@@ -13,8 +13,8 @@ namespace simulator {
 /// Whether the byte is in a character rather than at its beginning.
 constexpr bool continuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-/// Length in UTF-16 units. Unlike that of base/utf16.h it takes any bytes: an application may hold
-/// a text that is no UTF-8.
+/// Length in UTF-16 units, as ranges have it. The text may be ill-formed, as applications' texts
+/// are.
 std::int64_t utf16Length(std::string_view text);
 
 /// The number of code points in well-formed UTF-8.
