@@ -11,7 +11,7 @@ using namespace testing_support;
 
 using Texts = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* elementDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
@@ -23,7 +23,7 @@ constexpr const char* enabling =
     "    0 ms  write 41/0 AXManualAccessibility\n    0 ms  write 41/0 AXEnhancedUserInterface\n";
 
 TEST(axApp, asks_the_application_for_its_whole_tree) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   const Result run = runInside(mac, [] { EXPECT_EQ(ax::pid(axApp("Notes")), 41); });
   EXPECT_EQ(run.effects, enabling);
   EXPECT_EQ(run.calls, (Texts{"workspace.applications-with-bundle", "workspace.applications",
@@ -34,7 +34,7 @@ TEST(axApp, asks_the_application_for_its_whole_tree) {
 }
 
 TEST(axApp, asks_each_time) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   EXPECT_EQ(runInside(mac,
                       [] {
                         axApp("pid:41");
@@ -45,13 +45,13 @@ TEST(axApp, asks_each_time) {
 }
 
 TEST(axApp, does_not_mind_a_refusal) {
-  TestMac mac(desk, {"ax.set-attribute 1+ error -25205"});
+  TestMac mac(elementDesk, {"ax.set-attribute 1+ error -25205"});
   const Result run = runInside(mac, [] { EXPECT_EQ(ax::pid(axApp("Notes")), 41); });
   EXPECT_EQ(run.calls.size(), 4U);
 }
 
 TEST(axApp, fails_for_an_application_that_does_not_run) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   for (const char* name : {"Nobody", "notes", "pid:99", "", " Notes"}) {
     const Result run = runInside(mac, [&] { axApp(name); });
     EXPECT_EQ(seen(run), failure("app not running: " + std::string(name)));
@@ -60,7 +60,7 @@ TEST(axApp, fails_for_an_application_that_does_not_run) {
 }
 
 TEST(axAttr, is_the_value) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   runInside(mac, [&] {
     const auto value = axAttr(elementOf(mac, "Notes", "Body"), "AXValue");
     ASSERT_TRUE(value);
@@ -76,11 +76,11 @@ TEST(axAttr, is_absent_on_any_error) {
        {"ax.attribute 1 error -25200", "ax.attribute 1 error -25202", "ax.attribute 1 error -25204",
         "ax.attribute 1 error -25205", "ax.attribute 1 error -25211", "ax.attribute 1 error -25212",
         "ax.attribute 1 hang"}) {
-    TestMac mac(desk, {fault});
+    TestMac mac(elementDesk, {fault});
     runInside(mac,
               [&] { EXPECT_FALSE(axAttr(elementOf(mac, "Notes", "Body"), "AXValue")) << fault; });
   }
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   runInside(mac, [&] {
     EXPECT_FALSE(axAttr(elementOf(mac, "Notes", "Body"), "AXNothing"));
     EXPECT_FALSE(axAttr(elementOf(mac, "Notes", "Send"), "AXValue"));  // without a value
@@ -88,7 +88,7 @@ TEST(axAttr, is_absent_on_any_error) {
 }
 
 TEST(axElement, is_an_attribute_that_is_an_element) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     const auto window = axElement(send, "AXWindow");
@@ -114,14 +114,14 @@ TEST(axTexts, are_those_that_are_texts_in_the_order_of_the_names) {
 }
 
 TEST(axTexts, are_none_when_nothing_can_be_read) {
-  TestMac mac(desk, {"ax.attributes 1 error -25202"});
+  TestMac mac(elementDesk, {"ax.attributes 1 error -25202"});
   runInside(mac, [&] {
     EXPECT_EQ(axTexts(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"}), Texts{});
   });
 }
 
 TEST(axActions, are_the_names_in_the_platforms_order) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   runInside(mac, [&] {
     EXPECT_EQ(axActions(elementOf(mac, "Notes", "Send")), (Texts{"AXPress", "AXShowMenu"}));
     EXPECT_EQ(axActions(elementOf(mac, "Notes", "Body")), Texts{});
@@ -130,14 +130,14 @@ TEST(axActions, are_the_names_in_the_platforms_order) {
 
 TEST(axActions, are_none_when_they_cannot_be_read) {
   for (const char* fault : {"ax.action-names 1 error -25202", "ax.action-names 1 hang"}) {
-    TestMac mac(desk, {fault});
+    TestMac mac(elementDesk, {fault});
     runInside(mac,
               [&] { EXPECT_EQ(axActions(elementOf(mac, "Notes", "Send")), Texts{}) << fault; });
   }
 }
 
 TEST(elementsIn, are_the_elements_of_a_list_of_nothing_else) {
-  TestMac mac(desk);
+  TestMac mac(elementDesk);
   runInside(mac, [&] {
     const ax::Value send{elementOf(mac, "Notes", "Send")};
     const ax::Value body{elementOf(mac, "Notes", "Body")};

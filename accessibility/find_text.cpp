@@ -21,7 +21,7 @@ namespace driver {
 namespace {
 
 constexpr double containerArea = 250'000;  // square points: what is as large is no text by itself
-constexpr std::size_t textCharactersMax = 200;
+constexpr std::size_t shownCharactersMax = 200;
 
 constexpr std::array<Attribute, 3> spoken = {Attribute::value, Attribute::title,
                                              Attribute::description};
@@ -104,7 +104,7 @@ void axTextsAtCommand(const Arguments& arguments) {
   while (Snapshot* element = walk.next()) {
     if (!isTextAt(*element, point)) continue;
     joinTexts(*element, false, shown);
-    if (!shown.empty()) texts.emplace_back(text::prefix(shown, textCharactersMax));
+    if (!shown.empty()) texts.emplace_back(text::prefix(shown, shownCharactersMax));
   }
   emit({{"ok", true}, {"texts", texts}});
 }

@@ -15,7 +15,7 @@ using namespace testing_support;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* hungApplicationDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
         window 5 "Start" at 0,30 size 600x500
     app Notes pid 41 bundle com.example.notes
@@ -42,7 +42,7 @@ constexpr const char* answered = "value value 1 0 number";
 constexpr const char* unanswered = "absent absent 0 -25204 none";
 
 TEST(hung_application, gets_two_messages_and_no_more) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Notes\n");
   const Result run = runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     for (int time = 0; time < 3; ++time) EXPECT_EQ(everyMessage(send), unanswered);
@@ -65,7 +65,7 @@ TEST(hung_application, is_silenced_by_messages_of_every_kind) {
       [](const ax::Element& element) { messages::windowNumber(element); },
   };
   for (const Send send : sends) {
-    TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
+    TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Notes\n");
     const Result run = runActing(mac, [&] {
       const ax::Element element = elementOf(mac, "Notes", "Send");
       for (int time = 0; time < 4; ++time) send(element);
@@ -75,7 +75,7 @@ TEST(hung_application, is_silenced_by_messages_of_every_kind) {
 }
 
 TEST(hung_application, does_not_silence_another) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Notes\n");
   runActing(mac, [&] {
     EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), unanswered);
     EXPECT_EQ(everyMessage(elementOf(mac, "Browser", "Start")), answered);
@@ -83,7 +83,8 @@ TEST(hung_application, does_not_silence_another) {
 }
 
 TEST(hung_application, is_heard_again_after_one_time_out) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n    at 6s recover Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) +
+              "    at 0ms hang Notes\n    at 6s recover Notes\n");
   const Result run = runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_FALSE(messages::attribute(send, "AXTitle").value);
@@ -93,7 +94,8 @@ TEST(hung_application, is_heard_again_after_one_time_out) {
 }
 
 TEST(hung_application, stays_silenced_although_it_recovers) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n    at 12s recover Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) +
+              "    at 0ms hang Notes\n    at 12s recover Notes\n");
   const Result run = runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_EQ(everyMessage(send), unanswered);
@@ -103,7 +105,7 @@ TEST(hung_application, stays_silenced_although_it_recovers) {
 }
 
 TEST(hung_application, is_silenced_by_two_time_outs_with_answers_between) {
-  TestMac mac(desk, {"ax.attribute 1 hang", "ax.attribute 3 hang"});
+  TestMac mac(hungApplicationDesk, {"ax.attribute 1 hang", "ax.attribute 3 hang"});
   const Result run = runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_FALSE(messages::attribute(send, "AXTitle").value);
@@ -115,7 +117,8 @@ TEST(hung_application, is_silenced_by_two_time_outs_with_answers_between) {
 }
 
 TEST(hung_application, is_asked_again_in_the_next_run) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n    at 12s recover Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) +
+              "    at 0ms hang Notes\n    at 12s recover Notes\n");
   runInside(mac, [&] { EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), unanswered); });
   runActing(mac, [&] { EXPECT_EQ(everyMessage(elementOf(mac, "Notes", "Send")), answered); });
 }
@@ -134,9 +137,10 @@ TEST(slow_application, is_never_silenced) {
 }
 
 TEST(refusing_application, is_never_silenced) {
-  TestMac mac(desk, {"ax.attribute 1+ error -25204", "ax.attributes 1+ error -25204",
-                     "ax.action-names 1+ error -25204", "ax.set-attribute 1+ error -25204",
-                     "private.ax-window 1+ error -25204"});
+  TestMac mac(hungApplicationDesk,
+              {"ax.attribute 1+ error -25204", "ax.attributes 1+ error -25204",
+               "ax.action-names 1+ error -25204", "ax.set-attribute 1+ error -25204",
+               "private.ax-window 1+ error -25204"});
   const Result run = runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     for (int time = 0; time < 3; ++time) EXPECT_EQ(everyMessage(send), unanswered);
@@ -148,7 +152,7 @@ TEST(refusing_application, is_never_silenced) {
 }
 
 TEST(hung_application, costs_its_enabling_two_time_outs) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Notes\n");
   const Result run = runInside(mac, [] {
     const ax::Element notes = axApp("Notes");
     EXPECT_EQ(axWindows(notes).size(), 0U);
@@ -164,14 +168,14 @@ TEST(hung_application, costs_its_enabling_two_time_outs) {
 }
 
 TEST(hung_application, costs_a_click_two_time_outs) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Notes\n");
+  TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Notes\n");
   const Result run = mac.driver("bg-click Notes 130 95");
   EXPECT_EQ(seen(run), success(R"({"changed":false,"ok":true,"via":"background","window":7})"));
   EXPECT_EQ(run.elapsed, 984'000 + 2 * timeOut);
 }
 
 TEST(hung_application, costs_the_check_of_the_users_keyboard_one_time_out) {
-  TestMac mac(std::string(desk) + "    at 0ms hang Browser\n");
+  TestMac mac(std::string(hungApplicationDesk) + "    at 0ms hang Browser\n");
   const Result run = mac.driver("ax-press Browser 10 40", {{"CU_WINDOW", "start"}});
   EXPECT_EQ(seen(run), failure("another window of the target app currently owns the user's "
                                "keyboard; background input will not switch it"));

@@ -14,7 +14,7 @@ using platform::WireSlot;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* messagesDesk = R"(
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
             AXButton "Send" at 120,90 size 60x20 help "H"
@@ -39,7 +39,7 @@ Calls shown(const std::vector<ax::Slot>& slots) {
 
 /// What a batch of title, value and help gives when the application answers it like this.
 Calls batchAnswered(const WireReadings& readings, Calls& calls) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   Calls slots;
   calls = runInside(mac, [&] {
             const FixedAnswer answer(Function::axAttributes, pack(readings));
@@ -50,7 +50,7 @@ Calls batchAnswered(const WireReadings& readings, Calls& calls) {
 }
 
 TEST(messages_attribute, is_the_value_or_the_error) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   runInside(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     const ax::Reading title = messages::attribute(send, "AXTitle");
@@ -63,7 +63,7 @@ TEST(messages_attribute, is_the_value_or_the_error) {
 }
 
 TEST(messages_attribute, has_no_value_beside_an_error) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   runInside(mac, [&] {
     const WireReadings readings{{{wireText("x"), ax::Error::success}}, {ax::Error::failure, false}};
     const FixedAnswer answer(Function::axAttribute, pack(readings));
@@ -74,7 +74,7 @@ TEST(messages_attribute, has_no_value_beside_an_error) {
 }
 
 TEST(messages_attributes, are_one_slot_for_each_name_in_one_round_trip) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"),
                                          {"AXHelp", "AXTitle", "AXNothing", "AXValue"})),
@@ -84,7 +84,7 @@ TEST(messages_attributes, are_one_slot_for_each_name_in_one_round_trip) {
 }
 
 TEST(messages_attributes, of_an_element_that_has_gone_have_its_error_in_each_slot) {
-  TestMac mac(desk, {"ax.attributes 1 error -25202"});
+  TestMac mac(messagesDesk, {"ax.attributes 1 error -25202"});
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
               (Calls{"-25202", "-25202"}));
@@ -93,7 +93,7 @@ TEST(messages_attributes, of_an_element_that_has_gone_have_its_error_in_each_slo
 }
 
 TEST(messages_attributes, that_time_out_have_its_error_in_each_slot) {
-  TestMac mac(desk, {"ax.attributes 1 hang"});
+  TestMac mac(messagesDesk, {"ax.attributes 1 hang"});
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
               (Calls{"-25204", "-25204"}));
@@ -103,7 +103,7 @@ TEST(messages_attributes, that_time_out_have_its_error_in_each_slot) {
 
 TEST(messages_attributes, are_read_singly_where_they_cannot_be_had_together) {
   for (const char* code : {"-25200", "-25201", "-25204", "-25208"}) {
-    TestMac mac(desk, {"ax.attributes 1+ error " + std::string(code)});
+    TestMac mac(messagesDesk, {"ax.attributes 1+ error " + std::string(code)});
     const Result run = runInside(mac, [&] {
       EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"),
                                            {"AXTitle", "AXValue", "AXHelp", "AXNothing"})),
@@ -115,7 +115,7 @@ TEST(messages_attributes, are_read_singly_where_they_cannot_be_had_together) {
 }
 
 TEST(messages_attributes, are_asked_for_singly_but_once) {
-  TestMac mac(desk, {"ax.attributes 1+ error -25204", "ax.attribute 1+ error -25200"});
+  TestMac mac(messagesDesk, {"ax.attributes 1+ error -25204", "ax.attribute 1+ error -25200"});
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(shown(messages::attributes(elementOf(mac, "Notes", "Send"), {"AXTitle", "AXHelp"})),
               (Calls{"-25200", "-25200"}));
@@ -161,7 +161,7 @@ TEST(messages_attributes, do_not_ask_again_for_an_error) {
 }
 
 TEST(messages_action_names, are_none_beside_an_error) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   runInside(mac, [&] {
     const platform::WireActionNames names{{"AXPress"}, {ax::Error::failure, false}};
     const FixedAnswer answer(Function::axActionNames, pack(names));
@@ -183,7 +183,7 @@ TEST(messages, have_well_formed_texts_whatever_an_application_holds) {
 }
 
 TEST(windowNumber, is_the_windows) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   runInside(mac, [&] {
     EXPECT_EQ(messages::windowNumber(elementOf(mac, "Notes", "Inbox")), 7U);
     EXPECT_EQ(messages::windowNumber(applicationOf(mac, "Notes")), std::nullopt);
@@ -191,7 +191,7 @@ TEST(windowNumber, is_the_windows) {
 }
 
 TEST(windowNumber, is_none_without_the_private_route) {
-  TestMac mac(std::string(desk) + "    missing _AXUIElementGetWindow\n");
+  TestMac mac(std::string(messagesDesk) + "    missing _AXUIElementGetWindow\n");
   const Result run = runInside(mac, [&] {
     EXPECT_EQ(messages::windowNumber(elementOf(mac, "Notes", "Inbox")), std::nullopt);
   });
@@ -199,7 +199,7 @@ TEST(windowNumber, is_none_without_the_private_route) {
 }
 
 TEST(setAttribute, gives_the_platforms_code) {
-  TestMac mac(desk);
+  TestMac mac(messagesDesk);
   runActing(mac, [&] {
     const ax::Element send = elementOf(mac, "Notes", "Send");
     EXPECT_EQ(messages::setAttribute(send, "AXHelp", ax::Value{std::string("new")}),

@@ -20,7 +20,7 @@ namespace driver {
 namespace {
 
 // A slider may glide to where it is moved, and tells on the way where it is.
-constexpr std::uint32_t settlingMicroseconds = 300'000;
+constexpr std::uint32_t sliderSettlingMicroseconds = 300'000;
 constexpr AttributeSet sliderAttributes = AttributeSet{Attribute::role} | labelAttributes;
 
 std::vector<ax::Element> slidersLabelled(const ax::Element& application, const std::string& label) {
@@ -63,7 +63,7 @@ Reply moved(const ax::Element& slider, const std::string& word) {
     const ax::Value value{numberIn(word)};
     reply["ok"] = messages::setAttribute(slider, "AXValue", value) == ax::Error::success;
   }
-  loop::sleepMicroseconds(settlingMicroseconds);
+  loop::sleepMicroseconds(sliderSettlingMicroseconds);
   return reply;
 }
 

@@ -113,7 +113,7 @@ TEST(axFrame, takes_one_round_trip) {
 }
 
 // Element 1 is the window, element 2 the group.
-constexpr const char* desk = R"(
+constexpr const char* snapshotDesk = R"(
     app Notes pid 41
         window 7 "W" at 0,0 size 500x500
             AXGroup
@@ -148,7 +148,9 @@ std::string groupOf(const std::vector<std::string>& texts) {
   return world;
 }
 
-TEST(axText, joins_the_static_texts_in_reading_order) { EXPECT_EQ(textOf(desk), "a b c d"); }
+TEST(axText, joins_the_static_texts_in_reading_order) {
+  EXPECT_EQ(textOf(snapshotDesk), "a b c d");
+}
 
 TEST(axText, skips_empty_texts) { EXPECT_EQ(textOf(groupOf({"a", "", "b"})), "a b"); }
 
@@ -157,12 +159,12 @@ TEST(axText, keeps_the_white_space_of_texts) {
 }
 
 TEST(axText, of_a_static_text_is_its_own_and_those_below) {
-  TestMac mac(desk);
+  TestMac mac(snapshotDesk);
   EXPECT_EQ(valueInside(mac, [] { return axText(simulated::makeElement({41, 3})); }), "a b");
 }
 
 TEST(axText, with_no_budget_reads_nothing) {
-  TestMac mac(desk);
+  TestMac mac(snapshotDesk);
   for (const int budget : {0, -1, -1000}) {
     std::string text = "?";
     const Result run = read(mac, budget, 120, text);
@@ -172,17 +174,17 @@ TEST(axText, with_no_budget_reads_nothing) {
 }
 
 TEST(axText, visits_no_more_elements_than_its_budget) {
-  EXPECT_EQ(textOf(desk, 1), "");
-  EXPECT_EQ(textOf(desk, 2), "a");
-  EXPECT_EQ(textOf(desk, 3), "a b");
-  EXPECT_EQ(textOf(desk, 6), "a b");
-  EXPECT_EQ(textOf(desk, 7), "a b c");
-  EXPECT_EQ(textOf(desk, 8), "a b c");
-  EXPECT_EQ(textOf(desk, 9), "a b c d");
+  EXPECT_EQ(textOf(snapshotDesk, 1), "");
+  EXPECT_EQ(textOf(snapshotDesk, 2), "a");
+  EXPECT_EQ(textOf(snapshotDesk, 3), "a b");
+  EXPECT_EQ(textOf(snapshotDesk, 6), "a b");
+  EXPECT_EQ(textOf(snapshotDesk, 7), "a b c");
+  EXPECT_EQ(textOf(snapshotDesk, 8), "a b c");
+  EXPECT_EQ(textOf(snapshotDesk, 9), "a b c d");
 }
 
 TEST(axText, reads_each_element_once_and_the_values_of_static_texts) {
-  TestMac mac(desk);
+  TestMac mac(snapshotDesk);
   std::string text;
   EXPECT_EQ(read(mac, 1, 120, text).calls, Calls{"ax.attributes"});
   EXPECT_EQ(read(mac, 3, 120, text).calls, (Calls{"ax.attributes", "ax.attributes", "ax.attribute",
@@ -249,7 +251,7 @@ TEST(axText, ends_within_its_budget_on_a_cycle) {
 }
 
 TEST(axText, ends_at_an_application_that_hangs) {
-  TestMac mac(desk, {"ax.attributes 2+ hang", "ax.attribute 1+ hang"});
+  TestMac mac(snapshotDesk, {"ax.attributes 2+ hang", "ax.attribute 1+ hang"});
   std::string text;
   const Result run = read(mac, 40, 120, text);
   EXPECT_EQ(text, "");

@@ -15,7 +15,7 @@ using platform::Function;
 
 using Texts = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* windowScopeDesk = R"(
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
         window 8 "Draft \u{2014} Notes" at 200,80 size 800x600
@@ -52,26 +52,27 @@ Texts titlesSeen(const std::string& world, const Environment& environment,
 }
 
 TEST(axWindows, are_all_in_the_applications_order_without_a_scope) {
-  EXPECT_EQ(titlesSeen(desk, {}), (Texts{"Inbox", "Draft \u2014 Notes", ""}));
-  EXPECT_EQ(titlesSeen(desk, {{"CU_WINDOW", ""}}), (Texts{"Inbox", "Draft \u2014 Notes", ""}));
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {}), (Texts{"Inbox", "Draft \u2014 Notes", ""}));
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {{"CU_WINDOW", ""}}),
+            (Texts{"Inbox", "Draft \u2014 Notes", ""}));
 }
 
 TEST(axWindows, without_a_scope_are_one_read) {
-  TestMac mac(desk);
+  TestMac mac(windowScopeDesk);
   EXPECT_EQ(runInside(mac, [&] { axWindows(applicationOf(mac, "Notes")); }).calls,
             Texts{"ax.attribute"});
 }
 
 TEST(axWindows, are_those_in_the_scope) {
-  EXPECT_EQ(titlesSeen(desk, inbox), Texts{"Inbox"});
-  EXPECT_EQ(titlesSeen(desk, {{"CU_WINDOW", "draft"}}), Texts{"Draft \u2014 Notes"});
-  EXPECT_EQ(titlesSeen(desk, {{"CU_WINDOW", "notes"}}), Texts{"Draft \u2014 Notes"});
-  EXPECT_EQ(titlesSeen(desk, {{"CU_WINDOW", "nothing"}}), Texts{});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, inbox), Texts{"Inbox"});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {{"CU_WINDOW", "draft"}}), Texts{"Draft \u2014 Notes"});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {{"CU_WINDOW", "notes"}}), Texts{"Draft \u2014 Notes"});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {{"CU_WINDOW", "nothing"}}), Texts{});
 }
 
 TEST(axWindows, are_none_when_they_cannot_be_read) {
-  EXPECT_EQ(titlesSeen(desk, {}, {"ax.attribute 1 error -25204"}), Texts{});
-  EXPECT_EQ(titlesSeen(desk, {}, {"ax.attribute 1 wrong"}), Texts{});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {}, {"ax.attribute 1 error -25204"}), Texts{});
+  EXPECT_EQ(titlesSeen(windowScopeDesk, {}, {"ax.attribute 1 wrong"}), Texts{});
   EXPECT_EQ(titlesSeen("app Notes pid 41\n", {}), Texts{});
   EXPECT_EQ(titlesSeen("app Notes pid 41 attribute AXWindows \"none\"\n", {}), Texts{});
 }
@@ -183,7 +184,8 @@ TEST(axWindowInScope, looks_for_the_entry_with_the_windows_number) {
 
 TEST(axWindowInScope, takes_a_window_without_a_title_on_the_server_for_untitled) {
   // Other applications' titles are hidden without the screen recording permission.
-  EXPECT_EQ(titlesSeen(std::string(desk) + "    deny screen-recording\n", inbox), Texts{});
+  EXPECT_EQ(titlesSeen(std::string(windowScopeDesk) + "    deny screen-recording\n", inbox),
+            Texts{});
 }
 
 TEST(axWindowInScope, is_false_for_a_window_that_nothing_is_known_of) {

@@ -9,7 +9,7 @@ namespace driver {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /// A rectangle with each of its four values in turn replaced by `value`.
 std::vector<Rect> withOne(double value) {
@@ -19,7 +19,7 @@ std::vector<Rect> withOne(double value) {
 TEST(isFinite, needs_four_finite_values) {
   EXPECT_TRUE(isFinite({0, 0, 0, 0}));
   EXPECT_TRUE(isFinite({-1e308, 1e308, -5, 1e-320}));
-  for (const double value : {nan, infinity, -infinity}) {
+  for (const double value : {nan, infinite, -infinite}) {
     for (const Rect& rect : withOne(value)) EXPECT_FALSE(isFinite(rect));
   }
 }
@@ -50,8 +50,8 @@ TEST(contains, is_false_for_what_is_not_a_number) {
   for (const Rect& rect : withOne(nan)) EXPECT_FALSE(contains(rect, {1, 2}));
   EXPECT_FALSE(contains({0, 0, 10, 10}, {nan, 5}));
   EXPECT_FALSE(contains({0, 0, 10, 10}, {5, nan}));
-  EXPECT_FALSE(contains({0, 0, 10, 10}, {infinity, 5}));
-  EXPECT_FALSE(contains({0, 0, 10, 10}, {-infinity, 5}));
+  EXPECT_FALSE(contains({0, 0, 10, 10}, {infinite, 5}));
+  EXPECT_FALSE(contains({0, 0, 10, 10}, {-infinite, 5}));
 }
 
 TEST(area, is_width_times_height) {
@@ -82,7 +82,7 @@ TEST(intersection, of_rectangles_that_share_no_area_is_none) {
 }
 
 TEST(intersection, with_a_rectangle_that_is_not_finite_is_none) {
-  for (const double value : {nan, infinity}) {
+  for (const double value : {nan, infinite}) {
     for (const Rect& rect : withOne(value)) {
       EXPECT_EQ(intersection(rect, {0, 0, 10, 10}), std::nullopt);
       EXPECT_EQ(intersection({0, 0, 10, 10}, rect), std::nullopt);

@@ -26,8 +26,8 @@ namespace driver {
 namespace {
 
 // The frames are thrown away: it is the mark that counts, which costs least with few small ones.
-constexpr double longestSide = 640;  // pixels
-constexpr double shortestSide = 2;   // pixels
+constexpr double longestMarkedSide = 640;  // pixels
+constexpr double shortestSide = 2;         // pixels
 constexpr std::int64_t frameIntervalSeconds = 1;
 constexpr std::int64_t queueDepth = 3;  // frames
 
@@ -85,7 +85,7 @@ share::StreamConfiguration streamConfiguration(const platform::Rect& frame,
                                                process::Version version) {
   const platform::Rect known = isFinite(frame) ? frame : platform::Rect{};
   const double longer = std::max(known.width, known.height);
-  const double scale = longer <= 1 ? 1 : std::min(longestSide / longer, 1.0);
+  const double scale = longer <= 1 ? 1 : std::min(longestMarkedSide / longer, 1.0);
 
   share::StreamConfiguration configuration;
   configuration.width = scaledSide(known.width, scale);

@@ -12,7 +12,7 @@ namespace {
 
 using namespace testing_support;
 
-constexpr const char* desk = R"(
+constexpr const char* commandsDesk = R"(
     app Browser pid 40 frontmost
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,100 size 200x200
@@ -33,7 +33,7 @@ std::string replyTo(TestMac& mac, driver::Arguments arguments) {
 }
 
 TEST(captureCommand, returns_its_reply_and_writes_nothing) {
-  TestMac mac(desk);
+  TestMac mac(commandsDesk);
 
   std::string reply;
   const Result run = runInside(mac, [&] {
@@ -46,7 +46,7 @@ TEST(captureCommand, returns_its_reply_and_writes_nothing) {
 }
 
 TEST(captureCommand, may_run_again_and_again) {
-  TestMac mac(desk);
+  TestMac mac(commandsDesk);
   const TemporaryFolder folder;
   std::string replies;
 
@@ -67,7 +67,7 @@ TEST(captureCommand, may_run_again_and_again) {
 }
 
 TEST(captureCommand, keeps_focus_that_the_process_holds) {
-  TestMac mac(desk);
+  TestMac mac(commandsDesk);
   mac.desktop().mac().world.applications[1].focusByRecord = 7;
 
   const Result run = runInside(mac, [] {
@@ -80,14 +80,14 @@ TEST(captureCommand, keeps_focus_that_the_process_holds) {
 }
 
 TEST(captureCommand, refuses_to_hold_focus_by_itself) {
-  TestMac mac(desk);
+  TestMac mac(commandsDesk);
 
   EXPECT_EQ(replyTo(mac, {"bg-focus-hold", "pid:41"}),
             R"({"error":"input focus must be held by a capture session","ok":false})");
 }
 
 TEST(captureCommand, probes_the_screen_whatever_the_argument) {
-  TestMac mac(desk);
+  TestMac mac(commandsDesk);
 
   EXPECT_EQ(replyTo(mac, {"capture-probe", "pid:41"}), R"({"ok":true})");
 }

@@ -12,7 +12,7 @@ using platform::Function;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* livenessDesk = R"(
     process 900
     app Browser pid 40 bundle com.example.browser frontmost
     app Notes pid 41 bundle com.example.notes
@@ -30,14 +30,14 @@ Result check(TestMac& mac, const Environment& environment) {
 
 /// The check with this service; the processes that were signalled go to `signalled`.
 std::string seenOf(const std::string& service, Calls& signalled) {
-  TestMac mac(desk);
+  TestMac mac(livenessDesk);
   const Result run = check(mac, {{"CU_CAPTURE_PID", service}});
   signalled = callsOf(mac, Function::nullSignal);
   return seen(run);
 }
 
 TEST(requireCaptureAlive, passes_without_a_service) {
-  TestMac mac(desk);
+  TestMac mac(livenessDesk);
   for (const Environment& environment : {Environment{}, Environment{{"CU_CAPTURE_PID", ""}}}) {
     const Result run = check(mac, environment);
     EXPECT_EQ(seen(run), passed);
@@ -61,7 +61,7 @@ TEST(requireCaptureAlive, fails_when_the_service_has_gone) {
 }
 
 TEST(requireCaptureAlive, fails_when_the_service_may_not_be_signalled) {
-  TestMac mac(desk, {"process.null-signal 1 refused"});
+  TestMac mac(livenessDesk, {"process.null-signal 1 refused"});
   EXPECT_EQ(seen(check(mac, {{"CU_CAPTURE_PID", "900"}})), stopped);
 }
 
@@ -86,7 +86,7 @@ TEST(requireCaptureAlive, signals_ids_of_groups_as_they_are) {
 }
 
 TEST(requireCaptureAlive, reads_the_variable_and_asks_afresh_each_time) {
-  TestMac mac(desk, {"process.null-signal 2 before end process 900"});
+  TestMac mac(livenessDesk, {"process.null-signal 2 before end process 900"});
   const Result run = runInside(mac,
                                [] {
                                  requireCaptureAlive();
@@ -99,7 +99,7 @@ TEST(requireCaptureAlive, reads_the_variable_and_asks_afresh_each_time) {
 }
 
 TEST(requireCaptureAlive, ends_a_click_before_the_next_event_when_the_service_dies) {
-  TestMac mac(std::string(desk) + "    at 45ms end process 900\n");
+  TestMac mac(std::string(livenessDesk) + "    at 45ms end process 900\n");
   const Result run = mac.driver("bg-click Notes 130 95", {{"CU_CAPTURE_PID", "900"}});
   EXPECT_EQ(seen(run), stopped);
   EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
@@ -110,7 +110,7 @@ TEST(requireCaptureAlive, ends_a_click_before_the_next_event_when_the_service_di
 }
 
 TEST(requireCaptureAlive, ends_a_click_before_its_first_event_when_the_service_dies_early) {
-  TestMac mac(std::string(desk) + "    at 1ms end process 900\n");
+  TestMac mac(std::string(livenessDesk) + "    at 1ms end process 900\n");
   const Result run = mac.driver("bg-click Notes 130 95", {{"CU_CAPTURE_PID", "900"}});
   EXPECT_EQ(seen(run), stopped);
   EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
@@ -120,7 +120,7 @@ TEST(requireCaptureAlive, ends_a_click_before_its_first_event_when_the_service_d
 }
 
 TEST(requireCaptureAlive, does_not_look_at_a_service_that_dies_after_the_last_event) {
-  TestMac mac(std::string(desk) + "    at 300ms end process 900\n");
+  TestMac mac(std::string(livenessDesk) + "    at 300ms end process 900\n");
   const Result run = mac.driver("bg-click Notes 130 95", {{"CU_CAPTURE_PID", "900"}});
   EXPECT_EQ(seen(run), success(R"({"changed":false,"ok":true,"via":"background","window":7})"));
 }

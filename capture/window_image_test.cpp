@@ -8,7 +8,7 @@ namespace {
 
 using namespace testing_support;
 
-constexpr const char* desk = R"(
+constexpr const char* windowImageDesk = R"(
     app Notes pid 41
         window 7 "Inbox" at 100,80 size 801x600.5
             AXCheckBox "Done" at 120,130 size 60x20 value 0
@@ -29,7 +29,7 @@ std::string screenshot(const TestMac& mac) {
 }
 
 TEST(windowImage, is_the_window_alone_at_half_size_desktop_windows_included) {
-  TestMac mac(desk);
+  TestMac mac(windowImageDesk);
 
   EXPECT_TRUE(imageOf(mac, 7).has_value());
 
@@ -38,7 +38,7 @@ TEST(windowImage, is_the_window_alone_at_half_size_desktop_windows_included) {
 }
 
 TEST(windowImage, is_at_least_one_pixel_wide_and_high) {
-  TestMac mac(desk);
+  TestMac mac(windowImageDesk);
 
   EXPECT_TRUE(imageOf(mac, 8).has_value());
 
@@ -46,7 +46,7 @@ TEST(windowImage, is_at_least_one_pixel_wide_and_high) {
 }
 
 TEST(windowImage, is_no_longer_than_the_hardware_allows) {
-  TestMac mac(desk);
+  TestMac mac(windowImageDesk);
 
   EXPECT_TRUE(imageOf(mac, 10).has_value());
 
@@ -56,7 +56,7 @@ TEST(windowImage, is_no_longer_than_the_hardware_allows) {
 TEST(windowImage, of_what_is_not_on_screen_or_cannot_be_captured_is_none) {
   for (const platform::WindowNumber number : {9U, 11U, 12U, 99U, 0U}) {
     SCOPED_TRACE(number);
-    TestMac mac(desk);
+    TestMac mac(windowImageDesk);
 
     EXPECT_FALSE(imageOf(mac, number).has_value());
     EXPECT_TRUE(callsOf(mac, platform::Function::screenshot).empty());
@@ -67,14 +67,14 @@ TEST(windowImage, that_the_system_refuses_is_none) {
   for (const char* fault :
        {"share.content 1 thrown", "share.screenshot 1 thrown", "image.pixels 1 absent"}) {
     SCOPED_TRACE(fault);
-    TestMac mac(desk, {fault});
+    TestMac mac(windowImageDesk, {fault});
 
     EXPECT_FALSE(imageOf(mac, 7).has_value());
   }
 }
 
 TEST(windowImage, differs_exactly_when_the_window_changed) {
-  TestMac mac(desk);
+  TestMac mac(windowImageDesk);
 
   const auto before = imageOf(mac, 7);
   const auto again = imageOf(mac, 7);

@@ -80,7 +80,7 @@ TEST(typedPieces, leave_a_character_that_is_too_long_whole_and_alone) {
 TEST(typedPieces, keep_a_lone_carriage_return) { EXPECT_EQ(typedPieces("a\rb"), Pieces{u"a\rb"}); }
 
 /// What random lines are made of: what joins with its neighbours, and what does not.
-const std::string parts[] = {
+const std::string pieces[] = {
     "a",          "Z",          " ",          "\t",         "\u00E9",     "e\u0301",
     "\u0301",     "\u0323",     "\u200D",     "\uFE0F",     "\u4F60",     "\uFFFD",
     "\uFFFF",     "\U0001F600", "\U0001F468", "\U0001F469", "\U0001F3FD", "\U0001F1EB",
@@ -92,9 +92,9 @@ std::string randomLine(std::mt19937& random) {
   std::string line;
   const std::size_t count = random() % 80;
   // A bias to one part gives long runs of marks, joiners and flags.
-  const std::string& favourite = parts[random() % std::size(parts)];
+  const std::string& favourite = pieces[random() % std::size(pieces)];
   for (std::size_t i = 0; i < count; ++i) {
-    line += random() % 2 == 0 ? favourite : parts[random() % std::size(parts)];
+    line += random() % 2 == 0 ? favourite : pieces[random() % std::size(pieces)];
   }
   return line;
 }

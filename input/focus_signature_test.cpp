@@ -13,7 +13,7 @@ using platform::Function;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* focusSignatureDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
@@ -49,7 +49,7 @@ bool isNumber(const std::string& text) {
 }
 
 TEST(focusSignature, has_four_parts) {
-  const Calls parts = partsOf(signatureOf(desk));
+  const Calls parts = partsOf(signatureOf(focusSignatureDesk));
   ASSERT_EQ(parts.size(), 4U);
   EXPECT_TRUE(isNumber(parts[0])) << parts[0];
   EXPECT_TRUE(isNumber(parts[1])) << parts[1];
@@ -58,7 +58,7 @@ TEST(focusSignature, has_four_parts) {
 }
 
 TEST(focusSignature, is_the_platforms_hashes_in_decimal) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   runInside(mac, [&] {
     const ax::Value window{elementOf(mac, "Notes", "Inbox")};
     const ax::Value value{std::string("hello")};
@@ -69,11 +69,11 @@ TEST(focusSignature, is_the_platforms_hashes_in_decimal) {
 }
 
 TEST(focusSignature, is_the_same_while_nothing_changes) {
-  EXPECT_EQ(signatureOf(desk), signatureOf(desk));
+  EXPECT_EQ(signatureOf(focusSignatureDesk), signatureOf(focusSignatureDesk));
 }
 
 TEST(focusSignature, differs_when_any_part_changes) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   auto& notes = mac.desktop().mac().world.applications.at(1);
   auto& body = notes.elements.at(1);
   std::vector<std::string> signatures = {signatureOf(mac)};
@@ -97,14 +97,14 @@ TEST(focusSignature, differs_when_any_part_changes) {
 }
 
 TEST(focusSignature, without_a_focused_element_is_the_window_alone) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   const std::string window = partsOf(signatureOf(mac))[0];
   mac.desktop().mac().world.applications.at(1).focusedElement = 0;
   EXPECT_EQ(signatureOf(mac), window);
 }
 
 TEST(focusSignature, has_a_dash_for_a_window_that_cannot_be_read) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   const Calls parts = partsOf(signatureOf(mac));
   mac.desktop().mac().world.applications.at(1).focusedWindow = 0;
   EXPECT_EQ(signatureOf(mac), "-|" + parts[1] + "|" + parts[2] + "|" + parts[3]);
@@ -113,7 +113,7 @@ TEST(focusSignature, has_a_dash_for_a_window_that_cannot_be_read) {
 }
 
 TEST(focusSignature, leaves_out_a_selection_or_value_that_cannot_be_read) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   const Calls parts = partsOf(signatureOf(mac));
   auto& body = mac.desktop().mac().world.applications.at(1).elements.at(1);
   body.failing["AXValue"] = ax::Error::noValue;
@@ -125,7 +125,7 @@ TEST(focusSignature, leaves_out_a_selection_or_value_that_cannot_be_read) {
 }
 
 TEST(focusSignature, leaves_out_a_selection_that_is_no_range) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   const Calls parts = partsOf(signatureOf(mac));
   mac.desktop().mac().world.applications.at(1).elements.at(1).attributes["AXSelectedTextRange"] =
       std::string("2:3");
@@ -144,14 +144,15 @@ TEST(focusSignature, takes_values_of_all_types) {
 }
 
 TEST(focusSignature, is_a_dash_for_an_application_that_does_not_answer) {
-  EXPECT_EQ(signatureOf(desk, {"ax.attributes 1 error -25204", "ax.attribute 1+ error -25204"}),
+  EXPECT_EQ(signatureOf(focusSignatureDesk,
+                        {"ax.attributes 1 error -25204", "ax.attribute 1+ error -25204"}),
             "-");
   EXPECT_EQ(signatureOf("app Notes pid 41 hangs\n"), "-");
   EXPECT_EQ(signatureOf("app Other pid 50\n"), "-");
 }
 
 TEST(focusSignature, reads_each_attribute_once) {
-  TestMac mac(desk);
+  TestMac mac(focusSignatureDesk);
   EXPECT_EQ(runInside(mac, [] { focusSignature(41); }).calls,
             (Calls{"ax.attributes", "ax.attributes"}));
 }

@@ -16,7 +16,7 @@ using namespace testing_support;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* heldFocusDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
         window 5 "Start" at 0,30 size 600x500
     app Notes pid 41 bundle com.example.notes
@@ -41,7 +41,7 @@ Result release(TestMac& mac, std::int64_t count, bool all, std::int64_t& left) {
 }
 
 bool heldFor(platform::Pid pid, const Environment& environment) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   return valueInside(
       mac, [&] { return inputFocusHeld(pid); }, environment);
 }
@@ -53,7 +53,7 @@ TEST(inputFocusHeld, is_false_when_nobody_holds_it) {
 }
 
 TEST(inputFocusHeld, is_true_for_a_hold_of_this_process) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   const Result run = runInside(mac, [] {
     globals().heldInputFocus[41] = {1, 7};
     EXPECT_TRUE(inputFocusHeld(41));
@@ -76,7 +76,7 @@ TEST(inputFocusHeld, compares_the_process_id_as_text) {
 }
 
 TEST(inputFocusHeld, reads_the_variable_afresh_each_time) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   const Result run = runInside(mac, [] {
     inputFocusHeld(41);
     inputFocusHeld(41);
@@ -85,7 +85,7 @@ TEST(inputFocusHeld, reads_the_variable_afresh_each_time) {
 }
 
 TEST(releaseInputFocus, does_nothing_without_a_hold) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   const Result run = runInside(mac, [] {
     globals().heldInputFocus[40] = {1, 5};
     releaseInputFocus(41);
@@ -96,7 +96,7 @@ TEST(releaseInputFocus, does_nothing_without_a_hold) {
 }
 
 TEST(releaseInputFocus, counts_nested_holds_down_and_posts_nothing) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   std::int64_t left = 0;
   const Result run = release(mac, 3, false, left);
   EXPECT_EQ(left, 2);
@@ -106,7 +106,7 @@ TEST(releaseInputFocus, counts_nested_holds_down_and_posts_nothing) {
 }
 
 TEST(releaseInputFocus, takes_focus_back_with_the_last_hold) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   std::int64_t left = 9;
   const Result run = release(mac, 1, false, left);
   EXPECT_EQ(left, 0);
@@ -115,14 +115,14 @@ TEST(releaseInputFocus, takes_focus_back_with_the_last_hold) {
 }
 
 TEST(releaseInputFocus, takes_a_hold_that_counts_nothing_for_the_last) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   std::int64_t left = 9;
   EXPECT_EQ(release(mac, 0, false, left).effects, takenBack);
   EXPECT_EQ(left, 0);
 }
 
 TEST(releaseInputFocus, ends_all_holds_at_once_when_asked_to) {
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   std::int64_t left = 9;
   EXPECT_EQ(release(mac, 3, true, left).effects, takenBack);
   EXPECT_EQ(left, 0);
@@ -130,7 +130,7 @@ TEST(releaseInputFocus, ends_all_holds_at_once_when_asked_to) {
 
 TEST(releaseInputFocus, keeps_its_counts_in_any_sequence_of_holds_and_releases) {
   constexpr int steps = 400;
-  TestMac mac(desk);
+  TestMac mac(heldFocusDesk);
   std::minstd_rand random(7);
   runInside(mac, [&] {
     std::map<platform::Pid, std::int64_t> expected;
@@ -156,7 +156,7 @@ TEST(releaseInputFocus, keeps_its_counts_in_any_sequence_of_holds_and_releases) 
 }
 
 TEST(releaseInputFocus, leaves_focus_to_the_process_in_front) {
-  TestMac mac(std::string(desk) + "    at 0ms front Notes\n");
+  TestMac mac(std::string(heldFocusDesk) + "    at 0ms front Notes\n");
   std::int64_t left = 9;
   const Result run = release(mac, 1, false, left);
   EXPECT_EQ(left, 0);
@@ -165,7 +165,7 @@ TEST(releaseInputFocus, leaves_focus_to_the_process_in_front) {
 }
 
 TEST(releaseInputFocus, posts_nothing_when_the_foreground_is_unknown) {
-  TestMac mac(desk, {"private.front-process 1 error -600"});
+  TestMac mac(heldFocusDesk, {"private.front-process 1 error -600"});
   std::int64_t left = 9;
   const Result run = release(mac, 1, false, left);
   EXPECT_EQ(left, 0);
@@ -174,7 +174,7 @@ TEST(releaseInputFocus, posts_nothing_when_the_foreground_is_unknown) {
 }
 
 TEST(releaseInputFocus, forgets_the_hold_before_it_takes_focus_back) {
-  TestMac mac(desk, {"private.process-for-pid 1 error -600"});
+  TestMac mac(heldFocusDesk, {"private.process-for-pid 1 error -600"});
   std::int64_t left = 9;
   EXPECT_EQ(release(mac, 1, false, left).effects, "");
   EXPECT_EQ(left, 0);

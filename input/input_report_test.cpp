@@ -6,33 +6,24 @@
 #include <set>
 #include <string>
 
+#include "tests/support/tap_events.h"
+
 namespace driver {
 namespace {
 
 using quartz::EventType;
+using testing_support::eventOf;
+using testing_support::keyDown;
 
-constexpr std::uint64_t shift = 0x20000;
-constexpr std::uint64_t command = 0x100000;
+constexpr std::uint64_t shiftFlag = 0x20000;
+constexpr std::uint64_t commandFlag = 0x100000;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-tap::Event event(EventType type) {
-  tap::Event made;
-  made.type = static_cast<std::uint32_t>(type);
-  return made;
-}
-
 tap::Event moved(std::int64_t deltaX, std::int64_t deltaY) {
-  tap::Event made = event(EventType::mouseMoved);
+  tap::Event made = eventOf(EventType::mouseMoved);
   made.deltaX = deltaX;
   made.deltaY = deltaY;
-  return made;
-}
-
-tap::Event keyDown(std::int64_t code, std::uint64_t flags = 0) {
-  tap::Event made = event(EventType::keyDown);
-  made.keyCode = code;
-  made.flags = flags;
   return made;
 }
 
@@ -49,12 +40,12 @@ TEST(watched_input, is_no_notice_that_the_tap_is_disabled) {
   EXPECT_TRUE(isDisabledNotice(notice));
   notice.type = 0xFFFFFFFF;
   EXPECT_TRUE(isDisabledNotice(notice));
-  for (const EventType type : watchedTypes) EXPECT_FALSE(isDisabledNotice(event(type)));
+  for (const EventType type : watchedTypes) EXPECT_FALSE(isDisabledNotice(eventOf(type)));
 }
 
 TEST(users_input, is_not_what_carries_the_tools_own_tag) {
   for (const EventType type : watchedTypes) {
-    tap::Event own = event(type);
+    tap::Event own = eventOf(type);
     own.deltaX = 100;
     EXPECT_TRUE(isUsersInput(own));
     own.sourceUserData = 0x5A545256;
@@ -78,7 +69,7 @@ TEST(users_input, begins_with_a_movement_of_two_points) {
 
 TEST(users_input, is_every_other_event_without_a_movement) {
   for (const EventType type : watchedTypes) {
-    EXPECT_EQ(isUsersInput(event(type)), type != EventType::mouseMoved);
+    EXPECT_EQ(isUsersInput(eventOf(type)), type != EventType::mouseMoved);
   }
 }
 
@@ -87,8 +78,8 @@ TEST(input_kind, is_of_three) {
     std::string expected = "pointer";
     if (type == EventType::keyDown || type == EventType::flagsChanged) expected = "key";
     if (type == EventType::scrollWheel) expected = "scroll";
-    EXPECT_EQ(inputKind(event(type)), expected);
-    EXPECT_EQ(isKeyInput(event(type)), expected == "key");
+    EXPECT_EQ(inputKind(eventOf(type)), expected);
+    EXPECT_EQ(isKeyInput(eventOf(type)), expected == "key");
   }
 }
 
@@ -97,7 +88,7 @@ windowserver::Window window(std::int64_t pid, double x, double width) {
 }
 
 bool touches41(const std::vector<windowserver::Window>& windows) {
-  tap::Event click = event(EventType::leftMouseDown);
+  tap::Event click = eventOf(EventType::leftMouseDown);
   click.location = {50, 50};
   return isOnWindowOf(41, click, windows);
 }
@@ -138,20 +129,20 @@ TEST(promptness, of_return_and_enter_is_that_of_a_submission) {
   for (const bool touches : {false, true}) {
     EXPECT_EQ(promptnessOf(keyDown(36), touches), Promptness::submitted);
     EXPECT_EQ(promptnessOf(keyDown(76), touches), Promptness::submitted);
-    EXPECT_EQ(promptnessOf(keyDown(36, command), touches), Promptness::submitted);
+    EXPECT_EQ(promptnessOf(keyDown(36, commandFlag), touches), Promptness::submitted);
   }
 }
 
 TEST(promptness, of_a_shifted_return_depends_on_what_it_touches) {
-  EXPECT_EQ(promptnessOf(keyDown(36, shift), true), Promptness::atOnce);
-  EXPECT_EQ(promptnessOf(keyDown(76, shift | command), true), Promptness::atOnce);
-  EXPECT_EQ(promptnessOf(keyDown(36, shift), false), Promptness::throttled);
-  EXPECT_EQ(promptnessOf(keyDown(76, shift | command), false), Promptness::throttled);
+  EXPECT_EQ(promptnessOf(keyDown(36, shiftFlag), true), Promptness::atOnce);
+  EXPECT_EQ(promptnessOf(keyDown(76, shiftFlag | commandFlag), true), Promptness::atOnce);
+  EXPECT_EQ(promptnessOf(keyDown(36, shiftFlag), false), Promptness::throttled);
+  EXPECT_EQ(promptnessOf(keyDown(76, shiftFlag | commandFlag), false), Promptness::throttled);
 }
 
 TEST(promptness, of_everything_else_depends_on_what_it_touches) {
   for (const EventType type : watchedTypes) {
-    tap::Event other = event(type);
+    tap::Event other = eventOf(type);
     EXPECT_EQ(promptnessOf(other, true), Promptness::atOnce);
     EXPECT_EQ(promptnessOf(other, false), Promptness::throttled);
     if (type == EventType::keyDown) continue;

@@ -13,19 +13,19 @@ using driver::beginPointerFocus;
 using driver::endPointerFocus;
 using driver::PointerFocus;
 
-constexpr const char* desk = R"(
+constexpr const char* pointerFocusDesk = R"(
     app Browser pid 40 frontmost
     app Notes pid 41
         window 7 "Inbox" at 100,100 size 200x200
 )";
 
-constexpr driver::TargetWindow inbox{7, {100, 100, 200, 200}};
+constexpr driver::TargetWindow pointerFocusInbox{7, {100, 100, 200, 200}};
 
 TEST(pointer_focus, is_given_and_taken_back_after_the_pause) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
-    const PointerFocus focus = beginPointerFocus(41, inbox);
+    const PointerFocus focus = beginPointerFocus(41, pointerFocusInbox);
     EXPECT_EQ(focus, PointerFocus::given);
     endPointerFocus(focus, 50'000);
   });
@@ -35,10 +35,10 @@ TEST(pointer_focus, is_given_and_taken_back_after_the_pause) {
 }
 
 TEST(pointer_focus, is_not_needed_in_front_and_nothing_is_waited_for) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
-    const PointerFocus focus = beginPointerFocus(40, inbox);
+    const PointerFocus focus = beginPointerFocus(40, pointerFocusInbox);
     EXPECT_EQ(focus, PointerFocus::notNeeded);
     endPointerFocus(focus, 50'000);
   });
@@ -48,21 +48,21 @@ TEST(pointer_focus, is_not_needed_in_front_and_nothing_is_waited_for) {
 }
 
 TEST(pointer_focus, is_not_needed_while_this_process_holds_it) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
     driver::globals().heldInputFocus[41] = {1, 7};
-    EXPECT_EQ(beginPointerFocus(41, inbox), PointerFocus::notNeeded);
+    EXPECT_EQ(beginPointerFocus(41, pointerFocusInbox), PointerFocus::notNeeded);
   });
 
   EXPECT_EQ(run.effects, "");
 }
 
 TEST(pointer_focus, that_has_come_to_be_held_is_not_taken_back) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
-    const PointerFocus focus = beginPointerFocus(41, inbox);
+    const PointerFocus focus = beginPointerFocus(41, pointerFocusInbox);
     driver::globals().heldInputFocus[41] = {1, 7};
     endPointerFocus(focus, 100'000);
   });
@@ -72,10 +72,10 @@ TEST(pointer_focus, that_has_come_to_be_held_is_not_taken_back) {
 }
 
 TEST(pointer_focus, is_taken_back_once_and_without_the_pause_when_the_run_fails) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
-    beginPointerFocus(41, inbox);
+    beginPointerFocus(41, pointerFocusInbox);
     driver::fail("enough");
   });
 
@@ -85,10 +85,10 @@ TEST(pointer_focus, is_taken_back_once_and_without_the_pause_when_the_run_fails)
 }
 
 TEST(pointer_focus, that_was_taken_back_is_not_taken_again_when_the_run_fails) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [] {
-    endPointerFocus(beginPointerFocus(41, inbox), 50'000);
+    endPointerFocus(beginPointerFocus(41, pointerFocusInbox), 50'000);
     driver::fail("enough");
   });
 
@@ -96,10 +96,10 @@ TEST(pointer_focus, that_was_taken_back_is_not_taken_again_when_the_run_fails) {
 }
 
 TEST(pointer_focus, is_not_taken_back_by_a_failing_run_when_the_target_is_in_front) {
-  TestMac mac(desk);
+  TestMac mac(pointerFocusDesk);
 
   const Result run = runInside(mac, [&] {
-    beginPointerFocus(41, inbox);
+    beginPointerFocus(41, pointerFocusInbox);
     mac.desktop().mac().world.frontmost = 41;
     driver::fail("enough");
   });
@@ -108,10 +108,10 @@ TEST(pointer_focus, is_not_taken_back_by_a_failing_run_when_the_target_is_in_fro
 }
 
 TEST(pointer_focus, that_is_refused_has_nothing_to_undo) {
-  TestMac mac(desk, {"private.post-record 1 error -600"});
+  TestMac mac(pointerFocusDesk, {"private.post-record 1 error -600"});
 
   const Result run = runInside(mac, [] {
-    EXPECT_EQ(beginPointerFocus(41, inbox), PointerFocus::unavailable);
+    EXPECT_EQ(beginPointerFocus(41, pointerFocusInbox), PointerFocus::unavailable);
     driver::fail("enough");
   });
 

@@ -13,7 +13,7 @@ using platform::Function;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* postDesk = R"(
     process 900
     app Browser pid 40 bundle com.example.browser frontmost
     app Notes pid 41 bundle com.example.notes
@@ -45,7 +45,7 @@ Calls postsIn(const Result& run) {
 }
 
 TEST(postTarget, takes_the_public_route_by_default) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   const Result run = runInside(mac, [] { postTarget(someEvent(), 41); });
   EXPECT_EQ(run.calls, (Calls{"quartz.create-mouse-event", "process.environment",
                               "windowserver.session", "quartz.post", "loop.sleep"}));
@@ -53,7 +53,7 @@ TEST(postTarget, takes_the_public_route_by_default) {
 }
 
 TEST(postTarget, takes_the_private_route_alone) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   const Result run = post(mac, {true, false});
   EXPECT_EQ(run.calls,
             (Calls{"quartz.create-mouse-event", "process.environment", "windowserver.session",
@@ -62,14 +62,14 @@ TEST(postTarget, takes_the_private_route_alone) {
 }
 
 TEST(postTarget, posts_twice_by_both_routes_the_private_one_first) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   const Result run = post(mac, {true, true});
   EXPECT_EQ(postsIn(run), (Calls{"private.post", "quartz.post"}));
   EXPECT_EQ(run.elapsed, 12'000);
 }
 
 TEST(postTarget, marks_the_event_as_the_tools_own) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   post(mac, {true, true});
   int posts = 0;
   for (const auto& entry : mac.desktop().trace()) {
@@ -89,7 +89,7 @@ TEST(postTarget, marks_the_event_as_the_tools_own) {
 }
 
 TEST(postTarget, skips_a_missing_private_route_silently) {
-  TestMac mac(std::string(desk) + "    missing SLEventPostToPid\n");
+  TestMac mac(std::string(postDesk) + "    missing SLEventPostToPid\n");
   EXPECT_EQ(postsIn(post(mac, {true, true})), Calls{"quartz.post"});
   const Result run = post(mac, {true, false});
   EXPECT_EQ(postsIn(run), Calls{});
@@ -97,7 +97,7 @@ TEST(postTarget, skips_a_missing_private_route_silently) {
 }
 
 TEST(postTarget, does_nothing_about_an_absent_event) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   const Result run = runInside(mac, [] {
     postTarget(std::nullopt, 41, {true, true});
     EXPECT_FALSE(globals().droppedWhileLocked);
@@ -108,7 +108,7 @@ TEST(postTarget, does_nothing_about_an_absent_event) {
 
 TEST(postTarget, withholds_the_event_while_the_session_is_unusable) {
   for (const char* session : {"session locked", "session off-console"}) {
-    TestMac mac(std::string(desk) + "    " + session + "\n");
+    TestMac mac(std::string(postDesk) + "    " + session + "\n");
     const Result run = runInside(mac, [] {
       postTarget(someEvent(), 41, {true, true});
       EXPECT_TRUE(globals().droppedWhileLocked);
@@ -119,7 +119,7 @@ TEST(postTarget, withholds_the_event_while_the_session_is_unusable) {
 }
 
 TEST(postTarget, notes_that_an_absent_event_was_withheld_too) {
-  TestMac mac(std::string(desk) + "    session locked\n");
+  TestMac mac(std::string(postDesk) + "    session locked\n");
   EXPECT_TRUE(valueInside(mac, [] {
     postTarget(std::nullopt, 41);
     return globals().droppedWhileLocked;
@@ -127,7 +127,8 @@ TEST(postTarget, notes_that_an_absent_event_was_withheld_too) {
 }
 
 TEST(postTarget, never_forgets_that_it_withheld_something) {
-  TestMac mac(std::string(desk) + "    session locked\n", {"windowserver.session 2 before unlock"});
+  TestMac mac(std::string(postDesk) + "    session locked\n",
+              {"windowserver.session 2 before unlock"});
   const Result run = runInside(mac, [] {
     postTarget(someEvent(), 41);
     postTarget(someEvent(), 41);
@@ -137,7 +138,7 @@ TEST(postTarget, never_forgets_that_it_withheld_something) {
 }
 
 TEST(postTarget, asks_for_the_service_and_the_session_before_each_event) {
-  TestMac mac(desk);
+  TestMac mac(postDesk);
   const Result run = runInside(mac,
                                [] {
                                  const auto event = someEvent();
@@ -152,7 +153,7 @@ TEST(postTarget, asks_for_the_service_and_the_session_before_each_event) {
 }
 
 TEST(postTarget, ends_the_run_when_the_service_has_gone) {
-  TestMac mac(std::string(desk) + "    session locked\n");
+  TestMac mac(std::string(postDesk) + "    session locked\n");
   const Result run = post(mac, {true, true}, {{"CU_CAPTURE_PID", "901"}});
   EXPECT_EQ(seen(run), failure("native screen sharing stopped; background input is disabled"));
   EXPECT_EQ(run.calls,
@@ -160,7 +161,7 @@ TEST(postTarget, ends_the_run_when_the_service_has_gone) {
 }
 
 TEST(postTarget, ends_the_run_when_the_service_dies_between_two_events) {
-  TestMac mac(std::string(desk) + "    at 5ms end process 900\n");
+  TestMac mac(std::string(postDesk) + "    at 5ms end process 900\n");
   const Result run = runInside(mac,
                                [] {
                                  for (int i = 0; i < 3; ++i) postTarget(someEvent(), 41);

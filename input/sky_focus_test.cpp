@@ -11,7 +11,7 @@ using namespace testing_support;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* skyFocusDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
@@ -31,7 +31,7 @@ bool focusOn(TestMac& mac, platform::Pid pid, platform::WindowNumber window, boo
 }
 
 TEST(sky_focus, gives_focus_by_one_record_and_waits) {
-  TestMac mac(desk);
+  TestMac mac(skyFocusDesk);
   const Result run = runInside(mac, [] { EXPECT_TRUE(Sky::focus(41, 7, true)); });
   EXPECT_EQ(run.effects, "    0 ms  focus 41/7 give\n");
   EXPECT_EQ(run.elapsed, 40'000);
@@ -40,7 +40,7 @@ TEST(sky_focus, gives_focus_by_one_record_and_waits) {
 }
 
 TEST(sky_focus, takes_focus_back_by_one_record_and_waits) {
-  TestMac mac(desk);
+  TestMac mac(skyFocusDesk);
   const Result run = runInside(mac, [] { EXPECT_TRUE(Sky::focus(41, 7, false)); });
   EXPECT_EQ(run.effects, "    0 ms  focus 41/7 take\n");
   EXPECT_EQ(run.elapsed, 40'000);
@@ -49,7 +49,7 @@ TEST(sky_focus, takes_focus_back_by_one_record_and_waits) {
 }
 
 TEST(sky_focus, writes_the_window_least_significant_byte_first) {
-  TestMac mac(desk);
+  TestMac mac(skyFocusDesk);
   focusOn(mac, 41, 0x01234567, true);
   focusOn(mac, 41, 0xFEDCBA98, true);
   EXPECT_EQ(postedRecords(mac), (Calls{record({{0x04, 0xF8},
@@ -69,7 +69,7 @@ TEST(sky_focus, writes_the_window_least_significant_byte_first) {
 }
 
 TEST(sky_focus, looks_its_entry_points_up_before_it_asks_for_the_process) {
-  TestMac mac(desk);
+  TestMac mac(skyFocusDesk);
   EXPECT_EQ(runInside(mac, [] { Sky::focus(41, 7, true); }).calls,
             (Calls{"loader.open-library", "loader.find-symbol", "loader.open-library",
                    "loader.find-symbol", "private.process-for-pid", "private.post-record",
@@ -79,7 +79,7 @@ TEST(sky_focus, looks_its_entry_points_up_before_it_asks_for_the_process) {
 TEST(sky_focus, fails_at_once_without_its_entry_points) {
   for (const char* missing :
        {"SkyLight", "SLPSPostEventRecordTo", "ApplicationServices", "GetProcessForPID"}) {
-    TestMac mac(std::string(desk) + "    missing " + missing + "\n");
+    TestMac mac(std::string(skyFocusDesk) + "    missing " + missing + "\n");
     const Result run = runInside(mac, [] { EXPECT_FALSE(Sky::focus(41, 7, true)); });
     EXPECT_EQ(run.effects, "") << missing;
     EXPECT_EQ(run.elapsed, 0) << missing;
@@ -87,20 +87,20 @@ TEST(sky_focus, fails_at_once_without_its_entry_points) {
 }
 
 TEST(sky_focus, looks_for_no_second_entry_point_when_the_first_is_missing) {
-  TestMac mac(std::string(desk) + "    missing SLPSPostEventRecordTo\n");
+  TestMac mac(std::string(skyFocusDesk) + "    missing SLPSPostEventRecordTo\n");
   EXPECT_EQ(runInside(mac, [] { Sky::focus(41, 7, true); }).calls,
             (Calls{"loader.open-library", "loader.find-symbol"}));
 }
 
 TEST(sky_focus, fails_at_once_for_a_process_without_a_serial_number) {
-  TestMac mac(desk);
+  TestMac mac(skyFocusDesk);
   const Result run = runInside(mac, [] { EXPECT_FALSE(Sky::focus(99, 7, true)); });
   EXPECT_EQ(run.effects, "");
   EXPECT_EQ(run.elapsed, 0);
 }
 
 TEST(sky_focus, waits_also_when_the_record_is_refused) {
-  TestMac mac(desk, {"private.post-record 1 error -600"});
+  TestMac mac(skyFocusDesk, {"private.post-record 1 error -600"});
   const Result run = runInside(mac, [] { EXPECT_FALSE(Sky::focus(41, 7, true)); });
   EXPECT_EQ(run.elapsed, 40'000);
   EXPECT_EQ(postedRecords(mac).size(), 1U);

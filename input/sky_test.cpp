@@ -14,7 +14,7 @@ using platform::Function;
 
 using Calls = std::vector<std::string>;
 
-constexpr const char* desk = R"(
+constexpr const char* skyDesk = R"(
     app Notes pid 41 bundle com.example.notes frontmost
 )";
 
@@ -46,12 +46,12 @@ Calls lookups(TestMac& mac, int missing) {
 }
 
 TEST(sky, looks_nothing_up_before_it_is_needed) {
-  TestMac mac(desk);
+  TestMac mac(skyDesk);
   EXPECT_EQ(runInside(mac, [] {}).calls, Calls{});
 }
 
 TEST(sky, looks_each_library_and_symbol_up_once) {
-  TestMac mac(desk);
+  TestMac mac(skyDesk);
   EXPECT_EQ(lookups(mac, 0),
             (Calls{openSkyLight + std::string("1"), openApplicationServices + std::string("2"),
                    "loader.find-symbol 1 \"SLEventPostToPid\" -> true",
@@ -69,7 +69,7 @@ TEST(sky, looks_an_absent_symbol_up_only_once) {
   for (const char* symbol :
        {"SLEventPostToPid", "SLEventSetIntegerValueField", "SLPSPostEventRecordTo",
         "GetProcessForPID", "GetFrontProcess", "GetProcessPID", "_AXUIElementGetWindow"}) {
-    TestMac mac(std::string(desk) + "    missing " + symbol + "\n");
+    TestMac mac(std::string(skyDesk) + "    missing " + symbol + "\n");
     const Calls lines = lookups(mac, 1);
     EXPECT_EQ(lines.size(), 11U) << symbol;
     const std::string end = std::string(" \"") + symbol + "\" -> false";
@@ -79,14 +79,14 @@ TEST(sky, looks_an_absent_symbol_up_only_once) {
 }
 
 TEST(sky, looks_the_absent_window_location_up_once_in_each_place) {
-  TestMac mac(std::string(desk) + "    missing CGEventSetWindowLocation\n");
+  TestMac mac(std::string(skyDesk) + "    missing CGEventSetWindowLocation\n");
   const Calls lines = lookups(mac, 1);
   EXPECT_EQ(lines.size(), 11U);
   EXPECT_EQ(lines.back(), "loader.find-loaded-symbol \"CGEventSetWindowLocation\" -> false");
 }
 
 TEST(sky, looks_no_symbol_up_in_a_library_that_did_not_open) {
-  TestMac mac(std::string(desk) + "    missing SkyLight\n");
+  TestMac mac(std::string(skyDesk) + "    missing SkyLight\n");
   EXPECT_EQ(lookups(mac, 4),
             (Calls{openSkyLight + std::string("-"), openApplicationServices + std::string("2"),
                    "loader.find-symbol 2 \"GetProcessForPID\" -> true",
@@ -96,7 +96,7 @@ TEST(sky, looks_no_symbol_up_in_a_library_that_did_not_open) {
 }
 
 TEST(sky, has_nothing_of_a_missing_application_services) {
-  TestMac mac(std::string(desk) + "    missing ApplicationServices\n");
+  TestMac mac(std::string(skyDesk) + "    missing ApplicationServices\n");
   EXPECT_EQ(lookups(mac, 4),
             (Calls{openSkyLight + std::string("1"), openApplicationServices + std::string("-"),
                    "loader.find-symbol 1 \"SLEventPostToPid\" -> true",
@@ -107,7 +107,7 @@ TEST(sky, has_nothing_of_a_missing_application_services) {
 }
 
 TEST(sky, takes_an_absence_for_final) {
-  TestMac mac(desk, {"loader.open-library 1 absent"});
+  TestMac mac(skyDesk, {"loader.open-library 1 absent"});
   runInside(mac, [] {
     EXPECT_EQ(Sky::postToPid(), nullptr);
     EXPECT_EQ(Sky::postToPid(), nullptr);
@@ -117,7 +117,7 @@ TEST(sky, takes_an_absence_for_final) {
 }
 
 TEST(sky, looks_up_afresh_in_the_next_run) {
-  TestMac mac(desk, {"loader.open-library 1 absent"});
+  TestMac mac(skyDesk, {"loader.open-library 1 absent"});
   runInside(mac, [] { EXPECT_EQ(Sky::postToPid(), nullptr); });
   runInside(mac, [] { EXPECT_NE(Sky::postToPid(), nullptr); });
 }

@@ -5,6 +5,7 @@
 #include "main/globals.h"
 #include "platform/loop.h"
 #include "tests/support/inside.h"
+#include "tests/support/tap_events.h"
 
 namespace driver {
 namespace {
@@ -12,26 +13,12 @@ namespace {
 using namespace testing_support;
 using quartz::EventType;
 
-constexpr const char* desk = R"(
+constexpr const char* watcherDesk = R"(
     app Browser pid 40 bundle com.example.browser frontmost
         window 5 "Start" at 0,30 size 100x50
     app Notes pid 41 bundle com.example.notes
         window 7 "Inbox" at 100,80 size 800x600
 )";
-
-tap::Event event(EventType type, platform::Point point = {}) {
-  tap::Event made;
-  made.type = static_cast<std::uint32_t>(type);
-  made.location = point;
-  return made;
-}
-
-tap::Event keyDown(std::int64_t code, std::uint64_t flags = 0) {
-  tap::Event made = event(EventType::keyDown);
-  made.keyCode = code;
-  made.flags = flags;
-  return made;
-}
 
 tap::Event towards(platform::Pid pid, tap::Event made) {
   made.targetProcess = pid;
@@ -39,14 +26,14 @@ tap::Event towards(platform::Pid pid, tap::Event made) {
 }
 
 tap::Event move(std::int64_t delta) {
-  tap::Event made = event(EventType::mouseMoved, {200, 200});
+  tap::Event made = eventOf(EventType::mouseMoved, {200, 200});
   made.deltaX = delta;
   return made;
 }
 
 /// What is written of these events, one directly after the other, without the time.
 std::string reported(const std::vector<tap::Event>& events, std::optional<platform::Pid> target,
-                     const std::string& world = desk) {
+                     const std::string& world = watcherDesk) {
   TestMac mac(world);
   std::string output = runInside(mac, [&] {
                          globals().watchedInputPID = target;
@@ -60,31 +47,31 @@ std::string reported(const std::vector<tap::Event>& events, std::optional<platfo
 }
 
 TEST(reportInput, tells_kind_and_time) {
-  TestMac mac(desk);
+  TestMac mac(watcherDesk);
   const Result run = runInside(mac, [] {
     const FixedAnswer clock(platform::Function::calendar, driver::pack(1792000000.1239));
-    reportInput(event(EventType::scrollWheel));
+    reportInput(eventOf(EventType::scrollWheel));
   });
   EXPECT_EQ(run.output, "{\"at\":1792000000123,\"input\":\"scroll\"}\n");
   mac.takeViolations();  // no "ok"
 }
 
 TEST(reportInput, does_not_say_what_is_touched_without_a_target) {
-  EXPECT_EQ(reported({event(EventType::leftMouseDown, {200, 200})}, std::nullopt),
+  EXPECT_EQ(reported({eventOf(EventType::leftMouseDown, {200, 200})}, std::nullopt),
             "{\"input\":\"pointer\"}\n");
 }
 
 TEST(reportInput, finds_the_target_under_the_pointer) {
-  EXPECT_EQ(reported({event(EventType::leftMouseDown, {200, 200})}, 41),
+  EXPECT_EQ(reported({eventOf(EventType::leftMouseDown, {200, 200})}, 41),
             "{\"input\":\"pointer\",\"touchesTarget\":true}\n");
-  EXPECT_EQ(reported({event(EventType::scrollWheel, {50, 50})}, 41),
+  EXPECT_EQ(reported({eventOf(EventType::scrollWheel, {50, 50})}, 41),
             "{\"input\":\"scroll\",\"touchesTarget\":false}\n");
-  EXPECT_EQ(reported({event(EventType::rightMouseDown, {1000, 800})}, 41),
+  EXPECT_EQ(reported({eventOf(EventType::rightMouseDown, {1000, 800})}, 41),
             "{\"input\":\"pointer\",\"touchesTarget\":false}\n");
 }
 
 TEST(reportInput, believes_an_event_that_names_the_target) {
-  EXPECT_EQ(reported({towards(41, event(EventType::otherMouseDown, {50, 50}))}, 41),
+  EXPECT_EQ(reported({towards(41, eventOf(EventType::otherMouseDown, {50, 50}))}, 41),
             "{\"input\":\"pointer\",\"touchesTarget\":true}\n");
   EXPECT_EQ(reported({towards(41, keyDown(0))}, 41),
             "{\"input\":\"key\",\"touchesTarget\":true}\n");
@@ -93,7 +80,7 @@ TEST(reportInput, believes_an_event_that_names_the_target) {
 }
 
 TEST(reportInput, finds_keys_on_the_target_in_front) {
-  EXPECT_EQ(reported({event(EventType::flagsChanged)}, 40),
+  EXPECT_EQ(reported({eventOf(EventType::flagsChanged)}, 40),
             "{\"input\":\"key\",\"touchesTarget\":true}\n");
   EXPECT_EQ(reported({keyDown(0)}, 41), "{\"input\":\"key\",\"touchesTarget\":false}\n");
 }
@@ -122,15 +109,15 @@ TEST(reportInput, names_none_after_return_with_shift) {
 }
 
 TEST(reportInput, throttles_what_does_not_touch_the_target) {
-  EXPECT_EQ(reported({keyDown(0), move(5), event(EventType::leftMouseDown, {50, 50})}, 41),
+  EXPECT_EQ(reported({keyDown(0), move(5), eventOf(EventType::leftMouseDown, {50, 50})}, 41),
             "{\"input\":\"key\",\"touchesTarget\":false}\n");
-  EXPECT_EQ(reported({keyDown(0), event(EventType::leftMouseDown, {200, 200}), keyDown(0)}, 41),
+  EXPECT_EQ(reported({keyDown(0), eventOf(EventType::leftMouseDown, {200, 200}), keyDown(0)}, 41),
             "{\"input\":\"key\",\"touchesTarget\":false}\n"
             "{\"input\":\"pointer\",\"touchesTarget\":true}\n");
 }
 
 TEST(reportInput, goes_on_after_more_than_a_quarter_of_a_second) {
-  TestMac mac(desk);
+  TestMac mac(watcherDesk);
   std::size_t lines = 0;
   const Result run = runInside(mac, [] {
     for (int i = 0; i < 20; ++i) {
@@ -144,7 +131,7 @@ TEST(reportInput, goes_on_after_more_than_a_quarter_of_a_second) {
 }
 
 TEST(reportInput, counts_the_throttle_from_the_last_report_of_any_kind) {
-  TestMac mac(desk);
+  TestMac mac(watcherDesk);
   runInside(mac, [] {
     globals().watchedInputPID = 40;
     reportInput(keyDown(0));

@@ -12,17 +12,17 @@ namespace {
 
 using namespace testing_support;
 
-constexpr const char* desk = R"(
+constexpr const char* argumentsDesk = R"(
     app Notes pid 41 bundle com.example.notes frontmost
 )";
 
 std::string seenOfNum(const Arguments& arguments, std::size_t index) {
-  TestMac mac(desk);
+  TestMac mac(argumentsDesk);
   return seen(runInside(mac, [&] { num(arguments, index); }));
 }
 
 std::string seenOfArity(const CommandForm& form, const Arguments& arguments) {
-  TestMac mac(desk);
+  TestMac mac(argumentsDesk);
   return seen(runInside(mac, [&] { requireArity(form, arguments); }));
 }
 
@@ -56,7 +56,7 @@ TEST(requireArity, fails_with_the_message_of_the_form) {
 }
 
 TEST(num, reads_the_argument_at_the_index) {
-  TestMac mac(desk);
+  TestMac mac(argumentsDesk);
   const Arguments arguments = {"driver", "fly", "12", "-3.5", "0x10"};
   EXPECT_EQ(valueInside(mac, [&] { return num(arguments, 2); }), 12);
   EXPECT_EQ(valueInside(mac, [&] { return num(arguments, 3); }), -3.5);
@@ -64,7 +64,7 @@ TEST(num, reads_the_argument_at_the_index) {
 }
 
 TEST(num, reads_infinities_and_nan) {
-  TestMac mac(desk);
+  TestMac mac(argumentsDesk);
   const Arguments arguments = {"driver", "fly", "inf", "-1e400", "nan"};
   const double infinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(valueInside(mac, [&] { return num(arguments, 2); }), infinity);

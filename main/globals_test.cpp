@@ -12,7 +12,7 @@ namespace {
 
 using namespace testing_support;
 
-constexpr const char* desk = R"(
+constexpr const char* globalsDesk = R"(
     image "/faces/oru.png"
     app Notes pid 41 bundle com.example.notes frontmost
 )";
@@ -20,7 +20,7 @@ constexpr const char* desk = R"(
 /// One start-up value of a run with this environment.
 template <class Read>
 auto startValue(const Read& read, const Environment& environment = {},
-                const std::string& world = desk) {
+                const std::string& world = globalsDesk) {
   TestMac mac(world);
   return valueInside(mac, read, environment);
 }
@@ -69,7 +69,7 @@ TEST(event_source, is_there_from_the_start) {
 }
 
 TEST(event_source, may_be_missing) {
-  TestMac mac(desk, {"quartz.create-source 1 absent"});
+  TestMac mac(globalsDesk, {"quartz.create-source 1 absent"});
   EXPECT_FALSE(valueInside(mac, [] { return globals().src.has_value(); }));
 }
 
@@ -81,7 +81,7 @@ TEST(start_up, has_withheld_nothing_and_holds_no_focus) {
 }
 
 TEST(start_up, forgets_the_run_before) {
-  TestMac mac(desk);
+  TestMac mac(globalsDesk);
   runInside(mac,
             [] {
               globals().droppedWhileLocked = true;
@@ -99,7 +99,7 @@ TEST(start_up, forgets_the_run_before) {
 }
 
 TEST(arguments, are_the_command_line_repaired_to_utf8) {
-  TestMac mac(desk);
+  TestMac mac(globalsDesk);
   runInside(mac, [] {
     initialise({"driver", "windows", "A\xFFz", "", "caf\u00E9"});
     EXPECT_EQ(globals().args, (Arguments{"driver", "windows", "A\uFFFDz", "", "caf\u00E9"}));
@@ -184,7 +184,7 @@ TEST(guard_name, hands_the_trimmed_full_name_to_the_parser) {
 }
 
 TEST(guard_name, asks_for_no_more_than_it_needs) {
-  TestMac mac(desk);
+  TestMac mac(globalsDesk);
   mac.driver("session", {{"ZENTROVE_COVER_NAME", "Countess"}});
   EXPECT_EQ(callsOf(mac, platform::Function::fullUserName), std::vector<std::string>{});
   EXPECT_EQ(callsOf(mac, platform::Function::loginName), std::vector<std::string>{});

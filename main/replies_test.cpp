@@ -11,7 +11,7 @@ namespace {
 using namespace testing_support;
 using platform::Function;
 
-constexpr const char* desk = R"(
+constexpr const char* repliesDesk = R"(
     app Notes pid 41 bundle com.example.notes frontmost
 )";
 
@@ -20,12 +20,12 @@ constexpr const char* withheld =
     "\"locked\":true,\"ok\":false}\n";
 
 std::string seenOfEmit(const Reply& reply) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   return seen(runInside(mac, [&] { emit(reply); }));
 }
 
 std::string seenOfEmitAfterWithholding(const Reply& reply) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   return seen(runInside(mac, [&] {
     globals().droppedWhileLocked = true;
     emit(reply);
@@ -58,7 +58,7 @@ TEST(emit, repairs_ill_formed_texts_wherever_they_are) {
 }
 
 TEST(emit, writes_the_line_and_its_end_one_after_the_other) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   runInside(mac, [] { emit({{"ok", true}}); });
   EXPECT_EQ(callsOf(mac, Function::writeOutput),
             (std::vector<std::string>{"streams.write-output \"{\"ok\":true}\" true -> true",
@@ -66,13 +66,13 @@ TEST(emit, writes_the_line_and_its_end_one_after_the_other) {
 }
 
 TEST(emit, does_not_end_a_line_that_could_not_be_written) {
-  TestMac mac(desk, {"streams.write-output 1 refused"});
+  TestMac mac(repliesDesk, {"streams.write-output 1 refused"});
   EXPECT_EQ(seen(runInside(mac, [] { emit({{"ok", true}}); })), "0 ");
   EXPECT_EQ(callsOf(mac, Function::writeOutput).size(), 1U);
 }
 
 TEST(emit, may_be_called_again) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   EXPECT_EQ(seen(runInside(mac,
                            [] {
                              emit({{"ok", true}});
@@ -97,7 +97,7 @@ TEST(emit, leaves_what_does_not_say_ok_alone_when_input_was_withheld) {
 }
 
 TEST(fail, writes_the_message_and_ends_with_status_1) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   const Result run = runInside(mac, [] {
     fail("x");
     emit({{"ok", true}});
@@ -106,7 +106,7 @@ TEST(fail, writes_the_message_and_ends_with_status_1) {
 }
 
 TEST(fail, writes_its_own_message_when_input_was_withheld) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   EXPECT_EQ(seen(runInside(mac,
                            [] {
                              globals().droppedWhileLocked = true;
@@ -116,14 +116,14 @@ TEST(fail, writes_its_own_message_when_input_was_withheld) {
 }
 
 TEST(fail, takes_any_message) {
-  TestMac mac(desk);
+  TestMac mac(repliesDesk);
   EXPECT_EQ(seen(runInside(mac, [] { fail(""); })), failure(""));
   EXPECT_EQ(seen(runInside(mac, [] { fail("a \"b\" \\ /c\n\xFF"); })), failure(R"(a \"b\" \\ \/c\n)"
                                                                                "\uFFFD"));
 }
 
 TEST(fail, ends_with_status_1_also_when_nothing_can_be_written) {
-  TestMac mac(desk, {"streams.write-output 1+ refused"});
+  TestMac mac(repliesDesk, {"streams.write-output 1+ refused"});
   EXPECT_EQ(seen(runInside(mac, [] { fail("x"); })), "1 ");
 }
 

@@ -10,12 +10,12 @@ namespace {
 
 using namespace testing_support;
 
-constexpr const char* desk = R"(
+constexpr const char* undoDesk = R"(
     app Notes pid 41 bundle com.example.notes frontmost
 )";
 
 TEST(undo, runs_the_newest_and_forgets_it) {
-  TestMac mac(desk);
+  TestMac mac(undoDesk);
   std::string order;
   runInside(mac, [&] {
     pushUndo([&] { order += "first "; });
@@ -30,7 +30,7 @@ TEST(undo, runs_the_newest_and_forgets_it) {
 }
 
 TEST(undo, runs_what_is_pending_newest_first_before_the_failure_is_written) {
-  TestMac mac(desk);
+  TestMac mac(undoDesk);
   const Result run = runInside(mac, [] {
     pushUndo([] { emit({{"ok", true}, {"undone", 1}}); });
     pushUndo([] { emit({{"ok", true}, {"undone", 2}}); });
@@ -44,7 +44,7 @@ TEST(undo, runs_what_is_pending_newest_first_before_the_failure_is_written) {
 }
 
 TEST(undo, that_fails_itself_does_not_run_again) {
-  TestMac mac(desk);
+  TestMac mac(undoDesk);
   int runs = 0;
   const Result run = runInside(mac, [&] {
     pushUndo([&] { ++runs; });
@@ -59,7 +59,7 @@ TEST(undo, that_fails_itself_does_not_run_again) {
 }
 
 TEST(undo, of_one_run_is_no_business_of_the_next) {
-  TestMac mac(desk);
+  TestMac mac(undoDesk);
   int runs = 0;
   runInside(mac, [&] { pushUndo([&] { ++runs; }); });
   EXPECT_EQ(seen(runInside(mac, [] { fail("stop"); })), failure("stop"));

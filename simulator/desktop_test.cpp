@@ -12,7 +12,7 @@ using driver::Datum;
 using driver::pack;
 using platform::Function;
 
-constexpr const char* desk = R"(
+constexpr const char* desktopDesk = R"(
     app Browser pid 40 frontmost
     app Notes pid 41
         window 7 "Inbox" at 100,100 size 200x200
@@ -30,7 +30,7 @@ std::vector<std::string> journalOf(const Desktop& desktop) {
 using Lines = std::vector<std::string>;
 
 TEST(Desktop, lets_scripted_things_happen_in_passing_and_in_order) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   EXPECT_EQ(desktop.nextOwn(), 2'000);
 
   desktop.advanceTo(1'999);
@@ -45,7 +45,7 @@ TEST(Desktop, lets_scripted_things_happen_in_passing_and_in_order) {
 }
 
 TEST(Desktop, never_turns_its_clock_back) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   desktop.advanceTo(10'000);
   desktop.advanceTo(3'000);
 
@@ -59,7 +59,7 @@ TEST(Desktop, does_at_the_start_what_is_scripted_for_it) {
 }
 
 TEST(Desktop, gives_each_client_a_process_of_its_own_above_any_of_the_hosts) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t first = desktop.join({"driver", "session"}, {});
   const std::size_t second = desktop.join({"driver", "session"}, {});
   const Pid pid = desktop.client(first).pid;
@@ -76,7 +76,7 @@ TEST(Desktop, gives_each_client_a_process_of_its_own_above_any_of_the_hosts) {
 }
 
 TEST(Desktop, keeps_output_and_status_of_a_client) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "session"}, {});
   desktop.handle(client, {Function::writeOutput, {pack("{\"ok\":true}"), pack(true)}});
   desktop.handle(client, {Function::writeOutput, {pack("\n"), pack(true)}});
@@ -89,7 +89,7 @@ TEST(Desktop, keeps_output_and_status_of_a_client) {
 }
 
 TEST(Desktop, checks_the_rules_of_each_client) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "bg-click"}, {});
   desktop.handle(client, {Function::sleep, {pack(1)}});
   desktop.handle(client, {Function::exit, {pack(3)}});
@@ -100,7 +100,7 @@ TEST(Desktop, checks_the_rules_of_each_client) {
 }
 
 TEST(Desktop, answers_a_sleep_as_late_as_it_lasts_without_waiting) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "session"}, {});
 
   EXPECT_EQ(desktop.handle(client, {Function::sleep, {pack(200'000)}}).delay, 200'000);
@@ -108,7 +108,7 @@ TEST(Desktop, answers_a_sleep_as_late_as_it_lasts_without_waiting) {
 }
 
 TEST(Desktop, refuses_calls_that_make_no_sense) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "session"}, {});
 
   EXPECT_THROW(desktop.handle(client, {static_cast<Function>(250), {}}), driver::MalformedDatum);
@@ -120,7 +120,7 @@ TEST(Desktop, refuses_calls_that_make_no_sense) {
 
 TEST(Desktop, gives_the_same_trace_for_the_same_calls) {
   const auto run = [] {
-    Desktop desktop(parseWorld(desk));
+    Desktop desktop(parseWorld(desktopDesk));
     const std::size_t client = desktop.join({"driver", "session"}, {});
     std::string trace;
     for (const Function function : {Function::createSource, Function::windows,

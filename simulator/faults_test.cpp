@@ -13,14 +13,14 @@ using driver::Datum;
 using driver::pack;
 using platform::Function;
 
-constexpr const char* desk = R"(
+constexpr const char* faultsDesk = R"(
     process 900
     app Browser pid 40 frontmost
     app Notes pid 41
         window 7 "Inbox" at 100,100 size 200x200
 )";
 
-World world() { return parseWorld(desk); }
+World world() { return parseWorld(faultsDesk); }
 
 std::string roundTrip(const std::string& text) { return faultText(parseFault(text, world())); }
 

@@ -170,8 +170,6 @@ class InputTest : public testing::Test {
 using readLine = InputTest;
 using readAvailable = InputTest;
 
-}  // namespace
-
 TEST_F(readLine, gives_every_line_without_its_line_feed) {
   EXPECT_EQ(linesOf("one\n\ntwo\r\n"), (Lines{"one", "", "two\r"}));
 }
@@ -242,3 +240,5 @@ TEST(Input, a_descriptor_that_is_not_open_has_ended) {
   EXPECT_EQ(input.readLine(), std::nullopt);
   EXPECT_EQ(input.readAvailable(), "");
 }
+
+}  // namespace

@@ -69,8 +69,6 @@ using lockFile = Files;
 
 const std::string picture("a\0b\n", 4);
 
-}  // namespace
-
 TEST_F(replaceFile, creates_a_file_with_the_permissions_of_any_new_file) {
   EXPECT_TRUE(posix::replaceFile(path("new.png"), picture));
   EXPECT_EQ(read("new.png"), picture);
@@ -261,3 +259,5 @@ TEST_F(lockFile, is_refused_for_what_cannot_be_opened) {
   EXPECT_EQ(posix::lockFile(path("missing/lock")), -1);
   EXPECT_EQ(posix::lockFile(path("")), -1);
 }
+
+}  // namespace

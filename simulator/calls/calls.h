@@ -19,6 +19,9 @@ using Function = Answer(Mac& mac, Client& client, const Arguments& arguments);
 SEAM_CALLS(DECLARATION)
 #undef DECLARATION
 
+/// The answer of a call that throws an error of that description.
+Answer thrown(const char* description);
+
 }  // namespace calls
 
 }  // namespace simulator

@@ -13,7 +13,6 @@ namespace {
 
 /// When virtual time begins: the first of January 2026, UTC, in seconds since 1970.
 constexpr double epochSeconds = 1'767'225'600;
-constexpr double microsecondsPerSecond = 1'000'000;
 
 Answer pendingAnswer(std::optional<Microseconds> deadline = std::nullopt) {
   return {Datum(), 0, true, deadline};

@@ -12,8 +12,6 @@ using driver::pack;
 
 namespace {
 
-Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
-
 template <class T>
 Answer result(const T& value) {
   Datum::List parts;  // a platform::Thrown, put together without copies
@@ -87,6 +85,8 @@ std::optional<Picture> displayPicture(const World& world, const platform::WireFi
 }
 
 }  // namespace
+
+Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
 
 Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const bool onScreenOnly = arguments.get<share::Shown>(1) == share::Shown::onScreen;

@@ -28,8 +28,6 @@ constexpr const char* invalidParameter =
 constexpr process::Version childWindowsSince{14, 2};
 constexpr std::int64_t queueDepthMax = 8;
 
-Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
-
 Answer result(const Datum& value) { return {pack(platform::Thrown{std::nullopt, value}), 0}; }
 
 /// The one window of the filter, if it can be shared.

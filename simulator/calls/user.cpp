@@ -10,8 +10,6 @@ using driver::pack;
 
 namespace {
 
-constexpr double microsecondsPerSecond = 1'000'000;
-
 /// The level of the platform's shielding windows.
 constexpr std::int64_t shieldingWindowLevel = 2'147'483'628;
 

@@ -14,7 +14,7 @@ namespace {
 
 // The first has the plainer Latin letters, the second the symbols the first lacks.
 constexpr const char* fontFamilies = "Noto Sans CJK SC, DejaVu Sans";
-constexpr double points = PANGO_SCALE;
+constexpr double unitsPerPoint = PANGO_SCALE;
 constexpr double caretWidth = 1.5;
 
 /// Texts with nothing that Pango refuses or shows as a box.
@@ -58,7 +58,7 @@ void setPlainFontOptions(PangoLayout* layout) {
 void setFont(PangoLayout* layout, const TextStyle& style) {
   PangoFontDescription* font = pango_font_description_new();
   pango_font_description_set_family_static(font, fontFamilies);
-  pango_font_description_set_absolute_size(font, style.size * points);
+  pango_font_description_set_absolute_size(font, style.size * unitsPerPoint);
   pango_font_description_set_weight(font, style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
   pango_layout_set_font_description(layout, font);
   pango_font_description_free(font);
@@ -74,7 +74,7 @@ void setUnderline(PangoLayout* layout) {
 double heightOf(PangoLayout* layout) {
   int height = 0;
   pango_layout_get_size(layout, nullptr, &height);
-  return height / points;
+  return height / unitsPerPoint;
 }
 
 void setUnbounded(PangoLayout* layout) {
@@ -98,7 +98,7 @@ void setHighlight(PangoLayout* layout, int start, int end, Colour colour) {
 Rect caretAt(PangoLayout* layout, int byte) {
   PangoRectangle caret;
   pango_layout_get_cursor_pos(layout, byte, &caret, nullptr);
-  return {caret.x / points, caret.y / points, 1, caret.height / points};
+  return {caret.x / unitsPerPoint, caret.y / unitsPerPoint, 1, caret.height / unitsPerPoint};
 }
 
 /// Where the text begins, so that the caret, or what has been scrolled to, is in the frame.
@@ -253,7 +253,7 @@ std::unique_ptr<PangoLayout, Canvas::Free> Canvas::layout(const std::string& tex
   setFont(layout.get(), style);
   if (style.underlined) setUnderline(layout.get());
   pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
-  pango_layout_set_width(layout.get(), static_cast<int>(width * points));
+  pango_layout_set_width(layout.get(), static_cast<int>(width * unitsPerPoint));
   pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
   pango_layout_set_single_paragraph_mode(layout.get(), style.wrapped ? FALSE : TRUE);
   if (!style.wrapped) pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
@@ -268,7 +268,7 @@ double Canvas::textWidth(std::string_view text, const TextStyle& style) {
   setUnbounded(line.get());
   int width = 0;
   pango_layout_get_size(line.get(), &width, nullptr);
-  return width / points;
+  return width / unitsPerPoint;
 }
 
 void Canvas::text(const Rect& frame, std::string_view text, const TextStyle& style) {

@@ -11,7 +11,7 @@ namespace simulator {
 
 namespace {
 
-constexpr const char* desk = R"(
+constexpr const char* happeningsDesk = R"(
     display 1 1000x800
     process 900
     app Notes pid 41 frontmost
@@ -42,7 +42,7 @@ class happenings : public testing::Test {
     return result;
   }
 
-  Mac mac_{parseWorld(desk), 0, {}, 0, {}};
+  Mac mac_{parseWorld(happeningsDesk), 0, {}, 0, {}};
   World& world_ = mac_.world;
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 using quartz::EventType;
 
-constexpr const char* desk = R"(
+constexpr const char* postedKeysDesk = R"(
     app Browser pid 40 frontmost
         window 5 "Start" at 0,0 size 50x50
             AXTextField "Address" at 0,0 size 50x20 focused
@@ -40,7 +40,7 @@ constexpr const char* desk = R"(
 
 class posted_keys : public testing::Test {
  protected:
-  posted_keys() { mac_.world = parseWorld(desk); }
+  posted_keys() { mac_.world = parseWorld(postedKeysDesk); }
 
   Application& notes() { return *findApplication(mac_.world, 41); }
   std::string valueOf(const char* label) {

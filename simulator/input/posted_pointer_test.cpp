@@ -16,11 +16,11 @@ using quartz::Field;
 using testing_support::Click;
 using testing_support::setField;
 
-const std::string brokenGroup = "LOST: the priming events did not come first in its click group";
+using testing_support::brokenGroup;
 
 using Outcomes = std::vector<std::string>;
 
-const std::string pressed = "pressed AXCheckBox \"Done\"";
+using testing_support::pressed;
 const std::string rightClicked = "right-clicked AXCheckBox \"Done\"";
 
 TEST(deliver, lets_a_whole_click_land) {

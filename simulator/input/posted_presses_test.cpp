@@ -15,8 +15,8 @@ using testing_support::setField;
 
 using Outcomes = std::vector<std::string>;
 
-const std::string pressed = "pressed AXCheckBox \"Done\"";
-const std::string brokenGroup = "LOST: the priming events did not come first in its click group";
+using testing_support::brokenGroup;
+using testing_support::pressed;
 
 std::uint32_t number(EventType type) { return static_cast<std::uint32_t>(type); }
 

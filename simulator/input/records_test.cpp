@@ -8,7 +8,7 @@ namespace simulator {
 
 namespace {
 
-constexpr const char* desk = R"(
+constexpr const char* recordsDesk = R"(
     app Browser pid 40 frontmost
         window 5 "Start" at 0,0 size 50x50
     app Notes pid 41
@@ -49,7 +49,7 @@ std::string key(int type) {
 
 class focus_records : public testing::Test {
  protected:
-  focus_records() { mac_.world = parseWorld(desk); }
+  focus_records() { mac_.world = parseWorld(recordsDesk); }
 
   Application& notes() { return *findApplication(mac_.world, 41); }
 

@@ -15,9 +15,9 @@ using tap::Kind;
 using tap::Place;
 
 constexpr std::uint64_t keys = std::uint64_t{1} << 10U;
-constexpr std::uint64_t moves = std::uint64_t{1} << 5U;
+constexpr std::uint64_t movements = std::uint64_t{1} << 5U;
 
-constexpr const char* desk = R"(
+constexpr const char* tapsDesk = R"(
     app Notes pid 41 frontmost
         window 7 "Inbox" at 0,0 size 300x300
             AXTextArea "Body" at 10,10 size 100x100 focused
@@ -27,7 +27,7 @@ constexpr const char* desk = R"(
 class taps : public testing::Test {
  protected:
   taps() {
-    mac_.world = parseWorld(desk);
+    mac_.world = parseWorld(tapsDesk);
     for (const Pid pid : {5'000'000, 5'000'001}) {
       mac_.clients.push_back(std::make_unique<Client>());
       mac_.clients.back()->pid = pid;
@@ -112,7 +112,7 @@ TEST_F(taps, come_from_the_head_to_the_tail) {
 }
 
 TEST_F(taps, see_what_their_masks_have_and_what_happens_while_they_are_enabled) {
-  add(Place::head, Kind::filters, moves);
+  add(Place::head, Kind::filters, movements);
   happen("user key a");
   EXPECT_EQ(body(), "a");
   happen("user move 5,7");
@@ -209,7 +209,7 @@ TEST_F(taps, hear_verdicts_only_of_what_waits) {
 }
 
 TEST_F(taps, see_no_keys_for_a_secure_field_and_nothing_of_a_locked_session) {
-  add(Place::head, Kind::listens, keys | moves);
+  add(Place::head, Kind::listens, keys | movements);
   happen("user click 20,130");
   EXPECT_EQ(told(), Lines{"1:5"});
   happen("user key a");

@@ -47,7 +47,7 @@ struct Text {
   }
 };
 
-std::size_t moved(const Text& text, std::size_t caret, CaretMove move) {
+std::size_t movedCaret(const Text& text, std::size_t caret, CaretMove move) {
   const std::size_t start = text.lineStart(caret);
   const std::int64_t column = text.units(caret) - text.units(start);
   switch (move) {
@@ -80,7 +80,7 @@ void deleteTo(Application& application, ElementId id, CaretMove move) {
   ax::Range range = selectionOf(*field);
   if (range.length == 0) {
     const Text text{textOf(*field)};
-    const std::int64_t other = text.units(moved(text, text.offset(range.location), move));
+    const std::int64_t other = text.units(movedCaret(text, text.offset(range.location), move));
     range = {std::min(range.location, other), std::max(range.location, other)};
     range.length -= range.location;
   }
@@ -100,7 +100,7 @@ void moveCaret(Element& field, CaretMove move) {
   const Text text{textOf(field)};
   const bool ahead = move == CaretMove::right || move == CaretMove::down;
   const std::size_t caret = text.offset(range.location + (ahead ? range.length : 0));
-  select(field, {text.units(moved(text, caret, move)), 0});
+  select(field, {text.units(movedCaret(text, caret, move)), 0});
 }
 
 void deleteBackward(Application& application, ElementId field) {

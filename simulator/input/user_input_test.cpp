@@ -10,7 +10,7 @@ namespace simulator {
 
 namespace {
 
-constexpr const char* desk = R"(
+constexpr const char* userInputDesk = R"(
     pointer 10,10
     app Notes pid 41 frontmost
         menu Edit > Bold cmd b press: set Log "bold"
@@ -54,7 +54,7 @@ class user_input : public testing::Test {
     return std::string(textOf(*findLabelled(world_.applications[0], label)));
   }
 
-  Mac mac_{parseWorld(desk), 0, {}, 0, {}};
+  Mac mac_{parseWorld(userInputDesk), 0, {}, 0, {}};
   World& world_ = mac_.world;
 };
 

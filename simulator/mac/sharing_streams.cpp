@@ -6,8 +6,6 @@ namespace simulator {
 
 namespace {
 
-constexpr Microseconds microsecondsPerSecond = 1'000'000;
-
 void note(Mac& mac, const Sharing& sharing, const char* what) {
   enter(mac, {.kind = JournalEntry::Kind::sharing,
               .target = sharing.owner,

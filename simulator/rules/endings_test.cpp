@@ -15,12 +15,6 @@ using platform::Function;
 using testing_support::broken_run;
 using testing_support::Sentences;
 
-constexpr const char* done = "{\"ok\":true}\n";
-constexpr const char* refused = "{\"error\":\"x\",\"ok\":false}\n";
-
-constexpr std::uint32_t leftDown = 1;
-constexpr std::uint32_t moved = 5;
-
 TEST_F(broken_run, whose_success_has_a_failure_status) {
   EXPECT_EQ(end(done, 1), Sentences{"I6: success with a failure status"});
 }

@@ -16,7 +16,6 @@ using platform::WireItem;
 
 namespace {
 
-constexpr double microsecondsPerSecond = 1'000'000;
 constexpr Microseconds firstSecond = 1'000'000;
 
 bool isNotice(const tap::Event& event) {

@@ -60,7 +60,7 @@ class insertion_rules : public testing::Test {
   std::size_t client_ = 0;
 };
 
-const std::vector<std::string> none;
+const std::vector<std::string> noViolations;
 const std::vector<std::string> replaced = {"I13: a text was replaced that the run had not written"};
 const std::vector<std::string> unseen = {
     "I13: a success, and the field was not seen to hold the text"};
@@ -73,7 +73,7 @@ TEST_F(insertion_rules, may_replace_nothing_and_decoration) {
     read("AXValue");
     write("AXValue", "new");
     read("AXValue");
-    EXPECT_EQ(end(), none) << line;
+    EXPECT_EQ(end(), noViolations) << line;
   }
 }
 
@@ -94,7 +94,7 @@ TEST_F(insertion_rules, may_replace_its_own_text_and_whatever_a_message_replaces
   read("AXValue");
   write("AXValue", "new");
   read("AXValue");
-  EXPECT_EQ(end(), none);
+  EXPECT_EQ(end(), noViolations);
 
   begin("\n    AXTextArea \"F\" value \"old\"", "replace", "new", R"(["old",3])");
   write("AXValue", "new");
@@ -103,13 +103,13 @@ TEST_F(insertion_rules, may_replace_its_own_text_and_whatever_a_message_replaces
   begin("\n    AXTextArea \"F\" value \"old\"", "message", "new");
   write("AXValue", "new");
   read("AXValue");
-  EXPECT_EQ(end(), none);
+  EXPECT_EQ(end(), noViolations);
 }
 
 TEST_F(insertion_rules, may_replace_single_lines_in_dialogs) {
   begin(" subrole AXDialog\n    AXTextField \"F\" value \"old\"", "replace", "new");
   write("AXValue", "new");
-  EXPECT_EQ(end(false), none);
+  EXPECT_EQ(end(false), noViolations);
 
   begin(" subrole AXDialog\n    AXTextArea \"F\" value \"old\"", "replace", "new");
   write("AXValue", "new");
@@ -121,12 +121,12 @@ TEST_F(insertion_rules, is_not_to_blame_for_a_text_that_could_not_be_read) {
         {parseFault("ax.attribute 1 error -25204", parseWorld(""))});
   read("AXValue");
   write("AXValue", "new");
-  EXPECT_EQ(end(), none);
+  EXPECT_EQ(end(), noViolations);
 
   begin("\n    AXTextArea \"F\" value \"old\" failing AXValue -25212", "replace", "new");
   read("AXValue");
   write("AXValue", "new");
-  EXPECT_EQ(end(false), none);
+  EXPECT_EQ(end(false), noViolations);
 }
 
 TEST_F(insertion_rules, succeeds_only_when_the_field_was_seen_to_hold_the_text) {
@@ -145,7 +145,7 @@ TEST_F(insertion_rules, succeeds_only_when_the_field_was_seen_to_hold_the_text) 
   begin("\n    AXTextArea \"F\" ignores writes", "message", "new");
   write("AXValue", "new");
   read("AXValue");
-  EXPECT_EQ(end(false), none);
+  EXPECT_EQ(end(false), noViolations);
 }
 
 TEST_F(insertion_rules, expects_what_the_mode_makes_of_the_prior_text) {
@@ -159,11 +159,11 @@ TEST_F(insertion_rules, expects_what_the_mode_makes_of_the_prior_text) {
     return end();
   };
 
-  EXPECT_EQ(insert("end", {4, 0}, "x"), none);
+  EXPECT_EQ(insert("end", {4, 0}, "x"), noViolations);
   EXPECT_EQ(insert("end", {0, 0}, "x"), unseen);
-  EXPECT_EQ(insert("new_line", {4, 0}, "\nx"), none);
+  EXPECT_EQ(insert("new_line", {4, 0}, "\nx"), noViolations);
   EXPECT_EQ(insert("new_line", {4, 0}, "x"), unseen);
-  EXPECT_EQ(insert("caret", {1, 2}, "x"), none);
+  EXPECT_EQ(insert("caret", {1, 2}, "x"), noViolations);
   EXPECT_EQ(insert("caret", {4, 0}, "x"), unseen);
 }
 
@@ -171,7 +171,7 @@ TEST_F(insertion_rules, takes_the_text_that_shows_for_that_of_a_composer) {
   begin("\n    AXTextArea \"F\" composer without value", "message", "one\ntwo");
   write("AXValue", "one\ntwo");
   read("AXChildren");
-  EXPECT_EQ(end(), none);
+  EXPECT_EQ(end(), noViolations);
 
   begin("\n    AXTextArea \"F\" composer\n        AXTextField \"In\"", "message", "one");
   write("AXValue", "one");
@@ -187,7 +187,7 @@ TEST_F(insertion_rules, waits_for_a_late_text) {
   EXPECT_EQ(desktop_->mac().world.pending.size(), 1u);
   desktop_->advanceTo(100'000);
   read("AXValue");
-  EXPECT_EQ(end(), none);
+  EXPECT_EQ(end(), noViolations);
 }
 
 TEST(squashed_texts, have_single_spaces_between_words) {

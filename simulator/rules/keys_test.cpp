@@ -17,7 +17,6 @@ using platform::Function;
 using testing_support::broken_run;
 using testing_support::Sentences;
 
-constexpr const char* done = "{\"ok\":true}\n";
 constexpr std::uint32_t down = 10;
 constexpr std::uint32_t up = 11;
 

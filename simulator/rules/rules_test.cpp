@@ -17,14 +17,6 @@ using platform::Function;
 using testing_support::broken_run;
 using testing_support::Sentences;
 
-constexpr const char* done = "{\"ok\":true}\n";
-constexpr const char* refused = "{\"error\":\"x\",\"ok\":false}\n";
-
-constexpr std::uint32_t leftDown = 1;
-constexpr std::uint32_t leftUp = 2;
-constexpr std::uint32_t rightDown = 3;
-constexpr std::uint32_t moved = 5;
-
 TEST_F(broken_run, is_not_a_correct_one) {
   checkService(true);
   checkSession();

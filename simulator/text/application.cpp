@@ -13,71 +13,76 @@ namespace {
 
 using workspace::ActivationPolicy;
 
-struct Reading {
+struct ApplicationReading {
   ApplicationDraft draft;
   std::optional<std::string> path;
   bool unnamed = false;
   bool unbundled = false;
 };
 
-constexpr std::array<Option<Reading>, 19> options = {{
+constexpr std::array<Option<ApplicationReading>, 19> applicationOptions = {{
     {"pid",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        reading.draft.application.pid = static_cast<Pid>(
            words.integer("pid", "a process id", 1, std::numeric_limits<Pid>::max()));
      }},
     {"bundle",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        reading.draft.application.bundleIdentifier = words.name("bundle", "a bundle identifier");
      }},
     {"path",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        reading.path = words.text("path", "the quoted path of a bundle");
      }},
-    {"unbundled", [](Words&, Reading& reading) { reading.unbundled = true; }},
-    {"unnamed", [](Words&, Reading& reading) { reading.unnamed = true; }},
+    {"unbundled", [](Words&, ApplicationReading& reading) { reading.unbundled = true; }},
+    {"unnamed", [](Words&, ApplicationReading& reading) { reading.unnamed = true; }},
     {"chromium",
-     [](Words&, Reading& reading) { reading.draft.application.kind = ApplicationKind::chromium; }},
+     [](Words&, ApplicationReading& reading) {
+       reading.draft.application.kind = ApplicationKind::chromium;
+     }},
     {"appkit",
-     [](Words&, Reading& reading) { reading.draft.application.kind = ApplicationKind::appKit; }},
+     [](Words&, ApplicationReading& reading) {
+       reading.draft.application.kind = ApplicationKind::appKit;
+     }},
     {"accessory",
-     [](Words&, Reading& reading) {
+     [](Words&, ApplicationReading& reading) {
        reading.draft.application.policy = ActivationPolicy::accessory;
      }},
     {"prohibited",
-     [](Words&, Reading& reading) {
+     [](Words&, ApplicationReading& reading) {
        reading.draft.application.policy = ActivationPolicy::prohibited;
      }},
-    {"frontmost", [](Words&, Reading& reading) { reading.draft.frontmost = true; }},
-    {"hidden", [](Words&, Reading& reading) { reading.draft.application.hidden = true; }},
+    {"frontmost", [](Words&, ApplicationReading& reading) { reading.draft.frontmost = true; }},
+    {"hidden",
+     [](Words&, ApplicationReading& reading) { reading.draft.application.hidden = true; }},
     {"no-focused-window",
-     [](Words&, Reading& reading) { reading.draft.withoutFocusedWindow = true; }},
-    {"hangs", [](Words&, Reading& reading) { reading.draft.application.hangs = true; }},
+     [](Words&, ApplicationReading& reading) { reading.draft.withoutFocusedWindow = true; }},
+    {"hangs", [](Words&, ApplicationReading& reading) { reading.draft.application.hangs = true; }},
     {"answers",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        words.expect("answers", "after");
        reading.draft.application.answerDelay = words.time("after");
      }},
     {"rejects-enabling",
-     [](Words&, Reading& reading) { reading.draft.application.rejectsEnabling = true; }},
+     [](Words&, ApplicationReading& reading) { reading.draft.application.rejectsEnabling = true; }},
     {"tree",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        words.expect("tree", "after");
        reading.draft.application.treeOnDemand = true;
        reading.draft.application.treeDelay = words.time("after");
      }},
     {"attribute",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        readAttributeOption(words, reading.draft.application.attributes, reading.draft.links);
      },
      true},
     {"failing",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        readFailingOption(words, reading.draft.application.failing);
      },
      true},
     {"pastes",
-     [](Words& words, Reading& reading) {
+     [](Words& words, ApplicationReading& reading) {
        words.expect("pastes", "after");
        reading.draft.application.pasteDelay = words.time("after");
      }},
@@ -140,8 +145,8 @@ WindowNumber readNumber(Words& words, const char* owner) {
 
 ApplicationDraft readApplicationLine(Words& words) {
   const std::string name = words.name("app", "a name");
-  Reading reading;
-  readOptions(words, options, reading);
+  ApplicationReading reading;
+  readOptions(words, applicationOptions, reading);
   Application& application = reading.draft.application;
   if (application.pid == 0) words.fail("an application needs 'pid'");
   if (reading.unbundled && (reading.path || application.bundleIdentifier)) {

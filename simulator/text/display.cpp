@@ -6,7 +6,7 @@ namespace simulator {
 
 namespace {
 
-constexpr std::array<Option<Display>, 3> options = {{
+constexpr std::array<Option<Display>, 3> displayOptions = {{
     {"at",
      [](Words& words, Display& display) {
        const Point origin = words.point("at");
@@ -31,7 +31,7 @@ Display readDisplay(Words& words) {
   const Size size = words.size("display");
   display.frame.width = size.width;
   display.frame.height = size.height;
-  readOptions(words, options, display);
+  readOptions(words, displayOptions, display);
   const bool drawable = driver::isFinite(display.frame) && driver::area(display.frame) > 0 &&
                         display.scale > 0 && display.scale <= std::numeric_limits<double>::max();
   if (!drawable) words.fail("a display needs a finite place, and a size and scale above 0");

@@ -1,19 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "simulator/text/parse.h"
+#include "tests/support/world_errors.h"
 
 namespace simulator {
 
 namespace {
 
-std::string errorOf(const std::string& text) {
-  try {
-    parseWorld(text);
-  } catch (const WorldError& error) {
-    return error.what();
-  }
-  return "no error";
-}
+using testing_support::errorOf;
 
 struct BadWorld {
   const char* text;

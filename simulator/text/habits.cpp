@@ -172,7 +172,7 @@ constexpr bool once = false;
 constexpr bool severalTimes = true;
 
 /// The order is that of error messages and of pages.
-constexpr std::array kinds = {
+constexpr std::array knownHabits = {
     Habit{"at", "X,Y", "where it is; with `size`",
           [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }, once},
     Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",
@@ -306,15 +306,15 @@ constexpr std::array kinds = {
           once},
 };
 
-constexpr bool isWhole(const Habit& habit) {
+constexpr bool isWholeHabit(const Habit& habit) {
   return *habit.description != '\0' && habit.read != nullptr;
 }
-static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
+static_assert(std::all_of(knownHabits.begin(), knownHabits.end(), isWholeHabit));
 
 }  // namespace
 
-std::span<const Habit> habits() { return kinds; }
+std::span<const Habit> habits() { return knownHabits; }
 
-void readHabits(Words& words, ElementDraft& draft) { readOptions(words, kinds, draft); }
+void readHabits(Words& words, ElementDraft& draft) { readOptions(words, knownHabits, draft); }
 
 }  // namespace simulator

@@ -29,7 +29,7 @@ constexpr const char* ownStreams =
     "each process of a running Mac has a standard input and output of its own";
 
 /// The order is that of error messages and of pages.
-constexpr std::array kinds = {
+constexpr std::array knownHappenings = {
     HappeningKind{"lock", with::nothing, "the screen locks",
                   does([](Mac& mac, const Happening&) { mac.world.session.locked = true; }), told},
     HappeningKind{"unlock", with::nothing, "the user unlocks the screen",
@@ -156,15 +156,15 @@ constexpr std::array kinds = {
 };
 
 /// Each says what it is, and has one effect.
-constexpr bool isWhole(const HappeningKind& kind) {
+constexpr bool isWholeHappening(const HappeningKind& kind) {
   const bool hasOneEffect = (kind.effect.act == nullptr) != (kind.effect.input == nullptr);
   return *kind.phrase != '\0' && *kind.description != '\0' && hasOneEffect;
 }
-static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
+static_assert(std::all_of(knownHappenings.begin(), knownHappenings.end(), isWholeHappening));
 
 }  // namespace
 
-std::span<const HappeningKind> happeningKinds() { return kinds; }
+std::span<const HappeningKind> happeningKinds() { return knownHappenings; }
 
 std::string formOf(const HappeningKind& kind) {
   std::string form = kind.phrase;
@@ -173,18 +173,18 @@ std::string formOf(const HappeningKind& kind) {
 }
 
 Happening happeningCalled(std::string_view phrase) {
-  const auto kind = std::find_if(kinds.begin(), kinds.end(),
+  const auto kind = std::find_if(knownHappenings.begin(), knownHappenings.end(),
                                  [&](const HappeningKind& each) { return each.phrase == phrase; });
-  if (kind == kinds.end()) throw std::logic_error("nothing happens that is so called");
+  if (kind == knownHappenings.end()) throw std::logic_error("nothing happens that is so called");
   Happening happening;
   happening.kind = &*kind;
   return happening;
 }
 
 Happening readHappening(Words& words, const World& world) {
-  const Phrases phrases = phrasesOf(kinds);
+  const Phrases phrases = phrasesOf(knownHappenings);
   if (words.atEnd()) words.fail("something must happen: " + firstWords(phrases));
-  const HappeningKind& kind = kinds[takePhrase(words, phrases)];
+  const HappeningKind& kind = knownHappenings[takePhrase(words, phrases)];
   Happening happening;
   happening.kind = &kind;
   const HappeningReading reading{words, lastWord(kind.phrase), world, happening};

@@ -25,16 +25,16 @@ constexpr std::int64_t optionBit = 2;
 constexpr std::int64_t controlBit = 4;
 constexpr std::int64_t withoutCommandBit = 8;
 
-constexpr const char* aKey = "one character, or return, tab, space, delete or escape";
+constexpr const char* aShortcutKey = "one character, or return, tab, space, delete or escape";
 
 std::string keyCharacter(Words& words) {
   constexpr std::pair<const char*, const char*> named[] = {
       {"return", "\r"}, {"tab", "\t"}, {"space", " "}, {"delete", "\b"}, {"escape", "\x1b"}};
-  std::string key = words.name("cmd, shift, option or control", aKey);
+  std::string key = words.name("cmd, shift, option or control", aShortcutKey);
   for (const auto& [name, character] : named) {
     if (key == name) return character;
   }
-  if (characterCount(key) != 1) words.fail("unknown key '" + key + "'; expected " + aKey);
+  if (characterCount(key) != 1) words.fail("unknown key '" + key + "'; expected " + aShortcutKey);
   if (key[0] >= 'a' && key[0] <= 'z') key[0] = static_cast<char>(key[0] - 'a' + 'A');
   return key;
 }
@@ -60,7 +60,7 @@ void readKeyEquivalent(Words& words, MenuItemDraft& draft, bool command, std::in
   draft.character = keyCharacter(words);
 }
 
-constexpr std::array<Option<MenuItemDraft>, 7> options = {{
+constexpr std::array<Option<MenuItemDraft>, 7> menuItemOptions = {{
     {"cmd", [](Words& words, MenuItemDraft& draft) { readKeyEquivalent(words, draft, true, 0); }},
     {"shift",
      [](Words& words, MenuItemDraft& draft) { readKeyEquivalent(words, draft, false, shiftBit); }},
@@ -142,7 +142,7 @@ MenuItemDraft readMenuItem(Words& words) {
   do {
     draft.path.push_back(words.name("menu", "titles with > between them"));
   } while (words.take(">"));
-  readOptions(words, options, draft);
+  readOptions(words, menuItemOptions, draft);
   return draft;
 }
 

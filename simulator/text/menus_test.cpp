@@ -2,6 +2,7 @@
 
 #include "simulator/text/parse.h"
 #include "simulator/world/elements.h"
+#include "tests/support/world_errors.h"
 
 namespace simulator {
 
@@ -38,14 +39,10 @@ std::string told(const World& world, ElementId id) {
   return text;
 }
 
-std::string errorOf(const std::string& line) {
-  try {
-    parseWorld("app A pid 1\n  " + line);
-  } catch (const WorldError& error) {
-    return error.what();
-  }
-  return "no error";
-}
+using testing_support::errorOf;
+
+/// What is wrong with a line of an application.
+std::string errorOfLine(const std::string& line) { return errorOf("app A pid 1\n  " + line); }
 
 TEST(world_text_menus, stand_in_the_menu_bar_closed_and_far_off_screen) {
   const World world = parseWorld(R"(
@@ -122,18 +119,18 @@ TEST(world_text_menus, of_a_button_are_closed_unless_told) {
 
 TEST(world_text_menus, say_what_is_wrong_with_their_lines) {
   const std::string words = "cmd, shift, option, control, disabled, alternate, press:";
-  EXPECT_EQ(errorOf("menu"), "line 2: 'menu' needs titles with > between them");
-  EXPECT_EQ(errorOf("menu File >"), "line 2: 'menu' needs titles with > between them");
-  EXPECT_EQ(errorOf("menu File Open"), "line 2: unknown word 'Open'; expected " + words);
-  EXPECT_EQ(errorOf("menu File > Open cmd"),
+  EXPECT_EQ(errorOfLine("menu"), "line 2: 'menu' needs titles with > between them");
+  EXPECT_EQ(errorOfLine("menu File >"), "line 2: 'menu' needs titles with > between them");
+  EXPECT_EQ(errorOfLine("menu File Open"), "line 2: unknown word 'Open'; expected " + words);
+  EXPECT_EQ(errorOfLine("menu File > Open cmd"),
             "line 2: 'cmd, shift, option or control' needs one character, or return, tab, space, "
             "delete or escape");
-  EXPECT_EQ(errorOf("menu File > Open cmd F12"),
+  EXPECT_EQ(errorOfLine("menu File > Open cmd F12"),
             "line 2: unknown key 'F12'; expected one character, or return, tab, space, delete or "
             "escape");
-  EXPECT_EQ(errorOf("menu File > Open cmd o shift o"),
+  EXPECT_EQ(errorOfLine("menu File > Open cmd o shift o"),
             "line 2: a menu's item has one key equivalent");
-  EXPECT_EQ(errorOf("menu File > Open press: set Log \"x\""),
+  EXPECT_EQ(errorOfLine("menu File > Open press: set Log \"x\""),
             "line 2: no element of A is labelled \"Log\"");
 }
 

@@ -16,8 +16,6 @@ namespace {
 
 using Place = WorldBuilder::Place;
 
-constexpr const char* aPath = "a quoted path";
-
 constexpr std::array<Option<User>, 2> userOptions = {{
     {"login",
      [](Words& words, User& user) { user.loginName = words.name("login", "a login name"); }},

@@ -37,7 +37,7 @@ void readWindow(Words& words, const char* owner, Reaction& reaction) {
   reaction.window = words.text(owner, aText);
 }
 
-constexpr std::array kinds = {
+constexpr std::array knownReactions = {
     ReactionKind{"append", "\"text\" to Label",
                  "behind the `AXValue` of the element with this label; its caret follows",
                  readTextAndTarget, reactions::append},
@@ -80,21 +80,21 @@ constexpr std::array kinds = {
                  readNothing, reactions::paste},
 };
 
-constexpr bool isWhole(const ReactionKind& kind) {
+constexpr bool isWholeReaction(const ReactionKind& kind) {
   return *kind.description != '\0' && kind.read != nullptr && kind.effect != nullptr;
 }
-static_assert(std::all_of(kinds.begin(), kinds.end(), isWhole));
+static_assert(std::all_of(knownReactions.begin(), knownReactions.end(), isWholeReaction));
 
 }  // namespace
 
-std::span<const ReactionKind> reactionKinds() { return kinds; }
+std::span<const ReactionKind> reactionKinds() { return knownReactions; }
 
 std::vector<Reaction> readReactions(Words& words, const char* owner) {
-  const Phrases phrases = phrasesOf(kinds);
+  const Phrases phrases = phrasesOf(knownReactions);
   std::vector<Reaction> reactions;
   do {
     if (words.atEnd()) words.failNeeding(owner, oneOf(phrases).c_str());
-    const ReactionKind& kind = kinds[takePhrase(words, phrases)];
+    const ReactionKind& kind = knownReactions[takePhrase(words, phrases)];
     Reaction& reaction = reactions.emplace_back();
     reaction.effect = kind.effect;
     kind.read(words, lastWord(kind.phrase), reaction);

@@ -9,7 +9,6 @@ namespace simulator {
 
 namespace {
 
-constexpr const char* aPath = "a quoted path";
 constexpr const char* aType = "a quoted type";
 constexpr std::int64_t photoBytesMax = 10'000'000;
 
@@ -87,7 +86,7 @@ void readTool(Words& words, World& world) {
   }
 }
 
-constexpr std::array<Option<World>, 8> statements = {{
+constexpr std::array<Option<World>, 8> userStatements = {{
     {"keyboard", readKeyboard},
     {"pasteboard", readPasteboardItem},
     {"idle",
@@ -111,7 +110,7 @@ constexpr std::array<Option<World>, 8> statements = {{
 }  // namespace
 
 const char* readUserStatement(Words& words, World& world) {
-  for (const Option<World>& statement : statements) {
+  for (const Option<World>& statement : userStatements) {
     if (!words.take(statement.phrase)) continue;
     statement.read(words, world);
     return statement.phrase;
@@ -119,6 +118,6 @@ const char* readUserStatement(Words& words, World& world) {
   return nullptr;
 }
 
-std::string userStatementWords() { return firstWords(phrasesOf(statements)); }
+std::string userStatementWords() { return firstWords(phrasesOf(userStatements)); }
 
 }  // namespace simulator

@@ -5,19 +5,13 @@
 #include "simulator/text/parse.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/reactions.h"
+#include "tests/support/world_errors.h"
 
 namespace simulator {
 
 namespace {
 
-std::string errorOf(const std::string& text) {
-  try {
-    parseWorld(text);
-  } catch (const WorldError& error) {
-    return error.what();
-  }
-  return "no error";
-}
+using testing_support::errorOf;
 
 TEST(world_text_user, describes_the_users_side_of_the_mac) {
   const World world = parseWorld(R"(

@@ -13,6 +13,9 @@
 
 namespace simulator {
 
+/// What a path must be, in the words of errors.
+inline constexpr const char* aPath = "a quoted path";
+
 /// Reads a line's tokens one after the other. Whatever does not fit throws a WorldError that names
 /// the line. `owner` is the word a value belongs to and `what` says what the value must be: both
 /// appear in the error, as in "'at' needs X,Y, not 'here'".

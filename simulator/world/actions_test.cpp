@@ -4,6 +4,7 @@
 #include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/presses.h"
+#include "tests/support/attribute_values.h"
 
 namespace simulator {
 
@@ -43,7 +44,7 @@ class actions : public testing::Test {
   World world_;
 };
 
-AttributeValue text(const char* value) { return std::string(value); }
+using testing_support::text;
 AttributeValue integer(std::int64_t value) { return value; }
 
 TEST_F(actions, a_press_runs_the_reactions_of_the_element_itself) {

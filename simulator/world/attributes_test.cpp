@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/text/parse.h"
+#include "tests/support/attribute_values.h"
 
 namespace simulator {
 
@@ -65,7 +66,7 @@ class application_elements : public testing::Test {
   World world_ = parseWorld(notes);
 };
 
-AttributeValue text(const char* value) { return std::string(value); }
+using testing_support::text;
 AttributeValue link(ElementId id) { return ElementLink{id}; }
 AttributeValue list(std::vector<ElementId> ids) { return ids; }
 

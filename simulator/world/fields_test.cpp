@@ -8,12 +8,13 @@
 #include "simulator/world/attributes.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/windows.h"
+#include "tests/support/attribute_values.h"
 
 namespace simulator {
 
 namespace {
 
-AttributeValue text(const char* value) { return std::string(value); }
+using testing_support::text;
 AttributeValue range(std::int64_t location, std::int64_t length) {
   return ax::Range{location, length};
 }

@@ -3,6 +3,7 @@
 #include "simulator/text/parse.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/presses.h"
+#include "tests/support/attribute_values.h"
 
 namespace simulator {
 
@@ -36,7 +37,7 @@ class clicks : public testing::Test {
   World world_;
 };
 
-AttributeValue text(const char* value) { return std::string(value); }
+using testing_support::text;
 
 TEST_F(clicks, a_button_runs_its_reactions_in_order) {
   build(R"(

@@ -29,6 +29,7 @@ using platform::WindowNumber;
 
 /// Virtual time since the Mac started.
 using Microseconds = std::int64_t;
+inline constexpr Microseconds microsecondsPerSecond = 1'000'000;
 
 /// Names an element within its application; 0 is the application itself. Ids are given in the order
 /// of the world's text, from 1, and never used twice.

@@ -9,8 +9,6 @@
 namespace joined {
 namespace {
 
-constexpr const char* noViolations = "{\"ok\":true,\"violations\":[]}\n";
-
 std::string lastLine(const std::string& by) {
   return "0 {\"by\":\"" + by + "\",\"ok\":true,\"relocked\":true}\n";
 }

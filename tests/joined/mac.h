@@ -8,6 +8,10 @@
 
 namespace joined {
 
+/// What "violations" and "session" write on a Mac on which nothing has gone wrong.
+constexpr const char* noViolations = "{\"ok\":true,\"violations\":[]}\n";
+constexpr const char* unlocked = "0 {\"locked\":false,\"ok\":true,\"onConsole\":true}\n";
+
 /// The two programs.
 std::string driverPath();
 std::string simulatedMacPath();

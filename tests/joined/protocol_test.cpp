@@ -7,8 +7,6 @@
 namespace joined {
 namespace {
 
-constexpr const char* unlocked = "0 {\"locked\":false,\"ok\":true,\"onConsole\":true}\n";
-
 std::string now(std::int64_t milliseconds) { return integer(milliseconds * 1'000'000); }
 std::string askTime() { return call(uptimeFunction, {}); }
 std::string wait(std::int64_t milliseconds) {

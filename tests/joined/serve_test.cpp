@@ -11,8 +11,6 @@
 namespace joined {
 namespace {
 
-constexpr const char* unlocked = "0 {\"locked\":false,\"ok\":true,\"onConsole\":true}\n";
-
 std::vector<std::string> serveCommand(const std::string& world,
                                       const std::vector<std::string>& options) {
   std::vector<std::string> command = {simulatedMacPath(), "serve", world};

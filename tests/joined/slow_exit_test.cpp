@@ -7,7 +7,7 @@
 namespace joined {
 namespace {
 
-constexpr const char* desk = R"(
+constexpr const char* slowExitDesk = R"(
 display 1 1440x900 scale 1
 app Safari pid 40 bundle com.example.browser frontmost
     window 5 "Start" at 0,25 size 400x400
@@ -17,7 +17,7 @@ app Notes pid 41 bundle com.example.notes
 
 TEST(slow_exit, leaves_the_last_line_of_a_service_the_last) {
   const Folder folder;
-  const ServedMac mac(desk, {});
+  const ServedMac mac(slowExitDesk, {});
   for (int run = 0; run < 20; ++run) {
     Process service(driverCommand({"capture-service", folder.path("lock")}),
                     mac.environment({{"LD_PRELOAD", SLOW_EXIT_LIBRARY}}));

@@ -6,7 +6,7 @@
 namespace joined {
 namespace {
 
-constexpr const char* desk = R"(
+constexpr const char* watchDesk = R"(
 display 1 1440x900 scale 1
 pasteboard item "public.utf8-plain-text" "old" "public.rtf" "{old}"
 app Browser pid 40 bundle com.example.browser frontmost
@@ -20,8 +20,6 @@ app Mail pid 42 bundle com.example.mail
     window 8 "Draft" at 950,80 size 400x600
         AXTextArea "Letter" at 960,130 size 300x400 focused
 )";
-
-constexpr const char* noViolations = "{\"ok\":true,\"violations\":[]}\n";
 
 /// A watcher on a Mac of its own, which has written its first line.
 class Watched {
@@ -41,7 +39,7 @@ class Watched {
   }
 
  private:
-  ServedMac mac_{desk};
+  ServedMac mac_{watchDesk};
   Process watcher_;
 };
 
@@ -64,7 +62,7 @@ TEST(watcher, reports_each_input_until_its_own_is_closed) {
 }
 
 TEST(watcher, ends_at_once_for_a_caller_that_gives_no_input) {
-  const ServedMac mac(desk);
+  const ServedMac mac(watchDesk);
   EXPECT_EQ(seen(mac.driver({"watch-input"})), "0 {\"idleMs\":0,\"ok\":true,\"watching\":true}\n");
 }
 
@@ -78,7 +76,7 @@ TEST(watcher, ends_by_a_signal) {
 }
 
 TEST(watcher, ends_with_status_1_when_its_reader_has_gone) {
-  const ServedMac mac(desk);
+  const ServedMac mac(watchDesk);
   // The reader goes after the first line, and with it the last that has the shell's output.
   Process shell({"/bin/sh", "-c",
                  "exec 3<&0; { \"$0\" watch-input <&3; echo \"status $?\" >&2; } | "
@@ -103,7 +101,7 @@ TEST(watcher, says_nothing_of_what_the_tool_does) {
 }
 
 TEST(driver, types_into_an_application_behind) {
-  const ServedMac mac(desk);
+  const ServedMac mac(watchDesk);
   EXPECT_EQ(seen(mac.driver({"bg-type", "Notes", "one\r\ntwo \U0001F600"})),
             "0 {\"ok\":true,\"pid\":41,\"via\":\"background\",\"window\":7}\n");
   EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 41/7 give
@@ -121,7 +119,7 @@ TEST(driver, types_into_an_application_behind) {
 }
 
 TEST(driver, pastes_files_and_gives_the_clipboard_back) {
-  const ServedMac mac(desk);
+  const ServedMac mac(watchDesk);
   EXPECT_EQ(seen(mac.driver({"bg-paste-files", "Mail", "/a b.txt", "c.txt"})),
             "0 {\"ok\":true,\"pid\":42,\"via\":\"background\",\"window\":8}\n");
   EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 42/8 give

@@ -29,6 +29,12 @@ class broken_run : public testing::Test {
         window 8 "Outbox" at 100,100 size 200x200
         window 9 at 100,100 size 200x200
 )";
+  static constexpr const char* done = "{\"ok\":true}\n";
+  static constexpr const char* refused = "{\"error\":\"x\",\"ok\":false}\n";
+  static constexpr std::uint32_t leftDown = 1;
+  static constexpr std::uint32_t leftUp = 2;
+  static constexpr std::uint32_t rightDown = 3;
+  static constexpr std::uint32_t moved = 5;
 
   broken_run() {
     mac_.world = simulator::parseWorld(desk);

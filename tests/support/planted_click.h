@@ -9,6 +9,11 @@
 
 namespace testing_support {
 
+/// Two outcomes of its press.
+inline const std::string pressed = "pressed AXCheckBox \"Done\"";
+inline const std::string brokenGroup =
+    "LOST: the priming events did not come first in its click group";
+
 /// The events of one click, as a receiver wants them, to be spoilt and delivered. Application 41,
 /// an AppKit one, has window 7 at 100,100, and 42, a Chromium one, window 9 at 300,100; the click
 /// is at 20,20 in the window, on a check box "Done". Window 8 of 41 is off screen; 40 is in front.
