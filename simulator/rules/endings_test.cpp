@@ -121,6 +121,18 @@ TEST_F(broken_run, that_fails_and_yet_replaces_a_file) {
   EXPECT_EQ(end(refused, 1), Sentences{"I19: a file was replaced by a failed run"});
 }
 
+TEST_F(broken_run, that_lives_on_and_ends_without_a_line) {
+  client_.arguments = {"driver", "watch-input"};
+
+  EXPECT_EQ(end("", 1), Sentences{"I7: the run ended without a line"});
+}
+
+TEST_F(broken_run, that_lives_on_and_ends_within_a_line) {
+  client_.arguments = {"driver", "watch-input"};
+
+  EXPECT_EQ(end("{\"ok\":true}\n{\"e", 1), Sentences{"I7: the last line is not whole"});
+}
+
 TEST_F(broken_run, that_was_killed_is_not_held_to_its_end) {
   focusRecord(true);
   post(event(leftDown));
