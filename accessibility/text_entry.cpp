@@ -97,10 +97,21 @@ const char* replaceAll(const Field& field, const std::string& text) {
   return write(field, "AXValue", ax::Value{text}) ? "value" : "none";
 }
 
+/// What a field shows. `now` has nothing but its element yet, or was read with the structure.
+ComposerText shownIn(Snapshot& now) { return axComposerText(now, Batch(structureAttributes)); }
+
+/// Whether a field shows another text than before, or does no longer tell all of it.
+bool hasChanged(const ComposerText& before, const ComposerText& now) {
+  return before.complete != now.complete || !sameText(before.text, now.text);
+}
+
 /// Writes through the selection, as typing would: what stands around it is left alone. Where that
-/// changes nothing, through the value. A field that has changed in another way is not written to
-/// again: that could double the text.
+/// changes nothing, through the value. A field that has changed in another way, in its value or in
+/// what it shows, is not written to again: that could double the text, or destroy one that its
+/// value does not tell.
 const char* insertPart(const Field& field, const Change& change) {
+  Snapshot before(field.element);
+  const ComposerText shownBefore = shownIn(before);
   const char* method = "none";
   if (write(field, "AXSelectedTextRange", ax::Value{change.range}) &&
       write(field, "AXSelectedText", ax::Value{change.text})) {
@@ -109,8 +120,10 @@ const char* insertPart(const Field& field, const Change& change) {
   }
   Snapshot now(field.element);
   now.read(structureAttributes | AttributeSet{Attribute::value});
-  if (holdsText(now, change.expected, field.chrome)) return method;
+  const ComposerText shown = shownIn(now);
+  if (holdsText(now, shown, change.expected, field.chrome)) return method;
   if (!sameText(contentOf(now, field.chrome), field.prior)) return method;
+  if (hasChanged(shownBefore, shown)) return method;
   if (!sessionUsable()) {
     // The wait was long enough for the screen to lock.
     globals().droppedWhileLocked = true;
@@ -132,7 +145,7 @@ Reply landingReply(const Field& field, const std::string& expected, const char* 
   loop::sleepMicroseconds(settlingMicroseconds);
   Snapshot now(field.element);
   now.read(structureAttributes | infoAttributes | AttributeSet{Attribute::value});
-  const bool landed = holdsText(now, expected, field.chrome);
+  const bool landed = holdsText(now, shownIn(now), expected, field.chrome);
   Reply reply = {{"ok", landed},
                  {"method", method},
                  {"element", axInfo(now, Batch(structureAttributes))},

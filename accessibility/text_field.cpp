@@ -151,12 +151,11 @@ std::string contentOf(Snapshot& field, const std::vector<std::string>& chrome) {
   return value == nullptr || isAmong(*value, chrome) ? "" : *value;
 }
 
-bool holdsText(Snapshot& field, const std::string& expected,
+bool holdsText(Snapshot& field, const ComposerText& shown, const std::string& expected,
                const std::vector<std::string>& chrome) {
   // Composers of web pages show each line as a text of its own, whatever their value says.
-  const ComposerText composer = axComposerText(field, Batch(structureAttributes));
-  if (!composer.complete) return false;
-  return sameText(composer.text.empty() ? contentOf(field, chrome) : composer.text, expected);
+  if (!shown.complete) return false;
+  return sameText(shown.text.empty() ? contentOf(field, chrome) : shown.text, expected);
 }
 
 bool isAmong(const std::string& text, const std::vector<std::string>& squashedTexts) {

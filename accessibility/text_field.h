@@ -37,9 +37,9 @@ std::vector<std::string> chromeTexts(Snapshot& field);
 /// The field's value; empty when it has none, or shows its own decoration in place of one.
 std::string contentOf(Snapshot& field, const std::vector<std::string>& chrome);
 
-/// Whether the field holds just this text, white space aside. A field that cannot be read to the
-/// end does not.
-bool holdsText(Snapshot& field, const std::string& expected,
+/// Whether the field, which shows `shown`, holds just this text, white space aside. A field that
+/// cannot be read to the end does not.
+bool holdsText(Snapshot& field, const ComposerText& shown, const std::string& expected,
                const std::vector<std::string>& chrome);
 
 /// Whether one of the squashed texts is the squashed form of this one.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,12 +22,47 @@ namespace {
 // contents there would paste those.
 constexpr std::uint32_t readingMicroseconds = 300'000;
 
+/// What the user has on the clipboard.
+struct Saved {
+  std::vector<pasteboard::Item> items;  // each with something in it
+  std::int64_t change = 0;              // the change count that belongs to them
+};
+
+InputFailure usedByOthers() {
+  return InputFailure("somebody else has just copied something; nothing was pasted");
+}
+
+/// Throws when not everything is told that would have to come back. All of it is read before the
+/// clearing: an owner may then drop what it has only promised.
+Saved save() {
+  const std::int64_t change = pasteboard::changeCount();
+  std::optional<std::vector<pasteboard::Item>> items = pasteboard::items();
+  const bool wasEmpty = items && items->empty();
+  if (items) std::erase_if(*items, [](const pasteboard::Item& item) { return item.empty(); });
+  if (!items || (items->empty() && !wasEmpty)) {
+    throw InputFailure("the clipboard could not be read");
+  }
+  // Reading takes its time: what was read may be older by now than what is there.
+  if (pasteboard::changeCount() != change) throw usedByOthers();
+  return {std::move(*items), change};
+}
+
+/// Empties the clipboard, on which `seen` was the latest change. Returns the change that this is.
+std::int64_t clear(std::int64_t seen) {
+  const std::int64_t own = pasteboard::clear();
+  // No look can come so late that nobody copies after it.
+  if (own != seen + 1) globals().copyLost = true;
+  return own;
+}
+
 void restore(const std::vector<pasteboard::Item>& items, std::int64_t ownChange) {
   loop::sleepMicroseconds(readingMicroseconds);
   // What somebody has copied since is newer than what was saved.
   if (pasteboard::changeCount() != ownChange) return;
-  pasteboard::clear();
-  if (!items.empty()) pasteboard::write(items);
+  const std::int64_t cleared = clear(ownChange);
+  if (items.empty() || pasteboard::write(items)) return;
+  // The system also refuses when somebody has copied something since: that is to stay.
+  if (pasteboard::changeCount() == cleared) globals().clipboardNotRestored = true;
 }
 
 constexpr std::size_t firstPath = 3;  // among the words of the command line
@@ -41,14 +77,14 @@ std::string absolutePath(const std::string& path) {
 }  // namespace
 
 void withClipboard(const std::function<bool()>& write, const std::function<void()>& use) {
-  // All of it is read before the clearing: an owner may then drop what it has only promised.
-  std::vector<pasteboard::Item> saved = pasteboard::items();
-  pasteboard::clear();
-  const bool isWritten = write();
-  const std::int64_t ownChange = pasteboard::changeCount();
+  Saved saved = save();
+  const std::int64_t ownChange = clear(saved.change);
   // By an undo, since no destructor may touch the platform.
-  pushUndo([saved = std::move(saved), ownChange] { restore(saved, ownChange); });
+  pushUndo([items = std::move(saved.items), ownChange] { restore(items, ownChange); });
   try {
+    const bool isWritten = write();
+    // What somebody has copied meanwhile is not ours to paste.
+    if (pasteboard::changeCount() != ownChange) throw usedByOthers();
     if (!isWritten) throw InputFailure("the clipboard could not be written");
     use();
   } catch (const InputFailure&) {

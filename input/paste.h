@@ -12,7 +12,9 @@ namespace driver {
 /// Puts something else on the user's clipboard while `use` runs: `write` puts it on the empty
 /// clipboard and tells whether it could. 300 ms after `use` the user's contents come back, also
 /// when `use` throws or the run fails meanwhile; unless somebody else has put something there
-/// since. Throws InputFailure, in place of running `use`, when the clipboard could not be written.
+/// since. Throws InputFailure, in place of running `use`, when the clipboard could not be read (it
+/// is then not touched) or written, or when somebody else has used it meanwhile. `copyLost` and
+/// `clipboardNotRestored` of the globals tell what could not be helped.
 void withClipboard(const std::function<bool()>& write, const std::function<void()>& use);
 
 /// The files that the arguments from the fourth word on name, as absolute paths; they need not

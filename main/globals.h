@@ -57,6 +57,13 @@ struct Globals {
   /// Set when input was withheld because the session had become unusable. Never cleared.
   bool droppedWhileLocked = false;
 
+  /// Somebody copied something in the instant between the last look at the clipboard and a clearing
+  /// of it by this run. Never cleared.
+  bool copyLost = false;
+
+  /// The clipboard did not take back what it had held. Never cleared.
+  bool clipboardNotRestored = false;
+
   /// Shared.
   std::map<platform::Pid, HeldFocus> heldInputFocus;
 

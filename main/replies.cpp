@@ -38,7 +38,15 @@ bool isSuccess(const Reply& reply) {
   return entry != reply.end() && entry->second == Value(true);
 }
 
-std::string lineOf(const Reply& reply) { return json::write(repaired(reply)); }
+/// The reply, and what has become of the user's clipboard when that is not as it should be: whoever
+/// ends the run, and for whatever reason.
+Reply complete(Reply reply) {
+  if (globals().copyLost) reply["copyLost"] = true;
+  if (globals().clipboardNotRestored) reply["clipboardRestored"] = false;
+  return reply;
+}
+
+std::string lineOf(const Reply& reply) { return json::write(repaired(complete(reply))); }
 
 enum class Line { oneOfSeveral, last };
 

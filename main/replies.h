@@ -41,6 +41,7 @@ Reply refusal(std::string error);
 Reply lockedRefusal(std::string error);
 
 /// Writes one reply as a line of JSON with sorted keys. False when not all of it could be written.
+/// As every line it also says "copyLost": true and "clipboardRestored": false where that is so.
 /// When input was withheld in this run because the screen locked, `failWithheld` takes the place of
 /// a success.
 bool emit(const Reply& reply);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,13 +20,17 @@ struct Representation {
 /// An item, its representations in the pasteboard's order.
 using Item = std::vector<Representation>;
 
-/// All items, in order. A type that is promised and cannot be supplied is left out.
-std::vector<Item> items();
+/// All items, in order; absent when the pasteboard could not be read. A type that is promised and
+/// cannot be supplied, or that the system does not let this process read, is left out; an item
+/// without any other is there, and empty.
+std::optional<std::vector<Item>> items();
 
-/// A number that changes with every change of the pasteboard by anybody.
+/// A number that grows by one each time somebody clears the pasteboard, as every copy does. Writing
+/// what one has cleared oneself leaves it as it is.
 std::int64_t changeCount();
 
-void clear();
+/// Returns the change count that this very clearing has made.
+std::int64_t clear();
 
 /// Adds items with all their representations. False when the system refused.
 bool write(const std::vector<Item>& items);

@@ -24,6 +24,7 @@
   shape(boolean,      "yes or no")              \
   shape(list,         "list")                   \
   shape(optionalList, "list or nothing")        \
+  shape(items,        "items or nothing")       \
   shape(status,       "status")                 \
   shape(serial,       "status and serial")      \
   shape(window,       "message for a window")   \
@@ -129,7 +130,7 @@
   call(pixelsOfImage,          "image.pixels",                       optional)     \
   call(decodeImage,            "image.decode",                       optional)     \
   call(fileIcon,               "image.file-icon",                    optional)     \
-  call(pasteboardItems,        "pasteboard.items",                   list)         \
+  call(pasteboardItems,        "pasteboard.items",                   items)        \
   call(pasteboardChangeCount,  "pasteboard.change-count",            fixed)        \
   call(clearPasteboard,        "pasteboard.clear",                   fixed)        \
   call(writePasteboard,        "pasteboard.write",                   boolean)      \

@@ -1,9 +1,7 @@
 #include "simulator/desktop.h"
 
-#include <array>
-#include <cstdio>
-
 #include "simulator/calls/calls.h"
+#include "simulator/datum_text.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/sharing_streams.h"
 #include "simulator/text/happenings.h"
@@ -22,33 +20,6 @@ constexpr Pid firstClientPid = 5'000'000;
 /// A Mac that serves for days forgets its oldest calls.
 constexpr std::size_t traceEntriesMax = 200'000;
 
-std::string datumText(const driver::Datum& datum);
-
-struct Texter {
-  std::string operator()(std::monostate /*nothing*/) const { return "-"; }
-  std::string operator()(bool value) const { return value ? "true" : "false"; }
-  std::string operator()(std::int64_t value) const { return std::to_string(value); }
-  std::string operator()(double value) const {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.17g", value);
-    return text.data();
-  }
-  std::string operator()(const std::string& value) const {
-    std::string text = "\"";
-    for (const char c : value.substr(0, 120)) {
-      text += static_cast<unsigned char>(c) < ' ' ? '.' : c;
-    }
-    return text + "\"";
-  }
-  std::string operator()(const driver::Datum::List& values) const {
-    std::string text = "[";
-    for (const auto& value : values) text += (text.size() > 1 ? " " : "") + datumText(value);
-    return text + "]";
-  }
-};
-
-std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, datum.data); }
-
 }  // namespace
 
 Desktop::Desktop(World world, const std::vector<Fault>& faults)
@@ -61,7 +32,7 @@ std::size_t Desktop::join(std::vector<std::string> arguments,
                           std::map<std::string, std::string> environment) {
   const std::size_t index = mac_.clients.size();
   auto client = std::make_unique<Client>();
-  client->pid = firstClientPid + static_cast<Pid>(index);
+  client->pid = pidOf(index);
   client->arguments = std::move(arguments);
   client->environment = std::move(environment);
   mac_.world.processes.insert(client->pid);
@@ -80,6 +51,13 @@ void Desktop::leave(std::size_t client) {
   dropTaps(mac_, *mac_.clients[client]);
   rules_[client]->finish(violations_);
 }
+
+void Desktop::forget(std::size_t client) {
+  rules_[client].reset();
+  mac_.clients[client].reset();
+}
+
+Pid Desktop::pidOf(std::size_t client) { return firstClientPid + static_cast<Pid>(client); }
 
 const Outcome* Desktop::strike(platform::Function function) {
   const Outcome* outcome = nullptr;

@@ -37,6 +37,10 @@ class Desktop {
   /// The process has gone. Idempotent.
   void leave(std::size_t client);
 
+  /// Drops what is kept of a client that has left and makes no more calls. A Mac that serves for
+  /// days meets many.
+  void forget(std::size_t client);
+
   /// Answers one call: asks for a fault, lets the world answer, writes the trace, checks the rules.
   /// The answer is due `delay` after now. Throws MalformedDatum for a call that makes no sense.
   /// `flow` tells the process's flows apart; 0 is the first.
@@ -60,7 +64,10 @@ class Desktop {
 
   Mac& mac() { return mac_; }
   const Mac& mac() const { return mac_; }
+  /// A client that was not forgotten.
   const Client& client(std::size_t client) const { return *mac_.clients[client]; }
+  /// The process id of a client, also when it was forgotten.
+  static Pid pidOf(std::size_t client);
   /// The latest calls, 100,000 at least.
   const std::vector<TraceEntry>& trace() const { return trace_; }
 

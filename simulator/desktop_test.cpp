@@ -99,6 +99,24 @@ TEST(Desktop, checks_the_rules_of_each_client) {
                    "I6: unknown exit status"}));
 }
 
+TEST(Desktop, goes_on_without_clients_that_it_has_forgotten) {
+  Desktop desktop(parseWorld(desk));
+  const std::size_t gone = desktop.join({"driver", "session"}, {});
+  desktop.handle(gone, {Function::uptime, {}});
+  desktop.leave(gone);
+  desktop.forget(gone);
+  const std::size_t next = desktop.join({"driver", "session"}, {});
+  EXPECT_NE(Desktop::pidOf(gone), Desktop::pidOf(next));
+  EXPECT_EQ(desktop.client(next).pid, Desktop::pidOf(next));
+
+  for (const char* happening : {"user move 1,1", "signal 15"}) {
+    desktop.happen(parseHappening(happening, desktop.mac().world));
+  }
+  EXPECT_EQ(desktop.client(next).diedBySignal, 15);
+  EXPECT_EQ(desktop.trace().size(), 1U);
+  EXPECT_EQ(desktop.trace()[0].client, gone);
+}
+
 TEST(Desktop, answers_a_sleep_as_late_as_it_lasts_without_waiting) {
   Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "session"}, {});

@@ -35,6 +35,10 @@ Answer emptyWindows(const Call& /*call*/, Code /*code*/) {
   return {pack(std::optional(std::vector<windowserver::Window>{}))};
 }
 
+Answer noItems(const Call& /*call*/, Code /*code*/) {
+  return {pack(std::optional(std::vector<pasteboard::Item>{}))};
+}
+
 Answer emptyContent(const Call& /*call*/, Code /*code*/) {
   return {pack(platform::Thrown{std::nullopt, pack(platform::WireContent{})})};
 }
@@ -45,6 +49,11 @@ Answer wrongNumber(const Call& /*call*/, Code /*code*/) {
 
 Answer wrongWindows(const Call& /*call*/, Code /*code*/) {
   return {pack(std::optional(std::vector<windowserver::Window>{windowserver::Window{}}))};
+}
+
+/// One item, of which no type can be read.
+Answer unreadableItem(const Call& /*call*/, Code /*code*/) {
+  return {pack(std::optional(std::vector<pasteboard::Item>{pasteboard::Item{}}))};
 }
 
 /// Values that no reader expects: an opaque one and geometry that is not a number, in turn.

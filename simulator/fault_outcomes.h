@@ -27,15 +27,18 @@
 ///             and, for errors, the codes that the sweeps try
 #define FAULT_OUTCOMES(row)                                                               \
   row(absent, "absent", "", "nothing, where something may be missing",                    \
-          {Shape::optional, nothing}, {Shape::optionalList, nothing})                     \
+          {Shape::optional, nothing}, {Shape::optionalList, nothing},                     \
+          {Shape::items, nothing})                                                        \
   row(refused, "refused", "", "false, or a post that vanishes",                           \
           {Shape::boolean, no}, {Shape::post, nothing})                                   \
   row(empty, "empty", "", "a list or a text without contents",                            \
           {Shape::list, emptyList}, {Shape::text, emptyText},                             \
-          {Shape::optionalList, emptyWindows}, {Shape::content, emptyContent})            \
+          {Shape::optionalList, emptyWindows}, {Shape::items, noItems},                   \
+          {Shape::content, emptyContent})                                                 \
   row(wrong, "wrong", "", "values of other types than expected, or that are no numbers",  \
           {Shape::number, wrongNumber}, {Shape::optionalList, wrongWindows},              \
-          {Shape::readings, wrongReadings}, {Shape::content, wrongContent})               \
+          {Shape::items, unreadableItem}, {Shape::readings, wrongReadings},               \
+          {Shape::content, wrongContent})                                                 \
   row(error, "error", "CODE", "an error with this code",                                  \
           {Shape::status, failedStatus, processErrors},                                   \
           {Shape::serial, failedSerial, processErrors},                                   \

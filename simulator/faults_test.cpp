@@ -114,7 +114,7 @@ TEST(admissibleOutcomes, follow_the_form_of_the_answer) {
   EXPECT_EQ(outcomesOf(Function::createKeyboardEvent), with({"absent"}));
   EXPECT_EQ(outcomesOf(Function::createTap), with({"absent"}));
   EXPECT_EQ(outcomesOf(Function::toolOutput), with({"absent"}));
-  EXPECT_EQ(outcomesOf(Function::pasteboardItems), with({"empty"}));
+  EXPECT_EQ(outcomesOf(Function::pasteboardItems), with({"absent", "empty", "wrong"}));
   EXPECT_EQ(outcomesOf(Function::writePasteboard), with({"refused"}));
   EXPECT_EQ(outcomesOf(Function::secondsSinceLast), with({"wrong"}));
   EXPECT_EQ(outcomesOf(Function::currentDirectory), with({"empty"}));

@@ -64,11 +64,18 @@ def schema_of(name, title, alternatives):
     return {**schema, "$defs": definitions} if definitions else schema
 
 
+def beside(alternative, keys):
+    """The schema of a reply that may have these keys besides."""
+    return {**alternative, "properties": {**alternative["properties"], **keys}}
+
+
 def command_schema(command, described):
     entry = described[command.name]
     replies = described[entry["same"]]["replies"] if "same" in entry else entry["replies"]
     alternatives = [success(reply) for reply in replies]
     alternatives += [refusal(error, command) for error in table.errors_of(command)]
+    if "beside" in entry:
+        alternatives = [beside(one, entry["beside"]) for one in alternatives]
     line = "a line" if entry.get("lines") else "the reply"
     return schema_of(command.name, f"{line} of driver {command.name}", alternatives)
 

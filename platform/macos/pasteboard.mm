@@ -35,10 +35,12 @@ NSPasteboardItem* nativeItem(const Item& item) {
 
 }  // namespace
 
-std::vector<Item> items() {
+std::optional<std::vector<Item>> items() {
   @autoreleasepool {
+    NSArray<NSPasteboardItem*>* natives = general().pasteboardItems;
+    if (natives == nil) return std::nullopt;
     std::vector<Item> items;
-    for (NSPasteboardItem* each in general().pasteboardItems) items.push_back(item(each));
+    for (NSPasteboardItem* each in natives) items.push_back(item(each));
     return items;
   }
 }
@@ -49,9 +51,9 @@ std::int64_t changeCount() {
   }
 }
 
-void clear() {
+std::int64_t clear() {
   @autoreleasepool {
-    [general() clearContents];
+    return [general() clearContents];
   }
 }
 

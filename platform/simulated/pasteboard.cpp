@@ -5,14 +5,15 @@
 namespace pasteboard {
 
 using platform::Function;
-using simulated::ask;
 using simulated::askFor;
 
-std::vector<Item> items() { return askFor<std::vector<Item>>(Function::pasteboardItems); }
+std::optional<std::vector<Item>> items() {
+  return askFor<std::optional<std::vector<Item>>>(Function::pasteboardItems);
+}
 
 std::int64_t changeCount() { return askFor<std::int64_t>(Function::pasteboardChangeCount); }
 
-void clear() { ask(Function::clearPasteboard); }
+std::int64_t clear() { return askFor<std::int64_t>(Function::clearPasteboard); }
 
 bool write(const std::vector<Item>& items) {
   return askFor<bool>(Function::writePasteboard, items);

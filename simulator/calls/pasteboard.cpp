@@ -28,7 +28,7 @@ Answer written(Mac& mac, const Client& client, std::string what,
 }  // namespace
 
 Answer pasteboardItems(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
-  return {pack(readableItems(mac.world.pasteboard)), 0};
+  return {pack(std::optional(readableItems(mac.world.pasteboard))), 0};
 }
 
 Answer pasteboardChangeCount(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
@@ -38,7 +38,7 @@ Answer pasteboardChangeCount(Mac& mac, Client& /*client*/, const Arguments& /*ar
 Answer clearPasteboard(Mac& mac, Client& client, const Arguments& /*arguments*/) {
   simulator::clearPasteboard(mac.world.pasteboard, client.pid);
   note(mac, "clear");
-  return {};
+  return {pack(mac.world.pasteboard.changeCount), 0};
 }
 
 Answer writePasteboard(Mac& mac, Client& client, const Arguments& arguments) {

@@ -71,7 +71,7 @@ ControlAnswer trace(const Request& request) {
   const auto& entries = request.desktop.trace();
   if (wantsText(request.words)) return listed(entries, simulator::traceLine);
   return listed(entries, [&](const simulator::TraceEntry& entry) {
-    return traceJson(entry, request.desktop.client(entry.client).pid);
+    return traceJson(entry, simulator::Desktop::pidOf(entry.client));
   });
 }
 

@@ -250,6 +250,7 @@ void Server::dropGone() {
     if (client->kind == Kind::process) {
       desktop_.leave(client->member);
       turns_.leaveAll(client->member);
+      desktop_.forget(client->member);
     }
     if (client->flow) turns_.leave(*client->flow);
     client = clients_.erase(client);

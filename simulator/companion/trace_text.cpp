@@ -2,13 +2,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "simulator/datum_text.h"
+
 namespace companion {
 
 namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t textLengthMax = 200;  // bytes
+constexpr std::size_t textBytesMax = 200;
 
 json jsonOf(const driver::Datum& datum);
 
@@ -18,8 +20,8 @@ struct Converter {
   json operator()(std::int64_t value) const { return value; }
   json operator()(double value) const { return value; }
   json operator()(const std::string& value) const {
-    if (value.size() <= textLengthMax) return value;
-    return value.substr(0, textLengthMax) + "…";
+    if (!simulator::isReadable(value)) return {{"hex", simulator::hexOf(value)}};
+    return simulator::beginningOf(value, textBytesMax);
   }
   json operator()(const driver::Datum::List& values) const {
     json list = json::array();
@@ -40,7 +42,7 @@ std::string traceJson(const simulator::TraceEntry& entry, simulator::Pid client)
   line["call"] = platform::nameOf(entry.call.function);
   line["faulty"] = entry.faulty;
   line["pid"] = client;
-  return line.dump(-1, ' ', false, json::error_handler_t::replace);
+  return line.dump();
 }
 
 }  // namespace companion

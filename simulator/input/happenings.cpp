@@ -15,7 +15,7 @@ void queue(Client& client, platform::ItemKind kind, std::int64_t number) {
 std::vector<Client*> living(Mac& mac) {
   std::vector<Client*> found;
   for (const auto& client : mac.clients) {
-    if (!client->exited) found.push_back(client.get());
+    if (client && !client->exited) found.push_back(client.get());
   }
   return found;
 }

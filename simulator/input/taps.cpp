@@ -21,7 +21,7 @@ Tap* findTap(Mac& mac, std::int64_t number) {
 
 void tell(Mac& mac, const Tap& tap, std::int64_t serial, const tap::Event& event) {
   for (const auto& client : mac.clients) {
-    if (client->pid != tap.owner || client->exited) continue;
+    if (!client || client->pid != tap.owner || client->exited) continue;
     client->items.push_back({platform::ItemKind::tapEvent, tap.number, serial, event});
   }
 }

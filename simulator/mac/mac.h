@@ -64,13 +64,20 @@ struct Mac {
   std::vector<JournalEntry> journal;
   std::int64_t numbers = 0;  // the last number given to an event, source, picture, tap or stream
   std::vector<std::unique_ptr<Client>>
-      clients;  // in the order of joining; those that have gone too
+      clients;  // in the order of joining; null for one that was forgotten
   TapLine tapLine = {};
 };
+
+/// A Mac that serves for days forgets the oldest entries.
+inline constexpr std::size_t journalEntriesMax = 200'000;
 
 /// Adds an entry to the journal, which is of now.
 inline void enter(Mac& mac, JournalEntry entry) {
   entry.at = mac.now;
+  // Half at a time: to drop them one by one would move all others each time.
+  if (mac.journal.size() == journalEntriesMax) {
+    mac.journal.erase(mac.journal.begin(), mac.journal.begin() + journalEntriesMax / 2);
+  }
   mac.journal.push_back(std::move(entry));
 }
 

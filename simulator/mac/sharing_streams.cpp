@@ -16,7 +16,7 @@ void note(Mac& mac, const Sharing& sharing, const char* what) {
 
 Client* clientOf(Mac& mac, Pid pid) {
   const auto client = std::find_if(mac.clients.begin(), mac.clients.end(),
-                                   [&](const auto& each) { return each->pid == pid; });
+                                   [&](const auto& each) { return each && each->pid == pid; });
   return client == mac.clients.end() ? nullptr : client->get();
 }
 

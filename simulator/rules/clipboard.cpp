@@ -10,85 +10,106 @@ namespace {
 
 constexpr std::uint32_t waitForReader = 300'000;
 
-bool isOfPasteboard(Function function) {
-  switch (function) {
-    case Function::pasteboardItems:
-    case Function::pasteboardChangeCount:
-    case Function::clearPasteboard:
-    case Function::writePasteboard:
-    case Function::writeFilesToPasteboard:
-      return true;
-    default:
-      return false;
-  }
-}
+bool isEmpty(const pasteboard::Item& item) { return item.empty(); }
 
 /// What can be told of the items: one without any type is as good as none.
 std::vector<pasteboard::Item> filled(std::vector<pasteboard::Item> items) {
-  items.erase(std::remove_if(items.begin(), items.end(),
-                             [](const pasteboard::Item& item) { return item.empty(); }),
-              items.end());
+  std::erase_if(items, isEmpty);
   return items;
 }
 
 }  // namespace
 
+bool ClipboardRules::isOwner() const { return run_.mac.world.pasteboard.owner == run_.client.pid; }
+
 void ClipboardRules::before(const ObservedCall& seen, Violations& violations) {
-  if (seen.call.function == Function::clearPasteboard) checkClear(violations);
+  const Function function = seen.call.function;
+  if (function == Function::clearPasteboard) checkClear(violations);
+  if (isPost(function) || function == Function::axPerform) checkPaste(violations);
 }
 
 void ClipboardRules::checkClear(Violations& violations) {
-  if (!saved_) violations.push_back("I9: the clipboard was cleared and not saved before");
-  if (cleared_ && knowsOfCopy_) violations.push_back("I9: a newer copy was overwritten");
-  if (cleared_ && run_.lastSleep != waitForReader) {
+  if (!saved_) {
+    violations.push_back("I9: the clipboard was cleared and not saved before");
+  } else if (!saved_->empty() && std::all_of(saved_->begin(), saved_->end(), isEmpty)) {
+    violations.push_back("I9: a clipboard was cleared of which nothing could be read");
+  }
+  if (clears_ > 0 && run_.lastSleep != waitForReader) {
     violations.push_back("I5: the clipboard is restored without the wait before it");
   }
-  const bool changed = run_.mac.world.pasteboard.changeCount != lastCount_;
-  copiedBetween_ = copiedBetween_ || changed;
+  if (saved_ && !isOwner()) checkOverwriting(violations);
+}
+
+/// Somebody else's contents may go when they were saved. Others may go unseen, when they came after
+/// a look than which none can be later.
+void ClipboardRules::checkOverwriting(Violations& violations) {
+  const std::int64_t expected = clears_ > 0 ? ownChange_ : savedChange_;
+  if (run_.mac.world.pasteboard.changeCount == expected) return;
+  if (lookedJustNow_ && toldChange_ == expected) {
+    copyLost_ = true;
+  } else {
+    violations.push_back("I9: a newer copy was overwritten");
+  }
+}
+
+void ClipboardRules::checkPaste(Violations& violations) const {
+  if (clears_ != 1) return;
+  if (!lookedSinceWrite_) {
+    violations.push_back("I9: pasted without knowing whose the clipboard is");
+  } else if (toldChange_ != ownChange_) {
+    violations.push_back("I9: pasted what somebody else has copied");
+  }
 }
 
 void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
                            Violations& /*violations*/) {
-  if (!isOfPasteboard(seen.call.function)) return;
-  const Pasteboard& pasteboard = run_.mac.world.pasteboard;
-  lastCount_ = pasteboard.changeCount;
-  switch (seen.call.function) {
+  const Function function = seen.call.function;
+  lookedJustNow_ = function == Function::pasteboardChangeCount;
+  switch (function) {
     case Function::pasteboardItems:
-      if (!cleared_) saved_ = driver::unpack<std::vector<pasteboard::Item>>(answer.value);
+      if (clears_ > 0) break;
+      saved_ = driver::unpack<std::optional<Items>>(answer.value);
+      savedChange_ = run_.mac.world.pasteboard.changeCount;
       break;
     case Function::clearPasteboard:
-      cleared_ = true;
       ++clears_;
+      ownChange_ = toldChange_ = driver::unpack<std::int64_t>(answer.value);
       break;
     case Function::pasteboardChangeCount:
-      noteCount(driver::unpack<std::int64_t>(answer.value));
+      toldChange_ = driver::unpack<std::int64_t>(answer.value);
+      lookedSinceWrite_ = true;
       break;
     case Function::writePasteboard:
-      restoringRefused_ = clears_ > 1 && !driver::unpack<bool>(answer.value);
+    case Function::writeFilesToPasteboard:
+      lookedSinceWrite_ = false;
+      restoringRefused_ = clears_ > 1 && isOwner() && !driver::unpack<bool>(answer.value);
       break;
     default:
       break;
   }
 }
 
-/// The first count after the clearing is the client's own, whatever happened before it was read.
-void ClipboardRules::noteCount(std::int64_t count) {
-  if (!cleared_) return;
-  if (!ownCount_) {
-    ownCount_ = count;
-    copiedBetween_ = copiedBetween_ || run_.mac.world.pasteboard.owner != run_.client.pid;
-  }
-  knowsOfCopy_ = count != *ownCount_;
-}
-
 /// Who is killed can restore nothing.
 void ClipboardRules::atEnd(Violations& violations) {
   if (!run_.client.exited || run_.client.diedBySignal) return;
-  const Pasteboard& pasteboard = run_.mac.world.pasteboard;
-  if (!cleared_ || !saved_ || pasteboard.owner != run_.client.pid) return;
-  if (copiedBetween_ || restoringRefused_) return;
-  if (filled(readableItems(pasteboard)) != filled(*saved_)) {
+  if (run_.reply) checkReply(*run_.reply, violations);
+  if (clears_ == 0 || !saved_ || !isOwner() || restoringRefused_) return;
+  if (filled(readableItems(run_.mac.world.pasteboard)) != filled(*saved_)) {
     violations.push_back("I9: the clipboard is not what it was");
+  }
+}
+
+void ClipboardRules::checkReply(const ReplyFacts& reply, Violations& violations) const {
+  if (reply.copyLost != copyLost_) {
+    violations.push_back(copyLost_ ? "I9: a copy was lost, and the reply does not say so"
+                                   : "I9: the reply tells of a lost copy, and none was");
+  }
+  if (reply.clipboardNotRestored && !restoringRefused_) {
+    violations.push_back("I9: the reply says that the clipboard was not restored, and it was");
+  }
+  // A copy that has come since is as good.
+  if (!reply.clipboardNotRestored && restoringRefused_ && isOwner()) {
+    violations.push_back("I9: the clipboard was not restored, and the reply does not say so");
   }
 }
 

@@ -9,8 +9,9 @@
 namespace simulator {
 
 /// I9, of a client that uses the pasteboard: it ends as the client was told that it was, or with
-/// what somebody else has put there since. Excepted are a copy that falls between two neighbouring
-/// calls, and a restoring that the pasteboard refuses.
+/// what somebody else has put there since. Nothing is pasted once the client knows that somebody
+/// else has it. What cannot be helped must be told: a copy that comes between a look and the
+/// clearing that follows it at once, and a restoring that the pasteboard refuses.
 class ClipboardRules : public Rule {
  public:
   using Rule::Rule;
@@ -20,17 +21,23 @@ class ClipboardRules : public Rule {
   void atEnd(Violations& violations) override;
 
  private:
-  void noteCount(std::int64_t count);
-  void checkClear(Violations& violations);
+  using Items = std::vector<pasteboard::Item>;
 
-  std::optional<std::vector<pasteboard::Item>> saved_;
-  std::int64_t lastCount_ = 0;  // as it was at the client's latest call
-  std::optional<std::int64_t> ownCount_;
-  bool cleared_ = false;        // by the client
-  bool knowsOfCopy_ = false;    // by somebody else, since then
-  bool copiedBetween_ = false;  // unseen, before a neighbouring call
+  bool isOwner() const;
+  void checkClear(Violations& violations);
+  void checkOverwriting(Violations& violations);
+  void checkPaste(Violations& violations) const;
+  void checkReply(const ReplyFacts& reply, Violations& violations) const;
+
+  std::optional<Items> saved_;     // what the client was told before its first clearing
+  std::int64_t savedChange_ = 0;   // the change count that it was told of
+  std::int64_t toldChange_ = 0;    // the latest count that the client was told
+  std::int64_t ownChange_ = 0;     // the count that its latest clearing made
+  int clears_ = 0;                 // by the client
+  bool lookedJustNow_ = false;     // its latest call asked for the count
+  bool lookedSinceWrite_ = false;  // it asked since it wrote
+  bool copyLost_ = false;          // in an instant that it could not see
   bool restoringRefused_ = false;
-  int clears_ = 0;
 };
 
 }  // namespace simulator

@@ -32,24 +32,47 @@ class clipboard_rules : public testing::Test {
     return given.value;
   }
 
+  std::int64_t count() {
+    return driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount));
+  }
+
+  void save() {
+    saved_ = driver::unpack<std::optional<Items>>(call(Function::pasteboardItems)).value();
+    count();
+  }
+
   void take() {
-    saved_ = driver::unpack<Items>(call(Function::pasteboardItems));
-    call(Function::clearPasteboard);
-    call(Function::writeFilesToPasteboard, {pack(std::vector<std::string>{"/a"})});
-    own_ = driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount));
+    save();
+    own_ = driver::unpack<std::int64_t>(call(Function::clearPasteboard));
+    writeFiles();
+    count();
     run_.lastSleep = 300'000;
   }
 
+  void writeFiles() {
+    call(Function::writeFilesToPasteboard, {pack(std::vector<std::string>{"/a"})});
+  }
+
+  void paste() { rules_.before({{Function::axPerform, {}}}, violations_); }
+
   void giveBack() {
-    if (driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount)) != own_) return;
+    if (count() != own_) return;
     call(Function::clearPasteboard);
     call(Function::writePasteboard, {pack(saved_)});
   }
 
+  /// The pasteboard refuses, or cannot be read: its answer is this one.
+  void faulty(Function function, driver::Datum given) {
+    const platform::Call made{function, {}};
+    rules_.before({made}, violations_);
+    rules_.after({made, 0, true}, {std::move(given), 0}, violations_);
+  }
+
   void userCopies() { copyText(mac_.world.pasteboard, "newer"); }
 
-  Sentences end() {
+  Sentences end(const ReplyFacts& reply = {}) {
     client_.exited = true;
+    run_.reply = reply;
     rules_.atEnd(violations_);
     return violations_;
   }
@@ -87,6 +110,7 @@ TEST_F(clipboard_rules, must_not_come_back_in_part_or_another_order) {
 }
 
 TEST_F(clipboard_rules, must_be_saved_before) {
+  count();
   call(Function::clearPasteboard);
   EXPECT_EQ(end(), Sentences{"I9: the clipboard was cleared and not saved before"});
 }
@@ -102,39 +126,113 @@ TEST_F(clipboard_rules, keeps_what_the_user_copies_meanwhile) {
 TEST_F(clipboard_rules, must_not_lose_a_copy_that_was_seen) {
   take();
   userCopies();
-  call(Function::pasteboardChangeCount);
+  count();
   call(Function::clearPasteboard);
   call(Function::writePasteboard, {pack(saved_)});
   EXPECT_EQ(end(), Sentences{"I9: a newer copy was overwritten"});
 }
 
-TEST_F(clipboard_rules, may_lose_a_copy_that_nobody_could_see) {
+TEST_F(clipboard_rules, must_not_lose_a_copy_that_a_later_look_would_have_shown) {
   take();
-  call(Function::pasteboardChangeCount);
+  count();
+  userCopies();
+  call(Function::uptime);
+  call(Function::clearPasteboard);
+  call(Function::writePasteboard, {pack(saved_)});
+  EXPECT_EQ(end(), Sentences{"I9: a newer copy was overwritten"});
+}
+
+TEST_F(clipboard_rules, must_not_lose_a_copy_that_came_while_it_was_saved) {
+  saved_ = driver::unpack<std::optional<Items>>(call(Function::pasteboardItems)).value();
+  userCopies();
+  call(Function::clearPasteboard);
+  EXPECT_EQ(violations_, Sentences{"I9: a newer copy was overwritten"});
+}
+
+TEST_F(clipboard_rules, must_tell_of_a_copy_that_nobody_could_see) {
+  take();
+  count();
   userCopies();
   call(Function::clearPasteboard);
   call(Function::writePasteboard, {pack(saved_)});
-  EXPECT_EQ(end(), Sentences{});
+  EXPECT_EQ(end({.copyLost = true}), Sentences{});
+  EXPECT_EQ(end(), Sentences{"I9: a copy was lost, and the reply does not say so"});
 }
 
-TEST_F(clipboard_rules, may_lose_a_copy_that_came_before_its_own_count_was_read) {
-  saved_ = driver::unpack<Items>(call(Function::pasteboardItems));
-  call(Function::clearPasteboard);
+TEST_F(clipboard_rules, must_tell_of_a_copy_that_came_before_the_first_clearing) {
+  save();
   userCopies();
-  call(Function::writeFilesToPasteboard, {pack(std::vector<std::string>{"/a"})});
-  own_ = driver::unpack<std::int64_t>(call(Function::pasteboardChangeCount));
+  own_ = driver::unpack<std::int64_t>(call(Function::clearPasteboard));
   run_.lastSleep = 300'000;
   giveBack();
+  EXPECT_EQ(end({.copyLost = true}), Sentences{});
+  EXPECT_EQ(end(), Sentences{"I9: a copy was lost, and the reply does not say so"});
+}
+
+TEST_F(clipboard_rules, must_not_tell_of_a_copy_that_was_not_lost) {
+  take();
+  giveBack();
+  EXPECT_EQ(end({.copyLost = true}), Sentences{"I9: the reply tells of a lost copy, and none was"});
+}
+
+TEST_F(clipboard_rules, must_not_lose_a_copy_that_came_between_its_own_writing_and_the_count) {
+  save();
+  call(Function::clearPasteboard);
+  writeFiles();
+  userCopies();
+  own_ = count();
+  run_.lastSleep = 300'000;
+  giveBack();
+  EXPECT_EQ(end(), Sentences{"I9: a newer copy was overwritten"});
+}
+
+TEST_F(clipboard_rules, must_be_ones_own_when_it_is_pasted) {
+  save();
+  call(Function::clearPasteboard);
+  writeFiles();
+  paste();
+  EXPECT_EQ(violations_, Sentences{"I9: pasted without knowing whose the clipboard is"});
+  violations_.clear();
+  count();
+  paste();
+  EXPECT_EQ(violations_, Sentences{});
+  userCopies();
+  count();
+  paste();
+  EXPECT_EQ(violations_, Sentences{"I9: pasted what somebody else has copied"});
+}
+
+TEST_F(clipboard_rules, must_not_be_cleared_when_it_could_not_be_read) {
+  faulty(Function::pasteboardItems, pack(std::optional<Items>()));
+  count();
+  call(Function::clearPasteboard);
+  EXPECT_EQ(violations_, Sentences{"I9: the clipboard was cleared and not saved before"});
+}
+
+TEST_F(clipboard_rules, must_not_be_cleared_when_nothing_on_it_could_be_read) {
+  faulty(Function::pasteboardItems, pack(std::optional(Items(2))));
+  count();
+  call(Function::clearPasteboard);
+  EXPECT_EQ(violations_, Sentences{"I9: a clipboard was cleared of which nothing could be read"});
+}
+
+TEST_F(clipboard_rules, may_stay_empty_when_it_refuses_what_it_held_and_the_reply_says_so) {
+  take();
+  count();
+  call(Function::clearPasteboard);
+  faulty(Function::writePasteboard, pack(false));
+  EXPECT_EQ(end({.clipboardNotRestored = true}), Sentences{});
+  EXPECT_EQ(end(), Sentences{"I9: the clipboard was not restored, and the reply does not say so"});
+  userCopies();
+  violations_.clear();
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(clipboard_rules, may_stay_empty_when_it_refuses_what_it_held) {
+TEST_F(clipboard_rules, must_not_be_called_lost_when_it_was_restored) {
   take();
-  call(Function::clearPasteboard);
-  const platform::Call refused{Function::writePasteboard, {pack(saved_)}};
-  rules_.before({refused}, violations_);
-  rules_.after({refused}, {pack(false), 0}, violations_);
-  EXPECT_EQ(end(), Sentences{});
+  giveBack();
+  EXPECT_EQ(end({.clipboardNotRestored = true}),
+            Sentences{"I9: the reply says that the clipboard was not restored, and it was"});
 }
 
 TEST_F(clipboard_rules, is_given_back_only_when_the_reader_has_had_its_time) {

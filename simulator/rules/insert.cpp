@@ -129,6 +129,20 @@ void InsertRules::checkReplacement(const Key& key, Violations& violations) const
   violations.push_back("I13: a text was replaced that the run had not written");
 }
 
+/// What has changed, in the field or in a text that it shows, was not what the first write asked
+/// for; a text that was not read before is not known to be the same.
+void InsertRules::checkSecondWrite(Violations& violations) const {
+  for (const auto& [key, value] : toldSince_) {
+    const auto before = told_.find(key);
+    const std::string now = comparable(withoutDecoration(key, value));
+    const std::string then =
+        before == told_.end() ? "" : comparable(withoutDecoration(key, before->second));
+    if (now == then || faulty_.count(key) > 0) continue;
+    violations.push_back("I13: a second write into a field that had changed");
+    return;
+  }
+}
+
 void InsertRules::before(const ObservedCall& seen, Violations& violations) {
   const Call& call = seen.call;
   if (call.function != Function::axSetAttribute || !concernsUs()) return;
@@ -138,6 +152,7 @@ void InsertRules::before(const ObservedCall& seen, Violations& violations) {
   const auto name = driver::unpack<std::string>(call.arguments.at(1));
   const bool isText = name == "AXValue" || name == "AXSelectedText";
   if (isText && argument(mode) == "replace" && !wroteText_) checkReplacement(key, violations);
+  if (isText && wroteText_) checkSecondWrite(violations);
   if (!wroteText_) {
     field_ = key;
     const auto told = told_.find(key);
@@ -156,8 +171,8 @@ void InsertRules::noteReadings(const Key& key, const std::vector<std::string>& n
     const platform::WireSlot& slot = readings.slots[i];
     if (names[i] == "AXValue") {
       const auto value = valueOf<std::string>(slot, platform::ValueKind::text);
-      told_[key] = driver::repairedUtf8(value.value_or(""));
-    } else if (names[i] == "AXSelectedTextRange") {
+      (wroteText_ ? toldSince_ : told_)[key] = driver::repairedUtf8(value.value_or(""));
+    } else if (names[i] == "AXSelectedTextRange" && !wroteText_) {
       const auto range = valueOf<ax::Range>(slot, platform::ValueKind::range);
       if (range) toldSelection_[key] = *range;
     }
@@ -177,7 +192,7 @@ void InsertRules::after(const ObservedCall& seen, const Answer& answer,
     return;
   }
   if (!isRead(call.function)) return;
-  if (!wroteText_) noteReadings(key, namesOf(call), answer);
+  noteReadings(key, namesOf(call), answer);
   if (wroteText_ && field_->first == key.first) landed_ = landed_ || holdsExpected();
 }
 

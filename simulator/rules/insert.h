@@ -13,8 +13,9 @@
 namespace simulator {
 
 /// I13, of one client that enters text: replacing destroys no readable text that is not the run's
-/// own, and a success means that the field was seen to hold the text. What an element answered with
-/// a fault is not held against the client.
+/// own, no text is written a second time into a field that has told of another change, and a
+/// success means that the field was seen to hold the text. What an element answered with a fault is
+/// not held against the client.
 class InsertRules : public Rule {
  public:
   using Rule::Rule;
@@ -35,11 +36,13 @@ class InsertRules : public Rule {
   bool isTransient(Key key) const;
   void noteReadings(const Key& key, const std::vector<std::string>& names, const Answer& answer);
   void checkReplacement(const Key& key, Violations& violations) const;
+  void checkSecondWrite(Violations& violations) const;
   std::string expected() const;
   std::optional<std::string> staticTexts(const Key& field) const;
   bool holdsExpected() const;
 
-  std::map<Key, std::string> told_;  // the AXValue that was answered last; empty for no text
+  std::map<Key, std::string> told_;       // the AXValue that was answered last; empty for no text
+  std::map<Key, std::string> toldSince_;  // the same, after a text was written
   std::map<Key, ax::Range> toldSelection_;
   std::set<Key> faulty_;
   std::optional<Key> field_;  // that was written to

@@ -35,8 +35,8 @@ class insertion_rules : public testing::Test {
   void call(Function function, Datum::List arguments) {
     desktop_->handle(client_, {function, std::move(arguments)});
   }
-  void read(const char* name) {
-    call(Function::axAttribute, {pack(ElementReference{41, 2}), pack(std::string(name))});
+  void read(const char* name, ElementId id = 2) {
+    call(Function::axAttribute, {pack(ElementReference{41, id}), pack(std::string(name))});
   }
   void write(const char* name, const std::string& text) {
     const Datum value(Datum::List{pack(ValueKind::text), pack(text)});
@@ -165,6 +165,39 @@ TEST_F(insertion_rules, expects_what_the_mode_makes_of_the_prior_text) {
   EXPECT_EQ(insert("new_line", {4, 0}, "x"), unseen);
   EXPECT_EQ(insert("caret", {1, 2}, "x"), noViolations);
   EXPECT_EQ(insert("caret", {4, 0}, "x"), unseen);
+}
+
+const std::vector<std::string> twice = {"I13: a second write into a field that had changed"};
+
+TEST_F(insertion_rules, may_write_a_second_time_where_the_first_changed_nothing) {
+  begin("\n    AXTextArea \"F\" value \"old\" rejects AXSelectedText", "end", "new");
+  read("AXValue");
+  write("AXSelectedText", "new");
+  read("AXValue");
+  write("AXValue", "oldnew");
+  read("AXValue");
+  EXPECT_EQ(end(), none);
+}
+
+TEST_F(insertion_rules, may_not_write_a_second_time_into_a_field_that_has_changed) {
+  begin("\n    AXTextArea \"F\" value \"old\" half of writes", "end", "new");
+  read("AXValue");
+  write("AXSelectedText", "new");
+  read("AXValue");
+  write("AXValue", "oldnew");
+  EXPECT_EQ(end(false), twice);
+}
+
+TEST_F(insertion_rules, may_not_write_a_second_time_over_a_text_that_only_shows) {
+  begin("\n    AXTextArea \"F\" value \"old\" composer without value", "end", "new");
+  read("AXValue");
+  read("AXValue", 3);
+  write("AXSelectedText", "new");
+  read("AXValue");
+  read("AXValue", 3);
+  read("AXValue", 4);
+  write("AXValue", "new");
+  EXPECT_EQ(end(false), twice);
 }
 
 TEST_F(insertion_rules, takes_the_text_that_shows_for_that_of_a_composer) {

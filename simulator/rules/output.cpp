@@ -54,7 +54,7 @@ void OutputRules::checkLines(Violations& violations) const {
   if (client.exited && !client.diedBySignal && output.empty()) {
     violations.push_back("I7: the run ended without a line");
   }
-  if (run_.livenessFailed && output != livenessRefusal) {
+  if (run_.livenessFailed && !isLivenessRefusal(output)) {
     violations.push_back("I2: the run did not end with the refusal");
   }
 }
@@ -71,7 +71,7 @@ void OutputRules::checkReply(const ReplyFacts& reply, Violations& violations) co
   }
   if (reply.ok && client.status != 0) violations.push_back("I6: success with a failure status");
   if (client.status != 0 && client.status != 1) violations.push_back("I6: unknown exit status");
-  if (run_.livenessFailed && (client.status != 1 || client.output != livenessRefusal)) {
+  if (run_.livenessFailed && (client.status != 1 || !isLivenessRefusal(client.output))) {
     violations.push_back("I2: the run did not end with the refusal");
   }
   if (isPointerCommand(run_) && run_.everUnusable && reply.ok) {

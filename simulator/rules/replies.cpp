@@ -70,6 +70,8 @@ ReplyFacts readReplyLine(const std::string& line) {
   const auto error = reply.find("error");
   const bool hasError = error != reply.end() && error->is_string();
   facts.saysWhy = hasError || reply.contains("axError");
+  facts.copyLost = reply.value("copyLost", nlohmann::json()) == true;
+  facts.clipboardNotRestored = reply.value("clipboardRestored", nlohmann::json()) == false;
   facts.cannotWrite =
       !facts.ok && hasError && error->get<std::string>().rfind("cannot write ", 0) == 0;
   return facts;
@@ -84,6 +86,14 @@ ReplyFacts readReply(const std::string& output) {
   ReplyFacts facts;
   facts.faults.emplace_back("the output is not exactly one line");
   return facts;
+}
+
+bool isLivenessRefusal(const std::string& output) {
+  auto reply = nlohmann::json::parse(output, nullptr, false);
+  if (!reply.is_object()) return false;
+  reply.erase("copyLost");
+  reply.erase("clipboardRestored");
+  return slashesEscaped(reply.dump()) + "\n" == livenessRefusal;
 }
 
 bool isLongLived(const std::string& command) {

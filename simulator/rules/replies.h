@@ -16,14 +16,19 @@ inline constexpr std::string_view livenessRefusal =
 /// What one-shot output says of itself.
 struct ReplyFacts {
   bool ok = false;
-  bool saysWhy = false;      // it has an "error", or the "axError" of an action or a write
-  bool cannotWrite = false;  // the error is that of a picture that could not be written
+  bool saysWhy = false;               // it has an "error", or the "axError" of an action or a write
+  bool cannotWrite = false;           // the error is that of a picture that could not be written
+  bool copyLost = false;              // it says that somebody's copy was lost
+  bool clipboardNotRestored = false;  // it says so
   std::vector<std::string> faults = {};  // why it is no reply: one sentence each
 };
 
 /// Checks that the output is exactly one line of canonical JSON (sorted keys, "\/", nothing between
 /// tokens, whole numbers without a fraction, UTF-8) that holds an object with a Boolean "ok".
 ReplyFacts readReply(const std::string& output);
+
+/// Whether the output is that refusal, whatever it says of the clipboard besides.
+bool isLivenessRefusal(const std::string& output);
 
 /// True for commands that live on after their first line, and may write more.
 bool isLongLived(const std::string& command);

@@ -106,6 +106,16 @@ TEST_F(broken_run, that_met_a_failed_liveness_check_ends_with_the_refusal_and_st
   }
 }
 
+TEST_F(broken_run, is_not_one_whose_refusal_tells_of_the_clipboard_besides) {
+  const std::string refusal =
+      R"({"clipboardRestored":false,"error":"native screen sharing stopped; background input is )"
+      "disabled\",\"ok\":false}\n";
+  EXPECT_TRUE(isLivenessRefusal(refusal));
+  EXPECT_TRUE(isLivenessRefusal(std::string(livenessRefusal)));
+  EXPECT_FALSE(isLivenessRefusal(done));
+  EXPECT_FALSE(isLivenessRefusal("x"));
+}
+
 TEST_F(broken_run, that_posts_without_the_own_tag) {
   EventImage untagged = event(moved);
   untagged.publicFields.clear();

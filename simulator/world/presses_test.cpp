@@ -173,6 +173,32 @@ TEST_F(clicks, a_sheet_is_a_window_in_front_of_its_own_that_its_button_closes) {
   EXPECT_NE(findWindow(world_, 10), nullptr);
 }
 
+TEST_F(clicks, a_menus_item_is_about_the_window_that_has_the_focus) {
+  const auto pressed = [&](const std::string& reaction) {
+    world_ = parseWorld(
+        "app Other pid 40 frontmost\n"
+        "  window 3 \"Front\" at 0,0 size 50x50\n"
+        "app Notes pid 41\n"
+        "  menu File > \"Item\" press: " +
+        reaction +
+        "\n  window 7 \"Inbox\" at 0,0 size 400x300\n"
+        "  window 8 \"Second\" at 500,0 size 100x100 focused\n");
+    press(world_, notes(), findLabelled(notes(), "Item")->id);
+    return numbers();
+  };
+  const auto all = pressed("retitle \"X\"");
+  EXPECT_EQ(findWindow(world_, 8)->title, "X");
+  EXPECT_EQ(findWindow(world_, 7)->title, "Inbox");
+
+  pressed("open sheet \"Save?\"");
+  EXPECT_EQ(findWindow(world_, 9)->sheetOf, 8U);
+
+  auto rest = all;
+  std::erase(rest, 8U);
+  EXPECT_EQ(pressed("close window"), rest);
+  EXPECT_EQ(pressed("close window; close window; close window"), std::vector<WindowNumber>{3});
+}
+
 TEST_F(clicks, a_closed_window_takes_its_sheets_and_elements_with_it) {
   build(
       "    AXButton \"X\" at 0,0 size 9x9 press: open sheet \"S\"; close window; set Log \"z\"\n"

@@ -66,7 +66,7 @@ void remove(World& /*world*/, Application& application, Element& /*element*/,
 }
 
 void openSheet(World& world, Application& application, Element& element, const Reaction& reaction) {
-  simulator::openSheet(world, application, element.window, reaction.text);
+  simulator::openSheet(world, application, windowMeant(application, element), reaction.text);
 }
 
 void showWindow(World& world, Application& application, Element& /*element*/,
@@ -75,7 +75,7 @@ void showWindow(World& world, Application& application, Element& /*element*/,
 }
 
 void retitle(World& world, Application& application, Element& element, const Reaction& reaction) {
-  Window* window = findWindow(world, element.window);
+  Window* window = findWindow(world, windowMeant(application, element));
   if (window == nullptr) return;
   window->title = reaction.text;
   if (Element* shown = findElement(application, window->element)) {

@@ -213,6 +213,7 @@ void openSheet(World& world, Application& application, WindowNumber parent,
 }
 
 void closeWindow(World& world, WindowNumber number) {
+  if (findWindow(world, number) == nullptr) return;
   std::vector<WindowNumber> closing{number};
   for (std::size_t i = 0; i < closing.size(); ++i) {
     for (const Window& window : world.windows) {
@@ -224,9 +225,15 @@ void closeWindow(World& world, WindowNumber number) {
                 [&](WindowNumber each) { closeAlone(world, each); });
 }
 
-void closeOwnWindow(World& world, Application& /*application*/, Element& element,
+WindowNumber windowMeant(const Application& application, const Element& element) {
+  if (element.window != 0) return element.window;
+  const Element* focused = findElement(application, application.focusedWindow);
+  return focused == nullptr ? 0 : focused->window;
+}
+
+void closeOwnWindow(World& world, Application& application, Element& element,
                     const Reaction& /*reaction*/) {
-  closeWindow(world, element.window);
+  closeWindow(world, windowMeant(application, element));
 }
 
 Window* topmostAt(World& world, Point point) {

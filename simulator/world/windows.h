@@ -36,8 +36,12 @@ void setHidden(World& world, Application& application, bool hidden);
 void openSheet(World& world, Application& application, WindowNumber parent,
                const std::string& text);
 
-/// Closes the window and its sheets. A closed sheet leaves its window.
+/// Closes the window and its sheets, if it is open. A closed sheet leaves its window.
 void closeWindow(World& world, WindowNumber number);
+
+/// The window that a reaction of the element is about: its own, or for a menu's item, which is in
+/// none, the one that has its application's focus; 0 without such a window.
+WindowNumber windowMeant(const Application& application, const Element& element);
 
 /// The effect of a reaction: the element's window closes so.
 void closeOwnWindow(World& world, Application& application, Element& element,

@@ -21,6 +21,10 @@ std::string clipboard(const TestMac& mac) {
   return text;
 }
 
+std::string refused(const std::string& message) {
+  return "0 {\"error\":\"" + message + "\",\"ok\":false}\n";
+}
+
 std::string attachedFiles(const TestMac& mac, std::string_view application) {
   std::string titles;
   for (const auto& app : mac.world().applications) {

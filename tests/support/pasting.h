@@ -43,6 +43,9 @@ inline const std::string pastedIntoNotes =
 inline const std::string pastedIntoMail =
     success(R"({"ok":true,"pid":42,"via":"background","window":8})");
 
+/// What a caller sees of a refusal that was found while working.
+std::string refused(const std::string& message);
+
 /// The titles of the files attached in an application, in order.
 std::string attachedFiles(const TestMac& mac, std::string_view application);
 

@@ -122,6 +122,44 @@ TEST(ax_insert_landing, believes_the_static_texts_before_the_value) {
   EXPECT_EQ(seen(message(same, "new")), reply({"value", "", R"("")", texts("new", true)}));
 }
 
+/// The reply to text that goes in somewhere, and the texts that the field shows afterwards.
+std::pair<Seen, std::string> inserted(const char* mode, const std::string& words,
+                                      const std::string& below = "") {
+  TestMac mac(body(words, below));
+  const Result run = mac.driverWith({"ax-insert", "Notes", "Body", "200", "200", mode, " PS"});
+  Seen what;
+  what.method = run.output.find("\"method\":\"selected\"") != std::string::npos ? "selected"
+                : run.output.find("\"method\":\"value\"") != std::string::npos  ? "value"
+                                                                                : "none";
+  what.landed = run.output.find("\"ok\":true") != std::string::npos;
+  std::string shown;
+  for (const auto& element : mac.world().applications[0].elements) {
+    if (element.removed || element.role != "AXStaticText") continue;
+    shown += std::get<std::string>(element.attributes.at("AXValue")) + "|";
+  }
+  return {what, shown};
+}
+
+// What stands in it is none of the prior value, which is empty: written again, it would be gone.
+TEST(ax_insert_landing, is_not_tried_again_where_a_text_that_only_shows_has_changed) {
+  for (const char* mode : {"end", "new_line", "caret"}) {
+    SCOPED_TRACE(mode);
+    const auto [reply, shown] = inserted(mode, "value \"Dear Ada,\" composer without value");
+    EXPECT_EQ(reply.method, "selected");
+    EXPECT_FALSE(reply.landed);
+    EXPECT_NE(shown.find("Dear Ada,"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" PS"), std::string::npos) << shown;
+  }
+}
+
+TEST(ax_insert_landing, is_tried_again_where_neither_value_nor_shown_text_has_changed) {
+  const auto [reply, shown] =
+      inserted("end", "value \"Dear Ada,\" composer rejects AXSelectedText");
+  EXPECT_EQ(reply.method, "value");
+  EXPECT_TRUE(reply.landed);
+  EXPECT_EQ(shown, "Dear Ada, PS|");
+}
+
 TEST(ax_insert_landing, reads_nested_static_texts_in_order_and_skips_empty_ones) {
   TestMac mac(body("ignores writes", R"(                AXGroup
                     AXStaticText value "one"

@@ -82,14 +82,57 @@ pasteboard item "public.png" "picture"
   }
 }
 
-TEST(paste_clipboard, of_promises_alone_does_not_stop_a_paste) {
-  TestMac mac(deskWithItems("pasteboard item promises \"com.example.lazy\"\n"));
-  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
-  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a.txt");
-  EXPECT_EQ(clipboard(mac), "");
+/// What a caller sees of a paste that leaves the field and this clipboard as they were.
+std::string refusal(TestMac& mac) {
+  const std::int64_t before = mac.world().pasteboard.changeCount;
+  const Result run = mac.driver("bg-paste-files Notes /a.txt");
+  EXPECT_EQ(mac.world().pasteboard.changeCount, before);
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello ");
+  return seen(run);
 }
 
-// Nobody ever loses what was copied last.
+TEST(paste_clipboard, of_which_nothing_can_be_read_is_not_touched) {
+  const std::string unread = refused("the clipboard could not be read");
+  TestMac promises(deskWithItems("pasteboard item promises \"com.example.lazy\"\n"));
+  EXPECT_EQ(refusal(promises), unread);
+  TestMac closed(pastingDesk, {"pasteboard.items 1 absent"});
+  EXPECT_EQ(refusal(closed), unread);
+}
+
+constexpr const char* nothingPasted = "somebody else has just copied something; nothing was pasted";
+
+/// The reply to a paste into Notes during which somebody copies something before this call.
+std::string copiedBefore(const std::string& call, const std::string& expectedClipboard) {
+  TestMac mac(pastingDesk, {call + " before user copy newer"});
+  const Result run = mac.driver("bg-paste-files Notes /a.txt");
+  EXPECT_EQ(clipboard(mac), expectedClipboard) << call;
+  const bool isPasted = mac.valueOf("Notes", "Body") == "hello /a.txt";
+  EXPECT_EQ(isPasted, run.output.find("\"ok\":true") != std::string::npos) << call;
+  return seen(run);
+}
+
+TEST(paste_clipboard, keeps_what_the_user_copies_while_it_is_saved_or_written) {
+  for (const char* call : {"pasteboard.items 1", "pasteboard.change-count 2",
+                           "pasteboard.write-files 1", "pasteboard.change-count 3"}) {
+    EXPECT_EQ(copiedBefore(call, newerClipboard), refused(nothingPasted)) << call;
+  }
+}
+
+TEST(paste_clipboard, keeps_what_the_user_copies_around_its_restoring) {
+  for (const char* call :
+       {"pasteboard.change-count 1", "pasteboard.change-count 4", "pasteboard.write 1"}) {
+    EXPECT_EQ(copiedBefore(call, newerClipboard), pastedIntoNotes) << call;
+  }
+}
+
+// Between the last look and a clearing nobody can see it coming.
+TEST(paste_clipboard, tells_when_it_had_to_lose_a_copy) {
+  const std::string told =
+      success(R"({"copyLost":true,"ok":true,"pid":41,"via":"background","window":7})");
+  EXPECT_EQ(copiedBefore("pasteboard.clear 1", usersClipboard), told);
+  EXPECT_EQ(copiedBefore("pasteboard.clear 2", usersClipboard), told);
+}
+
 TEST(paste_clipboard, keeps_what_the_user_copies_at_any_millisecond) {
   for (int time = 0; time <= givenBackByNotes + 40; ++time) {
     TestMac mac(pastingDeskWith("at " + std::to_string(time) + "ms user copy \"newer\"\n"));

@@ -31,10 +31,6 @@ const std::string withheld =
 const std::string serviceGone =
     failure("native screen sharing stopped; background input is disabled");
 
-std::string refused(const std::string& message) {
-  return "0 {\"error\":\"" + message + "\",\"ok\":false}\n";
-}
-
 simulator::WindowNumber focusGiven(const TestMac& mac, std::size_t application) {
   return mac.world().applications[application].focusByRecord;
 }
@@ -91,11 +87,27 @@ TEST(paste_ending, in_front_when_the_clipboard_cannot_be_written_gives_it_back) 
   EXPECT_EQ(clipboard(mac), usersClipboard);
 }
 
-TEST(paste_ending, when_the_clipboard_takes_nothing_back_is_a_success) {
+TEST(paste_ending, when_the_clipboard_takes_nothing_back_says_so) {
   TestMac mac(pastingDesk, {"pasteboard.write 1 refused"});
-  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")), pastedIntoNotes);
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Notes /a.txt")),
+            success("{\"clipboardRestored\":false,\"ok\":true,\"pid\":41,\"via\":\"background\","
+                    "\"window\":7}"));
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello /a.txt");
   EXPECT_EQ(clipboard(mac), "");
+}
+
+TEST(paste_ending, by_a_dead_service_says_what_became_of_the_clipboard_too) {
+  const Environment service = {{"CU_CAPTURE_PID", "900"}};
+  TestMac lost(pastingDeskWith(before(1, "end process 900")),
+               {"pasteboard.clear 2 before user copy newer"});
+  EXPECT_EQ(seen(lost.driver("bg-paste-files Notes /a.txt", service)),
+            "1 {\"copyLost\":true,\"error\":\"native screen sharing stopped; background input is "
+            "disabled\",\"ok\":false}\n");
+
+  TestMac kept(pastingDeskWith(before(1, "lock")), {"pasteboard.write 1 refused"});
+  EXPECT_EQ(seen(kept.driver("bg-paste-files Notes /a.txt", service)),
+            "1 {\"clipboardRestored\":false,\"error\":\"the screen locked; input was withheld from "
+            "the lock screen\",\"locked\":true,\"ok\":false}\n");
 }
 
 TEST(paste_ending, at_any_event_when_the_session_becomes_unusable_withholds_the_rest) {

@@ -7,10 +7,6 @@ namespace {
 
 using namespace testing_support;
 
-std::string refused(const std::string& message) {
-  return "0 {\"error\":\"" + message + "\",\"ok\":false}\n";
-}
-
 /// What a caller sees of such a paste on this desk. The clipboard is not even read.
 std::string refusal(TestMac& mac, const std::vector<std::string>& words,
                     const Environment& environment = {}) {
