@@ -100,7 +100,7 @@ TEST(Desktop, checks_the_rules_of_each_client) {
 }
 
 TEST(Desktop, goes_on_without_clients_that_it_has_forgotten) {
-  Desktop desktop(parseWorld(desk));
+  Desktop desktop(parseWorld(desktopDesk));
   const std::size_t gone = desktop.join({"driver", "session"}, {});
   desktop.handle(gone, {Function::uptime, {}});
   desktop.leave(gone);
