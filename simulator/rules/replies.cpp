@@ -70,6 +70,8 @@ ReplyFacts readReplyLine(const std::string& line) {
   const auto error = reply.find("error");
   const bool hasError = error != reply.end() && error->is_string();
   facts.saysWhy = hasError || reply.contains("axError");
+  const auto typed = reply.find("typed");
+  if (typed != reply.end() && typed->is_number_integer()) facts.typed = typed->get<std::int64_t>();
   facts.cannotWrite =
       !facts.ok && hasError && error->get<std::string>().rfind("cannot write ", 0) == 0;
   return facts;
