@@ -32,6 +32,12 @@ const Window* rootOf(const World& world, const Window* window) {
   return window;
 }
 
+/// Where the keys of an application go: its key window, or the sheet on it.
+WindowNumber keysOf(const World& world, const Application* application) {
+  const WindowNumber key = application == nullptr ? 0 : keyWindowOf(*application);
+  return key == 0 ? 0 : innermostSheet(world, key);
+}
+
 bool readsFocusedWindow(const Call& call) {
   constexpr std::string_view name = "AXFocusedWindow";
   if (call.function == Function::axAttribute) return Arguments(call).text(1) == name;
@@ -44,8 +50,7 @@ bool readsFocusedWindow(const Call& call) {
 
 KeyTargetRules::Owner KeyTargetRules::owner() const {
   const World& world = run_.mac.world;
-  const Application* front = findApplication(world, world.frontmost);
-  return {world.frontmost, front == nullptr ? 0 : keyWindowOf(*front)};
+  return {world.frontmost, keysOf(world, findApplication(world, world.frontmost))};
 }
 
 void KeyTargetRules::look() {
@@ -105,8 +110,7 @@ void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer,
 void KeyTargetRules::noteFocusedWindow(const Call& call) {
   const Pid pid = Arguments(call).get<platform::ElementReference>(0).pid;
   const World& world = run_.mac.world;
-  const Application* application = findApplication(world, pid);
-  const WindowNumber key = application == nullptr ? 0 : keyWindowOf(*application);
+  const WindowNumber key = keysOf(world, findApplication(world, pid));
   const Window* root = rootOf(world, findWindow(world, key));
   if (root == nullptr || !titleInScope(run_.client, root->title.value_or(""))) return;
   meant_.emplace(pid, key);

@@ -154,11 +154,12 @@ void KeyRules::checkPost(Violations& violations) {
   checkKey(event, violations);
 }
 
-/// A line break is shift and return: when the shift key goes up it has been made.
+/// A line break is shift and return: when the shift key goes up after the other it has been made.
 bool KeyRules::endsLine(const EventImage& event) const {
   const ModifierKey* modifier = modifierWithCode(event.keyCode);
   return run_.command() == "bg-type" && event.text.empty() && isUp(event) && modifier != nullptr &&
-         modifier->flag == shiftFlag;
+         modifier->flag == shiftFlag && !steps_.empty() &&
+         steps_.back().first == key_codes::returnKey;
 }
 
 void KeyRules::checkKey(const EventImage& event, Violations& violations) {
