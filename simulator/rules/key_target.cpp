@@ -38,8 +38,7 @@ WindowNumber keysOf(const World& world, const Application* application) {
   return key == 0 ? 0 : innermostSheet(world, key);
 }
 
-bool readsFocusedWindow(const Call& call) {
-  constexpr std::string_view name = "AXFocusedWindow";
+bool reads(const Call& call, std::string_view name) {
   if (call.function == Function::axAttribute) return Arguments(call).text(1) == name;
   if (call.function != Function::axAttributes) return false;
   const auto names = Arguments(call).get<std::vector<std::string>>(1);
@@ -98,7 +97,9 @@ void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer,
     }
     case Function::axAttribute:
     case Function::axAttributes:
-      if (!seen.faulty && readsFocusedWindow(seen.call)) noteFocusedWindow(seen.call);
+      if (!seen.faulty && reads(seen.call, "AXFocusedWindow")) noteFocusedWindow(seen.call);
+      // A search through menus takes its time: what was seen before it is old.
+      if (reads(seen.call, "AXMenuBar")) hasLooked_ = false;
       break;
     default:
       break;

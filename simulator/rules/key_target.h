@@ -41,7 +41,7 @@ class KeyTargetRules : public Rule {
   Owner found_;              // when the latest look began
   bool wasTold_ = false;     // it gave the truth
   bool isStale_ = false;     // the owner has changed since it began
-  bool hasLooked_ = false;   // since something last went down
+  bool hasLooked_ = false;   // since something last went down, or menus were searched
   bool hasKeyDown_ = false;  // of the present combination
 };
 

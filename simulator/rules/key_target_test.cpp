@@ -102,6 +102,15 @@ TEST_F(broken_key_targets, that_get_their_keys_without_a_look) {
   EXPECT_EQ(end(), (Sentences{unlooked, unlooked, unlooked}));
 }
 
+TEST_F(broken_key_targets, that_get_their_keys_on_a_look_from_before_a_search_through_menus) {
+  askForFront(40);
+  call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack("AXMenuBar")},
+       pack(platform::WireReadings{}));
+  pressMenuItem();
+
+  EXPECT_EQ(end(), Sentences{unlooked});
+}
+
 TEST_F(broken_key_targets, that_the_user_was_seen_to_have_left) {
   keyRecord(1);
   keyRecord(2);
