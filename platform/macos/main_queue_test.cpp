@@ -74,7 +74,7 @@ TEST_F(scheduleOnMain, of_nothing_makes_no_timer) {
 }
 
 TEST_F(goRounds, makes_a_round_at_each_interval_and_makes_up_for_none) {
-  int rounds = 0;
+  static int rounds = 0;  // the timer outlives the test
   loop::goRounds(second, [&] { ++rounds; });
   EXPECT_FALSE(loop::awaitRound(second));
   standins::passNanoseconds(secondNanoseconds);
