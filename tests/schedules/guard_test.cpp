@@ -5,9 +5,11 @@
 
 #include "tests/support/guarded.h"
 
-// The guard has a main flow, which serves the tap, the signals and the clock, and one that reads
-// standard input. Here each of them is put aside for the other at every call, and at every two; and
-// whatever can happen to the guard happens just before every call, and before every two.
+// The guard has a main flow, which serves the tap, the signals and the clock, one that stands by to
+// lock, one that sees to it that the main flow comes back from its rounds, and one that reads
+// standard input. Here each of them is put aside for another at every call, and the main one and
+// the reader at every two; and whatever can happen to the guard happens just before every call, and
+// before every two.
 
 namespace {
 
@@ -22,6 +24,12 @@ using testing_support::Result;
 using testing_support::Schedule;
 using testing_support::seen;
 using testing_support::TestMac;
+
+/// The flows, in the order in which they are started.
+constexpr std::size_t mainFlow = 0;
+constexpr std::size_t locker = 1;
+constexpr std::size_t supervisor = 2;
+constexpr std::size_t reader = 3;
 
 /// The calls that are made before and since there are several flows.
 struct Calls {
@@ -78,10 +86,15 @@ std::set<std::string> outcomes(const std::vector<std::string>& script,
   std::vector<Disturbance> all;
   // A pre-empted flow may make a few calls more than one that is not.
   for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
-    for (std::size_t flow = 0; flow < 2; ++flow) all.push_back({call, flow});
+    for (const std::size_t flow : {mainFlow, reader}) all.push_back({call, flow});
     for (const char* happening : happenings) all.push_back({call, 0, happening});
   }
   std::set<std::string> found = {outcomeOf(world, environment, calls.alone, {})};
+  for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
+    for (const std::size_t flow : {locker, supervisor}) {
+      found.insert(outcomeOf(world, environment, calls.alone, {{call, flow}}));
+    }
+  }
   for (std::size_t i = 0; i < all.size(); ++i) {
     found.insert(outcomeOf(world, environment, calls.alone, {all[i]}));
     for (std::size_t j = i + 1; j < all.size(); ++j) {
