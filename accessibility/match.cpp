@@ -147,11 +147,11 @@ std::optional<Match> axMatch(const ax::Element& application, const std::string& 
   return hit ? std::optional(Match{std::move(*hit), MatchKind::hit}) : std::nullopt;
 }
 
-std::optional<Button> buttonIn(Snapshot& element) {
-  if (element.role() != "AXButton") return std::nullopt;
+void axButtons(const Walk& walk, std::size_t branch, Snapshot& element,
+               std::vector<Button>& buttons) {
+  if (!walk.inBranch(branch) || element.role() != "AXButton") return;
   std::string label = axLabel(element);
-  if (label.empty()) return std::nullopt;
-  return Button{element.element(), std::move(label)};
+  if (!label.empty()) buttons.push_back({element.element(), std::move(label)});
 }
 
 }  // namespace driver

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
@@ -49,7 +51,10 @@ struct Button {
 /// The bounds of the search for all buttons in and below an element.
 inline constexpr WalkBounds buttonBounds = {20'000, 30};
 
-/// The element as a button; none when it is something else, or without a label.
-std::optional<Button> buttonIn(Snapshot& element);
+/// Adds the element that a walk is at to the buttons of that branch, if it is one with a label and
+/// in the branch. So the walk that finds a dialog or a document collects its buttons too: a second
+/// one might come to another dialog.
+void axButtons(const Walk& walk, std::size_t branch, Snapshot& element,
+               std::vector<Button>& buttons);
 
 }  // namespace driver

@@ -48,11 +48,12 @@ bool isModal(Snapshot& element, bool isWindow) {
   return isLargeEnoughToSee(element);
 }
 
+std::string modalText(Snapshot& element, const Batch& each) {
+  return axText(element, each, textBudget, textCharactersMax);
+}
+
 Modal modalIn(Snapshot& element, const Batch& each) {
-  return {infoWithoutValue(element, each),
-          subroleOf(element),
-          axText(element, each, textBudget, textCharactersMax),
-          {}};
+  return {infoWithoutValue(element, each), subroleOf(element), modalText(element, each), {}};
 }
 
 Value descriptionOf(const Modal& modal) {
@@ -89,26 +90,25 @@ std::vector<Modal> axModalElements(const ax::Element& application) {
   while (Snapshot* element = walk.next()) {
     if (walk.inTrunk() && isModal(*element, walk.depth() == 0)) {
       modals.push_back(modalIn(*element, walk.batch()));
-      // Its buttons come from the same walk: a second one might see another dialog.
       walk.beginBranch(buttonBounds);
       if (modals.size() == modalsMax) walk.endTrunk();
     }
-    for (std::size_t i = 0; i < modals.size(); ++i) {
-      if (!walk.inBranch(i)) continue;
-      if (auto button = buttonIn(*element)) modals[i].buttons.push_back(std::move(*button));
-    }
+    for (std::size_t i = 0; i < modals.size(); ++i) axButtons(walk, i, *element, modals[i].buttons);
   }
+  return modals;
+}
+
+/// Their descriptions.
+Value::List axModals(const ax::Element& application) {
+  Value::List modals;
+  for (const Modal& modal : axModalElements(application)) modals.push_back(descriptionOf(modal));
   return modals;
 }
 
 }  // namespace
 
 void axModalCommand(const Arguments& arguments) {
-  Value::List modals;
-  for (const Modal& modal : axModalElements(axApp(arguments[2]))) {
-    modals.push_back(descriptionOf(modal));
-  }
-  emit({{"ok", true}, {"modals", modals}});
+  emit({{"ok", true}, {"modals", axModals(axApp(arguments[2]))}});
 }
 
 void axModalPressCommand(const Arguments& arguments) {

@@ -14,7 +14,7 @@
 #include "accessibility/messages.h"
 #include "accessibility/snapshot.h"
 #include "input/pointer.h"
-#include "input/session.h"
+#include "input/post.h"
 #include "input/target_window.h"
 #include "main/globals.h"
 #include "main/replies.h"
@@ -99,8 +99,8 @@ Reply pressChild(const ax::Element& row, const std::string& name) {
     reply["controls"] = std::move(choice.others);
     return reply;
   }
-  // What is withheld from the hover is withheld from the press too.
-  if (globals().droppedWhileLocked || !sessionUsable()) failWithheld();
+  // The hover took its time. What was withheld from it is withheld from the press too.
+  if (!mayActNow() || globals().droppedWhileLocked) failWithheld();
   return pressReply(row, *choice.control);
 }
 

@@ -1,7 +1,5 @@
-#include <cstddef>
-#include <optional>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "accessibility/commands.h"
 #include "accessibility/element.h"
@@ -20,9 +18,8 @@ constexpr AttributeSet documentAttributes = AttributeSet{Attribute::role} | labe
 
 /// What was found in the only document that is open.
 struct Found {
-  std::string document;          // its label
-  std::optional<Button> button;  // the first with the label
-  std::size_t buttons = 0;       // how many have it
+  std::string document;         // its label
+  std::vector<Button> buttons;  // those that were asked for
 };
 
 /// Looks for the one labelled document and its buttons of that label. Fails unless there is just
@@ -43,12 +40,11 @@ Found findIn(const ax::Element& application, const std::string& document,
         walk.beginBranch(buttonBounds);
       }
     }
-    if (found.document.empty() || !walk.inBranch(0)) continue;
-    std::optional<Button> candidate = buttonIn(*element);
-    if (!candidate || !text::equal(candidate->label, button)) continue;
-    if (++found.buttons == 1) found.button = std::move(candidate);
+    if (!found.document.empty()) axButtons(walk, 0, *element, found.buttons);
   }
   if (found.document.empty()) fail(notUnique);
+  std::erase_if(found.buttons,
+                [&](const Button& each) { return !text::equal(each.label, button); });
   return found;
 }
 
@@ -58,11 +54,12 @@ void axPressInDocumentCommand(const Arguments& arguments) {
   const std::string& label = arguments[4];
   const Found found = findIn(axApp(arguments[2]), arguments[3], label);
   // The walk took its time, and a list of messages moves: the button may have become another.
-  if (found.buttons != 1 || !text::equal(axLabel(found.button->element), label)) {
+  if (found.buttons.size() != 1 || !text::equal(axLabel(found.buttons.front().element), label)) {
     fail("the expected conversation has no unique button with that exact label");
   }
-  Reply reply = actionReply(messages::perform(found.button->element, "AXPress"));
-  reply["pressed"] = found.button->label;
+  const Button& button = found.buttons.front();
+  Reply reply = actionReply(messages::perform(button.element, "AXPress"));
+  reply["pressed"] = button.label;
   reply["document"] = found.document;
   emit(reply);
 }

@@ -171,7 +171,8 @@ Reply BackgroundCaptureIndicator::holdFocus() {
   const bool isInFront = foregroundPID() == pid_;
   // Without an earlier hold the window may be key, but its application has no focus to type with.
   const bool isKey = wasHeld && keyWindow == windowID_ && keyboard.hasElement;
-  if (!isInFront && !isKey && !(givesFocus(pid_, *windowID_) && Sky::makeKey(pid_, *windowID_))) {
+  if (!isInFront && !isKey &&
+      !(givesFocus(pid_, *windowID_) && makeKeyInBackground(pid_, *windowID_))) {
     throw InputFailure("background key-window selection failed");
   }
   return {{"ok", true}, {"focusPid", pid_}, {"focusWindow", *windowID_}};

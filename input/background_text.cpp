@@ -25,13 +25,23 @@ constexpr std::uint32_t lineBreakMicroseconds = 50'000;
 // Which key it is does not matter: the event says what it types.
 constexpr std::uint16_t anyKey = 0;
 
-void postPiece(std::u16string_view piece, bool down, platform::Pid pid) {
-  const std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
-  if (event) {
-    quartz::setFlags(*event, 0);  // of what the user holds down just now
-    quartz::setText(*event, piece);
-  }
-  postTarget(event, pid);
+std::optional<quartz::Event> createPiece(std::u16string_view piece, bool down) {
+  std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
+  if (!event) return std::nullopt;
+  quartz::setFlags(*event, 0);  // of what the user holds down just now
+  quartz::setText(*event, piece);
+  return event;
+}
+
+void postPiece(std::u16string_view piece, KeyboardInput& input) {
+  std::optional<quartz::Event> down = createPiece(piece, true);
+  std::optional<quartz::Event> up = createPiece(piece, false);
+  // What goes down must come up.
+  if (!down) up.reset();
+  if (!up) down.reset();
+  input.requireKeyboard();
+  if (postTarget(down, input.pid())) input.noteTyped(piece.size());
+  postTarget(up, input.pid());
 }
 
 }  // namespace
@@ -61,19 +71,16 @@ std::vector<std::u16string> typedPieces(std::string_view line) {
   return pieces;
 }
 
-void backgroundText(const std::string& text, platform::Pid pid) {
+void backgroundText(const std::string& text, KeyboardInput& input) {
   bool isFirst = true;
   for (const std::string_view line : linesOf(text)) {
     // A plain return would send the message that is being typed, in many an application.
     if (!isFirst) {
-      key("shift+return", pid);
+      if (key("shift+return", input)) input.noteTyped(1);
       loop::sleepMicroseconds(lineBreakMicroseconds);
     }
     isFirst = false;
-    for (const std::u16string& piece : typedPieces(line)) {
-      postPiece(piece, true, pid);
-      postPiece(piece, false, pid);
-    }
+    for (const std::u16string& piece : typedPieces(line)) postPiece(piece, input);
   }
 }
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/types.h"
+#include "input/keyboard_input.h"
 
 namespace driver {
 
@@ -17,9 +17,10 @@ std::vector<std::string_view> linesOf(std::string_view text);
 /// its own.
 std::vector<std::u16string> typedPieces(std::string_view line);
 
-/// Types a text into a process. Line breaks are soft ones: shift and return. Input is withheld
-/// while the session is not usable, which `droppedWhileLocked` records. Fails when the capture
-/// service has gone.
-void backgroundText(const std::string& text, platform::Pid pid);
+/// Types a text, and counts what has been posted of it. Line breaks are soft ones: shift and
+/// return. Input is withheld while the session is not usable, which `droppedWhileLocked` records; a
+/// piece of which an event could not be created is left out. Throws KeyboardTaken when the user has
+/// gone to another window of the target. Fails when the capture service has gone.
+void backgroundText(const std::string& text, KeyboardInput& input);
 
 }  // namespace driver

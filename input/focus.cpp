@@ -43,17 +43,27 @@ std::optional<platform::Pid> foregroundPID() {
   return pid;
 }
 
-void takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window) {
+bool takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window) {
   // Pointer and keys ask for the hold at different times, before and after the foreground: one and
   // the same to the outcome, and the trace of a run shows each its own.
-  if (giver == FocusGiver::pointerInput && inputFocusHeld(pid)) return;
+  if (giver == FocusGiver::pointerInput && inputFocusHeld(pid)) return true;
   const std::optional<platform::Pid> foreground = foregroundPID();
-  if (foreground == pid) return;
+  if (foreground == pid) return false;
   // A hold may be minutes old: where nobody tells who is in front, it may be the process by now.
   // The focus of one input is given and taken back within a second, and must not stay.
-  if (giver == FocusGiver::hold && !foreground) return;
-  if (giver == FocusGiver::keyboardInput && inputFocusHeld(pid)) return;
+  if (giver == FocusGiver::hold && !foreground) return false;
+  if (giver == FocusGiver::keyboardInput && inputFocusHeld(pid)) return true;
   Sky::focus(pid, window, false);
+  return true;
+}
+
+bool makeKeyInBackground(platform::Pid pid, platform::WindowNumber window) {
+  bool isInFront = false;
+  const bool isKey = Sky::makeKey(pid, window, [&] {
+    isInFront = foregroundPID() == pid;
+    return !isInFront;
+  });
+  return isKey || isInFront;
 }
 
 // The variable is compared as a text, and read afresh: its holder may come and go meanwhile.

@@ -42,10 +42,14 @@ void releaseAllInputFocus();
 enum class FocusGiver { hold, pointerInput, keyboardInput };
 
 /// Takes back the focus that a window was given, unless its process has come to the front, where it
-/// is the user's. The focus of one input also stays when a session has come to hold it. A
-/// foreground that the system does not tell counts as another process after an input, and as this
+/// is the user's: then false. The focus of one input also stays when a session has come to hold it.
+/// A foreground that the system does not tell counts as another process after an input, and as this
 /// one after a hold.
-void takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window);
+bool takeFocusBack(FocusGiver giver, platform::Pid pid, platform::WindowNumber window);
+
+/// Makes a window key, unless its process has come to the front, where the key window is the user's
+/// choice. False when it could not be done.
+bool makeKeyInBackground(platform::Pid pid, platform::WindowNumber window);
 
 /// "focus-release": takes back the focus that another process of this tool left behind.
 void focusReleaseCommand(const Arguments& arguments);

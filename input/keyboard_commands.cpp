@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "input/background_text.h"
 #include "input/chromium.h"
 #include "input/focus.h"
+#include "input/keyboard_input.h"
 #include "input/keyboard_window.h"
 #include "input/keys.h"
 #include "input/paste.h"
@@ -36,21 +38,20 @@ constexpr std::uint32_t focusPauseMicroseconds = 50'000;
 // A renderer in a process of its own moves its focus; the reply must not come before that.
 constexpr std::uint32_t restoredMicroseconds = 100'000;
 
-/// Delivers one keyboard input to the process that receives it. May throw InputFailure.
-using KeyboardAction = std::function<void(platform::Pid pid)>;
+/// Delivers one keyboard input. May throw InputFailure.
+using KeyboardAction = std::function<void(KeyboardInput& input)>;
 
-/// What receives the input.
-struct KeyboardTarget {
-  platform::Pid pid = 0;
-  platform::WindowNumber window = 0;
-};
-
-std::optional<std::string> failureOf(const KeyboardAction& action, platform::Pid pid) {
+/// Why the input was not delivered, or not all of it; none when it was.
+std::optional<Reply> refusalOf(const KeyboardAction& action, KeyboardInput& input) {
   try {
-    action(pid);
+    action(input);
     return std::nullopt;
+  } catch (const KeyboardTaken& taken) {
+    Reply reply = refusal(taken.message());
+    reply["typed"] = static_cast<std::int64_t>(input.typed());
+    return reply;
   } catch (const InputFailure& failure) {
-    return failure.message();
+    return refusal(failure.message());
   }
 }
 
@@ -58,9 +59,8 @@ std::optional<std::string> failureOf(const KeyboardAction& action, platform::Pid
 /// sheet has a focus of its own, which a field beneath it must not take.
 std::optional<ax::Element> focusToRestore(const workspace::Application& app) {
   if (!isChromium(app)) return std::nullopt;
-  const ax::Element application = ax::application(app.pid);
-  if (hasSheet(application)) return std::nullopt;
-  const std::optional<Snapshot> focused = axFocused(application);
+  if (hasSheet(ax::application(app.pid))) return std::nullopt;
+  const std::optional<Snapshot> focused = axFocused(axApp(app.pid));
   return focused ? std::optional(focused->element()) : std::nullopt;
 }
 
@@ -75,41 +75,53 @@ void restoreFocus(const ax::Element& element) {
 }
 
 // The key window of an application in front is the user's choice: nothing here changes it.
-bool hasUsersKeyboard(const KeyboardTarget& target) {
-  const auto focused = axElement(ax::application(target.pid), "AXFocusedWindow");
-  if (!focused) return false;
-  const std::optional<TargetWindow> window = inputWindow(innermostSheet(*focused), target.pid);
-  return window && window->id == target.window;
-}
-
-std::optional<std::string> typeInFront(const KeyboardTarget& target, const KeyboardAction& action) {
-  if (!hasUsersKeyboard(target)) {
-    return "another window of the target app currently owns the user's keyboard";
+std::optional<Reply> typeInFront(const KeyboardTarget& target, const KeyboardAction& action) {
+  KeyboardInput input(target);
+  if (!input.hasKeyboard()) {
+    return refusal("another window of the target app currently owns the user's keyboard");
   }
-  return failureOf(action, target.pid);
+  return refusalOf(action, input);
 }
 
-std::optional<std::string> typeInBackground(const KeyboardTarget& target,
-                                            const std::optional<ax::Element>& focused,
-                                            const KeyboardAction& action) {
+/// Makes the window key, and delivers what is not the user's by then.
+std::optional<Reply> typeInKeyWindow(const KeyboardTarget& target, const KeyboardAction& action) {
+  if (!makeKeyInBackground(target.pid, target.window)) {
+    return refusal("background key-window selection failed");
+  }
+  KeyboardInput input(target);
+  const KeyboardAction unlessTaken = [&](KeyboardInput& untaken) {
+    untaken.requireKeyboard();
+    action(untaken);
+  };
+  return refusalOf(unlessTaken, input);
+}
+
+std::optional<Reply> typeInBackground(const KeyboardTarget& target,
+                                      const std::optional<ax::Element>& focused,
+                                      const KeyboardAction& action) {
   if (!inputFocusHeld(target.pid) && !Sky::focus(target.pid, target.window, true)) {
-    return "background keyboard focus is unavailable on this macOS";
+    return refusal("background keyboard focus is unavailable on this macOS");
   }
+  // One answer decides on both, the window's focus and the field's. Shared with the undo, which may
+  // outlive this frame.
+  const auto isInBackground = std::make_shared<bool>(false);
   // Also of focus that is held: the hold may end before this does.
-  pushUndo([target] { takeFocusBack(FocusGiver::keyboardInput, target.pid, target.window); });
-  std::optional<std::string> failure = "background key-window selection failed";
-  if (Sky::makeKey(target.pid, target.window)) failure = failureOf(action, target.pid);
+  pushUndo([target, isInBackground] {
+    *isInBackground = takeFocusBack(FocusGiver::keyboardInput, target.pid, target.window);
+  });
+  std::optional<Reply> refused = typeInKeyWindow(target, action);
   loop::sleepMicroseconds(focusPauseMicroseconds);
   runNewestUndo();
-  if (focused && foregroundPID() != target.pid) restoreFocus(*focused);
-  return failure;
+  if (focused && *isInBackground) restoreFocus(*focused);
+  return refused;
 }
 
 /// The frame of all background keyboard input: finds the application and the one window of it that
 /// takes the keyboard, makes it the key window without raising it, runs `action` and gives focus
 /// back, also should the run fail meanwhile. An application in front is typed into only where the
-/// user types. Returns the reply: what made it impossible, or where the input went. The message of
-/// an InputFailure of the action becomes a refusal.
+/// user types, and one that comes to front only as long as the user types there. Returns the reply:
+/// what made it impossible, or where the input went. The message of an InputFailure of the action
+/// becomes a refusal.
 Reply withTargetKeyboard(const std::string& app, const KeyboardAction& action) {
   if (!sessionUsable()) return lockedRefusal("the Mac is locked or not on console");
   const std::optional<workspace::Application> application = runningApp(app);
@@ -125,27 +137,29 @@ Reply withTargetKeyboard(const std::string& app, const KeyboardAction& action) {
   }
   const std::optional<ax::Element> focused = focusToRestore(*application);
 
-  std::optional<std::string> failure = foregroundPID() == target.pid
-                                           ? typeInFront(target, action)
-                                           : typeInBackground(target, focused, action);
-  if (failure) return refusal(std::move(*failure));
+  std::optional<Reply> refused = foregroundPID() == target.pid
+                                     ? typeInFront(target, action)
+                                     : typeInBackground(target, focused, action);
+  if (refused) return std::move(*refused);
   return {{"ok", true}, {"via", "background"}, {"window", target.window}, {"pid", target.pid}};
 }
 
 }  // namespace
 
 void bgKeyCommand(const Arguments& arguments) {
-  emit(withTargetKeyboard(arguments[2], [&](platform::Pid pid) { key(arguments[3], pid); }));
+  emit(withTargetKeyboard(arguments[2],
+                          [&](const KeyboardInput& input) { key(arguments[3], input); }));
 }
 
 void bgTypeCommand(const Arguments& arguments) {
   emit(withTargetKeyboard(arguments[2],
-                          [&](platform::Pid pid) { backgroundText(arguments[3], pid); }));
+                          [&](KeyboardInput& input) { backgroundText(arguments[3], input); }));
 }
 
 void bgPasteFilesCommand(const Arguments& arguments) {
   const std::vector<std::string> paths = filePaths(arguments);
-  emit(withTargetKeyboard(arguments[2], [&](platform::Pid pid) { pasteFiles(paths, pid); }));
+  emit(withTargetKeyboard(arguments[2],
+                          [&](const KeyboardInput& input) { pasteFiles(paths, input); }));
 }
 
 }  // namespace driver

@@ -31,7 +31,8 @@ constexpr std::size_t visitsMax = 20'000;
 
 constexpr const char* panelService = "com.apple.appkit.xpc.openAndSavePanelService";
 
-/// Looks for sheets, and at no more elements than a walk may visit.
+/// Looks for sheets, and at no more elements than a walk may visit. Of each it reads the role
+/// alone: a window's children may be thousands, with as many children of their own.
 class SheetSearch {
  public:
   /// How many sheets lie on the window: none, one, or several, of which the first two are counted.
@@ -41,7 +42,6 @@ class SheetSearch {
     for (Snapshot& child : window.children()) {
       if (left_ == 0 || sheets == 2) break;
       --left_;
-      child.read(batch_);
       if (child.role() != "AXSheet") continue;
       found_ = &child;
       ++sheets;
@@ -61,7 +61,6 @@ class SheetSearch {
   }
 
  private:
-  Batch batch_{structureAttributes};
   std::size_t left_ = visitsMax;
   Snapshot* found_ = nullptr;  // by `count`, among the children
 };

@@ -1,6 +1,9 @@
 #include "input/keys.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,11 +12,8 @@
 #include "accessibility/messages.h"
 #include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
-#include "capture/liveness.h"
 #include "input/key_codes.h"
 #include "input/post.h"
-#include "input/session.h"
-#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
@@ -74,34 +74,53 @@ std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint6
   return event;
 }
 
+/// The events of one combination, in their order: the first half presses.
+using Events = std::deque<std::optional<quartz::Event>>;
+
 // As fingers do it: each modifier goes down before the key and up after it, the last one first. All
 // events carry all flags, since receivers look at those and not at what was held before.
-void postKeys(const KeyCombination& keys, platform::Pid pid) {
-  const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
-  const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
-  for (const ModifierKey& modifier : modifierKeys) {
-    if (!hasModifier(keys.flags, modifier.flag)) continue;
-    postTarget(createKey(modifier.code, true, keys.flags), pid);
-  }
-  postTarget(down, pid);
-  postTarget(up, pid);
+Events eventsOf(const KeyCombination& keys) {
+  Events events;
+  events.push_back(createKey(keys.code, true, keys.flags));
+  events.push_back(createKey(keys.code, false, keys.flags));
   for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
     if (!hasModifier(keys.flags, modifier->flag)) continue;
-    postTarget(createKey(modifier->code, false, keys.flags), pid);
+    events.push_front(createKey(modifier->code, true, keys.flags));
+    events.push_back(createKey(modifier->code, false, keys.flags));
   }
+  // What goes down must come up: when one of them is missing, none is left.
+  const bool isWhole = std::all_of(events.begin(), events.end(),
+                                   [](const auto& event) { return event.has_value(); });
+  if (!isWhole) std::for_each(events.begin(), events.end(), [](auto& event) { event.reset(); });
+  return events;
 }
 
-// A press is input as an event is, and is withheld as one.
-void pressMenuItem(const ax::Element& item, const std::string& combination) {
-  requireCaptureAlive();
-  if (!sessionUsable()) {
-    globals().droppedWhileLocked = true;
-    return;
-  }
+/// True when the key itself was posted.
+bool postKeys(const KeyCombination& keys, const KeyboardInput& input) {
+  const Events events = eventsOf(keys);
+  const auto key = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2 - 1);
+  const auto post = [&](const auto& event) { return postTarget(event, input.pid()); };
+  input.requireKeyboard();
+  std::for_each(events.begin(), key, post);
+  // The modifiers took their time. By themselves they do nothing, wherever they go.
+  const bool isWithheld = key != events.begin() && !input.mayGoOn();
+  const bool isPosted = !isWithheld && post(*key);
+  std::for_each(isWithheld ? key + 2 : key + 1, events.end(), post);
+  if (isWithheld) throw KeyboardTaken();
+  return isPosted;
+}
+
+// A press is input as an event is, and is withheld as one: a command of the menu acts on the window
+// that has the keyboard. True when it was pressed.
+bool pressMenuItem(const ax::Element& item, const std::string& combination,
+                   const KeyboardInput& input) {
+  input.requireKeyboard();
+  if (!mayActNow()) return false;
   if (messages::perform(item, "AXPress") != ax::Error::success) {
     throw InputFailure("target menu shortcut failed: " + combination);
   }
   loop::sleepMicroseconds(menuPauseMicroseconds);
+  return true;
 }
 
 }  // namespace
@@ -127,17 +146,16 @@ KeyCombination keyCombination(const std::string& combination) {
   return {*code, flags};
 }
 
-void key(const std::string& combination, platform::Pid pid) {
+bool key(const std::string& combination, const KeyboardInput& input) {
   const KeyCombination keys = keyCombination(combination);
   // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
   // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
-    if (const auto item = menuEquivalent(pid, keys.code, keys.flags)) {
-      pressMenuItem(*item, combination);
-      return;
+    if (const auto item = menuEquivalent(input.pid(), keys.code, keys.flags)) {
+      return pressMenuItem(*item, combination, input);
     }
   }
-  postKeys(keys, pid);
+  return postKeys(keys, input);
 }
 
 }  // namespace driver

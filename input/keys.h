@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/types.h"
+#include "input/keyboard_input.h"
 
 namespace driver {
 
@@ -19,11 +19,12 @@ struct KeyCombination {
 /// without a key.
 KeyCombination keyCombination(const std::string& combination);
 
-/// Presses and releases a combination in a process. With the command key the application's menu
-/// item of that shortcut is pressed in place of the keys, if it has an enabled one. Input is
-/// withheld while the session is not usable, which `droppedWhileLocked` records. Throws
-/// InputFailure for a text that is no combination, and for a menu item that refuses; fails when the
-/// capture service has gone.
-void key(const std::string& combination, platform::Pid pid);
+/// Presses and releases a combination. With the command key the application's menu item of that
+/// shortcut is pressed in place of the keys, if it has an enabled one. True when it was pressed:
+/// input is withheld while the session is not usable, which `droppedWhileLocked` records, and when
+/// one of its events could not be created. Throws KeyboardTaken when the user has gone to another
+/// window of the target; what was down is up by then. Throws InputFailure for a text that is no
+/// combination, and for a menu item that refuses; fails when the capture service has gone.
+bool key(const std::string& combination, const KeyboardInput& input);
 
 }  // namespace driver

@@ -104,8 +104,8 @@ std::vector<std::string> filePaths(const Arguments& arguments) {
   return paths;
 }
 
-void pasteFiles(const std::vector<std::string>& paths, platform::Pid pid) {
-  withClipboard([&] { return pasteboard::writeFiles(paths); }, [&] { key("cmd+v", pid); });
+void pasteFiles(const std::vector<std::string>& paths, const KeyboardInput& input) {
+  withClipboard([&] { return pasteboard::writeFiles(paths); }, [&] { key("cmd+v", input); });
 }
 
 }  // namespace driver

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "input/keyboard_input.h"
 #include "main/arguments.h"
-#include "platform/types.h"
 
 namespace driver {
 
@@ -22,8 +22,8 @@ void withClipboard(const std::function<bool()>& write, const std::function<void(
 /// current directory.
 std::vector<std::string> filePaths(const Arguments& arguments);
 
-/// Pastes files into a process, through the clipboard, which the user has back afterwards. Throws
-/// InputFailure when the clipboard or the paste refuses.
-void pasteFiles(const std::vector<std::string>& paths, platform::Pid pid);
+/// Pastes files, through the clipboard, which the user has back afterwards. Throws InputFailure
+/// when the clipboard or the paste refuses.
+void pasteFiles(const std::vector<std::string>& paths, const KeyboardInput& input);
 
 }  // namespace driver

@@ -13,11 +13,15 @@ struct Routes {
   bool publicRoute = true;
 };
 
+/// Asked right before each act on a target: whether the session is usable, which
+/// `droppedWhileLocked` records when it is not. Fails when the capture service has gone.
+bool mayActNow();
+
 /// Posts one event to one process, marked as the tool's own, and waits the 12 ms that receivers
-/// need. Fails when the capture service has gone. When the session is not usable the event is
-/// withheld, which `droppedWhileLocked` records, and nothing is waited for; nor for an absent
-/// event. A missing private route is skipped. When another flow is ending the process, the calling
-/// one is held back for good.
-void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+/// need. True when it was posted. Fails when the capture service has gone. When the session is not
+/// usable the event is withheld, which `droppedWhileLocked` records, and nothing is waited for; nor
+/// for an absent event. A missing private route is skipped. When another flow is ending the
+/// process, the calling one is held back for good.
+bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
 
 }  // namespace driver

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -120,10 +121,11 @@ bool focus(platform::Pid pid, platform::WindowNumber window, bool give) {
   return accepted;
 }
 
-bool makeKey(platform::Pid pid, platform::WindowNumber window) {
+bool makeKey(platform::Pid pid, platform::WindowNumber window,
+             const std::function<bool()>& mayChange) {
   if (isKey(pid, window)) return true;
   std::optional<Receiver> receiver = receiverFor(pid);
-  if (!receiver || !clicksAsKey(*receiver, window)) return false;
+  if (!receiver || !mayChange() || !clicksAsKey(*receiver, window)) return false;
   loop::sleepMicroseconds(keyPauseMicroseconds);
   return true;
 }

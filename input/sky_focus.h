@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "platform/ax.h"
@@ -22,6 +23,9 @@ bool focus(platform::Pid pid, platform::WindowNumber window, bool give);
 
 /// Makes `window` the key window of `pid` without activating it. True at once when it already is
 /// and has a focused element, else after 300 ms when the window server accepted both records.
-bool makeKey(platform::Pid pid, platform::WindowNumber window);
+/// `mayChange` is asked last of all before the records; when it says no, there are none, and false.
+bool makeKey(
+    platform::Pid pid, platform::WindowNumber window,
+    const std::function<bool()>& mayChange = [] { return true; });
 
 }  // namespace driver::Sky

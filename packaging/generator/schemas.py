@@ -35,7 +35,9 @@ EXTRA_KEYS = {
     "row": {"$ref": "#/$defs/element"}, "element": {"$ref": "#/$defs/element"},
     "controls": {"$ref": "#/$defs/texts"}, "refused": {"const": True},
     "method": {"enum": ["selected", "value", "none"]}, "before": {"type": "string"},
-    "sharing": {"const": False}}
+    "sharing": {"const": False},
+    "typed": {"description": "UTF-16 units that had been posted; a line break is one.",
+              "type": "integer", "minimum": 0}}
 
 
 def refusal(entry, command):

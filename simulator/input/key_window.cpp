@@ -10,16 +10,6 @@ namespace simulator {
 
 namespace {
 
-WindowNumber innermostSheet(const World& world, WindowNumber number) {
-  // With two sheets there is no telling which is meant: the window itself then.
-  auto sheets = openSheets(world, number);
-  while (sheets.size() == 1) {
-    number = sheets.front();
-    sheets = openSheets(world, number);
-  }
-  return number;
-}
-
 bool isIn(const Application& application, ElementId id, const Window& window) {
   const Element* element = findElement(application, id);
   return element != nullptr && element->window == window.number;
@@ -48,6 +38,16 @@ ElementId responder(const World& world, const Application& application, const Wi
 WindowNumber keyWindowOf(const Application& application) {
   const Element* focused = findElement(application, application.focusedWindow);
   return focused == nullptr ? 0 : focused->window;
+}
+
+WindowNumber innermostSheet(const World& world, WindowNumber number) {
+  // With two sheets there is no telling which is meant: the window itself then.
+  auto sheets = openSheets(world, number);
+  while (sheets.size() == 1) {
+    number = sheets.front();
+    sheets = openSheets(world, number);
+  }
+  return number;
 }
 
 void makeKeyWindow(World& world, Application& application, WindowNumber number) {

@@ -79,6 +79,48 @@ TEST_F(broken_run, is_not_one_that_need_not_take_focus_back) {
   EXPECT_EQ(end(), Sentences{});
 }
 
+TEST_F(broken_run, that_restores_a_field_where_it_left_the_focus) {
+  client_.arguments = {"driver", "bg-key", "Notes", "a"};
+  checkSession();
+  focusRecord(true);
+  askForFront(41);
+  call(Function::axSetAttribute,
+       {pack(platform::ElementReference{41, 3}), pack("AXFocused"), pack(true)},
+       pack(ax::Outcome{}));
+  sleep(100'000);
+
+  EXPECT_EQ(end(), Sentences{"I10: a field gets its focus back where the window's focus was left"});
+}
+
+TEST_F(broken_run, of_a_service_that_leaves_held_focus_without_asking_who_is_in_front) {
+  client_.arguments = {"driver", "capture-service"};
+  askForFront(0);
+  focusRecord(true);
+  call(Function::acquireOutput, {});
+
+  EXPECT_EQ(end(refused, 1), Sentences{"I10: focus was given and never taken back"});
+}
+
+TEST_F(broken_run, is_not_a_service_that_leaves_held_focus_where_the_user_may_be) {
+  client_.arguments = {"driver", "capture-service"};
+  focusRecord(true);
+  call(Function::acquireOutput, {});
+  askForFront(0);
+
+  EXPECT_EQ(end(refused, 1), Sentences{});
+}
+
+TEST_F(broken_run, of_a_service_that_takes_held_focus_back_from_where_the_user_may_be) {
+  client_.arguments = {"driver", "capture-service"};
+  focusRecord(true);
+  call(Function::acquireOutput, {});
+  askForFront(0);
+  focusRecord(false);
+
+  EXPECT_EQ(end(refused, 1),
+            Sentences{"I10: focus is taken back from whom the user may have in front"});
+}
+
 TEST_F(broken_run, that_posts_into_a_window_outside_the_scope) {
   client_.environment["CU_WINDOW"] = "inbox";
   post(event(moved, 7));

@@ -1,11 +1,10 @@
 #include "simulator/rules/keys.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
+#include "base/utf16.h"
 #include "base/utf8.h"
-#include "simulator/input/key_window.h"
 #include "simulator/input/posted_event.h"
 #include "simulator/input/records.h"
 #include "simulator/mac/arguments.h"
@@ -27,8 +26,8 @@ constexpr std::uint32_t waitBeforeTakingBack = 50'000;
 constexpr std::uint32_t waitAfterMenu = 100'000;
 constexpr std::uint32_t waitAfterRestore = 100'000;
 constexpr std::uint32_t waitAfterKeyRecords = 300'000;
-constexpr double tolerance = 2;  // points, of two windows that cannot be told apart
-constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanelService";
+constexpr std::size_t unitsMax = 20;       // of a piece of text
+constexpr std::size_t lineBreakSteps = 4;  // shift and return, down and up
 
 constexpr std::pair<std::string_view, std::uint64_t> modifierWords[] = {
     {"cmd", commandFlag},  {"command", commandFlag}, {"meta", commandFlag},  {"super", commandFlag},
@@ -45,30 +44,27 @@ std::int64_t codeOf(const std::string& name) {
   return stroke && !stroke->shift ? stroke->code : -1;
 }
 
-bool isNear(const Rect& a, const Rect& b) {
-  const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
-  return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
-}
-
-/// The window that a sheet, or a sheet of a sheet, is on.
-const Window* rootOf(const World& world, const Window* window) {
-  while (window != nullptr && window->sheetOf != 0) window = findWindow(world, window->sheetOf);
-  return window;
-}
-
 /// Most calls are none of this: they are many.
 bool isWatched(Function function) {
   switch (function) {
     case Function::publicPost:
     case Function::privatePost:
     case Function::postRecord:
-    case Function::axGetWindow:
     case Function::axPerform:
     case Function::axSetAttribute:
+    case Function::createKeyboardEvent:
       return true;
     default:
       return false;
   }
+}
+
+/// True when leaving something out of `whole` gives `rest`.
+bool isLeftOf(std::u16string_view rest, std::u16string_view whole) {
+  for (const char16_t unit : whole) {
+    if (!rest.empty() && rest.front() == unit) rest.remove_prefix(1);
+  }
+  return rest.empty();
 }
 
 bool isUp(const EventImage& event) { return typeOf(event) == quartz::EventType::keyUp; }
@@ -130,39 +126,40 @@ std::uint64_t KeyRules::flagsTold(const EventImage& event) const {
   return combination().flags;
 }
 
+/// True when all of the input was posted, but for what had an event that could not be created: of a
+/// combination nothing then, of a text at most a piece or a line break for each.
 bool KeyRules::isComplete() const {
-  if (run_.command() == "bg-type") {
-    const auto [text, breaks] = textTold();
-    return utf8Of(typed_) == text && lineBreaks_ == breaks;
+  if (run_.command() != "bg-type") {
+    return menuPressed_ || steps_ == stepsTold() || (notCreated_ > 0 && steps_.empty());
   }
-  return menuPressed_ || steps_ == stepsTold();
+  const auto [text, breaks] = textTold();
+  if (notCreated_ == 0) return utf8Of(typed_) == text && lineBreaks_ == breaks;
+  const std::u16string told = driver::utf16(text);
+  if (lineBreaks_ > breaks || steps_.size() != lineBreaks_ * lineBreakSteps) return false;
+  if (!isLeftOf(typed_, told)) return false;
+  const std::size_t pieces = (told.size() - typed_.size() + unitsMax - 1) / unitsMax;
+  return pieces + breaks - lineBreaks_ <= notCreated_;
 }
 
 void KeyRules::before(const ObservedCall& seen, Violations& violations) {
   if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
-  if (isPost(seen.call.function)) checkPost(seen.call, violations);
+  if (isPost(seen.call.function)) checkPost(violations);
   if (seen.call.function == Function::postRecord) checkRecord(seen.call, violations);
 }
 
-void KeyRules::checkPost(const Call& call, Violations& violations) {
+void KeyRules::checkPost(Violations& violations) {
   const EventImage& event = run_.latestEvent;
   if (!isKeyEvent(event)) return;
   if (endsLine(event)) run_.owedWaits = {waitAfterPost, waitAfterLineBreak};
-  // In front no records say which window gets the keys: it is the one that has them already.
-  const auto pid = Arguments(call).get<Pid>(0);
-  const Application* application = findApplication(run_.mac.world, pid);
-  const bool isFirst = steps_.empty() && typed_.empty();
-  if (pid == run_.mac.world.frontmost && application != nullptr && isFirst) {
-    checkWindow(keyWindowOf(*application), violations);
-  }
   checkKey(event, violations);
 }
 
-/// A line break is shift and return: when the shift key goes up it has been made.
+/// A line break is shift and return: when the shift key goes up after the other it has been made.
 bool KeyRules::endsLine(const EventImage& event) const {
   const ModifierKey* modifier = modifierWithCode(event.keyCode);
   return run_.command() == "bg-type" && event.text.empty() && isUp(event) && modifier != nullptr &&
-         modifier->flag == shiftFlag;
+         modifier->flag == shiftFlag && !steps_.empty() &&
+         steps_.back().first == key_codes::returnKey;
 }
 
 void KeyRules::checkKey(const EventImage& event, Violations& violations) {
@@ -188,7 +185,7 @@ void KeyRules::checkKey(const EventImage& event, Violations& violations) {
   }
 }
 
-/// I5 of taking focus back; I11 and I12 of the window that is made key.
+/// I5 of taking focus back.
 void KeyRules::checkRecord(const Call& call, Violations& violations) {
   const std::string record = Arguments(call).text(2);
   const RecordKind kind = recordKind(record);
@@ -196,40 +193,15 @@ void KeyRules::checkRecord(const Call& call, Violations& violations) {
       run_.lastSleep != waitBeforeTakingBack) {
     violations.push_back("I5: focus is taken back without the wait before it");
   }
-  if (kind == RecordKind::secondOfKeyPair) checkWindow(recordWindow(record), violations);
-}
-
-void KeyRules::checkWindow(WindowNumber number, Violations& violations) {
-  const Window* window = findWindow(run_.mac.world, number);
-  if (window == nullptr || !checkedWindows_.insert(number).second) return;
-  const Application* owner = findApplication(run_.mac.world, window->owner);
-  const Window* root = rootOf(run_.mac.world, window);
-  const bool isPanel = owner != nullptr && owner->bundleIdentifier == panelService;
-  if (!isPanel && root != nullptr && !titleInScope(run_.client, root->title.value_or(""))) {
-    violations.push_back("I11: keys for a window outside the scope");
-  }
-  if (toldNumbers_.count(number) > 0) return;
-  const bool untold = !run_.mac.world.screenRecordingAllowed;
-  const auto& windows = run_.mac.world.windows;
-  const auto isTwin = [&](const Window& each) {
-    return each.number != number && each.owner == window->owner &&
-           (untold || each.title.value_or("") == window->title.value_or("")) &&
-           isNear(each.frame, window->frame);
-  };
-  if (std::any_of(windows.begin(), windows.end(), isTwin)) {
-    violations.push_back("I12: keys for one of two windows that cannot be told apart");
-  }
 }
 
 void KeyRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
   if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
   const Arguments arguments(seen.call);
   switch (seen.call.function) {
-    case Function::axGetWindow: {
-      const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
-      if (told.at(0) == 0) toldNumbers_.insert(static_cast<WindowNumber>(told.at(2)));
+    case Function::createKeyboardEvent:
+      if (answer.value.isNothing()) ++notCreated_;
       break;
-    }
     case Function::axPerform:
       if (driver::unpack<ax::Outcome>(answer.value).error != ax::Error::success) break;
       menuPressed_ = true;
@@ -250,13 +222,17 @@ void KeyRules::after(const ObservedCall& seen, const Answer& answer, Violations&
 
 void KeyRules::atEnd(Violations& violations) {
   if (!run_.reply || !run_.pressesKeys()) return;
-  const bool isExcused = run_.everUnusable || run_.livenessFailed || run_.creationFailed;
+  const bool isExcused = run_.everUnusable || run_.livenessFailed;
   if (!isExcused && !down_.empty()) violations.push_back("I4: a key was left down");
   if (!isExcused && outOfOrder_) {
     violations.push_back("I4: keys went up in another order than they should");
   }
-  if (run_.reply->ok && !run_.creationFailed && !isComplete()) {
+  if (run_.reply->ok && !isComplete()) {
     violations.push_back("I8: a success without all of the input");
+  }
+  const auto typed = static_cast<std::int64_t>(typed_.size() + lineBreaks_);
+  if (run_.reply->typed && *run_.reply->typed != typed) {
+    violations.push_back("I8: another number of units is told than was typed");
   }
 }
 

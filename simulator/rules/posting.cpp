@@ -22,6 +22,7 @@ bool isUp(std::uint32_t type) {
 }  // namespace
 
 void PostingRules::before(const ObservedCall& seen, Violations& violations) {
+  if (seen.call.function == Function::axPerform) checkPress(violations);
   if (!isPost(seen.call.function)) return;
   const auto pid = Arguments(seen.call).get<Pid>(0);
   const EventImage& event = run_.latestEvent;
@@ -73,8 +74,20 @@ void PostingRules::checkPermission(Violations& violations) {
   }
 }
 
+/// What is pressed between events, or in their place, is input as they are. Of a service that dies
+/// while the application is asked what to press, a run need not know.
+void PostingRules::checkPress(Violations& violations) const {
+  const bool isInput = run_.latestIdentity || run_.pressesKeys();
+  const std::optional<Pid> service = servicePid(run_.client);
+  if (isInput && hasSlept_ && service && run_.mac.world.processes.count(*service) == 0) {
+    violations.push_back("I2: pressed after the service's death");
+  }
+}
+
 void PostingRules::after(const ObservedCall& seen, const Answer& /*answer*/,
                          Violations& /*violations*/) {
+  if (seen.call.function == Function::sleep) hasSlept_ = true;
+  if (seen.call.function == Function::nullSignal) hasSlept_ = false;
   if (seen.call.function == Function::session) operationsWhileUnusable_ = 0;
   if (run_.endsRequest(seen.call)) postedTo_.reset();
 }

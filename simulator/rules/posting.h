@@ -22,10 +22,12 @@ class PostingRules : public Rule {
  private:
   void checkOperation(const platform::EventImage& event, Violations& violations);
   void checkPermission(Violations& violations);
+  void checkPress(Violations& violations) const;
 
   int operationsWhileUnusable_ = 0;  // since the last check of the session
   int operationsAfterDeath_ = 0;     // of the service
   int operationsAfterInterruption_ = 0;
+  bool hasSlept_ = false;                 // since the service was last asked for
   std::optional<Pid> postedTo_;           // in this run or request
   std::map<std::uint32_t, int> pressed_;  // downs less ups, by the type of the down
 };

@@ -72,6 +72,8 @@ ReplyFacts readReplyLine(const std::string& line) {
   facts.saysWhy = hasError || reply.contains("axError");
   facts.copyLost = reply.value("copyLost", nlohmann::json()) == true;
   facts.clipboardNotRestored = reply.value("clipboardRestored", nlohmann::json()) == false;
+  const auto typed = reply.find("typed");
+  if (typed != reply.end() && typed->is_number_integer()) facts.typed = typed->get<std::int64_t>();
   facts.cannotWrite =
       !facts.ok && hasError && error->get<std::string>().rfind("cannot write ", 0) == 0;
   return facts;

@@ -16,10 +16,11 @@ inline constexpr std::string_view livenessRefusal =
 /// What one-shot output says of itself.
 struct ReplyFacts {
   bool ok = false;
-  bool saysWhy = false;               // it has an "error", or the "axError" of an action or a write
-  bool cannotWrite = false;           // the error is that of a picture that could not be written
-  bool copyLost = false;              // it says that somebody's copy was lost
-  bool clipboardNotRestored = false;  // it says so
+  bool saysWhy = false;  // it has an "error", or the "axError" of an action or a write
+  std::optional<std::int64_t> typed = std::nullopt;  // a whole number
+  bool cannotWrite = false;              // the error is that of a picture that could not be written
+  bool copyLost = false;                 // it says that somebody's copy was lost
+  bool clipboardNotRestored = false;     // it says so
   std::vector<std::string> faults = {};  // why it is no reply: one sentence each
 };
 

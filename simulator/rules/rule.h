@@ -29,7 +29,7 @@ struct WatchedRun {
   bool everUnusable = false;
   bool livenessFailed = false;  // the service was found gone
   bool interrupted = false;     // the Mac has told the run that it must end
-  bool creationFailed = false;  // an event could not be made
+  bool creationFailed = false;  // an event of the pointer could not be made
   bool outputRefused = false;   // nobody took what was written
   bool fileReplaced = false;
 

@@ -7,6 +7,7 @@
 #include "simulator/rules/guard.h"
 #include "simulator/rules/guard_state.h"
 #include "simulator/rules/insert.h"
+#include "simulator/rules/key_target.h"
 #include "simulator/rules/keys.h"
 #include "simulator/rules/output.h"
 #include "simulator/rules/pace.h"
@@ -32,7 +33,8 @@ std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
 /// is judged before the present post owes waits of its own; and a key may owe more than a post.
 std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
   return make<UserRules, PaceRules, ScopeRules, PostingRules, ElementRules, InsertRules, GuardRules,
-              GuardStateRules, KeyRules, ClipboardRules, FocusRules, OutputRules>(run);
+              GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules, FocusRules, OutputRules>(
+      run);
 }
 
 }  // namespace
@@ -77,7 +79,6 @@ void Rules::note(const Call& call, const Answer& answer) {
       if (!run_.isService() && !driver::unpack<bool>(answer.value)) run_.livenessFailed = true;
       break;
     case Function::createMouseEvent:
-    case Function::createKeyboardEvent:
       run_.creationFailed = run_.creationFailed || answer.value.isNothing();
       break;
     case Function::writeOutput:

@@ -260,6 +260,36 @@ TEST_F(broken_run, that_makes_a_window_key_where_it_was_told_that_the_user_is) {
   EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
 }
 
+TEST_F(broken_run, that_makes_a_window_key_long_after_it_was_told_where_the_user_is) {
+  askForFront(41);
+  checkSession();
+  const driver::Datum::List record = {pack(0), pack(40), pack(std::string(248, '\0'))};
+  before(Function::postRecord, record);
+  mac_.world.applications[0].focusedWindow = 0;
+  after(Function::postRecord, record, pack(0));
+
+  EXPECT_EQ(end(), Sentences{"I3: the user's key window changed"});
+}
+
+TEST_F(broken_run, that_presses_what_lies_under_its_pointer_after_the_services_death) {
+  client_.environment["CU_CAPTURE_PID"] = "900";
+  const auto press = [&] {
+    call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+         pack(ax::Outcome{}));
+  };
+  checkSession();
+  checkService(true);
+  post(event(moved));
+  checkService(true);
+  mac_.world.processes.erase(900);
+  press();  // it may have died since
+  EXPECT_EQ(violations_, Sentences{});
+  sleep(500'000);
+  press();
+
+  EXPECT_EQ(end(), Sentences{"I2: pressed after the service's death"});
+}
+
 TEST_F(broken_run, that_hurries_through_a_click) {
   postOnly(event(leftDown));
   sleep(waitAfterPost);

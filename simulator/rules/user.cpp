@@ -70,12 +70,21 @@ void UserRules::after(const ObservedCall& seen, const Answer& answer, Violations
   const Call& call = seen.call;
   checkUntouched(call, violations);
   checkStall(call, answer, violations);
-  if (call.function == Function::frontProcess && serialOf(answer).at(0) != 0) toldInFront_ = 0;
-  if (call.function == Function::processPid) {
+  noteFront(seen, answer);
+  if (run_.endsRequest(call)) timeouts_.clear();
+}
+
+void UserRules::noteFront(const ObservedCall& seen, const Answer& answer) {
+  const Function function = seen.call.function;
+  const bool isFailure = function == Function::frontProcess && serialOf(answer).at(0) != 0;
+  if (isFailure || function == Function::processPid) {
     const auto told = serialOf(answer);
     toldInFront_ = told.at(0) == 0 ? static_cast<Pid>(told.at(2)) : 0;
+    isJustTold_ = true;
+    tellingFlow_ = seen.flow;
+  } else if (function != Function::postRecord && seen.flow == tellingFlow_) {
+    isJustTold_ = false;
   }
-  if (run_.endsRequest(call)) timeouts_.clear();
 }
 
 void UserRules::checkUntouched(const Call& call, Violations& violations) const {
@@ -89,9 +98,10 @@ void UserRules::checkUntouched(const Call& call, Violations& violations) const {
   }
   const Application* front = findApplication(world, frontBefore_);
   if (front == nullptr || front->focusedWindow == keyboardBefore_) return;
-  // Key records follow a look at the foreground. Who comes to front in between is not noticed.
+  // A pair of key records follows right after an answer that somebody else is in front. No run
+  // could notice who comes in between.
   const bool cameSince = call.function == Function::postRecord && frontBefore_ != toldInFront_;
-  if (!cameSince) violations.push_back("I3: the user's key window changed");
+  if (!cameSince || !isJustTold_) violations.push_back("I3: the user's key window changed");
 }
 
 void UserRules::checkStall(const Call& call, const Answer& answer, Violations& violations) {

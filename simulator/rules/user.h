@@ -17,6 +17,7 @@ class UserRules : public Rule {
   void after(const ObservedCall& seen, const Answer& answer, Violations& violations) override;
 
  private:
+  void noteFront(const ObservedCall& seen, const Answer& answer);
   void checkUntouched(const platform::Call& call, Violations& violations) const;
   void checkStall(const platform::Call& call, const Answer& answer, Violations& violations);
 
@@ -24,6 +25,8 @@ class UserRules : public Rule {
   Pid frontBefore_ = 0;
   ElementId keyboardBefore_ = 0;  // the front application's focused window
   Pid toldInFront_ = 0;           // when the run last asked; 0 for none
+  bool isJustTold_ = false;       // nothing but records has come since, in the flow that asked
+  std::size_t tellingFlow_ = 0;
   std::map<Pid, int> timeouts_;
 };
 

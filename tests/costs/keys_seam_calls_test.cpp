@@ -50,7 +50,7 @@ const std::string matchWindow =
 /// The focused window, its one child, which is no sheet; the entry for it, with the first look at
 /// the entry point for numbers; and the list that may show a panel.
 const std::string keyboardWindow =
-    " ax.attribute ax.attribute ax.attributes "
+    " ax.attribute ax.attribute ax.attribute "
     "ax.attributes windowserver.windows loader.find-symbol loop.uptime private.ax-window "
     "windowserver.windows ";
 
@@ -62,14 +62,20 @@ const std::string giveFocus =
     " process.environment loader.open-library loader.find-symbol loader.find-symbol "
     "private.process-for-pid private.post-record loop.sleep ";
 
-/// Is it key already? The two records.
-const std::string makeKey =
-    " ax.attributes private.process-for-pid private.post-record private.post-record loop.sleep ";
+/// Is it key already? Still not in front? The two records.
+const std::string makeKey = " ax.attributes private.process-for-pid " + foreground +
+                            "private.post-record private.post-record loop.sleep ";
+
+/// Has the user come meanwhile?
+const std::string look = foreground;
 
 /// The pause, in front? held? and the record.
 const std::string takeFocus =
     " loop.sleep " + foreground +
     " process.environment private.process-for-pid private.post-record loop.sleep ";
+
+/// And where is the user's keyboard?
+const std::string lookInFront = foreground + "ax.attribute ax.attribute ax.attribute" + matchWindow;
 
 const std::string create = " quartz.create-keyboard-event ";
 const std::string post = liveness + session + " quartz.post loop.sleep ";
@@ -98,55 +104,56 @@ std::string callsOf(const std::vector<std::string>& arguments) {
   return lines;
 }
 
-const std::string frame =
-    startUp + preconditions + session + appByName + keyboardWindow + appKit + giveFocus + makeKey;
+const std::string frame = startUp + preconditions + session + appByName + keyboardWindow + appKit +
+                          giveFocus + makeKey + look;
 
 TEST(seam_calls, of_a_key) {
   EXPECT_EQ(callsOf({"bg-key", "Notes", "a"}),
-            oneALine(frame + create + create + post + post + takeFocus));
+            oneALine(frame + create + create + look + post + post + takeFocus));
 }
 
 TEST(seam_calls, of_a_chord) {
   EXPECT_EQ(callsOf({"bg-key", "Notes", "ctrl+shift+a"}),
-            oneALine(frame + create + create + create + post + create + post + post + post +
-                     create + post + create + post + takeFocus));
+            oneALine(frame + create + create + create + create + create + create + look + post +
+                     post + look + post + post + post + post + takeFocus));
 }
 
 TEST(seam_calls, of_a_menu_shortcut_are_one_for_each_element_up_to_the_item) {
   // The menu bar, and four elements from there to the item.
   EXPECT_EQ(callsOf({"bg-key", "Notes", "cmd+s"}),
-            oneALine(frame + "ax.attribute" + visits(4) + liveness + session +
+            oneALine(frame + "ax.attribute" + visits(4) + look + liveness + session +
                      "ax.perform loop.sleep" + takeFocus));
 }
 
 TEST(seam_calls, of_a_shortcut_that_no_menu_has_are_one_for_each_element_of_the_menus) {
   EXPECT_EQ(callsOf({"bg-key", "Notes", "cmd+b"}),
-            oneALine(frame + "ax.attribute" + visits(4) + create + create + create + post + post +
-                     post + create + post + takeFocus));
+            oneALine(frame + "ax.attribute" + visits(4) + create + create + create + create + look +
+                     post + look + post + post + post + takeFocus));
 }
 
 TEST(seam_calls, of_a_shortcut_whose_key_has_a_long_name_ask_no_menu) {
-  EXPECT_EQ(
-      callsOf({"bg-key", "Notes", "cmd+tab"}),
-      oneALine(frame + create + create + create + post + post + post + create + post + takeFocus));
+  EXPECT_EQ(callsOf({"bg-key", "Notes", "cmd+tab"}),
+            oneALine(frame + create + create + create + create + look + post + look + post + post +
+                     post + takeFocus));
 }
 
 TEST(seam_calls, of_a_key_into_chromium_read_and_restore_what_has_its_focus) {
-  const std::string focused = " ax.attribute ax.attribute ax.attributes ax.attribute ";
+  const std::string focused =
+      " ax.attribute ax.attribute ax.attribute ax.set-attribute ax.set-attribute ax.attribute ";
   const std::string alreadyKey = " ax.attributes loop.uptime private.ax-window ";
-  const std::string restore = foreground + session + " ax.attributes ax.set-attribute loop.sleep ";
+  const std::string restore = session + " ax.attributes ax.set-attribute loop.sleep ";
 
-  EXPECT_EQ(callsOf({"bg-key", "com.example.chat", "a"}),
-            oneALine(startUp + preconditions + session + "workspace.applications-with-bundle" +
-                     keyboardWindow + "streams.list-directory streams.file-exists" + focused +
-                     giveFocus + alreadyKey + create + create + post + post + takeFocus + restore));
+  EXPECT_EQ(
+      callsOf({"bg-key", "com.example.chat", "a"}),
+      oneALine(startUp + preconditions + session + "workspace.applications-with-bundle" +
+               keyboardWindow + "streams.list-directory streams.file-exists" + focused + giveFocus +
+               alreadyKey + look + create + create + look + post + post + takeFocus + restore));
 }
 
 TEST(seam_calls, of_a_key_in_front_have_no_record) {
   EXPECT_EQ(callsOf({"bg-key", "Browser", "a"}),
             oneALine(startUp + preconditions + session + appByName + keyboardWindow + appKit +
-                     foreground + "ax.attribute ax.attribute ax.attributes" + matchWindow + create +
-                     create + post + post));
+                     lookInFront + create + create + lookInFront + post + post));
 }
 
 TEST(seam_calls, of_a_key_into_a_panel_ask_for_the_applications_own_windows_too) {
@@ -158,14 +165,41 @@ TEST(seam_calls, of_a_key_into_a_panel_ask_for_the_applications_own_windows_too)
             oneALine(startUp + preconditions + session + "workspace.application ax.attribute" +
                      noChildren + "ax.attributes windowserver.windows loader.find-symbol" + number +
                      "windowserver.windows" + panelService + "ax.attribute" + number + noChildren +
-                     appKit + giveFocus + "ax.attributes" + number + create + create + post + post +
-                     takeFocus));
+                     appKit + giveFocus + "ax.attributes" + number + look + create + create + look +
+                     post + post + takeFocus));
+}
+
+TEST(seam_calls, of_a_text_in_front_look_for_the_keyboard_before_each_piece) {
+  const std::string piece = create + create + lookInFront + post + post;
+
+  EXPECT_EQ(callsOf({"bg-type", "Browser", "123456789012345678901"}),
+            oneALine(startUp + preconditions + session + appByName + keyboardWindow + appKit +
+                     lookInFront + piece + piece));
+}
+
+TEST(seam_calls, of_a_key_in_a_window_with_many_children_ask_for_their_roles_alone) {
+  TestMac mac(desk + std::string(R"(    app Table pid 44
+        window 14 "Rows" at 100,80 size 800x600
+            AXRow "Row" at 120,130 size 700x20 repeat 100
+)"));
+  std::int64_t reads = 0;
+  mac.driver("bg-key Table a");
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function == platform::Function::axAttribute &&
+        driver::unpack<std::string>(entry.call.arguments.at(1)) == "AXRole") {
+      ++reads;
+    }
+    if (entry.call.function != platform::Function::axAttributes) continue;
+    const auto names = driver::unpack<std::vector<std::string>>(entry.call.arguments.at(1));
+    EXPECT_EQ(std::find(names.begin(), names.end(), "AXChildren"), names.end());
+  }
+  EXPECT_EQ(reads, 100);
 }
 
 TEST(seam_calls, of_a_text) {
-  const std::string piece = create + post + create + post;
+  const std::string piece = create + create + look + post + post;
   const std::string lineBreak =
-      create + create + create + post + post + post + create + post + " loop.sleep ";
+      create + create + create + create + look + post + look + post + post + post + " loop.sleep ";
 
   EXPECT_EQ(callsOf({"bg-type", "Notes", "a\nb"}),
             oneALine(frame + piece + lineBreak + piece + takeFocus));

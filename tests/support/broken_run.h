@@ -102,7 +102,12 @@ class broken_run : public testing::Test {
     sleep(40'000);
   }
 
+  /// The run asks for the foreground and is told this process; 0: it is told nothing.
   void askForFront(simulator::Pid front) {
+    const std::int64_t status = front == 0 ? -600 : 0;
+    call(platform::Function::frontProcess, {},
+         driver::pack(std::vector<std::int64_t>{status, 0, front}));
+    if (front == 0) return;
     call(platform::Function::processPid, {driver::pack(0), driver::pack(front)},
          driver::pack(std::vector<std::int64_t>{0, 0, front}));
   }

@@ -16,6 +16,7 @@ namespace {
 
 using namespace testing_support;
 
+/// Each application has a second window, in which the user may be: Private, 100 points apart.
 constexpr const char* desk = R"(
     process 900
     pasteboard item "public.utf8-plain-text" "old" "public.rtf" "{old}" promises "com.example.lazy"
@@ -23,23 +24,33 @@ constexpr const char* desk = R"(
     app Browser pid 40 bundle com.example.browser chromium frontmost
         window 5 "Start" at 0,30 size 300x200
             AXTextField "Address" at 10,60 size 80x20 focused
+        window 6 "Private" at 600,100 size 90x90
+            AXTextArea "Own" at 610,110 size 60x60
     app Notes pid 41 bundle com.example.notes
         menu File > Save cmd s press: append "saved" to Body
         menu Edit > Undo cmd z disabled
         window 7 "Inbox" at 50,40 size 200x150
             AXTextArea "Body" at 60,80 size 150x80 value "hello"
         window 8 "Inbox" at 50,40 size 200x150 off-screen
+        window 10 "Private" at 600,200 size 90x90
+            AXTextArea "Own" at 610,210 size 60x60
     app Chat pid 42 bundle com.example.chat chromium
         window 9 "Chat" at -200,20 size 150x150
             AXTextArea "Message" at -190,30 size 40x20 focused takes files submit: set Message ""
+        window 11 "Private" at 600,300 size 90x90
+            AXTextArea "Own" at 610,310 size 60x60
     app Docs pid 43 bundle com.example.docs pastes after 350ms
         window 12 "Letter" at 70,100 size 160x130
             AXTextArea "Text" at 70,100 size 60x30
+        window 13 "Private" at 600,400 size 90x90
+            AXTextArea "Own" at 610,410 size 60x60
     app Mail pid 44 bundle com.example.mail
         window 14 "Letter" at 20,20 size 150x150 unnumbered
         window 15 at 30,40 size 90x60 sheet of 14
             AXTextField "To" at 40,50 size 40x10
             AXTextField "Copy" at 40,70 size 40x10
+        window 16 "Private" at 600,500 size 90x90
+            AXTextArea "Own" at 610,510 size 60x60
     panel pid 50 window 60 over 12
 )";
 
@@ -164,6 +175,43 @@ TEST_P(keyboard_sweep, breaks_no_rule_when_two_things_go_wrong) {
     const auto second = anyFault(scenario, calls, random);
     SCOPED_TRACE(simulator::faultText(first) + " and " + simulator::faultText(second));
     TestMac mac(world(), {first, second}, Mode::direct);
+    mac.driverWith(scenario.arguments, scenario.environment);
+    if (HasFailure()) return;
+  }
+}
+
+/// The user goes to another window of the target.
+std::string clickElsewhere(const Scenario& scenario) {
+  return "user click 640," + std::to_string(140 + 100 * (scenario.target - 40));
+}
+
+simulator::Fault faultBefore(std::size_t call, const std::string& happening) {
+  return simulator::parseFault("any " + std::to_string(call) + " before " + happening, world());
+}
+
+TEST_P(keyboard_sweep, breaks_no_rule_when_the_user_goes_to_another_window_of_the_target) {
+  const Scenario& scenario = GetParam();
+  const std::size_t calls = recordedCalls(scenario).size();
+  for (std::size_t call = 1; call <= calls; ++call) {
+    const simulator::Fault click = faultBefore(call, clickElsewhere(scenario));
+    SCOPED_TRACE(simulator::faultText(click));
+    TestMac mac(world(), {click}, Mode::direct);
+
+    mac.driverWith(scenario.arguments, scenario.environment);
+
+    EXPECT_EQ(mac.world().frontmost, scenario.target);
+    if (HasFailure()) return;
+  }
+}
+
+TEST_P(keyboard_sweep, breaks_no_rule_when_the_user_types_in_another_window_of_the_target) {
+  const Scenario& scenario = GetParam();
+  const std::size_t calls = recordedCalls(scenario).size();
+  for (std::size_t call = 1; call < calls; ++call) {
+    const simulator::Fault click = faultBefore(call, clickElsewhere(scenario));
+    const simulator::Fault key = faultBefore(call + 1, "user key q");
+    SCOPED_TRACE(simulator::faultText(click));
+    TestMac mac(world(), {click, key}, Mode::direct);
     mac.driverWith(scenario.arguments, scenario.environment);
     if (HasFailure()) return;
   }

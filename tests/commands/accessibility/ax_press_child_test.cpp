@@ -207,6 +207,14 @@ TEST(ax_press_child, presses_nothing_when_the_hover_was_withheld) {
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "");
 }
 
+TEST(ax_press_child, presses_nothing_when_the_capture_service_goes_while_it_waits) {
+  TestMac mac(std::string(inbox) + "    process 900\n    at 600ms end process 900\n");
+  const Result run = press(mac, {"letter", "archive"}, {{"CU_CAPTURE_PID", "900"}});
+  EXPECT_EQ(seen(run), failure("native screen sharing stopped; background input is disabled"));
+  EXPECT_EQ(run.effects, hovering + "  600 ms  happening 900/0 end process 900\n");
+  EXPECT_EQ(mac.valueOf("Notes", "Body"), "");
+}
+
 TEST(ax_press_child, checks_the_session_right_before_it_presses) {
   TestMac mac(inbox);
   const Result run = press(mac, {"letter", "archive"});

@@ -109,18 +109,18 @@ TEST(guard_tap, may_be_slow_to_answer_for) {
   EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
 }
 
-struct Ending {
+struct TapEnding {
   const char* happening;
   const char* by;
 };
 
-constexpr Ending endings[] = {
+constexpr TapEnding tapEndings[] = {
     {"user key b", "user"}, {"signal 15", "signal"}, {"request termination", "quit"},
     {"close input", "run"}, {"end-loop", "loop"},
 };
 
 TEST(guard_lock, that_is_late_is_waited_for_while_the_tap_swallows) {
-  for (const Ending& ending : endings) {
+  for (const TapEnding& ending : tapEndings) {
     TestMac mac(deskWith({std::string("2s ") + ending.happening, "2500ms user key a"}),
                 {"private.lock-screen 1 late"}, Mode::direct);
     const Result run = guard(mac);
@@ -131,7 +131,7 @@ TEST(guard_lock, that_is_late_is_waited_for_while_the_tap_swallows) {
 }
 
 TEST(guard_lock, that_does_not_come_back_is_left_behind_after_two_seconds) {
-  for (const Ending& ending : endings) {
+  for (const TapEnding& ending : tapEndings) {
     TestMac mac(deskWith({std::string("2s ") + ending.happening, "2500ms user key a",
                           "3500ms user key c", "3600ms user click 300,300"}),
                 {"private.lock-screen 1+ hang"}, Mode::direct);

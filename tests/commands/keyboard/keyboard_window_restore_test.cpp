@@ -36,7 +36,9 @@ TEST(focus_of_chromium, is_given_back_to_its_field_at_the_end) {
   const Result run = mac.driver("bg-key Chat a");
 
   EXPECT_EQ(seen(run), typed);
-  EXPECT_EQ(run.effects, R"(    0 ms  focus 42/9 give
+  EXPECT_EQ(run.effects, R"(    0 ms  write 42/0 AXManualAccessibility
+    0 ms  write 42/0 AXEnhancedUserInterface
+    0 ms  focus 42/9 give
    40 ms  post 42/9 key-down 0 public: typed "a" into AXTextArea "Message"
    52 ms  post 42/9 key-up 0 public
   114 ms  focus 42/9 take
@@ -160,8 +162,29 @@ TEST(focus_of_chromium, is_left_alone_when_the_user_has_come) {
     EXPECT_FALSE(wasRestored(run));
     EXPECT_EQ(run.elapsed, 114'000) << time;
   }
-  TestMac last(deskWith(field, "    at 153ms front Chat\n"));
-  EXPECT_FALSE(wasRestored(last.driver("bg-key Chat a")));
+}
+
+TEST(focus_of_chromium, follows_the_answer_that_its_windows_focus_followed) {
+  TestMac mac(deskWith(field, "    at 153ms front Chat\n"));
+  const Result run = mac.driver("bg-key Chat a");
+  EXPECT_NE(run.effects.find("take"), std::string::npos);
+  EXPECT_TRUE(wasRestored(run));
+
+  // The user came for a moment: it stays as the moment left it.
+  TestMac left(deskWith(field, "    at 113ms front Chat\n    at 115ms front Browser\n"));
+  const Result other = left.driver("bg-key Chat a");
+  EXPECT_EQ(other.effects.find("take"), std::string::npos);
+  EXPECT_FALSE(wasRestored(other));
+}
+
+TEST(focus_of_chromium, is_asked_for_once_its_accessibility_is_awake) {
+  TestMac mac(deskWith(field));
+  const Result run = mac.driver("bg-key Chat a");
+  const auto& calls = run.calls;
+  const auto enabling = std::find(calls.begin(), calls.end(), "ax.set-attribute");
+  ASSERT_NE(enabling, calls.end());
+  EXPECT_EQ(*(enabling + 1), "ax.set-attribute");
+  EXPECT_EQ(*(enabling + 2), "ax.attribute");
 }
 
 TEST(focus_of_chromium, in_front_is_not_touched) {

@@ -172,7 +172,7 @@ TEST(paste_ending, when_the_service_dies_keeps_what_the_user_copies_at_any_milli
 }
 
 TEST(paste_ending, when_the_service_dies_before_the_menu_presses_nothing) {
-  TestMac mac(pastingDesk, {"ax.attribute 3 before end process 900"});
+  TestMac mac(pastingDesk, {"ax.attribute 4 before end process 900"});
 
   const Result run = mac.driver("bg-paste-files Mail /a.txt", {{"CU_CAPTURE_PID", "900"}});
 

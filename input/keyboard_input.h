@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+
+#include "main/replies.h"
+#include "platform/types.h"
+
+namespace driver {
+
+/// What receives keyboard input.
+struct KeyboardTarget {
+  platform::Pid pid = 0;
+  platform::WindowNumber window = 0;
+};
+
+/// The user has gone to another window of the process: what was left of an input was withheld.
+class KeyboardTaken : public InputFailure {
+ public:
+  KeyboardTaken();
+};
+
+/// One keyboard input on its way to one window. The window was chosen for it once; the user may
+/// come to the process at any time since, where the keys would then go to the window that the user
+/// has chosen. So each piece of a text and each combination asks again, right before it is posted.
+class KeyboardInput {
+ public:
+  explicit KeyboardInput(KeyboardTarget target) : target_(target) {}
+
+  platform::Pid pid() const { return target_.pid; }
+
+  /// Whether the process is in front, asked now. When the system does not tell, it is not.
+  bool isInFront() const;
+
+  /// Whether the window has its process's keyboard, asked now. When that cannot be read, it does
+  /// not.
+  bool hasKeyboard() const;
+
+  /// False when the process is in front, and its keyboard not in the window. Asked now.
+  bool mayGoOn() const;
+
+  /// Throws KeyboardTaken unless the input may go on.
+  void requireKeyboard() const;
+
+  /// Counts what has been posted of a text, in UTF-16 units; a line break is one.
+  void noteTyped(std::size_t units) { typed_ += units; }
+  std::size_t typed() const { return typed_; }
+
+ private:
+  KeyboardTarget target_;
+  std::size_t typed_ = 0;
+};
+
+}  // namespace driver

@@ -1,0 +1,180 @@
+#include "simulator/rules/key_target.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "simulator/input/key_window.h"
+#include "simulator/input/posted_event.h"
+#include "simulator/input/records.h"
+#include "simulator/mac/arguments.h"
+#include "simulator/rules/replies.h"
+#include "simulator/world/keyboard_layouts.h"
+
+namespace simulator {
+
+using platform::Call;
+using platform::EventImage;
+using platform::Function;
+
+namespace {
+
+constexpr double tolerance = 2;  // points, of two windows that cannot be told apart
+constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanelService";
+
+bool isNear(const Rect& a, const Rect& b) {
+  const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
+  return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
+}
+
+/// The window that a sheet, or a sheet of a sheet, is on.
+const Window* rootOf(const World& world, const Window* window) {
+  while (window != nullptr && window->sheetOf != 0) window = findWindow(world, window->sheetOf);
+  return window;
+}
+
+/// Where the keys of an application go: its key window, or the sheet on it.
+WindowNumber keysOf(const World& world, const Application* application) {
+  const WindowNumber key = application == nullptr ? 0 : keyWindowOf(*application);
+  return key == 0 ? 0 : innermostSheet(world, key);
+}
+
+bool reads(const Call& call, std::string_view name) {
+  if (call.function == Function::axAttribute) return Arguments(call).text(1) == name;
+  if (call.function != Function::axAttributes) return false;
+  const auto names = Arguments(call).get<std::vector<std::string>>(1);
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+}  // namespace
+
+KeyTargetRules::Owner KeyTargetRules::owner() const {
+  const World& world = run_.mac.world;
+  return {world.frontmost, keysOf(world, findApplication(world, world.frontmost))};
+}
+
+void KeyTargetRules::look() {
+  if (run_.pressesKeys() && owner() != found_) isStale_ = true;
+}
+
+void KeyTargetRules::before(const ObservedCall& seen, Violations& violations) {
+  if (!run_.pressesKeys()) return;
+  switch (seen.call.function) {
+    case Function::frontProcess:
+      found_ = owner();
+      wasTold_ = isStale_ = false;
+      break;
+    case Function::publicPost:
+    case Function::privatePost:
+      checkPost(seen.call, violations);
+      break;
+    case Function::postRecord:
+      checkRecord(seen.call, violations);
+      break;
+    case Function::axPerform:
+      checkAct(Arguments(seen.call).get<platform::ElementReference>(0).pid, true, violations);
+      break;
+    default:
+      break;
+  }
+}
+
+void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer,
+                           Violations& /*violations*/) {
+  if (!run_.pressesKeys()) return;
+  switch (seen.call.function) {
+    case Function::frontProcess:
+      hasLooked_ = true;
+      break;
+    case Function::processPid: {
+      const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
+      wasTold_ = told.at(0) == 0 && static_cast<Pid>(told.at(2)) == found_.pid;
+      break;
+    }
+    case Function::axGetWindow: {
+      const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
+      if (told.at(0) == 0) toldNumbers_.insert(static_cast<WindowNumber>(told.at(2)));
+      break;
+    }
+    case Function::axAttribute:
+    case Function::axAttributes:
+      if (!seen.faulty && reads(seen.call, "AXFocusedWindow")) noteFocusedWindow(seen.call);
+      // A search through menus takes its time: what was seen before it is old.
+      if (reads(seen.call, "AXMenuBar")) hasLooked_ = false;
+      break;
+    default:
+      break;
+  }
+}
+
+/// The window that has an application's keyboard when the run first looks is the one it means, if
+/// it is in its scope; unless records name another.
+void KeyTargetRules::noteFocusedWindow(const Call& call) {
+  const Pid pid = Arguments(call).get<platform::ElementReference>(0).pid;
+  const World& world = run_.mac.world;
+  const WindowNumber key = keysOf(world, findApplication(world, pid));
+  const Window* root = rootOf(world, findWindow(world, key));
+  if (root == nullptr || !titleInScope(run_.client, root->title.value_or(""))) return;
+  meant_.emplace(pid, key);
+}
+
+void KeyTargetRules::checkPost(const Call& call, Violations& violations) {
+  const EventImage& event = run_.latestEvent;
+  if (!isKeyEvent(event)) return;
+  const bool isModifier = event.text.empty() && modifierWithCode(event.keyCode) != nullptr;
+  if (typeOf(event) == quartz::EventType::keyUp) {
+    // The modifiers come up after the key, the next of them go down after another look.
+    hasKeyDown_ = false;
+    return;
+  }
+  // Between modifiers nobody need look again: they do nothing by themselves.
+  checkAct(Arguments(call).get<Pid>(0), !isModifier || !hasKeyDown_, violations);
+  hasKeyDown_ = true;
+}
+
+/// I14: before whatever goes down, or is pressed, the run has looked whether the user has come. One
+/// who comes after the look began may not be noticed.
+void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
+  if (needsLook && !hasLooked_) {
+    violations.push_back("I14: keys without a look at the foreground before them");
+  }
+  hasLooked_ = false;
+  if (!wasTold_ || isStale_ || found_.pid != pid) return;
+  const auto meant = meant_.find(pid);
+  if (meant != meant_.end() && meant->second != found_.window) {
+    violations.push_back("I14: keys for a window that the user has chosen instead");
+  }
+  checkWindow(found_.window, violations);
+}
+
+void KeyTargetRules::checkRecord(const Call& call, Violations& violations) {
+  const std::string record = Arguments(call).text(2);
+  const RecordKind kind = recordKind(record);
+  const bool isSecond = kind == RecordKind::secondOfKeyPair;
+  if (!isSecond && kind != RecordKind::givesFocus) return;
+  meant_[static_cast<Pid>(Arguments(call).get<std::uint32_t>(1))] = recordWindow(record);
+  if (isSecond) checkWindow(recordWindow(record), violations);
+}
+
+void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
+  const Window* window = findWindow(run_.mac.world, number);
+  if (window == nullptr || !checkedWindows_.insert(number).second) return;
+  const Application* own = findApplication(run_.mac.world, window->owner);
+  const Window* root = rootOf(run_.mac.world, window);
+  const bool isPanel = own != nullptr && own->bundleIdentifier == panelService;
+  if (!isPanel && root != nullptr && !titleInScope(run_.client, root->title.value_or(""))) {
+    violations.push_back("I11: keys for a window outside the scope");
+  }
+  if (toldNumbers_.count(number) > 0) return;
+  const bool untold = !run_.mac.world.screenRecordingAllowed;
+  const auto& windows = run_.mac.world.windows;
+  const auto isTwin = [&](const Window& each) {
+    return each.number != number && each.owner == window->owner &&
+           (untold || each.title.value_or("") == window->title.value_or("")) &&
+           isNear(each.frame, window->frame);
+  };
+  if (std::any_of(windows.begin(), windows.end(), isTwin)) {
+    violations.push_back("I12: keys for one of two windows that cannot be told apart");
+  }
+}
+
+}  // namespace simulator

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+
+#include "simulator/rules/rule.h"
+
+namespace simulator {
+
+/// Where a client's keys go: into windows in its scope (I11) that are no other's twins (I12), and
+/// never, as far as the client can know, into a window that the user has chosen instead (I14).
+class KeyTargetRules : public Rule {
+ public:
+  using Rule::Rule;
+
+  void look() override;
+  void before(const ObservedCall& seen, Violations& violations) override;
+  void after(const ObservedCall& seen, const Answer& answer, Violations& violations) override;
+
+ private:
+  /// Who has the user's keyboard.
+  struct Owner {
+    Pid pid = 0;  // in front
+    WindowNumber window = 0;
+    friend bool operator==(const Owner&, const Owner&) = default;
+  };
+
+  Owner owner() const;
+  void noteFocusedWindow(const platform::Call& call);
+  void checkPost(const platform::Call& call, Violations& violations);
+  void checkAct(Pid pid, bool needsLook, Violations& violations);
+  void checkRecord(const platform::Call& call, Violations& violations);
+  void checkWindow(WindowNumber number, Violations& violations);
+
+  std::map<Pid, WindowNumber> meant_;   // where the keys for a process are to go
+  std::set<WindowNumber> toldNumbers_;  // of windows, by accessibility
+  std::set<WindowNumber> checkedWindows_;
+
+  // A look is a question for the foreground.
+  Owner found_;              // when the latest look began
+  bool wasTold_ = false;     // it gave the truth
+  bool isStale_ = false;     // the owner has changed since it began
+  bool hasLooked_ = false;   // since something last went down, or menus were searched
+  bool hasKeyDown_ = false;  // of the present combination
+};
+
+}  // namespace simulator

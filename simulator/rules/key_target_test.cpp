@@ -1,0 +1,215 @@
+#include "simulator/rules/key_target.h"
+
+#include <gtest/gtest.h>
+
+#include "simulator/rules/pace.h"
+#include "tests/support/broken_run.h"
+
+/// Runs that press keys into wrong windows, and the rule that each of them breaks.
+namespace simulator {
+
+namespace {
+
+using driver::pack;
+using platform::EventImage;
+using platform::Function;
+using testing_support::broken_run;
+using testing_support::Sentences;
+
+constexpr std::uint32_t keyGoesDown = 10;
+constexpr std::uint32_t keyGoesUp = 11;
+
+class broken_key_targets : public broken_run {
+ protected:
+  broken_key_targets() { client_.arguments = {"driver", "bg-key", "Notes", "ctrl+a"}; }
+
+  /// Goes down or comes up. The 59 is control, and 0 is a.
+  void postKey(std::uint32_t type, std::int64_t code) {
+    EventImage image;
+    image.identity = ++identity_;
+    image.type = type;
+    image.keyCode = code;
+    image.flags = 0x40000;
+    image.publicFields = {{42, 0x5A545256}};
+    postOnly(image, 41, Function::publicPost);
+    sleep(waitAfterPost);
+  }
+
+  void postChord() {
+    askForFront(mac_.world.frontmost);
+    postKey(keyGoesDown, 59);
+    askForFront(mac_.world.frontmost);
+    postKey(keyGoesDown, 0);
+    postKey(keyGoesUp, 0);
+    postKey(keyGoesUp, 59);
+  }
+
+  void pressMenuItem() {
+    checkSession();
+    call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+         pack(ax::Outcome{}));
+    sleep(100'000);
+  }
+
+  void keyRecord(char type, WindowNumber window = 7) {
+    std::string record(248, '\0');
+    record[0x08] = type;
+    record[0x3C] = static_cast<char>(window);
+    call(Function::postRecord, {pack(0), pack(41), pack(record)}, pack(0));
+    if (type == 2) sleep(300'000);
+  }
+
+  void readFocusedWindow() {
+    call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack("AXFocusedWindow")},
+         pack(platform::WireReadings{}));
+  }
+
+  void tellNumber(std::int64_t number) {
+    call(Function::axGetWindow, {pack(platform::ElementReference{41, 1})},
+         pack(std::vector<std::int64_t>{0, 0, number}));
+  }
+
+  /// The user comes to a window of Notes.
+  void userGoesTo(WindowNumber number) {
+    mac_.world.frontmost = 41;
+    mac_.world.applications[1].focusedWindow = findWindow(mac_.world, number)->element;
+  }
+};
+
+constexpr const char* unlooked = "I14: keys without a look at the foreground before them";
+constexpr const char* chosen = "I14: keys for a window that the user has chosen instead";
+
+TEST_F(broken_key_targets, are_not_those_of_a_run_that_looks) {
+  keyRecord(1);
+  keyRecord(2);
+  postChord();
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, that_get_their_keys_without_a_look) {
+  postKey(keyGoesDown, 0);
+  postKey(keyGoesUp, 0);
+  EXPECT_EQ(violations_, Sentences{unlooked});
+  askForFront(40);
+  postKey(keyGoesDown, 59);
+  postKey(keyGoesDown, 0);  // what the modifiers take may be long enough for a user
+  EXPECT_EQ(violations_, (Sentences{unlooked, unlooked}));
+  postKey(keyGoesUp, 0);
+  postKey(keyGoesUp, 59);
+  pressMenuItem();
+
+  EXPECT_EQ(end(), (Sentences{unlooked, unlooked, unlooked}));
+}
+
+TEST_F(broken_key_targets, that_get_their_keys_on_a_look_from_before_a_search_through_menus) {
+  askForFront(40);
+  call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack("AXMenuBar")},
+       pack(platform::WireReadings{}));
+  pressMenuItem();
+
+  EXPECT_EQ(end(), Sentences{unlooked});
+}
+
+TEST_F(broken_key_targets, that_the_user_was_seen_to_have_left) {
+  keyRecord(1);
+  keyRecord(2);
+  userGoesTo(8);
+  postChord();
+
+  EXPECT_EQ(end(), (Sentences{chosen, chosen}));
+}
+
+TEST_F(broken_key_targets, that_a_menu_item_is_pressed_for_all_the_same) {
+  keyRecord(1);
+  keyRecord(2);
+  userGoesTo(8);
+  askForFront(41);
+  pressMenuItem();
+
+  EXPECT_EQ(end(), Sentences{chosen});
+}
+
+TEST_F(broken_key_targets, in_front_are_those_that_had_the_keyboard_at_first) {
+  userGoesTo(7);
+  readFocusedWindow();
+  postChord();
+  EXPECT_EQ(violations_, Sentences{});
+  userGoesTo(8);
+  readFocusedWindow();
+  postChord();
+
+  EXPECT_EQ(end(), (Sentences{chosen, chosen}));
+}
+
+TEST_F(broken_key_targets, are_not_those_to_which_the_user_comes) {
+  keyRecord(1);
+  keyRecord(2);
+  userGoesTo(7);
+  postChord();
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, are_not_those_that_the_user_leaves_after_the_look) {
+  keyRecord(1);
+  keyRecord(2);
+  askForFront(40);
+  userGoesTo(8);
+  postKey(keyGoesDown, 59);
+
+  EXPECT_EQ(violations_, Sentences{});
+}
+
+TEST_F(broken_key_targets, are_not_known_to_be_wrong_where_the_foreground_is_not_told) {
+  keyRecord(1);
+  keyRecord(2);
+  userGoesTo(8);
+  askForFront(0);
+  postKey(keyGoesDown, 59);
+
+  EXPECT_EQ(violations_, Sentences{});
+}
+
+TEST_F(broken_key_targets, outside_the_scope_that_come_later) {
+  client_.environment["CU_WINDOW"] = "Inbox";
+  keyRecord(1);
+  keyRecord(2);
+  userGoesTo(8);
+  postChord();
+
+  EXPECT_EQ(end(), (Sentences{chosen, "I11: keys for a window outside the scope", chosen}));
+}
+
+TEST_F(broken_key_targets, for_one_of_two_windows_that_look_alike) {
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 8) window.title = "Inbox";
+  }
+  keyRecord(1);
+  keyRecord(2);
+
+  EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
+}
+
+TEST_F(broken_key_targets, are_not_those_for_a_window_that_has_told_its_number) {
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 8) window.title = "Inbox";
+  }
+  tellNumber(7);
+  keyRecord(1);
+  keyRecord(2);
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, for_a_window_outside_the_scope) {
+  client_.environment["CU_WINDOW"] = "Inbox";
+  keyRecord(1, 8);
+  keyRecord(2, 8);
+
+  EXPECT_EQ(end(), Sentences{"I11: keys for a window outside the scope"});
+}
+
+}  // namespace
+
+}  // namespace simulator
