@@ -25,13 +25,18 @@ constexpr std::uint32_t lineBreakMicroseconds = 50'000;
 // Which key it is does not matter: the event says what it types.
 constexpr std::uint16_t anyKey = 0;
 
-void postPiece(std::u16string_view piece, bool down, platform::Pid pid) {
-  const std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
-  if (event) {
-    quartz::setFlags(*event, 0);  // of what the user holds down just now
-    quartz::setText(*event, piece);
-  }
-  postTarget(event, pid);
+std::optional<quartz::Event> createPiece(std::u16string_view piece, bool down) {
+  std::optional<quartz::Event> event = quartz::createKeyboardEvent(anyKey, down);
+  if (!event) return std::nullopt;
+  quartz::setFlags(*event, 0);  // of what the user holds down just now
+  quartz::setText(*event, piece);
+  return event;
+}
+
+void postPiece(std::u16string_view piece, platform::Pid pid) {
+  Press press(pid);
+  press.down(createPiece(piece, true));
+  press.up(createPiece(piece, false));
 }
 
 }  // namespace
@@ -70,10 +75,7 @@ void backgroundText(const std::string& text, platform::Pid pid) {
       loop::sleepMicroseconds(lineBreakMicroseconds);
     }
     isFirst = false;
-    for (const std::u16string& piece : typedPieces(line)) {
-      postPiece(piece, true, pid);
-      postPiece(piece, false, pid);
-    }
+    for (const std::u16string& piece : typedPieces(line)) postPiece(piece, pid);
   }
 }
 

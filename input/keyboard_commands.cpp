@@ -89,14 +89,19 @@ std::optional<std::string> typeInFront(const KeyboardTarget& target, const Keybo
   return failureOf(action, target.pid);
 }
 
+/// Gives the window focus, and notes that it must be taken back.
+bool beginsKeyboardFocus(const KeyboardTarget& target) {
+  const Act act;  // until it is noted, nobody could take the focus back
+  if (!inputFocusHeld(target.pid) && !Sky::focus(target.pid, target.window, true)) return false;
+  // Also of focus that is held: the hold may end before this does.
+  pushUndo([target] { takeFocusBack(FocusGiver::keyboardInput, target.pid, target.window); });
+  return true;
+}
+
 std::optional<std::string> typeInBackground(const KeyboardTarget& target,
                                             const std::optional<ax::Element>& focused,
                                             const KeyboardAction& action) {
-  if (!inputFocusHeld(target.pid) && !Sky::focus(target.pid, target.window, true)) {
-    return "background keyboard focus is unavailable on this macOS";
-  }
-  // Also of focus that is held: the hold may end before this does.
-  pushUndo([target] { takeFocusBack(FocusGiver::keyboardInput, target.pid, target.window); });
+  if (!beginsKeyboardFocus(target)) return "background keyboard focus is unavailable on this macOS";
   std::optional<std::string> failure = "background key-window selection failed";
   if (Sky::makeKey(target.pid, target.window)) failure = failureOf(action, target.pid);
   loop::sleepMicroseconds(focusPauseMicroseconds);

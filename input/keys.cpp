@@ -9,11 +9,8 @@
 #include "accessibility/messages.h"
 #include "accessibility/snapshot.h"
 #include "accessibility/walk.h"
-#include "capture/liveness.h"
 #include "input/key_codes.h"
 #include "input/post.h"
-#include "input/session.h"
-#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
@@ -79,25 +76,22 @@ std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint6
 void postKeys(const KeyCombination& keys, platform::Pid pid) {
   const std::optional<quartz::Event> down = createKey(keys.code, true, keys.flags);
   const std::optional<quartz::Event> up = createKey(keys.code, false, keys.flags);
+  Press press(pid);
   for (const ModifierKey& modifier : modifierKeys) {
     if (!hasModifier(keys.flags, modifier.flag)) continue;
-    postTarget(createKey(modifier.code, true, keys.flags), pid);
+    press.down(createKey(modifier.code, true, keys.flags));
   }
-  postTarget(down, pid);
-  postTarget(up, pid);
+  press.down(down);
+  press.up(up);
   for (auto modifier = modifierKeys.rbegin(); modifier != modifierKeys.rend(); ++modifier) {
     if (!hasModifier(keys.flags, modifier->flag)) continue;
-    postTarget(createKey(modifier->code, false, keys.flags), pid);
+    press.up(createKey(modifier->code, false, keys.flags));
   }
 }
 
 // A press is input as an event is, and is withheld as one.
 void pressMenuItem(const ax::Element& item, const std::string& combination) {
-  requireCaptureAlive();
-  if (!sessionUsable()) {
-    globals().droppedWhileLocked = true;
-    return;
-  }
+  if (!mayActNow()) return;
   if (messages::perform(item, "AXPress") != ax::Error::success) {
     throw InputFailure("target menu shortcut failed: " + combination);
   }

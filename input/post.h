@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "main/ending.h"
 #include "platform/quartz.h"
 #include "platform/types.h"
 
@@ -13,11 +14,33 @@ struct Routes {
   bool publicRoute = true;
 };
 
+/// Asked right before each act on a target: whether the session is usable, which
+/// `droppedWhileLocked` records when it is not. Fails when the capture service has gone.
+bool mayActNow();
+
 /// Posts one event to one process, marked as the tool's own, and waits the 12 ms that receivers
-/// need. Fails when the capture service has gone. When the session is not usable the event is
-/// withheld, which `droppedWhileLocked` records, and nothing is waited for; nor for an absent
-/// event. A missing private route is skipped. When another flow is ending the process, the calling
-/// one is held back for good.
-void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+/// need. True when it was posted. Fails when the capture service has gone. When the session is not
+/// usable the event is withheld, which `droppedWhileLocked` records, and nothing is waited for; nor
+/// for an absent event. A missing private route is skipped. When another flow is ending the
+/// process, the calling one is held back for good.
+bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+
+/// What goes down and comes up again, the last one first: one act as long as the object lives, so
+/// that nothing stays down in a process that is told to end.
+class Press {
+ public:
+  explicit Press(platform::Pid pid) : pid_(pid) {}
+
+  /// As `postTarget`, but once the process is ending nothing more goes down.
+  bool down(const std::optional<quartz::Event>& event, Routes routes = {});
+
+  /// As `postTarget`, in an ending process too, unless its `down` came to nothing there.
+  bool up(const std::optional<quartz::Event>& event, Routes routes = {});
+
+ private:
+  platform::Pid pid_;
+  Act act_;
+  int withheld_ = 0;  // the last so many did not go down
+};
 
 }  // namespace driver
