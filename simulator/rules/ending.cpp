@@ -38,12 +38,6 @@ bool isAct(Function function) {
   }
 }
 
-bool looksUpReceiver(Function function) {
-  return function == Function::openLibrary || function == Function::findSymbol ||
-         function == Function::findLoadedSymbol || function == Function::processForPid ||
-         function == Function::environment;
-}
-
 bool endsProcess(Function function) {
   return function == Function::exit || function == Function::dieBySignal;
 }
@@ -78,10 +72,8 @@ bool EndingRules::isUnderWay(const Call& call) const {
   if (isPost(call.function)) {
     return Arguments(call).get<EventImage>(1).identity == run_.latestIdentity;
   }
-  if (call.function != Function::postRecord) return false;
-  const RecordKind kind = recordKind(Arguments(call).text(2));
-  if (kind == RecordKind::secondOfKeyPair) return true;
-  return kind == RecordKind::givesFocus && looksUpOnly_;
+  return call.function == Function::postRecord &&
+         recordKind(Arguments(call).text(2)) == RecordKind::secondOfKeyPair;
 }
 
 void EndingRules::before(const ObservedCall& seen, Violations& violations) {
@@ -92,10 +84,7 @@ void EndingRules::before(const ObservedCall& seen, Violations& violations) {
   const bool isFirst = told && works && calls_ == 0 && told->at == run_.mac.now;
   if (function == Function::writeOutput && works && (!told || isFirst)) replied_ = true;
   if (!told) return;
-  if (works) {
-    looksUpOnly_ = (isFirst || looksUpOnly_) && looksUpReceiver(function);
-    ++calls_;
-  }
+  if (works) ++calls_;
   if (endsProcess(function)) checkTime(violations);
   if (!isAct(function) || isUndoing(seen.call) || isFirst || isUnderWay(seen.call)) return;
   // What the run had sent when the signal came arrives after the news.

@@ -23,9 +23,8 @@ class EndingRules : public Rule {
   bool replied_ = false;  // the line was begun before the run could know
 
   // Since the run was told.
-  int calls_ = 0;             // of the flow that works
-  int actsOnTheWay_ = 0;      // that the Mac got only later
-  bool looksUpOnly_ = false;  // nothing but looking up to whom a record goes
+  int calls_ = 0;         // of the flow that works
+  int actsOnTheWay_ = 0;  // that the Mac got only later
 };
 
 }  // namespace simulator

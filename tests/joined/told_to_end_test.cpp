@@ -93,7 +93,7 @@ TEST(told_to_end_by_a_signal_that_was_ignored, a_run_goes_on) {
   EXPECT_EQ(seen(key.finish()), "0 {\"ok\":true,\"pid\":41,\"via\":\"background\",\"window\":7}\n");
 }
 
-TEST(told_to_end_by_a_signal_that_was_ignored, a_commandLinegoes_on) {
+TEST(told_to_end_by_a_signal_that_was_ignored, a_service_goes_on) {
   const ServedMac mac(toldDesk, {});
   const Folder folder;
   const std::string commandLine = driverPath() + " capture-service " + folder.path("lock");

@@ -190,6 +190,16 @@ TEST_P(told_to_end, while_the_application_hangs_breaks_no_rule) {
   }
 }
 
+/// The first signal comes while the paste waits, the second while its clipboard is being put back.
+TEST(told_to_end_twice, ends_at_once_and_writes_nothing) {
+  simulator::World scripted = world();
+  for (const simulator::Microseconds at : {450'000, 460'000}) {
+    scripted.script.push_back({at, simulator::parseHappening("signal 15", scripted)});
+  }
+  TestMac mac(std::move(scripted), {}, Mode::direct);
+  EXPECT_EQ(seen(mac.driver("bg-paste-files Mail /a.txt")), "143 ");
+}
+
 TEST(told_to_end_scenarios, have_every_command_that_does_not_live_on) {
   std::set<std::string_view> swept;
   const std::vector<Scenario> all = scenarios();
