@@ -20,18 +20,20 @@ Answer pendingAnswer(std::optional<Microseconds> deadline = std::nullopt,
   return {Datum(), 0, true, deadline, roundDeadline};
 }
 
-/// The work of a timer that is due, if any.
-std::optional<std::int64_t> takeDueTimer(Client& client, Microseconds now) {
+/// The work of a timer that is due, if any, of those that go on for ever or of the others.
+std::optional<std::int64_t> takeDueTimer(Client& client, Microseconds now, bool forEver) {
   auto& timers = client.timers;
-  const auto timer = std::min_element(timers.begin(), timers.end(),
-                                      [](const auto& a, const auto& b) { return a.due < b.due; });
-  if (timer == timers.end() || timer->due > now) return std::nullopt;
+  auto timer = timers.end();
+  for (auto each = timers.begin(); each != timers.end(); ++each) {
+    if ((each->left == Timer::forEver) != forEver || each->due > now) continue;
+    if (timer == timers.end() || each->due < timer->due) timer = each;
+  }
+  if (timer == timers.end()) return std::nullopt;
   const std::int64_t work = timer->work;
   timer->due += timer->interval;
-  client.inRound = timer->left == Timer::forEver;
   // Rounds that were missed are not made up for.
-  while (client.inRound && timer->due <= now) timer->due += timer->interval;
-  if (!client.inRound && --timer->left == 0) timers.erase(timer);
+  while (forEver && timer->due <= now) timer->due += timer->interval;
+  if (!forEver && --timer->left == 0) timers.erase(timer);
   return work;
 }
 
@@ -135,11 +137,15 @@ Answer waitForSemaphore(Mac& mac, Client& client, const Arguments& arguments) {
 Answer nextItem(Mac& mac, Client& client, const Arguments& /*arguments*/) {
   // Whoever asks for the next item is back from the last.
   if (std::exchange(client.inRound, false)) ++client.roundsDone;
-  if (const auto work = takeDueTimer(client, mac.now)) {
-    return {pack(platform::WireItem{platform::ItemKind::work, *work, 0, {}}), 0};
-  }
+  const auto itemOf = [](std::int64_t work) {
+    return Answer{pack(platform::WireItem{platform::ItemKind::work, work, 0, {}}), 0};
+  };
+  if (const auto work = takeDueTimer(client, mac.now, false)) return itemOf(*work);
   if (client.items.empty()) {
-    return pendingAnswer(nextTimer(client, false), nextTimer(client, true));
+    const auto round = takeDueTimer(client, mac.now, true);
+    if (!round) return pendingAnswer(nextTimer(client, false), nextTimer(client, true));
+    client.inRound = true;
+    return itemOf(*round);
   }
   const platform::WireItem item = client.items.front();
   client.items.pop_front();
