@@ -9,6 +9,7 @@
 #include "simulator/mac/arguments.h"
 #include "simulator/rules/replies.h"
 #include "simulator/world/keyboard_layouts.h"
+#include "simulator/world/windows.h"
 
 namespace simulator {
 
@@ -24,12 +25,6 @@ constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanel
 bool isNear(const Rect& a, const Rect& b) {
   const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
   return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
-}
-
-/// The window that a sheet, or a sheet of a sheet, is on.
-const Window* rootOf(const World& world, const Window* window) {
-  while (window != nullptr && window->sheetOf != 0) window = findWindow(world, window->sheetOf);
-  return window;
 }
 
 /// Where the keys of an application go: its key window, or the sheet on it.
@@ -112,8 +107,9 @@ void KeyTargetRules::noteFocusedWindow(const Call& call) {
   const Pid pid = Arguments(call).get<platform::ElementReference>(0).pid;
   const World& world = run_.mac.world;
   const WindowNumber key = keysOf(world, findApplication(world, pid));
-  const Window* root = rootOf(world, findWindow(world, key));
-  if (root == nullptr || !titleInScope(run_.client, root->title.value_or(""))) return;
+  const Window* window = findWindow(world, key);
+  if (window == nullptr) return;
+  if (!titleInScope(run_.client, rootOf(world, *window).title.value_or(""))) return;
   meant_.emplace(pid, key);
 }
 
@@ -159,9 +155,9 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
   const Window* window = findWindow(run_.mac.world, number);
   if (window == nullptr || !checkedWindows_.insert(number).second) return;
   const Application* own = findApplication(run_.mac.world, window->owner);
-  const Window* root = rootOf(run_.mac.world, window);
+  const Window& root = rootOf(run_.mac.world, *window);
   const bool isPanel = own != nullptr && own->bundleIdentifier == panelService;
-  if (!isPanel && root != nullptr && !titleInScope(run_.client, root->title.value_or(""))) {
+  if (!isPanel && !titleInScope(run_.client, root.title.value_or(""))) {
     violations.push_back("I11: keys for a window outside the scope");
   }
   if (toldNumbers_.count(number) > 0) return;

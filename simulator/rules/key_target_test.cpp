@@ -11,13 +11,9 @@ namespace simulator {
 namespace {
 
 using driver::pack;
-using platform::EventImage;
 using platform::Function;
 using testing_support::broken_run;
 using testing_support::Sentences;
-
-constexpr std::uint32_t keyGoesDown = 10;
-constexpr std::uint32_t keyGoesUp = 11;
 
 class broken_key_targets : public broken_run {
  protected:
@@ -25,23 +21,17 @@ class broken_key_targets : public broken_run {
 
   /// Goes down or comes up. The 59 is control, and 0 is a.
   void postKey(std::uint32_t type, std::int64_t code) {
-    EventImage image;
-    image.identity = ++identity_;
-    image.type = type;
-    image.keyCode = code;
-    image.flags = 0x40000;
-    image.publicFields = {{42, 0x5A545256}};
-    postOnly(image, 41, Function::publicPost);
+    postOnly(key(type, code, 0x40000), 41, Function::publicPost);
     sleep(waitAfterPost);
   }
 
   void postChord() {
     askForFront(mac_.world.frontmost);
-    postKey(keyGoesDown, 59);
+    postKey(keyDown, 59);
     askForFront(mac_.world.frontmost);
-    postKey(keyGoesDown, 0);
-    postKey(keyGoesUp, 0);
-    postKey(keyGoesUp, 59);
+    postKey(keyDown, 0);
+    postKey(keyUp, 0);
+    postKey(keyUp, 59);
   }
 
   void pressMenuItem() {
@@ -88,15 +78,15 @@ TEST_F(broken_key_targets, are_not_those_of_a_run_that_looks) {
 }
 
 TEST_F(broken_key_targets, that_get_their_keys_without_a_look) {
-  postKey(keyGoesDown, 0);
-  postKey(keyGoesUp, 0);
+  postKey(keyDown, 0);
+  postKey(keyUp, 0);
   EXPECT_EQ(violations_, Sentences{unlooked});
   askForFront(40);
-  postKey(keyGoesDown, 59);
-  postKey(keyGoesDown, 0);  // what the modifiers take may be long enough for a user
+  postKey(keyDown, 59);
+  postKey(keyDown, 0);  // what the modifiers take may be long enough for a user
   EXPECT_EQ(violations_, (Sentences{unlooked, unlooked}));
-  postKey(keyGoesUp, 0);
-  postKey(keyGoesUp, 59);
+  postKey(keyUp, 0);
+  postKey(keyUp, 59);
   pressMenuItem();
 
   EXPECT_EQ(end(), (Sentences{unlooked, unlooked, unlooked}));
@@ -156,7 +146,7 @@ TEST_F(broken_key_targets, are_not_those_that_the_user_leaves_after_the_look) {
   keyRecord(2);
   askForFront(40);
   userGoesTo(8);
-  postKey(keyGoesDown, 59);
+  postKey(keyDown, 59);
 
   EXPECT_EQ(violations_, Sentences{});
 }
@@ -166,7 +156,7 @@ TEST_F(broken_key_targets, are_not_known_to_be_wrong_where_the_foreground_is_not
   keyRecord(2);
   userGoesTo(8);
   askForFront(0);
-  postKey(keyGoesDown, 59);
+  postKey(keyDown, 59);
 
   EXPECT_EQ(violations_, Sentences{});
 }

@@ -17,23 +17,10 @@ using platform::Function;
 using testing_support::broken_run;
 using testing_support::Sentences;
 
-constexpr std::uint32_t down = 10;
-constexpr std::uint32_t up = 11;
-
 class broken_keys : public broken_run {
  protected:
   void run(const char* command, const char* payload) {
     client_.arguments = {"driver", command, "Notes", payload};
-  }
-
-  EventImage key(std::uint32_t type, std::int64_t code, std::uint64_t flags = 0) {
-    EventImage image;
-    image.identity = ++identity_;
-    image.type = type;
-    image.keyCode = code;
-    image.flags = flags;
-    image.publicFields = {{42, 0x5A545256}};
-    return image;
   }
 
   EventImage text(std::uint32_t type, const std::string& lowBytes) {
@@ -43,7 +30,7 @@ class broken_keys : public broken_run {
   }
 
   void postKey(const EventImage& image) {
-    if (image.type == down) askForFront(mac_.world.frontmost);
+    if (image.type == keyDown) askForFront(mac_.world.frontmost);
     postOnly(image, 41, Function::publicPost);
     sleep(waitAfterPost);
   }
@@ -54,13 +41,13 @@ class broken_keys : public broken_run {
   }
 
   void breakLine() {
-    postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
+    postKeys({{keyDown, 56}, {keyDown, 36}, {keyUp, 36}, {keyUp, 56}}, shiftFlag);
     sleep(50'000);
   }
 
   void typeText(const std::string& lowBytes) {
-    postKey(text(down, lowBytes));
-    postKey(text(up, lowBytes));
+    postKey(text(keyDown, lowBytes));
+    postKey(text(keyUp, lowBytes));
   }
 
   /// The end of a run that has pressed no key, and what the rule for keys finds.
@@ -86,7 +73,7 @@ TEST_F(broken_keys, are_not_those_of_a_correct_run) {
   keyRecord(1);
   keyRecord(2);
   sleep(300'000);
-  postKeys({{down, 55}, {down, 56}, {down, 1}, {up, 1}, {up, 56}, {up, 55}},
+  postKeys({{keyDown, 55}, {keyDown, 56}, {keyDown, 1}, {keyUp, 1}, {keyUp, 56}, {keyUp, 55}},
            commandFlag | shiftFlag);
   sleep(50'000);
   askForFront(40);
@@ -121,7 +108,7 @@ TEST_F(broken_keys, are_not_those_of_a_menu_that_took_the_shortcut) {
 TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
   run("bg-type", "\n");
   checkSession();
-  postKeys({{down, 56}, {down, 36}, {up, 36}, {up, 56}}, shiftFlag);
+  postKeys({{keyDown, 56}, {keyDown, 36}, {keyUp, 36}, {keyUp, 56}}, shiftFlag);
   keyRecord(1);
   keyRecord(2);
   askForFront(40);
@@ -153,7 +140,7 @@ TEST_F(broken_keys, owe_no_wait_for_what_was_refused) {
 TEST_F(broken_keys, that_take_focus_back_at_once) {
   run("bg-key", "a");
   focusRecord(true);
-  postKeys({{down, 0}, {up, 0}}, 0);
+  postKeys({{keyDown, 0}, {keyUp, 0}}, 0);
   focusRecord(false);
 
   EXPECT_EQ(end(done), Sentences{"I5: focus is taken back without the wait before it"});
@@ -161,12 +148,12 @@ TEST_F(broken_keys, that_take_focus_back_at_once) {
 
 TEST_F(broken_keys, that_carry_other_modifiers_than_told) {
   run("bg-key", "ctrl+a");
-  postKey(key(down, 59, controlFlag));
-  postKey(key(down, 0, commandFlag));
-  EventImage unset = key(up, 0);
+  postKey(key(keyDown, 59, controlFlag));
+  postKey(key(keyDown, 0, commandFlag));
+  EventImage unset = key(keyUp, 0);
   unset.flags.reset();
   postKey(unset);
-  postKey(key(up, 59, controlFlag));
+  postKey(key(keyUp, 59, controlFlag));
 
   EXPECT_EQ(end(done), (Sentences{"I3: a key with other modifiers than it was told",
                                   "I3: a key with other modifiers than it was told"}));
@@ -174,14 +161,14 @@ TEST_F(broken_keys, that_carry_other_modifiers_than_told) {
 
 TEST_F(broken_keys, that_stay_down) {
   run("bg-key", "cmd+a");
-  postKeys({{down, 55}, {down, 0}, {up, 0}}, commandFlag);
+  postKeys({{keyDown, 55}, {keyDown, 0}, {keyUp, 0}}, commandFlag);
 
   EXPECT_EQ(end(), Sentences{"I4: a key was left down"});
 }
 
 TEST_F(broken_keys, that_go_up_in_another_order) {
   run("bg-key", "cmd+shift+a");
-  postKeys({{down, 55}, {down, 56}, {down, 0}, {up, 0}, {up, 55}, {up, 56}},
+  postKeys({{keyDown, 55}, {keyDown, 56}, {keyDown, 0}, {keyUp, 0}, {keyUp, 55}, {keyUp, 56}},
            commandFlag | shiftFlag);
 
   EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
@@ -189,7 +176,7 @@ TEST_F(broken_keys, that_go_up_in_another_order) {
 
 TEST_F(broken_keys, that_go_up_without_having_gone_down) {
   run("bg-key", "a");
-  postKeys({{up, 0}}, 0);
+  postKeys({{keyUp, 0}}, 0);
 
   EXPECT_EQ(end(), Sentences{"I4: keys went up in another order than they should"});
 }
@@ -204,7 +191,7 @@ TEST_F(broken_keys, are_not_those_of_a_combination_that_could_not_be_created) {
 TEST_F(broken_keys, of_which_the_release_could_not_be_created) {
   run("bg-key", "cmd+a");
   call(Function::createKeyboardEvent, {});
-  postKeys({{down, 55}, {down, 0}, {up, 55}}, commandFlag);
+  postKeys({{keyDown, 55}, {keyDown, 0}, {keyUp, 55}}, commandFlag);
 
   EXPECT_EQ(end(done), (Sentences{"I4: a key was left down",
                                   "I4: keys went up in another order than they should",
@@ -214,7 +201,7 @@ TEST_F(broken_keys, of_which_the_release_could_not_be_created) {
 TEST_F(broken_keys, of_which_the_modifiers_alone_were_posted) {
   run("bg-key", "cmd+a");
   call(Function::createKeyboardEvent, {});
-  postKeys({{down, 55}, {up, 55}}, commandFlag);
+  postKeys({{keyDown, 55}, {keyUp, 55}}, commandFlag);
 
   EXPECT_EQ(end(done), Sentences{"I8: a success without all of the input"});
 }
@@ -261,10 +248,10 @@ TEST_F(broken_keys, of_which_another_number_is_told) {
       rules.before({Function::publicPost, {pack(Pid{41}), pack(image)}}, 0, violations);
       rules.before({Function::sleep, {pack(waitAfterPost)}}, 0, violations);
     };
-    post(text(down, "a"));
-    post(text(up, "a"));
+    post(text(keyDown, "a"));
+    post(text(keyUp, "a"));
     for (const auto& [type, code] : std::initializer_list<std::pair<std::uint32_t, std::int64_t>>{
-             {down, 56}, {down, 36}, {up, 36}, {up, 56}}) {
+             {keyDown, 56}, {keyDown, 36}, {keyUp, 36}, {keyUp, 56}}) {
       post(key(type, code, shiftFlag));
     }
     rules.before({Function::sleep, {pack(50'000)}}, 0, violations);
@@ -302,7 +289,7 @@ TEST_F(broken_keys, are_known_by_their_names) {
     run("bg-key", name);
     Rules rules(mac_, client_);
     Sentences violations;
-    for (const std::uint32_t type : {down, up}) {
+    for (const std::uint32_t type : {keyDown, keyUp}) {
       rules.before({Function::frontProcess, {}}, 0, violations);
       rules.after({Function::frontProcess, {}}, {pack(std::vector<std::int64_t>{-600, 0, 0})},
                   false, 0, violations);

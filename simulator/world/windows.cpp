@@ -10,17 +10,6 @@ namespace simulator {
 
 namespace {
 
-/// The window that a sheet, or a sheet of a sheet, belongs to; itself for any other.
-WindowNumber rootOf(const World& world, const Window& window) {
-  const Window* root = &window;
-  while (root->sheetOf != 0) {
-    const Window* parent = findWindow(world, root->sheetOf);
-    if (parent == nullptr) break;
-    root = parent;
-  }
-  return root->number;
-}
-
 void removeElements(Application& application, WindowNumber window) {
   for (Element& element : application.elements) {
     if (element.window != window || element.removed) continue;
@@ -133,11 +122,11 @@ void sortLayers(World& world) {
 void raiseWindow(World& world, WindowNumber number) {
   const Window* window = findWindow(world, number);
   if (window == nullptr) return;
-  const WindowNumber root = rootOf(world, *window);
+  const WindowNumber root = rootOf(world, *window).number;
   std::vector<Window> raised;
   std::vector<Window> others;
   for (const Window& each : world.windows) {
-    (rootOf(world, each) == root ? raised : others).push_back(each);
+    (rootOf(world, each).number == root ? raised : others).push_back(each);
   }
   std::move(others.begin(), others.end(), std::back_inserter(raised));
   world.windows = std::move(raised);
@@ -242,6 +231,16 @@ Window* topmostAt(World& world, Point point) {
         return window.onScreen && driver::contains(window.frame, point);
       });
   return found == world.windows.end() ? nullptr : &*found;
+}
+
+const Window& rootOf(const World& world, const Window& window) {
+  const Window* root = &window;
+  while (root->sheetOf != 0) {
+    const Window* parent = findWindow(world, root->sheetOf);
+    if (parent == nullptr) break;
+    root = parent;
+  }
+  return *root;
 }
 
 const Window* sheetOf(const World& world, WindowNumber number) {

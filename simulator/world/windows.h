@@ -50,6 +50,9 @@ void closeOwnWindow(World& world, Application& application, Element& element,
 /// The frontmost window on screen that contains the point; null when none does.
 Window* topmostAt(World& world, Point point);
 
+/// The window that a sheet, or a sheet of a sheet, belongs to; itself for any other.
+const Window& rootOf(const World& world, const Window& window);
+
 /// The window's sheet, if one is open.
 const Window* sheetOf(const World& world, WindowNumber number);
 

@@ -35,6 +35,8 @@ class broken_run : public testing::Test {
   static constexpr std::uint32_t leftUp = 2;
   static constexpr std::uint32_t rightDown = 3;
   static constexpr std::uint32_t moved = 5;
+  static constexpr std::uint32_t keyDown = 10;
+  static constexpr std::uint32_t keyUp = 11;
 
   broken_run() {
     mac_.world = simulator::parseWorld(desk);
@@ -64,6 +66,16 @@ class broken_run : public testing::Test {
     image.type = type;
     image.flags = 0;
     image.privateFields = {{0, 3}, {51, window}};
+    image.publicFields = {{42, 0x5A545256}};
+    return image;
+  }
+
+  platform::EventImage key(std::uint32_t type, std::int64_t code, std::uint64_t flags = 0) {
+    platform::EventImage image;
+    image.identity = ++identity_;
+    image.type = type;
+    image.keyCode = code;
+    image.flags = flags;
     image.publicFields = {{42, 0x5A545256}};
     return image;
   }
