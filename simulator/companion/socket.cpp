@@ -5,11 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 
 #include "platform/simulated/socket_address.h"
 #include "simulator/companion/failure.h"
+#include "simulator/datum_text.h"
 
 namespace companion {
 
@@ -50,16 +50,11 @@ bool ofSameUser(int descriptor) {
 }  // namespace
 
 std::string privateSocketName() {
-  std::array<unsigned char, randomBytes> bytes{};
+  std::string bytes(randomBytes, '\0');
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
     throw systemFailure("no random bytes");
   }
-  std::string name = "@simulated-mac-";
-  for (const unsigned char byte : bytes) {
-    constexpr const char* digits = "0123456789abcdef";
-    name += {digits[byte >> 4U], digits[byte & 15U]};
-  }
-  return name;
+  return "@simulated-mac-" + simulator::hexOf(bytes);
 }
 
 ListeningSocket::ListeningSocket(std::string name) : name_(std::move(name)) {
