@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "accessibility/commands.h"
@@ -33,8 +32,9 @@ std::vector<ax::Element> slidersLabelled(const ax::Element& application, const s
   return sliders;
 }
 
-/// Adds to the reply where the slider stands now.
-Reply withReading(Reply reply, const ax::Element& slider) {
+/// Where the slider stands now, and between what.
+Reply reading(const ax::Element& slider) {
+  Reply reply;
   Snapshot now(slider);
   now.read(AttributeSet{Attribute::value, Attribute::lowestValue, Attribute::highestValue});
   const auto add = [&](const char* key, Attribute attribute) {
@@ -78,7 +78,8 @@ void axSliderCommand(const Arguments& arguments) {
   }
   Reply reply = {{"ok", true}};
   if (arguments.size() > 4) reply = moved(sliders.front(), arguments[4]);
-  emit(withReading(std::move(reply), sliders.front()));
+  reply.merge(reading(sliders.front()));
+  emit(reply);
 }
 
 }  // namespace driver

@@ -38,6 +38,11 @@ void relabel(std::vector<CoverLabel>& labels, std::size_t index, const std::stri
   }
 }
 
+// The system moves panels of a display that goes, and leaves them there when it comes back.
+void placeCovers() {
+  for (const CoverLabel& title : globals().guardTitles) cover::place(title.panel, title.screen);
+}
+
 void closeCoversWithout(const std::vector<platform::Rect>& screens) {
   const auto isStale = [&](const CoverLabel& each) {
     return std::find(screens.begin(), screens.end(), each.screen) == screens.end();
@@ -66,6 +71,7 @@ void coverPresentScreens() {
     });
     if (!isCovered) uncovered.push_back(screen);
   }
+  placeCovers();
   // The new covers first: at no moment is a screen bare.
   if (!uncovered.empty()) coverAll(uncovered, windowserver::shieldingLevel());
   closeCoversWithout(screens);

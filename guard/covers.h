@@ -9,8 +9,8 @@ namespace driver {
 std::size_t coverScreens();
 
 /// Has covers follow the screens from now on: a screen that is new, or has another size or place,
-/// is covered, and covers without a screen go once all screens are covered. While there is no
-/// screen at all, they stay.
+/// is covered, every cover is put in its place again, and covers without a screen go once all
+/// screens are covered. While there is no screen at all, they stay.
 void followScreens();
 
 /// Switches what the covers say of the agent: at work, or minding the Mac.

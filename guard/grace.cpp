@@ -22,20 +22,23 @@ double awakeSeconds() {
 void startGrace() {
   const double seconds = globals().guardGrace;
   if (!(seconds > 0)) return;
-  globals().guardGraceUntil = loop::secondsSince1970() + seconds;
+  globals().guardGraceStart = loop::secondsSince1970();
+  globals().guardGraceUntil = globals().guardGraceStart + seconds;
   globals().guardGraceStartAwake = awakeSeconds();
 }
 
 bool hasGrace() { return globals().guardGraceUntil.has_value(); }
 
-// The date alone could be set back, and the time awake stands still while the machine sleeps.
-double graceLeft() {
-  const double byDate = *globals().guardGraceUntil - loop::secondsSince1970();
+// The date alone could be set back, and the time awake stands still while the machine sleeps. What
+// has passed is not told from what is left: of a very long grace that is not exact to the second.
+GraceTime graceTime() {
+  const double date = loop::secondsSince1970();
   const double awake = awakeSeconds() - globals().guardGraceStartAwake;
-  return std::min(byDate, globals().guardGrace - awake);
+  return {std::max(date - globals().guardGraceStart, awake),
+          std::min(*globals().guardGraceUntil - date, globals().guardGrace - awake)};
 }
 
-std::int64_t graceSecondsLeft() { return hasGrace() ? secondsRoundedUp(graceLeft()) : 0; }
+std::int64_t graceSecondsLeft() { return hasGrace() ? secondsRoundedUp(graceTime().left) : 0; }
 
 std::int64_t secondsRoundedUp(double seconds) {
   if (!(seconds > 0)) return 0;

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "main/arguments.h"
-#include "platform/event_tap.h"
 
 namespace driver {
 
@@ -17,19 +16,6 @@ namespace driver {
 
 /// "lock-guard": the same.
 void lockGuardCommand(const Arguments& arguments);
-
-/// What becomes of an event of the guard's tap. The user's return ends the guard: it locks the
-/// screen or, while grace lasts, does not. Up to the lock nothing is allocated and nobody is asked,
-/// but for the clocks while grace may last.
-tap::Verdict guardVerdict(const tap::Event& event);
-
-/// Locks the screen, says why the guard ends, and ends the process with status 0 half a second
-/// later. Only the first call locks and writes. Main flow only.
-[[noreturn]] void lockAndExit(std::string_view by);
-
-/// From now on any other exit of the process locks too, one that a framework makes for example. An
-/// end that this guard has decided has locked already, or is the user's in grace.
-void lockAtAnyExit();
 
 /// Reads what the agent tells its guard: lines that end with a line feed, in pieces as they come.
 /// However long a line is, a few bytes of it are kept.

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 
+#include "main/globals.h"
 #include "main/replies.h"
 #include "platform/loader.h"
+#include "platform/loop.h"
 #include "platform/types.h"
 
 namespace driver {
@@ -30,6 +32,33 @@ void prepareScreenLock() {
 }
 
 bool lockScreenNow() { return lockEntry != nullptr && lockEntry() == platform::statusSuccess; }
+
+void standByToLock() {
+  globals().lockAsked = loop::makeSemaphore();
+  globals().lockAnswered = loop::makeSemaphore();
+  loop::startTask([] {
+    for (;;) {
+      loop::wait(*globals().lockAsked);
+      globals().lockAccepted = lockScreenNow();
+      loop::signal(*globals().lockAnswered);
+    }
+  });
+}
+
+void beginLocking() {
+  if (globals().lockAsked) {
+    loop::signal(*globals().lockAsked);
+  } else {
+    globals().lockAccepted = lockScreenNow();
+  }
+}
+
+std::optional<bool> lockAcceptedWithin(std::uint32_t microseconds) {
+  if (globals().lockAnswered && !loop::waitWithin(*globals().lockAnswered, microseconds)) {
+    return std::nullopt;
+  }
+  return globals().lockAccepted.load();
+}
 
 void lockNowCommand(const Arguments& /*arguments*/) {
   prepareScreenLock();

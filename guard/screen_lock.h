@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "main/arguments.h"
 
 namespace driver {
@@ -11,6 +14,18 @@ void prepareScreenLock();
 /// Locks the screen at once, by one call of what `prepareScreenLock` found. True when the system
 /// accepted it; false when it did not, or when nothing was found. Allocates nothing.
 bool lockScreenNow();
+
+/// From now on a flow of its own stands by to lock, since the system may take its time or never
+/// answer.
+void standByToLock();
+
+/// Has the screen locked, by the flow that stands by or, when there is none, by this one. Allocates
+/// nothing on a real machine.
+void beginLocking();
+
+/// Whether the system has accepted the lock that was begun last; waits for that. None when the
+/// system has not answered within so many microseconds.
+std::optional<bool> lockAcceptedWithin(std::uint32_t microseconds);
 
 /// "lock-now": replies whether the screen could be locked.
 void lockNowCommand(const Arguments& arguments);

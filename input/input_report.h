@@ -27,6 +27,11 @@ inline constexpr std::uint64_t watchedMask = [] {
   return mask;
 }();
 
+/// How often a tap is looked after, and how long the notice that the system has disabled one may be
+/// on its way, in microseconds.
+inline constexpr std::uint32_t betweenLooks = 1'000'000;
+inline constexpr std::uint32_t noticePatience = 100'000;
+
 /// True when the system tells that it has disabled the tap.
 bool isDisabledNotice(const tap::Event& event);
 

@@ -52,6 +52,49 @@ void addSubmittedTo(Reply& report) {
   if (front && front->bundleIdentifier) report["submit"] = *front->bundleIdentifier;
 }
 
+constexpr std::uint64_t watchedKeys = tap::maskOf(quartz::EventType::keyDown);
+
+/// A watcher that hears nothing must not look like a user who does nothing.
+[[noreturn]] void failToWatch() {
+  fail("watching has ended: the system no longer serves the event tap");
+}
+
+// The system may call a tap enabled that hears nothing any more, its permission having gone.
+void failUnlessPermitted() {
+  if (!tap::canBeMade(tap::Kind::listens, watchedKeys)) failToWatch();
+}
+
+void failUnlessEnabled() {
+  if (!tap::isEnabled(*globals().inputTap)) failToWatch();
+}
+
+// The system's notice that it has disabled the tap may be on its way: then there is a second look.
+void makeRound() {
+  failUnlessPermitted();
+  if (!tap::isEnabled(*globals().inputTap)) {
+    loop::scheduleOnMain(noticePatience, 1, failUnlessEnabled);
+  }
+}
+
+void meetNotice() {
+  tap::enable(*globals().inputTap);
+  makeRound();
+}
+
+/// False when the system gives no tap, or one that does not work.
+bool makeTap() {
+  if (!tap::canBeMade(tap::Kind::listens, watchedKeys)) return false;
+  globals().inputTap =
+      tap::create(tap::Place::tail, tap::Kind::listens, watchedMask, [](const tap::Event& event) {
+        reportInput(event);
+        return tap::Verdict::pass;
+      });
+  if (!globals().inputTap) return false;
+  tap::attach(*globals().inputTap);
+  tap::enable(*globals().inputTap);
+  return tap::isEnabled(*globals().inputTap);
+}
+
 void writeFirstLine() {
   const std::optional<platform::Pid>& target = globals().watchedInputPID;
   Reply line = {{"ok", true}, {"watching", true}, {"idleMs", idleMilliseconds()}};
@@ -77,7 +120,7 @@ void endWithInput() {
 void reportInput(const tap::Event& event) {
   // The system disables a tap that was slow once: what came meanwhile is lost, and no more.
   if (isDisabledNotice(event)) {
-    if (globals().inputTap) tap::enable(*globals().inputTap);
+    if (globals().inputTap) meetNotice();
     return;
   }
   if (!isUsersInput(event)) return;
@@ -95,16 +138,10 @@ void reportInput(const tap::Event& event) {
 
 void watchInput(std::optional<platform::Pid> target) {
   globals().watchedInputPID = target;
-  globals().inputTap =
-      tap::create(tap::Place::tail, tap::Kind::listens, watchedMask, [](const tap::Event& event) {
-        reportInput(event);
-        return tap::Verdict::pass;
-      });
-  if (!globals().inputTap) fail("cannot watch input: accessibility permission is missing");
-  tap::attach(*globals().inputTap);
-  tap::enable(*globals().inputTap);
+  if (!makeTap()) fail("cannot watch input: accessibility permission is missing");
   writeFirstLine();
   globals().sharesOutput = true;
+  loop::goRounds(betweenLooks, makeRound);
   loop::startTask(endWithInput);
   loop::park();
 }

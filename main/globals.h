@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -13,6 +14,7 @@
 #include "platform/cover.h"
 #include "platform/event_tap.h"
 #include "platform/image.h"
+#include "platform/loop.h"
 #include "platform/quartz.h"
 #include "platform/types.h"
 
@@ -91,17 +93,31 @@ struct Globals {
   std::optional<image::Image> guardUserPicture;
   std::optional<image::Image> guardAppIcon;
 
-  /// Until when grace lasts, in seconds since the beginning of 1970, and when it began, in seconds
-  /// for which the machine had been awake. Absent: there is none.
+  /// Until when grace lasts, in seconds since the beginning of 1970. Absent: there is none. When it
+  /// began, in such seconds and in those for which the machine had been awake.
   std::optional<double> guardGraceUntil;
+  double guardGraceStart = 0;
   double guardGraceStartAwake = 0;
 
   /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
   std::optional<tap::Tap> guardTap;
-  bool guardRelocking = false;
+  std::atomic<bool> guardRelocking = false;
 
-  /// Set by the first `lockAndExit`.
-  bool guardExiting = false;
+  /// Set by the first `lockAndExit`, or by the flow that ends a guard whose main flow is stuck.
+  std::atomic<bool> guardExiting = false;
+
+  /// `lockAndExit` has left the end to another flow, which waits for the lock.
+  bool guardAwaitsLock = false;
+
+  /// With which wording the agent wants the covers next, until the main flow has seen to it.
+  /// Shared.
+  std::optional<bool> guardWantsOperating;
+
+  /// How the flow that stands by to lock is told to, how it answers, and what; absent: there is no
+  /// such flow.
+  std::optional<loop::Semaphore> lockAsked;
+  std::optional<loop::Semaphore> lockAnswered;
+  std::atomic<bool> lockAccepted = false;
 
   /// The titles and the hints of all covers, in the order of their making, and their language.
   std::vector<CoverLabel> guardTitles;

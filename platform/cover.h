@@ -49,7 +49,7 @@ struct View {
 };
 
 /// A panel at a window level. It can never become key, takes no mouse events, joins all spaces and
-/// stays when its application is not active.
+/// stays when its application is not active, or hidden.
 struct Panel {
   platform::Rect frame;  // as `screens` gives it
   std::int64_t level = 0;
@@ -70,6 +70,9 @@ std::size_t show(const Panel& panel);
 /// Changes a label of a panel; `label` is its index in the view.
 void setLabel(std::size_t panel, std::size_t label, const std::string& text,
               const platform::Rect& frame);
+
+/// Frames a panel anew, and shows it in front again.
+void place(std::size_t panel, const platform::Rect& frame);
 
 /// Takes a panel away. Its name is not used again.
 void close(std::size_t panel);

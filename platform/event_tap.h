@@ -44,6 +44,9 @@ constexpr std::uint64_t maskOf(quartz::EventType type) {
   return std::uint64_t{1} << static_cast<std::uint32_t>(type);
 }
 
+/// The mask of the null event, which never comes.
+inline constexpr std::uint64_t noEvents = 1;
+
 /// A tap on the session's events of the types in `mask`, not yet enabled. None when the system
 /// gives none, or one that would not see keys.
 std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler handler);
@@ -51,7 +54,14 @@ std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler ha
 /// Has the main flow serve the tap, in every mode of its loop.
 void attach(const Tap& tap);
 
-/// Enables it, or enables it again.
+/// Enables it, or enables it again. Whether it took effect only `isEnabled` tells.
 void enable(const Tap& tap);
+
+/// True as long as the system can reach the tap and says that it is enabled. From any flow.
+bool isEnabled(const Tap& tap);
+
+/// Whether the system would give a tap of this kind and mask now: it makes one, at the tail, and
+/// takes it away at once. One of `noEvents` holds nothing up. From any flow.
+bool canBeMade(Kind kind, std::uint64_t mask);
 
 }  // namespace tap

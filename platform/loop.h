@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "platform/types.h"
+
 /// Time, and the flows of a run: the main one, and those that are started beside it. What a flow
 /// does between two waits no other flow of the run disturbs, but on a real machine two flows do run
 /// at once: what they share is guarded by the functions below.
@@ -39,5 +41,26 @@ void postToMain(std::function<void()> work);
 /// Has `work` done by the main flow `count` times, `microseconds` apart, the first time that long
 /// from now. It is done late rather than not when the flow is busy.
 void scheduleOnMain(std::uint32_t microseconds, std::int64_t count, std::function<void()> work);
+
+/// Has `round` done by the main flow every so many microseconds, the first time that long from now,
+/// for good. One that was missed is not made up for. Once in a run.
+void goRounds(std::uint32_t microseconds, std::function<void()> round);
+
+/// Waits until the main flow has come back from another round than the last call waited for. False
+/// when it has not within so many microseconds. On one flow other than the main one.
+bool awaitRound(std::uint32_t microseconds);
+
+/// Counts signals: each wait takes one away. From any flow. Neither call allocates on a real
+/// machine.
+using Semaphore = platform::Handle<struct SemaphoreTag>;
+
+/// One whose count is 0.
+Semaphore makeSemaphore();
+
+void signal(const Semaphore& semaphore);
+
+/// Waits for a signal; with a time limit: false when none has come by then.
+void wait(const Semaphore& semaphore);
+bool waitWithin(const Semaphore& semaphore, std::uint32_t microseconds);
 
 }  // namespace loop

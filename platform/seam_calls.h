@@ -22,10 +22,12 @@
   shape(post,         "post")                   \
   shape(optional,     "value or nothing")       \
   shape(boolean,      "yes or no")              \
+  shape(query,        "yes or no of the system") \
   shape(list,         "list")                   \
   shape(optionalList, "list or nothing")        \
   shape(items,        "items or nothing")       \
   shape(status,       "status")                 \
+  shape(lock,         "status of the lock")     \
   shape(serial,       "status and serial")      \
   shape(window,       "message for a window")   \
   shape(readings,     "message for attributes") \
@@ -86,7 +88,7 @@
   call(axElementAt,            "ax.element-at",                      hit)          \
   call(axPerform,              "ax.perform",                         outcome)      \
   call(axSetAttribute,         "ax.set-attribute",                   outcome)      \
-  call(axTrusted,              "ax.trusted",                         boolean)      \
+  call(axTrusted,              "ax.trusted",                         query)        \
   call(createSource,           "quartz.create-source",               optional)     \
   call(createEvent,            "quartz.create-event",                optional)     \
   call(createMouseEvent,       "quartz.create-mouse-event",          optional)     \
@@ -94,7 +96,7 @@
   call(createKeyboardEvent,    "quartz.create-keyboard-event",       optional)     \
   call(secondsSinceLast,       "quartz.seconds-since-last",          number)       \
   call(createTap,              "tap.create",                         optional)     \
-  call(enableTap,              "tap.enable",                         fixed)        \
+  call(enableTap,              "tap.enable",                         post)         \
   call(tapVerdict,             "tap.verdict",                        fixed)        \
   call(publicPost,             "quartz.post",                        post)         \
   call(privatePost,            "private.post",                       post)         \
@@ -103,7 +105,7 @@
   call(frontProcess,           "private.front-process",              serial)       \
   call(processPid,             "private.process-pid",                serial)       \
   call(axGetWindow,            "private.ax-window",                  window)       \
-  call(lockScreen,             "private.lock-screen",                status)       \
+  call(lockScreen,             "private.lock-screen",                lock)         \
   call(windows,                "windowserver.windows",               optionalList) \
   call(windowDescription,      "windowserver.description",           optionalList) \
   call(session,                "windowserver.session",               optional)     \
@@ -140,7 +142,14 @@
   call(measureText,            "cover.measure",                      fixed)        \
   call(showPanel,              "cover.show",                         fixed)        \
   call(setPanelLabel,          "cover.set-label",                    fixed)        \
-  call(closePanel,             "cover.close",                        fixed)
+  call(closePanel,             "cover.close",                        fixed)        \
+  call(placePanel,             "cover.place",                        fixed)        \
+  call(tapIsEnabled,           "tap.is-enabled",                     query)        \
+  call(tapCanBeMade,           "tap.can-be-made",                    query)        \
+  call(goRounds,               "loop.go-rounds",                     fixed)        \
+  call(awaitRound,             "loop.await-round",                   fixed)        \
+  call(signalSemaphore,        "loop.signal",                        fixed)        \
+  call(waitForSemaphore,       "loop.wait",                          fixed)
 
 // clang-format on
 

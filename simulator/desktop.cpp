@@ -111,18 +111,34 @@ Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool
 
 void Desktop::advanceTo(Microseconds time) {
   for (auto own = nextOwn(); own && *own <= time; own = nextOwn()) {
-    settleWrites(mac_.world, *own);
-    mac_.now = std::max(mac_.now, *own);
-    // A tap that has been too slow is disabled first: what the script says of the same time meets a
-    // Mac that has gone on.
+    passTo(*own);
+    // A tap that has been too slow is disabled first, and the login window shows: what the script
+    // says of the same time meets a Mac that has gone on.
     if (nextTapDeadline(mac_) == own) {
       expireTaps(mac_);
+    } else if (nextLock() == own) {
+      showLock();
     } else {
       happen(Happening(mac_.world.script[scripted_++].happening));
     }
   }
+  passTo(time);
+}
+
+/// The clock moves on, with what happens by itself in applications.
+void Desktop::passTo(Microseconds time) {
+  if (time > mac_.now) {
+    for (const auto& rules : rules_) rules->beforeTimePasses(violations_);
+  }
   settleWrites(mac_.world, time);
   mac_.now = std::max(mac_.now, time);
+}
+
+void Desktop::showLock() {
+  const Pid caller = mac_.comingLock->caller;
+  mac_.comingLock.reset();
+  mac_.world.session.locked = true;
+  enter(mac_, {.kind = JournalEntry::Kind::screen, .target = caller, .what = "locked"});
 }
 
 void Desktop::happen(const Happening& happening) {
@@ -135,9 +151,12 @@ void Desktop::happen(const Happening& happening) {
 void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }
 
 std::optional<Microseconds> Desktop::nextOwn() const {
-  const auto scripted = nextScripted();
-  const auto deadline = nextTapDeadline(mac_);
-  return scripted && deadline ? std::min(*scripted, *deadline) : scripted ? scripted : deadline;
+  return earliest({nextScripted(), nextTapDeadline(mac_), nextLock()});
+}
+
+std::optional<Microseconds> Desktop::nextLock() const {
+  if (!mac_.comingLock) return std::nullopt;
+  return mac_.comingLock->due;
 }
 
 std::optional<Microseconds> Desktop::nextScripted() const {

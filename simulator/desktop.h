@@ -84,6 +84,9 @@ class Desktop {
   Answer conclude(std::size_t client, platform::Call call, Answer answer, bool faulty,
                   std::size_t flow);
   std::optional<Microseconds> nextScripted() const;
+  std::optional<Microseconds> nextLock() const;
+  void passTo(Microseconds time);
+  void showLock();
 
   Mac mac_;
   std::vector<std::unique_ptr<Rules>> rules_;  // by client

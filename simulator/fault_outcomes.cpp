@@ -19,6 +19,7 @@ namespace {
 using Code = std::int32_t;
 
 constexpr Microseconds lateDelay = 1'000'000;
+constexpr Microseconds unansweredDelay = 3'600'000'000;  // longer than anybody waits
 
 constexpr std::array<Code, 1> processErrors = {-600};
 constexpr std::array<Code, 2> windowErrors = {-25201, -25204};
@@ -95,6 +96,12 @@ Answer platformError(const Call& /*call*/, Code /*code*/) {
 }
 
 Answer failedStatus(const Call& /*call*/, Code code) { return {pack(code)}; }
+
+Answer unanswered(const Call& /*call*/, Code /*code*/) { return {pack(false), unansweredDelay}; }
+
+Answer lockUnanswered(const Call& /*call*/, Code /*code*/) {
+  return {pack(processErrors[0]), unansweredDelay};
+}
 
 Datum serialWithStatus(std::int64_t status) {
   return pack(std::vector<std::int64_t>{status, 0, 0});

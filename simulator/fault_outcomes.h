@@ -30,7 +30,7 @@
           {Shape::optional, nothing}, {Shape::optionalList, nothing},                     \
           {Shape::items, nothing})                                                        \
   row(refused, "refused", "", "false, or a post that vanishes",                           \
-          {Shape::boolean, no}, {Shape::post, nothing})                                   \
+          {Shape::boolean, no}, {Shape::query, no}, {Shape::post, nothing})               \
   row(empty, "empty", "", "a list or a text without contents",                            \
           {Shape::list, emptyList}, {Shape::text, emptyText},                             \
           {Shape::optionalList, emptyWindows}, {Shape::items, noItems},                   \
@@ -41,6 +41,7 @@
           {Shape::content, wrongContent})                                                 \
   row(error, "error", "CODE", "an error with this code",                                  \
           {Shape::status, failedStatus, processErrors},                                   \
+          {Shape::lock, failedStatus, processErrors},                                     \
           {Shape::serial, failedSerial, processErrors},                                   \
           {Shape::window, failed<windowMessage>, windowErrors},                           \
           {Shape::readings, failed<readingsMessage>, messageErrors},                      \
@@ -49,11 +50,13 @@
           {Shape::outcome, failed<plainMessage>, messageErrors})                          \
   row(thrown, "thrown", "", "a platform error",                                           \
           {Shape::content, platformError}, {Shape::thrown, platformError})                \
-  row(hang, "hang", "", "no answer within the messaging time-out",                        \
+  row(hang, "hang", "", "no answer within the messaging time-out, or for an hour",        \
+          {Shape::query, unanswered}, {Shape::lock, lockUnanswered},                      \
           {Shape::window, hung<windowMessage>}, {Shape::readings, hung<readingsMessage>}, \
           {Shape::actionNames, hung<actionNamesMessage>}, {Shape::hit, hung<hitMessage>}, \
           {Shape::outcome, hung<plainMessage>})                                           \
   row(late, "late", "", "the world's answer, a second later",                             \
+          {Shape::query, worlds}, {Shape::lock, worlds},                                  \
           {Shape::readings, worlds}, {Shape::actionNames, worlds}, {Shape::hit, worlds},  \
           {Shape::outcome, worlds}, {Shape::content, worlds}, {Shape::thrown, worlds})    \
   row(happening, "before", "HAPPENING", "the world's answer, after the happening",        \

@@ -20,9 +20,9 @@ void Scheduler::wait(Flow flow, Microseconds due) {
   waits_.emplace(due, flow);
 }
 
-void Scheduler::block(Flow flow, std::optional<Microseconds> deadline) {
+void Scheduler::block(Flow flow, const Limits& limits) {
   running_.erase(flow);
-  blocked_.insert_or_assign(flow, deadline);
+  blocked_.insert_or_assign(flow, limits);
 }
 
 void Scheduler::goOutside(Flow flow) { running_.erase(flow); }
@@ -60,9 +60,13 @@ std::optional<Scheduler::Flow> Scheduler::wake(Microseconds now, std::optional<F
 std::optional<Microseconds> Scheduler::nextDue() const {
   std::optional<Microseconds> next;
   if (!waits_.empty()) next = waits_.begin()->first;
-  for (const auto& [flow, deadline] : blocked_) {
-    if (deadline && (!next || *deadline < *next)) next = deadline;
-  }
+  for (const auto& [flow, limits] : blocked_) next = earliest({next, limits.deadline});
+  return next;
+}
+
+std::optional<Microseconds> Scheduler::nextRound() const {
+  std::optional<Microseconds> next;
+  for (const auto& [flow, limits] : blocked_) next = earliest({next, limits.round});
   return next;
 }
 

@@ -34,8 +34,15 @@ class Scheduler {
   /// The flow waits until `due`. It must not be waiting already.
   void wait(Flow flow, Microseconds due);
 
-  /// The flow waits for something to happen, until `deadline` at the latest.
-  void block(Flow flow, std::optional<Microseconds> deadline);
+  /// Until when a flow waits for something to happen: at the latest, and by a round that goes on
+  /// for ever.
+  struct Limits {
+    std::optional<Microseconds> deadline = std::nullopt;
+    std::optional<Microseconds> round = std::nullopt;
+  };
+
+  /// The flow waits for something to happen.
+  void block(Flow flow, const Limits& limits);
 
   /// The flow is busy elsewhere: it neither runs nor waits.
   void goOutside(Flow flow);
@@ -47,11 +54,12 @@ class Scheduler {
   /// goes before others that could go on as well.
   std::optional<Flow> wake(Microseconds now, std::optional<Flow> preferred = std::nullopt);
 
-  /// The flows that wait for something to happen, in the order of joining, with their deadlines.
-  const std::map<Flow, std::optional<Microseconds>>& blocked() const { return blocked_; }
+  /// The flows that wait for something to happen, in the order of joining, with their limits.
+  const std::map<Flow, Limits>& blocked() const { return blocked_; }
 
-  /// The earliest time at which a wait ends or a deadline passes.
+  /// The earliest time at which a wait ends or a deadline passes; and the earliest of rounds.
   std::optional<Microseconds> nextDue() const;
+  std::optional<Microseconds> nextRound() const;
 
   /// True when a wait may end at all.
   bool mayWake() const { return time_ == Time::real || running_.empty(); }
@@ -64,7 +72,7 @@ class Scheduler {
   Time time_;
   std::map<Flow, Kind> flows_;
   std::set<std::pair<Microseconds, Flow>> waits_;
-  std::map<Flow, std::optional<Microseconds>> blocked_;
+  std::map<Flow, Limits> blocked_;
   std::set<Flow> running_;
   Flow lastFlow_ = 0;
 };

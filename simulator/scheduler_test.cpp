@@ -80,10 +80,10 @@ TEST(scheduler, a_deadline_of_a_blocked_flow_is_due_like_any_wait) {
   const auto first = scheduler.join(Kind::process);
   const auto second = scheduler.join(Kind::process);
   scheduler.wait(first, 300);
-  scheduler.block(second, std::nullopt);
+  scheduler.block(second, {});
   EXPECT_EQ(scheduler.nextDue(), 300);
 
-  scheduler.block(second, 200);
+  scheduler.block(second, {200});
   EXPECT_EQ(scheduler.nextDue(), 200);
   EXPECT_EQ(woken(scheduler, 200), "nobody");
   scheduler.leave(second);

@@ -9,6 +9,16 @@ using driver::Datum;
 using platform::Call;
 using platform::Function;
 
+namespace {
+
+/// For how long a closed run goes on when nothing happens any more, and somebody only makes rounds.
+constexpr Microseconds quietRoundsMax = 10'000'000;
+
+/// When something last happened that is worth an entry.
+Microseconds latestNews(const Mac& mac) { return mac.journal.empty() ? 0 : mac.journal.back().at; }
+
+}  // namespace
+
 Turns::Turns(Desktop& desktop, Scheduler::Time time, Run run)
     : desktop_(desktop), scheduler_(time), run_(run) {}
 
@@ -87,7 +97,7 @@ std::optional<Datum> Turns::settle(Flow flow, Call call, Answer answer, Microsec
     State& state = states_.at(flow);
     state.call = std::move(call);
     state.since = since;
-    scheduler_.block(flow, answer.deadline);
+    scheduler_.block(flow, {answer.deadline, answer.roundDeadline});
     return std::nullopt;
   }
   // What takes no time moves no clock, and nobody else gets a turn: calls are many.
@@ -99,13 +109,13 @@ std::optional<Datum> Turns::settle(Flow flow, Call call, Answer answer, Microsec
 /// Asks again for what blocked flows wait for.
 void Turns::retryBlocked() {
   std::vector<Flow> flows;
-  for (const auto& [flow, deadline] : scheduler_.blocked()) flows.push_back(flow);
+  for (const auto& [flow, limits] : scheduler_.blocked()) flows.push_back(flow);
   for (const Flow flow : flows) {
     State& state = states_.at(flow);
     if (!state.call) continue;
     Answer answer = desktop_.retry(state.client, *state.call, state.since, state.index);
     if (answer.pending) {
-      scheduler_.block(flow, answer.deadline);
+      scheduler_.block(flow, {answer.deadline, answer.roundDeadline});
       continue;
     }
     state.call.reset();
@@ -134,10 +144,13 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
 std::optional<Microseconds> Turns::nextInstant() const {
   const auto due = scheduler_.nextDue();
   const auto own = desktop_.nextOwn();
+  const auto round = scheduler_.nextRound();
   const bool isReal = scheduler_.time() == Scheduler::Time::real;
+  if (due || isReal) return earliest({due, own, round});
   // An open run stands still for a script alone: its next client is still to come.
-  if (!due) return isReal || run_ == Run::closed ? own : std::nullopt;
-  return own ? std::min(*due, *own) : *due;
+  if (run_ == Run::open) return std::nullopt;
+  if (own) return earliest({own, round});
+  return round && *round <= latestNews(desktop_.mac()) + quietRoundsMax ? round : std::nullopt;
 }
 
 void Turns::leave(Flow flow) {

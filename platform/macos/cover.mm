@@ -64,6 +64,8 @@ NSPanel* makePanel(const NSRect& frame) {
   panel.releasedWhenClosed = NO;
   // The application is never active, and a panel would be hidden all the time.
   panel.hidesOnDeactivate = NO;
+  // Nor does it go when the application is hidden, with others or by itself.
+  panel.canHide = NO;
   panel.opaque = NO;
   panel.backgroundColor = NSColor.clearColor;
   panel.hasShadow = NO;
@@ -123,6 +125,14 @@ void setLabel(std::size_t panel, std::size_t label, const std::string& text,
     NSTextField* native = shownPanels().at(panel).labels[label];
     native.stringValue = macos::foundationString(text);
     native.frame = macos::rectangle(frame);
+  }
+}
+
+void place(std::size_t panel, const platform::Rect& frame) {
+  @autoreleasepool {
+    NSPanel* native = shownPanels().at(panel).panel;
+    [native setFrame:macos::rectangle(frame) display:YES];
+    [native orderFrontRegardless];
   }
 }
 

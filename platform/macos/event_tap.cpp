@@ -84,6 +84,8 @@ CGEventTapOptions optionsOf(Kind kind) {
   return kind == Kind::filters ? kCGEventTapOptionDefault : kCGEventTapOptionListenOnly;
 }
 
+CGEventRef letPass(CGEventTapProxy, CGEventType, CGEventRef event, void*) { return event; }
+
 }  // namespace
 
 std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler handler) {
@@ -100,9 +102,26 @@ std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler ha
 void attach(const Tap& tap) {
   const Owned<CFRunLoopSourceRef> source(
       CFMachPortCreateRunLoopSource(kCFAllocatorDefault, native(tap), 0));
-  CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+  // A port that is invalid already has none: the tap hears nothing, and is not called enabled.
+  if (source) CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
 }
 
 void enable(const Tap& tap) { CGEventTapEnable(native(tap), true); }
+
+// The system may call a tap enabled whose port is invalid.
+bool isEnabled(const Tap& tap) {
+  return CFMachPortIsValid(native(tap)) && CGEventTapIsEnabled(native(tap));
+}
+
+bool canBeMade(Kind kind, std::uint64_t mask) {
+  macos::connectToWindowServer();
+  if ((mask & keys) != 0 && !seesKeys(kind)) return false;
+  const Owned<CFMachPortRef> port(CGEventTapCreate(kCGSessionEventTap, kCGTailAppendEventTap,
+                                                   optionsOf(kind), mask, letPass, nullptr));
+  if (!port) return false;
+  // A tap that is only released goes on standing in the way of events.
+  CFMachPortInvalidate(port.get());
+  return true;
+}
 
 }  // namespace tap

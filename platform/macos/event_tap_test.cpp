@@ -142,3 +142,29 @@ TEST_F(event_tap, an_attached_tap_outlives_its_last_user) {
   EXPECT_EQ(standins::sendThroughTap(kCGEventTapDisabledByTimeout, nullptr), nullptr);
   EXPECT_EQ(told_.size(), 1u);
 }
+
+TEST_F(event_tap, is_enabled_as_long_as_the_system_says_so_and_its_port_is_valid) {
+  const tap::Tap tap = tapThat(Verdict::pass);
+  EXPECT_FALSE(tap::isEnabled(tap));
+  tap::enable(tap);
+  EXPECT_TRUE(tap::isEnabled(tap));
+  standins::disableTap();
+  EXPECT_FALSE(tap::isEnabled(tap));
+  tap::enable(tap);
+  standins::invalidateTap();
+  EXPECT_FALSE(tap::isEnabled(tap));
+}
+
+TEST_F(event_tap, one_is_made_for_a_trial_and_taken_away_at_once) {
+  EXPECT_TRUE(tap::canBeMade(Kind::filters, tap::noEvents));
+  EXPECT_EQ(standins::takeCalls(),
+            (Calls{"create tap at 1 place 1 options 0 mask 1", "invalidate tap"}));
+  EXPECT_FALSE(tap::canBeMade(Kind::listens, keysDown));
+  EXPECT_EQ(standins::takeCalls(), Calls{});
+  standins::permitListening(true);
+  EXPECT_TRUE(tap::canBeMade(Kind::listens, keysDown));
+  EXPECT_EQ(standins::takeCalls(),
+            (Calls{"create tap at 1 place 1 options 1 mask 1024", "invalidate tap"}));
+  standins::refuseTaps(true);
+  EXPECT_FALSE(tap::canBeMade(Kind::filters, tap::noEvents));
+}

@@ -9,6 +9,7 @@ namespace {
 class MainQueue : public standins::AdapterTest {};
 using postToMain = MainQueue;
 using scheduleOnMain = MainQueue;
+using goRounds = MainQueue;
 
 constexpr std::uint32_t second = 1'000'000;
 constexpr std::uint64_t secondNanoseconds = 1'000'000'000;
@@ -70,4 +71,19 @@ TEST_F(scheduleOnMain, of_nothing_makes_no_timer) {
   loop::scheduleOnMain(second, 0, [] {});
   loop::scheduleOnMain(second, -1, [] {});
   EXPECT_EQ(standins::sources(), before);
+}
+
+TEST_F(goRounds, makes_a_round_at_each_interval_and_makes_up_for_none) {
+  static int rounds = 0;  // the timer outlives the test
+  loop::goRounds(second, [&] { ++rounds; });
+  EXPECT_FALSE(loop::awaitRound(second));
+  standins::passNanoseconds(secondNanoseconds);
+  standins::serveMainQueue();
+  EXPECT_EQ(rounds, 1);
+  EXPECT_TRUE(loop::awaitRound(second));
+  EXPECT_FALSE(loop::awaitRound(second));
+  standins::passNanoseconds(3 * secondNanoseconds);
+  standins::serveMainQueue();
+  EXPECT_EQ(rounds, 2);
+  EXPECT_TRUE(loop::awaitRound(second));
 }

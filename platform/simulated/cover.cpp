@@ -44,6 +44,10 @@ void setLabel(std::size_t panel, std::size_t label, const std::string& text,
   ask(Function::setPanelLabel, panel, label, text, frame);
 }
 
+void place(std::size_t panel, const platform::Rect& frame) {
+  ask(Function::placePanel, panel, frame);
+}
+
 void close(std::size_t panel) { ask(Function::closePanel, panel); }
 
 void onScreenChange(std::function<void()> handler) {

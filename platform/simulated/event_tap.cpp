@@ -24,4 +24,12 @@ void enable(const Tap& tap) {
   simulated::ask(Function::enableTap, simulated::objectOf<std::int64_t>(tap));
 }
 
+bool isEnabled(const Tap& tap) {
+  return simulated::askFor<bool>(Function::tapIsEnabled, simulated::objectOf<std::int64_t>(tap));
+}
+
+bool canBeMade(Kind kind, std::uint64_t mask) {
+  return simulated::askFor<bool>(Function::tapCanBeMade, kind, mask);
+}
+
 }  // namespace tap

@@ -131,4 +131,33 @@ void scheduleOnMain(std::uint32_t microseconds, std::int64_t count, std::functio
   ask(Function::scheduleOnMain, keepWork(std::move(work), count), microseconds, count);
 }
 
+// Its work is never forgotten: what is left of it does not come to 0.
+void goRounds(std::uint32_t microseconds, std::function<void()> round) {
+  ask(Function::goRounds, keepWork(std::move(round), 0), microseconds);
+}
+
+bool awaitRound(std::uint32_t microseconds) {
+  return simulated::askFor<bool>(Function::awaitRound, microseconds);
+}
+
+Semaphore makeSemaphore() {
+  const std::lock_guard lock(state().mutex);
+  return simulated::makeHandle<Semaphore>(++state().lastSemaphore);
+}
+
+void signal(const Semaphore& semaphore) {
+  ask(Function::signalSemaphore, simulated::objectOf<std::int64_t>(semaphore));
+}
+
+void wait(const Semaphore& semaphore) {
+  ask(Function::waitForSemaphore, simulated::objectOf<std::int64_t>(semaphore),
+      std::optional<std::uint32_t>());
+}
+
+bool waitWithin(const Semaphore& semaphore, std::uint32_t microseconds) {
+  return simulated::askFor<bool>(Function::waitForSemaphore,
+                                 simulated::objectOf<std::int64_t>(semaphore),
+                                 std::optional(microseconds));
+}
+
 }  // namespace loop

@@ -31,6 +31,7 @@ struct ProcessState {
   bool mainIsServed = false;   // something else than a task is for the main flow to do
   bool hasFlows = false;       // flows beside the main one have been started
   std::int64_t lastWork = 0;
+  std::int64_t lastSemaphore = 0;
   std::map<std::int64_t, Work> works;
   std::optional<std::thread::id> ending;  // the flow that ends the process
   std::vector<std::function<void()>> exitHandlers;

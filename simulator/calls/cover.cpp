@@ -57,9 +57,12 @@ Answer preventDisplaySleep(Mac& mac, Client& client, const Arguments& arguments)
   return {pack(power::Assertion{0, static_cast<std::uint32_t>(++mac.numbers)}), 0};
 }
 
+// The call comes back at once; the login window shows later.
 Answer lockScreen(Mac& mac, Client& client, const Arguments& /*arguments*/) {
-  mac.world.session.locked = true;
-  enter(mac, {.kind = JournalEntry::Kind::screen, .target = client.pid, .what = "locked"});
+  const Session& session = mac.world.session;
+  if (!mac.comingLock && !session.locked.value_or(false)) {
+    mac.comingLock = ComingLock{mac.now, mac.now + session.lockDelay, client.pid};
+  }
   return {pack(std::int32_t{0}), 0};
 }
 
@@ -118,6 +121,17 @@ Answer setPanelLabel(Mac& mac, Client& client, const Arguments& arguments) {
   cover->labels[index].text = arguments.text(2);
   cover->labels[index].frame = arguments.get<Rect>(3);
   note(mac, *cover, "says \"" + cover->labels[index].text + "\"");
+  return {};
+}
+
+Answer placePanel(Mac& mac, Client& client, const Arguments& arguments) {
+  Cover* const found = findCover(mac, client, arguments.get<std::size_t>(0));
+  if (found == nullptr) throw driver::MalformedDatum();
+  Cover cover = std::move(*found);
+  auto& covers = mac.world.covers;
+  covers.erase(covers.begin() + (found - covers.data()));
+  cover.frame = flipped(arguments.get<Rect>(1), firstScreen(mac.world));
+  covers.push_back(std::move(cover));
   return {};
 }
 

@@ -90,6 +90,14 @@ Answer enableTap(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   return {};
 }
 
+Answer tapIsEnabled(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  return {pack(isTapEnabled(mac, arguments.get<std::int64_t>(0))), 0};
+}
+
+Answer tapCanBeMade(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  return {pack(canMakeTap(mac, arguments.get<std::uint64_t>(1))), 0};
+}
+
 Answer tapVerdict(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   takeVerdict(mac, arguments.get<std::int64_t>(0), arguments.get<std::int64_t>(1),
               arguments.get<bool>(2));

@@ -14,26 +14,33 @@ namespace {
 /// When virtual time begins: the first of January 2026, UTC, in seconds since 1970.
 constexpr double epochSeconds = 1'767'225'600;
 
-Answer pendingAnswer(std::optional<Microseconds> deadline = std::nullopt) {
-  return {Datum(), 0, true, deadline};
+Answer pendingAnswer(std::optional<Microseconds> deadline = std::nullopt,
+                     std::optional<Microseconds> roundDeadline = std::nullopt) {
+  return {Datum(), 0, true, deadline, roundDeadline};
 }
 
-/// The work of a timer that is due, if any.
-std::optional<std::int64_t> takeDueTimer(Client& client, Microseconds now) {
+/// The work of a timer that is due, if any, of those that go on for ever or of the others.
+std::optional<std::int64_t> takeDueTimer(Client& client, Microseconds now, bool forEver) {
   auto& timers = client.timers;
-  const auto timer = std::min_element(timers.begin(), timers.end(),
-                                      [](const auto& a, const auto& b) { return a.due < b.due; });
-  if (timer == timers.end() || timer->due > now) return std::nullopt;
+  auto timer = timers.end();
+  for (auto each = timers.begin(); each != timers.end(); ++each) {
+    if ((each->left == Timer::forEver) != forEver || each->due > now) continue;
+    if (timer == timers.end() || each->due < timer->due) timer = each;
+  }
+  if (timer == timers.end()) return std::nullopt;
   const std::int64_t work = timer->work;
   timer->due += timer->interval;
-  if (--timer->left == 0) timers.erase(timer);
+  // Rounds that were missed are not made up for.
+  while (forEver && timer->due <= now) timer->due += timer->interval;
+  if (!forEver && --timer->left == 0) timers.erase(timer);
   return work;
 }
 
-std::optional<Microseconds> nextTimer(const Client& client) {
+/// When the next timer is due, of those that go on for ever or of the others.
+std::optional<Microseconds> nextTimer(const Client& client, bool forEver) {
   std::optional<Microseconds> next;
   for (const Timer& timer : client.timers) {
-    if (!next || timer.due < *next) next = timer.due;
+    if ((timer.left == Timer::forEver) == forEver) next = earliest({next, timer.due});
   }
   return next;
 }
@@ -91,11 +98,54 @@ Answer scheduleOnMain(Mac& mac, Client& client, const Arguments& arguments) {
   return {};
 }
 
-Answer nextItem(Mac& mac, Client& client, const Arguments& /*arguments*/) {
-  if (const auto work = takeDueTimer(client, mac.now)) {
-    return {pack(platform::WireItem{platform::ItemKind::work, *work, 0, {}}), 0};
+Answer goRounds(Mac& mac, Client& client, const Arguments& arguments) {
+  const auto interval = arguments.get<std::uint32_t>(1);
+  client.timers.push_back(
+      {arguments.get<std::int64_t>(0), mac.now + interval, interval, Timer::forEver});
+  return {};
+}
+
+Answer awaitRound(Mac& mac, Client& client, const Arguments& arguments) {
+  if (client.roundsDone > 0) {
+    --client.roundsDone;
+    return {pack(true), 0};
   }
-  if (client.items.empty()) return pendingAnswer(nextTimer(client));
+  const Microseconds deadline = arguments.since() + arguments.get<std::uint32_t>(0);
+  if (mac.now >= deadline) return {pack(false), 0};
+  return pendingAnswer(std::nullopt, deadline);
+}
+
+Answer signalSemaphore(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+  ++client.semaphores[arguments.get<std::int64_t>(0)];
+  return {};
+}
+
+Answer waitForSemaphore(Mac& mac, Client& client, const Arguments& arguments) {
+  const auto limit = arguments.get<std::optional<std::uint32_t>>(1);
+  std::int64_t& count = client.semaphores[arguments.get<std::int64_t>(0)];
+  if (count > 0) {
+    --count;
+    return {pack(true), 0};
+  }
+  if (!limit) return pendingAnswer();
+  const Microseconds deadline = arguments.since() + *limit;
+  if (mac.now >= deadline) return {pack(false), 0};
+  return pendingAnswer(deadline);
+}
+
+Answer nextItem(Mac& mac, Client& client, const Arguments& /*arguments*/) {
+  // Whoever asks for the next item is back from the last.
+  if (std::exchange(client.inRound, false)) ++client.roundsDone;
+  const auto itemOf = [](std::int64_t work) {
+    return Answer{pack(platform::WireItem{platform::ItemKind::work, work, 0, {}}), 0};
+  };
+  if (const auto work = takeDueTimer(client, mac.now, false)) return itemOf(*work);
+  if (client.items.empty()) {
+    const auto round = takeDueTimer(client, mac.now, true);
+    if (!round) return pendingAnswer(nextTimer(client, false), nextTimer(client, true));
+    client.inRound = true;
+    return itemOf(*round);
+  }
   const platform::WireItem item = client.items.front();
   client.items.pop_front();
   return {pack(item), 0};

@@ -1,6 +1,9 @@
 #include "simulator/input/happenings.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "simulator/input/taps.h"
 
 namespace simulator {
 
@@ -8,6 +11,26 @@ namespace {
 
 void queue(Client& client, platform::ItemKind kind, std::int64_t number) {
   client.items.push_back({kind, number, 0, {}});
+}
+
+/// How far down a panel comes to lie when there is no display to move it to.
+constexpr double strayingPoints = 25;
+
+void moveCoversFrom(World& world, const Rect& gone) {
+  for (Cover& cover : world.covers) {
+    if (cover.frame != gone) continue;
+    if (world.displays.empty()) {
+      cover.frame.y += strayingPoints;
+    } else {
+      cover.frame.x = world.displays[0].frame.x;
+      cover.frame.y = world.displays[0].frame.y;
+    }
+  }
+}
+
+void tellOfScreens(Mac& mac) {
+  mac.screensChanged = mac.now;
+  tellProcesses(mac, platform::ItemKind::screenChange);
 }
 
 }  // namespace
@@ -38,9 +61,15 @@ void tellProcesses(Mac& mac, platform::ItemKind kind) {
   for (Client* client : living(mac)) queue(*client, kind, 0);
 }
 
+void withdrawAccessibility(Mac& mac) {
+  mac.world.accessibilityAllowed = false;
+  withdrawTaps(mac);
+}
+
 void removeDisplays(Mac& mac) {
-  mac.world.displays.clear();
-  tellProcesses(mac, platform::ItemKind::screenChange);
+  const std::vector<Display> gone = std::exchange(mac.world.displays, {});
+  for (const Display& display : gone) moveCoversFrom(mac.world, display.frame);
+  tellOfScreens(mac);
 }
 
 void connectDisplay(Mac& mac, const Display& display) {
@@ -52,12 +81,26 @@ void connectDisplay(Mac& mac, const Display& display) {
   } else {
     *known = display;
   }
-  tellProcesses(mac, platform::ItemKind::screenChange);
+  tellOfScreens(mac);
 }
 
 void disconnectDisplay(Mac& mac, std::uint32_t number) {
-  std::erase_if(mac.world.displays, [&](const Display& each) { return each.id == number; });
-  tellProcesses(mac, platform::ItemKind::screenChange);
+  auto& displays = mac.world.displays;
+  const auto gone = std::find_if(displays.begin(), displays.end(),
+                                 [&](const Display& each) { return each.id == number; });
+  if (gone != displays.end()) {
+    const Rect frame = gone->frame;
+    displays.erase(gone);
+    moveCoversFrom(mac.world, frame);
+  }
+  tellOfScreens(mac);
+}
+
+void replugDisplay(Mac& mac, std::uint32_t number) {
+  const std::vector<Display> before = mac.world.displays;
+  disconnectDisplay(mac, number);
+  mac.world.displays = before;
+  tellOfScreens(mac);
 }
 
 }  // namespace simulator

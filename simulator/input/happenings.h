@@ -22,10 +22,16 @@ void signalProcesses(Mac& mac, int number);
 /// The main flow of each process that uses the Mac finds this among what waits for it.
 void tellProcesses(Mac& mac, platform::ItemKind kind);
 
-// Processes learn that the screens have changed.
+/// The permission for Accessibility is withdrawn, and with it that for taps.
+void withdrawAccessibility(Mac& mac);
+
+// Processes learn that the screens have changed. The system moves the panels of a display that
+// goes: onto the first that is left, or somewhere else where they are when none is.
 void removeDisplays(Mac& mac);
 /// A new one, or another size and place of the one with its number.
 void connectDisplay(Mac& mac, const Display& display);
 void disconnectDisplay(Mac& mac, std::uint32_t number);
+/// A display goes and is back at once, with the frame that it had.
+void replugDisplay(Mac& mac, std::uint32_t number);
 
 }  // namespace simulator

@@ -64,6 +64,19 @@ TEST_F(happenings, processes_end_and_displays_go) {
   EXPECT_TRUE(world_.displays.empty());
 }
 
+TEST_F(happenings, panels_of_a_display_that_goes_are_moved_and_stay_there) {
+  Cover cover;
+  cover.frame = {1000, 0, 500, 400};
+  world_.covers = {cover};
+  happen("connect display 2 500x400 at 1000,0");
+  happen("replug display 2");
+  EXPECT_EQ(world_.displays.size(), 2U);
+  EXPECT_EQ(world_.covers[0].frame, (Rect{0, 0, 500, 400}));
+  world_.covers[0].frame = {0, 0, 1000, 800};
+  happen("remove displays");
+  EXPECT_EQ(world_.covers[0].frame, (Rect{0, 25, 1000, 800}));
+}
+
 TEST_F(happenings, an_application_hangs_and_recovers) {
   happen("hang Notes");
   EXPECT_TRUE(notes().hangs);

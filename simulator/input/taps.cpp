@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "simulator/input/happenings.h"
 #include "simulator/input/user_input.h"
 
 namespace simulator {
@@ -12,11 +11,19 @@ namespace {
 
 constexpr std::int64_t noVerdict = 0;  // the serial of what nothing waits for
 
+constexpr std::uint64_t keys =
+    tap::maskOf(quartz::EventType::keyDown) | tap::maskOf(quartz::EventType::keyUp);
+
 Tap* findTap(Mac& mac, std::int64_t number) {
   auto& taps = mac.tapLine.taps;
   const auto found = std::find_if(taps.begin(), taps.end(),
                                   [&](const Tap& each) { return each.number == number; });
   return found == taps.end() ? nullptr : &*found;
+}
+
+/// What the system leaves of a mask.
+std::uint64_t grantedMask(const World& world, std::uint64_t mask) {
+  return world.keysInTapsAllowed ? mask : mask & ~keys;
 }
 
 void tell(Mac& mac, const Tap& tap, std::int64_t serial, const tap::Event& event) {
@@ -32,7 +39,7 @@ bool isKey(const tap::Event& event) {
 }
 
 bool isWatched(const Tap& tap, const tap::Event& event) {
-  return tap.enabled && (tap.mask >> event.type & 1U) != 0;
+  return tap.enabled && tap.isValid && (tap.mask >> event.type & 1U) != 0;
 }
 
 /// The first of the events sets out.
@@ -49,7 +56,11 @@ void setOut(Mac& mac) {
 void comeTo(Mac& mac, const Tap& tap) {
   TapLine& line = mac.tapLine;
   const tap::Event& event = line.waiting.front().event;
-  if (!isWatched(tap, event)) return;
+  if (tap.isDead && tap.filters) {
+    line.hold = TapLine::Hold{tap.number, ++line.lastSerial, mac.now + tapPatience};
+    return;
+  }
+  if (tap.isDead || !isWatched(tap, event)) return;
   if (!tap.filters) {
     tell(mac, tap, noVerdict, event);
     return;
@@ -87,20 +98,26 @@ void pump(Mac& mac) {
   }
 }
 
-/// The system disables a tap and tells it why. What waits for it goes on.
+/// The system disables a tap and tells it why. What waits for it goes on, unless it is dead.
 void disable(Mac& mac, Tap& tap, std::uint32_t notice) {
   tap.enabled = false;
   tap::Event event;
   event.type = notice;
   tell(mac, tap, noVerdict, event);
   auto& hold = mac.tapLine.hold;
-  if (hold && hold->tap == tap.number) hold.reset();
+  if (!hold || hold->tap != tap.number) return;
+  if (tap.isDead) {
+    hold->deadline.reset();
+  } else {
+    hold.reset();
+  }
 }
 
 }  // namespace
 
 void takeUserInput(Mac& mac, std::vector<InputEvent> events) {
   for (InputEvent& event : events) {
+    event.since = mac.now;
     if (reachesApplications(mac.world)) mac.tapLine.waiting.push_back(std::move(event));
   }
   pump(mac);
@@ -115,15 +132,44 @@ void disableTaps(Mac& mac, std::uint32_t notice) {
 
 std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,
                                       tap::Kind kind, std::uint64_t mask) {
-  if (!mac.world.accessibilityAllowed) return std::nullopt;
+  if (!canMakeTap(mac, mask)) return std::nullopt;
   auto& taps = mac.tapLine.taps;
-  const Tap tap{++mac.numbers, client.pid, kind == tap::Kind::filters, false, mask};
+  const Tap tap{++mac.numbers, client.pid, kind == tap::Kind::filters, false,
+                grantedMask(mac.world, mask)};
   taps.insert(place == tap::Place::head ? taps.begin() : taps.end(), tap);
   return tap.number;
 }
 
+bool canMakeTap(const Mac& mac, std::uint64_t mask) {
+  return mac.world.accessibilityAllowed && grantedMask(mac.world, mask) != 0;
+}
+
 void enableTap(Mac& mac, std::int64_t number) {
-  if (Tap* tap = findTap(mac, number)) tap->enabled = true;
+  Tap* tap = findTap(mac, number);
+  if (tap == nullptr) return;
+  tap->enabled = true;
+  // A dead one goes on holding what it holds, and is found too slow once more.
+  auto& hold = mac.tapLine.hold;
+  if (hold && hold->tap == number && !hold->deadline) hold->deadline = mac.now + tapPatience;
+}
+
+bool isTapEnabled(const Mac& mac, std::int64_t number) {
+  const auto& taps = mac.tapLine.taps;
+  return std::any_of(taps.begin(), taps.end(), [&](const Tap& each) {
+    return each.number == number && each.enabled && each.isValid;
+  });
+}
+
+void withdrawTaps(Mac& mac) {
+  for (Tap& tap : mac.tapLine.taps) tap.isDead = true;
+}
+
+void silenceTaps(Mac& mac) {
+  for (Tap& tap : mac.tapLine.taps) tap.enabled = false;
+}
+
+void invalidateTaps(Mac& mac) {
+  for (Tap& tap : mac.tapLine.taps) tap.isValid = false;
 }
 
 void takeVerdict(Mac& mac, std::int64_t number, std::int64_t serial, bool pass) {

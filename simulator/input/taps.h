@@ -26,7 +26,22 @@ void disableTaps(Mac& mac, std::uint32_t notice);
 std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,
                                       tap::Kind kind, std::uint64_t mask);
 
+/// Whether the system would give such a tap: keys may be taken out of its mask, and then nothing
+/// may be left of it.
+bool canMakeTap(const Mac& mac, std::uint64_t mask);
+
 void enableTap(Mac& mac, std::int64_t number);
+
+/// Whether the tap is one that the system serves, as far as it says so.
+bool isTapEnabled(const Mac& mac, std::int64_t number);
+
+/// The permission that taps need is withdrawn: those that there are hear nothing more, and one that
+/// filters holds all that comes to it.
+void withdrawTaps(Mac& mac);
+
+// Taps hear nothing more and nobody is told: they are disabled, or their ports are invalid.
+void silenceTaps(Mac& mac);
+void invalidateTaps(Mac& mac);
 
 /// What a tap says of the event that waits for it. Of any other it says nothing.
 void takeVerdict(Mac& mac, std::int64_t number, std::int64_t serial, bool pass);

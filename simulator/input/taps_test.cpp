@@ -225,6 +225,59 @@ TEST_F(taps, need_the_permission) {
   EXPECT_EQ(createTap(mac_, client(), Place::head, Kind::filters, keys), std::nullopt);
 }
 
+TEST_F(taps, get_no_keys_where_the_system_takes_them_out_of_masks) {
+  mac_.world.keysInTapsAllowed = false;
+  EXPECT_FALSE(canMakeTap(mac_, keys));
+  EXPECT_TRUE(canMakeTap(mac_, keys | movements));
+  add(Place::head, Kind::listens, keys | movements);
+  happen("user key a");
+  happen("user move 5,7");
+  EXPECT_EQ(told(), Lines{"1:5"});
+}
+
+TEST_F(taps, that_filter_hold_everything_once_their_permission_has_gone) {
+  const std::int64_t tap = add(Place::head, Kind::filters);
+  happen("withdraw accessibility");
+  EXPECT_FALSE(canMakeTap(mac_, movements));
+  happen("user key a");
+  happen("user move 5,7");
+  EXPECT_EQ(told(), Lines{});
+  for (const std::int64_t time : {1'000'000, 2'000'000}) {
+    EXPECT_EQ(nextTapDeadline(mac_), time);
+    mac_.now = time;
+    expireTaps(mac_);
+    EXPECT_EQ(told(), Lines{"1:4294967294"});
+    EXPECT_EQ(nextTapDeadline(mac_), std::nullopt);
+    enableTap(mac_, tap);
+    EXPECT_TRUE(isTapEnabled(mac_, tap));
+  }
+  EXPECT_EQ(body(), "");
+  dropTaps(mac_, client());
+  EXPECT_EQ(body(), "a");
+}
+
+TEST_F(taps, that_listen_hear_nothing_once_their_permission_has_gone) {
+  add(Place::head, Kind::listens);
+  happen("withdraw accessibility");
+  happen("user key a");
+  EXPECT_EQ(told(), Lines{});
+  EXPECT_EQ(body(), "a");
+}
+
+TEST_F(taps, fall_silent_without_being_told) {
+  const std::int64_t tap = add(Place::head, Kind::filters);
+  happen("silence taps");
+  happen("user key a");
+  EXPECT_FALSE(isTapEnabled(mac_, tap));
+  enableTap(mac_, tap);
+  EXPECT_TRUE(isTapEnabled(mac_, tap));
+  happen("invalidate taps");
+  happen("user key b");
+  EXPECT_FALSE(isTapEnabled(mac_, tap));
+  EXPECT_EQ(told(), Lines{});
+  EXPECT_EQ(body(), "ab");
+}
+
 TEST_F(taps, leave_their_mark_in_the_journal) {
   happen("user key a");
   EXPECT_TRUE(mac_.journal.empty());

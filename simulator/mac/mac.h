@@ -26,7 +26,16 @@ struct Timer {
   std::int64_t work = 0;
   Microseconds due = 0;
   Microseconds interval = 0;
-  std::int64_t left = 0;  // how often it is still due
+  std::int64_t left = 0;  // how often it is still due; `forEver`: it is a round
+
+  static constexpr std::int64_t forEver = -1;
+};
+
+/// The login window that a call has asked for, and that does not show yet.
+struct ComingLock {
+  Microseconds asked = 0;
+  Microseconds due = 0;
+  Pid caller = 0;
 };
 
 /// A process that uses the Mac.
@@ -46,7 +55,10 @@ struct Client {
   std::deque<platform::WireItem> items;
   std::vector<Timer> timers;  // in the order of their starting
   std::set<int> handledSignals;
-  std::deque<platform::WireStop> stops;  // streams that the system stopped
+  std::deque<platform::WireStop> stops;             // streams that the system stopped
+  bool inRound = false;                             // the main flow is in a round
+  std::int64_t roundsDone = 0;                      // that nobody has waited for
+  std::map<std::int64_t, std::int64_t> semaphores;  // their counts, by number
 
   // Standard input and output, as far as the Mac keeps them.
   std::string output;         // what it wrote
@@ -66,6 +78,8 @@ struct Mac {
   std::vector<std::unique_ptr<Client>>
       clients;  // in the order of joining; null for one that was forgotten
   TapLine tapLine = {};
+  std::optional<ComingLock> comingLock = std::nullopt;
+  std::optional<Microseconds> screensChanged = std::nullopt;  // when they last did
 };
 
 /// A Mac that serves for days forgets the oldest entries.
@@ -88,6 +102,8 @@ struct Answer {
   Microseconds delay = 0;
   bool pending = false;
   std::optional<Microseconds> deadline = std::nullopt;
+  /// The same by a round that goes on for ever: time that stands still does not move for it alone.
+  std::optional<Microseconds> roundDeadline = std::nullopt;
 };
 
 }  // namespace simulator

@@ -53,19 +53,24 @@ void GuardRules::takeItem(const WireItem& item) {
     reenableOwed_ = true;
   } else {
     event_ = item.event;
+    lockAsked_ = false;
   }
 }
 
-/// P14: before the lock nothing is asked but the clocks.
+/// P14: before the lock, or before the flow that stands by to lock is told to, nothing is asked but
+/// the clocks.
 void GuardRules::checkCallback(const Call& call, Violations& violations) {
   const bool isClock = call.function == Function::uptime || call.function == Function::calendar;
   const bool isAllowed = call.function == Function::tapVerdict || (isClock && graceSeconds() > 0);
-  if (isAllowed || locks_ > 0 || !canLock_) return;
+  if (isAllowed || lockAsked_ || locksBegun_ > 0 || !canLock_) return;
+  const bool asksForLock =
+      call.function == Function::lockScreen || call.function == Function::signalSemaphore;
   if (!isUsers(*event_)) {
     violations.push_back("I17: own input, or none to speak of, makes the guard do something");
-  } else if (!hasGraceLeft() && call.function != Function::lockScreen) {
+  } else if (!hasGraceLeft() && !asksForLock) {
     violations.push_back("P14: the guard calls something before it locks");
   }
+  lockAsked_ = asksForLock;
 }
 
 void GuardRules::checkVerdict(const Call& call, Violations& violations) {
@@ -76,25 +81,27 @@ void GuardRules::checkVerdict(const Call& call, Violations& violations) {
                                 : "I17: input that is not the user's is swallowed");
   }
   const bool owesLock = isUsers(*event_) && !hasGraceLeft() && !graceTaken_ && canLock_;
-  if (owesLock && locks_ == 0) {
+  if (owesLock && locksBegun_ == 0) {
     violations.push_back("I16: the user is back and the screen is not locked");
   }
   event_.reset();
 }
 
 void GuardRules::before(const ObservedCall& seen, Violations& violations) {
-  if (!isGuard() || seen.flow != 0) return;
+  if (!isGuard()) return;
   const Call& call = seen.call;
-  if (event_) checkCallback(call, violations);
+  if (seen.flow == 0 && event_) checkCallback(call, violations);
+  if (call.function == Function::lockScreen) ++locksBegun_;
+  if (call.function == Function::writeOutput) checkLine(Arguments(call).text(0), violations);
+  const bool leavesUnlocked = locksBegun_ == 0 && canLock_ && !graceTaken_;
+  if (call.function == Function::exit && watches_ && leavesUnlocked) {
+    violations.push_back("I16: the guard ends without having locked the screen");
+  }
+  if (seen.flow != 0) return;
   if (call.function == Function::tapVerdict) checkVerdict(call, violations);
   if (call.function == Function::nextItem && reenableOwed_) {
     violations.push_back("I17: a disabled tap is not enabled again");
     reenableOwed_ = false;
-  }
-  if (call.function == Function::writeOutput) checkLine(Arguments(call).text(0), violations);
-  const bool leavesUnlocked = locks_ == 0 && canLock_ && !graceTaken_;
-  if (call.function == Function::exit && watches_ && leavesUnlocked) {
-    violations.push_back("I16: the guard ends without having locked the screen");
   }
 }
 
@@ -115,15 +122,21 @@ void GuardRules::checkLine(const std::string& line, Violations& violations) {
   const std::string by = reply.value("by", "");
   checkEndingLine(by, violations);
   if (by == "grace") {
-    graceTaken_ = locks_ == 0 && hasGraceLeft() && run_.mac.now - *tapStarted_ >= firstSecond;
+    graceTaken_ = locksBegun_ == 0 && hasGraceLeft() && run_.mac.now - *tapStarted_ >= firstSecond;
     if (!graceTaken_) violations.push_back("I16: grace when there is none");
     return;
   }
-  const bool isLocked = locks_ > locksReported_ && lastLock_ == 0;
-  if (reply.value("relocked", false) != isLocked) {
+  if (reply.value("relocked", false) != hasLockedSinceLine()) {
     violations.push_back("I16: \"relocked\" is not what the lock before it gave");
   }
-  locksReported_ = locks_;
+  locksReported_ = locks_.size();
+}
+
+/// What the newest call of the lock has given, that no line has told of; one that has not come back
+/// yet has given nothing.
+bool GuardRules::hasLockedSinceLine() const {
+  if (locks_.size() == locksReported_) return false;
+  return locks_.back().due <= run_.mac.now && locks_.back().status == 0;
 }
 
 void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
@@ -134,8 +147,7 @@ void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violation
     canLock_ = driver::unpack<bool>(answer.value);
   }
   if (call.function == Function::lockScreen) {
-    ++locks_;
-    lastLock_ = driver::unpack<std::int32_t>(answer.value);
+    locks_.push_back({run_.mac.now + answer.delay, driver::unpack<std::int32_t>(answer.value)});
   }
   if (seen.flow != 0) return;
   if (call.function == Function::nextItem) takeItem(driver::unpack<WireItem>(answer.value));

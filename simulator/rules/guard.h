@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "simulator/rules/rule.h"
 
@@ -19,6 +21,12 @@ class GuardRules : public Rule {
   void atEnd(Violations& violations) override;
 
  private:
+  /// A call of the lock: when it comes back, and with which status.
+  struct LockCall {
+    Microseconds due = 0;
+    std::int32_t status = 0;
+  };
+
   bool isGuard() const { return run_.command() == "lock-guard"; }
   double graceSeconds() const;
   bool hasGraceLeft() const;
@@ -26,6 +34,7 @@ class GuardRules : public Rule {
   void checkVerdict(const platform::Call& call, Violations& violations);
   void checkLine(const std::string& line, Violations& violations);
   void checkEndingLine(const std::string& by, Violations& violations);
+  bool hasLockedSinceLine() const;
   void takeItem(const platform::WireItem& item);
 
   std::optional<Microseconds> tapStarted_;  // when the tap was enabled first
@@ -33,9 +42,10 @@ class GuardRules : public Rule {
   bool reenableOwed_ = false;
   std::optional<tap::Event> event_;  // that the tap looks at, until its verdict
   bool canLock_ = false;             // the lock's entry has been found
-  int locks_ = 0;                    // calls of it
-  int locksReported_ = 0;            // of these, told by a line
-  std::int32_t lastLock_ = 0;        // its status
+  bool lockAsked_ = false;           // by the event that the tap looks at
+  int locksBegun_ = 0;               // calls of it
+  std::vector<LockCall> locks_;      // of these, answered now or later
+  std::size_t locksReported_ = 0;    // of these, told by a line
   int endings_ = 0;                  // lines that say why the guard ends
   int usersEndings_ = 0;             // of these, by the user's return
   bool graceTaken_ = false;          // the user came back while grace lasted

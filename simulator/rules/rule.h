@@ -85,6 +85,9 @@ class Rule {
   virtual void after(const ObservedCall& /*seen*/, const Answer& /*answer*/,
                      Violations& /*violations*/) {}
 
+  /// Before the clock moves on: at this instant the Mac has come to rest.
+  virtual void beforeTimePasses(Violations& /*violations*/) {}
+
   /// When the client has gone, once. It may have been killed: `Client::exited` tells.
   virtual void atEnd(Violations& /*violations*/) {}
 

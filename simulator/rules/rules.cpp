@@ -5,6 +5,7 @@
 #include "simulator/rules/elements.h"
 #include "simulator/rules/focus.h"
 #include "simulator/rules/guard.h"
+#include "simulator/rules/guard_state.h"
 #include "simulator/rules/insert.h"
 #include "simulator/rules/key_target.h"
 #include "simulator/rules/keys.h"
@@ -32,7 +33,8 @@ std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
 /// is judged before the present post owes waits of its own; and a key may owe more than a post.
 std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
   return make<UserRules, PaceRules, ScopeRules, PostingRules, ElementRules, InsertRules, GuardRules,
-              KeyRules, KeyTargetRules, ClipboardRules, FocusRules, OutputRules>(run);
+              GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules, FocusRules, OutputRules>(
+      run);
 }
 
 }  // namespace
@@ -49,6 +51,11 @@ void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
 
 void Rules::look() {
   for (const auto& rule : rules_) rule->look();
+}
+
+void Rules::beforeTimePasses(Violations& violations) {
+  if (finished_) return;
+  for (const auto& rule : rules_) rule->beforeTimePasses(violations);
 }
 
 void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size_t flow,

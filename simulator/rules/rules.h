@@ -26,6 +26,9 @@ class Rules {
   /// Before the world is asked again for the answer of a call that was pending.
   void look();
 
+  /// Before the clock moves on.
+  void beforeTimePasses(Violations& violations);
+
   /// When the client has gone. Only the first call counts.
   void finish(Violations& violations);
 

@@ -74,12 +74,14 @@ TEST(world_text_errors, of_statements) {
        "line 1: a display needs a finite place, and a size and scale above 0"},
       {"display 1 9x9 scale x", "line 1: 'scale' needs a number above 0, not 'x'"},
       {"display 1 9x9\ndisplay 1 9x9", "line 2: display number 1 is taken"},
-      {"deny", "line 1: 'deny' needs one of display-hold, accessibility, screen-recording"},
+      {"deny",
+       "line 1: 'deny' needs one of display-hold, accessibility, keys-in-taps, screen-recording"},
       {"deny all",
-       "line 1: unknown word 'all'; expected display-hold, accessibility, screen-recording"},
+       "line 1: unknown word 'all'; expected display-hold, accessibility, keys-in-taps, "
+       "screen-recording"},
       {"session",
        "line 1: 'session' needs one of locked, off-console, unreadable, "
-       "without-console-key"},
+       "without-console-key, locks"},
       {"session locked locked", "line 1: 'locked' is given twice"},
       {"missing", "line 1: 'missing' needs a symbol or a library"},
       {"process 0", "line 1: 'process' needs a process id, not '0'"},

@@ -95,6 +95,12 @@ constexpr std::array knownHappenings = {
                     disconnectDisplay(mac, static_cast<std::uint32_t>(what.number));
                   }),
                   told},
+    HappeningKind{"replug display", with::displayNumber,
+                  "a display is unplugged and is back at once, as it was",
+                  does([](Mac& mac, const Happening& what) {
+                    replugDisplay(mac, static_cast<std::uint32_t>(what.number));
+                  }),
+                  told},
     HappeningKind{"signal", with::signal, "every process that uses the Mac gets a signal",
                   does([](Mac& mac, const Happening& what) { signalProcesses(mac, what.number); }),
                   ownSignals},
@@ -146,6 +152,16 @@ constexpr std::array knownHappenings = {
                     stopSharing(mac, 0, captureDeclined);
                   }),
                   told},
+    HappeningKind{
+        "withdraw accessibility", with::nothing,
+        "the permission for Accessibility is withdrawn: event taps hear nothing more, and one that "
+        "filters holds all input until its process has gone",
+        does([](Mac& mac, const Happening&) { withdrawAccessibility(mac); }), told},
+    HappeningKind{"silence taps", with::nothing, "every event tap is disabled, and nobody is told",
+                  does([](Mac& mac, const Happening&) { silenceTaps(mac); }), told},
+    HappeningKind{"invalidate taps", with::nothing,
+                  "the ports of all event taps become invalid, and nobody is told",
+                  does([](Mac& mac, const Happening&) { invalidateTaps(mac); }), told},
     HappeningKind{
         "disable taps", with::timeout,
         "the system disables every event tap, as if the user wanted so, or for being slow",

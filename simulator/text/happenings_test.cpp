@@ -88,7 +88,8 @@ TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
 
   const std::string kinds =
       "lock, unlock, leave, return, quit, end, front, hang, recover, user, remove, connect, "
-      "disconnect, signal, input, close, stall, resume, request, end-loop, stop, withdraw, disable";
+      "disconnect, replug, signal, input, close, stall, resume, request, end-loop, stop, withdraw, "
+      "silence, invalidate, disable";
   const std::string user = "key, click, move, scroll, drag, press, release, copy";
   const std::string key =
       "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, "

@@ -22,16 +22,19 @@ constexpr std::array<Option<User>, 2> userOptions = {{
     {"unparsable", [](Words&, User& user) { user.nameParses = false; }},
 }};
 
-constexpr std::array<Option<Session>, 4> sessionOptions = {{
+constexpr std::array<Option<Session>, 5> sessionOptions = {{
     {"locked", [](Words&, Session& session) { session.locked = true; }},
     {"off-console", [](Words&, Session& session) { session.onConsole = false; }},
     {"unreadable", [](Words&, Session& session) { session.readable = false; }},
     {"without-console-key", [](Words&, Session& session) { session.onConsole.reset(); }},
+    {"locks after",
+     [](Words& words, Session& session) { session.lockDelay = words.time("after"); }},
 }};
 
-constexpr std::array<Option<World>, 3> denials = {{
+constexpr std::array<Option<World>, 4> denials = {{
     {"display-hold", [](Words&, World& world) { world.displayHoldAllowed = false; }},
     {"accessibility", [](Words&, World& world) { world.accessibilityAllowed = false; }},
+    {"keys-in-taps", [](Words&, World& world) { world.keysInTapsAllowed = false; }},
     {"screen-recording", [](Words&, World& world) { world.screenRecordingAllowed = false; }},
 }};
 

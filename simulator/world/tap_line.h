@@ -17,6 +17,7 @@ struct InputEvent {
   tap::Event event;  // as taps see it
   std::string text;  // of a key: what it types; empty: what the layout says
   driver::Point scrolledLines;
+  std::int64_t since = 0;  // when it came, in microseconds of virtual time
 };
 
 /// A tap on the session's events.
@@ -26,6 +27,9 @@ struct Tap {
   bool filters = false;
   bool enabled = false;
   std::uint64_t mask = 0;
+  bool isValid = true;  // its port is; the system tells nobody when it is not any more
+  bool isDead = false;  // its owner has lost the permission: it hears nothing, and one that filters
+                        // holds what comes to it until its owner has gone
 };
 
 /// The taps, and the events that are on their way through them. taps.h works it.
@@ -34,7 +38,8 @@ struct TapLine {
   struct Hold {
     std::int64_t tap = 0;
     std::int64_t serial = 0;
-    std::int64_t deadline = 0;  // in microseconds of virtual time
+    /// In microseconds of virtual time; none: the system has disabled the tap, and yet it holds.
+    std::optional<std::int64_t> deadline;
   };
 
   std::vector<Tap> taps;           // from the head to the tail

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <set>
@@ -30,6 +31,16 @@ using platform::WindowNumber;
 /// Virtual time since the Mac started.
 using Microseconds = std::int64_t;
 inline constexpr Microseconds microsecondsPerSecond = 1'000'000;
+
+/// The earliest of some times; none when there is none.
+inline std::optional<Microseconds> earliest(
+    std::initializer_list<std::optional<Microseconds>> times) {
+  std::optional<Microseconds> first;
+  for (const auto& time : times) {
+    if (time && (!first || *time < *first)) first = time;
+  }
+  return first;
+}
 
 /// Names an element within its application; 0 is the application itself. Ids are given in the order
 /// of the world's text, from 1, and never used twice.
@@ -214,6 +225,7 @@ struct Session {
   bool readable = true;
   std::optional<bool> locked;  // absent: the key is missing, as it is while unlocked
   std::optional<bool> onConsole = true;
+  Microseconds lockDelay = 400'000;  // from the call that locks to the login window
 
   /// Neither locked nor off the console: input reaches applications.
   bool isUsable() const { return !locked.value_or(false) && onConsole.value_or(true); }
@@ -268,6 +280,7 @@ struct World {
   bool accessibilityAllowed = true;
   bool screenRecordingAllowed = true;
   bool displayHoldAllowed = true;  // the system keeps the display awake for who asks
+  bool keysInTapsAllowed = true;   // a tap gets what its mask has of keys
   User user;
   Point pointer;
   Keyboard keyboard;

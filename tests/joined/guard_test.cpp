@@ -117,6 +117,7 @@ TEST(keep_awake, holds_until_it_is_terminated) {
 TEST(lock_now, locks) {
   const ServedMac mac(desk);
   EXPECT_EQ(seen(mac.driver({"lock-now"})), "0 {\"ok\":true}\n");
+  mac.command({"advance", "400ms"});
   EXPECT_NE(mac.command({"state"}).output.find("\"locked\":true"), std::string::npos);
 }
 

@@ -5,9 +5,11 @@
 
 #include "tests/support/guarded.h"
 
-// The guard has a main flow, which serves the tap, the signals and the clock, and one that reads
-// standard input. Here each of them is put aside for the other at every call, and at every two; and
-// whatever can happen to the guard happens just before every call, and before every two.
+// The guard has a main flow, which serves the tap, the signals and the clock, one that stands by to
+// lock, one that sees to it that the main flow comes back from its rounds, and one that reads
+// standard input. Here each of them is put aside for another at every call, and the main one and
+// the reader at every two; and whatever can happen to the guard happens just before every call, and
+// before every two.
 
 namespace {
 
@@ -22,6 +24,12 @@ using testing_support::Result;
 using testing_support::Schedule;
 using testing_support::seen;
 using testing_support::TestMac;
+
+/// The flows, in the order in which they are started.
+constexpr std::size_t mainFlow = 0;
+constexpr std::size_t locker = 1;
+constexpr std::size_t supervisor = 2;
+constexpr std::size_t reader = 3;
 
 /// The calls that are made before and since there are several flows.
 struct Calls {
@@ -78,10 +86,15 @@ std::set<std::string> outcomes(const std::vector<std::string>& script,
   std::vector<Disturbance> all;
   // A pre-empted flow may make a few calls more than one that is not.
   for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
-    for (std::size_t flow = 0; flow < 2; ++flow) all.push_back({call, flow});
+    for (const std::size_t flow : {mainFlow, reader}) all.push_back({call, flow});
     for (const char* happening : happenings) all.push_back({call, 0, happening});
   }
   std::set<std::string> found = {outcomeOf(world, environment, calls.alone, {})};
+  for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
+    for (const std::size_t flow : {locker, supervisor}) {
+      found.insert(outcomeOf(world, environment, calls.alone, {{call, flow}}));
+    }
+  }
   for (std::size_t i = 0; i < all.size(); ++i) {
     found.insert(outcomeOf(world, environment, calls.alone, {all[i]}));
     for (std::size_t j = i + 1; j < all.size(); ++j) {
@@ -133,13 +146,15 @@ TEST(guard_schedules, a_screen_that_comes_and_a_line) {
 const std::vector<const char*> events = {"signal 15", "user key a", "close input",
                                          "request termination", "disable taps"};
 
+// A guard that finds its tap disabled at two looks in a row, a tenth of a second apart, ends by
+// itself.
 TEST(guard_schedules, anything_at_any_instant) {
-  EXPECT_EQ(
-      outcomes({"1s input \"operating\\n\"", "2s user key b"}, {}, events),
-      (Outcomes{locked({endedBy("user")}), locked({endedBy("signal")}), locked({endedBy("run")}),
-                locked({endedBy("quit")}), locked({endedBy("user"), endedBy("signal")}),
-                locked({endedBy("user"), endedBy("run")}),
-                locked({endedBy("user"), endedBy("quit")})}));
+  EXPECT_EQ(outcomes({"1s input \"operating\\n\"", "2s user key b"}, {}, events),
+            (Outcomes{locked({endedBy("user")}), locked({endedBy("signal")}),
+                      locked({endedBy("run")}), locked({endedBy("quit")}),
+                      locked({endedBy("loop")}), locked({endedBy("user"), endedBy("signal")}),
+                      locked({endedBy("user"), endedBy("run")}),
+                      locked({endedBy("user"), endedBy("quit")})}));
 }
 
 TEST(guard_schedules, anything_at_any_instant_of_grace) {
@@ -147,7 +162,7 @@ TEST(guard_schedules, anything_at_any_instant_of_grace) {
       outcomes({"1100ms input \"operating\\n\"", "1200ms user key b"},
                {{"ZENTROVE_COVER_GRACE", "1.5"}}, events),
       (Outcomes{"unlocked 0 " + std::string(endedByGrace) + "\n", locked({endedBy("signal")}),
-                locked({endedBy("run")}), locked({endedBy("quit")}),
+                locked({endedBy("run")}), locked({endedBy("quit")}), locked({endedBy("loop")}),
                 locked({endedByGrace, endedBy("signal")}), locked({endedByGrace, endedBy("run")}),
                 locked({endedByGrace, endedBy("quit")})}));
 }

@@ -24,7 +24,7 @@ std::size_t callsInTurn(const std::string& world) {
 /// Every outcome, once, of the watcher under each schedule with up to two pre-emptions of the flow
 /// that serves the tap by the one that reads standard input, or the other way round.
 std::set<std::string> outcomes(const std::vector<std::string>& happenings) {
-  const std::string world = watchedDeskWith(happenings);
+  const std::string world = watchedDeskWith(happenings, "3s");
   const std::size_t calls = callsInTurn(world) + 4;
   std::set<std::string> found;
   const auto tryOne = [&](const Schedule& schedule) {

@@ -70,11 +70,7 @@ class DirectChannel : public platform::Channel {
 
   /// The main flow has ended: the others end with it.
   void join() {
-    {
-      const std::lock_guard lock(mutex_);
-      if (!status_) status_ = 0;
-    }
-    turnChanged_.notify_all();
+    finish(0);
     for (std::thread& thread : threads_) thread.join();
   }
 
@@ -85,12 +81,19 @@ class DirectChannel : public platform::Channel {
   int statusOfDeath() const { return 128 + *desktop_.client(client_).diedBySignal; }
 
   [[noreturn]] void endWith(int status) {
-    {
-      const std::lock_guard lock(mutex_);
-      if (!status_) status_ = status;
-    }
-    turnChanged_.notify_all();
+    finish(status);
     throw Exited{};
+  }
+
+  /// The process has ended, and learns so in each flow, unless it had ended before.
+  void finish(int status) {
+    const std::lock_guard lock(mutex_);
+    if (!status_) status_ = status;
+    wakeAll();
+  }
+
+  void wakeAll() {
+    for (auto& [flow, turn] : turnComes_) turn.notify_one();
   }
 
   /// Waits for something to happen that the call wants, while nothing else of the process is there.
@@ -130,7 +133,7 @@ class DirectChannel : public platform::Channel {
   }
 
   Datum awaitTurn(std::unique_lock<std::mutex>& lock, Turns::Flow flow) {
-    turnChanged_.wait(lock, [&] { return status_ || turn_ == flow; });
+    turnComes_[flow].wait(lock, [&] { return status_ || turn_ == flow; });
     if (status_) throw Exited{};
     return std::move(answer_);
   }
@@ -144,8 +147,9 @@ class DirectChannel : public platform::Channel {
     } else {
       turn_ = woken->flow;
       answer_ = std::move(woken->answer);
+      turnComes_[turn_].notify_one();
     }
-    turnChanged_.notify_all();
+    if (status_) wakeAll();
   }
 
   void runFlow(Turns::Flow flow, const std::function<void()>& body) {
@@ -168,7 +172,8 @@ class DirectChannel : public platform::Channel {
   Schedule schedule_;
 
   std::mutex mutex_;
-  std::condition_variable turnChanged_;
+  // Each flow has its own: that of a single one would wake all flows at every call.
+  std::map<Turns::Flow, std::condition_variable> turnComes_;
   std::unique_ptr<Turns> turns_;  // once there are several flows
   Turns::Flow mainFlow_ = 0;
   Turns::Flow turn_ = 0;  // whose it is

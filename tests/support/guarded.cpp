@@ -4,6 +4,7 @@
 
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
+#include "simulator/text/parse.h"
 
 namespace testing_support {
 
@@ -11,6 +12,20 @@ std::string deskWith(const std::vector<std::string>& happenings) {
   std::string world(guardedDesk);
   for (const std::string& happening : happenings) world += "at " + happening + "\n";
   return world;
+}
+
+std::vector<simulator::Outcome> happeningsAt(const simulator::World& world) {
+  std::vector<simulator::Outcome> outcomes;
+  for (const char* text :
+       {"user key a", "user click 300,300", "user move 700,500", "user copy \"newer\"", "signal 15",
+        "request termination", "end-loop", "close input", "close output", "stall output",
+        "disable taps", "disable taps timeout", "silence taps", "invalidate taps",
+        "withdraw accessibility", "withdraw recording", "connect display 2 800x600 at 1440,0",
+        "replug display 1", "remove displays"}) {
+    outcomes.push_back(
+        {simulator::Outcome::Kind::happening, 0, simulator::parseHappening(text, world)});
+  }
+  return outcomes;
 }
 
 Result guard(TestMac& mac, const Environment& environment, const Schedule& schedule) {
@@ -21,7 +36,8 @@ Result guard(TestMac& mac, const Environment& environment, const Schedule& sched
   const driver::Globals& values = driver::globals();
   const long kept = (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0) +
                     (values.guardTap ? 1 : 0) + (values.guardUserPicture ? 1 : 0) +
-                    (values.guardAppIcon ? 1 : 0);
+                    (values.guardAppIcon ? 1 : 0) + (values.lockAsked ? 1 : 0) +
+                    (values.lockAnswered ? 1 : 0);
   EXPECT_EQ(simulated::liveHandles(), kept) << "I20: handles are alive";
   return result;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/fault_outcomes.h"
 #include "tests/support/channels.h"
 #include "tests/support/simulated_run.h"
 
@@ -22,6 +23,10 @@ app Notes pid 41 bundle com.example.notes frontmost
 
 /// That desk, and what happens there, one line each, as "2s user key a".
 std::string deskWith(const std::vector<std::string>& happenings);
+
+/// What can happen to that desk and to a process that lives on it, as the outcome of a call, beside
+/// what `admissibleOutcomes` gives.
+std::vector<simulator::Outcome> happeningsAt(const simulator::World& world);
 
 /// Runs the guard inside this process, whatever the mode of the tests: it has several flows.
 Result guard(TestMac& mac, const Environment& environment = {}, const Schedule& schedule = {});

@@ -19,10 +19,10 @@ std::string lineWith(std::string_view kind, int time, const std::string& further
 
 }  // namespace
 
-std::string watchedDeskWith(const std::vector<std::string>& happenings) {
+std::string watchedDeskWith(const std::vector<std::string>& happenings, const char* end) {
   std::string world(watchedDesk);
   for (const std::string& happening : happenings) world += "at " + happening + "\n";
-  return world + "at 60s close input\n";
+  return world + "at " + end + " close input\n";
 }
 
 Result watch(TestMac& mac, const std::vector<std::string>& words, const Schedule& schedule) {

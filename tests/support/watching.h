@@ -23,8 +23,8 @@ app Notes pid 41 bundle com.example.notes
         AXTextArea "Body" at 120,330 size 700x300 focused
 )";
 
-/// That desk, and what happens there, one line each, as "2s user key a". Input ends after a minute.
-std::string watchedDeskWith(const std::vector<std::string>& happenings);
+/// That desk, and what happens there, one line each, as "2s user key a". Input ends at last.
+std::string watchedDeskWith(const std::vector<std::string>& happenings, const char* end = "60s");
 
 /// Runs "watch-input" with these words inside this process, whatever the mode of the tests: it has
 /// several flows.

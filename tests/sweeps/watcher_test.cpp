@@ -16,7 +16,8 @@ using namespace testing_support;
 const simulator::World& world() {
   static const simulator::World parsed = simulator::parseWorld(watchedDeskWith(
       {"1s user key return", "2s user scroll 0,1", "3s user click 500,400", "4s disable taps",
-       "5s user key a for Notes", "6s user move 1,1", "7s user key shift return"}));
+       "5s user key a for Notes", "6s user move 1,1", "7s user key shift return"},
+      "8s"));
   return parsed;
 }
 
@@ -34,7 +35,9 @@ Faults faultsOf(platform::Function function, std::size_t occurrence) {
   }
   for (const char* text :
        {"close input", "close output", "stall output", "disable taps", "disable taps timeout",
-        "signal 15", "user key return", "user click 500,400", "input \"x\""}) {
+        "signal 15", "user key return", "user click 500,400", "input \"x\"", "user copy \"newer\"",
+        "silence taps", "invalidate taps", "withdraw accessibility",
+        "connect display 2 800x600 at 1440,0", "remove displays"}) {
     faults.push_back(
         {function,
          occurrence,

@@ -14,6 +14,9 @@ void passNanoseconds(std::uint64_t nanoseconds);
 /// Has this signal come once more.
 void signalArrives(int number);
 
+/// For how long the last wait for a semaphore has waited in vain.
+std::uint64_t lastWaitNanoseconds();
+
 /// How many sources there are. One goes when it is released, with its context.
 std::size_t sources();
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "guard/lock_guard.h"
+#include "guard/guard_end.h"
 #include "guard/screen_lock.h"
 #include "main/globals.h"
 #include "platform/process.h"
@@ -146,6 +146,7 @@ bool locksAtForeignExit(bool isRelocking, bool isExiting) {
     process::exit(3);
   });
   EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(run.elapsed, isRelocking || isExiting ? 0 : 500'000);
   mac.takeViolations();  // no command ends like this
   return mac.world().session.locked.value_or(false);
 }

@@ -159,4 +159,14 @@ TEST(grace, locks_for_everything_else_that_ends_the_guard) {
   EXPECT_EQ(seen(guard(deskWith({"3s end-loop"}), tenSeconds)), guardSays({endedBy("loop")}));
 }
 
+// So long a grace is not exact to the second by its end.
+TEST(grace, of_any_size_keeps_its_first_second) {
+  for (const char* grace : {"10", "1e15", "1e16", "1e300"}) {
+    const Result run = guard(deskWith({"500ms user key a", "1500ms user key b"}),
+                             {{"ZENTROVE_COVER_GRACE", grace}});
+    EXPECT_EQ(seen(run), guardSays({endedByGrace})) << grace;
+    EXPECT_EQ(run.elapsed, 1'500'000) << grace;
+  }
+}
+
 }  // namespace

@@ -102,4 +102,22 @@ TEST(guard_input, that_ends_in_the_half_second_after_the_return_adds_its_line) {
   EXPECT_EQ(run.elapsed, 1'700'000);
 }
 
+// A flood of lines must not keep the main flow from its tap.
+TEST(guard_input, asks_the_main_flow_for_one_change_at_a_time) {
+  TestMac mac(std::string(guardedDesk) + "at 1s input \"operating\\n\"\nat 2s user key a\n",
+              {"streams.read-available 2 before input \"minding\\n\"",
+               "streams.read-available 3 before input \"operating\\n\""},
+              Mode::direct);
+  EXPECT_EQ(seen(guard(mac)), guardSays({endedBy("user")}));
+  std::vector<std::string> said;
+  std::size_t posts = 0;
+  for (const auto& entry : mac.desktop().trace()) {
+    if (entry.call.function == platform::Function::postToMain) ++posts;
+    if (entry.call.function != platform::Function::setPanelLabel) continue;
+    said.push_back(driver::unpack<std::string>(entry.call.arguments[2]));
+  }
+  EXPECT_EQ(posts, 1U);
+  EXPECT_EQ(said, Titles{operating});
+}
+
 }  // namespace

@@ -72,6 +72,29 @@ TEST(guard_screens, that_all_go_leave_their_covers_for_their_return) {
             std::string("0 show 0 at 0,0 size 1440x900: ") + lockHint + "\n");
 }
 
+/// The frames of all covers at the end of a guard to which this happens, as the Mac has them.
+std::vector<platform::Rect> coversAfter(const std::vector<std::string>& happenings) {
+  TestMac mac(deskWith(happenings), {}, Mode::direct);
+  std::vector<platform::Rect> frames;
+  const std::size_t client = mac.desktop().join({"driver", "lock-guard"}, {});
+  testing_support::runDirect(mac.desktop(), client, {"driver", "lock-guard"});
+  for (const auto& cover : mac.world().covers) frames.push_back(cover.frame);
+  mac.desktop().leave(client);
+  return frames;
+}
+
+// The system moves the panels of a display that goes, and leaves them there when it comes back.
+TEST(guard_screens, that_come_back_get_their_covers_back) {
+  const platform::Rect first{0, 0, 1440, 900};
+  const platform::Rect second{1440, 0, 800, 600};
+  const std::string connect = "1s connect display 2 800x600 at 1440,0";
+  EXPECT_EQ(coversAfter({"1s replug display 1"}), std::vector<platform::Rect>{first});
+  EXPECT_EQ(coversAfter({connect, "2s replug display 2"}),
+            (std::vector<platform::Rect>{first, second}));
+  EXPECT_EQ(coversAfter({"1s remove displays", "2s connect display 1 1440x900 scale 2"}),
+            std::vector<platform::Rect>{first});
+}
+
 TEST(guard_screens, that_are_new_count_the_grace_down_with_the_others) {
   EXPECT_EQ(covers({"1500ms connect display 2 800x600 at 1440,0", "4s user key a"},
                    {{"ZENTROVE_COVER_GRACE", "3"}}),

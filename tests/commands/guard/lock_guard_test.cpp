@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/guarded.h"
 #include "tests/support/inside.h"
 
@@ -40,15 +42,24 @@ TEST(lock_guard, covers_holds_and_watches_in_this_order) {
       "cover.measure",
       "cover.measure",
       "cover.show",
+      "tap.can-be-made",
       "tap.create",
       "tap.enable",
+      "tap.is-enabled",
       "loop.start-flow",
+      "loop.go-rounds",
+      "loop.start-flow",
+      "loop.start-flow",
+      "loop.next-item",
+      "ax.trusted",
+      "tap.can-be-made",
+      "tap.is-enabled",
+      "loop.await-round",
   };
-  // What comes before is the start-up of every command.
-  ASSERT_GT(run.calls.size(), calls.size());
-  EXPECT_EQ(
-      std::vector<std::string>(run.calls.end() - static_cast<long>(calls.size()), run.calls.end()),
-      calls);
+  // What comes before is the start-up of every command, what follows are more rounds.
+  const auto first = std::find(run.calls.begin(), run.calls.end(), calls[0]);
+  ASSERT_GT(run.calls.end() - first, static_cast<long>(calls.size()));
+  EXPECT_EQ(std::vector<std::string>(first, first + static_cast<long>(calls.size())), calls);
 }
 
 // Buttons that go down, movements, keys that go down and scrolling, ahead of all other taps.
@@ -70,9 +81,9 @@ TEST(lock_guard, locks_at_a_key_which_it_swallows_and_ends_half_a_second_later) 
     0 ms  policy 5000000/0 prohibited
     0 ms  cover 5000000/8 shown "Zentrove Desk is minding this Mac" "Press any key or move the mouse to lock" "Keeping an eye on things · Go enjoy yourself"
  2000 ms  happening user key a
- 2000 ms  screen 5000000/0 locked
  2000 ms  input key-down 0 LOST: swallowed by a tap
  2000 ms  input key-up 0
+ 2400 ms  screen 5000000/0 locked
 )");
 }
 

@@ -114,7 +114,7 @@ TEST(watch_input, begins_while_the_screen_is_locked) {
 
 // The tap stands at the tail, listens, and has the mask 0x24014EA.
 TEST(watch_input, makes_exactly_these_calls) {
-  TestMac mac(watchedDeskWith({}), {}, Mode::direct);
+  TestMac mac(watchedDeskWith({}, "1500ms"), {}, Mode::direct);
 
   const Result run = watch(mac, {"Notes"});
 
@@ -129,8 +129,10 @@ TEST(watch_input, makes_exactly_these_calls) {
                                                  "process.environment",
                                                  "workspace.applications-with-bundle",
                                                  "workspace.applications",
+                                                 "tap.can-be-made",
                                                  "tap.create",
                                                  "tap.enable",
+                                                 "tap.is-enabled",
                                                  "quartz.seconds-since-last",
                                                  "quartz.seconds-since-last",
                                                  "quartz.seconds-since-last",
@@ -145,7 +147,11 @@ TEST(watch_input, makes_exactly_these_calls) {
                                                  "loader.find-symbol",
                                                  "private.front-process",
                                                  "private.process-pid",
+                                                 "loop.go-rounds",
                                                  "loop.start-flow",
+                                                 "loop.next-item",
+                                                 "tap.can-be-made",
+                                                 "tap.is-enabled",
                                                  "streams.read-available",
                                                  "streams.acquire-output"}));
   EXPECT_EQ(waits(mac), "");
@@ -162,7 +168,7 @@ TEST(watch_input, makes_exactly_these_calls) {
 
 /// What a watcher of Notes asks when this happens, beyond the clock and its output.
 std::string callsFor(const std::string& input) {
-  TestMac mac(watchedDeskWith({"1s " + input}), {}, Mode::direct);
+  TestMac mac(watchedDeskWith({"100ms " + input}, "500ms"), {}, Mode::direct);
   const Result run = watch(mac, {"Notes"});
   std::string calls;
   bool isAfterStart = false;
@@ -183,7 +189,7 @@ TEST(watch_input, asks_only_what_an_event_needs) {
   EXPECT_EQ(callsFor("user scroll 0,1"), "windowserver.windows ");
   EXPECT_EQ(callsFor("user move 1,1"), "");
   EXPECT_EQ(callsFor("user key a tagged"), "");
-  EXPECT_EQ(callsFor("disable taps"), "tap.enable ");
+  EXPECT_EQ(callsFor("disable taps"), "tap.enable tap.can-be-made tap.is-enabled ");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "guard/lock_guard.h"
+#include "guard/guard_tap.h"
 #include "guard/screen_lock.h"
 #include "main/globals.h"
 #include "platform/quartz.h"

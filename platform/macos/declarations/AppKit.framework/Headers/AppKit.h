@@ -218,6 +218,7 @@ typedef NSInteger NSWindowLevel;
 @property BOOL hasShadow;
 @property BOOL ignoresMouseEvents;
 @property BOOL hidesOnDeactivate;
+@property BOOL canHide;
 @property NSWindowCollectionBehavior collectionBehavior;
 @property(nullable, strong) __kindof NSView* contentView;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;

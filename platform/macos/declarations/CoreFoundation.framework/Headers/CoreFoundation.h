@@ -96,6 +96,8 @@ CFArrayRef _Null_unspecified CFLocaleCopyPreferredLanguages(void);
 
 CFRunLoopSourceRef _Null_unspecified CFMachPortCreateRunLoopSource(
     CFAllocatorRef _Nullable allocator, CFMachPortRef _Null_unspecified port, CFIndex order);
+void CFMachPortInvalidate(CFMachPortRef _Null_unspecified port);
+Boolean CFMachPortIsValid(CFMachPortRef _Null_unspecified port);
 
 CFTypeID CFNullGetTypeID(void);
 

@@ -141,6 +141,7 @@ CFMachPortRef _Nullable CGEventTapCreate(CGEventTapLocation tap, CGEventTapPlace
                                          CGEventTapOptions options, CGEventMask eventsOfInterest,
                                          CGEventTapCallBack callback, void* _Nullable userInfo);
 void CGEventTapEnable(CFMachPortRef tap, bool enable);
+bool CGEventTapIsEnabled(CFMachPortRef tap);
 bool CGPreflightListenEventAccess(void);
 
 #pragma clang assume_nonnull end

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string_view>
+
+/// The ways in which a guard ends. Whoever ends it locks the screen first, but for a return while
+/// grace lasts, and leaves the covers for half a second, until the login window shows.
+namespace driver {
+
+/// The user is back: locks the screen, says so, and ends the process soon, while the main flow goes
+/// on. From the tap's callback; up to the lock nothing is allocated and nobody is asked.
+void endAtReturn();
+
+/// The user is back while grace lasts: ends the process soon, without a lock.
+void endInGrace();
+
+/// Locks the screen, says why the guard ends, and ends the process with status 0 half a second
+/// later. Only the first call locks and writes. Main flow only.
+[[noreturn]] void lockAndExit(std::string_view by);
+
+/// From now on any other exit of the process locks too, one that a framework makes for example. An
+/// end that this guard has decided has locked already, or is the user's in grace.
+void lockAtAnyExit();
+
+/// Locks as a process does that dies of a signal.
+void lockInLastAct();
+
+/// For a flow of its own: locks and ends the process when the main flow does not come back from one
+/// of its rounds. Comes back when somebody else is ending it.
+void endWhenMainFlowIsStuck();
+
+}  // namespace driver

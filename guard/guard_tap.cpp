@@ -1,0 +1,106 @@
+#include "guard/guard_tap.h"
+
+#include <cstdint>
+
+#include "guard/grace.h"
+#include "guard/guard_end.h"
+#include "input/input_report.h"
+#include "main/globals.h"
+#include "main/replies.h"
+#include "platform/ax.h"
+#include "platform/loop.h"
+#include "platform/quartz.h"
+
+namespace driver {
+
+namespace {
+
+using quartz::EventType;
+using tap::Kind;
+using tap::Verdict;
+
+// What a user does on purpose. The release of a key or a button is not among it: one that was down
+// when the guard began goes up without anybody's return.
+constexpr std::uint64_t returnMask =
+    tap::maskOf(EventType::leftMouseDown) | tap::maskOf(EventType::rightMouseDown) |
+    tap::maskOf(EventType::otherMouseDown) | tap::maskOf(EventType::mouseMoved) |
+    tap::maskOf(EventType::keyDown) | tap::maskOf(EventType::scrollWheel);
+
+/// Input that was under way when grace began is no answer to it.
+constexpr double firstSeconds = 1;
+
+bool isMovement(const tap::Event& event) {
+  return event.type == static_cast<std::uint32_t>(EventType::mouseMoved);
+}
+
+// At the head: nobody else may act on what is going to be swallowed. The system may take the keys
+// out of a mask that has others too, but it gives no tap of which nothing is left.
+bool makeTap() {
+  if (!tap::canBeMade(Kind::filters, tap::maskOf(EventType::keyDown))) return false;
+  globals().guardTap = tap::create(tap::Place::head, Kind::filters, returnMask, guardVerdict);
+  if (!globals().guardTap) return false;
+  tap::attach(*globals().guardTap);
+  tap::enable(*globals().guardTap);
+  return tap::isEnabled(*globals().guardTap);
+}
+
+bool isEnding() { return globals().guardRelocking || globals().guardExiting; }
+
+// The system may go on trusting a process to which it gives no taps any more. A tap without the
+// permission holds up all that the user does until its process has gone: nothing more is tried.
+void endUnlessPermitted() {
+  const bool isPermitted = ax::trusted() && tap::canBeMade(Kind::filters, tap::noEvents);
+  if (!isPermitted) lockAndExit("loop");
+}
+
+void endUnlessEnabled() {
+  if (!isEnding() && !tap::isEnabled(*globals().guardTap)) lockAndExit("loop");
+}
+
+/// Looks whether the tap works. The system's notice that it has disabled the tap may be on its way:
+/// then there is a second look.
+void makeRound() {
+  if (isEnding()) return;
+  endUnlessPermitted();
+  if (!tap::isEnabled(*globals().guardTap)) {
+    loop::scheduleOnMain(noticePatience, 1, endUnlessEnabled);
+  }
+}
+
+void meetNotice() {
+  tap::enable(*globals().guardTap);
+  makeRound();
+}
+
+}  // namespace
+
+void watchForReturn() {
+  if (!makeTap()) {
+    fail("cannot watch for the user's return: accessibility permission is missing");
+  }
+}
+
+void lookAfterTap() {
+  loop::goRounds(betweenLooks, makeRound);
+  // The questions themselves may never come back.
+  loop::startTask(endWhenMainFlowIsStuck);
+}
+
+Verdict guardVerdict(const tap::Event& event) {
+  if (isDisabledNotice(event)) {
+    if (globals().guardTap) meetNotice();
+    return Verdict::pass;
+  }
+  // The agent goes on working behind the cover: its input is no return, and must reach its target.
+  if (!isUsersInput(event)) return Verdict::pass;
+  if (globals().guardRelocking || globals().guardExiting) return Verdict::swallow;
+  const GraceTime grace = hasGrace() ? graceTime() : GraceTime();
+  if (grace.left <= 0) {
+    endAtReturn();
+  } else if (!isMovement(event) && grace.passed >= firstSeconds) {
+    endInGrace();
+  }
+  return Verdict::swallow;
+}
+
+}  // namespace driver

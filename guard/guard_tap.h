@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/event_tap.h"
+
+/// The guard's tap, by which it watches for the user's return. Main flow only.
+namespace driver {
+
+/// Watches the user's input with `guardVerdict` from now on. Fails when the system gives no tap, or
+/// one that does not work.
+void watchForReturn();
+
+/// Sees to it from now on that the tap works, once a second and from a flow of its own: a tap that
+/// does not work any more locks and ends the guard.
+void lookAfterTap();
+
+/// What becomes of an event of the guard's tap. The user's return ends the guard: it locks the
+/// screen or, while grace lasts, does not. Up to the lock nothing is allocated and nobody is asked,
+/// but for the clocks while grace may last.
+tap::Verdict guardVerdict(const tap::Event& event);
+
+}  // namespace driver
