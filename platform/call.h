@@ -47,6 +47,9 @@ class Channel {
 
   /// Ends it by a signal, likewise.
   [[noreturn]] virtual void dieBySignal(int signal) = 0;
+
+  /// The process has met a fatal signal. From now on only the calling flow makes calls.
+  virtual void beginLastAct() {}
 };
 
 }  // namespace platform

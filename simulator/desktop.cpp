@@ -128,7 +128,9 @@ void Desktop::advanceTo(Microseconds time) {
 /// The clock moves on, with what happens by itself in applications.
 void Desktop::passTo(Microseconds time) {
   if (time > mac_.now) {
-    for (const auto& rules : rules_) rules->beforeTimePasses(violations_);
+    for (const auto& rules : rules_) {
+      if (rules) rules->beforeTimePasses(violations_);
+    }
   }
   settleWrites(mac_.world, time);
   mac_.now = std::max(mac_.now, time);

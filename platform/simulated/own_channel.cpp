@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <fstream>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -81,8 +82,8 @@ constexpr std::int32_t callWithoutMac = -1;
 /// The connection of the calling flow; each has its own.
 thread_local int flowDescriptor = -1;
 
-/// The calling flow is in the middle of a call.
-thread_local bool isExchanging = false;
+/// The calling flow is the last that the process has, and has met a fatal signal.
+thread_local bool isLast = false;
 
 /// The calling flow is the one that ends the process.
 thread_local bool endsProcess = false;
@@ -92,8 +93,7 @@ class JoinedChannel : public platform::Channel {
   explicit JoinedChannel(std::string path) : path_(std::move(path)) {}
 
   Datum call(platform::Call call) override {
-    // Only a fault of the process gets here in the middle of a call, or before a flow is connected.
-    if (isExchanging || flowDescriptor < 0) return callInLastAct(std::move(call));
+    if (isLast) return callInLastAct(std::move(call));
     const bool endsLine = lineOpen_ && call.function == Function::writeOutput;
     if (call.function == Function::writeOutput) noteOutput(call);
     if (auto answer = tryExchange(frameOfCall(std::move(call)))) return std::move(*answer);
@@ -104,14 +104,18 @@ class JoinedChannel : public platform::Channel {
 
   platform::Pid ownPid() const override { return pid_; }
 
+  // The thread is there before the Mac hears of its flow, and time there stands still until it
+  // comes.
   void startFlow(std::function<void()> body) override {
-    const auto flow = driver::unpack<std::int64_t>(call({Function::startFlow, {}}));
-    std::thread([this, flow, body = std::move(body)] {
-      enter(Datum(Datum::List{Datum(std::string("flow")), driver::pack(pid_), Datum(flow)}));
+    std::promise<std::int64_t> number;
+    std::thread([this, told = number.get_future(), body = std::move(body)]() mutable {
+      const Datum flow(told.get());
+      enter(Datum(Datum::List{Datum(std::string("flow")), driver::pack(pid_), flow}));
       body();
       call({Function::endFlow, {}});
       close(flowDescriptor);
     }).detach();
+    number.set_value(driver::unpack<std::int64_t>(call({Function::startFlow, {}})));
   }
 
   // By a thread that waits for them, since a handler may make no call: it could meet one half made.
@@ -139,6 +143,16 @@ class JoinedChannel : public platform::Channel {
     tryExchange(frameOfCall({Function::exit, {driver::pack(status)}}));
     if (state().hasFlows) std::_Exit(status);  // nothing is destroyed under flows that still run
     std::exit(status);
+  }
+
+  // By a connection of its own: the flow may be in the middle of a call, and another of the process
+  // may be the one whose turn it is.
+  void beginLastAct() override {
+    isLast = true;
+    beginEnd();
+    flowDescriptor = connectToSocket(path_);
+    if (flowDescriptor < 0) return;
+    tryExchange(Datum(Datum::List{Datum(std::string("last act")), driver::pack(pid_)}));
   }
 
   void dieBySignal(int signal) override {
@@ -169,23 +183,13 @@ class JoinedChannel : public platform::Channel {
   }
 
   static std::optional<Datum> tryExchange(const Datum& message) {
-    isExchanging = true;
-    std::optional<Datum> answer;
-    if (writeFrame(flowDescriptor, message)) answer = readFrame(flowDescriptor);
-    isExchanging = false;
-    return answer;
+    if (!writeFrame(flowDescriptor, message)) return std::nullopt;
+    return readFrame(flowDescriptor);
   }
 
-  /// Makes a call by a connection of its own, which takes the place of all the process's flows.
-  Datum callInLastAct(platform::Call call) {
-    beginEnd();
-    flowDescriptor = connectToSocket(path_);
-    const Datum greeting(Datum::List{Datum(std::string("last act")), driver::pack(pid_)});
-    std::optional<Datum> answer;
-    if (flowDescriptor >= 0 && tryExchange(greeting)) {
-      answer = tryExchange(frameOfCall(std::move(call)));
-    }
-    isExchanging = true;  // as it is for whoever has been interrupted
+  /// That nobody answers is no failure: the process dies in any case.
+  static Datum callInLastAct(platform::Call call) {
+    auto answer = tryExchange(frameOfCall(std::move(call)));
     return answer ? std::move(*answer) : driver::pack(callWithoutMac);
   }
 

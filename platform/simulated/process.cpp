@@ -24,6 +24,13 @@ bool claimTheEnd() {
   return *state().ending == std::this_thread::get_id();
 }
 
+void (*lastActOfProcess)() = nullptr;
+
+void act() {
+  simulated::channel().beginLastAct();
+  lastActOfProcess();
+}
+
 }  // namespace
 
 std::optional<std::string> environment(const char* name) {
@@ -71,7 +78,9 @@ void ignoreStops() {
 }
 
 void onFatalSignal(void (*lastAct)()) {
-  if (!simulated::channel().keepsOutput()) posix::onFatalSignal(lastAct);
+  if (simulated::channel().keepsOutput()) return;
+  lastActOfProcess = lastAct;
+  posix::onFatalSignal(act);
 }
 
 std::string fullUserName() { return askFor<std::string>(Function::fullUserName); }

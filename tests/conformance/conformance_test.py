@@ -116,11 +116,13 @@ class StoredReplies(InFolder):
                          {path.name for path in self.replies.iterdir()})
 
     def test_do_not_hide_that_the_users_state_has_changed(self):
-        self.write_scenarios({"name": "locking", "steps": ["lock-now"]})
+        self.write_scenarios({"name": "locking", "steps": ["lock-now", "session"]})
         for path in self.replies.iterdir():
             path.unlink()
         (self.replies / "locking.json").write_text(
-            json.dumps([{"step": "lock-now", "status": 0, "reply": {"ok": True}}]))
+            json.dumps([{"step": "lock-now", "status": 0, "reply": {"ok": True}},
+                        {"step": "session", "status": 0,
+                         "reply": {"locked": True, "ok": True, "onConsole": True}}]))
         for more in ([], ["--update"]):
             status, output = run(*more, *self.options)
             self.assertEqual(1, status)
@@ -260,6 +262,9 @@ class StubDesk:
     def __init__(self, *replies):
         self.replies = list(replies)
 
+    def wait_a_moment(self):
+        pass
+
     def windows(self):
         return {"pid": 400}
 
@@ -276,10 +281,9 @@ class Patience(unittest.TestCase):
 
     def play(self, step, *replies):
         desk = StubDesk(*replies)
-        side = mock.Mock(patience_seconds=5 if len(replies) > 1 else 0)
+        side = mock.Mock(polls_max=2)
         stored = [{"step": step, "status": 0, "reply": {"ok": True, "menus": ["File"]}}]
-        with mock.patch("player.POLL_SECONDS", 0):
-            entries = Player(side, desk, LAYOUT, stored).play({"steps": [step]})
+        entries = Player(side, desk, LAYOUT, stored).play({"steps": [step]})
         return [entry["reply"] for entry in entries], len(desk.replies)
 
     def test_asks_again_what_changes_nothing(self):
@@ -288,7 +292,8 @@ class Patience(unittest.TestCase):
 
     def test_ends(self):
         early = {"ok": True, "menus": []}
-        self.assertEqual(([early], 0), self.play("ax-menubar FIXTURE", early))
+        self.assertEqual(([early], 1),
+                         self.play("ax-menubar FIXTURE", early, early, early, early))
 
     def test_never_does_a_thing_twice(self):
         refused = {"ok": False, "error": "no element"}

@@ -4,11 +4,10 @@ import shlex
 import signal
 import struct
 import threading
-import time
 
 from mac import SECONDS_MAX, Talk
 from normalise import Normaliser
-from sides import APPLICATION, APPLICATION_NAME, POLL_SECONDS
+from sides import APPLICATION, APPLICATION_NAME
 
 # Commands that change nothing: they may be asked again.
 READING = {"ax-list", "ax-dump", "ax-find-text", "ax-texts-at", "ax-at", "ax-match", "ax-focused",
@@ -35,7 +34,7 @@ def picture_fits(path, rect):
 
 class Player:
     """One scenario on one side. `expected` are the stored entries, or None: what reads is asked
-    again until it says what is stored, as long as the side's patience lasts."""
+    again until it says what is stored, as often as the side's patience lasts."""
 
     def __init__(self, side, desk, layout, expected):
         self._side = side
@@ -85,13 +84,13 @@ class Player:
         words = self._words(step["run"])
         environment.update(step.get("environment", {}))
         is_reading = bool(words) and words[0] in READING
-        deadline = time.monotonic() + (self._side.patience_seconds if is_reading else 0)
         stored = self._stored()
-        while True:
-            entry = self._entry(step, words, self._desk.driver(*words, **environment))
-            if entry == stored or time.monotonic() >= deadline:
+        entry = self._entry(step, words, self._desk.driver(*words, **environment))
+        for _ in range(self._side.polls_max if is_reading else 0):
+            if entry == stored:
                 break
-            time.sleep(POLL_SECONDS)
+            self._desk.wait_a_moment()
+            entry = self._entry(step, words, self._desk.driver(*words, **environment))
         self._entries.append(entry)
 
     def _stored(self):

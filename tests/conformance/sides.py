@@ -50,10 +50,13 @@ def world(layout, options):
 
 
 class SimulatedDesk(Mac, Desk):
-    """The fixture as a world, in virtual time: every read sees what has become of the last step."""
+    """The fixture as a world, in virtual time."""
 
     def __init__(self, layout, options):
         super().__init__(world(layout, options))
+
+    def wait_a_moment(self):
+        self.tell("advance", f"{POLL_SECONDS * 1000:.0f}ms")
 
     def user_state(self):
         """All that is the user's own, which no scenario may change."""
@@ -68,8 +71,8 @@ class Simulated:
     """A simulated Mac of its own for each scenario."""
 
     summary = "simulated side only: nothing here has run on a Mac"
-    # Nothing happens between two steps.
-    patience_seconds = 0
+    # The login window shows some time after a lock: nothing else takes its time.
+    polls_max = 5
     # Nobody but driver writes to its standard error.
     is_quiet = True
 
@@ -117,6 +120,9 @@ class MacDesk(Desk):
     def driver(self, *arguments, **environment):
         return run_driver(arguments, {**self.environment, **environment})
 
+    def wait_a_moment(self):
+        time.sleep(POLL_SECONDS)
+
     def user_state(self):
         """The application in front, and the text on the clipboard. The pointer is left out: it
         moves when the user moves it."""
@@ -136,7 +142,7 @@ class RealMac:
 
     summary = "run on this Mac"
     # An application shows what was done to it when it comes to that.
-    patience_seconds = 5
+    polls_max = 50
     is_quiet = False
 
     def __init__(self, bundle):

@@ -33,7 +33,7 @@ TEST(control, explains_its_usage) {
       failure(
           "usage: simulated-mac run|serve|screenshot|state|journal|trace|violations|fault|advance|"
           "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-          "request|end-loop|stop|withdraw|disable ...; "
+          "replug|request|end-loop|stop|withdraw|silence|invalidate|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(seen(run({path, "run", "world"})),
             failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
@@ -65,9 +65,9 @@ TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
   const std::string calls = seen(run({path, "help", "calls"}));
 
   EXPECT_EQ(calls.substr(0, calls.find("1       ")),
-            "0 NUMBER  CALL                                ANSWER                  OUTCOMES\n"
-            "0       loop.uptime                         fixed                   before\n");
-  EXPECT_NE(calls.find("\n76      share.screenshot                    platform error or none  "
+            "0 NUMBER  CALL                                ANSWER                   OUTCOMES\n"
+            "0       loop.uptime                         fixed                    before\n");
+  EXPECT_NE(calls.find("\n76      share.screenshot                    platform error or none   "
                        "thrown, late, before\n"),
             std::string::npos)
       << calls;

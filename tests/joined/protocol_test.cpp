@@ -177,7 +177,8 @@ TEST(protocol, no_function_is_upset_by_arguments_of_any_kind) {
     }
   }
 
-  // One of them locks the screen.
+  // One of them locks the screen, which shows a moment later.
+  mac.command({"advance", "1s"});
   EXPECT_EQ(seen(mac.driver({"session"})), "0 {\"locked\":true,\"ok\":true,\"onConsole\":true}\n");
 }
 
