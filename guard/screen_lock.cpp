@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "main/ending.h"
 #include "main/replies.h"
 #include "platform/loader.h"
 #include "platform/types.h"
@@ -33,6 +34,7 @@ bool lockScreenNow() { return lockEntry != nullptr && lockEntry() == platform::s
 
 void lockNowCommand(const Arguments& /*arguments*/) {
   prepareScreenLock();
+  holdBackIfEnding();
   emit({{"ok", lockScreenNow()}});
 }
 

@@ -99,13 +99,14 @@ Events eventsOf(const KeyCombination& keys) {
 bool postKeys(const KeyCombination& keys, const KeyboardInput& input) {
   const Events events = eventsOf(keys);
   const auto key = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2 - 1);
-  const auto post = [&](const auto& event) { return postTarget(event, input.pid()); };
   input.requireKeyboard();
-  std::for_each(events.begin(), key, post);
+  Press press(input.pid());
+  std::for_each(events.begin(), key, [&](const auto& event) { press.down(event); });
   // The modifiers took their time. By themselves they do nothing, wherever they go.
-  const bool isWithheld = key != events.begin() && !input.mayGoOn();
-  const bool isPosted = !isWithheld && post(*key);
-  std::for_each(isWithheld ? key + 2 : key + 1, events.end(), post);
+  const bool isWithheld = key != events.begin() && !isEnding() && !input.mayGoOn();
+  const bool isPosted = !isWithheld && press.down(*key);
+  std::for_each(isWithheld ? key + 2 : key + 1, events.end(),
+                [&](const auto& event) { press.up(event); });
   if (isWithheld) throw KeyboardTaken();
   return isPosted;
 }

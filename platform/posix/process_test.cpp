@@ -47,6 +47,34 @@ TEST(acceptsNullSignal, tells_a_running_process_from_one_that_has_gone) {
   EXPECT_FALSE(posix::acceptsNullSignal(endedProcess()));
 }
 
+TEST(isIgnored, tells_what_the_process_was_started_with) {
+  const Ending ending = endingOf([](int) {
+    signal(SIGHUP, SIG_IGN);
+    _exit(posix::isIgnored(SIGHUP) && !posix::isIgnored(SIGTERM) ? 0 : 1);
+  });
+  EXPECT_EQ(ending.exitStatus, 0);
+}
+
+TEST(onEndingSignal, calls_its_handler_with_the_first_and_lets_the_next_one_end_the_process) {
+  const Ending ending = endingOf([](int out) {
+    posix::onEndingSignal({SIGTERM, SIGINT}, [out](int number) {
+      if (write(out, number == SIGINT ? "int" : "other", 3) != 3) _exit(1);
+      kill(getpid(), SIGTERM);
+    });
+    kill(getpid(), SIGINT);
+    for (;;) pause();
+  });
+  EXPECT_EQ(ending, (Ending{.signal = SIGTERM, .output = "int"}));
+}
+
+TEST(onEndingSignal, of_no_signals_leaves_all_as_they_are) {
+  const Ending ending = endingOf([](int) {
+    posix::onEndingSignal({}, [](int) {});
+    raise(SIGTERM);
+  });
+  EXPECT_EQ(ending.signal, SIGTERM);
+}
+
 TEST(ownPid, is_this_process) { EXPECT_EQ(posix::ownPid(), getpid()); }
 
 TEST(currentDirectory, is_absolute_and_follows_a_change) {

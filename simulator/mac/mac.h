@@ -29,6 +29,13 @@ struct Timer {
   std::int64_t left = 0;  // how often it is still due
 };
 
+/// A signal by which somebody has told a process to end.
+struct ToldToEnd {
+  int signal = 0;
+  Microseconds at = 0;
+  bool fromOutside = false;  // of the Mac: the process knew of it before the Mac did
+};
+
 /// A process that uses the Mac.
 struct Client {
   Pid pid = 0;
@@ -46,6 +53,8 @@ struct Client {
   std::deque<platform::WireItem> items;
   std::vector<Timer> timers;  // in the order of their starting
   std::set<int> handledSignals;
+  std::set<int> endingSignals;  // the first of which is to be told to the process
+  std::optional<ToldToEnd> told;
   std::deque<platform::WireStop> stops;  // streams that the system stopped
 
   // Standard input and output, as far as the Mac keeps them.
