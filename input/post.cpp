@@ -48,6 +48,12 @@ bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Ro
   return postNow(*event, pid, postPrivately, routes.publicRoute);
 }
 
+void postRelease(const std::optional<quartz::Event>& event, platform::Pid pid) {
+  if (!event || !isCaptureAlive() || !sessionUsable()) return;
+  const Routes routes;
+  postNow(*event, pid, privatePost(*event, routes), routes.publicRoute);
+}
+
 bool Press::down(const std::optional<quartz::Event>& event, Routes routes) {
   const bool may = mayActNow();
   const Sky::PostToPid postPrivately = may && event ? privatePost(*event, routes) : nullptr;

@@ -25,6 +25,10 @@ bool mayActNow();
 /// process, the calling one is held back for good.
 bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
 
+/// Posts an event that lets something go, on the public route, also in a process that is ending:
+/// withheld when the capture service has gone or the session is not usable, which nobody is told.
+void postRelease(const std::optional<quartz::Event>& event, platform::Pid pid);
+
 /// What goes down and comes up again, the last one first: one act as long as the object lives, so
 /// that nothing stays down in a process that is told to end.
 class Press {

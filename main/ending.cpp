@@ -62,6 +62,14 @@ bool runOneUndo() {
   return true;
 }
 
+/// False when the process is ending: whose undo is the newest then, nobody knows.
+bool mayForgetNewestUndo() {
+  const std::lock_guard lock(globals().mutex);
+  if (globals().ending) return false;
+  globals().pendingUndos.pop_back();
+  return true;
+}
+
 /// Each of them ends by itself: an undo waits for no application.
 void awaitUndos() {
   while (undosAreUnderWay()) loop::sleepMicroseconds(pollMicroseconds);
@@ -109,6 +117,10 @@ void pushUndo(std::function<void()> undo) {
 void runNewestUndo() {
   // An undo that is gone was run by a flow that ends the process: this one has no more to say.
   if (!runOneUndo()) loop::suspend();
+}
+
+void forgetNewestUndo() {
+  if (!mayForgetNewestUndo()) loop::suspend();
 }
 
 void runPendingUndos() {

@@ -41,8 +41,12 @@ void awaitActs(std::uint32_t microseconds = endingMicroseconds);
 
 /// Notes what the frame that begins here must undo. The frame calls `runNewestUndo` when it is
 /// left; should the process end before, by `fail` or by another flow, the undo runs then. It runs
-/// once in any case. It posts no input events and makes no accessibility call.
+/// once in any case. It presses nothing and makes no accessibility call.
 void pushUndo(std::function<void()> undo);
+
+/// Forgets the newest undo, which the frame does not need any more. In an ending process it stays,
+/// and the calling flow is held back for good.
+void forgetNewestUndo();
 
 /// Runs and forgets the newest undo. When another flow that ends the process has done so, the
 /// calling flow is held back for good.

@@ -15,9 +15,10 @@ namespace {
 constexpr std::array allEndingSignals = {process::Signal::terminate, process::Signal::interrupt,
                                          process::Signal::hangUp};
 
-// Together with giving focus back (40 ms) they are `endingMicroseconds`. The longest act, ten keys
-// of which half are down, needs half of the first.
-constexpr std::uint32_t actMicroseconds = 150'000;
+// Together with letting four modifiers go (48 ms) and giving focus back (40 ms) they are less than
+// `endingMicroseconds`. The longest act that waits for nobody, ten keys of which half are down,
+// takes 72 ms.
+constexpr std::uint32_t actMicroseconds = 100'000;
 constexpr std::uint32_t lineMicroseconds = 50'000;
 
 bool hasReplied() {

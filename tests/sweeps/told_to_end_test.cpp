@@ -80,8 +80,10 @@ std::vector<Scenario> scenarios() {
       {"focus_release", {"focus-release", "41", "7"}},
       {"key", {"bg-key", "Mail", "ctrl+shift+a"}},
       {"chord", {"bg-key", "Chat", "cmd+shift+alt+ctrl+x"}},
+      {"chord_in_front", {"bg-key", "Browser", "cmd+shift+alt+ctrl+x"}},
       {"shortcut", {"bg-key", "Notes", "cmd+s"}},
       {"text", {"bg-type", "Mail", "one, two and three and four\nfive"}},
+      {"text_in_front", {"bg-type", "Browser", "one\ntwo"}},
       {"text_in_chromium", {"bg-type", "Chat", "a"}},
       {"paste", {"bg-paste-files", "Mail", "/a.txt"}},
       {"paste_by_keys", {"bg-paste-files", "Chat", "/a.txt"}},
@@ -187,6 +189,34 @@ TEST_P(told_to_end, while_the_application_hangs_breaks_no_rule) {
     const Result ended = run(mac, GetParam());
     checkEnding(ended, SIGTERM, undisturbed);
     EXPECT_TRUE(undisturbed.elapsed <= at || ended.elapsed <= at + 550'000) << ended.elapsed;
+  }
+}
+
+/// The application that a scenario is about; Notes for those that are about none.
+std::string targetOf(const Scenario& scenario) {
+  for (const auto& application : world().applications) {
+    if (scenario.arguments.size() > 1 && scenario.arguments[1] == application.name) {
+      return scenario.arguments[1];
+    }
+  }
+  return "Notes";
+}
+
+/// The application stops answering while the run is under way, between keys that go down too.
+TEST_P(told_to_end, while_the_application_hangs_from_any_call_on_breaks_no_rule) {
+  TestMac recorded(world(), {}, Mode::direct);
+  const Result undisturbed = run(recorded, GetParam());
+  const std::size_t calls = recorded.desktop().trace().size();
+  for (std::size_t call = 1; call <= calls; ++call) {
+    const std::string fault =
+        "any " + std::to_string(call) + " before hang " + targetOf(GetParam());
+    SCOPED_TRACE(fault);
+    simulator::World scripted = world();
+    scripted.script.push_back({4'000'000, simulator::parseHappening("signal 15", scripted)});
+    TestMac mac(std::move(scripted), {simulator::parseFault(fault, world())}, Mode::direct);
+    const Result ended = run(mac, GetParam());
+    EXPECT_LE(ended.elapsed, 4'550'000);
+    if (HasFailure()) return;
   }
 }
 
