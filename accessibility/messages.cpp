@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "input/sky.h"
+#include "main/ending.h"
 #include "main/globals.h"
 #include "platform/loop.h"
 
@@ -101,12 +102,14 @@ std::optional<ax::Element> elementAt(const ax::Element& application, platform::P
 }
 
 ax::Error perform(const ax::Element& element, const char* action) {
+  holdBackIfEnding();
   const Acted acted =
       deliver(element, Acted{notSent}, [&] { return Acted{ax::perform(element, action)}; });
   return acted.outcome.error;
 }
 
 ax::Error setAttribute(const ax::Element& element, const char* name, const ax::Value& value) {
+  holdBackIfEnding();
   const Acted acted = deliver(element, Acted{notSent},
                               [&] { return Acted{ax::setAttribute(element, name, value)}; });
   return acted.outcome.error;

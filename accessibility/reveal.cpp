@@ -8,6 +8,7 @@
 #include "accessibility/element.h"
 #include "accessibility/info.h"
 #include "accessibility/messages.h"
+#include "main/ending.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
 #include "platform/workspace.h"
@@ -34,6 +35,11 @@ std::string titleOf(const ax::Element& window) {
   return titles.empty() ? "" : titles.front();
 }
 
+bool unhides(platform::Pid pid) {
+  holdBackIfEnding();
+  return workspace::unhide(pid);
+}
+
 }  // namespace
 
 void revealCommand(const Arguments& arguments) {
@@ -44,7 +50,7 @@ void revealCommand(const Arguments& arguments) {
   }
   Value::List did;
   // An unhidden application shows its windows where they were, behind the others.
-  if (app->hidden && workspace::unhide(app->pid)) did.emplace_back("unhid");
+  if (app->hidden && unhides(app->pid)) did.emplace_back("unhid");
   const std::vector<ax::Element> windows = axWindows(axApp(app->pid));
   if (areAllMinimized(windows)) {
     const ax::Element& first = windows.front();

@@ -55,6 +55,8 @@ class OwnMac : public platform::Channel {
   platform::Pid ownPid() const override { return desktop_.client(0).pid; }
   void startFlow(std::function<void()> body) override { std::thread(std::move(body)).detach(); }
   void watchSignals(const std::vector<int>& /*numbers*/) override {}
+  void awaitEndingSignal(const std::vector<int>& /*numbers*/,
+                         std::function<void(int)> /*handler*/) override {}
   bool keepsOutput() const override { return false; }
   void exit(int status) override { _exit(status); }
   void dieBySignal(int /*signal*/) override { _exit(1); }

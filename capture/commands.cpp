@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "capture/window_capture.h"
 #include "input/pointer.h"
+#include "main/ending.h"
 #include "main/globals.h"
 #include "platform/loop.h"
 #include "platform/process.h"
@@ -49,6 +50,7 @@ Reply captureProbeReply(const Arguments& /*arguments*/) {
     share::Configuration configuration;
     configuration.width = probeSide;
     configuration.height = probeSide;
+    holdBackIfEnding();
     share::screenshot(content, share::DisplayFilter{content.displays.front().id}, configuration);
     return {{"ok", true}};
   } catch (const platform::PlatformError& error) {

@@ -10,12 +10,15 @@
 
 namespace driver {
 
-void requireCaptureAlive() {
+bool isCaptureAlive() {
   const std::optional<std::string> value = process::environment("CU_CAPTURE_PID");
   const std::optional<std::int32_t> pid = value ? parseInt32(*value) : std::nullopt;
   // A malformed id disables the check rather than all input: no client of a service writes one.
-  if (!pid || process::acceptsNullSignal(*pid)) return;
-  fail("native screen sharing stopped; background input is disabled");
+  return !pid || process::acceptsNullSignal(*pid);
+}
+
+void requireCaptureAlive() {
+  if (!isCaptureAlive()) fail("native screen sharing stopped; background input is disabled");
 }
 
 }  // namespace driver

@@ -1,6 +1,5 @@
 #include "capture/service.h"
 
-#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,6 +13,7 @@
 #include "main/ending.h"
 #include "main/globals.h"
 #include "main/replies.h"
+#include "main/told_to_end.h"
 #include "platform/loop.h"
 #include "platform/process.h"
 #include "platform/streams.h"
@@ -21,9 +21,6 @@
 namespace driver {
 
 namespace {
-
-constexpr std::array endingSignals = {process::Signal::terminate, process::Signal::interrupt,
-                                      process::Signal::hangUp};
 
 /// What a session was opened for.
 struct SessionScope {
@@ -138,7 +135,7 @@ void captureServiceCommand(const Arguments& arguments) {
   }
   // Whatever ends the process, by `fail` too: the focus that it holds must not stay behind.
   process::onExit(releaseAllInputFocus);
-  process::handleSignals(endingSignals, endBySignal);
+  process::handleSignals(endingSignals(), endBySignal);
   globals().sharesOutput = true;
   loop::startTask([program = arguments[0]] { CaptureService(program).serve(); });
   loop::park();

@@ -48,7 +48,10 @@ TEST(shared_window, is_found_by_number_and_process) {
 class largest_shared_window : public testing::Test {
  protected:
   // Only the window scope is asked for.
-  largest_shared_window() { initialise({"driver", "inside"}); }
+  largest_shared_window() {
+    renewGlobals();
+    initialise({"driver", "inside"});
+  }
 
   static platform::WindowNumber largestOf(const std::vector<share::Window>& windows) {
     const share::Window* largest = largestSharedWindow(windows, 41);

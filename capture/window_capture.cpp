@@ -9,6 +9,7 @@
 #include "base/geometry.h"
 #include "capture/choice.h"
 #include "capture/window_image.h"
+#include "main/ending.h"
 #include "main/state_queries.h"
 #include "platform/image.h"
 #include "platform/share.h"
@@ -99,13 +100,19 @@ image::Image pictureOf(const share::Content& content, const Scene& scene) {
       Rect{scene.area.x - scene.display.frame.x, scene.area.y - scene.display.frame.y,
            scene.area.width, scene.area.height};
   configuration.backgroundGrey = backgroundGrey;
+  holdBackIfEnding();
   return share::screenshot(content, filter, configuration);
+}
+
+bool replacesFile(const std::string& path, const platform::Bytes& contents) {
+  const Act act;  // half of it would leave the new file beside the old one
+  return streams::replaceFile(path, contents);
 }
 
 void writePicture(const image::Image& picture, const std::string& path) {
   // Whole, then in place of the old one: nobody reads half a picture, and a failure leaves the old.
   const std::optional<platform::Bytes> encoded = image::png(picture);
-  if (!encoded || !streams::replaceFile(path, *encoded)) fail("cannot write " + path);
+  if (!encoded || !replacesFile(path, *encoded)) fail("cannot write " + path);
 }
 
 Reply replyFor(const workspace::Application& app, const Scene& scene) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/geometry.h"
+#include "main/ending.h"
 #include "platform/image.h"
 #include "platform/share.h"
 
@@ -31,6 +32,7 @@ std::optional<platform::Bytes> windowImage(platform::WindowNumber number) {
     share::Configuration configuration;
     configuration.width = pixelCount(window->frame.width / 2);
     configuration.height = pixelCount(window->frame.height / 2);
+    holdBackIfEnding();
     return image::pixels(share::screenshot(content, share::WindowFilter{number}, configuration));
   } catch (const platform::PlatformError&) {
     return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "main/ending.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "platform/loader.h"
@@ -62,6 +63,7 @@ std::optional<bool> lockAcceptedWithin(std::uint32_t microseconds) {
 
 void lockNowCommand(const Arguments& /*arguments*/) {
   prepareScreenLock();
+  holdBackIfEnding();
   emit({{"ok", lockScreenNow()}});
 }
 

@@ -40,8 +40,9 @@ void postPiece(std::u16string_view piece, KeyboardInput& input) {
   if (!down) up.reset();
   if (!up) down.reset();
   input.requireKeyboard();
-  if (postTarget(down, input.pid())) input.noteTyped(piece.size());
-  postTarget(up, input.pid());
+  Press press(input.pid());
+  if (press.down(down)) input.noteTyped(piece.size());
+  press.up(up);
 }
 
 }  // namespace

@@ -120,7 +120,10 @@ void focusReleaseCommand(const Arguments& arguments) {
   const std::optional<std::uint32_t> window = parseUint32(arguments[3]);
   if (!pid || *pid <= 0 || !window) fail(std::string(invalidFocusRelease));
   // Not this process's own hold: it serves one that was killed, and takes the caller's word for it.
-  takeFocusBack(FocusGiver::hold, *pid, *window);
+  {
+    const Act act;
+    takeFocusBack(FocusGiver::hold, *pid, *window);
+  }
   emit({{"ok", true}});
 }
 

@@ -96,19 +96,28 @@ std::optional<Reply> typeInKeyWindow(const KeyboardTarget& target, const Keyboar
   return refusalOf(unlessTaken, input);
 }
 
-std::optional<Reply> typeInBackground(const KeyboardTarget& target,
-                                      const std::optional<ax::Element>& focused,
-                                      const KeyboardAction& action) {
-  if (!inputFocusHeld(target.pid) && !Sky::focus(target.pid, target.window, true)) {
-    return refusal("background keyboard focus is unavailable on this macOS");
-  }
-  // One answer decides on both, the window's focus and the field's. Shared with the undo, which may
-  // outlive this frame.
-  const auto isInBackground = std::make_shared<bool>(false);
+/// Gives the window focus, and notes that it must be taken back. `isInBackground` becomes what is
+/// found then: that the process is not in front.
+bool beginsKeyboardFocus(const KeyboardTarget& target,
+                         const std::shared_ptr<bool>& isInBackground) {
+  const Act act;  // until it is noted, nobody could take the focus back
+  if (!inputFocusHeld(target.pid) && !Sky::focus(target.pid, target.window, true)) return false;
   // Also of focus that is held: the hold may end before this does.
   pushUndo([target, isInBackground] {
     *isInBackground = takeFocusBack(FocusGiver::keyboardInput, target.pid, target.window);
   });
+  return true;
+}
+
+std::optional<Reply> typeInBackground(const KeyboardTarget& target,
+                                      const std::optional<ax::Element>& focused,
+                                      const KeyboardAction& action) {
+  // One answer decides on both, the window's focus and the field's. Shared with the undo, which may
+  // outlive this frame.
+  const auto isInBackground = std::make_shared<bool>(false);
+  if (!beginsKeyboardFocus(target, isInBackground)) {
+    return refusal("background keyboard focus is unavailable on this macOS");
+  }
   std::optional<Reply> refused = typeInKeyWindow(target, action);
   loop::sleepMicroseconds(focusPauseMicroseconds);
   runNewestUndo();

@@ -14,6 +14,7 @@
 #include "accessibility/walk.h"
 #include "input/key_codes.h"
 #include "input/post.h"
+#include "main/ending.h"
 #include "main/replies.h"
 #include "platform/ax.h"
 #include "platform/loop.h"
@@ -95,17 +96,30 @@ Events eventsOf(const KeyCombination& keys) {
   return events;
 }
 
+/// Asks whether the key may follow its modifiers, which are down. An application that hangs is
+/// waited for: a process that ends meanwhile lets them go by `releases`.
+bool mayFollow(const Events& releases, const KeyboardInput& input) {
+  pushUndo([releases, pid = input.pid()] {
+    for (const auto& release : releases) postRelease(release, pid);
+  });
+  const bool may = input.mayGoOn();
+  forgetNewestUndo();
+  return may;
+}
+
 /// True when the key itself was posted.
 bool postKeys(const KeyCombination& keys, const KeyboardInput& input) {
   const Events events = eventsOf(keys);
   const auto key = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2 - 1);
-  const auto post = [&](const auto& event) { return postTarget(event, input.pid()); };
   input.requireKeyboard();
-  std::for_each(events.begin(), key, post);
+  Press press(input.pid());
+  std::for_each(events.begin(), key, [&](const auto& event) { press.down(event); });
   // The modifiers took their time. By themselves they do nothing, wherever they go.
-  const bool isWithheld = key != events.begin() && !input.mayGoOn();
-  const bool isPosted = !isWithheld && post(*key);
-  std::for_each(isWithheld ? key + 2 : key + 1, events.end(), post);
+  const bool isWithheld =
+      key != events.begin() && !isEnding() && !mayFollow({key + 2, events.end()}, input);
+  const bool isPosted = !isWithheld && press.down(*key);
+  std::for_each(isWithheld ? key + 2 : key + 1, events.end(),
+                [&](const auto& event) { press.up(event); });
   if (isWithheld) throw KeyboardTaken();
   return isPosted;
 }

@@ -65,6 +65,20 @@ void restore(const std::vector<pasteboard::Item>& items, std::int64_t ownChange)
   if (pasteboard::changeCount() == cleared) globals().clipboardNotRestored = true;
 }
 
+/// Empties the clipboard and notes what must come back. Returns the change that the emptying is.
+std::int64_t takeOver(Saved saved) {
+  const Act act;  // until it is noted, nobody could put it back
+  const std::int64_t ownChange = clear(saved.change);
+  // By an undo, since no destructor may touch the platform.
+  pushUndo([items = std::move(saved.items), ownChange] { restore(items, ownChange); });
+  return ownChange;
+}
+
+bool writes(const std::function<bool()>& write) {
+  const Act act;
+  return write();
+}
+
 constexpr std::size_t firstPath = 3;  // among the words of the command line
 
 std::string absolutePath(const std::string& path) {
@@ -77,12 +91,9 @@ std::string absolutePath(const std::string& path) {
 }  // namespace
 
 void withClipboard(const std::function<bool()>& write, const std::function<void()>& use) {
-  Saved saved = save();
-  const std::int64_t ownChange = clear(saved.change);
-  // By an undo, since no destructor may touch the platform.
-  pushUndo([items = std::move(saved.items), ownChange] { restore(items, ownChange); });
+  const std::int64_t ownChange = takeOver(save());
   try {
-    const bool isWritten = write();
+    const bool isWritten = writes(write);
     // What somebody has copied meanwhile is not ours to paste.
     if (pasteboard::changeCount() != ownChange) throw usedByOthers();
     if (!isWritten) throw InputFailure("the clipboard could not be written");

@@ -117,21 +117,40 @@ void setWindowLocation(const quartz::Event& event, const PointerTarget& target,
   Sky::setWindowLocation()(event.get(), location.x, location.y);
 }
 
-void postStep(const quartz::Source* source, const PointerTarget& target, const ClickStep& step,
-              Point point, bool right) {
+bool goesDown(const ClickStep& step) {
+  return step.type == EventType::leftMouseDown || step.type == EventType::rightMouseDown;
+}
+
+bool comesUp(const ClickStep& step) {
+  return step.type == EventType::leftMouseUp || step.type == EventType::rightMouseUp;
+}
+
+/// The event of a step, for its target; none when it cannot be made.
+std::optional<quartz::Event> createStep(const quartz::Source* source, const PointerTarget& target,
+                                        const ClickStep& step, Point point, bool right) {
   const bool rightStep = right && step.located;
-  const auto event =
+  auto event =
       quartz::createMouseEvent(source, step.type, step.located ? point : offScreen,
                                rightStep ? quartz::MouseButton::right : quartz::MouseButton::left);
-  if (!event) return;
+  if (!event) return std::nullopt;
   quartz::setFlags(*event, 0);
   setPrivateField(*event, quartz::Field::mouseEventNumber, step.eventNumber);
   setPrivateField(*event, quartz::Field::clickState, step.clickState);
   setPrivateField(*event, quartz::Field::buttonNumber, rightStep ? 1 : 0);
   address(*event, target);
   setWindowLocation(*event, target, step, point);
-  postTarget(event, target.pid, routesFor(target, step, right));
-  if (step.delayMicroseconds != 0) loop::sleepMicroseconds(step.delayMicroseconds);
+  return event;
+}
+
+void postStep(const std::optional<quartz::Event>& event, const ClickStep& step, Routes routes,
+              platform::Pid pid, std::optional<Press>& press) {
+  if (goesDown(step)) {
+    press->down(event, routes);
+  } else if (comesUp(step)) {
+    press->up(event, routes);
+  } else {
+    postTarget(event, pid, routes);
+  }
 }
 
 /// Posts the whole sequence. The private entry points are present.
@@ -140,8 +159,13 @@ void postClicks(const PointerTarget& target, Point point, std::int64_t count, bo
   const std::optional<quartz::Source> source = quartz::createSource();
   PointerTarget grouped = target;
   grouped.clickGroup = newClickGroup();
+  std::optional<Press> press;  // from a step that goes down to the one that comes up
   for (const ClickStep& step : clickSteps(count, right)) {
-    postStep(source ? &*source : nullptr, grouped, step, point, right);
+    const auto event = createStep(source ? &*source : nullptr, grouped, step, point, right);
+    if (goesDown(step)) press.emplace(target.pid);
+    if (event) postStep(event, step, routesFor(target, step, right), target.pid, press);
+    if (comesUp(step)) press.reset();
+    if (event && step.delayMicroseconds != 0) loop::sleepMicroseconds(step.delayMicroseconds);
   }
 }
 

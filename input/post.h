@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "main/ending.h"
 #include "platform/quartz.h"
 #include "platform/types.h"
 
@@ -23,5 +24,27 @@ bool mayActNow();
 /// for an absent event. A missing private route is skipped. When another flow is ending the
 /// process, the calling one is held back for good.
 bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+
+/// Posts an event that lets something go, on the public route, also in a process that is ending:
+/// withheld when the capture service has gone or the session is not usable, which nobody is told.
+void postRelease(const std::optional<quartz::Event>& event, platform::Pid pid);
+
+/// What goes down and comes up again, the last one first: one act as long as the object lives, so
+/// that nothing stays down in a process that is told to end.
+class Press {
+ public:
+  explicit Press(platform::Pid pid) : pid_(pid) {}
+
+  /// As `postTarget`, but once the process is ending nothing more goes down.
+  bool down(const std::optional<quartz::Event>& event, Routes routes = {});
+
+  /// As `postTarget`, in an ending process too, unless its `down` came to nothing there.
+  bool up(const std::optional<quartz::Event>& event, Routes routes = {});
+
+ private:
+  platform::Pid pid_;
+  Act act_;
+  int withheld_ = 0;  // the last so many did not go down
+};
 
 }  // namespace driver

@@ -115,6 +115,8 @@ KeyboardFocus keyboardFocus(platform::Pid pid) {
 bool focus(platform::Pid pid, platform::WindowNumber window, bool give) {
   std::optional<Receiver> receiver = receiverFor(pid);
   if (!receiver) return false;
+  // Looking up to whom takes its time.
+  if (give && isEnding()) return false;
   const bool accepted = receiver->accepts(focusRecord(window, give));
   // After a refusal too: whether the server has done nothing of it is not known.
   loop::sleepMicroseconds(focusPauseMicroseconds);

@@ -19,6 +19,7 @@
 #include "main/globals.h"
 #include "main/replies.h"
 #include "main/state_queries.h"
+#include "main/told_to_end.h"
 
 namespace driver {
 
@@ -26,11 +27,13 @@ namespace {
 
 using enum ActsOnInput;
 
+constexpr bool livesOn = true;
+
 // Names that begin so are those of input in the background, those of no command included.
 constexpr std::string_view backgroundPrefix = "bg-";
 
 constexpr Command captureService = {
-    {"capture-service", "<private lock path>", 1, 1}, captureServiceCommand, no};
+    {"capture-service", "<private lock path>", 1, 1}, captureServiceCommand, no, livesOn};
 
 /// A command of the capture group in a run of its own.
 template <std::size_t index>
@@ -49,7 +52,7 @@ constexpr auto otherCommands = std::to_array<Command>({
     {{"bg-key", "<app> <combo>", 2, 2}, bgKeyCommand, inBackground},
     {{"bg-type", "<app> <text>", 2, 2}, bgTypeCommand, inBackground},
     {{"bg-paste-files", "<app> <path>...", 2}, bgPasteFilesCommand, inBackground},
-    {{"watch-input", "[<app>]"}, watchInputCommand, no},
+    {{"watch-input", "[<app>]"}, watchInputCommand, no, livesOn},
     {{"permissions", ""}, permissionsCommand, no},
     {{"scene", ""}, sceneCommand, no},
     {{"lock-now", ""}, lockNowCommand, no},
@@ -59,8 +62,8 @@ constexpr auto otherCommands = std::to_array<Command>({
     {{"lock-status", ""}, removedLockCommand, no},
     {{"lock-query", ""}, removedLockCommand, no},
     {{"lock-unlock", ""}, removedLockCommand, no},
-    {{"lock-guard", ""}, lockGuardCommand, no},
-    {{"keep-awake", ""}, keepAwakeCommand, no},
+    {{"lock-guard", ""}, lockGuardCommand, no, livesOn},
+    {{"keep-awake", ""}, keepAwakeCommand, no, livesOn},
     {{"session", ""}, sessionCommand, no},
     {{"windows", "<bundleId|name>", 1}, windowsCommand, no},
     {{"ax-find-text", "<app> <text> [text...]", 2}, axFindTextCommand, no},
@@ -140,6 +143,10 @@ void dispatch(const Arguments& arguments) {
 std::span<const Command> commands() { return allCommands; }
 
 int run(const std::vector<std::string>& commandLine) {
+  renewGlobals();
+  // Before anything is asked of the system: that may take its time.
+  const Command* const command = commandLine.size() < 2 ? nullptr : commandNamed(commandLine[1]);
+  if (command == nullptr || !command->livesOn) endWhenTold();
   initialise(commandLine);
   dispatch(globals().args);
   return 0;

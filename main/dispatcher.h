@@ -18,6 +18,9 @@ struct Command {
 
   /// What is checked before the command runs. Every row says it.
   ActsOnInput actsOnInput;
+
+  /// It goes on after its first line, until it is ended in a way of its own.
+  bool livesOn = false;
 };
 
 /// All commands, in the order in which names are compared.

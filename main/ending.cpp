@@ -28,20 +28,51 @@ bool actsAreUnderWay() {
   return globals().actsUnderWay > 0;
 }
 
+bool undosAreUnderWay() {
+  const std::lock_guard lock(globals().mutex);
+  return globals().undosUnderWay > 0;
+}
+
+/// What is being undone, as long as it lives.
+struct Undoing {
+  /// The caller holds the mutex.
+  explicit Undoing(std::function<void()> itsUndo) : undo(std::move(itsUndo)) {
+    ++globals().undosUnderWay;
+  }
+  Undoing(const Undoing&) = delete;
+  Undoing& operator=(const Undoing&) = delete;
+  ~Undoing() {
+    const std::lock_guard lock(globals().mutex);
+    --globals().undosUnderWay;
+  }
+  std::function<void()> undo;
+};
+
 /// False when there is none.
 bool runOneUndo() {
-  std::function<void()> undo;
-  std::optional<Act> act;
+  std::optional<Undoing> undoing;
   {
     // Forgotten before it runs, so that nothing it meets can make it run again.
     const std::lock_guard lock(globals().mutex);
     if (globals().pendingUndos.empty()) return false;
-    act.emplace(lock);
-    undo = std::move(globals().pendingUndos.back());
+    undoing.emplace(std::move(globals().pendingUndos.back()));
     globals().pendingUndos.pop_back();
   }
-  undo();
+  undoing->undo();
   return true;
+}
+
+/// False when the process is ending: whose undo is the newest then, nobody knows.
+bool mayForgetNewestUndo() {
+  const std::lock_guard lock(globals().mutex);
+  if (globals().ending) return false;
+  globals().pendingUndos.pop_back();
+  return true;
+}
+
+/// Each of them ends by itself: an undo waits for no application.
+void awaitUndos() {
+  while (undosAreUnderWay()) loop::sleepMicroseconds(pollMicroseconds);
 }
 
 bool claimEnding() {
@@ -62,9 +93,18 @@ Act::~Act() {
   --globals().actsUnderWay;
 }
 
-void awaitActs() {
+bool isEnding() {
+  const std::lock_guard lock(globals().mutex);
+  return globals().ending;
+}
+
+void holdBackIfEnding() {
+  if (isEnding()) loop::suspend();
+}
+
+void awaitActs(std::uint32_t microseconds) {
   std::uint32_t waited = 0;
-  for (; actsAreUnderWay() && waited < endingMicroseconds; waited += pollMicroseconds) {
+  for (; actsAreUnderWay() && waited < microseconds; waited += pollMicroseconds) {
     loop::sleepMicroseconds(pollMicroseconds);
   }
 }
@@ -79,16 +119,21 @@ void runNewestUndo() {
   if (!runOneUndo()) loop::suspend();
 }
 
+void forgetNewestUndo() {
+  if (!mayForgetNewestUndo()) loop::suspend();
+}
+
 void runPendingUndos() {
   while (runOneUndo()) {
   }
 }
 
-void beginEnding() {
+void beginEnding(std::uint32_t actsMicroseconds) {
   if (!claimEnding()) loop::suspend();
   // First the acts: what one of them has just given must be among the undos before those run.
-  awaitActs();
+  awaitActs(actsMicroseconds);
   runPendingUndos();
+  awaitUndos();
 }
 
 }  // namespace driver

@@ -25,16 +25,28 @@ class Act {
   ~Act();
 };
 
+/// Another flow is ending the process. Asked within an act, of which not all must still be done.
+bool isEnding();
+
+/// Begins what a process must not do either once it is ending, but need not wait for: a message to
+/// an application, which arrives whole or not at all and may take seconds. Then the flow is held
+/// back for good.
+void holdBackIfEnding();
+
 /// How long a process that must end may still take for what is under way and for its last line.
 inline constexpr std::uint32_t endingMicroseconds = 250'000;
 
-/// Waits until no act is under way, `endingMicroseconds` at most.
-void awaitActs();
+/// Waits until no act is under way, so long at most.
+void awaitActs(std::uint32_t microseconds = endingMicroseconds);
 
 /// Notes what the frame that begins here must undo. The frame calls `runNewestUndo` when it is
 /// left; should the process end before, by `fail` or by another flow, the undo runs then. It runs
-/// once in any case. It posts no input events and makes no accessibility call.
+/// once in any case. It presses nothing and makes no accessibility call.
 void pushUndo(std::function<void()> undo);
+
+/// Forgets the newest undo, which the frame does not need any more. In an ending process it stays,
+/// and the calling flow is held back for good.
+void forgetNewestUndo();
 
 /// Runs and forgets the newest undo. When another flow that ends the process has done so, the
 /// calling flow is held back for good.
@@ -44,8 +56,9 @@ void runNewestUndo();
 void runPendingUndos();
 
 /// The calling flow is going to end the process, beside others that go on: from now on nobody
-/// begins an act. Waits for those that are under way, then undoes what frames have still to undo.
-/// Only the first call comes back; another flow is held back for good.
-void beginEnding();
+/// begins an act. Waits for those that are under way, so long at most, then undoes what frames have
+/// still to undo, and waits for what another flow is undoing. Only the first call comes back;
+/// another flow is held back for good.
+void beginEnding(std::uint32_t actsMicroseconds = endingMicroseconds);
 
 }  // namespace driver

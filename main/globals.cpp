@@ -61,22 +61,25 @@ std::string startGuardOruName() {
 
 Globals& globals() { return *current; }
 
-void initialise(const std::vector<std::string>& commandLine) {
-  // In this order: nearly all of it asks the system, and each run's first calls are the same.
+void renewGlobals() {
   auto fresh = std::make_unique<Globals>();
-  fresh->windowScope = startWindowScope();
-  fresh->src = quartz::createSource();
-  fresh->guardGrace = startGuardGrace();
-  fresh->guardOperating = process::environment("ZENTROVE_COVER_OPERATING") == "1";
-  fresh->guardOruFace = startGuardOruFace();
-  fresh->guardOruName = startGuardOruName();
-  for (const std::string& word : commandLine) {
-    if (!isUtf8(word)) fresh->repairedArgs.insert(fresh->args.size());
-    fresh->args.push_back(repairedUtf8(word));
-  }
-
   // Tests start several runs in one process: the state of the one before goes here.
   const std::unique_ptr<Globals> previous(std::exchange(current, fresh.release()));
+}
+
+void initialise(const std::vector<std::string>& commandLine) {
+  // In this order: nearly all of it asks the system, and each run's first calls are the same.
+  Globals& fresh = globals();
+  fresh.windowScope = startWindowScope();
+  fresh.src = quartz::createSource();
+  fresh.guardGrace = startGuardGrace();
+  fresh.guardOperating = process::environment("ZENTROVE_COVER_OPERATING") == "1";
+  fresh.guardOruFace = startGuardOruFace();
+  fresh.guardOruName = startGuardOruName();
+  for (const std::string& word : commandLine) {
+    if (!isUtf8(word)) fresh.repairedArgs.insert(fresh.args.size());
+    fresh.args.push_back(repairedUtf8(word));
+  }
 }
 
 }  // namespace driver

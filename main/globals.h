@@ -43,9 +43,14 @@ struct Globals {
   /// Never held over a call of the seam.
   std::mutex mutex;
 
-  /// Another flow than the one that works is ending the process. Shared, as are the acts under way.
+  /// Another flow than the one that works is ending the process. Shared, as are the acts and the
+  /// undos under way.
   bool ending = false;
   int actsUnderWay = 0;
+  int undosUnderWay = 0;
+
+  /// The one line of a run has been begun, while nobody was ending the process. Shared.
+  bool replied = false;
 
   /// Several flows write lines: each takes the right to do so before. Set before they start.
   bool sharesOutput = false;
@@ -142,11 +147,14 @@ struct Globals {
   std::vector<std::function<void()>> pendingUndos;
 };
 
-/// The state of this run. `initialise` has been called.
+/// The state of this run. `renewGlobals` has been called.
 Globals& globals();
 
-/// Starts a run: replaces all state by fresh start-up values, which are read from the environment,
-/// and takes over the command line, repaired to UTF-8.
+/// Starts a run: replaces all state by that of a run of which nothing is known yet.
+void renewGlobals();
+
+/// Fills fresh state: with start-up values, which are read from the environment, and with the
+/// command line, repaired to UTF-8.
 void initialise(const std::vector<std::string>& commandLine);
 
 }  // namespace driver

@@ -101,6 +101,7 @@ TEST(start_up, forgets_the_run_before) {
 TEST(arguments, are_the_command_line_repaired_to_utf8) {
   TestMac mac(globalsDesk);
   runInside(mac, [] {
+    renewGlobals();
     initialise({"driver", "windows", "A\xFFz", "", "caf\u00E9"});
     EXPECT_EQ(globals().args, (Arguments{"driver", "windows", "A\uFFFDz", "", "caf\u00E9"}));
   });

@@ -1,5 +1,7 @@
 #include "main/replies.h"
 
+#include <mutex>
+#include <optional>
 #include <utility>
 
 #include "base/utf8.h"
@@ -48,12 +50,23 @@ Reply complete(Reply reply) {
 
 std::string lineOf(const Reply& reply) { return json::write(repaired(complete(reply))); }
 
+void noteReplied() {
+  const std::lock_guard lock(globals().mutex);
+  globals().replied = true;
+}
+
 enum class Line { oneOfSeveral, last };
 
 // The last line keeps the right to write, so that nothing can follow it.
 bool write(const Reply& reply, Line line) {
-  const std::string text = lineOf(reply);
   const bool shared = globals().sharesOutput;
+  // The one line of a run comes whole, or not at all once the process is ending.
+  std::optional<Act> act;
+  if (!shared) {
+    act.emplace();
+    noteReplied();
+  }
+  const std::string text = lineOf(reply);
   if (shared) streams::acquireOutput();
   // A line that could not be written whole is not ended either.
   const bool written = streams::writeOutput(text) && streams::writeOutput("\n");

@@ -29,6 +29,18 @@ TEST(undo, runs_the_newest_and_forgets_it) {
   EXPECT_EQ(order, "second | first | ");
 }
 
+TEST(undo, that_is_forgotten_never_runs) {
+  TestMac mac(undoDesk);
+  std::string order;
+  runInside(mac, [&] {
+    pushUndo([&] { order += "first "; });
+    pushUndo([&] { order += "second "; });
+    forgetNewestUndo();
+    runPendingUndos();
+  });
+  EXPECT_EQ(order, "first ");
+}
+
 TEST(undo, runs_what_is_pending_newest_first_before_the_failure_is_written) {
   TestMac mac(undoDesk);
   const Result run = runInside(mac, [] {

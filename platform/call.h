@@ -38,6 +38,11 @@ class Channel {
   /// Passes these signals on to the main flow from now on, where the process gets any.
   virtual void watchSignals(const std::vector<int>& numbers) = 0;
 
+  /// Calls `handler` once, in a further flow, when the first of these signals comes. The next one
+  /// ends the process at once.
+  virtual void awaitEndingSignal(const std::vector<int>& numbers,
+                                 std::function<void(int)> handler) = 0;
+
   /// True when the simulated Mac keeps what is written to standard output; false when the process
   /// writes to its own descriptor.
   virtual bool keepsOutput() const = 0;

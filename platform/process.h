@@ -34,6 +34,14 @@ enum class Signal { hangUp = 1, interrupt = 2, terminate = 15 };
 /// the main flow. Signals that come in quick succession may be taken for one.
 void handleSignals(std::span<const Signal> signals, std::function<void(Signal)> handler);
 
+/// True when this signal was ignored when the process started, and is still.
+bool isIgnored(Signal signal);
+
+/// Has `handler` called once, on a flow of its own and whatever the others do, when the first of
+/// these signals comes. The next one ends the process at once. To be called before flows are
+/// started.
+void onEndingSignal(const std::vector<Signal>& signals, std::function<void(Signal)> handler);
+
 /// Ends the process by this signal, as if it had never been handled. Exit handlers do not run.
 [[noreturn]] void dieBySignal(Signal signal);
 

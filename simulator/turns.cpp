@@ -88,21 +88,25 @@ std::optional<Datum> Turns::call(Flow flow, Call call) {
     wait(flow, std::move(answer.value), desktop_.mac().now);
     return std::nullopt;
   }
-  return settle(flow, std::move(copy), std::move(answer), desktop_.mac().now);
+  return settle(flow, std::move(copy), std::move(answer));
 }
 
-/// Lets the flow wait for an answer that is not due yet.
-std::optional<Datum> Turns::settle(Flow flow, Call call, Answer answer, Microseconds since) {
+void Turns::awaitAnswer(Flow flow, Call call, Answer answer, Microseconds since) {
   if (answer.pending) {
     State& state = states_.at(flow);
     state.call = std::move(call);
     state.since = since;
     scheduler_.block(flow, {answer.deadline, answer.roundDeadline});
-    return std::nullopt;
+    return;
   }
+  wait(flow, std::move(answer.value), since + answer.delay);
+}
+
+/// Lets the flow wait for an answer that is not due yet.
+std::optional<Datum> Turns::settle(Flow flow, Call call, Answer answer) {
   // What takes no time moves no clock, and nobody else gets a turn: calls are many.
-  if (answer.delay == 0) return std::move(answer.value);
-  wait(flow, std::move(answer.value), desktop_.mac().now + answer.delay);
+  if (!answer.pending && answer.delay == 0) return std::move(answer.value);
+  awaitAnswer(flow, std::move(call), std::move(answer), desktop_.mac().now);
   return std::nullopt;
 }
 

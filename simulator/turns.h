@@ -43,6 +43,9 @@ class Turns {
   /// The flow waits for `answer` until `due`.
   void wait(Flow flow, driver::Datum answer, Microseconds due);
 
+  /// The flow waits for the answer of a call that the desktop has given by itself, at `since`.
+  void awaitAnswer(Flow flow, platform::Call call, Answer answer, Microseconds since);
+
   /// A flow makes a call. Its answer, if the flow goes on at once; otherwise it waits.
   std::optional<driver::Datum> call(Flow flow, platform::Call call);
 
@@ -77,8 +80,7 @@ class Turns {
   };
 
   Flow add(std::size_t client);
-  std::optional<driver::Datum> settle(Flow flow, platform::Call call, Answer answer,
-                                      Microseconds since);
+  std::optional<driver::Datum> settle(Flow flow, platform::Call call, Answer answer);
   std::optional<driver::Datum> startFlow(Flow parent, platform::Call call);
   void retryBlocked();
   void endFlows(std::size_t client, std::optional<Flow> except);

@@ -43,6 +43,7 @@ Value rowOf(const driver::Command& command) {
                        {"most", most(form)},
                        {"has_own_failure", !form.wrongNumber.empty()},
                        {"acts_on_input", wordOf(command.actsOnInput)},
+                       {"lives_on", command.livesOn},
                        {"is_shared", isShared(form)}};
 }
 

@@ -11,6 +11,9 @@ SECTIONS = ("State", "Pictures", "Background pointer", "Background keyboard", "A
 PLATFORMS = {"macos": "on a Mac only", "simulated": "on a simulated Mac only"}
 
 
+STATUSES = {"signal": "the run ends by that signal"}
+
+
 def code(text):
     """A message in a table of Markdown."""
     return "`` " + text + " ``" if "`" in text else "`" + text + "`"
@@ -40,7 +43,7 @@ def errors_page():
     for entry in table.errors():
         lines += [f"## {code(table.whole_message(entry))}", ""]
         who = [name[1:] if name.startswith("@") else f"`{name}`" for name in entry["commands"]]
-        marks = [f"status {entry['status']}"]
+        marks = [STATUSES.get(entry["status"], f"status {entry['status']}")]
         if entry.get("locked"):
             marks.append('`"locked":true`')
         if entry.get("platform"):

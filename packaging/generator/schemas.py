@@ -115,9 +115,10 @@ def held_focus_schema():
 
 
 def no_command_schema():
-    none = table.Command("", "", 0, None, False, "no", False)
+    none = table.Command("", "", 0, None, False, "no", False, False)
     alternatives = [refusal(error, none) for error in table.errors()
-                    if not error["commands"] or error.get("precondition")]
+                    if not error["commands"] or error.get("precondition")
+                    or error["status"] == "signal"]
     return schema_of("no-command", "the reply of driver without a command that exists",
                      alternatives)
 

@@ -21,6 +21,7 @@ class Command(NamedTuple):
     most: int | None
     has_own_failure: bool
     acts_on_input: str
+    lives_on: bool
     is_shared: bool
 
     @property
@@ -73,6 +74,7 @@ def groups():
     """The catalogue's groups of commands. Some are what the table says, whatever the file has."""
     told = load("errors.json")["groups"]
     everything = commands()
+    told["@once"] = [one.name for one in everything if not one.lives_on]
     told["@background"] = [one.name for one in everything if one.acts_on_input == "in_background"]
     told["@acting"] = [one.name for one in everything if one.acts_on_input == "yes"]
     told["@accessibility"] = [one.name for one in everything if one.name.startswith("ax-")]

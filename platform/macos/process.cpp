@@ -20,6 +20,16 @@ void exit(int status) { posix::exit(status); }
 
 void onExit(std::function<void()> handler) { posix::onExit(std::move(handler)); }
 
+bool isIgnored(Signal signal) { return posix::isIgnored(static_cast<int>(signal)); }
+
+void onEndingSignal(const std::vector<Signal>& signals, std::function<void(Signal)> handler) {
+  std::vector<int> numbers;
+  for (const Signal signal : signals) numbers.push_back(static_cast<int>(signal));
+  posix::onEndingSignal(numbers, [handler = std::move(handler)](int number) {
+    handler(static_cast<Signal>(number));
+  });
+}
+
 void dieBySignal(Signal signal) { posix::dieBySignal(static_cast<int>(signal)); }
 
 void ignoreBrokenPipes() { posix::ignoreBrokenPipes(); }

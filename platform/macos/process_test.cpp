@@ -23,6 +23,8 @@ class Process : public standins::AdapterTest {};
 using process_exit = Process;
 using dieBySignal = Process;
 using handleSignals = Process;
+using isIgnored = Process;
+using onEndingSignal = Process;
 using preferredLanguages = Process;
 
 }  // namespace
@@ -67,6 +69,27 @@ TEST_F(handleSignals, keeps_the_signals_from_ending_the_process) {
     _exit(5);
   });
   EXPECT_EQ(ending.exitStatus, 5);
+}
+
+TEST_F(isIgnored, tells_each_signal_by_itself) {
+  const posix::Ending ending = posix::endingOf([](int) {
+    signal(SIGTERM, SIG_DFL);
+    signal(SIGINT, SIG_IGN);
+    _exit(process::isIgnored(Signal::interrupt) && !process::isIgnored(Signal::terminate) ? 0 : 1);
+  });
+  EXPECT_EQ(ending.exitStatus, 0);
+}
+
+TEST_F(onEndingSignal, tells_the_signal_that_came) {
+  const posix::Ending ending = posix::endingOf([](int out) {
+    signal(SIGHUP, SIG_DFL);
+    process::onEndingSignal({Signal::terminate, Signal::hangUp}, [out](Signal told) {
+      _exit(told == Signal::hangUp && write(out, "told", 4) == 4 ? 7 : 1);
+    });
+    kill(getpid(), SIGHUP);
+    for (;;) pause();
+  });
+  EXPECT_EQ(ending, (posix::Ending{.exitStatus = 7, .output = "told"}));
 }
 
 TEST_F(preferredLanguages, gives_the_tags_in_order) {

@@ -53,6 +53,51 @@ void ignoreStops() {
   for (const int stop : {SIGTSTP, SIGTTIN, SIGTTOU}) signal(stop, SIG_IGN);
 }
 
+bool isIgnored(int number) {
+  struct sigaction action = {};
+  return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+namespace {
+
+/// Signals that a thread waits for.
+struct Awaited {
+  std::vector<int> numbers;
+  sigset_t set = {};
+  std::function<void(int)> handler;
+};
+
+void* awaitEnding(void* context) {
+  const std::unique_ptr<Awaited> awaited(static_cast<Awaited*>(context));
+  int first = 0;
+  while (sigwait(&awaited->set, &first) != 0) {
+  }
+  // This thread alone lets the next one through, which then ends the process.
+  for (const int number : awaited->numbers) restoreDefault(number);
+  awaited->handler(first);
+  return nullptr;
+}
+
+}  // namespace
+
+void onEndingSignal(const std::vector<int>& numbers, std::function<void(int)> handler) {
+  if (numbers.empty()) return;
+  auto awaited = std::make_unique<Awaited>(Awaited{numbers, {}, std::move(handler)});
+  sigemptyset(&awaited->set);
+  for (const int number : numbers) sigaddset(&awaited->set, number);
+  const sigset_t set = awaited->set;
+  // By waiting, since a handler may call next to nothing; and held back everywhere, so that no
+  // other thread gets them.
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
+  pthread_t thread = {};
+  if (pthread_create(&thread, nullptr, awaitEnding, awaited.get()) != 0) {
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    return;
+  }
+  awaited.release();
+  pthread_detach(thread);
+}
+
 void dieBySignal(int number) {
   restoreDefault(number);
   raise(number);

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace posix {
 
@@ -21,6 +22,14 @@ std::string currentDirectory();
 
 /// From now on a write to a pipe without a reader fails instead of ending the process.
 void ignoreBrokenPipes();
+
+/// True when the signal is ignored.
+bool isIgnored(int signal);
+
+/// Has `handler` called once, on a thread of its own, with the first of these signals that comes;
+/// from then on they do what they do by default. To be called before there are other threads: a
+/// thread that was started before gets them all the same. Without a thread they stay as they are.
+void onEndingSignal(const std::vector<int>& signals, std::function<void(int)> handler);
 
 /// Ends the process by this signal, whose default action is to end it, however the signal was
 /// handled, ignored or held back before. Exit handlers do not run.

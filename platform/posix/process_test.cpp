@@ -9,6 +9,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <initializer_list>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -31,6 +33,15 @@ pid_t endedProcess() {
   return child;
 }
 
+void say(int descriptor, std::string_view text) {
+  EXPECT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+}
+
+// Whoever started the tests may have some ignored, as "nohup" does.
+void notIgnored(std::initializer_list<int> numbers) {
+  for (const int number : numbers) signal(number, SIG_DFL);
+}
+
 }  // namespace
 
 TEST(environment, reads_a_variable_afresh) {
@@ -45,6 +56,70 @@ TEST(environment, reads_a_variable_afresh) {
 TEST(acceptsNullSignal, tells_a_running_process_from_one_that_has_gone) {
   EXPECT_TRUE(posix::acceptsNullSignal(getpid()));
   EXPECT_FALSE(posix::acceptsNullSignal(endedProcess()));
+}
+
+TEST(isIgnored, tells_what_the_process_was_started_with) {
+  const Ending ending = endingOf([](int) {
+    signal(SIGHUP, SIG_IGN);
+    signal(SIGTERM, SIG_DFL);
+    _exit(posix::isIgnored(SIGHUP) && !posix::isIgnored(SIGTERM) ? 0 : 1);
+  });
+  EXPECT_EQ(ending.exitStatus, 0);
+}
+
+TEST(onEndingSignal, calls_its_handler_with_the_first_and_lets_the_next_one_end_the_process) {
+  // The same one again, or another.
+  for (const int second : {SIGINT, SIGTERM}) {
+    const Ending ending = endingOf([second](int out) {
+      notIgnored({SIGTERM, SIGINT});
+      posix::onEndingSignal({SIGTERM, SIGINT}, [out, second](int number) {
+        say(out, number == SIGINT ? "int" : "other");
+        kill(getpid(), second);
+        for (;;) pause();
+      });
+      kill(getpid(), SIGINT);
+      for (;;) pause();
+    });
+    EXPECT_EQ(ending, (Ending{.signal = second, .output = "int"}));
+  }
+}
+
+TEST(onEndingSignal, calls_its_handler_whatever_the_other_threads_are_in) {
+  const Ending ending = endingOf([](int out) {
+    notIgnored({SIGTERM});
+    std::mutex held;
+    const std::lock_guard lock(held);
+    posix::onEndingSignal({SIGTERM}, [out](int) {
+      say(out, "told");
+      posix::dieBySignal(SIGTERM);
+    });
+    // One that waits in the middle of something, and would take the signal.
+    std::thread waiting([&] {
+      kill(getpid(), SIGTERM);
+      const std::lock_guard never(held);
+    });
+    waiting.join();
+  });
+  EXPECT_EQ(ending, (Ending{.signal = SIGTERM, .output = "told"}));
+}
+
+TEST(onEndingSignal, leaves_other_signals_as_they_are) {
+  const Ending ending = endingOf([](int out) {
+    notIgnored({SIGTERM, SIGHUP});
+    posix::onEndingSignal({SIGTERM}, [out](int) { say(out, "told"); });
+    kill(getpid(), SIGHUP);
+    for (;;) pause();
+  });
+  EXPECT_EQ(ending, (Ending{.signal = SIGHUP, .output = ""}));
+}
+
+TEST(onEndingSignal, of_no_signals_leaves_all_as_they_are) {
+  const Ending ending = endingOf([](int) {
+    notIgnored({SIGTERM});
+    posix::onEndingSignal({}, [](int) {});
+    raise(SIGTERM);
+  });
+  EXPECT_EQ(ending.signal, SIGTERM);
 }
 
 TEST(ownPid, is_this_process) { EXPECT_EQ(posix::ownPid(), getpid()); }
@@ -108,14 +183,6 @@ TEST(dieBySignal, does_not_mind_that_the_signal_is_ignored_or_blocked) {
             }),
             (Ending{.signal = SIGINT, .output = ""}));
 }
-
-namespace {
-
-void say(int descriptor, std::string_view text) {
-  EXPECT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-}
-
-}  // namespace
 
 TEST(exit, ends_the_process_with_the_status) {
   EXPECT_EQ(endingOf([](int) { posix::exit(3); }).exitStatus, 3);

@@ -67,6 +67,8 @@ class AbsentChannel : public platform::Channel {
   platform::Pid ownPid() const override { failForLackOfMac(); }
   [[noreturn]] void startFlow(std::function<void()> /*body*/) override { failForLackOfMac(); }
   void watchSignals(const std::vector<int>& /*numbers*/) override {}
+  void awaitEndingSignal(const std::vector<int>& /*numbers*/,
+                         std::function<void(int)> /*handler*/) override {}
   bool keepsOutput() const override { return false; }
   [[noreturn]] void exit(int status) override { std::exit(status); }
   [[noreturn]] void dieBySignal(int signal) override { posix::dieBySignal(signal); }
@@ -132,6 +134,17 @@ class JoinedChannel : public platform::Channel {
         if (sigwait(&watched, &number) != 0) continue;
         call({Function::noteSignal, {driver::pack(number)}});
       }
+    });
+  }
+
+  // By a connection of its own, which nobody has announced: the process's flow may be in the middle
+  // of a call.
+  void awaitEndingSignal(const std::vector<int>& numbers,
+                         std::function<void(int)> handler) override {
+    posix::onEndingSignal(numbers, [this, handler = std::move(handler)](int number) {
+      enter(Datum(Datum::List{Datum(std::string("flow")), driver::pack(pid_)}));
+      call({Function::noteSignal, {driver::pack(number)}});
+      handler(number);
     });
   }
 

@@ -63,6 +63,20 @@ void handleSignals(std::span<const Signal> signals, std::function<void(Signal)> 
   simulated::channel().watchSignals(numbers);
 }
 
+// Where the process of the run is the test's own, its signals are those of the simulated Mac.
+bool isIgnored(Signal signal) {
+  return !simulated::channel().keepsOutput() && posix::isIgnored(static_cast<int>(signal));
+}
+
+void onEndingSignal(const std::vector<Signal>& signals, std::function<void(Signal)> handler) {
+  std::vector<int> numbers;
+  for (const Signal signal : signals) numbers.push_back(static_cast<int>(signal));
+  simulated::channel().awaitEndingSignal(numbers, [handler = std::move(handler)](int number) {
+    state().hasFlows = true;
+    handler(static_cast<Signal>(number));
+  });
+}
+
 void dieBySignal(Signal signal) {
   simulated::channel().dieBySignal(static_cast<int>(signal));
   std::abort();  // no channel comes back

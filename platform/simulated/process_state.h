@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,9 +28,9 @@ struct ProcessState {
   /// Guards the tables: flows may be threads that run at once.
   std::mutex mutex;
 
-  std::function<void()> task;  // waits for the main flow to park
-  bool mainIsServed = false;   // something else than a task is for the main flow to do
-  bool hasFlows = false;       // flows beside the main one have been started
+  std::function<void()> task;          // waits for the main flow to park
+  bool mainIsServed = false;           // something else than a task is for the main flow to do
+  std::atomic<bool> hasFlows = false;  // flows beside the main one have been started
   std::int64_t lastWork = 0;
   std::int64_t lastSemaphore = 0;
   std::map<std::int64_t, Work> works;

@@ -86,7 +86,12 @@ Answer handleSignal(Mac& /*mac*/, Client& client, const Arguments& arguments) {
 }
 
 /// A signal that came from outside the Mac.
-Answer noteSignal(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+Answer noteSignal(Mac& mac, Client& client, const Arguments& arguments) {
+  const int number = arguments.get<int>(0);
+  if (client.handledSignals.count(number) == 0) {
+    client.told = ToldToEnd{number, mac.now, true};
+    return {};
+  }
   client.items.push_back(
       {platform::ItemKind::signal, arguments.get<std::int64_t>(0), 0, tap::Event{}});
   return {};

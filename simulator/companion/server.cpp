@@ -189,12 +189,14 @@ Server::Client& Server::processNamed(const Datum& pid) {
   return *process;
 }
 
-/// A further flow of a process that has announced it.
+/// A further flow of a process. Unless a signal has started it, the process has announced it.
 void Server::joinFlow(Client& client, const Datum::List& parts) {
-  if (parts.size() != 3) throw MalformedDatum();
+  if (parts.size() != 2 && parts.size() != 3) throw MalformedDatum();
   const std::size_t member = processNamed(parts[1]).member;
-  const auto flow = driver::unpack<Turns::Flow>(parts[2]);
-  if (!turns_.arrive(member, flow)) throw MalformedDatum();
+  const bool isAnnounced = parts.size() == 3;
+  const auto flow =
+      isAnnounced ? driver::unpack<Turns::Flow>(parts[2]) : turns_.join(member, Datum());
+  if (isAnnounced && !turns_.arrive(member, flow)) throw MalformedDatum();
   client.kind = Kind::furtherFlow;
   client.member = member;
   client.flow = flow;

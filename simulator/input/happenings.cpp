@@ -49,7 +49,10 @@ void setHanging(Mac& mac, Pid pid, bool hangs) {
 
 void signalProcesses(Mac& mac, int number) {
   for (Client* client : living(mac)) {
-    if (client->handledSignals.count(number) != 0) {
+    if (client->endingSignals.count(number) != 0) {
+      client->told = ToldToEnd{number, mac.now};
+      client->endingSignals.clear();  // the next one ends it at once
+    } else if (client->handledSignals.count(number) != 0) {
       queue(*client, platform::ItemKind::signal, number);
     } else {
       client->diedBySignal = number;

@@ -38,6 +38,13 @@ struct ComingLock {
   Pid caller = 0;
 };
 
+/// A signal by which somebody has told a process to end.
+struct ToldToEnd {
+  int signal = 0;
+  Microseconds at = 0;
+  bool fromOutside = false;  // of the Mac: the process knew of it before the Mac did
+};
+
 /// A process that uses the Mac.
 struct Client {
   Pid pid = 0;
@@ -55,6 +62,8 @@ struct Client {
   std::deque<platform::WireItem> items;
   std::vector<Timer> timers;  // in the order of their starting
   std::set<int> handledSignals;
+  std::set<int> endingSignals;  // the first of which is to be told to the process
+  std::optional<ToldToEnd> told;
   std::deque<platform::WireStop> stops;             // streams that the system stopped
   bool inRound = false;                             // the main flow is in a round
   std::int64_t roundsDone = 0;                      // that nobody has waited for

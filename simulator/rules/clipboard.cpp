@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "simulator/mac/arguments.h"
+
 namespace simulator {
 
 using platform::Function;
@@ -24,17 +26,20 @@ bool ClipboardRules::isOwner() const { return run_.mac.world.pasteboard.owner ==
 
 void ClipboardRules::before(const ObservedCall& seen, Violations& violations) {
   const Function function = seen.call.function;
-  if (function == Function::clearPasteboard) checkClear(violations);
+  if (function == Function::sleep) {
+    lastSleep_[seen.flow] = Arguments(seen.call).get<std::uint32_t>(0);
+  }
+  if (function == Function::clearPasteboard) checkClear(seen.flow, violations);
   if (isPost(function) || function == Function::axPerform) checkPaste(violations);
 }
 
-void ClipboardRules::checkClear(Violations& violations) {
+void ClipboardRules::checkClear(std::size_t flow, Violations& violations) {
   if (!saved_) {
     violations.push_back("I9: the clipboard was cleared and not saved before");
   } else if (!saved_->empty() && std::all_of(saved_->begin(), saved_->end(), isEmpty)) {
     violations.push_back("I9: a clipboard was cleared of which nothing could be read");
   }
-  if (clears_ > 0 && run_.lastSleep != waitForReader) {
+  if (clears_ > 0 && lastSleep_[flow] != waitForReader) {
     violations.push_back("I5: the clipboard is restored without the wait before it");
   }
   if (saved_ && !isOwner()) checkOverwriting(violations);
@@ -91,7 +96,7 @@ void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
 
 /// Who is killed can restore nothing.
 void ClipboardRules::atEnd(Violations& violations) {
-  if (!run_.client.exited || run_.client.diedBySignal) return;
+  if (!run_.client.exited) return;
   if (run_.reply) checkReply(*run_.reply, violations);
   if (clears_ == 0 || !saved_ || !isOwner() || restoringRefused_) return;
   if (filled(readableItems(run_.mac.world.pasteboard)) != filled(*saved_)) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -24,11 +26,12 @@ class ClipboardRules : public Rule {
   using Items = std::vector<pasteboard::Item>;
 
   bool isOwner() const;
-  void checkClear(Violations& violations);
+  void checkClear(std::size_t flow, Violations& violations);
   void checkOverwriting(Violations& violations);
   void checkPaste(Violations& violations) const;
   void checkReply(const ReplyFacts& reply, Violations& violations) const;
 
+  std::map<std::size_t, std::uint32_t> lastSleep_;  // of each flow, in microseconds
   std::optional<Items> saved_;     // what the client was told before its first clearing
   std::int64_t savedChange_ = 0;   // the change count that it was told of
   std::int64_t toldChange_ = 0;    // the latest count that the client was told

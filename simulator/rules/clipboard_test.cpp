@@ -46,7 +46,7 @@ class clipboard_rules : public testing::Test {
     own_ = driver::unpack<std::int64_t>(call(Function::clearPasteboard));
     writeFiles();
     count();
-    run_.lastSleep = 300'000;
+    call(Function::sleep, {pack(std::uint32_t{300'000})});
   }
 
   void writeFiles() {
@@ -163,7 +163,7 @@ TEST_F(clipboard_rules, must_tell_of_a_copy_that_came_before_the_first_clearing)
   save();
   userCopies();
   own_ = driver::unpack<std::int64_t>(call(Function::clearPasteboard));
-  run_.lastSleep = 300'000;
+  call(Function::sleep, {pack(std::uint32_t{300'000})});
   giveBack();
   EXPECT_EQ(end({.copyLost = true}), Sentences{});
   EXPECT_EQ(end(), Sentences{"I9: a copy was lost, and the reply does not say so"});
@@ -181,7 +181,7 @@ TEST_F(clipboard_rules, must_not_lose_a_copy_that_came_between_its_own_writing_a
   writeFiles();
   userCopies();
   own_ = count();
-  run_.lastSleep = 300'000;
+  call(Function::sleep, {pack(std::uint32_t{300'000})});
   giveBack();
   EXPECT_EQ(end(), Sentences{"I9: a newer copy was overwritten"});
 }
@@ -237,7 +237,7 @@ TEST_F(clipboard_rules, must_not_be_called_lost_when_it_was_restored) {
 
 TEST_F(clipboard_rules, is_given_back_only_when_the_reader_has_had_its_time) {
   take();
-  run_.lastSleep = 299'999;
+  call(Function::sleep, {pack(std::uint32_t{299'999})});
   giveBack();
   EXPECT_EQ(end(), Sentences{"I5: the clipboard is restored without the wait before it"});
 }

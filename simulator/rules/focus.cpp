@@ -79,8 +79,8 @@ void FocusRules::checkField(const Call& call, Violations& violations) {
 void FocusRules::noteSerial(const Call& call, const Answer& answer) {
   const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
   const auto pid = Arguments(call).get<Pid>(0);
-  const bool isAttempt =
-      !run_.pressesKeys() || run_.lastSleep == waitAfterMotion || run_.livenessFailed;
+  const bool isAttempt = !run_.pressesKeys() || run_.lastSleep == waitAfterMotion ||
+                         run_.livenessFailed || run_.interrupted;
   if (told.at(0) != 0 && given_[pid] > 0 && isAttempt) --given_[pid];
 }
 

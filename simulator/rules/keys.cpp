@@ -189,7 +189,7 @@ void KeyRules::checkKey(const EventImage& event, Violations& violations) {
 void KeyRules::checkRecord(const Call& call, Violations& violations) {
   const std::string record = Arguments(call).text(2);
   const RecordKind kind = recordKind(record);
-  if (kind == RecordKind::takesFocus && !run_.livenessFailed &&
+  if (kind == RecordKind::takesFocus && !run_.livenessFailed && !run_.interrupted &&
       run_.lastSleep != waitBeforeTakingBack) {
     violations.push_back("I5: focus is taken back without the wait before it");
   }

@@ -77,8 +77,9 @@ void OutputRules::checkReply(const ReplyFacts& reply, Violations& violations) co
   if (isPointerCommand(run_) && run_.everUnusable && reply.ok) {
     violations.push_back("I8: input was withheld, yet the reply is a success");
   }
-  // The file's own system may refuse what the Mac lets through; the reply says so.
-  if (run_.fileReplaced && !reply.ok && !reply.cannotWrite) {
+  // The file's own system may refuse what the Mac lets through; the reply says so. Who is told to
+  // end may have done its work.
+  if (run_.fileReplaced && !reply.ok && !reply.cannotWrite && !client.told) {
     violations.push_back("I19: a file was replaced by a failed run");
   }
 }

@@ -3,6 +3,7 @@
 #include "simulator/mac/arguments.h"
 #include "simulator/rules/clipboard.h"
 #include "simulator/rules/elements.h"
+#include "simulator/rules/ending.h"
 #include "simulator/rules/focus.h"
 #include "simulator/rules/guard.h"
 #include "simulator/rules/guard_state.h"
@@ -31,10 +32,11 @@ std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
 
 /// All rules there are, in the order in which they see a call. The pace of what was posted before
 /// is judged before the present post owes waits of its own; and a key may owe more than a post.
+/// What a run may still do when it is told to end depends on the latest post before this one.
 std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
-  return make<UserRules, PaceRules, ScopeRules, PostingRules, ElementRules, InsertRules, GuardRules,
-              GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules, FocusRules, OutputRules>(
-      run);
+  return make<EndingRules, UserRules, PaceRules, ScopeRules, PostingRules, ElementRules,
+              InsertRules, GuardRules, GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules,
+              FocusRules, OutputRules>(run);
 }
 
 }  // namespace
@@ -43,6 +45,7 @@ Rules::Rules(const Mac& mac, const Client& client) : run_(mac, client), rules_(a
 
 void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
   look();
+  run_.interrupted = run_.interrupted || run_.client.told.has_value();
   if (isPost(call.function)) {
     run_.latestEvent = Arguments(call).get<platform::EventImage>(1);
   }

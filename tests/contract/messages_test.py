@@ -122,7 +122,7 @@ class Messages(unittest.TestCase):
         for entry in table.errors():
             with self.subTest(message=entry["message"]):
                 self.assertLessEqual({"message", "commands", "status", "cause", "next"}, set(entry))
-                self.assertIn(entry["status"], (0, 1))
+                self.assertIn(entry["status"], (0, 1, "signal"))
                 self.assertTrue(entry["cause"].endswith(".") and entry["next"].endswith("."))
 
 

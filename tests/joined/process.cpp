@@ -73,6 +73,8 @@ Process::Process(const std::vector<std::string>& command, const Environment& env
     dup2(input.ends[0], STDIN_FILENO);
     dup2(output.ends[1], STDOUT_FILENO);
     dup2(errors.ends[1], STDERR_FILENO);
+    // Whoever started the tests may have some ignored, as "nohup" does.
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) ::signal(number, SIG_DFL);
     execvpe(words[0], words.data(), assignments.data());
     _exit(126);
   }

@@ -33,10 +33,12 @@ class DirectChannel : public platform::Channel {
 
   Datum call(Call call) override {
     if (turns_) return callInTurn(std::move(call));
+    const simulator::Microseconds since = desktop_.mac().now;
     simulator::Answer answer = desktop_.handle(client_, Call(call));
+    if (isToldToEnd()) return goOnBesideTheEnd(std::move(call), std::move(answer), since);
     if (answer.pending) return waitAlone(call, answer);
-    desktop_.advanceTo(desktop_.mac().now + answer.delay);
-    if (killed()) endWith(statusOfDeath());
+    passTime(since + answer.delay);
+    if (isToldToEnd()) return goOnBesideTheEnd(std::move(call), std::move(answer), since);
     return std::move(answer.value);
   }
 
@@ -55,6 +57,12 @@ class DirectChannel : public platform::Channel {
 
   // Signals are happenings of the world.
   void watchSignals(const std::vector<int>& /*numbers*/) override {}
+
+  void awaitEndingSignal(const std::vector<int>& numbers,
+                         std::function<void(int)> handler) override {
+    desktop_.mac().clients[client_]->endingSignals = {numbers.begin(), numbers.end()};
+    endingHandler_ = std::move(handler);
+  }
 
   bool keepsOutput() const override { return true; }
 
@@ -88,12 +96,43 @@ class DirectChannel : public platform::Channel {
   /// The process has ended, and learns so in each flow, unless it had ended before.
   void finish(int status) {
     const std::lock_guard lock(mutex_);
-    if (!status_) status_ = status;
-    wakeAll();
+    finishLocked(status);
   }
 
-  void wakeAll() {
+  void finishLocked(int status) {
+    if (!status_) status_ = status;
     for (auto& [flow, turn] : turnComes_) turn.notify_one();
+  }
+
+  bool isToldToEnd() const {
+    const simulator::Client& client = desktop_.client(client_);
+    return client.told && !client.exited;
+  }
+
+  /// Lets time pass, up to the instant at which the process is told to end.
+  void passTime(simulator::Microseconds until) {
+    for (auto own = desktop_.nextOwn(); own && *own <= until; own = desktop_.nextOwn()) {
+      desktop_.advanceTo(*own);
+      if (killed()) endWith(statusOfDeath());
+      if (isToldToEnd()) return;
+    }
+    desktop_.advanceTo(until);
+    if (killed()) endWith(statusOfDeath());
+  }
+
+  /// The process has been told to end in the middle of this call. A further flow sees to it, which
+  /// goes first; the caller goes on when its answer is due.
+  Datum goOnBesideTheEnd(Call call, simulator::Answer answer, simulator::Microseconds since) {
+    std::unique_lock lock(mutex_);
+    turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
+                                     Turns::Run::closed);
+    turn_ = mainFlow_ = turns_->joinRunning(client_);
+    turns_->awaitAnswer(mainFlow_, std::move(call), std::move(answer), since);
+    const Turns::Flow flow = turns_->join(client_, Datum());
+    const int number = desktop_.client(client_).told->signal;
+    threads_.emplace_back([this, flow, number] { runFlow(flow, [&] { endingHandler_(number); }); });
+    passTurn(flow);
+    return awaitTurn(lock, mainFlow_);
   }
 
   /// Waits for something to happen that the call wants, while nothing else of the process is there.
@@ -105,6 +144,7 @@ class DirectChannel : public platform::Channel {
       desktop_.advanceTo(own && answer.deadline ? std::min(*own, *answer.deadline)
                                                 : own.value_or(answer.deadline.value_or(0)));
       if (killed()) endWith(statusOfDeath());
+      if (isToldToEnd()) return goOnBesideTheEnd(call, std::move(answer), since);
       answer = desktop_.retry(client_, call, since);
     }
     desktop_.advanceTo(desktop_.mac().now + answer.delay);
@@ -121,6 +161,10 @@ class DirectChannel : public platform::Channel {
     const auto preferred =
         isLast || isStart ? std::nullopt : schedule_.nextSwitch(self - mainFlow_);
     auto answer = turns_->call(self, std::move(call));
+    if (killed() && !isLast) {
+      finishLocked(statusOfDeath());
+      throw Exited{};
+    }
     if (answer && preferred && *preferred != self - mainFlow_) {
       // The flow is pre-empted: it goes on when it is next.
       turns_->wait(self, *std::exchange(answer, std::nullopt), desktop_.mac().now);
@@ -140,16 +184,11 @@ class DirectChannel : public platform::Channel {
 
   void passTurn(std::optional<Turns::Flow> preferred) {
     auto woken = turns_->wake(desktop_.mac().now, preferred);
-    if (killed()) {
-      status_ = statusOfDeath();
-    } else if (!woken) {
-      status_ = stillRunning;
-    } else {
-      turn_ = woken->flow;
-      answer_ = std::move(woken->answer);
-      turnComes_[turn_].notify_one();
-    }
-    if (status_) wakeAll();
+    if (killed()) return finishLocked(statusOfDeath());
+    if (!woken) return finishLocked(stillRunning);
+    turn_ = woken->flow;
+    answer_ = std::move(woken->answer);
+    turnComes_[turn_].notify_one();
   }
 
   void runFlow(Turns::Flow flow, const std::function<void()>& body) {
@@ -170,6 +209,7 @@ class DirectChannel : public platform::Channel {
   simulator::Desktop& desktop_;
   std::size_t client_;
   Schedule schedule_;
+  std::function<void(int)> endingHandler_;
 
   std::mutex mutex_;
   // Each flow has its own: that of a single one would wake all flows at every call.

@@ -35,6 +35,8 @@ class ForkedChannel : public platform::Channel {
   // A process with several flows is tested in the other modes.
   void startFlow(std::function<void()> /*body*/) override { std::_Exit(127); }
   void watchSignals(const std::vector<int>& /*numbers*/) override {}
+  void awaitEndingSignal(const std::vector<int>& /*numbers*/,
+                         std::function<void(int)> /*handler*/) override {}
 
   bool keepsOutput() const override { return true; }
 

@@ -28,6 +28,7 @@ Result runAfter(const std::function<void()>& preparation, TestMac& mac,
   Result result = mac.record(commandLine, environment, [&](std::size_t client) {
     return runBodyDirect(mac.desktop(), client, [&] {
       const std::size_t before = mac.desktop().trace().size();
+      driver::renewGlobals();
       driver::initialise(commandLine);
       preparation();
       startUpCalls = mac.desktop().trace().size() - before;
@@ -101,6 +102,11 @@ void FixedAnswer::startFlow(std::function<void()> body) { underneath_.startFlow(
 
 void FixedAnswer::watchSignals(const std::vector<int>& numbers) {
   underneath_.watchSignals(numbers);
+}
+
+void FixedAnswer::awaitEndingSignal(const std::vector<int>& numbers,
+                                    std::function<void(int)> handler) {
+  underneath_.awaitEndingSignal(numbers, std::move(handler));
 }
 
 bool FixedAnswer::keepsOutput() const { return underneath_.keepsOutput(); }

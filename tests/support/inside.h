@@ -63,6 +63,8 @@ class FixedAnswer : public platform::Channel {
   platform::Pid ownPid() const override;
   void startFlow(std::function<void()> body) override;
   void watchSignals(const std::vector<int>& numbers) override;
+  void awaitEndingSignal(const std::vector<int>& numbers,
+                         std::function<void(int)> handler) override;
   bool keepsOutput() const override;
   [[noreturn]] void exit(int status) override;
   [[noreturn]] void dieBySignal(int signal) override;

@@ -38,6 +38,10 @@ class LockWatch : public platform::Channel {
   platform::Pid ownPid() const override { return underneath_.ownPid(); }
   void startFlow(std::function<void()> body) override { underneath_.startFlow(std::move(body)); }
   void watchSignals(const std::vector<int>& numbers) override { underneath_.watchSignals(numbers); }
+  void awaitEndingSignal(const std::vector<int>& numbers,
+                         std::function<void(int)> handler) override {
+    underneath_.awaitEndingSignal(numbers, std::move(handler));
+  }
   bool keepsOutput() const override { return underneath_.keepsOutput(); }
   void exit(int status) override {
     underneath_.exit(status);
