@@ -59,9 +59,10 @@ TEST(keep_awake_sweep, holds_or_is_ended) {
 
 TEST(lock_now_sweep, locks_or_says_that_it_could_not) {
   const std::string locked = "{\"ok\":true}";
+  const std::string toldToEnd = "{\"error\":\"the run was told to end by a signal\",\"ok\":false}";
   EXPECT_EQ(outcomesOf("lock-now"),
             (Outcomes{"0 " + locked + "\n", "0 {\"ok\":false}\n", "0 " + locked, "0 ",
-                      "143 " + locked + "\n", "143 " + locked, "143 ", "-1 " + locked, "-1 "}));
+                      "143 " + toldToEnd + "\n", "-1 " + locked, "-1 "}));
 }
 
 }  // namespace
