@@ -130,8 +130,10 @@ std::string viewText(const cover::View& view) {
 
 std::string screenText(const std::string& world, const platform::Size& size,
                        const Environment& environment = {}) {
-  TestMac mac("link \"/driver\" to \"/Applications/Desk.app/Contents/MacOS/driver\"\n" + world, {},
-              Mode::direct);
+  TestMac mac(
+      "directory \"/\"\nlink \"/driver\" to \"/Applications/Desk.app/Contents/MacOS/driver\"\n" +
+          world,
+      {}, Mode::direct);
   return valueInside(
       mac,
       [&] {

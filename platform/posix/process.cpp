@@ -163,10 +163,13 @@ namespace {
 
 // Faults of the process itself, and signals that others may send it.
 constexpr std::array fatalSignals = {
-    SIGSEGV, SIGBUS,  SIGILL,  SIGFPE,  SIGABRT,   SIGTRAP, SIGSYS,  SIGQUIT,
-    SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGALRM,
+    SIGSEGV, SIGBUS,  SIGILL,    SIGFPE,  SIGABRT,   SIGTRAP, SIGSYS,  SIGQUIT,
+    SIGUSR1, SIGUSR2, SIGXCPU,   SIGXFSZ, SIGVTALRM, SIGPROF, SIGALRM,
 #ifdef SIGEMT
     SIGEMT,  // on a Mac
+#endif
+#ifdef __linux__
+    SIGIO,   SIGPWR,  SIGSTKFLT,  // which on a Mac are ignored, or are none
 #endif
 };
 // The last act writes a line and asks the system to lock, which takes a few frames of ours and an

@@ -272,7 +272,7 @@ TEST(onFatalSignal, the_last_act_precedes_the_death_by_the_same_signal) {
 
 TEST(onFatalSignal, that_somebody_else_sends_is_met) {
   for (const int number : {SIGQUIT, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGALRM,
-                           SIGSYS, SIGILL, SIGBUS, SIGFPE}) {
+                           SIGSYS, SIGILL, SIGBUS, SIGFPE, SIGIO, SIGPWR, SIGSTKFLT}) {
     EXPECT_EQ(endingOfFault(sayLastWords, [&] { kill(getpid(), number); }),
               (Ending{.signal = number, .output = "last words"}));
   }

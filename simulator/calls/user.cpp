@@ -22,6 +22,10 @@ std::optional<Microseconds> idleTime(const Mac& mac, std::uint32_t type) {
   return mac.now + *activity.before;
 }
 
+std::string directoryOf(const World& world) {
+  return world.system.directory.value_or("/Users/" + world.user.loginName);
+}
+
 }  // namespace
 
 Answer secondsSinceLast(Mac& mac, Client& /*client*/, const Arguments& arguments) {
@@ -39,8 +43,7 @@ Answer operatingSystemVersion(Mac& mac, Client& /*client*/, const Arguments& /*a
 }
 
 Answer currentDirectory(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
-  const World& world = mac.world;
-  return {pack(world.system.directory.value_or("/Users/" + world.user.loginName)), 0};
+  return {pack(directoryOf(mac.world)), 0};
 }
 
 Answer toolOutput(Mac& mac, Client& /*client*/, const Arguments& arguments) {
@@ -51,7 +54,7 @@ Answer toolOutput(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 }
 
 Answer resolvedPath(Mac& mac, Client& /*client*/, const Arguments& arguments) {
-  return {pack(resolved(mac.world.system, arguments.text(0))), 0};
+  return {pack(resolved(mac.world.system, directoryOf(mac.world), arguments.text(0))), 0};
 }
 
 Answer shieldingLevel(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/) {

@@ -143,7 +143,7 @@ ControlAnswer advance(const Request& request) {
   if (request.time == Scheduler::Time::real) {
     throw Failure("this Mac runs in real time; only one started with --virtual can be advanced");
   }
-  const Microseconds length = simulator::parseTime(request.words[1]);
+  const Microseconds length = simulator::parseTime(request.words[1], "advance");
   const Microseconds end = request.desktop.mac().now + length;
   if (end > latestTime) throw Failure("a Mac does not run that long");
   ControlAnswer answer = line({{"now", static_cast<double>(end) / 1000}, {"ok", true}});

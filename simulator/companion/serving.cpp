@@ -33,7 +33,10 @@ bool inputClosed() {
   return read(STDIN_FILENO, ignored.data(), ignored.size()) <= 0;
 }
 
+// As shells say it.
 constexpr int signalledBase = 128;
+constexpr int commandNotFound = 127;
+constexpr int commandNotRun = 126;
 
 [[noreturn]] void becomeCommand(const std::vector<std::string>& command) {
   std::vector<char*> words;
@@ -41,8 +44,9 @@ constexpr int signalledBase = 128;
   for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
   execvp(words[0], words.data());
+  const int status = errno == ENOENT ? commandNotFound : commandNotRun;
   std::cout << failureLine(systemFailure("cannot run " + command[0]).what()) << std::endl;
-  _exit(1);
+  _exit(status);
 }
 
 /// The command ends with this process, however that ends.

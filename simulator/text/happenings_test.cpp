@@ -57,11 +57,11 @@ TEST(happening_text, input_is_read_back_with_all_its_words) {
 }
 
 TEST(happening_text, times_have_units) {
-  EXPECT_EQ(parseTime("100ms"), 100'000);
-  EXPECT_EQ(parseTime("2s"), 2'000'000);
-  EXPECT_EQ(parseTime("1.5s"), 1'500'000);
-  EXPECT_EQ(parseTime("250us"), 250);
-  EXPECT_EQ(parseTime("0s"), 0);
+  EXPECT_EQ(parseTime("100ms", "at"), 100'000);
+  EXPECT_EQ(parseTime("2s", "at"), 2'000'000);
+  EXPECT_EQ(parseTime("1.5s", "at"), 1'500'000);
+  EXPECT_EQ(parseTime("250us", "at"), 250);
+  EXPECT_EQ(parseTime("0s", "at"), 0);
 }
 
 TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
@@ -79,7 +79,7 @@ TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
   };
   const auto errorOfTime = [](const char* text) -> std::string {
     try {
-      parseTime(text);
+      parseTime(text, "at");
     } catch (const WorldError& error) {
       return error.what();
     }

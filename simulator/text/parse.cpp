@@ -195,10 +195,10 @@ Happening parseHappening(std::string_view text, const World& world) {
   return readHappening(words, world);
 }
 
-Microseconds parseTime(std::string_view text) {
+Microseconds parseTime(std::string_view text, const char* owner) {
   const Line line{1, 0, {{Token::Kind::word, std::string(text)}}};
   Words words(line);
-  return words.time("at");
+  return words.time(owner);
 }
 
 }  // namespace simulator

@@ -15,7 +15,8 @@ World parseWorld(std::string_view text);
 /// "user click 10,20" … Applications are named by name or "pid:N". Throws WorldError with line 1.
 Happening parseHappening(std::string_view text, const World& world);
 
-/// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1.
-Microseconds parseTime(std::string_view text);
+/// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1, which says that
+/// `owner` needs one.
+Microseconds parseTime(std::string_view text, const char* owner);
 
 }  // namespace simulator

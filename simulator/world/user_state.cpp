@@ -23,9 +23,10 @@ void prepend(std::deque<std::string>& ahead, std::string_view path) {
 
 }  // namespace
 
-std::string resolved(const System& system, std::string_view path) {
+std::string resolved(const System& system, std::string_view directory, std::string_view path) {
   std::deque<std::string> ahead;
   prepend(ahead, path);
+  if (path.substr(0, 1) != "/") prepend(ahead, directory);
   std::string gone;  // empty is the root
   int followed = 0;
   while (!ahead.empty()) {

@@ -42,8 +42,8 @@ struct System {
   std::map<std::string, std::string> links;      // symbolic links, by their paths
 };
 
-/// The absolute path with the symbolic links in it resolved, and "." and ".." with them. A circle
-/// of links is left as it is.
-std::string resolved(const System& system, std::string_view path);
+/// The path from `directory`, where it is not absolute, with the symbolic links in it resolved, and
+/// "." and ".." with them. A circle of links is left as it is.
+std::string resolved(const System& system, std::string_view directory, std::string_view path);
 
 }  // namespace simulator

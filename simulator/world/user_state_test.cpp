@@ -9,7 +9,7 @@ namespace {
 std::string resolvedWith(std::map<std::string, std::string> links, const char* path) {
   System system;
   system.links = std::move(links);
-  return resolved(system, path);
+  return resolved(system, "/Users/ada", path);
 }
 
 TEST(links, are_followed_wherever_they_stand) {
@@ -23,7 +23,13 @@ TEST(links, are_followed_wherever_they_stand) {
 TEST(links, leave_the_rest_of_a_path_tidy) {
   EXPECT_EQ(resolvedWith({}, "/a//b/./c/../d/"), "/a/b/d");
   EXPECT_EQ(resolvedWith({}, "/../.."), "/");
-  EXPECT_EQ(resolvedWith({}, ""), "/");
+  EXPECT_EQ(resolvedWith({}, ""), "/Users/ada");
+}
+
+TEST(links, of_a_path_that_is_not_absolute_start_in_the_directory) {
+  EXPECT_EQ(resolvedWith({}, "X.app/Contents/MacOS/driver"),
+            "/Users/ada/X.app/Contents/MacOS/driver");
+  EXPECT_EQ(resolvedWith({{"/Users/ada/x", "../eva/y"}}, "./x/z"), "/Users/eva/y/z");
 }
 
 TEST(links, in_a_circle_are_left) {

@@ -72,8 +72,9 @@ TEST(guard, switches_its_wording) {
 
 // Faults of its own, and signals that it has no handler for: it locks, and dies of them.
 TEST(guard, locks_before_it_dies_of_a_signal) {
-  for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGQUIT,
-                           SIGUSR1, SIGUSR2, SIGALRM, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF}) {
+  for (const int number :
+       {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGQUIT, SIGUSR1, SIGUSR2,
+        SIGALRM, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGIO, SIGPWR, SIGSTKFLT}) {
     Guarded guard;
     guard.process().signal(number);
     EXPECT_EQ(seen(guard.process().finish()), std::to_string(128 + number) + " ") << number;

@@ -66,8 +66,11 @@ TEST(run, says_when_the_command_cannot_be_run) {
   const Folder folder;
 
   EXPECT_EQ(seen(run(runCommand(folder.file("world", notes), {folder.path("none")}))),
-            "1 {\"error\":\"cannot run " + folder.path("none") +
+            "127 {\"error\":\"cannot run " + folder.path("none") +
                 ": No such file or directory\",\"ok\":false}\n");
+  const std::string path = folder.file("text", "no program");
+  EXPECT_EQ(seen(run(runCommand(folder.file("world", notes), {path}))),
+            "126 {\"error\":\"cannot run " + path + ": Permission denied\",\"ok\":false}\n");
 }
 
 TEST(run, passes_a_signal_on) {

@@ -25,6 +25,7 @@ constexpr const char* desk = R"(
 display 1 1440x900 scale 0.4
 user "Ada Lovelace" login ada
 pointer 1180,690
+directory "/"
 link "/driver" to "/Applications/Zentrove Desk.app/Contents/MacOS/driver"
 image "/faces/oru.png"
 app Browser pid 40 bundle com.example.browser chromium frontmost

@@ -114,6 +114,7 @@ TEST(guard_screens, that_are_new_count_the_grace_down_with_the_others) {
 // The directory service may take its time: nobody waits for it while the tap has to be served.
 TEST(guard_screens, that_are_new_show_the_pictures_that_were_looked_up_at_the_start) {
   TestMac mac(
+      "directory \"/\"\n"
       "link \"/driver\" to \"/Applications/Desk.app/Contents/MacOS/driver\"\n"
       "tool \"/usr/bin/dscl\" photo 600\n" +
           deskWith({"1s connect display 2 800x600 at 1440,0", "2s user key a"}),
