@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "probe.h"
+#include "support/answer.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "probe.h"
+#include "support/answer.h"
 
 namespace {
 

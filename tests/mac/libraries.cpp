@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "probe.h"
+#include "support/answer.h"
 
 namespace {
 
