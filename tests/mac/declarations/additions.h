@@ -128,6 +128,11 @@ enum : NSWindowOrderingMode { NSWindowAbove = 1 };
 - (void)toggleFullScreen:(nullable id)sender;
 @end
 
+@interface NSOpenPanel : NSPanel
++ (NSOpenPanel*)openPanel;
+- (void)beginWithCompletionHandler:(void (^)(NSInteger result))handler;
+@end
+
 @interface NSPasteboard (ProbeAdditions)
 + (NSPasteboard*)pasteboardWithUniqueName;
 - (void)releaseGlobally;

@@ -128,6 +128,11 @@ void addChild() {
   [windows[0] addChildWindow:childWindow ordered:NSWindowAbove];
 }
 
+void openPanel() {
+  [[NSOpenPanel openPanel] beginWithCompletionHandler:^(NSInteger){
+  }];
+}
+
 void obey(const std::string& command) {
   if (command == "state") tell("state " + state());
   if (command == "front") [NSApp activateIgnoringOtherApps:YES];
@@ -136,6 +141,7 @@ void obey(const std::string& command) {
   if (command == "child") addChild();
   if (command == "close") [windows[0] close];
   if (command == "full-screen") [windows[0] toggleFullScreen:nil];
+  if (command == "panel") openPanel();
   if (command == "end") std::exit(0);
   if (command != "state") tell("done");
 }
