@@ -1,9 +1,14 @@
 """What is assumed of a Mac: the assumptions of platform/macos/symbols.toml, the probes that ask a Mac
 about them, and what Macs have answered."""
 import re
-import tomllib
+import sys
 from dataclasses import dataclass, field
 from pathlib import Path
+
+try:
+    import tomllib
+except ImportError:
+    sys.exit('this needs Python 3.11 or later, and a Mac brings an older one: see python.org')
 
 SYMBOLS = Path('platform/macos/symbols.toml')
 PROBES = Path('tests/mac')

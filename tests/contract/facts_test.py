@@ -206,12 +206,20 @@ class Probes(InProject):
                             '"verdict": "confirmed", "evidence": {"answers": 2}}')
 
     def test_leave_no_process_behind(self):
+        self.expect_nothing_left("", 0)
+
+    def test_that_hang_leave_no_process_behind(self):
+        self.change("tests/mac/probes.toml", "seconds = 20", "seconds = 1")
+        self.expect_nothing_left("time.sleep(600)", 1)
+
+    def expect_nothing_left(self, end, status):
+        """A probe has started another process when it comes to this end."""
         left = self.root / "left"
         os.mkfifo(left)
         self.probe("calls", "import subprocess\n"
                    f"subprocess.Popen(['sh', '-c', 'exec 3<>{left}; echo; read line <&3'],\n"
-                   "                 stdout=subprocess.PIPE).stdout.readline()")
-        self.assertEqual(0, self.run_facts("--only", "calls-answer")[0])
+                   f"                 stdout=subprocess.PIPE).stdout.readline()\n{end}")
+        self.assertEqual(status, self.run_facts("--only", "calls-answer")[0])
         reading = os.open(left, os.O_RDONLY | os.O_NONBLOCK)
         self.addCleanup(os.close, reading)
         os.set_blocking(reading, True)

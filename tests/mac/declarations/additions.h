@@ -16,6 +16,11 @@ enum : int32_t { kCGEventSourceStateCombinedSessionState = 0 };
 void CGEventPost(CGEventTapLocation tap, CGEventRef event);
 bool CGEventTapIsEnabled(CFMachPortRef tap);
 bool CGPreflightPostEventAccess(void);
+typedef int32_t CGError;
+size_t CGDisplayModeGetHeight(CGDisplayModeRef mode);
+CFArrayRef CGDisplayCopyAllDisplayModes(CGDirectDisplayID display, CFDictionaryRef options);
+CGError CGDisplaySetDisplayMode(CGDirectDisplayID display, CGDisplayModeRef mode,
+                                CFDictionaryRef options);
 extern const CFStringRef kCGWindowOwnerName;
 extern const CFStringRef kCGWindowIsOnscreen;
 

@@ -128,6 +128,17 @@ void addChild() {
   [windows[0] addChildWindow:childWindow ordered:NSWindowAbove];
 }
 
+/// Five thousand texts, for whoever measures how long a tree takes to be read.
+void addTree() {
+  constexpr int elements = 5'000;
+  for (int element = 0; element < elements; ++element) {
+    NSTextField* label = [NSTextField labelWithString:@"element"];
+    label.frame = {{static_cast<CGFloat>(element % 250), static_cast<CGFloat>(element / 250 * 8)},
+                   {40, 8}};
+    [windows[1].contentView addSubview:label];
+  }
+}
+
 void openPanel() {
   [[NSOpenPanel openPanel] beginWithCompletionHandler:^(NSInteger){
   }];
@@ -142,6 +153,7 @@ void obey(const std::string& command) {
   if (command == "close") [windows[0] close];
   if (command == "full-screen") [windows[0] toggleFullScreen:nil];
   if (command == "panel") openPanel();
+  if (command == "tree") addTree();
   if (command == "end") std::exit(0);
   if (command != "state") tell("done");
 }
