@@ -112,6 +112,17 @@ def problems_of(assumption, probes):
             yield f'{name}: "{answer.verdict}" is no verdict'
 
 
+def problems_of_questions(root, assumptions):
+    """A probe that is asked about several assumptions tells them apart by their ids."""
+    asking = [assumption for assumption in assumptions if assumption.id and assumption.probe]
+    names = [assumption.probe for assumption in asking]
+    for assumption in asking:
+        source = source_of(root, assumption.probe)
+        if names.count(assumption.probe) > 1 and source and not assumption.person \
+                and f'"{assumption.id}"' not in source.read_text():
+            yield f'{source.relative_to(root)} does not know {assumption.id}'
+
+
 def problems_of_probes(root, assumptions, probes):
     asked = {assumption.probe for assumption in assumptions}
     for probe in probes:
@@ -143,6 +154,7 @@ def problems_with_assumptions(root):
               if names.count(name) > 1),
             *(problem for each in assumptions for problem in problems_of(each, probes)),
             *problems_of_probes(root, assumptions, probes),
+            *problems_of_questions(root, assumptions),
             *problems_with_rules(root, assumptions, rules)]
 
 

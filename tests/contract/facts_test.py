@@ -56,6 +56,7 @@ MAC = """\
 """
 PROBE = """
 import json, os, signal, sys, time
+assert sys.argv[1] in ("calls-answer", "calls-return")
 name = sys.argv[1]
 {action}
 print("a remark")
@@ -137,7 +138,8 @@ class Assumptions(InProject):
 
     def test_have_names_of_their_own(self):
         self.change("platform/macos/symbols.toml", '"calls-return"', '"looks-good"')
-        self.expect("two assumptions are called looks-good")
+        self.expect("two assumptions are called looks-good",
+                    "tests/mac/calls.py does not know looks-good")
         self.change("platform/macos/symbols.toml", 'id = "looks-good"\n', "")
         self.expect("an assumption has no id: Calls return.", "an assumption has no id: It looks good.")
 
@@ -147,6 +149,10 @@ class Assumptions(InProject):
         (self.root / "tests/mac/calls.py").unlink()
         self.expect("calls-return: there is no probe letters",
                     "tests/mac has no source of the probe calls")
+
+    def test_are_told_apart_by_their_probe(self):
+        self.change("tests/mac/calls.py", '"calls-return"', '"calls-fail"')
+        self.expect("tests/mac/calls.py does not know calls-return")
 
     def test_use_every_probe(self):
         self.write("tests/mac/probes.toml", PROBES + PROBES.replace("calls]", "letters]"))

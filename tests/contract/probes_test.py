@@ -1,6 +1,7 @@
 """The probes that need no Mac to run: those that speak through driver say of the simulated Mac what it
 assumes, and refute it where an application does otherwise."""
 import json
+import re
 import subprocess
 import sys
 import tempfile
@@ -73,6 +74,38 @@ class ThroughDriver(unittest.TestCase):
         self.assertEqual([{"assumption": "slider-steps", "verdict": "confirmed",
                            "evidence": {"7, one up, one down, 11 of 10": [7, 8, 7, 10]}}],
                          [json.loads(line) for line in done.stdout.splitlines()])
+
+
+def constants(path, pattern):
+    """The constants in a source that are named so, by their names."""
+    text = (ROOT / path).read_text()
+    return {name: int(value, 0) for name, value in re.findall(pattern, text)}
+
+
+class Forms(unittest.TestCase):
+    """What probes post is made as driver makes it."""
+
+    def test_of_records_have_the_same_places(self):
+        place = r"constexpr (?:std::size_t|int) (\w+) = (0x\w+);"
+        self.assertEqual(constants("input/sky_focus.cpp", place),
+                         constants("tests/mac/support/records.h", place))
+
+    def test_of_records_have_the_same_values(self):
+        value = r"constexpr std::uint8_t (recordLength|applicationDefined) = (0x\w+);"
+        source = "tests/mac/support/records.cpp"
+        self.assertEqual({"recordLength": 0xF8, "applicationDefined": 0x0D},
+                         constants(source, value))
+        self.assertEqual(constants("input/sky_focus.cpp", value), constants(source, value))
+        setting = r"record\[offset::(keyFlag)\] = (0x\w+);"
+        self.assertEqual({"keyFlag": 0x10}, constants(source, setting))
+        self.assertEqual(constants("input/sky_focus.cpp", setting), constants(source, setting))
+
+    def test_of_pointer_events_set_the_same_fields(self):
+        fields = constants("platform/quartz.h", r"  (\w+) = (\d+),")
+        probed = constants("tests/mac/support/posting.cpp", r"uint32_t (\w+)Field = (\d+);")
+        pointer = (ROOT / "input" / "pointer.cpp").read_text()
+        used = set(re.findall(r"setPrivateField\(\*?event, quartz::Field::(\w+)", pointer))
+        self.assertEqual({name: fields[name] for name in used}, probed)
 
 
 class UserPicture(unittest.TestCase):

@@ -97,11 +97,12 @@ int eventRecord(const std::string& assumption, Front& front) {
   Evidence evidence;
   evidence.add("as prescribed", prescribed.shown());
   for (const int at : {probe::offset::length, probe::offset::type, probe::offset::keyFlag,
-                       probe::offset::window, probe::offset::location}) {
+                       probe::offset::window, probe::offset::windowLocation}) {
     char name[40];
     std::snprintf(name, sizeof name, "without 0x%02X", static_cast<unsigned>(at));
     const Effect effect = pairWith(front, [at](Record record) {
-      const int end = at == probe::offset::location ? probe::offset::locationEnd : at + 1;
+      const int end =
+          at == probe::offset::windowLocation ? probe::offset::windowLocationEnd : at + 1;
       for (int index = at; index < end; ++index) record[static_cast<std::size_t>(index)] = 0;
       return record;
     });

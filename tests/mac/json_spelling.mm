@@ -75,6 +75,8 @@ int answerFor(const std::string& assumption, const std::vector<Case>& cases) {
 int main(int count, char** words) {
   @autoreleasepool {
     const std::string assumption = probe::asked(count, words);
-    return answerFor(assumption, assumption == "json-key-order" ? orders() : spellings());
+    if (assumption == "json-key-order") return answerFor(assumption, orders());
+    if (assumption == "json-spelling") return answerFor(assumption, spellings());
+    return probe::notShown(assumption, "it is not asked here");
   }
 }

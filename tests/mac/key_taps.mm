@@ -1,6 +1,6 @@
 // Makes taps for keys alone, in processes of their own: as they are started, and prohibited from
-// becoming active before or after the tap is made. Each posts F20, which does nothing, into the
-// session, and says whether its tap was told.
+// becoming active before or after the tap is made, or by a property list from the start. Each posts
+// F20, which does nothing, into the session, and says whether its tap was told.
 #import <AppKit/AppKit.h>
 
 #include <array>
@@ -38,6 +38,10 @@ void prohibit() {
   [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyProhibited];
 }
 
+/// The same program with a property list that makes it background-only; built beside this one.
+constexpr const char* backgroundOnly = "_background_only";
+constexpr std::array<std::size_t, 2> plainModes = {0, 1};
+
 /// One mode in this process: "made enabled told".
 int runMode(const Mode& mode) {
   CGMainDisplayID();
@@ -72,8 +76,20 @@ Result resultOf(const std::string& program, std::size_t mode) {
   return result;
 }
 
+std::string shown(const Result& result) {
+  return std::string(result.made != 0 ? "made" : "not made") +
+         (result.enabled != 0 ? ", enabled" : ", not enabled") + ", told " +
+         std::to_string(result.told) + " of 2";
+}
+
+bool works(const Result& result) {
+  return result.made != 0 && result.enabled != 0 && result.told == 2;
+}
+
 int answerFor(const std::string& assumption, const std::string& program) {
   const bool wantsProhibited = assumption == "key-taps-of-prohibited-processes";
+  if (!wantsProhibited && assumption != "key-taps")
+    return probe::notShown(assumption, "it is not asked here");
   Evidence evidence;
   evidence.add("Accessibility", AXIsProcessTrusted() != 0)
       .add("listening to events allowed", CGPreflightListenEventAccess())
@@ -83,14 +99,15 @@ int answerFor(const std::string& assumption, const std::string& program) {
   for (std::size_t index = 0; index < modes.size(); ++index) {
     const Mode& mode = modes[index];
     const Result result = resultOf(program, index);
-    evidence.add(mode.name, std::string(result.made != 0 ? "made" : "not made") +
-                                (result.enabled != 0 ? ", enabled" : ", not enabled") + ", told " +
-                                std::to_string(result.told) + " of 2");
-    const bool works = result.made != 0 && result.enabled != 0 && result.told == 2;
+    evidence.add(mode.name, shown(result));
     const bool isProhibited = mode.prohibitedBefore || mode.prohibitedAfter;
-    if (isProhibited == wantsProhibited) holds = holds && works;
-    if (!isProhibited) plainHolds = plainHolds && works;
+    if (isProhibited == wantsProhibited) holds = holds && works(result);
+    if (!isProhibited) plainHolds = plainHolds && works(result);
   }
+  // Told and not judged: driver is no such program.
+  for (const std::size_t index : plainModes)
+    evidence.add(std::string(modes[index].name) + ", background-only",
+                 shown(resultOf(program + backgroundOnly, index)));
   if (!AXIsProcessTrusted() || (wantsProhibited && !plainHolds))
     return probe::answer(assumption, probe::Verdict::notShown, evidence);
   return probe::answer(assumption, probe::verdictOf(holds), evidence);

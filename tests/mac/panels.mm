@@ -106,6 +106,7 @@ int main(int count, char** words) {
     const std::string assumption = probe::asked(count, words);
     if (assumption == "mode") return runMode(modes[static_cast<std::size_t>(std::stoi(words[2]))]);
     if (assumption == "panels-over-full-screen") return overFullScreen(assumption, words[0]);
-    return answerFor(assumption, words[0]);
+    if (assumption == "prohibited-panels") return answerFor(assumption, words[0]);
+    return probe::notShown(assumption, "it is not asked here");
   }
 }

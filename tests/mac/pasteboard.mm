@@ -66,6 +66,8 @@ int main(int count, char** words) {
   @autoreleasepool {
     const std::string assumption = probe::asked(count, words);
     if (assumption == "pasteboard-counts") return counts(assumption);
+    if (assumption != "pasteboard-reads")
+      return probe::notShown(assumption, "it is not asked here");
     if (!isHosted()) return probe::notShown(assumption, "it would take the clipboard");
     return reads(assumption);
   }

@@ -1,5 +1,5 @@
 // Locks the screen, and writes down what the function returned and when the session's dictionary
-// said so. Nothing unlocks it afterwards but the user.
+// said so. Nothing unlocks it afterwards but the user, so the second question finds it locked.
 #include <CoreGraphics/CoreGraphics.h>
 #include <dlfcn.h>
 
@@ -59,6 +59,9 @@ int main(int count, char** words) {
       .add("status", status)
       .add("returned after ms", returned)
       .add("the session says locked after ms", locked);
-  if (lockedBefore) return probe::answer(assumption, probe::Verdict::notShown, evidence);
+  if (assumption == "locked-key" && status == 0)
+    return probe::answer(assumption, probe::verdictOf(locked >= 0), evidence);
+  if (assumption != "lock-at-once" || lockedBefore)
+    return probe::answer(assumption, probe::Verdict::notShown, evidence);
   return probe::answer(assumption, probe::verdictOf(status == 0 && locked >= 0), evidence);
 }

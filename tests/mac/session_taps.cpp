@@ -54,6 +54,7 @@ int answerFor(const std::string& assumption, probe::Tap& tap, Receiver& receiver
   evidence.add("keys into the session that the tap was told of", control);
   if (assumption == "tags-pass-taps")
     return probe::answer(assumption, probe::verdictOf(control == 2), evidence);
+  if (assumption != "posted-past-taps") return probe::notShown(assumption, "it is not asked here");
   if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
   postKeyTo(receiver.pid(), false);
   const long long publicly = tagged(tap.eventsWithin(waitSeconds));

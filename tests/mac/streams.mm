@@ -123,6 +123,8 @@ int main(int count, char** words) {
   @autoreleasepool {
     const std::string assumption = probe::asked(count, words);
     CGMainDisplayID();
-    return answerFor(assumption, assumption == "stream-of-closed-window" ? "close" : "end");
+    if (assumption == "stream-of-closed-window") return answerFor(assumption, "close");
+    if (assumption == "stream-of-ended-application") return answerFor(assumption, "end");
+    return probe::notShown(assumption, "it is not asked here");
   }
 }

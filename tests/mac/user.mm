@@ -51,6 +51,8 @@ int names(const std::string& assumption) {
 int main(int count, char** words) {
   @autoreleasepool {
     const std::string assumption = probe::asked(count, words);
-    return assumption == "preferred-languages" ? languages(assumption) : names(assumption);
+    if (assumption == "preferred-languages") return languages(assumption);
+    if (assumption == "user-names") return names(assumption);
+    return probe::notShown(assumption, "it is not asked here");
   }
 }

@@ -6,29 +6,29 @@ namespace probe {
 
 namespace {
 
-constexpr std::uint32_t eventNumberField = 0;
+constexpr std::uint32_t mouseEventNumberField = 0;
 constexpr std::uint32_t clickStateField = 1;
-constexpr std::uint32_t buttonField = 3;
-constexpr std::uint32_t subtypeField = 7;
-constexpr std::uint32_t processField = 40;
-constexpr std::uint32_t windowField = 51;
-constexpr std::uint32_t groupField = 58;
-constexpr std::uint32_t underField = 91;
-constexpr std::uint32_t takingField = 92;
+constexpr std::uint32_t buttonNumberField = 3;
+constexpr std::uint32_t mouseSubtypeField = 7;
+constexpr std::uint32_t targetProcessField = 40;
+constexpr std::uint32_t targetWindowField = 51;
+constexpr std::uint32_t clickGroupField = 58;
+constexpr std::uint32_t windowUnderPointerField = 91;
+constexpr std::uint32_t windowThatCanHandleField = 92;
 constexpr std::int64_t group = 123'456'789;
 
 void setFields(CGEventRef event, const PointerTarget& target, const Form& form) {
   const auto set = privateFunctions().setField;
-  set(event, eventNumberField, form.number);
+  set(event, mouseEventNumberField, form.number);
   set(event, clickStateField, form.clickState);
-  set(event, buttonField, 0);
-  set(event, subtypeField, form.subtype);
-  set(event, processField, target.pid);
-  if (form.targetsWindow) set(event, windowField, target.window);
-  if (form.setsGroup) set(event, groupField, group);
+  set(event, buttonNumberField, 0);
+  set(event, mouseSubtypeField, form.subtype);
+  set(event, targetProcessField, target.pid);
+  if (form.targetsWindow) set(event, targetWindowField, target.window);
+  if (form.setsGroup) set(event, clickGroupField, group);
   if (!form.namesUnder) return;
-  set(event, underField, target.window);
-  set(event, takingField, target.window);
+  set(event, windowUnderPointerField, target.window);
+  set(event, windowThatCanHandleField, target.window);
 }
 
 }  // namespace

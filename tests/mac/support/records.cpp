@@ -33,14 +33,14 @@ Record focusRecord(std::uint32_t window, bool give) {
 Record keyRecord(std::uint32_t window, std::uint8_t type) {
   Record record = recordFor(window, type);
   record[offset::keyFlag] = 0x10;
-  std::fill(record.begin() + offset::location, record.begin() + offset::locationEnd,
+  std::fill(record.begin() + offset::windowLocation, record.begin() + offset::windowLocationEnd,
             std::uint8_t{0xFF});
   return record;
 }
 
 Record withLocation(Record record, double x, double y) {
-  std::memcpy(record.data() + offset::location, &x, sizeof x);
-  std::memcpy(record.data() + offset::location + sizeof x, &y, sizeof y);
+  std::memcpy(record.data() + offset::windowLocation, &x, sizeof x);
+  std::memcpy(record.data() + offset::windowLocation + sizeof x, &y, sizeof y);
   return record;
 }
 

@@ -13,8 +13,8 @@ using Record = std::array<std::uint8_t, 256>;
 namespace offset {
 constexpr int length = 0x04;
 constexpr int type = 0x08;
-constexpr int location = 0x20;
-constexpr int locationEnd = 0x30;
+constexpr int windowLocation = 0x20;
+constexpr int windowLocationEnd = 0x30;
 constexpr int keyFlag = 0x3A;
 constexpr int window = 0x3C;
 constexpr int focusChange = 0x8A;
