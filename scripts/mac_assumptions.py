@@ -1,5 +1,5 @@
-"""What is assumed of a Mac: the assumptions of platform/macos/symbols.toml, the probes that ask a Mac
-about them, and what Macs have answered."""
+"""What is assumed of a Mac: the assumptions of platform/macos/symbols.toml, the probes that ask a
+Mac about them, and what Macs have answered."""
 import re
 import sys
 from dataclasses import dataclass, field

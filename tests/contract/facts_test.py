@@ -62,11 +62,13 @@ name = sys.argv[1]
 print("a remark")
 print(json.dumps({{"assumption": name, "verdict": "confirmed", "evidence": {{"answers": 2}}}}))
 """
+NAMES = ("calls-answer", "calls-return")
 HERE = {"version": "15.5", "hardware": "Mac14,2", "date": "2026-11-30"}
 
 
 def answer(assumption, verdict, **changes):
-    return {"assumption": assumption, "verdict": verdict, "evidence": {"seen": 1}, **HERE, **changes}
+    return {"assumption": assumption, "verdict": verdict, "evidence": {"seen": 1}, **HERE,
+            **changes}
 
 
 class InProject(unittest.TestCase):
@@ -141,7 +143,8 @@ class Assumptions(InProject):
         self.expect("two assumptions are called looks-good",
                     "tests/mac/calls.py does not know looks-good")
         self.change("platform/macos/symbols.toml", 'id = "looks-good"\n', "")
-        self.expect("an assumption has no id: Calls return.", "an assumption has no id: It looks good.")
+        self.expect("an assumption has no id: Calls return.",
+                    "an assumption has no id: It looks good.")
 
     def test_name_probes_that_are_there(self):
         self.change("platform/macos/symbols.toml", '"calls"\n\n[[', '"letters"\n\n[[')
@@ -208,8 +211,8 @@ class Probes(InProject):
         self.expect_failure("print('{}', flush=True), os._exit(0)", "it gave no answer: {}")
 
     def test_that_say_no_verdict_hide_no_others(self):
-        self.expect_failure("name = 'another'", 'it gave no answer: a remark {"assumption": "another", '
-                            '"verdict": "confirmed", "evidence": {"answers": 2}}')
+        self.expect_failure("name = 'another'", 'it gave no answer: a remark {"assumption": '
+                            '"another", "verdict": "confirmed", "evidence": {"answers": 2}}')
 
     def test_leave_no_process_behind(self):
         self.expect_nothing_left("", 0)
@@ -251,15 +254,15 @@ class Probes(InProject):
         self.change("tests/mac/probes.toml", "seconds", 'seen = "A window comes."\nseconds')
         why = {"why": "it can be seen, and nobody has agreed"}
         status, output, answers = self.verdicts()
-        self.assertEqual((0, [(name, "not shown", why) for name in ("calls-answer", "calls-return")]),
-                         (status, answers))
+        self.assertEqual((0, [(name, "not shown", why) for name in NAMES]), (status, answers))
         self.assertIn("You are asked before each of these:\n  calls: A window comes.\n", output)
         hosted = {"RUNNER_ENVIRONMENT": "github-hosted"}
         self.assertEqual(["confirmed", "confirmed"],
                          [each[1] for each in self.verdicts("--hosted", environment=hosted)[2]])
 
     def test_for_hosted_macs_do_not_run_elsewhere(self):
-        self.change("tests/mac/probes.toml", "seconds", 'hosted = "It takes the clipboard."\nseconds')
+        self.change("tests/mac/probes.toml", "seconds",
+                    'hosted = "It takes the clipboard."\nseconds')
         why = {"why": "only on a hosted Mac: It takes the clipboard."}
         self.assertEqual([why, why], [each[2] for each in self.verdicts()[2]])
 
@@ -275,7 +278,7 @@ class Probes(InProject):
 
     def test_without_a_mac_are_those_that_speak_through_driver(self):
         why = {"why": "only a Mac can be asked"}
-        self.assertEqual((0, [("calls-answer", "not shown", why), ("calls-return", "not shown", why)]),
+        self.assertEqual((0, [(name, "not shown", why) for name in NAMES]),
                          self.verdicts(on_a_mac=False)[::2])
         self.change("tests/mac/probes.toml", "seconds", "speaks_through_driver = true\nseconds")
         self.assertEqual(["confirmed", "confirmed"],

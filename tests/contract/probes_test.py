@@ -1,5 +1,5 @@
-"""The probes that need no Mac to run: those that speak through driver say of the simulated Mac what it
-assumes, and refute it where an application does otherwise."""
+"""The probes that need no Mac to run: those that speak through driver say of the simulated Mac what
+it assumes, and refute it where an application does otherwise."""
 import json
 import re
 import subprocess

@@ -238,7 +238,8 @@ class Symbols(unittest.TestCase):
         self.assertEqual(ALL_SYMBOLS, listed)
 
     def test_that_are_assumed_come_first_the_private_functions_before_all(self):
-        self.assertIn("## Private functions\n\n- **secret-call**: `SecretCall` (`input/core.cpp`)  \n"
+        self.assertIn("## Private functions\n\n"
+                      "- **secret-call**: `SecretCall` (`input/core.cpp`)  \n"
                       "  Assumed: It is there.  \n  A Mac shows it: A call.  \n"
                       "  Probe: `tests/mac/secrets`  \n\n"
                       "## Other names and numbers without documentation\n\n"
@@ -343,8 +344,8 @@ class Symbols(unittest.TestCase):
                           'hardware = "Mac"\ndate = "2026-11-30"\nevidence = "seen"\n')
         self.assertEqual("| Calls call. | assumed (`secret-call`: confirmed on 15.5) |\n",
                          self.generate()[0][Path("docs/SIMULATOR.md")])
-        self.assertIn("  Probe: `tests/mac/secrets`  \n  A Mac has answered: confirmed on macOS 15.5 "
-                      "(Mac, 2026-11-30): seen  \n\n", self.page())
+        self.assertIn("  Probe: `tests/mac/secrets`  \n  A Mac has answered: confirmed on "
+                      "macOS 15.5 (Mac, 2026-11-30): seen  \n\n", self.page())
 
 
 if __name__ == "__main__":

@@ -1,91 +1,17 @@
-"""The workflow for hosted Macs and its scripts, with stand-ins of the Mac's tools. What they do on a
-Mac only a Mac shows."""
+"""The workflow for hosted Macs and its scripts, with stand-ins of the Mac's tools. What they do on
+a Mac only a Mac shows."""
 import json
 import os
-import plistlib
 import re
 import sqlite3
-import subprocess
-import sys
-import tempfile
 import unittest
-from datetime import datetime
-from pathlib import Path
 
 import yaml
 from mac import DRIVER, ROOT, Mac
+from runner import SCHEMA, STAND_IN, OnARunner
 
-FOLDER = ROOT / ".github" / "mac"
+IMAGES = {"ubuntu-latest", "macos-15", "macos-26", "xcode-27", "${{ matrix.image }}"}
 WORKFLOWS = ROOT / ".github" / "workflows"
-# As published of macOS 14, 15 and 26.
-SCHEMA = """CREATE TABLE access (service TEXT NOT NULL, client TEXT NOT NULL,
-client_type INTEGER NOT NULL, auth_value INTEGER NOT NULL, auth_reason INTEGER NOT NULL,
-auth_version INTEGER NOT NULL, csreq BLOB, policy_id INTEGER,
-indirect_object_identifier_type INTEGER,
-indirect_object_identifier TEXT NOT NULL DEFAULT 'UNUSED', indirect_object_code_identity BLOB,
-flags INTEGER, last_modified INTEGER NOT NULL DEFAULT (CAST(strftime('%s','now') AS INTEGER)),
-pid INTEGER, pid_version INTEGER, boot_uuid TEXT NOT NULL DEFAULT 'UNUSED',
-last_reminded INTEGER NOT NULL DEFAULT 0{more},
-PRIMARY KEY (service, client, client_type, indirect_object_identifier))"""
-SERVICES = ["kTCCServiceAccessibility", "kTCCServiceListenEvent", "kTCCServicePostEvent",
-            "kTCCServiceScreenCapture"]
-HOSTED = {"RUNNER_ENVIRONMENT": "github-hosted"}
-# Each records that it was called; what it prints stands beside it in `answers`.
-STAND_IN = """#!/bin/sh
-echo "$(basename "$0") $*" >>"$STAND_INS/calls"
-cat "$STAND_INS/answers/$(basename "$0")" 2>/dev/null
-exit 0
-"""
-SUDO = '#!/bin/sh\necho "sudo $*" >>"$STAND_INS/calls"\nexec env "$@"\n'
-SQLITE = f"""#!{sys.executable}
-import sqlite3, sys
-for row in sqlite3.connect(sys.argv[1]).execute(sys.argv[2]):
-    print("|".join(map(str, row)))
-"""
-
-
-class OnARunner(unittest.TestCase):
-    """A folder with stand-ins of what a hosted Mac has."""
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="workflow-")
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.home = self.folder / "home"
-        for name in ("bin", "answers", "home"):
-            (self.folder / name).mkdir()
-        for name in ("uname", "sw_vers", "sysctl", "xcodebuild", "xcrun", "csrutil", "launchctl",
-                     "system_profiler", "defaults", "sysadminctl", "plutil", "lsof", "pgrep", "kill",
-                     "screencapture", "log", "stat", "touch"):
-            self.tool(name, STAND_IN)
-        self.tool("sudo", SUDO)
-        self.tool("sqlite3", SQLITE)
-        self.tells("uname", "Darwin")
-        self.tells("sw_vers", "15.7.7")
-
-    def tool(self, name, text):
-        path = self.folder / "bin" / name
-        path.write_text(text)
-        path.chmod(0o755)
-        return path
-
-    def tells(self, name, answer):
-        (self.folder / "answers" / name).write_text(f"{answer}\n")
-
-    def calls(self):
-        path = self.folder / "calls"
-        return path.read_text().splitlines() if path.exists() else []
-
-    def run_script(self, name, *arguments, **environment):
-        return subprocess.run(
-            [str(FOLDER / name), *map(str, arguments)], capture_output=True, text=True, timeout=60,
-            cwd=ROOT, check=False,
-            env={"PATH": f"{self.folder}/bin:{os.environ['PATH']}", "HOME": str(self.home),
-                 "STAND_INS": str(self.folder), "RESULTS": str(self.folder / "results"),
-                 **HOSTED, **environment})
-
-    def result(self, name):
-        return (self.folder / "results" / name).read_text()
 
 
 class Workflow(unittest.TestCase):
@@ -132,10 +58,9 @@ class Workflow(unittest.TestCase):
         for path in WORKFLOWS.glob("*.yml"):
             jobs = yaml.safe_load(path.read_text())["jobs"]
             for name, job in jobs.items():
-                images = {job["runs-on"], *job.get("strategy", {}).get("matrix", {}).get("image", [])}
+                matrix = job.get("strategy", {}).get("matrix", {})
                 with self.subTest(workflow=path.name, job=name):
-                    self.assertLessEqual(images, {"ubuntu-latest", "macos-15", "macos-26", "xcode-27",
-                                                  "${{ matrix.image }}"})
+                    self.assertLessEqual({job["runs-on"], *matrix.get("image", [])}, IMAGES)
 
     def test_keeps_what_it_found_even_when_it_fails(self):
         for job in self.jobs:
@@ -160,7 +85,8 @@ class Guard(OnARunner):
         self.assertEqual("this is no Mac\n", self.run_script("guard").stderr)
 
     def test_stops_what_changes_something(self):
-        for script, *arguments in (("desktop", "true"), ("grant-all", "true"), ("lock", "lock", "true")):
+        for script, *arguments in (("desktop", "true"), ("grant-all", "true"),
+                                   ("lock", "lock", "true")):
             with self.subTest(script=script):
                 done = self.run_script(script, *arguments, RUNNER_ENVIRONMENT="")
                 self.assertNotEqual(0, done.returncode)
@@ -244,125 +170,10 @@ class Desktop(OnARunner):
         self.assertEqual(1, self.run_script("desktop", mode).returncode)
 
 
-class Grant(OnARunner):
-    """Databases of permissions as the releases have them."""
-
-    def setUp(self):
-        super().setUp()
-        self.program = self.folder / "bin" / "driver"
-        self.program.write_text("")
-        self.system = self.database("root/Library/Application Support/com.apple.TCC/TCC.db")
-        self.user = self.database("home/Library/Application Support/com.apple.TCC/TCC.db")
-        self.approvals = self.home / ("Library/Group Containers/group.com.apple.replayd/"
-                                      "ScreenCaptureApprovals.plist")
-
-    def database(self, name, more=""):
-        path = self.folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        with sqlite3.connect(path) as database:
-            database.execute(SCHEMA.format(more=more))
-        return path
-
-    def add(self, path, service, client, value, reason):
-        with sqlite3.connect(path) as database:
-            database.execute("INSERT INTO access (service, client, client_type, auth_value, "
-                             "auth_reason, auth_version, last_modified) VALUES (?, ?, 1, ?, ?, 1, 7)",
-                             (service, client, value, reason))
-
-    def rows(self, path):
-        with sqlite3.connect(path) as database:
-            return database.execute("SELECT service, client, auth_value, auth_reason FROM access "
-                                    "ORDER BY service, client").fetchall()
-
-    def grant(self, *programs, **environment):
-        return self.run_script("grant", "--root", self.folder / "root", "--home", self.home, "--uid",
-                               os.getuid(), *(programs or [self.program]), **environment)
-
-    def test_adds_what_is_missing_on_each_release(self):
-        for release in ("14.8.1", "15.7.7", "26.5.2"):
-            with self.subTest(release=release):
-                self.tells("sw_vers", release)
-                done = self.grant()
-                self.assertEqual((0, ""), (done.returncode, done.stderr))
-                expected = [(service, str(self.program), 2, 3) for service in SERVICES]
-                self.assertEqual([expected, expected], [self.rows(self.system), self.rows(self.user)])
-                self.assertEqual(release[:2] != "14", self.approvals.exists())
-
-    def test_leaves_what_is_there_and_makes_rows_alike(self):
-        self.add(self.system, SERVICES[0], "/bin/bash", 2, 4)
-        self.add(self.system, SERVICES[0], str(self.program), 0, 2)
-        self.assertEqual(0, self.grant().returncode)
-        self.assertEqual([(SERVICES[0], "/bin/bash", 2, 4), (SERVICES[0], str(self.program), 2, 4)],
-                         self.rows(self.system)[:2])
-        before = self.rows(self.system)
-        self.assertNotIn("TCC.db: ", self.grant().stdout)
-        self.assertEqual(before, self.rows(self.system))
-
-    def test_takes_the_real_path(self):
-        link = self.folder / "link"
-        link.symlink_to(self.program)
-        self.grant(link, self.program)
-        self.assertEqual([str(self.program)] * 4, [row[1] for row in self.rows(self.user)])
-
-    def test_finds_the_database_that_the_system_has_open(self):
-        elsewhere = self.database("private/Data/com.apple.TCC/TCC.db")
-        self.tells("lsof", f"p5\nn/Library/Application Support/com.apple.TCC/TCC.db\nn{elsewhere}")
-        self.assertEqual(0, self.grant().returncode)
-        self.assertEqual(([], 4), (self.rows(self.user), len(self.rows(elsewhere))))
-
-    def test_says_where_a_release_has_moved_them(self):
-        self.user.unlink()
-        done = self.grant()
-        self.assertEqual(1, done.returncode)
-        self.assertIn("this release keeps the user's permissions elsewhere", done.stdout)
-        self.assertEqual(4, len(self.rows(self.system)))
-        self.assertFalse(self.user.exists())
-
-    def test_says_when_there_are_several(self):
-        self.tells("lsof", "n/one/TCC.db\nn/two/TCC.db")
-        done = self.grant()
-        self.assertEqual(1, done.returncode)
-        self.assertIn("tccd has several databases open: /one/TCC.db, /two/TCC.db", done.stdout)
-
-    def test_says_what_it_does_not_know(self):
-        self.user.unlink()
-        self.database(str(self.user.relative_to(self.folder)), ", oath TEXT NOT NULL")
-        done = self.grant()
-        self.assertEqual(1, done.returncode)
-        self.assertIn("its table of permissions has oath, of which nothing is known", done.stdout)
-        self.assertEqual([], self.rows(self.user))
-
-    def test_adds_approvals_of_the_kind_that_is_there(self):
-        self.approvals.parent.mkdir(parents=True)
-        agent = {"/agent": datetime(2030, 1, 1)}
-        self.approvals.write_bytes(plistlib.dumps(agent))
-        self.grant()
-        self.assertEqual({**agent, str(self.program): datetime(2099, 1, 1)},
-                         plistlib.loads(self.approvals.read_bytes()))
-
-    def test_adds_approvals_where_there_are_none(self):
-        self.grant()
-        entry = plistlib.loads(self.approvals.read_bytes())[str(self.program)]
-        self.assertEqual((datetime(2099, 1, 1), 1),
-                         (entry["kScreenCaptureApprovalLastAlerted"],
-                          entry["kScreenCaptureAlertableUsageCount"]))
-
-    def test_has_the_system_read_them_again(self):
-        self.tells("pgrep", "71")
-        self.grant()
-        self.assertEqual(["kill -TERM 71", "kill -KILL 71"],
-                         [call for call in self.calls() if call.startswith("kill")])
-
-    def test_is_refused_elsewhere(self):
-        done = self.grant(RUNNER_ENVIRONMENT="")
-        self.assertEqual(2, done.returncode)
-        self.assertIn("permissions are changed on hosted runners alone", done.stderr)
-        self.assertEqual([], self.rows(self.system))
-
-
 class Timings(OnARunner):
     def test_tell_how_long_driver_takes(self):
-        receiver = self.tool("receiver", "#!/bin/sh\necho ready 41 7 8\nread line\necho done\nread end\n")
+        receiver = self.tool("receiver", "#!/bin/sh\necho ready 41 7 8\nread line\necho done\n"
+                                         "read end\n")
         with Mac('app Receiver pid 41\n    window 7 "One" at 10,20 size 300x200\n') as mac:
             done = self.run_script("timings", DRIVER, receiver, self.folder / "timings.md",
                                    **mac.environment)
@@ -380,7 +191,8 @@ class Lock(OnARunner):
 
     def test_is_done_by_driver(self):
         self.assertEqual([0, 0], [self.lock("lock"), self.lock("guard")])
-        self.assertEqual(["driver lock-now", "driver session", "driver lock-guard", "driver session"],
+        self.assertEqual(["driver lock-now", "driver session", "driver lock-guard",
+                          "driver session"],
                          [call for call in self.calls() if call.startswith("driver")])
 
     def test_is_of_a_known_kind(self):

@@ -72,8 +72,9 @@ def click_in_background(fixture):
     before = fixture.user_state()
     reply = fixture.run("bg-click", "@Pad")
     record = fixture.settled(fixture.record, ["click"])
-    return (record == ["click"] and before == fixture.user_state(),
-            {"reply": reply, "record": record, "user's state stays": before == fixture.user_state()})
+    stays = before == fixture.user_state()
+    return (record == ["click"] and stays,
+            {"reply": reply, "record": record, "user's state stays": stays})
 
 
 def press_keeps_keyboard(fixture):
