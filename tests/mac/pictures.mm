@@ -83,13 +83,12 @@ int connection(const std::string& assumption, const std::string& program, Receiv
   const int without = endOf(program, "unconnected", receiver.window(0));
   // The shell says 128 and the number of the signal.
   constexpr int signalled = 128;
-  Evidence evidence;
-  evidence.add("status with a connection", WEXITSTATUS(with))
-      .add("status without", WEXITSTATUS(without))
-      .add("without, it was ended by a signal",
-           WIFSIGNALED(without) || WEXITSTATUS(without) > signalled);
-  if (with != 0) return probe::answer(assumption, Verdict::notShown, evidence);
-  return probe::answer(assumption, Verdict::confirmed, evidence);
+  const bool dies = WIFSIGNALED(without) || WEXITSTATUS(without) > signalled;
+  return probe::answer(assumption, with != 0 ? Verdict::notShown : verdictOf(dies),
+                       Evidence()
+                           .add("status with a connection", WEXITSTATUS(with))
+                           .add("status without", WEXITSTATUS(without))
+                           .add("without, it was ended by a signal", dies));
 }
 
 int answerFor(const std::string& assumption, const std::string& program) {

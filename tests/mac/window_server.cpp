@@ -106,7 +106,7 @@ int inputClock(const std::string& assumption) {
       CGEventSourceSecondsSinceLastEventType(kCGEventSourceStateHIDSystemState, kCGEventMouseMoved);
   const double never =
       CGEventSourceSecondsSinceLastEventType(kCGEventSourceStateHIDSystemState, tabletProximity);
-  return probe::answer(assumption, verdictOf(moved >= 0 && (std::isinf(never) || never >= 0)),
+  return probe::answer(assumption, verdictOf(moved >= 0 && (std::isinf(never) || never > moved)),
                        Evidence()
                            .add("seconds since a move", std::to_string(moved))
                            .add("since an event that never came", std::to_string(never)));

@@ -120,7 +120,12 @@ extern "C" NSApplication* _Null_unspecified NSApp;
 - (BOOL)acceptsFirstMouse:(nullable NSEvent*)event;
 @end
 
-enum : NSWindowStyleMask { NSWindowStyleMaskBorderless = 0, NSWindowStyleMaskTitled = 1 };
+enum : NSWindowStyleMask {
+  NSWindowStyleMaskBorderless = 0,
+  NSWindowStyleMaskTitled = 1 << 0,
+  NSWindowStyleMaskResizable = 1 << 3,
+};
+enum : NSWindowCollectionBehavior { NSWindowCollectionBehaviorFullScreenPrimary = 1 << 7 };
 typedef NSInteger NSWindowOrderingMode;
 enum : NSWindowOrderingMode { NSWindowAbove = 1 };
 @interface NSWindow (ProbeAdditions)

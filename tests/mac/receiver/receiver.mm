@@ -102,13 +102,15 @@ namespace {
 
 /// A window of 300 by 200 points whose content begins there, counted upwards.
 NSWindow* makeWindow(NSString* title, CGPoint origin) {
-  NSWindow* window = [[NSWindow alloc] initWithContentRect:{
-    origin, { 300, 200 }
-  }
-                                                 styleMask:NSWindowStyleMaskTitled
-                                                   backing:NSBackingStoreBuffered
-                                                     defer:NO];
+  NSWindow* window =
+      [[NSWindow alloc] initWithContentRect:{
+        origin, { 300, 200 }
+      }
+                                  styleMask:NSWindowStyleMaskTitled | NSWindowStyleMaskResizable
+                                    backing:NSBackingStoreBuffered
+                                      defer:NO];
   window.title = title;
+  window.collectionBehavior = NSWindowCollectionBehaviorFullScreenPrimary;
   window.releasedWhenClosed = NO;
   Target* target = [[Target alloc] initWithFrame:{{0, 0}, {300, 200}}];
   window.contentView = target;
