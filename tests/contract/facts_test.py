@@ -63,6 +63,15 @@ print("a remark")
 print(json.dumps({{"assumption": name, "verdict": "confirmed", "evidence": {{"answers": 2}}}}))
 """
 NAMES = ("calls-answer", "calls-return")
+
+
+class Person(io.StringIO):
+    """Somebody who sits at the terminal and types these lines."""
+
+    def isatty(self):
+        return True
+
+
 HERE = {"version": "15.5", "hardware": "Mac14,2", "date": "2026-11-30"}
 
 
@@ -101,7 +110,7 @@ class InProject(unittest.TestCase):
         self.assertIn(old, self.read(name))
         self.write(name, self.read(name).replace(old, new))
 
-    def run_facts(self, *arguments, on_a_mac=True, environment=None):
+    def run_facts(self, *arguments, on_a_mac=True, environment=None, person=None):
         """Status, output and answers of a run of the script in this project."""
         output, errors = io.StringIO(), io.StringIO()
         options = [*arguments, "--output", str(self.root / "output")]
@@ -109,7 +118,7 @@ class InProject(unittest.TestCase):
                                  this_machine=lambda: HERE, build_for_driver=lambda _: None), \
                 mock.patch.object(mac_probes, "ON_A_MAC", on_a_mac), \
                 mock.patch.dict(os.environ, environment or {}), \
-                mock.patch.object(sys, "stdin", io.StringIO()), \
+                mock.patch.object(sys, "stdin", person or io.StringIO()), \
                 contextlib.redirect_stdout(output), contextlib.redirect_stderr(errors):
             try:
                 status = facts.main(options)
@@ -214,6 +223,14 @@ class Probes(InProject):
         self.expect_failure("name = 'another'", 'it gave no answer: a remark {"assumption": '
                             '"another", "verdict": "confirmed", "evidence": {"answers": 2}}')
 
+    def test_that_have_answered_are_not_lost_when_the_run_is_ended(self):
+        with mock.patch.object(facts.Runner, "answer", side_effect=[
+                ("confirmed", {"answers": 2}), KeyboardInterrupt]), \
+                self.assertRaises(KeyboardInterrupt):
+            self.run_facts()
+        self.assertEqual(1, len(self.read("output/answers.jsonl").splitlines()))
+        self.assertIn("| `calls-answer` | confirmed |", self.read("output/answers.md"))
+
     def test_leave_no_process_behind(self):
         self.expect_nothing_left("", 0)
 
@@ -256,6 +273,12 @@ class Probes(InProject):
         status, output, answers = self.verdicts()
         self.assertEqual((0, [(name, "not shown", why) for name in NAMES]), (status, answers))
         self.assertIn("You are asked before each of these:\n  calls: A window comes.\n", output)
+        for typed, verdict in (("y\n", "confirmed"), ("\n", "not shown"), ("", "not shown")):
+            person = Person(typed)
+            _, output, answers = self.verdicts(person=person)
+            self.assertEqual([verdict] * 2, [each[1] for each in answers])
+            # One question for all that a probe is asked about.
+            self.assertEqual(1, output.count("A window comes. Run it? [y/N]"))
         hosted = {"RUNNER_ENVIRONMENT": "github-hosted"}
         self.assertEqual(["confirmed", "confirmed"],
                          [each[1] for each in self.verdicts("--hosted", environment=hosted)[2]])
