@@ -13,6 +13,7 @@ from mac import ROOT
 
 sys.path[:0] = [str(ROOT / "tests" / "mac"), str(ROOT / "tests" / "conformance"),
                 str(ROOT / "scripts")]
+import browsers
 import chromium_bundles
 import sides
 import through_driver
@@ -41,12 +42,46 @@ OTHERWISE = {
 }
 
 
-class ThroughDriver(unittest.TestCase):
-    def test_asks_what_is_assumed_of_it(self):
+# The same for the browsers' world.
+BROWSERS_OTHERWISE = {
+    "browser-names": ("AXLink", "AXButton"),
+    "chromium-tree": (" chromium tree after 2s rejects-enabling", " chromium tree after 500s"),
+    "chromium-click": ('retitle "pressed 1"', 'retitle "pressed 2"'),
+    "chromium-keys": ('"Text" at 120,180 size 300x40', '"Text" at 120,180 size 300x40 disabled'),
+}
+
+
+class SpeakingThroughDriver(unittest.TestCase):
+    def test_is_known_of_all_that_do(self):
         probes = load_probes(ROOT)
-        self.assertEqual({each.id for each in load_assumptions(ROOT)
-                          if each.probe and probes[each.probe].speaks_through_driver},
-                         set(through_driver.QUESTIONS))
+        asked = {}
+        for each in load_assumptions(ROOT):
+            if each.probe and probes[each.probe].speaks_through_driver:
+                asked.setdefault(each.probe, set()).add(each.id)
+        self.assertEqual({"through_driver": set(through_driver.QUESTIONS),
+                          "browsers": set(browsers.QUESTIONS)}, asked)
+
+
+class Browsers(unittest.TestCase):
+    def test_are_to_the_simulated_mac_as_it_assumes(self):
+        for name in browsers.QUESTIONS:
+            with self.subTest(assumption=name):
+                verdict, evidence = browsers.ask(name)
+                self.assertEqual("confirmed", verdict, evidence)
+
+    def test_that_do_otherwise_refute_it(self):
+        self.assertEqual(set(browsers.QUESTIONS), set(BROWSERS_OTHERWISE))
+        template = (browsers.HERE / "browsers.world").read_text()
+        for name, (old, new) in BROWSERS_OTHERWISE.items():
+            with self.subTest(assumption=name), tempfile.TemporaryDirectory() as folder:
+                self.assertIn(old, template)
+                (Path(folder) / "browsers.world").write_text(template.replace(old, new))
+                with mock.patch.object(browsers, "HERE", Path(folder)):
+                    verdict, evidence = browsers.ask(name)
+                self.assertEqual("refuted", verdict, evidence)
+
+
+class ThroughDriver(unittest.TestCase):
 
     def test_confirms_what_the_simulated_mac_assumes(self):
         for name in through_driver.QUESTIONS:
