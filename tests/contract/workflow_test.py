@@ -184,6 +184,52 @@ class Timings(OnARunner):
                          [line.split(" | ")[0][2:] for line in text.splitlines()[5:]])
 
 
+class Building(OnARunner):
+    def setUp(self):
+        super().setUp()
+        for name in ("cmake", "codesign", "lipo"):
+            self.tool(name, STAND_IN)
+
+    def test_takes_a_project_and_a_folder(self):
+        self.assertEqual(0, self.run_script("build", "platform/macos", "build/macos").returncode)
+        self.assertEqual(["cmake -S platform/macos -B build/macos -DCMAKE_BUILD_TYPE=Release",
+                          "cmake --build build/macos --parallel 3"], self.calls())
+
+    def test_stops_when_a_project_cannot_be_configured(self):
+        self.tool("cmake", '#!/bin/sh\necho "cmake $*" >>"$STAND_INS/calls"\nexit 1\n')
+        self.assertEqual(1, self.run_script("build", "platform/macos", "build/macos").returncode)
+        self.assertEqual(1, len(self.calls()))
+
+    def test_is_followed_by_a_signature(self):
+        driver = self.tool("driver", STAND_IN)
+        self.assertEqual(0, self.run_script("sign", driver).returncode)
+        self.assertEqual([f"codesign --force --sign - --options runtime --entitlements "
+                          f"packaging/driver.entitlements {driver}", f"lipo -archs {driver}",
+                          "driver permissions"], self.calls())
+
+
+class Collecting(OnARunner):
+    def test_takes_logs_crashes_and_a_picture(self):
+        crash = self.home / "Library/Logs/DiagnosticReports/driver.ips"
+        crash.parent.mkdir(parents=True)
+        crash.write_text("crash")
+        self.tells("log", "tccd: said something")
+        done = self.run_script("collect")
+        self.assertEqual((0, "driver.ips\n"), (done.returncode, done.stdout))
+        self.assertEqual("crash", self.result("crashes/driver.ips"))
+        self.assertEqual("tccd: said something\n", self.result("system.log"))
+        self.assertIn(f"screencapture -x {self.folder}/results/pictures/end.png", self.calls())
+
+    def test_observes_each_second_for_a_minute(self):
+        self.tool("sleep", STAND_IN)
+        driver = self.tool("driver", '#!/bin/sh\necho "$1"\n')
+        self.assertEqual(0, self.run_script("observe", driver).returncode)
+        lines = self.result("observed.tsv").splitlines()
+        self.assertEqual([f"{second}\tsession\twindows\tcapture-probe" for second in range(1, 61)],
+                         lines)
+        self.assertEqual(["sleep 1"] * 60, self.calls())
+
+
 class Lock(OnARunner):
     def lock(self, what):
         driver = self.tool("driver", STAND_IN)
