@@ -1,6 +1,7 @@
 """Writes the page of symbols, docs/MAC.md."""
 import re
 
+from mac_assumptions import PROBES, mac_page, one_line
 from mac_symbols import ADAPTERS
 
 USERS_MAX = 6
@@ -23,6 +24,10 @@ that has no entry there, or an entry's symbol is not used, and when this page is
 The first thing that a Mac settles is the build: with the SDK's own headers the compiler checks all declarations and values
 that the adapters use, and the linker every import and the library it comes from. Private functions, names and numbers, and
 how things behave, are seen only when `driver` runs; begin with `scripts/doctor`.
+
+Each assumption has a name, and a probe that asks a Mac about it, or a reason why a person is needed. `scripts/mac-facts`
+runs the probes, and `scripts/mac-facts --apply` writes what Macs have answered into this page and into
+[SIMULATOR.md](SIMULATOR.md), where what rests on an assumption names it.
 
 Files without a folder are in `platform/macos`. An asterisk marks what an assumption is made of.
 
@@ -86,28 +91,44 @@ def sure(table, symbols):
     return text
 
 
+def settled_by(each):
+    """Who settles it: the program that asks a Mac, or a person."""
+    if 'probe' in each:
+        return f'  Probe: `{PROBES}/{each["probe"]}`  \n'
+    return f'  A person is needed: {one_line(each["person"])}  \n'
+
+
 def assumption(each, found):
+    names = ', '.join(map(code, each['names']))
     users = set().union(*(found[name].users for name in each['names']))
-    return (f'- **{", ".join(map(code, each["names"]))}** ({shown_users(users)})  \n'
-            f'  Assumed: {" ".join(each["assumed"].split())}  \n'
-            f'  A Mac shows it: {" ".join(each["shown"].split())}\n')
+    text = f'- **{each["id"]}**'
+    text += f': {names} ({shown_users(users)})  \n' if names else '  \n'
+    text += f'  Assumed: {one_line(each["assumed"])}  \n'
+    for member, title in (('published', 'Published'), ('otherwise', 'Otherwise'),
+                          ('shown', 'A Mac shows it')):
+        if member in each:
+            text += f'  {title}: {one_line(each[member])}  \n'
+    return text + settled_by(each)
 
 
 def assumptions(table, symbols):
-    """Private functions, then what else is not confirmed, then how documented ones behave."""
+    """Private functions, then what else is not confirmed, then how documented ones behave, and
+    how applications and the system do."""
     found = {symbol.name: symbol for symbol in symbols}
     parts = {'Private functions': [], 'Other names and numbers without documentation': [],
-             'How documented interfaces behave': []}
-    private, other, documented = parts.values()
+             'How documented interfaces behave': [], 'How the system and applications behave': []}
+    private, other, documented, behaviour = parts.values()
     for each in table.assumptions:
-        if any(found[name].kind == 'looked up' for name in each['names']):
+        if not each['names']:
+            behaviour.append(each)
+        elif any(found[name].kind == 'looked up' for name in each['names']):
             private.append(each)
         elif all(table.is_confirmed(name) for name in each['names']):
             documented.append(each)
         else:
             other.append(each)
     return ''.join(f'## {title}\n\n{"".join(assumption(each, found) for each in part)}\n'
-                   for title, part in parts.items())
+                   for title, part in parts.items() if part)
 
 
 def by_kind(symbols, table):
@@ -122,15 +143,16 @@ def by_kind(symbols, table):
 
 def library_section(description, table, symbols):
     own = [symbol for symbol in symbols if symbol.library == description['name']]
-    return (f'### {description["name"]}\n\n{" ".join(description["about"].split())}\n\n'
+    return (f'### {description["name"]}\n\n{one_line(description["about"])}\n\n'
             f'{by_kind(own, table)}')
 
 
 def page(table, symbols):
     """The page as it is in docs."""
-    return ''.join((INTRODUCTION, sure(table, symbols), '\n', assumptions(table, symbols),
+    text = ''.join((INTRODUCTION, sure(table, symbols), '\n', assumptions(table, symbols),
                     '## All symbols\n\n### Names and numbers in our sources\n\n',
                     by_kind([symbol for symbol in symbols if not symbol.library], table),
                     *(library_section(description, table, symbols)
                       for description in table.libraries),
                     WITHOUT))
+    return mac_page(text, table.answers())

@@ -3,6 +3,7 @@ import re
 import tomllib
 from dataclasses import dataclass, field
 
+from mac_assumptions import problems_with_assumptions, read_assumptions
 from mac_symbols import ADAPTERS, Symbol
 
 NAME = re.compile(r'[-+]\[[^]]*\]|"[^"]*"|\S+')
@@ -30,6 +31,11 @@ class Table:
             self._add_number(root, number)
         for assumption in self.assumptions:
             self._add_assumption(assumption)
+        self.problems += problems_with_assumptions(root)
+
+    def answers(self):
+        """The assumptions with what Macs have said of them."""
+        return read_assumptions({'assumption': self.assumptions})
 
     def describe(self, symbols):
         """Gives an entry to each symbol without one whose library has one for all."""

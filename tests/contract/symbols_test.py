@@ -71,13 +71,23 @@ basis = "private"
 file = "input/core.cpp"
 texts = ["secretField = 51"]
 [[assumption]]
+id = "secret-call"
 names = ["SecretCall"]
 assumed = "It is there."
 shown = "A call."
+probe = "secrets"
 [[assumption]]
+id = "secret-names"
 names = ['"/System/Secret"', '"AXThing"', "field 51"]
 assumed = "So are these."
+published = "Somebody says so."
 shown = "A look."
+person = "it has to be looked at"
+"""
+PROBES = """
+[probe.secrets]
+about = "calls"
+seconds = 1
 """
 ALL_SYMBOLS = """\
 ### Names and numbers in our sources
@@ -181,7 +191,9 @@ class Symbols(unittest.TestCase):
         self.write("platform/macos/other.mm", OTHER_ADAPTER)
         self.write("input/core.cpp", CORE)
         self.write("platform/macos/symbols.toml", TABLE)
-        self.write("docs/README.md", "")
+        self.write("tests/mac/probes.toml", PROBES)
+        self.write("tests/mac/secrets.cpp", "")
+        self.write("docs/SIMULATOR.md", "# Rules\n")
         self.compile("_ThingMake", "_kThingName")
 
     def write(self, name, contents):
@@ -211,22 +223,30 @@ class Symbols(unittest.TestCase):
     def generate(self):
         return generator.generate(self.root, self.root / "build/macos")
 
+    def page(self):
+        """The page of symbols, without a problem."""
+        pages, problems = self.generate()
+        self.assertEqual([], problems)
+        return pages[Path("docs/MAC.md")]
+
     def expect_problems(self, *problems):
-        self.assertEqual(("", list(problems)), self.generate())
+        self.assertEqual(({}, list(problems)), self.generate())
 
     def test_are_all_listed_with_their_users(self):
-        text, problems = self.generate()
-        self.assertEqual([], problems)
+        text = self.page()
         listed = text.split("## All symbols\n\n")[1].split("## What is not used")[0]
         self.assertEqual(ALL_SYMBOLS, listed)
 
     def test_that_are_assumed_come_first_the_private_functions_before_all(self):
-        text, _ = self.generate()
-        self.assertIn("## Private functions\n\n- **`SecretCall`** (`input/core.cpp`)  \n"
-                      "  Assumed: It is there.  \n  A Mac shows it: A call.\n\n"
+        self.assertIn("## Private functions\n\n"
+                      "- **secret-call**: `SecretCall` (`input/core.cpp`)  \n"
+                      "  Assumed: It is there.  \n  A Mac shows it: A call.  \n"
+                      "  Probe: `tests/mac/secrets`  \n\n"
                       "## Other names and numbers without documentation\n\n"
-                      "- **`\"/System/Secret\"`, `\"AXThing\"`, `field 51`** (`input/core.cpp`)  \n"
-                      "  Assumed: So are these.  \n  A Mac shows it: A look.\n\n", text)
+                      "- **secret-names**: `\"/System/Secret\"`, `\"AXThing\"`, `field 51` "
+                      "(`input/core.cpp`)  \n  Assumed: So are these.  \n"
+                      "  Published: Somebody says so.  \n  A Mac shows it: A look.  \n"
+                      "  A person is needed: it has to be looked at  \n\n", self.page())
 
     def test_that_are_imported_need_an_entry(self):
         self.compile("_ThingMake", "_kThingName", "_ThingNew")
@@ -235,8 +255,7 @@ class Symbols(unittest.TestCase):
     def test_of_a_library_with_an_entry_for_all_need_none(self):
         self.compile("_ThingMake", "_kThingName", "_ThingNew")
         self.change_table('name = "Things"', 'name = "Things"\nsource = "pages"\nbasis = "sdk"')
-        text, problems = self.generate()
-        self.assertEqual([], problems)
+        text = self.page()
         self.assertIn("| `ThingNew` | pages | sdk | `use.mm` |", text)
 
     def test_of_the_system_library_are_used_by_who_names_them(self):
@@ -245,8 +264,7 @@ class Symbols(unittest.TestCase):
         self.write("build/macos/driver", mach_o(["/libSystem.B.dylib"], imported))
         self.change_table("[[library]]", '[[library]]\nname = "libSystem"\nabout = "C."\n'
                           'source = "pages"\nbasis = "sdk"\n[[library]]')
-        text, problems = self.generate()
-        self.assertEqual([], problems)
+        text = self.page()
         self.assertIn("| `strcmp` | pages | sdk | — |", text)
         self.assertIn("| `kThingName`, `ThingMake` | Things.h | sdk | `use.mm` |", text)
 
@@ -307,15 +325,27 @@ class Symbols(unittest.TestCase):
                          (header.values, header.structures, header.plain))
 
     def test_are_checked_without_writing(self):
-        with self.assertRaisesRegex(SystemExit, "scripts/generate-mac-symbols writes"):
+        with self.assertRaisesRegex(SystemExit, "scripts/generate-mac-symbols writes these pages"):
             generator.main(["--check"], self.root)
         self.assertFalse((self.root / "docs/MAC.md").exists())
         generator.main([], self.root)
-        self.assertEqual(self.generate()[0], (self.root / "docs/MAC.md").read_text())
+        self.assertEqual(self.page(), (self.root / "docs/MAC.md").read_text())
         generator.main(["--check"], self.root)
         self.change("docs/MAC.md", "A call.", "A letter.")
         with self.assertRaisesRegex(SystemExit, r"-  A Mac shows it: A letter\."):
             generator.main(["--check"], self.root)
+
+    def test_of_the_simulated_mac_say_what_macs_have_answered(self):
+        self.write("simulator/calls.cpp", "")
+        self.write("docs/SIMULATOR.md", "| Calls call. | assumed (`secret-call`) |\n")
+        self.change_table('probe = "secrets"\n',
+                          'probe = "secrets"\nsimulated = ["simulator/calls.cpp"]\n'
+                          '[[assumption.answer]]\nverdict = "confirmed"\nversion = "15.5"\n'
+                          'hardware = "Mac"\ndate = "2026-11-30"\nevidence = "seen"\n')
+        self.assertEqual("| Calls call. | assumed (`secret-call`: confirmed on 15.5) |\n",
+                         self.generate()[0][Path("docs/SIMULATOR.md")])
+        self.assertIn("  Probe: `tests/mac/secrets`  \n  A Mac has answered: confirmed on "
+                      "macOS 15.5 (Mac, 2026-11-30): seen  \n\n", self.page())
 
 
 if __name__ == "__main__":
