@@ -6,7 +6,6 @@ operated. On Linux the same is asked of a simulated Mac, which must answer as it
 import json
 import os
 import sys
-import time
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -17,14 +16,13 @@ from normalise import Layout
 
 LAYOUT = Layout(json.loads((ROOT / "tests/conformance/layout.json").read_text()))
 FIXTURE = ROOT / "build" / "fixture" / "Driver Fixture.app"
-POLL_SECONDS = 0.1
 
 
 class Fixture:
     """The application, operated through driver."""
 
-    def __init__(self, desk, patience_seconds):
-        self._desk, self._patience_seconds = desk, patience_seconds
+    def __init__(self, desk, polls_max):
+        self._desk, self._polls_max = desk, polls_max
 
     def run(self, command, *words, **environment):
         """The reply to a command. `@Name` is the middle of that control."""
@@ -56,10 +54,11 @@ class Fixture:
 
     def settled(self, ask, wanted):
         """What `ask` gives: what is wanted, or the last after patience."""
-        deadline = time.monotonic() + self._patience_seconds
-        while (seen := ask()) != wanted and time.monotonic() < deadline:
-            time.sleep(POLL_SECONDS)
-        return seen
+        for _ in range(self._polls_max):
+            if (seen := ask()) == wanted:
+                return seen
+            self._desk.wait_a_moment()
+        return ask()
 
 
 def idle_clicks(fixture):
@@ -198,7 +197,7 @@ def ask(assumption):
     try:
         here = side()
         with here.start(STARTED_WITH.get(assumption, [])) as desk:
-            holds, evidence = QUESTIONS[assumption](Fixture(desk, here.patience_seconds))
+            holds, evidence = QUESTIONS[assumption](Fixture(desk, here.polls_max))
     except sides.Trouble as trouble:
         return "not shown", {"why": str(trouble)}
     return "confirmed" if holds else "refuted", evidence
