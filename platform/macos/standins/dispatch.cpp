@@ -2,7 +2,7 @@
 
 #include <dispatch/dispatch.h>
 
-#include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -40,7 +40,7 @@ struct Posted {
 };
 
 struct Dispatch {
-  std::uint64_t now = 1;
+  std::atomic<std::uint64_t> now = 1;
   std::vector<Posted> posted;
   std::vector<std::unique_ptr<Source>> sources;
 };
@@ -54,10 +54,13 @@ Dispatch& dispatch() {
 bool isWatching(const Source& source) { return source.isActive && !source.isCancelled; }
 
 void countFirings(Source& source) {
+  const bool isTimer = source.type == DISPATCH_SOURCE_TYPE_TIMER && source.interval > 0;
+  if (!isTimer || !isWatching(source)) return;
   for (; source.next <= dispatch().now; source.next += source.interval) ++source.pending;
 }
 
 void serve(Source& source) {
+  countFirings(source);
   source.data = std::exchange(source.pending, 0);
   if (source.data > 0 && isWatching(source)) source.handler(source.context);
 }
@@ -82,12 +85,9 @@ void serveMainQueue() {
   disposeOfReleased();
 }
 
-void passNanoseconds(std::uint64_t nanoseconds) {
-  dispatch().now += nanoseconds;
-  for (const auto& source : dispatch().sources) {
-    if (source->type == DISPATCH_SOURCE_TYPE_TIMER && isWatching(*source)) countFirings(*source);
-  }
-}
+void passNanoseconds(std::uint64_t nanoseconds) { dispatch().now += nanoseconds; }
+
+std::uint64_t now() { return dispatch().now; }
 
 void signalArrives(int number) {
   for (const auto& source : dispatch().sources) {
@@ -113,7 +113,7 @@ void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t
 }
 
 dispatch_time_t dispatch_time(dispatch_time_t when, std::int64_t delta) {
-  const dispatch_time_t base = when == DISPATCH_TIME_NOW ? dispatch().now : when;
+  const dispatch_time_t base = when == DISPATCH_TIME_NOW ? now() : when;
   return base + static_cast<std::uint64_t>(delta);
 }
 

@@ -11,6 +11,9 @@ void serveMainQueue();
 /// Lets time pass, without the main queue being served.
 void passNanoseconds(std::uint64_t nanoseconds);
 
+/// The time by Dispatch's clock, which only passes when it is told to.
+std::uint64_t now();
+
 /// Has this signal come once more.
 void signalArrives(int number);
 
