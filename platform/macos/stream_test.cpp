@@ -1,5 +1,6 @@
 #include "platform/macos/standins/fixture.h"
 #include "platform/macos/standins/sharing.h"
+#include "platform/macos/standins/user.h"
 #include "platform/share.h"
 
 namespace {
@@ -19,6 +20,7 @@ class Stream : public standins::AdapterTest {
   }
   ~Stream() override { standins::resetSharing(); }
   void TearDown() override {
+    standins::setNewestVersion();
     content = {};
     AdapterTest::TearDown();
   }
@@ -50,6 +52,16 @@ TEST_F(startStream, shares_the_window_until_it_is_stopped) {
   EXPECT_EQ(standins::takeCalls(), (Calls{"stop"}));
   EXPECT_EQ(standins::runningStreams(), 0u);
   EXPECT_EQ(stops, Calls{});
+}
+
+TEST_F(startStream, asks_for_child_windows_only_where_they_can_be_asked_for) {
+  for (const long minor : {1, 2}) {
+    standins::setVersion(14, minor);
+    share::stopStream(start({640, 480, 2, 3, "name", true}));
+  }
+  const Calls calls = standins::takeCalls();
+  EXPECT_EQ(calls[0], "stream of window 7: 640x480 queue 3 every 2/1 named name");
+  EXPECT_EQ(calls[4], "stream of window 7: 640x480 queue 3 every 2/1 named name children");
 }
 
 TEST_F(startStream, gives_up_a_stream_that_cannot_start) {

@@ -26,4 +26,5 @@ TEST_F(operatingSystemVersion, is_the_systems) {
   standins::setVersion(14, 3);
   EXPECT_EQ(process::operatingSystemVersion().major, 14);
   EXPECT_EQ(process::operatingSystemVersion().minor, 3);
+  standins::setNewestVersion();
 }

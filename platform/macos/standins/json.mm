@@ -1,7 +1,6 @@
 // JSON, read and written by a library as Foundation does it.
 #import <Foundation/Foundation.h>
 
-#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -103,16 +102,15 @@ id read(const nlohmann::json& parsed) {
   return [NSNull null];
 }
 
-bool isTooDeep(const std::string& text) {
-  int deepest = 0;
-  static_cast<void>(nlohmann::json::parse(
-      text,
-      [&](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
-        deepest = std::max(deepest, depth + 1);
-        return deepest <= deepestNesting;
-      },
-      false));
-  return deepest > deepestNesting;
+// Discarded when it is no JSON. What lies too deep is not even built.
+nlohmann::json parse(const std::string& text) {
+  bool isTooDeep = false;
+  const auto isTaken = [&](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
+    isTooDeep = isTooDeep || depth >= deepestNesting;
+    return !isTooDeep;
+  };
+  nlohmann::json parsed = nlohmann::json::parse(text, isTaken, false);
+  return isTooDeep ? nlohmann::json(nlohmann::json::value_t::discarded) : parsed;
 }
 
 }  // namespace
@@ -137,8 +135,8 @@ bool isTooDeep(const std::string& text) {
   if (opt != 0) standins::noteMistake("options to read by");
   const std::string text =
       data.length == 0 ? "" : std::string(static_cast<const char*>(data.bytes), data.length);
-  const auto parsed = nlohmann::json::parse(text, nullptr, false);
-  if (!parsed.is_discarded() && parsed.is_structured() && !isTooDeep(text)) return read(parsed);
+  const nlohmann::json parsed = parse(text);
+  if (!parsed.is_discarded() && parsed.is_structured()) return read(parsed);
   if (error != nullptr) *error = standins::errorSaying("no JSON");
   return nil;
 }

@@ -13,14 +13,11 @@ struct PasteboardEntry {
   std::optional<std::string> data;
 };
 
-/// Puts an item on the pasteboard as another application does.
-void putOnPasteboard(const std::vector<PasteboardEntry>& entries);
+/// Another application copies these items.
+void copyToPasteboard(const std::vector<std::vector<PasteboardEntry>>& items);
 
 /// What does not work.
 enum class PasteboardFault { none, refusesToBeRead, refusesToBeWritten };
 void setPasteboardFault(PasteboardFault fault);
-
-/// What is on it, an item a line: "type=data;" for each of its ways.
-std::vector<std::string> pasteboardContents();
 
 }  // namespace standins

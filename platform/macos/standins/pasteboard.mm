@@ -2,6 +2,10 @@
 
 #import <AppKit/AppKit.h>
 
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+
 #include "platform/macos/standins/foundation.h"
 #include "platform/macos/standins/objects.h"
 #include "platform/macos/standins/text.h"
@@ -9,6 +13,23 @@
 using standins::foundationText;
 using standins::PasteboardFault;
 using standins::plainText;
+
+namespace {
+
+std::string urlOfFile(const std::string& path) {
+  std::string url = "file://";
+  for (const char each : path) {
+    const bool isPlain = std::isalnum(static_cast<unsigned char>(each)) != 0 ||
+                         std::strchr("-._~!$&'()*+,;=:@/", each) != nullptr;
+    char escaped[4] = {each};
+    if (!isPlain)
+      std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(each));
+    url += escaped;
+  }
+  return url;
+}
+
+}  // namespace
 
 @interface NSPasteboardItem ()
 @property(strong) NSMutableArray<NSString*>* order;
@@ -44,6 +65,8 @@ using standins::plainText;
 }
 @property(readwrite) NSInteger changeCount;
 @property(strong) NSMutableArray<NSPasteboardItem*>* items;
+// Whoever has cleared it last may write to it.
+@property BOOL isOurs;
 @end
 
 @implementation NSPasteboard
@@ -63,16 +86,17 @@ using standins::plainText;
 }
 - (NSInteger)clearContents {
   self.items = [NSMutableArray arrayWithCapacity:0];
+  self.isOurs = YES;
   return ++self.changeCount;
 }
 - (BOOL)writeObjects:(NSArray<id<NSPasteboardWriting>>*)objects {
-  if (_fault == PasteboardFault::refusesToBeWritten) return NO;
+  if (!self.isOurs || _fault == PasteboardFault::refusesToBeWritten) return NO;
   for (id each in objects) {
     NSPasteboardItem* item = each;
     if ([each class] == [NSURL class]) {
-      const std::string path = plainText(((NSURL*)each).path);
+      const std::string url = urlOfFile(plainText(((NSURL*)each).path));
       item = [[NSPasteboardItem alloc] init];
-      [item setData:[NSData dataWithBytes:path.data() length:path.size()]
+      [item setData:[NSData dataWithBytes:url.data() length:url.size()]
             forType:foundationText("public.file-url")];
     }
     [self.items addObject:item];
@@ -89,33 +113,21 @@ void setPasteboardFault(PasteboardFault fault) {
   }
 }
 
-void putOnPasteboard(const std::vector<PasteboardEntry>& entries) {
+void copyToPasteboard(const std::vector<std::vector<PasteboardEntry>>& items) {
   @autoreleasepool {
-    NSPasteboardItem* item = [[NSPasteboardItem alloc] init];
-    for (const PasteboardEntry& entry : entries) {
-      NSString* type = foundationText(entry.type);
-      [item.order addObject:type];
-      if (!entry.data) continue;
-      item.data[type] = [NSData dataWithBytes:entry.data->data() length:entry.data->size()];
-    }
-    [NSPasteboard.generalPasteboard.items addObject:item];
-  }
-}
-
-std::vector<std::string> pasteboardContents() {
-  @autoreleasepool {
-    std::vector<std::string> contents;
-    for (NSPasteboardItem* item in NSPasteboard.generalPasteboard.items) {
-      std::string text;
-      for (NSString* type in item.order) {
-        NSData* data = item.data[type];
-        const std::string bytes =
-            data.length == 0 ? "" : std::string(static_cast<const char*>(data.bytes), data.length);
-        text += plainText(type) + "=" + bytes + ";";
+    NSPasteboard* pasteboard = NSPasteboard.generalPasteboard;
+    [pasteboard clearContents];
+    pasteboard.isOurs = NO;
+    for (const auto& entries : items) {
+      NSPasteboardItem* item = [[NSPasteboardItem alloc] init];
+      for (const PasteboardEntry& entry : entries) {
+        NSString* type = foundationText(entry.type);
+        [item.order addObject:type];
+        if (!entry.data) continue;
+        item.data[type] = [NSData dataWithBytes:entry.data->data() length:entry.data->size()];
       }
-      contents.push_back(text);
+      [pasteboard.items addObject:item];
     }
-    return contents;
   }
 }
 

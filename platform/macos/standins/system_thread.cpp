@@ -102,6 +102,11 @@ bool letSystemDoNext() {
   return true;
 }
 
+void beginNext() {
+  const Lock lock(theSystem().access);
+  begin(takeDue(UINT64_MAX).value());
+}
+
 void letSystemFinish() {
   Lock lock(theSystem().access);
   finish(lock);

@@ -24,6 +24,9 @@ void setLateAnswer(LateAnswer answer);
 /// False when there is none.
 bool letSystemDoNext();
 
+/// Has the system begin the next thing, which must be there, and does not wait for it.
+void beginNext();
+
 /// Waits until the system has done what it is doing.
 void letSystemFinish();
 

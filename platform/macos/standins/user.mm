@@ -3,8 +3,10 @@
 
 #import <Foundation/Foundation.h>
 
+#include <cstdio>
 #include <utility>
 
+#include "platform/macos/standins/foundation.h"
 #include "platform/macos/standins/text.h"
 
 using standins::foundationText;
@@ -13,10 +15,12 @@ using standins::plainText;
 
 namespace {
 
+constexpr NSOperatingSystemVersion newest = {26, 0, 0};
+
 struct User {
   std::optional<std::string> fullName;
   std::optional<std::string> loginName;
-  NSOperatingSystemVersion version = {};
+  NSOperatingSystemVersion version = newest;
 };
 
 User& user() {
@@ -35,6 +39,19 @@ NSString* NSUserName() { return optionalText(user().loginName); }
 }
 - (NSOperatingSystemVersion)operatingSystemVersion {
   return user().version;
+}
+@end
+
+// What @available asks: "macOS 14.2", say. The answer is text or nil.
+@implementation NSString (StandinAvailability)
++ (instancetype)stringWithUTF8String:(const char*)text {
+  long major = 0;
+  long minor = 0;
+  if (std::sscanf(text, "macOS %ld.%ld", &major, &minor) < 1) standins::raise(text);
+  const NSOperatingSystemVersion& has = user().version;
+  const bool isReached = std::pair(has.majorVersion, has.minorVersion) >=
+                         std::pair<NSInteger, NSInteger>(major, minor);
+  return isReached ? (__bridge NSString*)CFSTR("reached") : nil;
 }
 @end
 
@@ -61,5 +78,7 @@ void setUser(std::optional<std::string> full, std::optional<std::string> login) 
 }
 
 void setVersion(long major, long minor) { user().version = {major, minor, 0}; }
+
+void setNewestVersion() { user().version = newest; }
 
 }  // namespace standins
