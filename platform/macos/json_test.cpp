@@ -5,7 +5,7 @@
 
 namespace {
 
-class Json : public standins::AdapterTest {
+class json_text : public standins::AdapterTest {
  protected:
   static void expectBothWays(const std::vector<json_cases::Case>& cases) {
     for (const auto& c : cases) {
@@ -20,17 +20,17 @@ class Json : public standins::AdapterTest {
     }
   }
 };
-using json_write = Json;
-using json_parse = Json;
-using json_parse_or_throw = Json;
+using json_write = json_text;
+using json_parse = json_text;
+using json_parse_or_throw = json_text;
 
 }  // namespace
 
-TEST_F(Json, has_containers_with_sorted_keys) { expectBothWays(json_cases::containers); }
+TEST_F(json_text, has_containers_with_sorted_keys) { expectBothWays(json_cases::containers); }
 
-TEST_F(Json, has_texts_with_escapes) { expectBothWays(json_cases::texts); }
+TEST_F(json_text, has_texts_with_escapes) { expectBothWays(json_cases::texts); }
 
-TEST_F(Json, has_numbers_in_full_and_fractions_as_short_as_they_read_back) {
+TEST_F(json_text, has_numbers_in_full_and_fractions_as_short_as_they_read_back) {
   expectBothWays(json_cases::numbers);
 }
 

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <thread>
 
 #include "platform/json.h"
@@ -42,14 +43,16 @@ TEST_F(adapters, convert_on_several_threads) {
 
 TEST_F(adapters, ask_for_screenshots_on_several_threads) {
   standins::setShareable({{7, {{1, 2}, {3, 4}}, "title", 0, std::nullopt}}, {{5, {}}});
-  atOnce([] {
+  // Each in a grey of its own.
+  std::atomic<int> asked = 0;
+  atOnce([&] {
+    const double grey = asked.fetch_add(1, std::memory_order_relaxed) / 1000.0;
     const auto content = share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
-    // There is none: what is asked for is what matters.
-    EXPECT_EQ(
-        errorOf([&] {
-          share::screenshot(content, share::IncludingFilter{5, {7}}, {.backgroundGrey = 0.25});
-        }),
-        "the system gave no answer");
+    // There is no picture: what is asked for is what matters.
+    const std::string error = errorOf([&] {
+      share::screenshot(content, share::IncludingFilter{5, {7}}, {.backgroundGrey = grey});
+    });
+    EXPECT_EQ(error, "the system gave no answer");
   });
 }
 
@@ -63,6 +66,25 @@ TEST_F(adapters, start_and_stop_streams_on_several_threads) {
   });
   standins::letSystemFinish();
   EXPECT_EQ(standins::runningStreams(), 0u);
+}
+
+// A request comes when the answer to the one before, which nobody waits for any more, ends the
+// stream.
+TEST_F(adapters, ask_a_stream_that_ends_at_the_same_time) {
+  standins::setShareable({{7, {{1, 2}, {3, 4}}, "title", 0, std::nullopt}}, {});
+  const auto content = share::content(share::DesktopWindows::excluded, share::Shown::onScreen);
+  for (int i = 0; i < 50; ++i) {
+    standins::answerRequests({});
+    const share::Stream stream = share::startStream(content, {7}, {}, "label", [](const auto&) {});
+    standins::letSystemFinish();
+    standins::answerRequests({.nanoseconds = 11'000'000'000});
+    standins::setLateAnswer(standins::LateAnswer::atTheSameTime);
+    errorOf([&] { share::stopStream(stream); });
+    const std::string error = errorOf([&] { share::updateFilter(stream, content, {7}); });
+    EXPECT_TRUE(error == "the stream has ended" || error == "the system did not answer in time");
+    while (standins::letSystemDoNext()) {
+    }
+  }
 }
 
 // The system says that it has stopped a stream just when it is asked to. Its word is heard or not:

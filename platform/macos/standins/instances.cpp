@@ -113,9 +113,9 @@ Object* placed(const void* pointer) { return (static_cast<const Place*>(pointer)
 RuntimeClass* classOf(Id object) {
   if (isClass(object)) return static_cast<RuntimeClass*>(object)->metaclass;
   if (isConstantString(object)) return classNamed("NSString");
-  Object* entry = checked(object);
-  if (auto* instance = dynamic_cast<Instance*>(entry)) return instance->itsClass;
-  return classNamed(bridged(entry->type));
+  Object& entry = *checked(object);
+  if (auto* instance = dynamic_cast<Instance*>(&entry)) return instance->itsClass;
+  return classNamed(bridged(entry.type));
 }
 
 const void* findMethodOf(Id self, Selector selector) {

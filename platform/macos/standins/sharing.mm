@@ -139,10 +139,10 @@ Sharing& sharing() {
   return sharing;
 }
 
-void answerAsTold(std::function<void(const std::string& error, bool hasResult)> handler) {
+void answerAsTold(const std::function<void(const std::string& error, bool hasResult)>& handler) {
   const SystemAnswer answer = sharing().answer;
   if (!answer.nanoseconds) return;
-  later(*answer.nanoseconds, [=] {
+  later(*answer.nanoseconds, [answer, handler] {
     @autoreleasepool {
       handler(answer.error, answer.error.empty() && answer.hasResult);
       if (!answer.secondError.empty()) handler(answer.secondError, false);

@@ -22,6 +22,6 @@ struct Sharing {
 Sharing& sharing();
 
 /// Calls the handler, which is held until then, as the test has told how the system answers.
-void answerAsTold(std::function<void(const std::string& error, bool hasResult)> handler);
+void answerAsTold(const std::function<void(const std::string& error, bool hasResult)>& handler);
 
 }  // namespace standins
