@@ -114,7 +114,7 @@ RuntimeClass* classOf(Id object) {
   if (isClass(object)) return static_cast<RuntimeClass*>(object)->metaclass;
   if (isConstantString(object)) return classNamed("NSString");
   Object& entry = *checked(object);
-  if (auto* instance = dynamic_cast<Instance*>(&entry)) return instance->itsClass;
+  if (entry.type == Type::instance) return static_cast<Instance&>(entry).itsClass;
   return classNamed(bridged(entry.type));
 }
 
