@@ -24,7 +24,8 @@ void sleepMicroseconds(std::uint32_t microseconds);
 void startTask(std::function<void()> task);
 
 /// Does `work`, then frees what the platform has set aside meanwhile for the calling flow: a flow
-/// that goes on and on does its rounds so. What `work` throws is passed on.
+/// that goes on and on does its rounds so. What `work` throws is passed on. A call of the seam that
+/// throws may leave what was set aside for it: whoever catches again and again does so in rounds.
 void doRound(const std::function<void()>& work);
 
 /// Lets the main flow do nothing but what comes to it: posted and scheduled work, signals and tap

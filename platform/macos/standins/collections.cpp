@@ -23,12 +23,22 @@ struct Array : Object {
 };
 
 struct Dictionary : Object {
+  struct Entry {
+    CFStringRef key;
+    CFTypeRef value;
+  };
   explicit Dictionary(const std::map<std::u16string, CFTypeRef>& content)
-      : Object(Type::dictionary), entries(content) {
-    for (const auto& [key, value] : entries) owned.push_back(value);
+      : Object(Type::dictionary) {
+    for (const auto& [key, value] : content) insert(key, string(key), value);
+  }
+  // Another value of a key that is there: the old one stays owned until the dictionary goes.
+  void insert(const std::u16string& units, CFStringRef key, CFTypeRef value) {
+    entries[units] = {key, value};
+    owned.push_back(key);
+    owned.push_back(value);
   }
   std::string describe() const override { return "dictionary"; }
-  std::map<std::u16string, CFTypeRef> entries;
+  std::map<std::u16string, Entry> entries;
 };
 
 struct Data : Object {
@@ -64,6 +74,21 @@ CFMutableDataRef data(std::string bytes) {
   return reinterpret_cast<CFMutableDataRef>(entered(new Data(std::move(bytes))));
 }
 
+void add(CFArrayRef array, CFTypeRef element) {
+  as<Array>(array)->owned.push_back(CFRetain(element));
+}
+
+void set(CFDictionaryRef dictionary, CFStringRef key, CFTypeRef value) {
+  const std::u16string units = unitsOf(key);
+  as<Dictionary>(dictionary)->insert(units, string(units), CFRetain(value));
+}
+
+std::vector<CFStringRef> keysOf(CFDictionaryRef dictionary) {
+  std::vector<CFStringRef> keys;
+  for (const auto& [units, entry] : as<Dictionary>(dictionary)->entries) keys.push_back(entry.key);
+  return keys;
+}
+
 void append(CFMutableDataRef data, const std::string& bytes) { as<Data>(data)->bytes += bytes; }
 
 std::string bytesOf(CFDataRef data) { return as<Data>(data)->bytes; }
@@ -96,7 +121,7 @@ const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx) {
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {
   const auto& entries = as<Dictionary>(theDict)->entries;
   const auto found = entries.find(unitsOf(static_cast<CFStringRef>(key)));
-  return found == entries.end() ? nullptr : found->second;
+  return found == entries.end() ? nullptr : found->second.value;
 }
 
 CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex length) {

@@ -2,7 +2,7 @@
 
 #include <dispatch/dispatch.h>
 
-#include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -12,10 +12,6 @@
 struct dispatch_queue_s {};
 
 struct dispatch_source_type_s {};
-
-struct dispatch_semaphore_s {
-  std::intptr_t count = 0;
-};
 
 struct dispatch_source_s {
   dispatch_source_type_t type = nullptr;
@@ -44,11 +40,9 @@ struct Posted {
 };
 
 struct Dispatch {
-  std::uint64_t now = 1;
+  std::atomic<std::uint64_t> now = 1;
   std::vector<Posted> posted;
   std::vector<std::unique_ptr<Source>> sources;
-  std::vector<std::unique_ptr<dispatch_semaphore_s>> semaphores;
-  std::uint64_t lastWait = 0;
 };
 
 // Never destroyed: some sources are watched as long as the process lives.
@@ -60,10 +54,13 @@ Dispatch& dispatch() {
 bool isWatching(const Source& source) { return source.isActive && !source.isCancelled; }
 
 void countFirings(Source& source) {
+  const bool isTimer = source.type == DISPATCH_SOURCE_TYPE_TIMER && source.interval > 0;
+  if (!isTimer || !isWatching(source)) return;
   for (; source.next <= dispatch().now; source.next += source.interval) ++source.pending;
 }
 
 void serve(Source& source) {
+  countFirings(source);
   source.data = std::exchange(source.pending, 0);
   if (source.data > 0 && isWatching(source)) source.handler(source.context);
 }
@@ -88,12 +85,9 @@ void serveMainQueue() {
   disposeOfReleased();
 }
 
-void passNanoseconds(std::uint64_t nanoseconds) {
-  dispatch().now += nanoseconds;
-  for (const auto& source : dispatch().sources) {
-    if (source->type == DISPATCH_SOURCE_TYPE_TIMER && isWatching(*source)) countFirings(*source);
-  }
-}
+void passNanoseconds(std::uint64_t nanoseconds) { dispatch().now += nanoseconds; }
+
+std::uint64_t now() { return dispatch().now; }
 
 void signalArrives(int number) {
   for (const auto& source : dispatch().sources) {
@@ -102,8 +96,6 @@ void signalArrives(int number) {
     if (isItsSignal && isWatching(*source)) ++source->pending;
   }
 }
-
-std::uint64_t lastWaitNanoseconds() { return dispatch().lastWait; }
 
 std::size_t sources() { return dispatch().sources.size(); }
 
@@ -121,33 +113,8 @@ void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t
 }
 
 dispatch_time_t dispatch_time(dispatch_time_t when, std::int64_t delta) {
-  const dispatch_time_t base = when == DISPATCH_TIME_NOW ? dispatch().now : when;
+  const dispatch_time_t base = when == DISPATCH_TIME_NOW ? now() : when;
   return base + static_cast<std::uint64_t>(delta);
-}
-
-dispatch_semaphore_t dispatch_semaphore_create(std::intptr_t value) {
-  auto& semaphore = dispatch().semaphores.emplace_back(std::make_unique<dispatch_semaphore_s>());
-  semaphore->count = value;
-  return semaphore.get();
-}
-
-std::intptr_t dispatch_semaphore_signal(dispatch_semaphore_t semaphore) {
-  ++semaphore->count;
-  return 0;
-}
-
-// There is one thread: whoever waits for what has not come waits in vain.
-std::intptr_t dispatch_semaphore_wait(dispatch_semaphore_t semaphore, dispatch_time_t timeout) {
-  if (semaphore->count > 0) {
-    --semaphore->count;
-    return 0;
-  }
-  if (timeout == DISPATCH_TIME_FOREVER) {
-    noteMistake("a wait without an end");
-    return 1;
-  }
-  dispatch().lastWait = timeout - dispatch().now;
-  return 1;
 }
 
 dispatch_source_t dispatch_source_create(dispatch_source_type_t type, std::uintptr_t handle,

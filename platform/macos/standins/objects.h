@@ -2,18 +2,22 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
-/// Stand-ins for Apple's C interfaces, in which the adapters run without a Mac. They count the
+/// Stand-ins for Apple's frameworks, in which the adapters run without a Mac. They count the
 /// references to every object exactly, and record the calls that a test may want to compare.
+/// Functions may be called on any thread, but for those that open or close a test.
 namespace standins {
 
 enum class Type : CFTypeID {
   array = 1,
   attributedString,
+  block,
   boolean,
   boxedValue,
+  colour,
   data,
   dictionary,
   displayMode,
@@ -23,6 +27,7 @@ enum class Type : CFTypeID {
   image,
   imageDestination,
   imageSource,
+  instance,
   machPort,
   null,
   number,
@@ -43,8 +48,11 @@ class Object {
   /// The content, as tests compare it.
   virtual std::string describe() const = 0;
 
+  /// Called when its last reference has gone, before those that it owns are released.
+  virtual void end() {}
+
   const Type type;
-  long references = 1;
+  std::atomic<long> references = 1;
   /// The references that this object owns.
   std::vector<CFTypeRef> owned;
 };
@@ -80,8 +88,11 @@ template <class Reference>
 Reference kept(Reference reference);
 void keep(CFTypeRef reference);
 
+/// Takes an object out of the books: it is there until the process ends.
+void keepForEver(CFTypeRef reference);
+
 /// Closes the books: what was kept is released, and all that is then wrong is told. Every object is
-/// gone afterwards.
+/// gone afterwards. No other thread may use one any more.
 std::vector<std::string> closeBooks();
 
 template <class Kind>
