@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
+#include "simulator/faults.h"
+#include "simulator/text/parse.h"
 #include "tests/support/guarded.h"
 
 // The guard has a main flow, which serves the tap, the signals and the clock, one that stands by to
@@ -37,7 +40,7 @@ struct Calls {
   std::size_t inTurn = 0;
 };
 
-Calls callsOf(const std::string& world, const Environment& environment) {
+Calls callsOf(const simulator::World& world, const Environment& environment) {
   TestMac mac(world, {}, Mode::direct);
   guard(mac, environment);
   const auto& trace = mac.desktop().trace();
@@ -52,20 +55,19 @@ Calls callsOf(const std::string& world, const Environment& environment) {
 struct Disturbance {
   std::size_t call = 0;  // from 0, since there are several flows
   std::size_t flow = 0;  // that goes on, when nothing happens
-  const char* happening = nullptr;
+  std::optional<simulator::Outcome> happening = std::nullopt;
 };
 
 /// How a guard ended, in one line: whether the screen is locked, the status, what it said.
-std::string outcomeOf(const std::string& world, const Environment& environment, std::size_t alone,
-                      const std::vector<Disturbance>& disturbances) {
+std::string outcomeOf(const simulator::World& world, const Environment& environment,
+                      std::size_t alone, const std::vector<Disturbance>& disturbances) {
   Schedule schedule;
-  std::vector<std::string> faults;
+  std::vector<simulator::Fault> faults;
   for (const Disturbance& each : disturbances) {
-    if (each.happening == nullptr) {
-      schedule.switches[each.call] = each.flow;
+    if (each.happening) {
+      faults.push_back({std::nullopt, alone + each.call + 1, false, *each.happening});
     } else {
-      faults.push_back("any " + std::to_string(alone + each.call + 1) + " before " +
-                       each.happening);
+      schedule.switches[each.call] = each.flow;
     }
   }
   TestMac mac(world, faults, Mode::direct);
@@ -81,13 +83,17 @@ std::string outcomeOf(const std::string& world, const Environment& environment, 
 std::set<std::string> outcomes(const std::vector<std::string>& script,
                                const Environment& environment = {},
                                const std::vector<const char*>& happenings = {}) {
-  const std::string world = deskWith(script);
+  const simulator::World world = simulator::parseWorld(deskWith(script));
   const Calls calls = callsOf(world, environment);
   std::vector<Disturbance> all;
   // A pre-empted flow may make a few calls more than one that is not.
   for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {
     for (const std::size_t flow : {mainFlow, reader}) all.push_back({call, flow});
-    for (const char* happening : happenings) all.push_back({call, 0, happening});
+    for (const char* happening : happenings) {
+      all.push_back({call, 0,
+                     simulator::Outcome{simulator::Outcome::Kind::happening, 0,
+                                        simulator::parseHappening(happening, world)}});
+    }
   }
   std::set<std::string> found = {outcomeOf(world, environment, calls.alone, {})};
   for (std::size_t call = 0; call < calls.inTurn + 4; ++call) {

@@ -1,8 +1,9 @@
-#include <condition_variable>
+#include <sched.h>
+
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
+#include <semaphore>
 #include <thread>
 
 #include "main/dispatcher.h"
@@ -23,6 +24,25 @@ namespace {
 /// Thrown in every flow of a process that ends. Nothing between there and the flow's root catches
 /// it.
 struct Exited {};
+
+/// While one is there, its thread, and those that it starts, stay on one processor: threads of
+/// which one runs at a time pass on their turns faster there.
+class OneProcessor {
+ public:
+  OneProcessor() {
+    sched_getaffinity(0, sizeof before_, &before_);
+    cpu_set_t present;
+    CPU_ZERO(&present);
+    CPU_SET(sched_getcpu(), &present);
+    sched_setaffinity(0, sizeof present, &present);
+  }
+  OneProcessor(const OneProcessor&) = delete;
+  OneProcessor& operator=(const OneProcessor&) = delete;
+  ~OneProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
+
+ private:
+  cpu_set_t before_ = {};
+};
 
 /// A process inside this one. Its flows are threads of which one runs at a time: each goes on only
 /// when it is its turn on the simulated Mac.
@@ -45,14 +65,11 @@ class DirectChannel : public platform::Channel {
   platform::Pid ownPid() const override { return desktop_.client(client_).pid; }
 
   void startFlow(std::function<void()> body) override {
-    if (!turns_) {
-      turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
-                                       Turns::Run::closed);
-      turn_ = mainFlow_ = turns_->joinRunning(client_);
-    }
+    if (!turns_) beginTurns();
     const auto flow = driver::unpack<Turns::Flow>(call({Function::startFlow, {}}));
     turns_->arrive(client_, flow);
-    threads_.emplace_back([this, flow, body = std::move(body)] { runFlow(flow, body); });
+    threads_.emplace_back(
+        [this, &turn = turnOf(flow), flow, body = std::move(body)] { runFlow(turn, flow, body); });
   }
 
   // Signals are happenings of the world.
@@ -80,11 +97,20 @@ class DirectChannel : public platform::Channel {
   void join() {
     finish(0);
     for (std::thread& thread : threads_) thread.join();
+    processor_.reset();
   }
 
   int status() const { return *status_; }
 
  private:
+  /// From now on there may be several flows.
+  void beginTurns() {
+    processor_.emplace();
+    turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
+                                     Turns::Run::closed);
+    turn_ = mainFlow_ = turns_->joinRunning(client_);
+  }
+
   bool killed() const { return desktop_.client(client_).diedBySignal.has_value(); }
   int statusOfDeath() const { return 128 + *desktop_.client(client_).diedBySignal; }
 
@@ -95,13 +121,13 @@ class DirectChannel : public platform::Channel {
 
   /// The process has ended, and learns so in each flow, unless it had ended before.
   void finish(int status) {
-    const std::lock_guard lock(mutex_);
-    finishLocked(status);
+    if (status_) return;
+    status_ = status;
+    for (auto& [flow, turn] : turnComes_) turn.release();
   }
 
-  void finishLocked(int status) {
-    if (!status_) status_ = status;
-    for (auto& [flow, turn] : turnComes_) turn.notify_one();
+  std::counting_semaphore<>& turnOf(Turns::Flow flow) {
+    return turnComes_.try_emplace(flow, 0).first->second;
   }
 
   bool isToldToEnd() const {
@@ -123,16 +149,16 @@ class DirectChannel : public platform::Channel {
   /// The process has been told to end in the middle of this call. A further flow sees to it, which
   /// goes first; the caller goes on when its answer is due.
   Datum goOnBesideTheEnd(Call call, simulator::Answer answer, simulator::Microseconds since) {
-    std::unique_lock lock(mutex_);
-    turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
-                                     Turns::Run::closed);
-    turn_ = mainFlow_ = turns_->joinRunning(client_);
+    beginTurns();
     turns_->awaitAnswer(mainFlow_, std::move(call), std::move(answer), since);
+    std::counting_semaphore<>& own = turnOf(mainFlow_);
     const Turns::Flow flow = turns_->join(client_, Datum());
     const int number = desktop_.client(client_).told->signal;
-    threads_.emplace_back([this, flow, number] { runFlow(flow, [&] { endingHandler_(number); }); });
+    threads_.emplace_back([this, &turn = turnOf(flow), flow, number] {
+      runFlow(turn, flow, [&] { endingHandler_(number); });
+    });
     passTurn(flow);
-    return awaitTurn(lock, mainFlow_);
+    return awaitTurn(own);
   }
 
   /// Waits for something to happen that the call wants, while nothing else of the process is there.
@@ -152,18 +178,17 @@ class DirectChannel : public platform::Channel {
   }
 
   Datum callInTurn(Call call) {
-    std::unique_lock lock(mutex_);
     if (status_) throw Exited{};
     const bool isLast = call.function == Function::exit || call.function == Function::dieBySignal;
     const Turns::Flow self = turn_;
+    std::counting_semaphore<>& own = turnOf(self);
     // A flow that is being started arrives before anybody else can go on.
     const bool isStart = call.function == Function::startFlow;
     const auto preferred =
         isLast || isStart ? std::nullopt : schedule_.nextSwitch(self - mainFlow_);
     auto answer = turns_->call(self, std::move(call));
     if (killed() && !isLast) {
-      finishLocked(statusOfDeath());
-      throw Exited{};
+      endWith(statusOfDeath());
     }
     if (answer && preferred && *preferred != self - mainFlow_) {
       // The flow is pre-empted: it goes on when it is next.
@@ -173,32 +198,29 @@ class DirectChannel : public platform::Channel {
       passTurn(std::nullopt);
     }
     if (answer) return std::move(*answer);
-    return awaitTurn(lock, self);
+    return awaitTurn(own);
   }
 
-  Datum awaitTurn(std::unique_lock<std::mutex>& lock, Turns::Flow flow) {
-    turnComes_[flow].wait(lock, [&] { return status_ || turn_ == flow; });
+  Datum awaitTurn(std::counting_semaphore<>& turn) {
+    turn.acquire();
     if (status_) throw Exited{};
     return std::move(answer_);
   }
 
   void passTurn(std::optional<Turns::Flow> preferred) {
     auto woken = turns_->wake(desktop_.mac().now, preferred);
-    if (killed()) return finishLocked(statusOfDeath());
-    if (!woken) return finishLocked(stillRunning);
+    if (killed()) return finish(statusOfDeath());
+    if (!woken) return finish(stillRunning);
     turn_ = woken->flow;
     answer_ = std::move(woken->answer);
-    turnComes_[turn_].notify_one();
+    turnOf(turn_).release();
   }
 
-  void runFlow(Turns::Flow flow, const std::function<void()>& body) {
+  void runFlow(std::counting_semaphore<>& turn, Turns::Flow flow,
+               const std::function<void()>& body) {
     try {
-      {
-        std::unique_lock lock(mutex_);
-        awaitTurn(lock, flow);
-      }
+      awaitTurn(turn);
       body();
-      const std::lock_guard lock(mutex_);
       if (status_) return;
       turns_->leave(flow);
       passTurn(std::nullopt);
@@ -211,9 +233,9 @@ class DirectChannel : public platform::Channel {
   Schedule schedule_;
   std::function<void(int)> endingHandler_;
 
-  std::mutex mutex_;
-  // Each flow has its own: that of a single one would wake all flows at every call.
-  std::map<Turns::Flow, std::condition_variable> turnComes_;
+  // What follows is used by the flow whose turn it is, and by all once the process has ended.
+  std::map<Turns::Flow, std::counting_semaphore<>> turnComes_;
+  std::optional<OneProcessor> processor_;
   std::unique_ptr<Turns> turns_;  // once there are several flows
   Turns::Flow mainFlow_ = 0;
   Turns::Flow turn_ = 0;  // whose it is
