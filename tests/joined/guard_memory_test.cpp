@@ -29,14 +29,14 @@ Run guardWithout(const std::string& allocation, End end) {
                                     {"LD_PRELOAD", SHORT_OF_MEMORY_LIBRARY},
                                     {"FAILING_ALLOCATION", allocation}});
   guard.process().offer("operating\n");  // it may be dying already
-  if (end == End::user) guard.mac().command({"advance", "5s"});
+  if (end == End::user) guard.mac().tell({"advance", "5s"});
   if (end == End::signal) guard.process().signal(SIGTERM);
   if (end == End::input) guard.process().closeInput();
   Run run;
   run.guard = guard.process().finish();
   run.isShortOfMemory = run.guard.errors.find("short of memory") != std::string::npos;
   // A guard without memory may go before the login window shows, but not before it asks for it.
-  guard.mac().command({"advance", "400ms"});
+  guard.mac().tell({"advance", "400ms"});
   run.isLocked = guard.isLocked();
   return run;
 }

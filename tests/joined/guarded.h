@@ -42,7 +42,7 @@ class Guarded {
   }
 
   bool isLocked() const {
-    return mac_.command({"state"}).output.find("\"locked\":true") != std::string::npos;
+    return mac_.tell({"state"}).find("\"locked\":true") != std::string::npos;
   }
 
   std::string violations() const { return mac_.command({"violations"}).output; }

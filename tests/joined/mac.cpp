@@ -5,6 +5,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "wire.h"
+
 namespace joined {
 
 namespace {
@@ -64,6 +66,12 @@ Finished ServedMac::driver(const std::vector<std::string>& words,
 
 Finished ServedMac::command(const std::vector<std::string>& words) const {
   return run(joinedWords(simulatedMacPath(), words), environment());
+}
+
+std::string ServedMac::tell(const std::vector<std::string>& words) const {
+  std::vector<std::string> request = {text("control")};
+  for (const std::string& word : words) request.push_back(text(word));
+  return Wire(socket_).exchange(list(request));
 }
 
 }  // namespace joined

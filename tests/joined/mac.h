@@ -49,6 +49,9 @@ class ServedMac {
   Finished driver(const std::vector<std::string>& words, const Environment& further = {}) const;
   Finished command(const std::vector<std::string>& words) const;
 
+  /// What the Mac answers to what "simulated-mac" would ask it with these words, as it travels.
+  std::string tell(const std::vector<std::string>& words) const;
+
  private:
   Folder folder_;
   Process process_;
