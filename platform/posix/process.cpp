@@ -94,7 +94,7 @@ void onEndingSignal(const std::vector<int>& numbers, std::function<void(int)> ha
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     return;
   }
-  awaited.release();
+  static_cast<void>(awaited.release());  // it is the thread's now
   pthread_detach(thread);
 }
 
