@@ -82,6 +82,32 @@ bool gone(const World& world, const Application& application, ElementId id) {
   return id != 0 && (element == nullptr || !isThere(world, application, *element));
 }
 
+/// Why nothing came of what was asked of an element, as people read it.
+std::string whyLost(const ax::Outcome& outcome) {
+  if (outcome.timedOut) return "the application did not answer in time";
+  switch (outcome.error) {
+    case ax::Error::apiDisabled:
+      return "accessibility is denied";
+    case ax::Error::cannotComplete:
+      return "there is no such application";
+    case ax::Error::invalidElement:
+      return "the element is gone";
+    case ax::Error::attributeUnsupported:
+      return "it cannot be written there";
+    case ax::Error::illegalArgument:
+      return "the value is of another kind";
+    default:
+      return "refused with " + std::to_string(static_cast<std::int32_t>(outcome.error));
+  }
+}
+
+/// An application may say that it has no such attribute, and do what it asks for.
+bool obeysAllTheSame(const Message& message, ElementId id, const std::string& name) {
+  const bool enables = name == "AXManualAccessibility" || name == "AXEnhancedUserInterface";
+  return message.application != nullptr && message.application->rejectsEnabling && id == 0 &&
+         enables && message.outcome.error == ax::Error::attributeUnsupported;
+}
+
 }  // namespace
 
 Answer axAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
@@ -144,6 +170,8 @@ Answer axPerform(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   std::string outcome;
   if (message.application != nullptr) {
     message.outcome.error = perform(mac.world, element.pid, element.id, action, outcome);
+  } else {
+    outcome = whyLost(message.outcome);
   }
   enter(mac, {.kind = JournalEntry::Kind::action,
               .target = element.pid,
@@ -162,10 +190,15 @@ Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) 
     message.outcome.error =
         writeAttribute(mac.world, *message.application, element.id, name, value, mac.now);
   }
+  const bool isObeyed = obeysAllTheSame(message, element.id, name);
+  const bool landed = message.outcome.error == ax::Error::success || isObeyed;
   enter(mac, {.kind = JournalEntry::Kind::write,
               .target = element.pid,
               .what = name,
-              .landed = message.outcome.error == ax::Error::success});
+              .landed = landed,
+              .outcome = isObeyed ? "obeyed, and answered as unknown"
+                         : landed ? ""
+                                  : whyLost(message.outcome)});
   return {pack(message.outcome), message.delay};
 }
 

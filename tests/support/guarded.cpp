@@ -30,7 +30,7 @@ std::vector<simulator::Outcome> happeningsAt(const simulator::World& world) {
 
 Result guard(TestMac& mac, const Environment& environment, const Schedule& schedule) {
   const std::vector<std::string> commandLine = {"driver", "lock-guard"};
-  const Result result = mac.record(commandLine, environment, [&](std::size_t client) {
+  Result result = mac.record(commandLine, environment, [&](std::size_t client) {
     return runDirect(mac.desktop(), client, commandLine, schedule);
   });
   const driver::Globals& values = driver::globals();

@@ -127,7 +127,7 @@ TEST(ax_insert_fallback, does_not_write_the_text_where_the_range_was_not_taken) 
   EXPECT_EQ(insertAt(mac, "end", "X").effects, R"(    0 ms  write 41/0 AXManualAccessibility
     0 ms  write 41/0 AXEnhancedUserInterface
     0 ms  write 41/0 AXFocused
-    0 ms  write 41/0 AXSelectedTextRange LOST: 
+    0 ms  write 41/0 AXSelectedTextRange LOST: it cannot be written there
     0 ms  write 41/0 AXValue
 )");
 }

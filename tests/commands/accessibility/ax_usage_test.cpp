@@ -118,4 +118,20 @@ TEST(ax_commands, read_while_the_screen_is_locked) {
             success(R"({"error":"no element","ok":false})"));
 }
 
+TEST(writes_of_attributes, that_come_to_nothing_say_why) {
+  TestMac mac("app Notes pid 41 hangs\n", {});
+  EXPECT_EQ(
+      mac.driver("ax-list Notes").effects,
+      "    0 ms  write 41/0 AXManualAccessibility LOST: the application did not answer in time\n"
+      " 6000 ms  write 41/0 AXEnhancedUserInterface LOST: the application did not answer in "
+      "time\n");
+}
+
+TEST(writes_of_attributes, that_are_answered_as_unknown_are_obeyed) {
+  TestMac mac("app Notes pid 41 rejects-enabling\n", {});
+  EXPECT_EQ(mac.driver("ax-list Notes").effects,
+            "    0 ms  write 41/0 AXManualAccessibility: obeyed, and answered as unknown\n"
+            "    0 ms  write 41/0 AXEnhancedUserInterface: obeyed, and answered as unknown\n");
+}
+
 }  // namespace
