@@ -1,6 +1,7 @@
 #include "platform/cover.h"
 
 #import <AppKit/AppKit.h>
+#import <QuartzCore/QuartzCore.h>
 
 #include <utility>
 
@@ -114,6 +115,8 @@ std::size_t show(const Panel& panel) {
     native.level = panel.level;
     native.contentView = view.root;
     [native orderFrontRegardless];
+    // Else it is drawn when the run loop turns next, after the caller has said that it is there.
+    [CATransaction flush];
     shownPanels().push_back({native, view.labels});
     return shownPanels().size() - 1;
   }
