@@ -1,7 +1,6 @@
 #include "platform/cover.h"
 
 #import <AppKit/AppKit.h>
-#import <QuartzCore/QuartzCore.h>
 
 #include <utility>
 
@@ -116,7 +115,7 @@ std::size_t show(const Panel& panel) {
     native.contentView = view.root;
     [native orderFrontRegardless];
     // Else it is drawn when the run loop turns next, after the caller has said that it is there.
-    [CATransaction flush];
+    macos::drawAtOnce();
     shownPanels().push_back({native, view.labels});
     return shownPanels().size() - 1;
   }
