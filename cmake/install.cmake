@@ -1,5 +1,8 @@
 # What is installed, by components: driver, simulated-mac (not on a Mac) and docs.
 #   cmake --install build/release --prefix /usr/local [--component driver]
+
+# By one name on both systems, whatever the project is called that builds it.
+set(CMAKE_INSTALL_DOCDIR share/doc/driver CACHE STRING "Where the documents are installed")
 include(GNUInstallDirs)
 include("${CMAKE_CURRENT_LIST_DIR}/identity.cmake")
 

@@ -63,8 +63,8 @@ std::vector<platform::Rect> screens();
 /// The size of a label that fits this text.
 platform::Size measure(const std::string& text, const Font& font);
 
-/// Shows a panel in front of all that lies below its level, without activating the application.
-/// The result names it.
+/// Shows a panel in front of all that lies below its level, without activating the application;
+/// it is drawn when this returns. The result names it.
 std::size_t show(const Panel& panel);
 
 /// Changes a label of a panel; `label` is its index in the view.

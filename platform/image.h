@@ -14,7 +14,8 @@ using Image = platform::Handle<struct ImageTag>;
 /// The picture in a file; none when it cannot be loaded.
 std::optional<Image> load(const std::string& path);
 
-/// The picture that these bytes encode, in any format the platform knows; none when they do not.
+/// The picture that these bytes encode, upright, in any format the platform knows; none when they
+/// do not.
 std::optional<Image> decode(const platform::Bytes& bytes);
 
 /// The icon of the file or bundle at `path`.

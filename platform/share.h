@@ -96,8 +96,8 @@ struct StreamConfiguration {
 /// A stream that runs, and the mark that the system puts on what it shares. Copies share it.
 using Stream = platform::Handle<struct StreamTag>;
 
-/// Called when the system has stopped a stream, with its description of why; on a flow of the
-/// system's own, while the others go on.
+/// Called once when the system has stopped a stream that had started, with its description of why;
+/// on a flow of the system's own, while the others go on.
 using StopHandler = std::function<void(const std::string& description)>;
 
 /// Starts to share one window; its frames come on a serial queue with this label and are thrown

@@ -19,6 +19,7 @@ class Header:
     values: dict      # enumerators and macros, to their values as they are written
     structures: list
     plain: list       # functions, and constants that the framework exports
+    versions: list    # of macOS that brought something of it, where that is said
 
 
 def without_comments(text):
@@ -102,4 +103,5 @@ def read_header(text):
     forward = r'@(?:class|protocol)\s[\w\s,]+;'
     text = re.sub(forward, '', without_comments(text).replace('\\\n', ' '))
     structures = re.findall(r'typedef struct[^{;]*\{[^}]*\}\s*(\w+);', text)
-    return Header(types_in(text), values_in(text), structures, list(plain_in(text)))
+    versions = re.findall(r'\bintroduced\s*=\s*([\d.]+)', text)
+    return Header(types_in(text), values_in(text), structures, list(plain_in(text)), versions)

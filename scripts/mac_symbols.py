@@ -12,6 +12,8 @@ ADAPTERS = Path('platform/macos')
 DECLARATIONS = ADAPTERS / 'declarations'
 # Compiler and C++ library make calls to it of what our sources do not name.
 SYSTEM = 'libSystem'
+# That of Xcode 15.1, which the pages promise. What macOS 14.0 lacks of it stands behind @available.
+OLDEST_SDK = '14.2'
 FOLDERS = ('base', 'main', 'accessibility', 'input', 'capture', 'guard', 'platform/posix')
 
 # Names that the system knows and no library exports, by how they look in our sources.
@@ -173,13 +175,21 @@ def declared_headers(root):
             for path in sorted((root / DECLARATIONS).rglob('*.h'))}
 
 
+def release(version):
+    return tuple(map(int, version.split('.')))
+
+
 def problems_with(symbols, headers):
-    """What is declared and not used, and what nobody can be said to use."""
+    """What is declared and not used, what nobody can be said to use, and what some SDKs lack."""
     imported = {symbol.name for symbol in symbols if symbol.kind == 'function'}
     unused = [name for header in headers.values() for name in header.plain if name not in imported]
     unused += [symbol.name for symbol in symbols
                if symbol.kind in ('member', 'value') and not symbol.users]
-    return [f'{name} is declared and not used' for name in unused]
+    newer = [(framework, version) for framework, header in headers.items()
+             for version in header.versions if release(version) > release(OLDEST_SDK)]
+    return [*(f'{name} is declared and not used' for name in unused),
+            *(f'{framework} declares what came with macOS {version}, and the oldest SDK is that of '
+              f'{OLDEST_SDK}' for framework, version in newer)]
 
 
 def find_symbols(root, build):

@@ -114,6 +114,8 @@ std::size_t show(const Panel& panel) {
     native.level = panel.level;
     native.contentView = view.root;
     [native orderFrontRegardless];
+    // Else it is drawn when the run loop turns next, after the caller has said that it is there.
+    macos::drawAtOnce();
     shownPanels().push_back({native, view.labels});
     return shownPanels().size() - 1;
   }

@@ -23,4 +23,7 @@ inline NSRect rectangle(const platform::Rect& rect) {
   return {{rect.x, rect.y}, {rect.width, rect.height}};
 }
 
+/// Has all that was changed drawn now.
+void drawAtOnce();
+
 }  // namespace macos

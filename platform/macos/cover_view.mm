@@ -82,4 +82,6 @@ CoverView makeCoverView(const cover::View& view) {
   return {root, labels};
 }
 
+void drawAtOnce() { [CATransaction flush]; }
+
 }  // namespace macos

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/ax.h"
+#include "platform/loop.h"
 #include "platform/macos/owned.h"
 #include "platform/macos/same_numbers.h"
 #include "platform/macos/window_server_connection.h"
@@ -65,8 +66,10 @@ Event copied(CGEventType type, CGEventRef event) {
   };
 }
 
+// In a round of its own: the run loop of a thread that is no application's empties no pool.
 CGEventRef serve(CGEventTapProxy, CGEventType type, CGEventRef event, void* handler) {
-  const Verdict verdict = (*static_cast<const Handler*>(handler))(copied(type, event));
+  Verdict verdict = Verdict::pass;
+  loop::doRound([&] { verdict = (*static_cast<const Handler*>(handler))(copied(type, event)); });
   return verdict == Verdict::swallow ? nullptr : event;
 }
 
@@ -102,8 +105,10 @@ std::optional<Tap> create(Place place, Kind kind, std::uint64_t mask, Handler ha
 void attach(const Tap& tap) {
   const Owned<CFRunLoopSourceRef> source(
       CFMachPortCreateRunLoopSource(kCFAllocatorDefault, native(tap), 0));
-  // A port that is invalid already has none: the tap hears nothing, and is not called enabled.
-  if (source) CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+  // Without one, as where the port is invalid already, the tap would hear nothing and hold up all
+  // that it filters: it is not to be called enabled.
+  if (!source) return CFMachPortInvalidate(native(tap));
+  CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
 }
 
 void enable(const Tap& tap) { CGEventTapEnable(native(tap), true); }

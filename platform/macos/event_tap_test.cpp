@@ -5,6 +5,7 @@
 #include "platform/macos/standins/accessibility.h"
 #include "platform/macos/standins/events.h"
 #include "platform/macos/standins/fixture.h"
+#include "platform/macos/standins/pools.h"
 #include "platform/macos/standins/taps.h"
 
 namespace {
@@ -22,6 +23,7 @@ class event_tap : public standins::AdapterTest {
     standins::setTrusted(false);
     standins::permitListening(false);
     standins::refuseTaps(false);
+    standins::refuseSources(false);
     AdapterTest::TearDown();
   }
 
@@ -94,6 +96,34 @@ TEST_F(event_tap, attach_has_the_main_run_loop_serve_it_and_enable_enables_it) {
   tap::enable(tap);
   EXPECT_EQ(standins::takeCalls(),
             (Calls{"serve source of tap in \"common modes\"", "enable tap"}));
+}
+
+// Whoever asks whether it is enabled is to know.
+TEST_F(event_tap, one_that_cannot_be_served_is_never_enabled) {
+  const tap::Tap tap = tapThat(Verdict::pass);
+  standins::refuseSources(true);
+  tap::attach(tap);
+  tap::enable(tap);
+  EXPECT_FALSE(tap::isEnabled(tap));
+}
+
+TEST_F(event_tap, one_whose_port_is_invalid_is_not_served) {
+  const tap::Tap tap = tapThat(Verdict::pass);
+  standins::invalidateTap();
+  standins::takeCalls();
+  tap::attach(tap);
+  EXPECT_EQ(standins::takeCalls(), Calls{"invalidate tap"});
+}
+
+// The main thread's own pool is emptied by nobody.
+TEST_F(event_tap, what_a_handler_leaves_goes_with_its_event) {
+  bool hasGone = false;
+  const tap::Tap tap = tap::create(Place::head, Kind::filters, moves, [&](const auto&) {
+                         standins::autoreleaseTelling([&] { hasGone = true; });
+                         return Verdict::pass;
+                       }).value();
+  standins::sendThroughTap(kCGEventTapDisabledByTimeout, nullptr);
+  EXPECT_TRUE(hasGone);
 }
 
 TEST_F(event_tap, the_handler_is_told_all_of_an_event) {

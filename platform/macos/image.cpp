@@ -2,6 +2,8 @@
 
 #include <ImageIO/ImageIO.h>
 
+#include <array>
+
 #include "platform/macos/owned.h"
 #include "platform/posix/files.h"
 
@@ -20,6 +22,17 @@ platform::Bytes bytes(CFDataRef data) {
           static_cast<std::size_t>(CFDataGetLength(data))};
 }
 
+// A picture as it stands in its file may lie on its side: how it is to be turned is said beside it,
+// and only thumbnails heed that. Without a largest size one is as large as the picture.
+Owned<CFDictionaryRef> uprightAndWhole() {
+  std::array<const void*, 2> options = {kCGImageSourceCreateThumbnailFromImageAlways,
+                                        kCGImageSourceCreateThumbnailWithTransform};
+  std::array<const void*, 2> values = {kCFBooleanTrue, kCFBooleanTrue};
+  return Owned(CFDictionaryCreate(
+      kCFAllocatorDefault, options.data(), values.data(), static_cast<CFIndex>(options.size()),
+      &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
+}
+
 }  // namespace
 
 std::optional<Image> load(const std::string& path) {
@@ -34,7 +47,8 @@ std::optional<Image> decode(const platform::Bytes& encoded) {
                                            static_cast<CFIndex>(encoded.size())));
   const Owned<CGImageSourceRef> source(CGImageSourceCreateWithData(data.get(), nullptr));
   if (!source) return std::nullopt;
-  Owned<CGImageRef> image(CGImageSourceCreateImageAtIndex(source.get(), 0, nullptr));
+  Owned<CGImageRef> image(
+      CGImageSourceCreateThumbnailAtIndex(source.get(), 0, uprightAndWhole().get()));
   if (!image) return std::nullopt;
   return Image(macos::shared(std::move(image)));
 }

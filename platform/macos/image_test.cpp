@@ -52,8 +52,8 @@ TEST_F(pictures, png_is_absent_when_it_cannot_be_encoded) {
   EXPECT_EQ(image::png(image), std::nullopt);
 }
 
-TEST_F(pictures, decode_gives_the_picture_in_some_bytes) {
-  EXPECT_EQ(image::pixels(image::decode(pixels).value()), "pixels of " + pixels);
+TEST_F(pictures, decode_gives_the_picture_in_some_bytes_upright) {
+  EXPECT_EQ(image::pixels(image::decode(pixels).value()), "upright pixels of " + pixels);
 }
 
 TEST_F(pictures, decode_fails_without_a_readable_picture) {
@@ -66,7 +66,7 @@ TEST_F(pictures, decode_fails_without_a_readable_picture) {
 TEST_F(pictures, load_gives_the_picture_in_a_regular_file) {
   const std::string path = testing::TempDir() + "driver-picture-" + std::to_string(getpid());
   std::ofstream(path) << pixels;
-  EXPECT_EQ(image::pixels(image::load(path).value()), "pixels of " + pixels);
+  EXPECT_EQ(image::pixels(image::load(path).value()), "upright pixels of " + pixels);
   std::filesystem::remove(path);
 }
 

@@ -22,14 +22,26 @@
                         onStop:(share::StopHandler)onStop;
 /// Has frames come on a serial queue with this label.
 - (BOOL)takeFramesOnQueue:(const char*)label error:(NSError**)error;
+/// Called when it has started: from now on the stop handler is called, at most once. False when it
+/// has stopped already.
+- (BOOL)beginToRun;
 /// From now on the stop handler is not called.
 - (void)silence;
+/// What macOS 14.4 and the releases soon after it may call in place of `stream:didStopWithError:`.
+/// Neither older SDKs declare it nor newer ones.
+- (void)userDidStopStream:(SCStream*)stream;
 @end
+
+namespace {
+
+enum class Phase { starting, running, silent };
+
+}  // namespace
 
 @implementation DriverStream {
   dispatch_queue_t _queue;
   share::StopHandler _onStop;
-  std::atomic<bool> _isSilent;
+  std::atomic<Phase> _phase;
 }
 
 - (instancetype)initWithFilter:(SCContentFilter*)filter
@@ -50,12 +62,26 @@
                                 error:error];
 }
 
+- (BOOL)beginToRun {
+  Phase expected = Phase::starting;
+  return _phase.compare_exchange_strong(expected, Phase::running) || expected == Phase::running;
+}
+
 - (void)silence {
-  _isSilent = true;
+  _phase = Phase::silent;
+}
+
+// Whoever waits for its start is told of a stop by that.
+- (void)stopWithReason:(const std::string&)reason {
+  if (_phase.exchange(Phase::silent) == Phase::running) _onStop(reason);
 }
 
 - (void)stream:(SCStream*)stream didStopWithError:(NSError*)error {
-  if (!_isSilent) _onStop(macos::textOrEmpty(error.description));
+  [self stopWithReason:macos::textOrEmpty(error.description)];
+}
+
+- (void)userDidStopStream:(SCStream*)stream {
+  [self stopWithReason:"stopped by the user"];
 }
 
 // Frames are thrown away.
@@ -107,11 +133,12 @@ std::shared_ptr<Answer> stop(DriverStream* shared, SCStream* running) {
 void start(DriverStream* shared) {
   auto answer = std::make_shared<Answer>();
   [shared.stream startCaptureWithCompletionHandler:^(NSError* error) {
-    const bool isAwaited = answer->arrive(error == nil, error);
-    if (error != nil) {
-      shared.stream = nil;
-    } else if (!isAwaited) {
+    const bool runs = error == nil && [shared beginToRun];
+    const bool isAwaited = answer->arrive(runs, error);
+    if (error == nil && !isAwaited) {
       stop(shared, shared.stream);
+    } else if (!runs) {
+      shared.stream = nil;
     }
   }];
   try {

@@ -6,6 +6,7 @@
 namespace {
 
 using standins::LateAnswer;
+using standins::StopTold;
 
 constexpr std::uint64_t second = 1'000'000'000;
 
@@ -70,6 +71,21 @@ TEST_F(startStream, gives_up_a_stream_that_cannot_start) {
   EXPECT_EQ(stops, Calls{});
 }
 
+// Whoever asked for it is told, and nobody else.
+TEST_F(startStream, tells_of_no_stop_when_it_has_failed) {
+  standins::answerRequests({.error = "not permitted", .tellsOfStop = true});
+  EXPECT_EQ(errorOf([&] { start(); }), "not permitted");
+  standins::letSystemFinish();
+  EXPECT_EQ(stops, Calls{});
+}
+
+TEST_F(startStream, gives_up_a_stream_that_has_stopped_before_it_started) {
+  standins::answerRequests({.tellsOfStop = true});
+  EXPECT_EQ(errorOf([&] { start(); }), "the system gave no answer");
+  standins::letSystemFinish();
+  EXPECT_EQ(stops, Calls{});
+}
+
 TEST_F(startStream, gives_up_a_stream_without_output) {
   standins::refuseOutput("no output");
   EXPECT_EQ(errorOf([&] { start(); }), "no output");
@@ -131,6 +147,23 @@ TEST_F(startStream, says_nothing_of_a_stop_that_nobody_waits_for) {
 TEST_F(Stream, tells_why_the_system_has_stopped_it) {
   const share::Stream stream = start();
   standins::stopStreams("user stopped");
+  EXPECT_TRUE(standins::letSystemDoNext());
+  EXPECT_EQ(stops, Calls{"user stopped"});
+  share::stopStream(stream);
+}
+
+// Some releases say so in a way of their own.
+TEST_F(Stream, tells_that_the_user_has_stopped_it) {
+  const share::Stream stream = start();
+  standins::stopStreams("user stopped", StopTold::byUser);
+  EXPECT_TRUE(standins::letSystemDoNext());
+  EXPECT_EQ(stops, Calls{"stopped by the user"});
+  share::stopStream(stream);
+}
+
+TEST_F(Stream, tells_once_that_it_has_been_stopped) {
+  const share::Stream stream = start();
+  standins::stopStreams("user stopped", StopTold::inBothWays);
   EXPECT_TRUE(standins::letSystemDoNext());
   EXPECT_EQ(stops, Calls{"user stopped"});
   share::stopStream(stream);

@@ -76,6 +76,13 @@ class Doctor(unittest.TestCase):
     def test_names_both_permissions(self):
         self.expect("deny accessibility\ndeny screen-recording\n" + APPS, ACCESSIBILITY, SCREEN)
 
+    def test_brings_up_no_question_of_the_system(self):
+        for denied, is_asked in ("deny screen-recording\n", False), ("", True):
+            with Mac(denied + APPS) as mac:
+                subprocess.run([str(ROOT / "scripts/doctor"), DRIVER], capture_output=True,
+                               env=mac.environment, timeout=60, check=False)
+                self.assertEqual(is_asked, "share.content" in mac.tell("trace", "--text"))
+
     def test_names_a_locked_screen(self):
         self.expect("session locked\n" + APPS, "The screen is locked.")
         self.expect(APPS, "The screen is locked.", say=[["lock"]])
@@ -153,12 +160,14 @@ class Functions(unittest.TestCase):
             {("", name) if name == "CGEventSetWindowLocation" else (name, "") for name in listed})
         self.assertEqual(set(re.findall(r'"(/System/[^"]*)"', sky + lock)), set(listed.values()))
 
-    def on_a_mac(self, world, *missing):
-        """What is printed on a Mac that has all functions but the missing ones."""
+    def on_a_mac(self, world, *missing, forbidden=()):
+        """What is printed on a Mac that has all functions but the missing ones, and forbids what
+        these ask for."""
         output = io.StringIO()
         with Mac(world) as mac, contextlib.redirect_stdout(output), \
                 mock.patch.multiple(self.doctor, ON_A_MAC=True,
-                                    has_function=lambda _, name: name not in missing), \
+                                    has_function=lambda _, name: name not in missing,
+                                    says_no=lambda _, name: name in forbidden), \
                 mock.patch.dict("os.environ", mac.environment), \
                 mock.patch.object(sys, "argv", ["doctor", DRIVER]):
             status = self.doctor.main()
@@ -169,6 +178,26 @@ class Functions(unittest.TestCase):
             (0, "Nothing is missing: the session is usable, both permissions are granted, screens "
                 "can be captured, and all functions of the system that driver looks up are there."
                 "\n"), self.on_a_mac(APPS))
+
+    def test_say_no_by_false_alone(self):
+        self.assertTrue(self.doctor.says_no(self.C, "sched_yield"))  # it gives 0
+        self.assertFalse(self.doctor.says_no(self.C, "__ctype_get_mb_cur_max"))  # 1 at least
+        self.assertFalse(self.doctor.says_no(self.C, "no_such_function"))
+        self.assertFalse(self.doctor.says_no(self.NOWHERE, "sched_yield"))
+
+    def test_that_forbid_events_are_faults_when_accessibility_is_granted(self):
+        forbidden = "CGPreflightPostEventAccess", "CGPreflightListenEventAccess"
+        status, output = self.on_a_mac(APPS, forbidden=forbidden)
+        self.assertEqual(1, status)
+        self.assertEqual(
+            ["1. The system does not let driver post events, although Accessibility is granted: "
+             "clicks and keys vanish.",
+             "2. The system does not let driver listen to events, although Accessibility is granted: "
+             "watch-input and lock-guard may not see the user's keys."],
+            [line for line in output.splitlines() if line[0].isdigit()])
+        _, output = self.on_a_mac("deny accessibility\n" + APPS, forbidden=forbidden)
+        self.assertEqual(["1. " + ACCESSIBILITY],
+                         [line.split(":")[0] for line in output.splitlines() if line[0].isdigit()])
 
     def test_that_are_missing_on_a_mac_are_faults(self):
         status, output = self.on_a_mac("missing SLEventPostToPid\n" + APPS, "SLEventPostToPid",

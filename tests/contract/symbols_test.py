@@ -302,6 +302,15 @@ class Symbols(unittest.TestCase):
                              "kThingRed is declared and not used",
                              "kThingName has an entry and is not used")
 
+    def test_that_the_oldest_sdk_lacks_are_not_declared(self):
+        header = "platform/macos/declarations/Things.framework/Headers/Things.h"
+        self.change(header, "- (void)close;",
+                    "- (void)close __attribute__((availability(macos, introduced=14.2)));")
+        self.assertEqual([], self.generate()[1])
+        self.change(header, "introduced=14.2", "introduced = 14.4")
+        self.expect_problems("Things declares what came with macOS 14.4, and the oldest SDK is that "
+                             "of 14.2")
+
     def test_that_are_not_confirmed_need_an_assumption(self):
         self.change_table('["SecretCall"]', '["ThingMake"]')
         self.expect_problems(

@@ -86,7 +86,20 @@ bool works(const Result& result) {
   return result.made != 0 && result.enabled != 0 && result.told == 2;
 }
 
+int answerForAccess(const std::string& assumption) {
+  const bool listens = CGPreflightListenEventAccess();
+  const bool posts = CGPreflightPostEventAccess();
+  const probe::Verdict verdict =
+      AXIsProcessTrusted() ? probe::verdictOf(listens && posts) : probe::Verdict::notShown;
+  return probe::answer(assumption, verdict,
+                       Evidence()
+                           .add("Accessibility", AXIsProcessTrusted() != 0)
+                           .add("listening to events allowed", listens)
+                           .add("posting events allowed", posts));
+}
+
 int answerFor(const std::string& assumption, const std::string& program) {
+  if (assumption == "event-access") return answerForAccess(assumption);
   const bool wantsProhibited = assumption == "key-taps-of-prohibited-processes";
   if (!wantsProhibited && assumption != "key-taps")
     return probe::notShown(assumption, "it is not asked here");

@@ -6,6 +6,8 @@
 #include "platform/macos/standins/strings.h"
 
 struct CFArrayCallBacks {};
+struct CFDictionaryKeyCallBacks {};
+struct CFDictionaryValueCallBacks {};
 
 namespace standins {
 
@@ -99,6 +101,8 @@ using namespace standins;
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const CFArrayCallBacks kCFTypeArrayCallBacks = {};
+const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {};
+const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
 
 CFTypeID CFArrayGetTypeID() { return CFTypeID(Type::array); }
 CFTypeID CFDictionaryGetTypeID() { return CFTypeID(Type::dictionary); }
@@ -116,6 +120,18 @@ CFIndex CFArrayGetCount(CFArrayRef theArray) { return CFIndex(as<Array>(theArray
 
 const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx) {
   return as<Array>(theArray)->owned.at(std::size_t(idx));
+}
+
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void** values,
+                                   CFIndex numValues, const CFDictionaryKeyCallBacks* keyCallBacks,
+                                   const CFDictionaryValueCallBacks* valueCallBacks) {
+  if (keyCallBacks != &kCFTypeDictionaryKeyCallBacks ||
+      valueCallBacks != &kCFTypeDictionaryValueCallBacks) {
+    noteMistake("a dictionary that does not retain");
+  }
+  CFDictionaryRef made = dictionary({});
+  for (CFIndex i = 0; i < numValues; ++i) set(made, static_cast<CFStringRef>(keys[i]), values[i]);
+  return made;
 }
 
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {

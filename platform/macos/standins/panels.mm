@@ -1,6 +1,7 @@
 #include "platform/macos/standins/panels.h"
 
 #import <AppKit/AppKit.h>
+#import <QuartzCore/QuartzCore.h>
 
 #include <utility>
 
@@ -44,6 +45,8 @@ Desktop& desktop() {
 @interface NSWindow ()
 @property NSRect place;
 @property NSWindowStyleMask style;
+// Whether what is on it can be seen, too.
+@property BOOL isDrawn;
 @end
 @implementation NSWindow
 @synthesize backgroundColor = _backgroundColor;
@@ -64,17 +67,19 @@ Desktop& desktop() {
   self.hasShadow = YES;
   self.releasedWhenClosed = YES;
   self.hidesOnDeactivate = YES;
+  self.canHide = YES;
   return self;
 }
 - (void)setFrame:(NSRect)frameRect display:(BOOL)flag {
   self.place = frameRect;
 }
 - (void)orderFrontRegardless {
-  [self orderOut:nil];
+  std::erase(desktop().panels, (__bridge void*)self);
   desktop().panels.push_back((__bridge void*)self);
 }
 - (void)orderOut:(id)sender {
   std::erase(desktop().panels, (__bridge void*)self);
+  self.isDrawn = NO;
 }
 - (void)dealloc {
   [self orderOut:nil];
@@ -82,6 +87,13 @@ Desktop& desktop() {
 @end
 
 @implementation NSPanel
+@end
+
+// Else it is drawn when the run loop turns, which no test has.
+@implementation CATransaction
++ (void)flush {
+  for (void* each : desktop().panels) ((__bridge NSWindow*)each).isDrawn = YES;
+}
 @end
 
 namespace {
@@ -94,6 +106,8 @@ std::string describe(NSPanel* panel) {
   if (panel.opaque) result += " opaque";
   if (panel.hasShadow) result += " shadow";
   if (panel.hidesOnDeactivate) result += " hides";
+  if (panel.canHide) result += " can be hidden";
+  if (!panel.isDrawn) result += " not drawn";
   if (panel.releasedWhenClosed) result += " goes";
   if (!panel.ignoresMouseEvents) result += " mouse";
   return result + "\n" + standins::describe((NSView*)panel.contentView);

@@ -43,6 +43,8 @@ struct SystemAnswer {
   bool hasResult = true;
   /// The handler is called at once again, with this error.
   std::string secondError;
+  /// When it answers a start, a stream's delegate is told before and after that it has stopped.
+  bool tellsOfStop = false;
 };
 void answerRequests(const SystemAnswer& answer);
 
@@ -52,8 +54,11 @@ void refuseOutput(const std::string& error);
 /// Hands every stream that runs a frame.
 void handFrames();
 
+/// How a delegate is told that its stream has stopped: releases differ when the user stops it.
+enum class StopTold { byError, byUser, inBothWays };
+
 /// Has the system stop every stream that runs next, with this error, on a thread of its own.
-void stopStreams(const std::string& error);
+void stopStreams(const std::string& error, StopTold how = StopTold::byError);
 
 /// The streams that the system has started and not stopped.
 std::size_t runningStreams();

@@ -62,6 +62,11 @@ RunningStreams& running() {
 }
 @end
 
+// What delegates are told by some releases of the system alone.
+@protocol StandinUserStop
+- (void)userDidStopStream:(SCStream*)stream;
+@end
+
 @interface SCStream ()
 @property(weak) id<SCStreamDelegate> delegate;
 @property(weak) id<SCStreamOutput> output;
@@ -112,8 +117,11 @@ RunningStreams& running() {
 - (void)startCaptureWithCompletionHandler:(void (^)(NSError*))completionHandler {
   record("start");
   standins::answerAsTold([self, completionHandler](const std::string& error, bool) {
-    if (error.empty()) running().add(self);
+    const bool hasStopped = sharing().answer.tellsOfStop;
+    if (hasStopped) [self.delegate stream:self didStopWithError:errorSaying("stopped")];
+    if (error.empty() && !hasStopped) running().add(self);
     completionHandler(errorSaying(error));
+    if (hasStopped) [self.delegate stream:self didStopWithError:errorSaying("stopped")];
   });
 }
 - (void)stopCaptureWithCompletionHandler:(void (^)(NSError*))completionHandler {
@@ -167,13 +175,16 @@ void handFrames() {
   }
 }
 
-void stopStreams(const std::string& error) {
+void stopStreams(const std::string& error, StopTold how) {
   for (void* each : running().all()) {
     SCStream* stream = (__bridge SCStream*)each;
     running().remove(stream);
-    later(1, [stream, error] {
+    later(1, [stream, error, how] {
       @autoreleasepool {
-        [stream.delegate stream:stream didStopWithError:errorSaying(error)];
+        if (how != StopTold::byUser) {
+          [stream.delegate stream:stream didStopWithError:errorSaying(error)];
+        }
+        if (how != StopTold::byError) [(id)stream.delegate userDidStopStream:stream];
       }
     });
   }

@@ -17,6 +17,8 @@ void CGEventPost(CGEventTapLocation tap, CGEventRef event);
 bool CGEventTapIsEnabled(CFMachPortRef tap);
 bool CGPreflightPostEventAccess(void);
 typedef int32_t CGError;
+size_t CGImageGetHeight(CGImageRef image);
+size_t CGImageGetWidth(CGImageRef image);
 size_t CGDisplayModeGetHeight(CGDisplayModeRef mode);
 CFArrayRef CGDisplayCopyAllDisplayModes(CGDirectDisplayID display, CFDictionaryRef options);
 CGError CGDisplaySetDisplayMode(CGDirectDisplayID display, CGDisplayModeRef mode,

@@ -89,7 +89,16 @@ CFMutableDataRef _Null_unspecified CFDataCreateMutable(CFAllocatorRef _Nullable 
 CFIndex CFDataGetLength(CFDataRef theData);
 const UInt8* _Null_unspecified CFDataGetBytePtr(CFDataRef theData);
 
+typedef struct CFDictionaryKeyCallBacks CFDictionaryKeyCallBacks;
+typedef struct CFDictionaryValueCallBacks CFDictionaryValueCallBacks;
+extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
+extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 CFTypeID CFDictionaryGetTypeID(void);
+CFDictionaryRef _Null_unspecified CFDictionaryCreate(
+    CFAllocatorRef _Nullable allocator, const void* _Nonnull* _Nullable keys,
+    const void* _Nonnull* _Nullable values, CFIndex numValues,
+    const CFDictionaryKeyCallBacks* _Nullable keyCallBacks,
+    const CFDictionaryValueCallBacks* _Nullable valueCallBacks);
 const void* _Nullable CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);
 
 CFArrayRef _Null_unspecified CFLocaleCopyPreferredLanguages(void);

@@ -11,8 +11,10 @@ extern "C" {
 typedef struct CGImageSource* CGImageSourceRef;
 CGImageSourceRef _Nullable CGImageSourceCreateWithData(CFDataRef data,
                                                        CFDictionaryRef _Nullable options);
-CGImageRef _Nullable CGImageSourceCreateImageAtIndex(CGImageSourceRef isrc, size_t index,
-                                                     CFDictionaryRef _Nullable options);
+CGImageRef _Nullable CGImageSourceCreateThumbnailAtIndex(CGImageSourceRef isrc, size_t index,
+                                                         CFDictionaryRef _Nullable options);
+extern const CFStringRef kCGImageSourceCreateThumbnailFromImageAlways;
+extern const CFStringRef kCGImageSourceCreateThumbnailWithTransform;
 
 typedef struct CGImageDestination* CGImageDestinationRef;
 CGImageDestinationRef _Nullable CGImageDestinationCreateWithData(CFMutableDataRef data,

@@ -5,6 +5,10 @@
 
 #pragma clang assume_nonnull begin
 
+@interface CATransaction : NSObject
++ (void)flush;
+@end
+
 @interface CALayer : NSObject
 @property BOOL masksToBounds;
 @property(nullable) CGColorRef backgroundColor;
