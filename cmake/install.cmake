@@ -17,6 +17,7 @@ install(FILES "${product_folder}/packaging/completions/driver.fish"
 install(PROGRAMS "${product_folder}/scripts/doctor"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver COMPONENT driver)
 install(DIRECTORY "${product_folder}/packaging/contract/schemas"
+  "${product_folder}/packaging/contract/arguments"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
 install(FILES "${product_folder}/packaging/contract/errors.json"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
