@@ -14,10 +14,11 @@ PIECE = re.compile(r"\[[^\]]*\]|<[^>]*>(?:\.\.\.)?")
 
 
 class Argument(NamedTuple):
-    """One argument by name. What is left out of a command line in front of others has a default."""
+    """One argument by name. What a caller may leave out and a command line may not has a default."""
     name: str
     schema: dict
     is_required: bool
+    is_always_there: bool
     repeats: bool
     is_json: bool
 
@@ -47,12 +48,12 @@ def schema_of(described, words):
     return described
 
 
-def argument(entry, piece, is_required):
+def argument(entry, piece, must_be_there):
     known = table.load("arguments.json")
     name, described = next(iter(entry.items())) if isinstance(entry, dict) else (entry, entry)
     schema = schema_of(known[described], words_of(piece))
-    return Argument(name, schema, is_required and "default" not in schema, "..." in piece,
-                    "JSON" in piece)
+    return Argument(name, schema, must_be_there and "default" not in schema, must_be_there,
+                    "..." in piece, "JSON" in piece)
 
 
 def arguments_of(command):
@@ -67,7 +68,9 @@ def arguments_of(command):
             continue
         one = argument(entry, piece, place < command.fewest or piece.startswith("<"))
         before = found.get(one.name)
-        found[one.name] = one._replace(is_required=True) if before else one
+        if before:  # "<text> [text...]" is one list
+            one = one._replace(is_required=True, is_always_there=True)
+        found[one.name] = one
     return list(found.values())
 
 
