@@ -104,6 +104,8 @@ class Identity(unittest.TestCase):
         self.assertIn(f"driver-{VERSION}.tar.gz", formula)
         clients = ROOT / "clients"
         self.assertEqual(VERSION, json.loads((clients / "typescript/package.json").read_text())["version"])
+        project = (clients / "python/pyproject.toml").read_text()
+        self.assertEqual(VERSION, re.search(r'^version = "(.*)"$', project, re.M)[1])
         newest = re.search(r"^## ([0-9.]+)", (ROOT / "CHANGELOG.md").read_text(), re.M)
         self.assertEqual(VERSION, newest[1])
 
