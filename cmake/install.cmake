@@ -39,3 +39,7 @@ install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} C
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(DIRECTORY "${product_folder}/packaging/contract"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)
+foreach(client typescript python)
+  install(FILES "${product_folder}/clients/${client}/README.md"
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/clients/${client} COMPONENT docs)
+endforeach()
