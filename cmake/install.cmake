@@ -20,6 +20,7 @@ install(FILES "${product_folder}/packaging/completions/driver.fish"
 install(PROGRAMS "${product_folder}/scripts/doctor"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver COMPONENT driver)
 install(DIRECTORY "${product_folder}/packaging/contract/schemas"
+  "${product_folder}/packaging/contract/arguments"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
 install(FILES "${product_folder}/packaging/contract/errors.json"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
@@ -41,3 +42,7 @@ install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} C
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(DIRECTORY "${product_folder}/packaging/contract"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)
+foreach(client typescript python)
+  install(FILES "${product_folder}/clients/${client}/README.md"
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/clients/${client} COMPONENT docs)
+endforeach()

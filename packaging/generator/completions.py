@@ -4,27 +4,19 @@ The first word is a command. An application's name is completed by nothing: aski
 not a shell's business. Words that a grammar offers, as in [left|right], are completed at their place,
 and files where paths are wanted.
 """
-import re
-
+import arguments
 import table
 
-# Words of the grammars that stand for something else.
-STAND_FOR_OTHERS = ("bundleId", "name", "number", "child text", "dx", "dy", "x2", "y2")
 HEADER = "# Made by scripts/generate-contract."
 
 
 def words_at(grammar):
     """What each argument may be: a list of words, "files" or nothing."""
     places = []
-    for piece in re.findall(r"\[[^\]]*\]|<[^>]*>(?:\.\.\.)?", grammar):
+    for piece in arguments.pieces_of(grammar):
         inner = piece.strip("[].").strip("<>")
-        if "path" in inner or inner.endswith(".png"):
-            places.append("files")
-        elif "|" in inner:
-            words = [word.strip("<>") for word in inner.split("|")]
-            places.append([word for word in words if word not in STAND_FOR_OTHERS])
-        else:
-            places.append([])
+        is_file = "path" in inner or inner.endswith(".png")
+        places.append("files" if is_file else arguments.words_of(piece))
     return places
 
 

@@ -49,7 +49,7 @@ def errors_page():
         if entry.get("platform"):
             marks.append(PLATFORMS[entry["platform"]])
         origin = "From: " + ", ".join(who) if who else "From: the command line"
-        lines += [f"{origin}. {', '.join(marks).capitalize()}.", ""]
+        lines += [f"Id `{entry['id']}`. {origin}. {', '.join(marks).capitalize()}.", ""]
         lines += [f"{entry['cause']} *What to do:* {entry['next']}", ""]
     return "\n".join(lines).rstrip() + "\n"
 
@@ -104,6 +104,12 @@ def catalogue():
     for name, members in table.groups().items():
         line = json.dumps({name: members})[1:-1]
         text = re.sub(rf'^    "{name}": [^\n]*?(,?)$', rf"    {line}\1", text, flags=re.M)
+    for entry in table.errors():
+        pattern = table.groups_of(table.whole_message(entry))
+        parts = table.parts_of(entry["message"])
+        made = f'     "pattern": {json.dumps(pattern)}, "parts": {json.dumps(parts)},\n'
+        text = re.sub(rf'(^    \{{"id": "{entry["id"]}",\n     "message": [^\n]*\n)(     "pattern":[^\n]*\n)?',
+                      lambda found: found[1] + made, text, flags=re.M)
     return text
 
 

@@ -55,6 +55,21 @@ def pattern_of(message):
     return "^" + r"[\s\S]*".join(escaped(piece) for piece in pieces) + "$"
 
 
+def groups_of(message):
+    """The same with a group for each placeholder."""
+    return pattern_of(message).replace(r"[\s\S]*", r"([\s\S]*)")
+
+
+def parts_of(message):
+    """The names of the placeholders, in order."""
+    return re.findall(r"\{([^}]*)\}", message)
+
+
+def pascal(words):
+    """ax-press-exact as AxPressExact."""
+    return "".join(word[0].upper() + word[1:] for word in re.split(r"[ -]", words))
+
+
 def escaped(text):
     return re.sub(r"([\\^$.|?*+()\[\]{}])", r"\\\1", text)
 

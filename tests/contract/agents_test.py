@@ -36,7 +36,7 @@ class Agents(unittest.TestCase):
                               timeout=100, check=False)
 
     def test_have_twenty_lines_each(self):
-        self.assertEqual({"agent.py", "agent.sh", "test.sh"}, set(BLOCKS))
+        self.assertEqual({"agent.py", "agent.sh", "agent_test.py", "test.sh"}, set(BLOCKS))
         for name in ("agent.py", "agent.sh"):
             lines = [line for line in BLOCKS[name].splitlines() if line]
             self.assertLessEqual(len(lines), 20, name)
@@ -47,6 +47,16 @@ class Agents(unittest.TestCase):
             self.assertEqual(0, done.returncode, done.stdout + done.stderr)
             self.assertEqual("accepted\npassed\n", done.stdout)
             self.assertIn("nothing to do", done.stderr)
+
+    def test_with_a_client_pass_theirs(self):
+        (self.folder / "world").write_text(WORLD)
+        done = subprocess.run(
+            [sys.executable, "-m", "pytest", "-q", "-p", "driver_client.pytest_plugin", "-p",
+             "no:cacheprovider", "agent_test.py"], cwd=self.folder, capture_output=True, text=True,
+            env={**self.environment, "PYTHONPATH": str(ROOT / "clients/python")}, check=False)
+        if "No module named pytest" in done.stderr:
+            self.skipTest("there is no pytest here")
+        self.assertIn("3 passed in", done.stdout, done.stderr)
 
     def test_stop_when_something_goes_wrong_and_say_why(self):
         troubles = [

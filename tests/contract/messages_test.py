@@ -118,10 +118,40 @@ class Messages(unittest.TestCase):
         whole = [table.whole_message(entry) for entry in table.errors()]
         self.assertEqual(sorted(set(whole)), sorted(whole))
 
+    def test_have_an_id_for_good(self):
+        """An id that was ever given keeps its line in ids.txt; one that is no more is marked there."""
+        told = table.load("errors.json")
+        given = {}
+        for line in (table.CONTRACT / "ids.txt").read_text().splitlines():
+            name, _, message = line.partition("\t")
+            self.assertRegex(name, r"^[a-z0-9]+(-[a-z0-9]+)*$")
+            self.assertNotIn(name, given, "an id is given once")
+            given[name] = message
+        listed = [(entry["id"], table.whole_message(entry)) for entry in told["errors"]]
+        listed += [(entry["id"], "") for entry in told["without_text"]]
+        self.assertEqual(len(listed), len({name for name, _ in listed}))
+        retired = [(name, "retired") for name, message in given.items() if message == "retired"]
+        self.assertEqual(sorted(given.items()), sorted(listed + retired))
+
+    def test_are_known_by_their_patterns(self):
+        """Of the patterns that match a message the one with most text of its own is that message's."""
+        entries = table.errors()
+        for entry in entries:
+            message = table.whole_message(entry)
+            filled = re.sub(r"\{([^}]*)\}", r"«\1»", message)
+            with self.subTest(message=message):
+                same = [one for one in entries if set(table.commands_of(one)) & set(table.commands_of(entry))]
+                matching = [one for one in same or [entry] if re.fullmatch(one["pattern"], filled)]
+                best = max(matching, key=lambda one: len(re.sub(r"\{[^}]*\}", "", table.whole_message(one))))
+                self.assertEqual(entry["id"], best["id"])
+                found = re.fullmatch(entry["pattern"], filled).groups()
+                self.assertEqual([f"«{part}»" for part in entry["parts"]], list(found))
+
     def test_are_in_the_catalogue_with_cause_and_remedy(self):
         for entry in table.errors():
             with self.subTest(message=entry["message"]):
-                self.assertLessEqual({"message", "commands", "status", "cause", "next"}, set(entry))
+                keys = {"id", "message", "pattern", "parts", "commands", "status", "cause", "next"}
+                self.assertLessEqual(keys, set(entry))
                 self.assertIn(entry["status"], (0, 1, "signal"))
                 self.assertTrue(entry["cause"].endswith(".") and entry["next"].endswith("."))
 

@@ -1,4 +1,5 @@
 """What is installed and packaged, and that version, identifier and first line are the same everywhere."""
+import json
 import os
 import plistlib
 import re
@@ -101,6 +102,10 @@ class Identity(unittest.TestCase):
         formula = (ROOT / "packaging/homebrew/driver.rb").read_text()
         self.assertEqual(VERSION, re.search(r'version "(.*)"', formula)[1])
         self.assertIn(f"driver-{VERSION}.tar.gz", formula)
+        clients = ROOT / "clients"
+        self.assertEqual(VERSION, json.loads((clients / "typescript/package.json").read_text())["version"])
+        project = (clients / "python/pyproject.toml").read_text()
+        self.assertEqual(VERSION, re.search(r'^version = "(.*)"$', project, re.M)[1])
         newest = re.search(r"^## ([0-9.]+)", (ROOT / "CHANGELOG.md").read_text(), re.M)
         self.assertEqual(VERSION, newest[1])
 

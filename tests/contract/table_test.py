@@ -6,8 +6,9 @@ import sys
 import unittest
 
 from mac import ROOT, Mac
-from validation import FOLDER, validator
+from validation import ARGUMENTS, FOLDER, validator
 
+import arguments
 import table
 
 EMPTY = "app Editor pid 40 frontmost\n"
@@ -89,6 +90,43 @@ class Table(unittest.TestCase):
         acted = {"ok": True, "axError": -25204, "pressed": "File"}
         self.assertFalse(validator("ax-menu").is_valid(acted))
         self.assertTrue(validator("ax-menu").is_valid({**acted, "ok": False}))
+
+    def test_has_arguments_of_every_command_described(self):
+        names = {command.name for command in table.commands()}
+        self.assertEqual(names, {path.stem for path in ARGUMENTS.glob("*.json")})
+        for command in table.commands():
+            given = arguments.arguments_of(command)
+            with self.subTest(command=command.name):
+                # What may be left out, and a command line must have, has a default.
+                fewest = max(command.fewest, sum(one.is_required for one in given))
+                self.assertTrue(all(one.is_required or one.has_default for one in given[:fewest]))
+                self.assertFalse(any(one.is_required for one in given[fewest:]))
+                self.assertTrue(all(one.schema["description"].endswith(".") for one in given))
+
+    @staticmethod
+    def sample(schema):
+        is_number = schema.get("type") in ("number", "integer")
+        return "50" if is_number else schema.get("enum", ["Editor"])[0]
+
+    def test_has_numbers_where_driver_wants_them(self):
+        wanted = "missing numeric arg "
+        # Those that take other words too, say so in another way, or take any word for 1.
+        others = {("ax-slider", "value"), ("focus-release", "pid"), ("focus-release", "window"),
+                  ("bg-click", "count")}
+        count = 0
+        with Mac(EMPTY + '    window 7 "Text" at 0,30 size 800x600\n') as mac:
+            for command in table.commands():
+                given = arguments.arguments_of(command)
+                samples = [self.sample(one.schema) for one in given]
+                for place, one in enumerate(given):
+                    if samples[place] != "50" or (command.name, one.name) in others:
+                        continue
+                    words = [*samples[:place], "word", *samples[place + 1:]]
+                    with self.subTest(command=command.name, argument=one.name):
+                        error = mac.driver(command.name, *words).reply.get("error")
+                        self.assertEqual(f"{wanted}{place + 2}", error)
+                    count += 1
+        self.assertEqual(28, count)
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@ from mac import ROOT
 from jsonschema import Draft202012Validator
 
 FOLDER = ROOT / "packaging" / "contract" / "schemas"
+ARGUMENTS = ROOT / "packaging" / "contract" / "arguments"
 
 
 def validator(name):

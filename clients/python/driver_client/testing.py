@@ -1,0 +1,106 @@
+"""A Mac of a test's own, made from a world."""
+from __future__ import annotations
+
+import contextlib
+import json
+import os
+import subprocess
+import tempfile
+from pathlib import Path
+from typing import Any, Iterator, List, Optional
+
+from .children import end_child, forget, start_child
+from .clock import Clock
+from .errors import DriverError, Reply
+from .mac import Mac
+
+
+class _VirtualClock(Clock):
+    def __init__(self, simulated: "SimulatedMac") -> None:
+        self._simulated = simulated
+
+    def now(self) -> float:
+        return self._advance(0)
+
+    def sleep(self, seconds: float) -> None:
+        self._advance(seconds)
+
+    def _advance(self, seconds: float) -> float:
+        told = self._simulated.tell("advance", f"{round(seconds * 1_000_000)}us")[0]
+        return float(told["now"]) / 1000
+
+
+class SimulatedMac:
+    """Started from the text of a world; in virtual time, in which no wait takes any, or in real time."""
+
+    def __init__(self, world: str, *, driver: str = "driver", simulated_mac: str = "simulated-mac",
+                 real_time: bool = False) -> None:
+        self._folder = tempfile.TemporaryDirectory(prefix="simulated-mac-")
+        self._program = simulated_mac
+        Path(self.path("world")).write_text(world, encoding="utf-8")
+        words = ["serve", *([] if real_time else ["--virtual"]), "--until-closed", self.path("world")]
+        self._server = start_child(simulated_mac, words, dict(os.environ), subprocess.PIPE)
+        assert self._server.stdout is not None
+        #: What SIMULATED_MAC is for processes on this Mac.
+        self.socket = self._server.stdout.read().decode().strip()
+        if not self.socket.startswith("@"):
+            self.end()
+            raise DriverError(f"no simulated Mac: {self.socket}")
+        self.environment = {**os.environ, "SIMULATED_MAC": self.socket}
+        clock = Clock() if real_time else _VirtualClock(self)
+        self.mac = Mac(driver=driver, environment=self.environment, clock=clock)
+        self._before: Optional[Reply] = None
+        self.settle()
+
+    def path(self, name: str) -> str:
+        """A path in a folder that goes with the Mac."""
+        return str(Path(self._folder.name) / name)
+
+    def tell(self, *words: str) -> List[Reply]:
+        """Tells or asks the Mac: `tell("lock")`, `tell("user", "key", "a")`. Gives the lines of its answer."""
+        done = subprocess.run([self._program, *words], env=self.environment, capture_output=True, check=False)
+        replies: List[Reply] = [json.loads(line) for line in done.stdout.splitlines()]
+        if replies and replies[0].get("ok") is False:
+            raise DriverError(f"simulated-mac {' '.join(words)}: {replies[0]['error']}")
+        return replies
+
+    def state(self) -> Reply:
+        """What is the user's own: front application, keyboard, pointer, clipboard, session."""
+        return self.tell("state")[0]
+
+    def violations(self) -> List[Any]:
+        """The rules of safe input that were broken."""
+        broken: List[Any] = self.tell("violations")[0]["violations"]
+        return broken
+
+    def check(self) -> None:
+        """Fails when a rule of safe input was broken, or the user's state is another than at the start."""
+        violations = self.violations()
+        if violations:
+            raise DriverError(f"violations: {violations}")
+        after = self.state()
+        if after != self._before:
+            raise DriverError(f"the user's state was {self._before} and is {after}")
+
+    def settle(self) -> None:
+        """Takes the user's present state for the one to be kept: after the user has acted."""
+        self._before = self.state()
+
+    def end(self) -> None:
+        end_child(self._server)
+        forget(self._server)
+        for stream in (self._server.stdin, self._server.stdout, self._server.stderr):
+            if stream is not None:
+                stream.close()
+        self._folder.cleanup()
+
+
+@contextlib.contextmanager
+def simulated_mac(world: str, **options: Any) -> Iterator[SimulatedMac]:
+    """A Mac for a block; checks afterwards that the user has noticed nothing."""
+    simulated = SimulatedMac(world, **options)
+    try:
+        yield simulated
+        simulated.check()
+    finally:
+        simulated.end()

@@ -1,0 +1,69 @@
+import { failureRows, remediesWithoutText, type FailureRow } from "./contract.js";
+
+/** A reply, or a line, as driver wrote it. */
+export type Reply = Record<string, unknown> & { ok?: boolean };
+
+/** Whatever this client throws of its own. */
+export class DriverError extends Error {
+  override name = this.constructor.name;
+}
+
+/** A failure that driver told: `id`, `parts` and `remedy` are those of its catalogue. */
+export class CommandError extends DriverError {
+  constructor(
+    readonly command: string,
+    readonly reply: Reply,
+    /** The failure's stable name; "unknown-failure" for one that this client does not know. */
+    readonly id: string,
+    /** What the message was filled in with, by name. */
+    readonly parts: Record<string, string>,
+    /** What to do. */
+    readonly remedy: string,
+  ) {
+    super(`${command}: ${reply["error"] ?? (id === "not-accepted" ? `axError ${reply["axError"]}` : id)}`);
+  }
+}
+
+/** The application did not answer for twelve seconds: that nothing was found means nothing. */
+export class HungError extends CommandError {
+  constructor(command: string, reply: Reply) {
+    super(command, reply, "application-hung", {},
+      "Wait until the application answers again; what the command had to do may be done in part.");
+  }
+}
+
+/** The run took longer than it may, and was told to end: it has given back what it had borrowed. */
+export class TimedOutError extends DriverError {
+  constructor(readonly command: string, readonly milliseconds: number) {
+    super(`${command}: told to end after ${milliseconds} ms; look at the target before doing it again`);
+  }
+}
+
+/** The capture service has ended, and with it all that ran beside it. */
+export class ServiceEndedError extends DriverError {
+  constructor() { super("the capture service has ended"); }
+}
+
+/** driver could not be started, or ended without a reply. */
+export class NoReplyError extends DriverError {}
+
+function matchOf(row: FailureRow, command: string, text: string): RegExpMatchArray | null {
+  if (row.commands !== null && !row.commands.includes(command)) return null;
+  return text.match(new RegExp(row.pattern));
+}
+
+/** The failure that a reply without `"ok": true` tells. */
+export function failureOf(command: string, reply: Reply): CommandError {
+  const text = reply["error"];
+  if (typeof text !== "string") {
+    const id = "axError" in reply ? "not-accepted" : "not-done";
+    return new CommandError(command, reply, id, {}, remediesWithoutText[id] ?? "");
+  }
+  for (const row of failureRows) {
+    const found = matchOf(row, command, text);
+    if (found === null) continue;
+    const parts = Object.fromEntries(row.parts.map((name, place) => [name, found[place + 1] ?? ""]));
+    return new CommandError(command, reply, row.id, parts, row.remedy);
+  }
+  return new CommandError(command, reply, "unknown-failure", {}, "See docs/ERRORS.md of the driver that runs.");
+}

@@ -1,0 +1,116 @@
+import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { endChild, startChild } from "./children.js";
+import type { Clock } from "./clock.js";
+import { DriverError, type Reply } from "./errors.js";
+import { Mac } from "./mac.js";
+
+export interface SimulatedMacOptions {
+  /** The executables; "driver" and "simulated-mac", looked for in the PATH, without them. */
+  driver?: string;
+  simulatedMac?: string;
+  /** Real time; without it no wait takes any. */
+  realTime?: boolean;
+}
+
+/** A Mac of a test's own, made from a world. */
+export class SimulatedMac {
+  readonly #server: ReturnType<typeof startChild>;
+  readonly #folder: string;
+  readonly #program: string;
+  readonly #environment: NodeJS.ProcessEnv;
+  #before: string | undefined;
+  readonly mac: Mac;
+
+  private constructor(server: ReturnType<typeof startChild>, folder: string, program: string,
+    /** What SIMULATED_MAC is for processes on this Mac. */
+    readonly socket: string, options: SimulatedMacOptions) {
+    this.#server = server;
+    this.#folder = folder;
+    this.#program = program;
+    this.#environment = { ...process.env, SIMULATED_MAC: socket };
+    this.mac = new Mac({ driver: options.driver, environment: this.#environment,
+      ...(options.realTime === true ? {} : { clock: this.#clock() }) });
+  }
+
+  /** Starts a Mac from the text of a world. */
+  static async start(world: string, options: SimulatedMacOptions = {}): Promise<SimulatedMac> {
+    const folder = mkdtempSync(join(tmpdir(), "simulated-mac-"));
+    const file = join(folder, "world");
+    writeFileSync(file, world);
+    const program = options.simulatedMac ?? "simulated-mac";
+    const time = options.realTime === true ? [] : ["--virtual"];
+    const server = startChild(program, ["serve", ...time, "--until-closed", file], process.env);
+    const socket = await outputOf(server);
+    if (!socket.startsWith("@")) {
+      rmSync(folder, { recursive: true });
+      throw new DriverError(`no simulated Mac: ${socket}`);
+    }
+    const simulated = new SimulatedMac(server, folder, program, socket.trim(), options);
+    simulated.#before = JSON.stringify(await simulated.state());
+    return simulated;
+  }
+
+  /** A path in a folder that goes with the Mac. */
+  path(name: string): string { return join(this.#folder, name); }
+
+  /** Tells or asks the Mac: `tell("lock")`, `tell("user", "key", "a")`. Gives the lines of its answer. */
+  async tell(...words: string[]): Promise<Reply[]> {
+    const child = startChild(this.#program, words, this.#environment);
+    const lines = (await outputOf(child)).split("\n").filter((line) => line !== "");
+    const replies = lines.map((line) => JSON.parse(line) as Reply);
+    if (replies[0]?.ok === false) throw new DriverError(`simulated-mac ${words.join(" ")}: ${replies[0]["error"]}`);
+    return replies;
+  }
+
+  /** What is the user's own: front application, keyboard, pointer, clipboard, session. */
+  async state(): Promise<Reply> { return (await this.tell("state"))[0]!; }
+
+  async violations(): Promise<unknown[]> { return (await this.tell("violations"))[0]!["violations"] as unknown[]; }
+
+  /** Fails when a rule of safe input was broken, or the user's state is another than at the start. */
+  async check(): Promise<void> {
+    const violations = await this.violations();
+    if (violations.length > 0) throw new DriverError(`violations: ${JSON.stringify(violations)}`);
+    const after = JSON.stringify(await this.state());
+    if (after !== this.#before) throw new DriverError(`the user's state was ${this.#before} and is ${after}`);
+  }
+
+  /** Takes the user's present state for the one to be kept: after the user has acted. */
+  async settle(): Promise<void> { this.#before = JSON.stringify(await this.state()); }
+
+  async end(): Promise<void> {
+    await endChild(this.#server);
+    rmSync(this.#folder, { recursive: true });
+  }
+
+  #clock(): Clock {
+    const advance = async (milliseconds: number) =>
+      Number((await this.tell("advance", `${Math.round(milliseconds * 1000)}us`))[0]!["now"]);
+    return { now: () => advance(0), sleep: async (milliseconds) => void (await advance(milliseconds)) };
+  }
+}
+
+async function outputOf(child: ReturnType<typeof startChild>): Promise<string> {
+  let output = "";
+  child.stdout!.setEncoding("utf8").on("data", (piece: string) => (output += piece));
+  await new Promise<void>((resolve, reject) => {
+    child.stdout!.once("end", () => resolve());
+    child.once("error", (error) => reject(new DriverError(error.message)));
+  });
+  return output;
+}
+
+/** Runs a test on a Mac of its own, and checks afterwards that the user has noticed nothing. */
+export async function withSimulatedMac<Result>(world: string, test: (simulated: SimulatedMac) => Promise<Result>,
+  options: SimulatedMacOptions = {}): Promise<Result> {
+  const simulated = await SimulatedMac.start(world, options);
+  try {
+    const result = await test(simulated);
+    await simulated.check();
+    return result;
+  } finally {
+    await simulated.end();
+  }
+}
