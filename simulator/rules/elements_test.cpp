@@ -23,17 +23,28 @@ const Sentences none;
 const Sentences unasked = {"I21: acted on an element before any session check"};
 const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
 
-/// A run whose calls concern the element 2 of Notes.
+const Sentences asleep = {"I25: acted on an element of an application whose tree was not enabled"};
+
+/// A run whose calls concern one element of Notes: its second window.
 class run_on_elements : public broken_run {
  protected:
+  /// They concern this then, which is in the last window.
+  void show(const std::string& element) {
+    mac_.world = parseWorld(desk + ("            " + element + "\n"));
+    element_ = mac_.world.applications[1].elements.back().id;
+  }
+
   void press() {
-    before(Function::axPerform, {pack(ElementReference{41, 2}), pack(std::string("AXPress"))});
+    before(Function::axPerform,
+           {pack(ElementReference{41, element_}), pack(std::string("AXPress"))});
   }
 
   void write(const char* attribute) {
     before(Function::axSetAttribute,
-           {pack(ElementReference{41, 2}), pack(std::string(attribute)), pack(true)});
+           {pack(ElementReference{41, element_}), pack(std::string(attribute)), pack(true)});
   }
+
+  ElementId element_ = 2;
 };
 
 TEST_F(run_on_elements, may_act_once_the_session_was_found_usable) {
@@ -102,7 +113,32 @@ TEST_F(run_on_elements, may_enable_an_application_at_any_time) {
 }
 
 TEST_F(run_on_elements, may_read_at_any_time) {
-  before(Function::axAttribute, {pack(ElementReference{41, 2}), pack(std::string("AXValue"))});
+  before(Function::axAttribute,
+         {pack(ElementReference{41, element_}), pack(std::string("AXValue"))});
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(run_on_elements, acts_on_what_it_found_in_a_tree_that_it_has_enabled) {
+  show("AXTextArea \"Body\" at 110,110 size 20x20");
+  checkSession();
+  press();
+  EXPECT_EQ(std::exchange(violations_, {}), asleep);
+  write("AXManualAccessibility");
+  write("AXFocused");
+  EXPECT_EQ(std::exchange(violations_, {}), asleep);
+  write("AXEnhancedUserInterface");
+  write("AXFocused");
+  press();
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(run_on_elements, finds_windows_and_menus_without_enabling_a_tree) {
+  checkSession();
+  write("AXMinimized");
+  show("AXMenuItem \"Save\" at 110,110 size 20x20");
+  press();
 
   EXPECT_EQ(violations_, none);
 }
