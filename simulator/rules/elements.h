@@ -10,8 +10,8 @@ namespace simulator {
 
 /// What must hold of a run that acts on elements, whatever its command is called: it has asked for
 /// the session before, and the latest answer was that the session is usable. Enabling an
-/// application's tree is no act: it lets the tree be read, which may be done at any time. And what
-/// is acted on was found in a tree that the run has enabled.
+/// application's tree is no act: it lets the tree be read, which may be done at any time. What is
+/// built on demand is acted on only after the run has asked for it.
 class ElementRules : public Rule {
  public:
   using Rule::Rule;

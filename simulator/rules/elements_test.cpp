@@ -23,15 +23,17 @@ const Sentences none;
 const Sentences unasked = {"I21: acted on an element before any session check"};
 const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
 
-const Sentences asleep = {"I25: acted on an element of an application whose tree was not enabled"};
+const Sentences asleep = {"I25: acted on an element of a tree that was not enabled"};
 
 /// A run whose calls concern one element of Notes: its second window.
 class run_on_elements : public broken_run {
  protected:
-  /// They concern this then, which is in the last window.
-  void show(const std::string& element) {
-    mac_.world = parseWorld(desk + ("            " + element + "\n"));
-    element_ = mac_.world.applications[1].elements.back().id;
+  /// They concern this then, in the one window of an application like this.
+  void show(const std::string& kind, const std::string& element) {
+    mac_.world = parseWorld("app Notes pid 41 " + kind +
+                            "\n    window 7 \"Inbox\" at 100,100 size 200x200\n        " + element +
+                            " at 110,110 size 20x20\n");
+    element_ = mac_.world.applications[0].elements.back().id;
   }
 
   void press() {
@@ -119,8 +121,8 @@ TEST_F(run_on_elements, may_read_at_any_time) {
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(run_on_elements, acts_on_what_it_found_in_a_tree_that_it_has_enabled) {
-  show("AXTextArea \"Body\" at 110,110 size 20x20");
+TEST_F(run_on_elements, enables_the_tree_of_chromium_before_it_acts_on_it) {
+  show("chromium", "AXTextArea \"Body\"");
   checkSession();
   press();
   EXPECT_EQ(std::exchange(violations_, {}), asleep);
@@ -134,11 +136,22 @@ TEST_F(run_on_elements, acts_on_what_it_found_in_a_tree_that_it_has_enabled) {
   EXPECT_EQ(violations_, none);
 }
 
-TEST_F(run_on_elements, finds_windows_and_menus_without_enabling_a_tree) {
+TEST_F(run_on_elements, enables_any_tree_that_is_built_on_demand) {
+  show("tree after 1s", "AXTextArea \"Body\"");
   checkSession();
-  write("AXMinimized");
-  show("AXMenuItem \"Save\" at 110,110 size 20x20");
+  write("AXFocused");
+
+  EXPECT_EQ(violations_, asleep);
+}
+
+TEST_F(run_on_elements, need_not_enable_what_is_there_anyway) {
+  checkSession();
+  show("appkit", "AXTextArea \"Body\"");
   press();
+  show("chromium", "AXMenuItem \"Save\"");
+  press();
+  element_ = 1;  // the window
+  write("AXMinimized");
 
   EXPECT_EQ(violations_, none);
 }
