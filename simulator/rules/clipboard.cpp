@@ -59,7 +59,9 @@ void ClipboardRules::checkOverwriting(Violations& violations) {
 
 void ClipboardRules::checkPaste(Violations& violations) const {
   if (clears_ != 1) return;
-  if (!lookedSinceWrite_) {
+  if (filesRefused_) {
+    violations.push_back("I9: pasted although the clipboard had refused the files");
+  } else if (!lookedSinceWrite_) {
     violations.push_back("I9: pasted without knowing whose the clipboard is");
   } else if (toldChange_ != ownChange_) {
     violations.push_back("I9: pasted what somebody else has copied");
@@ -87,6 +89,7 @@ void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
     case Function::writePasteboard:
     case Function::writeFilesToPasteboard:
       lookedSinceWrite_ = false;
+      filesRefused_ = clears_ == 1 && !driver::unpack<bool>(answer.value);
       restoringRefused_ = clears_ > 1 && isOwner() && !driver::unpack<bool>(answer.value);
       break;
     default:

@@ -40,6 +40,7 @@ class ClipboardRules : public Rule {
   bool lookedJustNow_ = false;     // its latest call asked for the count
   bool lookedSinceWrite_ = false;  // it asked since it wrote
   bool copyLost_ = false;          // in an instant that it could not see
+  bool filesRefused_ = false;
   bool restoringRefused_ = false;
 };
 

@@ -115,6 +115,15 @@ TEST_F(clipboard_rules, must_be_saved_before) {
   EXPECT_EQ(end(), Sentences{"I9: the clipboard was cleared and not saved before"});
 }
 
+TEST_F(clipboard_rules, is_not_pasted_from_after_it_has_refused_the_files) {
+  save();
+  call(Function::clearPasteboard);
+  faulty(Function::writeFilesToPasteboard, pack(false));
+  count();
+  paste();
+  EXPECT_EQ(violations_, Sentences{"I9: pasted although the clipboard had refused the files"});
+}
+
 TEST_F(clipboard_rules, keeps_what_the_user_copies_meanwhile) {
   take();
   userCopies();

@@ -23,17 +23,30 @@ const Sentences none;
 const Sentences unasked = {"I21: acted on an element before any session check"};
 const Sentences unusable = {"I21: acted on an element after a check found no usable session"};
 
-/// A run whose calls concern the element 2 of Notes.
+const Sentences asleep = {"I25: acted on an element of a tree that was not enabled"};
+
+/// A run whose calls concern one element of Notes: its second window.
 class run_on_elements : public broken_run {
  protected:
+  /// They concern this then, in the one window of an application like this.
+  void show(const std::string& kind, const std::string& element) {
+    mac_.world = parseWorld("app Notes pid 41 " + kind +
+                            "\n    window 7 \"Inbox\" at 100,100 size 200x200\n        " + element +
+                            " at 110,110 size 20x20\n");
+    element_ = mac_.world.applications[0].elements.back().id;
+  }
+
   void press() {
-    before(Function::axPerform, {pack(ElementReference{41, 2}), pack(std::string("AXPress"))});
+    before(Function::axPerform,
+           {pack(ElementReference{41, element_}), pack(std::string("AXPress"))});
   }
 
   void write(const char* attribute) {
     before(Function::axSetAttribute,
-           {pack(ElementReference{41, 2}), pack(std::string(attribute)), pack(true)});
+           {pack(ElementReference{41, element_}), pack(std::string(attribute)), pack(true)});
   }
+
+  ElementId element_ = 2;
 };
 
 TEST_F(run_on_elements, may_act_once_the_session_was_found_usable) {
@@ -102,7 +115,43 @@ TEST_F(run_on_elements, may_enable_an_application_at_any_time) {
 }
 
 TEST_F(run_on_elements, may_read_at_any_time) {
-  before(Function::axAttribute, {pack(ElementReference{41, 2}), pack(std::string("AXValue"))});
+  before(Function::axAttribute,
+         {pack(ElementReference{41, element_}), pack(std::string("AXValue"))});
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(run_on_elements, enables_the_tree_of_chromium_before_it_acts_on_it) {
+  show("chromium", "AXTextArea \"Body\"");
+  checkSession();
+  press();
+  EXPECT_EQ(std::exchange(violations_, {}), asleep);
+  write("AXManualAccessibility");
+  write("AXFocused");
+  EXPECT_EQ(std::exchange(violations_, {}), asleep);
+  write("AXEnhancedUserInterface");
+  write("AXFocused");
+  press();
+
+  EXPECT_EQ(violations_, none);
+}
+
+TEST_F(run_on_elements, enables_any_tree_that_is_built_on_demand) {
+  show("tree after 1s", "AXTextArea \"Body\"");
+  checkSession();
+  write("AXFocused");
+
+  EXPECT_EQ(violations_, asleep);
+}
+
+TEST_F(run_on_elements, need_not_enable_what_is_there_anyway) {
+  checkSession();
+  show("appkit", "AXTextArea \"Body\"");
+  press();
+  show("chromium", "AXMenuItem \"Save\"");
+  press();
+  element_ = 1;  // the window
+  write("AXMinimized");
 
   EXPECT_EQ(violations_, none);
 }

@@ -18,6 +18,9 @@ namespace {
 
 constexpr Microseconds firstSecond = 1'000'000;
 
+/// After which the system lets an event go on that a tap has not answered for.
+constexpr Microseconds tapPatience = 1'000'000;
+
 bool isNotice(const tap::Event& event) {
   return event.type == tap::disabledByTimeout || event.type == tap::disabledByUserInput;
 }
@@ -54,6 +57,7 @@ void GuardRules::takeItem(const WireItem& item) {
   } else {
     event_ = item.event;
     lockAsked_ = false;
+    waited_ = 0;
   }
 }
 
@@ -73,6 +77,14 @@ void GuardRules::checkCallback(const Call& call, Violations& violations) {
   lockAsked_ = asksForLock;
 }
 
+/// What the system takes its time for is not the guard's to choose.
+void GuardRules::noteWait(const Call& call) {
+  const bool isOwn = latestCall_ == Function::sleep || latestCall_ == Function::waitForSemaphore;
+  if (isOwn) waited_ += run_.mac.now - latestSince_;
+  latestCall_ = call.function;
+  latestSince_ = run_.mac.now;
+}
+
 void GuardRules::checkVerdict(const Call& call, Violations& violations) {
   if (!event_) return;
   const bool passes = Arguments(call).get<bool>(2);
@@ -84,15 +96,33 @@ void GuardRules::checkVerdict(const Call& call, Violations& violations) {
   if (owesLock && locksBegun_ == 0) {
     violations.push_back("I16: the user is back and the screen is not locked");
   }
+  if (waited_ >= tapPatience) {
+    violations.push_back("I17: the guard waits until the user's input has gone past its tap");
+  }
   event_.reset();
+}
+
+/// The main flow has its tap to serve. Another program may take as long as it likes.
+void GuardRules::checkMainFlow(const Call& call, Violations& violations) {
+  noteWait(call);
+  if (watches_ && call.function == Function::toolOutput) {
+    violations.push_back("P14: the guard runs another program while it watches");
+  }
+  if (event_) checkCallback(call, violations);
 }
 
 void GuardRules::before(const ObservedCall& seen, Violations& violations) {
   if (!isGuard()) return;
   const Call& call = seen.call;
-  if (seen.flow == 0 && event_) checkCallback(call, violations);
+  if (watches_ && call.function == Function::findSymbol) {
+    violations.push_back("P14: the guard looks an entry up while it watches");
+  }
+  if (seen.flow == 0) checkMainFlow(call, violations);
   if (call.function == Function::lockScreen) ++locksBegun_;
-  if (call.function == Function::writeOutput) checkLine(Arguments(call).text(0), violations);
+  if (call.function == Function::writeOutput) {
+    writing_.insert(seen.flow);
+    checkLine(Arguments(call).text(0), violations);
+  }
   const bool leavesUnlocked = locksBegun_ == 0 && canLock_ && !graceTaken_;
   if (call.function == Function::exit && watches_ && leavesUnlocked) {
     violations.push_back("I16: the guard ends without having locked the screen");
@@ -142,6 +172,10 @@ bool GuardRules::hasLockedSinceLine() const {
 void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
   if (!isGuard()) return;
   const Call& call = seen.call;
+  if (call.function == Function::writeOutput) writing_.erase(seen.flow);
+  if (call.function == Function::readAvailable) {
+    inputEnded_ = driver::unpack<std::string>(answer.value).empty();
+  }
   if (call.function == Function::findSymbol &&
       Arguments(call).text(1) == "SACLockScreenImmediate") {
     canLock_ = driver::unpack<bool>(answer.value);
@@ -162,6 +196,12 @@ void GuardRules::atEnd(Violations& violations) {
   const int signal = run_.client.diedBySignal.value_or(0);
   if (signal == 1 || signal == 2 || signal == 15) {
     violations.push_back("I16: a signal ends the guard before the screen is locked");
+  }
+  if (!run_.client.exited && !run_.client.diedBySignal && !writing_.empty()) {
+    violations.push_back("I16: the guard waits for its reader, and does not end");
+  }
+  if (inputEnded_ && locksBegun_ == 0 && canLock_ && !graceTaken_ && !run_.client.diedBySignal) {
+    violations.push_back("I16: the guard's agent has gone, and the screen is not locked");
   }
 }
 

@@ -51,6 +51,14 @@ bool GuardStateRules::isCovered() const {
   });
 }
 
+/// No news of screens is on its way to it.
+bool GuardStateRules::knowsScreens() const {
+  const auto& items = run_.client.items;
+  return !misled_ && std::none_of(items.begin(), items.end(), [](const platform::WireItem& item) {
+    return item.kind == platform::ItemKind::screenChange;
+  });
+}
+
 // A dead tap hears nothing; but it holds all input, for which there is a limit of its own.
 bool GuardStateRules::isWatched() const {
   const auto& taps = run_.mac.tapLine.taps;
@@ -71,6 +79,7 @@ Microseconds GuardStateRules::coveredUntil() const {
 
 void GuardStateRules::before(const ObservedCall& seen, Violations& violations) {
   checkHeldInput(violations);
+  if (seen.call.function == Function::closePanel) checkClosing(violations);
   if (run_.command() != "lock-guard" || seen.call.function != Function::writeOutput) return;
   const auto line = nlohmann::json::parse(Arguments(seen.call).text(0), nullptr, false);
   if (!line.is_object()) return;  // another rule's
@@ -83,6 +92,13 @@ void GuardStateRules::after(const ObservedCall& seen, const Answer& answer,
   if (seen.call.function == Function::screens) misled_ = seen.faulty;
   if (seen.call.function != Function::lockScreen) return;
   lockAsked_ = lockAsked_ || driver::unpack<std::int32_t>(answer.value) == 0;
+}
+
+/// An old cover may be all that hides a screen until it has its new one.
+void GuardStateRules::checkClosing(Violations& violations) const {
+  if (isOwed() && isUnlocked() && knowsScreens() && !isCovered()) {
+    violations.push_back("I22: a cover goes before a screen has its new one");
+  }
 }
 
 void GuardStateRules::checkHeldInput(Violations& violations) {

@@ -21,8 +21,10 @@ class GuardStateRules : public Rule {
   bool isOwed() const;
   bool isUnlocked() const;
   bool isCovered() const;
+  bool knowsScreens() const;
   bool isWatched() const;
   Microseconds coveredUntil() const;
+  void checkClosing(Violations& violations) const;
   void checkHeldInput(Violations& violations);
   void checkExposure(Violations& violations);
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "simulator/text/parse.h"
 
 namespace simulator {
@@ -55,6 +57,7 @@ class guard_state : public testing::Test {
 };
 
 const Sentences bare = {"I22: the Mac is unlocked and a screen has no cover"};
+const Sentences early = {"I22: a cover goes before a screen has its new one"};
 const Sentences unwatched = {"I22: the Mac is unlocked and nobody watches for the user"};
 const Sentences left = {"I22: the guard goes before the login window shows"};
 
@@ -76,6 +79,22 @@ TEST_F(guard_state, gives_half_a_second_for_a_screen_that_changes) {
   EXPECT_EQ(violations_, Sentences());
   pass(1);
   EXPECT_EQ(violations_, bare);
+}
+
+TEST_F(guard_state, forbids_a_cover_to_go_before_a_screen_that_the_guard_knows_has_its_new_one) {
+  const platform::Call close{Function::closePanel, {driver::pack(0)}};
+  mac_.world.displays[0].frame.width = 1680;
+  client_.items = {{platform::ItemKind::screenChange, 0, 0, {}}};
+  rules_.before({close}, violations_);  // it has not heard of it
+  EXPECT_EQ(violations_, Sentences());
+  client_.items.clear();
+  rules_.before({close}, violations_);
+  EXPECT_EQ(std::exchange(violations_, {}), early);
+
+  mac_.world.covers.push_back(mac_.world.covers[0]);
+  mac_.world.covers[1].frame.width = 1680;
+  rules_.before({close}, violations_);
+  EXPECT_EQ(violations_, Sentences());
 }
 
 TEST_F(guard_state, asks_for_covers_until_the_login_window_shows) {

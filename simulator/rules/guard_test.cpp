@@ -223,5 +223,62 @@ TEST_F(guard_rules, are_nothing_to_other_commands) {
   EXPECT_EQ(violations_, Sentences());
 }
 
+TEST_F(guard_rules, forbid_to_wait_until_the_input_has_gone_past_the_tap) {
+  start();
+  comes(key);
+  lock();
+  call(Function::waitForSemaphore, {driver::pack(2'000'000)}, driver::pack(false));
+  mac_.now += 1'000'000;
+  verdict(false);
+  EXPECT_EQ(violations_,
+            Sentences{"I17: the guard waits until the user's input has gone past its tap"});
+}
+
+TEST_F(guard_rules, allow_to_wait_as_long_as_the_input_does) {
+  start();
+  comes(key);
+  lock();
+  call(Function::waitForSemaphore, {driver::pack(2'000'000)}, driver::pack(false));
+  mac_.now += 999'999;
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, forbid_to_run_another_program_while_the_guard_watches) {
+  call(Function::toolOutput);
+  start();
+  EXPECT_EQ(violations_, Sentences());
+  call(Function::toolOutput);
+  EXPECT_EQ(violations_, Sentences{"P14: the guard runs another program while it watches"});
+}
+
+TEST_F(guard_rules, want_the_lock_looked_up_before_the_guard_watches) {
+  start();
+  call(Function::findSymbol, {driver::pack(3), driver::pack("SACLockScreenImmediate")},
+       driver::pack(true), 1);
+  EXPECT_EQ(violations_, Sentences{"P14: the guard looks an entry up while it watches"});
+}
+
+TEST_F(guard_rules, want_the_screen_locked_when_the_agent_has_gone) {
+  start();
+  call(Function::readAvailable, {}, driver::pack("minding\n"), 1);
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences());
+  call(Function::readAvailable, {}, driver::pack(""), 1);
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_,
+            Sentences{"I16: the guard's agent has gone, and the screen is not locked"});
+}
+
+TEST_F(guard_rules, forbid_to_wait_for_the_reader_for_ever) {
+  start();
+  comes(key);
+  lock();
+  rules_.before({{Function::writeOutput, {driver::pack("{\"by\":\"user\"}")}}, 0}, violations_);
+  violations_.clear();
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences{"I16: the guard waits for its reader, and does not end"});
+}
+
 }  // namespace
 }  // namespace simulator

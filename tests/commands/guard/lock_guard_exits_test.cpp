@@ -9,9 +9,13 @@
 #include <vector>
 
 #include "guard/guard_end.h"
+#include "guard/lock_guard.h"
 #include "guard/screen_lock.h"
 #include "main/globals.h"
+#include "platform/loop.h"
 #include "platform/process.h"
+#include "tests/support/channels.h"
+#include "tests/support/guarded.h"
 #include "tests/support/inside.h"
 
 // docs/GUARD_EXITS.md lists every line by which a guard can end, with what shows that the screen is
@@ -155,6 +159,22 @@ TEST(guard_exits, that_somebody_else_makes_lock_unless_the_guard_has_decided_its
   EXPECT_TRUE(locksAtForeignExit(false, false));
   EXPECT_FALSE(locksAtForeignExit(true, false));
   EXPECT_FALSE(locksAtForeignExit(false, true));
+}
+
+// What the rules ask of every guard they ask here of one that does not end by itself.
+TEST(guard_exits, that_somebody_else_makes_in_a_guard_at_work_wait_for_the_login_window) {
+  TestMac mac(testing_support::guardedDesk, {}, Mode::direct);
+  const std::vector<std::string> commandLine = {"driver", "lock-guard"};
+  const Result run = mac.record(commandLine, {}, [&](std::size_t client) {
+    return testing_support::runBodyDirect(mac.desktop(), client, [&] {
+      driver::renewGlobals();
+      driver::initialise(commandLine);
+      loop::postToMain([] { process::exit(3); });
+      driver::lockGuard();
+    });
+  });
+  EXPECT_EQ(seen(run), "3 " + std::string(testing_support::guardStarts));
+  EXPECT_EQ(run.elapsed, 500'000);
 }
 
 }  // namespace

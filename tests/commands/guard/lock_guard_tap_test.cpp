@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "tests/support/guarded.h"
 
@@ -20,6 +22,12 @@ using testing_support::Result;
 using testing_support::seen;
 using testing_support::TestMac;
 
+/// That desk for a minute: then a guard that would watch for ever ends with its agent.
+std::string deskForAMinute(std::vector<std::string> happenings) {
+  happenings.emplace_back("60s close input");
+  return deskWith(happenings);
+}
+
 const std::string refusal =
     failure("cannot watch for the user's return: accessibility permission is missing");
 
@@ -36,16 +44,16 @@ TEST(guard_tap, that_fails_unheard_locks_at_the_next_look) {
   for (const auto& [happening, end] :
        {std::pair("silence taps", 2'600'000), std::pair("invalidate taps", 2'600'000),
         std::pair("withdraw accessibility", 2'500'000)}) {
-    const Result run = guard(deskWith({std::string("1200ms ") + happening}));
+    const Result run = guard(deskForAMinute({std::string("1200ms ") + happening}));
     EXPECT_EQ(seen(run), guardSays({endedBy("loop")})) << happening;
     EXPECT_EQ(run.elapsed, end) << happening;
   }
 }
 
 TEST(guard_tap, whose_permission_has_gone_lets_the_users_input_go_within_three_seconds) {
-  TestMac mac(
-      deskWith({"1100ms withdraw accessibility", "1100ms user key a", "1500ms user click 300,300"}),
-      {}, Mode::direct);
+  TestMac mac(deskForAMinute({"1100ms withdraw accessibility", "1100ms user key a",
+                              "1500ms user click 300,300"}),
+              {}, Mode::direct);
   const Result run = guard(mac);
   EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
   EXPECT_EQ(run.elapsed, 2'500'000);
@@ -56,7 +64,7 @@ TEST(guard_tap, whose_permission_has_gone_lets_the_users_input_go_within_three_s
 TEST(guard_tap, is_looked_after_at_each_notice) {
   for (const char* notice : {"disable taps", "disable taps timeout"}) {
     const Result run =
-        guard(deskWith({"1200ms withdraw accessibility", std::string("1300ms ") + notice}));
+        guard(deskForAMinute({"1200ms withdraw accessibility", std::string("1300ms ") + notice}));
     EXPECT_EQ(seen(run), guardSays({endedBy("loop")})) << notice;
     EXPECT_EQ(run.elapsed, 1'800'000) << notice;
   }
@@ -67,7 +75,7 @@ TEST(guard_tap, ends_the_guard_when_one_question_is_answered_no) {
   for (const auto& [question, end] :
        {std::pair("ax.trusted 1", 1'500'000), std::pair("tap.can-be-made 2", 1'500'000),
         std::pair("tap.is-enabled 2+", 1'600'000)}) {
-    const Result run = guard(guardedDesk, {}, {std::string(question) + " refused"});
+    const Result run = guard(deskForAMinute({}), {}, {std::string(question) + " refused"});
     EXPECT_EQ(seen(run), guardSays({endedBy("loop")})) << question;
     EXPECT_EQ(run.elapsed, end) << question;
   }
@@ -76,28 +84,28 @@ TEST(guard_tap, ends_the_guard_when_one_question_is_answered_no) {
 // The guard has looked, and the notice comes: the tap is enabled again, and all is well.
 TEST(guard_tap, that_is_disabled_at_the_instant_of_a_look_is_enabled_again) {
   for (const char* notice : {"disable taps", "disable taps timeout"}) {
-    const Result run = guard(deskWith({std::string("1s ") + notice, "3s user key a"}));
+    const Result run = guard(deskForAMinute({std::string("1s ") + notice, "3s user key a"}));
     EXPECT_EQ(seen(run), guardSays({endedBy("user")})) << notice;
   }
 }
 
 TEST(guard_tap, ends_the_guard_when_one_question_does_not_come_back) {
   for (const char* question : {"ax.trusted 2", "tap.is-enabled 3", "tap.can-be-made 3"}) {
-    const Result run = guard(guardedDesk, {}, {std::string(question) + " hang"});
+    const Result run = guard(deskForAMinute({}), {}, {std::string(question) + " hang"});
     EXPECT_EQ(seen(run), guardSays({endedBy("loop")})) << question;
     EXPECT_EQ(run.elapsed, 3'600'000) << question;
   }
 }
 
 TEST(guard_tap, that_holds_all_input_while_a_question_hangs_lets_it_go_within_three_seconds) {
-  const Result run = guard(deskWith({"1100ms withdraw accessibility", "1100ms user key a"}), {},
-                           {"ax.trusted 2 hang"});
+  const Result run = guard(deskForAMinute({"1100ms withdraw accessibility", "1100ms user key a"}),
+                           {}, {"ax.trusted 2 hang"});
   EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
   EXPECT_EQ(run.elapsed, 3'600'000);
 }
 
 TEST(guard_tap, ends_the_guard_in_time_when_neither_question_nor_lock_comes_back) {
-  TestMac mac(deskWith({"1100ms withdraw accessibility", "1100ms user key a"}),
+  TestMac mac(deskForAMinute({"1100ms withdraw accessibility", "1100ms user key a"}),
               {"ax.trusted 2 hang", "private.lock-screen 1+ hang"}, Mode::direct);
   const Result run = guard(mac);
   EXPECT_EQ(seen(run), guardSays({endedBy("loop", false)}));
