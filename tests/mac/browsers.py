@@ -4,7 +4,6 @@ with the world beside this file.
 
     browsers.py ASSUMPTION
 """
-import json
 import os
 import signal
 import subprocess
@@ -17,6 +16,7 @@ sys.dont_write_bytecode = True
 HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "contract"))
 from mac import Mac, plain_environment, run_driver
+from support.answers import print_answer
 
 CHROME = "com.google.Chrome"
 SAFARI = "com.apple.Safari"
@@ -175,12 +175,5 @@ def ask(assumption):
     return "confirmed" if holds else "refuted", evidence
 
 
-def main():
-    assumption = sys.argv[1]
-    verdict, evidence = ask(assumption)
-    print(json.dumps({"assumption": assumption, "verdict": verdict, "evidence": evidence},
-                     ensure_ascii=False))
-
-
 if __name__ == "__main__":
-    main()
+    print_answer(ask)

@@ -2,9 +2,11 @@
 
     chromium_bundles.py ASSUMPTION
 """
-import json
 import sys
 from pathlib import Path
+
+sys.dont_write_bytecode = True
+from support.answers import print_answer
 
 FOLDER = Path("/Applications")
 FILE = "Resources/chrome_100_percent.pak"
@@ -28,10 +30,5 @@ def answer(folder):
     return ("confirmed" if holds else "refuted"), found
 
 
-def main():
-    verdict, evidence = answer(FOLDER)
-    print(json.dumps({"assumption": sys.argv[1], "verdict": verdict, "evidence": evidence}))
-
-
 if __name__ == "__main__":
-    main()
+    print_answer(lambda _: answer(FOLDER))

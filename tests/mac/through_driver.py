@@ -13,6 +13,7 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 sys.path[:0] = [str(ROOT / "tests" / "conformance"), str(ROOT / "tests" / "contract")]
 import sides
 from normalise import Layout
+from support.answers import print_answer
 
 LAYOUT = Layout(json.loads((ROOT / "tests/conformance/layout.json").read_text()))
 FIXTURE = ROOT / "build" / "fixture" / "Driver Fixture.app"
@@ -203,12 +204,5 @@ def ask(assumption):
     return "confirmed" if holds else "refuted", evidence
 
 
-def main():
-    assumption = sys.argv[1]
-    verdict, evidence = ask(assumption)
-    print(json.dumps({"assumption": assumption, "verdict": verdict, "evidence": evidence},
-                     ensure_ascii=False))
-
-
 if __name__ == "__main__":
-    main()
+    print_answer(ask)

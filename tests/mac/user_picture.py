@@ -2,12 +2,14 @@
 
     user_picture.py ASSUMPTION
 """
-import json
 import os
 import pwd
 import re
 import subprocess
 import sys
+
+sys.dont_write_bytecode = True
+from support.answers import print_answer
 
 TOOL = "/usr/bin/dscl"
 SECONDS_MAX = 10
@@ -25,7 +27,8 @@ def verdict_of(output):
     return ("confirmed" if name == "JPEGPhoto" and is_hexadecimal else "refuted"), evidence
 
 
-def main():
+def ask(_):
+    """Verdict and evidence."""
     try:
         name = pwd.getpwuid(os.getuid()).pw_name
         done = subprocess.run([TOOL, ".", "-read", f"/Users/{name}", "JPEGPhoto"],
@@ -34,8 +37,8 @@ def main():
         evidence["status"] = done.returncode
     except OSError as error:
         verdict, evidence = "not shown", {"why": str(error)}
-    print(json.dumps({"assumption": sys.argv[1], "verdict": verdict, "evidence": evidence}))
+    return verdict, evidence
 
 
 if __name__ == "__main__":
-    main()
+    print_answer(ask)
