@@ -5,6 +5,7 @@
 #include "guard/grace.h"
 #include "guard/guard_end.h"
 #include "input/input_report.h"
+#include "input/working_tap.h"
 #include "main/globals.h"
 #include "main/replies.h"
 #include "platform/ax.h"
@@ -33,15 +34,10 @@ bool isMovement(const tap::Event& event) {
   return event.type == static_cast<std::uint32_t>(EventType::mouseMoved);
 }
 
-// At the head: nobody else may act on what is going to be swallowed. The system may take the keys
-// out of a mask that has others too, but it gives no tap of which nothing is left.
+// At the head: nobody else may act on what is going to be swallowed.
 bool makeTap() {
-  if (!tap::canBeMade(Kind::filters, tap::maskOf(EventType::keyDown))) return false;
-  globals().guardTap = tap::create(tap::Place::head, Kind::filters, returnMask, guardVerdict);
-  if (!globals().guardTap) return false;
-  tap::attach(*globals().guardTap);
-  tap::enable(*globals().guardTap);
-  return tap::isEnabled(*globals().guardTap);
+  return makeWorkingTap(globals().guardTap, tap::Place::head, Kind::filters, returnMask,
+                        guardVerdict);
 }
 
 bool isEnding() { return globals().guardRelocking || globals().guardExiting; }

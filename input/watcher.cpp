@@ -7,6 +7,7 @@
 
 #include "input/focus.h"
 #include "input/input_report.h"
+#include "input/working_tap.h"
 #include "main/ending.h"
 #include "main/globals.h"
 #include "main/replies.h"
@@ -81,18 +82,12 @@ void meetNotice() {
   makeRound();
 }
 
-/// False when the system gives no tap, or one that does not work.
 bool makeTap() {
-  if (!tap::canBeMade(tap::Kind::listens, watchedKeys)) return false;
-  globals().inputTap =
-      tap::create(tap::Place::tail, tap::Kind::listens, watchedMask, [](const tap::Event& event) {
-        reportInput(event);
-        return tap::Verdict::pass;
-      });
-  if (!globals().inputTap) return false;
-  tap::attach(*globals().inputTap);
-  tap::enable(*globals().inputTap);
-  return tap::isEnabled(*globals().inputTap);
+  return makeWorkingTap(globals().inputTap, tap::Place::tail, tap::Kind::listens, watchedMask,
+                        [](const tap::Event& event) {
+                          reportInput(event);
+                          return tap::Verdict::pass;
+                        });
 }
 
 void writeFirstLine() {
