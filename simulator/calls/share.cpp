@@ -121,10 +121,11 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   return result(mac.numbers);
 }
 
-Answer pngOfImage(Mac& /*mac*/, Client& client, const Arguments& arguments) {
+Answer pngOfImage(Mac& mac, Client& client, const Arguments& arguments) {
   const auto picture = client.pictures.find(arguments.get<std::int64_t>(0));
   if (picture == client.pictures.end()) return {};
-  return {pack(drawPng(picture->second)), 0};
+  const auto png = mac.drawn.png(picture->second);
+  return {pack(png ? std::optional(*png) : std::nullopt), 0};
 }
 
 // Pictures that are only compared are not drawn: equal digests stand for equal pixels.

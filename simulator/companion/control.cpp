@@ -38,9 +38,10 @@ ControlAnswer line(const json& object) {
 }
 
 ControlAnswer screenshot(const Request& request) {
-  auto png = simulator::drawPng(simulator::screenPicture(request.desktop.mac().world));
+  simulator::Mac& mac = request.desktop.mac();
+  const auto png = mac.drawn.png(simulator::screenPicture(mac.world));
   if (!png) throw Failure("no display can be seen, or they are larger than 16,384 pixels");
-  return {true, {std::move(*png)}, 0};
+  return {true, {*png}, 0};
 }
 
 bool wantsText(const Words& words) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/utf8.h"
+#include "simulator/drawing/png.h"
 
 namespace simulator {
 
@@ -35,11 +36,6 @@ int byteAt(const std::string& text, std::int64_t unit) {
     unit -= lead < 0xF0 ? 1 : 2;
   }
   return static_cast<int>(std::min(byte, text.size()));
-}
-
-cairo_status_t append(void* text, const unsigned char* data, unsigned int length) {
-  static_cast<std::string*>(text)->append(reinterpret_cast<const char*>(data), length);
-  return CAIRO_STATUS_SUCCESS;
 }
 
 /// Shapes that do not depend on the screen that looks at them.
@@ -156,20 +152,55 @@ void average(const Line& line, int radius, std::vector<unsigned char>& copy) {
   }
 }
 
-Area pixelsOf(Canvas& canvas, const Rect& rect) {
+/// The rectangle in pixels, which may lie between two and beyond the picture.
+Rect inPixels(Canvas& canvas, const Rect& rect) {
   double left = rect.x;
   double top = rect.y;
   double right = rect.x + rect.width;
   double bottom = rect.y + rect.height;
   cairo_user_to_device(canvas.context(), &left, &top);
   cairo_user_to_device(canvas.context(), &right, &bottom);
+  return {left, top, right - left, bottom - top};
+}
+
+/// All of the picture.
+Area wholeOf(Canvas& canvas) {
   cairo_surface_t* const surface = cairo_get_target(canvas.context());
-  const auto within = [](double value, int most) {
-    return static_cast<int>(std::clamp(std::round(value), 0.0, static_cast<double>(most)));
-  };
-  const int width = cairo_image_surface_get_width(surface);
-  const int height = cairo_image_surface_get_height(surface);
-  return {within(left, width), within(top, height), within(right, width), within(bottom, height)};
+  return {0, 0, cairo_image_surface_get_width(surface), cairo_image_surface_get_height(surface)};
+}
+
+int within(double value, int most) {
+  return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
+}
+
+/// The pixels of which the rectangle covers more than half.
+Area pixelsOf(Canvas& canvas, const Rect& rect) {
+  const Rect place = inPixels(canvas, rect);
+  const Area whole = wholeOf(canvas);
+  return {within(std::round(place.x), whole.right), within(std::round(place.y), whole.bottom),
+          within(std::round(place.x + place.width), whole.right),
+          within(std::round(place.y + place.height), whole.bottom)};
+}
+
+/// The pixels that lie in the rectangle with all that they are.
+Area pixelsInside(Canvas& canvas, const Rect& rect) {
+  const Rect place = inPixels(canvas, rect);
+  const Area whole = wholeOf(canvas);
+  return {within(std::ceil(place.x), whole.right), within(std::ceil(place.y), whole.bottom),
+          within(std::floor(place.x + place.width), whole.right),
+          within(std::floor(place.y + place.height), whole.bottom)};
+}
+
+bool isEmpty(const Area& area) { return area.right <= area.left || area.bottom <= area.top; }
+
+void clipTo(Canvas& canvas, const Area& area) {
+  cairo_matrix_t points;
+  cairo_get_matrix(canvas.context(), &points);
+  cairo_identity_matrix(canvas.context());
+  cairo_rectangle(canvas.context(), area.left, area.top, area.right - area.left,
+                  area.bottom - area.top);
+  cairo_clip(canvas.context());
+  cairo_set_matrix(canvas.context(), &points);
 }
 
 }  // namespace
@@ -303,9 +334,11 @@ void Canvas::clipTo(const Rect& rect, double radius) {
 }
 
 std::string Canvas::png() const {
-  std::string bytes;
-  cairo_surface_write_to_png_stream(surface_.get(), append, &bytes);
-  return bytes;
+  cairo_surface_t* const surface = surface_.get();
+  cairo_surface_flush(surface);
+  return encodedPng({cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
+                     static_cast<std::uint32_t>(cairo_image_surface_get_width(surface)),
+                     static_cast<std::uint32_t>(cairo_image_surface_get_height(surface))});
 }
 
 Clip::Clip(Canvas& canvas, const Rect& rect, double radius) : canvas_(canvas) {
@@ -314,6 +347,23 @@ Clip::Clip(Canvas& canvas, const Rect& rect, double radius) : canvas_(canvas) {
 }
 
 Clip::~Clip() { cairo_restore(canvas_.context()); }
+
+void drawAround(Canvas& canvas, const Rect& rect, const std::function<void()>& draw) {
+  const Area whole = wholeOf(canvas);
+  const Area spared = pixelsInside(canvas, rect);
+  if (isEmpty(spared)) return draw();
+  // Cairo is quick where a clip is a single rectangle.
+  for (const Area& side :
+       {Area{0, 0, whole.right, spared.top}, Area{0, spared.bottom, whole.right, whole.bottom},
+        Area{0, spared.top, spared.left, spared.bottom},
+        Area{spared.right, spared.top, whole.right, spared.bottom}}) {
+    if (isEmpty(side)) continue;
+    cairo_save(canvas.context());
+    clipTo(canvas, side);
+    draw();
+    cairo_restore(canvas.context());
+  }
+}
 
 void blur(Canvas& canvas, const Rect& rect, double reach) {
   const Area area = pixelsOf(canvas, rect);

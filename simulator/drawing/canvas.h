@@ -3,6 +3,7 @@
 #include <cairo.h>
 #include <pango/pangocairo.h>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -115,6 +116,10 @@ class Clip {
  private:
   Canvas& canvas_;
 };
+
+/// Draws as `draw` does, but on no pixel that lies in the rectangle whole: for what is soon covered
+/// there. `draw` is called several times, each for another part of the picture.
+void drawAround(Canvas& canvas, const Rect& rect, const std::function<void()>& draw);
 
 /// Blurs what has been drawn within the rectangle, as frosted glass over it would. `reach` is how
 /// far a point spreads, in points. The same picture gives the same pixels on every machine.

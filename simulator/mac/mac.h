@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/call.h"
-#include "simulator/drawing/pictures.h"
+#include "simulator/drawing/drawn_pictures.h"
 #include "simulator/mac/journal.h"
 #include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
@@ -89,6 +89,7 @@ struct Mac {
   TapLine tapLine = {};
   std::optional<ComingLock> comingLock = std::nullopt;
   std::optional<Microseconds> screensChanged = std::nullopt;  // when they last did
+  DrawnPictures drawn = {};
 };
 
 /// A Mac that serves for days forgets the oldest entries.

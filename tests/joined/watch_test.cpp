@@ -77,9 +77,11 @@ TEST(watcher, ends_by_a_signal) {
 
 TEST(watcher, ends_with_status_1_when_its_reader_has_gone) {
   const ServedMac mac(watchDesk);
-  // The reader goes after the first line, and with it the last that has the shell's output.
+  // The reader goes after the first line, and with it the last that has the shell's output. The
+  // input is one that nobody can close, so that nothing but the reader ends the watching.
   Process shell({"/bin/sh", "-c",
-                 "exec 3<&0; { \"$0\" watch-input <&3; echo \"status $?\" >&2; } | "
+                 "folder=$(mktemp -d); mkfifo \"$folder/input\"; exec 3<>\"$folder/input\"; "
+                 "rm -r \"$folder\"; { \"$0\" watch-input <&3; echo \"status $?\" >&2; } | "
                  "{ read line; echo \"$line\"; } & exec >&-; wait",
                  driverPath()},
                 mac.environment());
