@@ -49,7 +49,8 @@ std::optional<std::vector<std::string>> listDirectory(const std::string& path);
 /// True when something exists at `path`, links followed.
 bool fileExists(const std::string& path);
 
-/// The path with its symbolic links resolved, as far as it exists.
+/// The path with its symbolic links resolved, as far as it exists; a relative one becomes absolute.
+/// An empty one stays as it is.
 std::string resolvedPath(const std::string& path);
 
 }  // namespace streams

@@ -133,8 +133,13 @@ bool fileExists(const std::string& path) {
 }
 
 std::string resolvedPath(const std::string& path) {
+  // Of a relative path of which nothing exists, and of an empty one, libraries of C++ make
+  // different things, so that they get neither.
+  if (path.empty()) return path;
   std::error_code error;
-  const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+  const std::filesystem::path whole = std::filesystem::absolute(path, error);
+  if (error) return path;
+  const std::filesystem::path resolved = std::filesystem::weakly_canonical(whole, error);
   return error ? path : resolved.string();
 }
 

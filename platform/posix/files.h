@@ -26,7 +26,8 @@ int lockFile(const std::string& path);
 /// True when something exists at `path`, links followed.
 bool fileExists(const std::string& path);
 
-/// The path with its symbolic links resolved, as far as it exists. The path itself when that fails.
+/// The path with its symbolic links resolved, as far as it exists; a relative one becomes absolute.
+/// The path itself when it is empty, or when that fails.
 std::string resolvedPath(const std::string& path);
 
 /// What is in the regular file at `path`, links followed. None when it cannot be read, or is no

@@ -60,7 +60,7 @@ ax::Value listOf(const std::vector<std::size_t>& nodes) {
 }
 
 ax::Slot slotOf(const ax::Element& element, std::string_view name) {
-  constexpr ax::Slot unsupported = {std::nullopt, ax::Error::attributeUnsupported};
+  const ax::Slot unsupported = {std::nullopt, ax::Error::attributeUnsupported};
   if (element.get() == &tree().application) {
     return name == "AXWindows" ? ax::Slot{listOf({0})} : unsupported;
   }
