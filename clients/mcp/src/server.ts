@@ -35,8 +35,8 @@ function withoutScope(row: ToolRow): ToolRow {
   return { ...row, inputSchema: { ...row.inputSchema, properties: Object.fromEntries(properties) } };
 }
 
-function toolOf({ name, description, inputSchema, outputSchema, annotations }: ToolRow): Tool {
-  return { name, title: annotations.title, description, inputSchema, outputSchema, annotations };
+function toolOf({ name, command, description, inputSchema, outputSchema, annotations }: ToolRow): Tool {
+  return { name, title: annotations.title, description, inputSchema, outputSchema, annotations, _meta: { command } };
 }
 
 /** driver for one connection. When that closes, everything that it has begun ends. */

@@ -51,14 +51,18 @@ export class Sharing {
       signal.throwIfAborted();
       const running = (await this.#alive()) ?? (await this.#start());
       const { mac } = running.service;
-      const told = await mac.windows(app, { scope, signal });
-      if (told.running && told.windows.some((window) => window.layer === 0)) await this.#share(running, told.pid, scope);
+      const [told, session] = await Promise.all([mac.windows(app, { scope, signal }), mac.session({ signal })]);
+      // What cannot be shared ends the service: driver's own refusal of the act says more.
+      const isUsable = session.onConsole && !session.locked;
+      const isShown = told.running && told.windows.some((window) => window.layer === 0);
+      if (isUsable && isShown) await this.#share(running, told.pid, scope);
       return mac;
     });
   }
 
-  /** Why nothing goes on any more, if so. */
+  /** Why nothing goes on any more, if so; of a service that has gone, as a run beside it was told. */
   async stopped(): Promise<Refusal | undefined> {
+    await this.#running?.service.over;
     await this.#inTurn(async () => this.#alive()).catch(() => undefined);
     return this.#stopped;
   }
@@ -91,10 +95,7 @@ export class Sharing {
     try {
       const running = new Running(await this.#mac.startCaptureService(join(folder, "lock")));
       this.#running = running;
-      void running.service.over.then(() => {
-        running.isOver = true;
-        return this.stopped();
-      });
+      void running.service.over.then(() => { running.isOver = true; }).then(() => this.stopped());
       return running;
     } finally {
       await rm(folder, { recursive: true });
