@@ -1,12 +1,14 @@
 // The protocol's Inspector, from its command line, gets along with the server.
 import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
+import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { dirname, join } from "node:path";
 import { test } from "node:test";
+import { fileURLToPath } from "node:url";
 import { promisify } from "node:util";
 import { toolRows } from "../dist/tools.js";
-import { desk, environmentOf, executables, left, server, startMac } from "./support.mjs";
+import { desk, environmentOf, executables, left, root, server, startMac } from "./support.mjs";
 
 const inspector = join(dirname(createRequire(import.meta.url).resolve("@modelcontextprotocol/inspector-cli/package.json")), "build/cli.js");
 
@@ -38,4 +40,13 @@ test("the Inspector lists, calls and reads", async () => {
   } finally {
     await simulated.end();
   }
+});
+
+test("the example of the page does what the page says", async () => {
+  const page = readFileSync(new URL("clients/mcp/README.md", root), "utf8");
+  const [, example] = page.match(/^```sh title=try.sh\n(.*?)^```$/ms);
+  const path = [dirname(executables.driver), dirname(executables.simulatedMac),
+    fileURLToPath(new URL("clients/node_modules/.bin", root)), process.env.PATH].join(":");
+  const { stdout } = await promisify(execFile)("sh", ["-c", example], { cwd: fileURLToPath(new URL("clients/mcp", root)), env: { ...process.env, PATH: path } });
+  assert.equal(JSON.parse(stdout).structuredContent.element.label, "Reply");
 });
