@@ -1,4 +1,5 @@
 """The clients as packages: built, installed into an empty folder, and tried there."""
+import json
 import os
 import shutil
 import subprocess
@@ -12,6 +13,7 @@ HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent
 VERSION = (ROOT / "VERSION").read_text(encoding="utf-8").strip()
 PROGRAMS = Path(os.environ.get("DRIVER_EXECUTABLE", ROOT / "build/release/driver")).parent
+SIMULATED_MAC = os.environ.get("SIMULATED_MAC_EXECUTABLE", PROGRAMS / "simulated-mac")
 WORLD = ROOT / "demo/desk.world"
 ENVIRONMENT = {**os.environ, "PATH": f"{PROGRAMS}:{os.environ['PATH']}", "WORLD": str(WORLD)}
 
@@ -22,6 +24,12 @@ import { withSimulatedMac } from "driver-client/testing";
 const world = readFileSync(process.env.WORLD, "utf8");
 console.log(await withSimulatedMac(world, async ({ mac }) => mac instanceof Mac && (await mac.scene()).bundleId));
 """
+
+REQUESTS = "".join(json.dumps({"jsonrpc": "2.0", **one}) + "\n" for one in (
+    {"id": 0, "method": "initialize", "params": {
+        "protocolVersion": "2025-06-18", "capabilities": {}, "clientInfo": {"name": "test", "version": "1"}}},
+    {"method": "notifications/initialized"},
+    {"id": 1, "method": "tools/call", "params": {"name": "see_scene", "arguments": {}}}))
 
 PROGRAM = """
 import os
@@ -55,6 +63,26 @@ class Packages(unittest.TestCase):
         self.assertEqual("com.example.browser\n", done("node", "agent.mjs", cwd=self.folder))
         installed = [path.name for path in (self.folder / "node_modules").iterdir() if path.name[0] != "."]
         self.assertEqual(["driver-client"], installed)
+
+    @unittest.skipUnless(shutil.which("npm"), "there is no npm here")
+    def test_of_the_server_is_all_that_it_needs(self):
+        done("npm", "pack", "--ignore-scripts", "--pack-destination", self.folder, cwd=HERE / "mcp")
+        package = self.folder / f"driver-mcp-{VERSION}.tgz"
+        done("npm", "install", "--offline", "--no-audit", "--no-fund", package, cwd=self.folder)
+        installed = [path.name for path in (self.folder / "node_modules").iterdir() if path.name[0] != "."]
+        self.assertEqual(["driver-mcp"], installed)
+        files = sorted(path.name for path in (self.folder / "node_modules/driver-mcp").rglob("*") if path.is_file())
+        self.assertEqual(["LICENCES", "README.md", "driver-mcp.js", "package.json"], files)
+        command = [SIMULATED_MAC, "run", "--virtual", WORLD, "--", "node_modules/.bin/driver-mcp"]
+        with subprocess.Popen(command, cwd=self.folder, env=ENVIRONMENT, text=True,
+                              stdin=subprocess.PIPE, stdout=subprocess.PIPE) as server:
+            server.stdin.write(REQUESTS)
+            server.stdin.flush()
+            server.stdout.readline()
+            told = json.loads(server.stdout.readline())["result"]
+            self.assertEqual(("", None), server.communicate())
+        self.assertEqual("com.example.browser", told["structuredContent"]["bundleId"])
+        self.assertEqual(0, server.returncode)
 
     def test_of_python_works_in_an_empty_folder(self):
         source = self.folder / "source"

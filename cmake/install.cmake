@@ -30,7 +30,8 @@ if(TARGET simulated-mac)
     COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/man/simulated-mac.1"
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulated-mac)
-  install(FILES "${product_folder}/demo/desk.world"
+  install(FILES "${product_folder}/demo/desk.world" "${product_folder}/demo/mail.world"
+    "${product_folder}/demo/chat.world" "${product_folder}/demo/settings.world"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)
 endif()
 
@@ -42,7 +43,7 @@ install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} C
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(DIRECTORY "${product_folder}/packaging/contract"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)
-foreach(client typescript python)
+foreach(client typescript python mcp)
   install(FILES "${product_folder}/clients/${client}/README.md"
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/clients/${client} COMPONENT docs)
 endforeach()

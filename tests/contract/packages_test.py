@@ -20,7 +20,8 @@ COMPONENTS = {
                "share/zsh/site-functions/_driver", "share/fish/vendor_completions.d/driver.fish",
                "share/driver/contract/errors.json"},
     "simulated-mac": {"bin/simulated-mac", "share/man/man1/simulated-mac.1",
-                      "share/driver/worlds/desk.world"},
+                      "share/driver/worlds/desk.world", "share/driver/worlds/mail.world",
+                      "share/driver/worlds/chat.world", "share/driver/worlds/settings.world"},
     "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
              "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
              "share/doc/driver/packaging/contract/README.md"}}
@@ -103,7 +104,10 @@ class Identity(unittest.TestCase):
         self.assertEqual(VERSION, re.search(r'version "(.*)"', formula)[1])
         self.assertIn(f"driver-{VERSION}.tar.gz", formula)
         clients = ROOT / "clients"
-        self.assertEqual(VERSION, json.loads((clients / "typescript/package.json").read_text())["version"])
+        for name in ("typescript", "mcp"):
+            self.assertEqual(VERSION, json.loads((clients / name / "package.json").read_text())["version"])
+        tools = json.loads((clients / "mcp/package.json").read_text())["devDependencies"]
+        self.assertEqual(VERSION, tools["driver-client"])
         project = (clients / "python/pyproject.toml").read_text()
         self.assertEqual(VERSION, re.search(r'^version = "(.*)"$', project, re.M)[1])
         newest = re.search(r"^## ([0-9.]+)", (ROOT / "CHANGELOG.md").read_text(), re.M)

@@ -1,0 +1,52 @@
+// The protocol's Inspector, from its command line, gets along with the server.
+import assert from "node:assert/strict";
+import { execFile } from "node:child_process";
+import { readFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { dirname, join } from "node:path";
+import { test } from "node:test";
+import { fileURLToPath } from "node:url";
+import { promisify } from "node:util";
+import { toolRows } from "../dist/tools.js";
+import { desk, environmentOf, executables, left, root, server, startMac } from "./support.mjs";
+
+const inspector = join(dirname(createRequire(import.meta.url).resolve("@modelcontextprotocol/inspector-cli/package.json")), "build/cli.js");
+
+async function inspected(simulated, ...words) {
+  const { stdout } = await promisify(execFile)(process.execPath,
+    [inspector, "--cli", process.execPath, server, "--driver", executables.driver, ...words], { env: environmentOf(simulated) });
+  return JSON.parse(stdout);
+}
+
+test("the Inspector lists, calls and reads", async () => {
+  const simulated = await startMac(desk);
+  try {
+    const { tools } = await inspected(simulated, "--method", "tools/list");
+    assert.deepEqual(tools.map((tool) => tool.name), toolRows.map((row) => row.name));
+    const pressed = await inspected(simulated, "--method", "tools/call", "--tool-name", "press_label",
+      "--tool-arg", "app=Chat", "label=Accept");
+    assert.deepEqual([pressed.structuredContent.ok, pressed.isError], [true, undefined]);
+    const clicked = await inspected(simulated, "--method", "tools/call", "--tool-name", "point_click",
+      "--tool-arg", "app=Notes", "x=340", "y=574");
+    assert.deepEqual(clicked.structuredContent, { changed: true, ok: true, via: "background", window: 7 });
+    const wrong = await inspected(simulated, "--method", "tools/call", "--tool-name", "press_label", "--tool-arg", "app=Chat");
+    assert.match(wrong.content[0].text, /Usage: press_label \{"app": string, "label": string/);
+    const { resources } = await inspected(simulated, "--method", "resources/list");
+    assert.deepEqual(resources.map((one) => one.uri), ["driver://screen"]);
+    const read = await inspected(simulated, "--method", "resources/read", "--uri", "driver://windows/Notes");
+    assert.equal(JSON.parse(read.contents[0].text).pid, 41);
+    await left(simulated);
+    await simulated.check();
+  } finally {
+    await simulated.end();
+  }
+});
+
+test("the example of the page does what the page says", async () => {
+  const page = readFileSync(new URL("clients/mcp/README.md", root), "utf8");
+  const [, example] = page.match(/^```sh title=try.sh\n(.*?)^```$/ms);
+  const path = [dirname(executables.driver), dirname(executables.simulatedMac),
+    fileURLToPath(new URL("clients/node_modules/.bin", root)), process.env.PATH].join(":");
+  const { stdout } = await promisify(execFile)("sh", ["-c", example], { cwd: fileURLToPath(new URL("clients/mcp", root)), env: { ...process.env, PATH: path } });
+  assert.equal(JSON.parse(stdout).structuredContent.element.label, "Reply");
+});
