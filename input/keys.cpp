@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <exception>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -96,39 +98,52 @@ Events eventsOf(const KeyCombination& keys) {
   return events;
 }
 
-/// Asks whether the key may follow its modifiers, which are down. An application that hangs is
-/// waited for: a process that ends meanwhile lets them go by `releases`.
-bool mayFollow(const Events& releases, const KeyboardInput& input) {
+/// What must hold when something is pressed. Throws InputFailure when it does not.
+using Condition = std::function<void()>;
+
+/// Why the key may not follow its modifiers, which are down; null when it may. An application that
+/// hangs is waited for: a process that ends meanwhile lets them go by `releases`.
+std::exception_ptr objection(const Events& releases, const KeyboardInput& input,
+                             const Condition& require) {
   pushUndo([releases, pid = input.pid()] {
     for (const auto& release : releases) postRelease(release, pid);
   });
-  const bool may = input.mayGoOn();
+  std::exception_ptr failure;
+  try {
+    input.requireKeyboard();
+    require();
+  } catch (const InputFailure&) {
+    failure = std::current_exception();
+  }
   forgetNewestUndo();
-  return may;
+  return failure;
 }
 
 /// True when the key itself was posted.
-bool postKeys(const KeyCombination& keys, const KeyboardInput& input) {
+bool postKeys(const KeyCombination& keys, const KeyboardInput& input, const Condition& require) {
   const Events events = eventsOf(keys);
   const auto key = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2 - 1);
   input.requireKeyboard();
+  require();
   Press press(input.pid());
   std::for_each(events.begin(), key, [&](const auto& event) { press.down(event); });
   // The modifiers took their time. By themselves they do nothing, wherever they go.
-  const bool isWithheld =
-      key != events.begin() && !isEnding() && !mayFollow({key + 2, events.end()}, input);
-  const bool isPosted = !isWithheld && press.down(*key);
-  std::for_each(isWithheld ? key + 2 : key + 1, events.end(),
+  const bool follows = key != events.begin() && !isEnding();
+  const std::exception_ptr withheld =
+      follows ? objection({key + 2, events.end()}, input, require) : nullptr;
+  const bool isPosted = !withheld && press.down(*key);
+  std::for_each(withheld ? key + 2 : key + 1, events.end(),
                 [&](const auto& event) { press.up(event); });
-  if (isWithheld) throw KeyboardTaken();
+  if (withheld) std::rethrow_exception(withheld);
   return isPosted;
 }
 
 // A press is input as an event is, and is withheld as one: a command of the menu acts on the window
 // that has the keyboard. True when it was pressed.
 bool pressMenuItem(const ax::Element& item, const std::string& combination,
-                   const KeyboardInput& input) {
+                   const KeyboardInput& input, const Condition& require) {
   input.requireKeyboard();
+  require();
   if (!mayActNow()) return false;
   if (messages::perform(item, "AXPress") != ax::Error::success) {
     throw InputFailure("target menu shortcut failed: " + combination);
@@ -160,16 +175,17 @@ KeyCombination keyCombination(const std::string& combination) {
   return {*code, flags};
 }
 
-bool key(const std::string& combination, const KeyboardInput& input) {
+bool key(const std::string& combination, const KeyboardInput& input,
+         const std::function<void()>& require) {
   const KeyCombination keys = keyCombination(combination);
   // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
   // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
     if (const auto item = menuEquivalent(input.pid(), keys.code, keys.flags)) {
-      return pressMenuItem(*item, combination, input);
+      return pressMenuItem(*item, combination, input, require);
     }
   }
-  return postKeys(keys, input);
+  return postKeys(keys, input, require);
 }
 
 }  // namespace driver
