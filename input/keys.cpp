@@ -50,13 +50,11 @@ bool hasShortcut(Snapshot& element, std::string_view character, int modifiers) {
   return element.number(Attribute::menuModifiers).value_or(0) == modifiers;
 }
 
-/// The item in an application's menus whose shortcut is this key with these modifier flags, of
-/// which command is implied; none when there is none that is enabled, and for a key whose name has
-/// several characters. The one in the last menu, if there are several.
-std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
+/// The item in an application's menus whose shortcut is this character with these modifier flags,
+/// of which command is implied; none when there is none that is enabled. The one in the last menu,
+/// if there are several.
+std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::string_view character,
                                           std::uint64_t flags) {
-  const std::optional<std::string_view> character = characterOfKey(code);
-  if (!character) return std::nullopt;
   std::optional<ax::Element> bar = axElement(ax::application(pid), "AXMenuBar");
   if (!bar) return std::nullopt;
   const int modifiers = menuModifiers(flags);
@@ -65,10 +63,31 @@ std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
       {Attribute::role, Attribute::enabled, Attribute::menuCharacter, Attribute::menuModifiers},
       menuBounds);
   while (Snapshot* element = walk.next()) {
-    if (!hasShortcut(*element, *character, modifiers)) continue;
+    if (!hasShortcut(*element, character, modifiers)) continue;
     if (!element->isFalse(Attribute::enabled)) return element->element();
   }
   return std::nullopt;
+}
+
+/// Throws InputFailure when another window than `before` is key by now. The user may have come,
+/// chosen it and gone while nobody looked who is in front.
+void requireKeyWindow(const std::optional<ax::Element>& before, const KeyboardInput& input) {
+  const std::optional<ax::Element> now = input.keyWindow();
+  if (!before || !now || ax::hash(*before) == ax::hash(*now)) return;
+  input.requireKeyboard();
+  throw InputFailure("another window of the target app has become key; nothing was pressed");
+}
+
+/// The menu's item to press in place of a combination with command. The search may take seconds,
+/// and a command of the menu acts on the key window, as the keys would: throws InputFailure when
+/// that has become another one.
+std::optional<ax::Element> itemInPlaceOf(const KeyCombination& keys, const KeyboardInput& input) {
+  const std::optional<std::string_view> character = characterOfKey(keys.code);
+  if (!character) return std::nullopt;
+  const std::optional<ax::Element> keyWindow = input.keyWindow();
+  std::optional<ax::Element> item = menuEquivalent(input.pid(), *character, keys.flags);
+  requireKeyWindow(keyWindow, input);
+  return item;
 }
 
 std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
@@ -181,7 +200,7 @@ bool key(const std::string& combination, const KeyboardInput& input,
   // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
   // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
-    if (const auto item = menuEquivalent(input.pid(), keys.code, keys.flags)) {
+    if (const auto item = itemInPlaceOf(keys, input)) {
       return pressMenuItem(*item, combination, input, require);
     }
   }
