@@ -34,17 +34,20 @@ Items contents(const TestMac& mac) { return simulator::readableItems(mac.world()
 
 bool writeOurs() { return pasteboard::write({{{"own", "ours"}}}); }
 
+void unused(const std::function<void()>& /*requireOwn*/) {}
+
 TEST(withClipboard, has_only_what_is_written_while_it_is_used) {
   TestMac mac("");
   Items used;
-  runInside(filled(mac),
-            [&] { withClipboard(writeOurs, [&] { used = pasteboard::items().value(); }); });
+  runInside(filled(mac), [&] {
+    withClipboard(writeOurs, [&](const auto&) { used = pasteboard::items().value(); });
+  });
   EXPECT_EQ(used, (Items{{{"own", "ours"}}}));
 }
 
 TEST(withClipboard, gives_all_items_back_300_milliseconds_after_the_use) {
   TestMac mac("");
-  const Result run = runInside(filled(mac), [&] { withClipboard(writeOurs, [] {}); });
+  const Result run = runInside(filled(mac), [&] { withClipboard(writeOurs, unused); });
   EXPECT_EQ(contents(mac), users);
   EXPECT_EQ(run.elapsed, 300'000);
   EXPECT_EQ(run.calls,
@@ -56,21 +59,22 @@ TEST(withClipboard, gives_all_items_back_300_milliseconds_after_the_use) {
 
 TEST(withClipboard, leaves_an_empty_one_empty) {
   TestMac mac("");
-  const Result run = runInside(mac, [&] { withClipboard(writeOurs, [] {}); });
+  const Result run = runInside(mac, [&] { withClipboard(writeOurs, unused); });
   EXPECT_EQ(contents(mac), Items{});
   EXPECT_EQ(run.calls.back(), "pasteboard.clear");
 }
 
 TEST(withClipboard, keeps_what_the_user_copies_meanwhile) {
   TestMac mac("at 200ms user copy \"newer\"\n");
-  runInside(filled(mac), [&] { withClipboard(writeOurs, [] {}); });
+  runInside(filled(mac), [&] { withClipboard(writeOurs, unused); });
   EXPECT_EQ(contents(mac), (Items{{{"public.utf8-plain-text", "newer"}}}));
 }
 
 TEST(withClipboard, gives_back_after_a_use_that_is_refused) {
   TestMac mac("");
   const Result run = runInside(filled(mac), [&] {
-    EXPECT_THROW(withClipboard(writeOurs, [] { throw InputFailure("refused"); }), InputFailure);
+    EXPECT_THROW(withClipboard(writeOurs, [](const auto&) { throw InputFailure("refused"); }),
+                 InputFailure);
   });
   EXPECT_EQ(contents(mac), users);
   EXPECT_EQ(run.elapsed, 300'000);
@@ -78,8 +82,8 @@ TEST(withClipboard, gives_back_after_a_use_that_is_refused) {
 
 TEST(withClipboard, gives_back_when_the_run_fails_in_mid_use) {
   TestMac mac("");
-  const Result run =
-      runInside(filled(mac), [&] { withClipboard(writeOurs, [] { fail("stopped"); }); });
+  const Result run = runInside(
+      filled(mac), [&] { withClipboard(writeOurs, [](const auto&) { fail("stopped"); }); });
   EXPECT_EQ(seen(run), failure("stopped"));
   EXPECT_EQ(contents(mac), users);
   EXPECT_EQ(run.elapsed, 300'000);
@@ -90,7 +94,7 @@ std::string refusalOf(TestMac& mac, const std::function<bool()>& write = writeOu
   std::string message;
   runInside(mac, [&] {
     try {
-      withClipboard(write, [] { ADD_FAILURE(); });
+      withClipboard(write, [](const auto&) { ADD_FAILURE(); });
     } catch (const InputFailure& failure) {
       message = failure.message();
     }
@@ -124,7 +128,7 @@ TEST(withClipboard, is_not_touched_when_nothing_on_it_can_be_read) {
 
 TEST(withClipboard, comes_back_without_items_that_could_not_be_read) {
   TestMac mac("pasteboard item promises \"com.example.lazy\"\n");
-  runInside(filled(mac), [&] { withClipboard(writeOurs, [] {}); });
+  runInside(filled(mac), [&] { withClipboard(writeOurs, unused); });
   EXPECT_EQ(contents(mac), users);
 }
 
@@ -144,11 +148,28 @@ TEST(withClipboard, is_not_used_when_somebody_copies_before_or_after_it_is_writt
   }
 }
 
+TEST(withClipboard, tells_its_user_when_somebody_copies_meanwhile) {
+  TestMac mac("", {"pasteboard.change-count 5 before user copy newer"});
+  std::string message;
+  runInside(filled(mac), [&] {
+    try {
+      withClipboard(writeOurs, [&](const auto& requireOwn) {
+        requireOwn();
+        requireOwn();
+      });
+    } catch (const InputFailure& failure) {
+      message = failure.message();
+    }
+  });
+  EXPECT_EQ(message, usedByOthers);
+  EXPECT_EQ(contents(mac), newer);
+}
+
 TEST(withClipboard, tells_of_a_copy_that_comes_right_before_it_is_cleared) {
   for (const char* call : {"pasteboard.clear 1", "pasteboard.clear 2"}) {
     TestMac mac("", {std::string(call) + " before user copy newer"});
     runInside(filled(mac), [&] {
-      withClipboard(writeOurs, [] {});
+      withClipboard(writeOurs, unused);
       EXPECT_TRUE(globals().copyLost) << call;
     });
     EXPECT_EQ(contents(mac), users) << call;
@@ -158,7 +179,7 @@ TEST(withClipboard, tells_of_a_copy_that_comes_right_before_it_is_cleared) {
 TEST(withClipboard, tells_when_it_takes_nothing_back) {
   TestMac mac("", {"pasteboard.write 2 refused"});
   const Result run = runInside(filled(mac), [&] {
-    withClipboard(writeOurs, [] {});
+    withClipboard(writeOurs, unused);
     EXPECT_TRUE(globals().clipboardNotRestored);
     EXPECT_FALSE(globals().copyLost);
   });
@@ -169,7 +190,7 @@ TEST(withClipboard, tells_when_it_takes_nothing_back) {
 TEST(withClipboard, tells_nothing_when_a_newer_copy_is_why_it_takes_nothing_back) {
   TestMac mac("", {"pasteboard.write 2 before user copy newer"});
   runInside(filled(mac), [&] {
-    withClipboard(writeOurs, [] {});
+    withClipboard(writeOurs, unused);
     EXPECT_FALSE(globals().clipboardNotRestored);
     EXPECT_FALSE(globals().copyLost);
   });
@@ -181,7 +202,7 @@ TEST(withClipboard, loses_only_what_nobody_can_read) {
   filled(mac);
   auto& items = mac.desktop().mac().world.pasteboard.items;
   items[1].push_back(promised("public.tiff")[0]);
-  runInside(mac, [&] { withClipboard(writeOurs, [] {}); });
+  runInside(mac, [&] { withClipboard(writeOurs, unused); });
   EXPECT_EQ(contents(mac), users);
 }
 

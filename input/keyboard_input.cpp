@@ -16,8 +16,12 @@ KeyboardTaken::KeyboardTaken()
 
 bool KeyboardInput::isInFront() const { return foregroundPID() == target_.pid; }
 
+std::optional<ax::Element> KeyboardInput::keyWindow() const {
+  return axElement(ax::application(target_.pid), "AXFocusedWindow");
+}
+
 bool KeyboardInput::hasKeyboard() const {
-  const auto focused = axElement(ax::application(target_.pid), "AXFocusedWindow");
+  const std::optional<ax::Element> focused = keyWindow();
   if (!focused) return false;
   const std::optional<TargetWindow> window = inputWindow(innermostSheet(*focused), target_.pid);
   return window && window->id == target_.window;

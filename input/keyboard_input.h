@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include "main/replies.h"
+#include "platform/ax.h"
 #include "platform/types.h"
 
 namespace driver {
@@ -30,6 +32,9 @@ class KeyboardInput {
 
   /// Whether the process is in front, asked now. When the system does not tell, it is not.
   bool isInFront() const;
+
+  /// The window that has the process's keyboard, asked now; none when that cannot be read.
+  std::optional<ax::Element> keyWindow() const;
 
   /// Whether the window has its process's keyboard, asked now. When that cannot be read, it does
   /// not.

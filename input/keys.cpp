@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <exception>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,13 +50,11 @@ bool hasShortcut(Snapshot& element, std::string_view character, int modifiers) {
   return element.number(Attribute::menuModifiers).value_or(0) == modifiers;
 }
 
-/// The item in an application's menus whose shortcut is this key with these modifier flags, of
-/// which command is implied; none when there is none that is enabled, and for a key whose name has
-/// several characters. The one in the last menu, if there are several.
-std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
+/// The item in an application's menus whose shortcut is this character with these modifier flags,
+/// of which command is implied; none when there is none that is enabled. The one in the last menu,
+/// if there are several.
+std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::string_view character,
                                           std::uint64_t flags) {
-  const std::optional<std::string_view> character = characterOfKey(code);
-  if (!character) return std::nullopt;
   std::optional<ax::Element> bar = axElement(ax::application(pid), "AXMenuBar");
   if (!bar) return std::nullopt;
   const int modifiers = menuModifiers(flags);
@@ -63,10 +63,31 @@ std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::uint16_t code,
       {Attribute::role, Attribute::enabled, Attribute::menuCharacter, Attribute::menuModifiers},
       menuBounds);
   while (Snapshot* element = walk.next()) {
-    if (!hasShortcut(*element, *character, modifiers)) continue;
+    if (!hasShortcut(*element, character, modifiers)) continue;
     if (!element->isFalse(Attribute::enabled)) return element->element();
   }
   return std::nullopt;
+}
+
+/// Throws InputFailure when another window than `before` is key by now. The user may have come,
+/// chosen it and gone while nobody looked who is in front.
+void requireKeyWindow(const std::optional<ax::Element>& before, const KeyboardInput& input) {
+  const std::optional<ax::Element> now = input.keyWindow();
+  if (!before || !now || ax::hash(*before) == ax::hash(*now)) return;
+  input.requireKeyboard();
+  throw InputFailure("another window of the target app has become key; nothing was pressed");
+}
+
+/// The menu's item to press in place of a combination with command. The search may take seconds,
+/// and a command of the menu acts on the key window, as the keys would: throws InputFailure when
+/// that has become another one.
+std::optional<ax::Element> itemInPlaceOf(const KeyCombination& keys, const KeyboardInput& input) {
+  const std::optional<std::string_view> character = characterOfKey(keys.code);
+  if (!character) return std::nullopt;
+  const std::optional<ax::Element> keyWindow = input.keyWindow();
+  std::optional<ax::Element> item = menuEquivalent(input.pid(), *character, keys.flags);
+  requireKeyWindow(keyWindow, input);
+  return item;
 }
 
 std::optional<quartz::Event> createKey(std::uint16_t code, bool down, std::uint64_t flags) {
@@ -96,39 +117,52 @@ Events eventsOf(const KeyCombination& keys) {
   return events;
 }
 
-/// Asks whether the key may follow its modifiers, which are down. An application that hangs is
-/// waited for: a process that ends meanwhile lets them go by `releases`.
-bool mayFollow(const Events& releases, const KeyboardInput& input) {
+/// What must hold when something is pressed. Throws InputFailure when it does not.
+using Condition = std::function<void()>;
+
+/// Why the key may not follow its modifiers, which are down; null when it may. An application that
+/// hangs is waited for: a process that ends meanwhile lets them go by `releases`.
+std::exception_ptr objection(const Events& releases, const KeyboardInput& input,
+                             const Condition& require) {
   pushUndo([releases, pid = input.pid()] {
     for (const auto& release : releases) postRelease(release, pid);
   });
-  const bool may = input.mayGoOn();
+  std::exception_ptr failure;
+  try {
+    input.requireKeyboard();
+    require();
+  } catch (const InputFailure&) {
+    failure = std::current_exception();
+  }
   forgetNewestUndo();
-  return may;
+  return failure;
 }
 
 /// True when the key itself was posted.
-bool postKeys(const KeyCombination& keys, const KeyboardInput& input) {
+bool postKeys(const KeyCombination& keys, const KeyboardInput& input, const Condition& require) {
   const Events events = eventsOf(keys);
   const auto key = events.begin() + static_cast<std::ptrdiff_t>(events.size() / 2 - 1);
   input.requireKeyboard();
+  require();
   Press press(input.pid());
   std::for_each(events.begin(), key, [&](const auto& event) { press.down(event); });
   // The modifiers took their time. By themselves they do nothing, wherever they go.
-  const bool isWithheld =
-      key != events.begin() && !isEnding() && !mayFollow({key + 2, events.end()}, input);
-  const bool isPosted = !isWithheld && press.down(*key);
-  std::for_each(isWithheld ? key + 2 : key + 1, events.end(),
+  const bool follows = key != events.begin() && !isEnding();
+  const std::exception_ptr withheld =
+      follows ? objection({key + 2, events.end()}, input, require) : nullptr;
+  const bool isPosted = !withheld && press.down(*key);
+  std::for_each(withheld ? key + 2 : key + 1, events.end(),
                 [&](const auto& event) { press.up(event); });
-  if (isWithheld) throw KeyboardTaken();
+  if (withheld) std::rethrow_exception(withheld);
   return isPosted;
 }
 
 // A press is input as an event is, and is withheld as one: a command of the menu acts on the window
 // that has the keyboard. True when it was pressed.
 bool pressMenuItem(const ax::Element& item, const std::string& combination,
-                   const KeyboardInput& input) {
+                   const KeyboardInput& input, const Condition& require) {
   input.requireKeyboard();
+  require();
   if (!mayActNow()) return false;
   if (messages::perform(item, "AXPress") != ax::Error::success) {
     throw InputFailure("target menu shortcut failed: " + combination);
@@ -160,16 +194,17 @@ KeyCombination keyCombination(const std::string& combination) {
   return {*code, flags};
 }
 
-bool key(const std::string& combination, const KeyboardInput& input) {
+bool key(const std::string& combination, const KeyboardInput& input,
+         const std::function<void()>& require) {
   const KeyCombination keys = keyCombination(combination);
   // The item is surer than its keys: it can be pressed whatever has the application's keyboard. A
   // combination without command is text, or the application's own, and stays keys.
   if (hasModifier(keys.flags, quartz::Modifier::command)) {
-    if (const auto item = menuEquivalent(input.pid(), keys.code, keys.flags)) {
-      return pressMenuItem(*item, combination, input);
+    if (const auto item = itemInPlaceOf(keys, input)) {
+      return pressMenuItem(*item, combination, input, require);
     }
   }
-  return postKeys(keys, input);
+  return postKeys(keys, input, require);
 }
 
 }  // namespace driver

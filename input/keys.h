@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "input/keyboard_input.h"
@@ -24,7 +25,12 @@ KeyCombination keyCombination(const std::string& combination);
 /// input is withheld while the session is not usable, which `droppedWhileLocked` records, and when
 /// one of its events could not be created. Throws KeyboardTaken when the user has gone to another
 /// window of the target; what was down is up by then. Throws InputFailure for a text that is no
-/// combination, and for a menu item that refuses; fails when the capture service has gone.
-bool key(const std::string& combination, const KeyboardInput& input);
+/// combination, for a menu item that refuses, and when another window of the target has become key
+/// while its menus were searched; fails when the capture service has gone.
+/// `require` is called right before the item, the first key and the key that follows modifiers; an
+/// InputFailure of its withholds what is left, as a user who has gone does.
+bool key(
+    const std::string& combination, const KeyboardInput& input,
+    const std::function<void()>& require = [] {});
 
 }  // namespace driver

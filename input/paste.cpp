@@ -90,14 +90,18 @@ std::string absolutePath(const std::string& path) {
 
 }  // namespace
 
-void withClipboard(const std::function<bool()>& write, const std::function<void()>& use) {
+void withClipboard(const std::function<bool()>& write,
+                   const std::function<void(const std::function<void()>& requireOwn)>& use) {
   const std::int64_t ownChange = takeOver(save());
+  // What somebody has copied meanwhile is not ours to paste.
+  const auto requireOwn = [ownChange] {
+    if (pasteboard::changeCount() != ownChange) throw usedByOthers();
+  };
   try {
     const bool isWritten = writes(write);
-    // What somebody has copied meanwhile is not ours to paste.
-    if (pasteboard::changeCount() != ownChange) throw usedByOthers();
+    requireOwn();
     if (!isWritten) throw InputFailure("the clipboard could not be written");
-    use();
+    use(requireOwn);
   } catch (const InputFailure&) {
     runNewestUndo();
     throw;
@@ -116,7 +120,9 @@ std::vector<std::string> filePaths(const Arguments& arguments) {
 }
 
 void pasteFiles(const std::vector<std::string>& paths, const KeyboardInput& input) {
-  withClipboard([&] { return pasteboard::writeFiles(paths); }, [&] { key("cmd+v", input); });
+  // The search through the menus may take longer than a user takes to copy something.
+  withClipboard([&] { return pasteboard::writeFiles(paths); },
+                [&](const auto& requireOwn) { key("cmd+v", input, requireOwn); });
 }
 
 }  // namespace driver

@@ -13,9 +13,11 @@ namespace driver {
 /// clipboard and tells whether it could. 300 ms after `use` the user's contents come back, also
 /// when `use` throws or the run fails meanwhile; unless somebody else has put something there
 /// since. Throws InputFailure, in place of running `use`, when the clipboard could not be read (it
-/// is then not touched) or written, or when somebody else has used it meanwhile. `copyLost` and
-/// `clipboardNotRestored` of the globals tell what could not be helped.
-void withClipboard(const std::function<bool()>& write, const std::function<void()>& use);
+/// is then not touched) or written, or when somebody else has used it meanwhile. `use` is given
+/// what throws InputFailure once somebody else has, to be asked again before anything is pasted.
+/// `copyLost` and `clipboardNotRestored` of the globals tell what could not be helped.
+void withClipboard(const std::function<bool()>& write,
+                   const std::function<void(const std::function<void()>& requireOwn)>& use);
 
 /// The files that the arguments from the fourth word on name, as absolute paths; they need not
 /// exist. Fails for a path that is no well-formed text, and for a relative one when there is no

@@ -2,15 +2,24 @@
 
 #include <algorithm>
 
+#include "simulator/input/posted_event.h"
 #include "simulator/mac/arguments.h"
+#include "simulator/world/keyboard_layouts.h"
 
 namespace simulator {
 
+using platform::Call;
 using platform::Function;
 
 namespace {
 
 constexpr std::uint32_t waitForReader = 300'000;
+
+/// During these a user may copy something, a search through menus being many of them.
+bool takesTime(Function function) {
+  return function == Function::sleep || function == Function::axAttribute ||
+         function == Function::axAttributes;
+}
 
 bool isEmpty(const pasteboard::Item& item) { return item.empty(); }
 
@@ -30,7 +39,15 @@ void ClipboardRules::before(const ObservedCall& seen, Violations& violations) {
     lastSleep_[seen.flow] = Arguments(seen.call).get<std::uint32_t>(0);
   }
   if (function == Function::clearPasteboard) checkClear(seen.flow, violations);
-  if (isPost(function) || function == Function::axPerform) checkPaste(violations);
+  if (pastes(seen.call)) checkPaste(violations);
+}
+
+/// Modifiers by themselves paste nothing, and what comes up has been pasted.
+bool ClipboardRules::pastes(const Call& call) const {
+  if (call.function == Function::axPerform) return true;
+  if (!isPost(call.function) || typeOf(run_.latestEvent) != quartz::EventType::keyDown)
+    return false;
+  return modifierWithCode(run_.latestEvent.keyCode) == nullptr;
 }
 
 void ClipboardRules::checkClear(std::size_t flow, Violations& violations) {
@@ -61,7 +78,7 @@ void ClipboardRules::checkPaste(Violations& violations) const {
   if (clears_ != 1) return;
   if (filesRefused_) {
     violations.push_back("I9: pasted although the clipboard had refused the files");
-  } else if (!lookedSinceWrite_) {
+  } else if (!knowsOwner_) {
     violations.push_back("I9: pasted without knowing whose the clipboard is");
   } else if (toldChange_ != ownChange_) {
     violations.push_back("I9: pasted what somebody else has copied");
@@ -72,6 +89,7 @@ void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
                            Violations& /*violations*/) {
   const Function function = seen.call.function;
   lookedJustNow_ = function == Function::pasteboardChangeCount;
+  if (seen.flow == 0 && takesTime(function)) knowsOwner_ = false;
   switch (function) {
     case Function::pasteboardItems:
       if (clears_ > 0) break;
@@ -84,11 +102,11 @@ void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
       break;
     case Function::pasteboardChangeCount:
       toldChange_ = driver::unpack<std::int64_t>(answer.value);
-      lookedSinceWrite_ = true;
+      knowsOwner_ = true;
       break;
     case Function::writePasteboard:
     case Function::writeFilesToPasteboard:
-      lookedSinceWrite_ = false;
+      knowsOwner_ = false;
       filesRefused_ = clears_ == 1 && !driver::unpack<bool>(answer.value);
       restoringRefused_ = clears_ > 1 && isOwner() && !driver::unpack<bool>(answer.value);
       break;

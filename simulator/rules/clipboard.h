@@ -11,9 +11,9 @@
 namespace simulator {
 
 /// I9, of a client that uses the pasteboard: it ends as the client was told that it was, or with
-/// what somebody else has put there since. Nothing is pasted once the client knows that somebody
-/// else has it. What cannot be helped must be told: a copy that comes between a look and the
-/// clearing that follows it at once, and a restoring that the pasteboard refuses.
+/// what somebody else has put there since. Nothing is pasted once somebody else has it, as far as a
+/// look right before tells. What cannot be helped must be told: a copy that comes between a look
+/// and the clearing that follows it at once, and a restoring that the pasteboard refuses.
 class ClipboardRules : public Rule {
  public:
   using Rule::Rule;
@@ -28,18 +28,19 @@ class ClipboardRules : public Rule {
   bool isOwner() const;
   void checkClear(std::size_t flow, Violations& violations);
   void checkOverwriting(Violations& violations);
+  bool pastes(const platform::Call& call) const;
   void checkPaste(Violations& violations) const;
   void checkReply(const ReplyFacts& reply, Violations& violations) const;
 
   std::map<std::size_t, std::uint32_t> lastSleep_;  // of each flow, in microseconds
-  std::optional<Items> saved_;     // what the client was told before its first clearing
-  std::int64_t savedChange_ = 0;   // the change count that it was told of
-  std::int64_t toldChange_ = 0;    // the latest count that the client was told
-  std::int64_t ownChange_ = 0;     // the count that its latest clearing made
-  int clears_ = 0;                 // by the client
-  bool lookedJustNow_ = false;     // its latest call asked for the count
-  bool lookedSinceWrite_ = false;  // it asked since it wrote
-  bool copyLost_ = false;          // in an instant that it could not see
+  std::optional<Items> saved_;    // what the client was told before its first clearing
+  std::int64_t savedChange_ = 0;  // the change count that it was told of
+  std::int64_t toldChange_ = 0;   // the latest count that the client was told
+  std::int64_t ownChange_ = 0;    // the count that its latest clearing made
+  int clears_ = 0;                // by the client
+  bool lookedJustNow_ = false;    // its latest call asked for the count
+  bool knowsOwner_ = false;       // it asked since it wrote, waited or read of an application
+  bool copyLost_ = false;         // in an instant that it could not see
   bool filesRefused_ = false;
   bool restoringRefused_ = false;
 };

@@ -211,6 +211,37 @@ TEST_F(clipboard_rules, must_be_ones_own_when_it_is_pasted) {
   EXPECT_EQ(violations_, Sentences{"I9: pasted what somebody else has copied"});
 }
 
+TEST_F(clipboard_rules, must_be_known_to_be_ones_own_after_whatever_takes_time) {
+  save();
+  call(Function::clearPasteboard);
+  writeFiles();
+  for (const Function function : {Function::sleep, Function::axAttribute, Function::axAttributes}) {
+    count();
+    paste();
+    EXPECT_EQ(violations_, Sentences{});
+    rules_.after({{function, {}}}, {}, violations_);
+    paste();
+    EXPECT_EQ(violations_, Sentences{"I9: pasted without knowing whose the clipboard is"});
+    violations_.clear();
+  }
+}
+
+TEST_F(clipboard_rules, is_pasted_from_by_a_key_that_goes_down_and_no_modifier) {
+  save();
+  call(Function::clearPasteboard);
+  writeFiles();
+  const auto posted = [&](std::uint32_t type, std::int64_t code) {
+    run_.latestEvent.type = type;
+    run_.latestEvent.keyCode = code;
+    rules_.before({{Function::publicPost, {}}}, violations_);
+  };
+  posted(10, 55);  // command goes down
+  posted(11, 9);   // v comes up
+  EXPECT_EQ(violations_, Sentences{});
+  posted(10, 9);
+  EXPECT_EQ(violations_, Sentences{"I9: pasted without knowing whose the clipboard is"});
+}
+
 TEST_F(clipboard_rules, must_not_be_cleared_when_it_could_not_be_read) {
   faulty(Function::pasteboardItems, pack(std::optional<Items>()));
   count();

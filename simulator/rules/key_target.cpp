@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "simulator/input/key_window.h"
 #include "simulator/input/posted_event.h"
@@ -73,8 +74,7 @@ void KeyTargetRules::before(const ObservedCall& seen, Violations& violations) {
   }
 }
 
-void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer,
-                           Violations& /*violations*/) {
+void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer, Violations& violations) {
   if (!run_.pressesKeys()) return;
   switch (seen.call.function) {
     case Function::frontProcess:
@@ -92,12 +92,42 @@ void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer,
     }
     case Function::axAttribute:
     case Function::axAttributes:
-      if (!seen.faulty && reads(seen.call, "AXFocusedWindow")) noteFocusedWindow(seen.call);
-      // A search through menus takes its time: what was seen before it is old.
-      if (reads(seen.call, "AXMenuBar")) hasLooked_ = false;
+      noteReading(seen, answer, violations);
       break;
     default:
       break;
+  }
+}
+
+void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
+                                 Violations& violations) {
+  if (answer.delay >= messagingTimeout) ++timeOuts_;
+  const bool asks = reads(seen.call, "AXFocusedWindow");
+  if (asks) {
+    const auto told = driver::unpack<platform::WireReadings>(answer.value);
+    toldKey_ = told.slots.empty() ? driver::Datum() : told.slots.front().value;
+    hasAskedSince_ = true;
+    if (!seen.faulty) noteFocusedWindow(seen.call);
+  }
+  if (reads(seen.call, "AXMenuBar")) {
+    if (!hasJustAsked_)
+      violations.push_back("I14: menus are searched without a look at the key window");
+    toldKeyBefore_ = toldKey_;
+    hasSearched_ = true;
+    // It takes its time: what was seen before it is old.
+    hasLooked_ = hasAskedSince_ = false;
+  }
+  hasJustAsked_ = asks;
+}
+
+/// I14: what is pressed after a search through menus goes to the key window. The user may have come
+/// meanwhile, chosen another one, and gone.
+void KeyTargetRules::checkSearch(Violations& violations) {
+  if (!std::exchange(hasSearched_, false) || timeOuts_ > 1) return;
+  if (!hasAskedSince_) {
+    violations.push_back("I14: keys without a look at the key window since menus were searched");
+  } else if (!toldKeyBefore_.isNothing() && !toldKey_.isNothing() && toldKeyBefore_ != toldKey_) {
+    violations.push_back("I14: keys for another window than was key before menus were searched");
   }
 }
 
@@ -134,6 +164,7 @@ void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
     violations.push_back("I14: keys without a look at the foreground before them");
   }
   hasLooked_ = false;
+  checkSearch(violations);
   if (!wasTold_ || isStale_ || found_.pid != pid) return;
   const auto meant = meant_.find(pid);
   if (meant != meant_.end() && meant->second != found_.window) {

@@ -9,7 +9,8 @@
 namespace simulator {
 
 /// Where a client's keys go: into windows in its scope (I11) that are no other's twins (I12), and
-/// never, as far as the client can know, into a window that the user has chosen instead (I14).
+/// never, as far as the client can know, into a window that the user has chosen instead, nor into
+/// another one than was key before the menus were searched (I14).
 class KeyTargetRules : public Rule {
  public:
   using Rule::Rule;
@@ -27,7 +28,9 @@ class KeyTargetRules : public Rule {
   };
 
   Owner owner() const;
+  void noteReading(const ObservedCall& seen, const Answer& answer, Violations& violations);
   void noteFocusedWindow(const platform::Call& call);
+  void checkSearch(Violations& violations);
   void checkPost(const platform::Call& call, Violations& violations);
   void checkAct(Pid pid, bool needsLook, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);
@@ -43,6 +46,14 @@ class KeyTargetRules : public Rule {
   bool isStale_ = false;     // the owner has changed since it began
   bool hasLooked_ = false;   // since something last went down, or menus were searched
   bool hasKeyDown_ = false;  // of the present combination
+
+  // Which window is key, as the client was told when it asked; nothing when it was told none.
+  driver::Datum toldKey_;
+  driver::Datum toldKeyBefore_;  // before the latest search through menus
+  bool hasJustAsked_ = false;    // by the latest reading
+  bool hasAskedSince_ = false;   // since menus were searched
+  bool hasSearched_ = false;     // since something last went down
+  int timeOuts_ = 0;             // after two of them nothing is asked any more
 };
 
 }  // namespace simulator

@@ -36,7 +36,7 @@ class broken_key_targets : public broken_run {
 
   void pressMenuItem() {
     checkSession();
-    call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+    call(Function::axPerform, {pack(platform::ElementReference{41, 99}), pack("AXPress")},
          pack(ax::Outcome{}));
     sleep(100'000);
   }
@@ -49,9 +49,25 @@ class broken_key_targets : public broken_run {
     if (type == 2) sleep(300'000);
   }
 
-  void readFocusedWindow() {
-    call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack("AXFocusedWindow")},
-         pack(platform::WireReadings{}));
+  void read(const char* attribute, std::optional<std::int64_t> told, Microseconds delay) {
+    platform::WireReadings readings;
+    if (told) readings.slots.push_back({pack(platform::ElementReference{41, *told})});
+    call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack(attribute)},
+         pack(readings), delay);
+  }
+
+  void readFocusedWindow(std::optional<std::int64_t> told = std::nullopt, Microseconds delay = 0) {
+    read("AXFocusedWindow", told, delay);
+  }
+
+  void readMenuBar(Microseconds delay = 0) { read("AXMenuBar", std::nullopt, delay); }
+
+  /// With these answers to which window is key, before and after.
+  void searchMenus(std::optional<std::int64_t> before = std::nullopt,
+                   std::optional<std::int64_t> after = std::nullopt) {
+    readFocusedWindow(before);
+    readMenuBar();
+    readFocusedWindow(after);
   }
 
   void tellNumber(std::int64_t number) {
@@ -94,11 +110,46 @@ TEST_F(broken_key_targets, that_get_their_keys_without_a_look) {
 
 TEST_F(broken_key_targets, that_get_their_keys_on_a_look_from_before_a_search_through_menus) {
   askForFront(40);
-  call(Function::axAttribute, {pack(platform::ElementReference{41, 0}), pack("AXMenuBar")},
-       pack(platform::WireReadings{}));
+  searchMenus();
   pressMenuItem();
 
   EXPECT_EQ(end(), Sentences{unlooked});
+}
+
+TEST_F(broken_key_targets, that_become_key_while_menus_are_searched) {
+  searchMenus(2, 2);
+  askForFront(40);
+  pressMenuItem();
+  searchMenus(2, std::nullopt);
+  askForFront(40);
+  pressMenuItem();
+  EXPECT_EQ(violations_, Sentences{});
+  searchMenus(2, 3);
+  askForFront(40);
+  pressMenuItem();
+
+  EXPECT_EQ(end(),
+            Sentences{"I14: keys for another window than was key before menus were searched"});
+}
+
+TEST_F(broken_key_targets, of_which_nobody_asks_whether_they_are_key_before_and_after_a_search) {
+  readMenuBar();
+  EXPECT_EQ(violations_, Sentences{"I14: menus are searched without a look at the key window"});
+  violations_.clear();
+  askForFront(40);
+  pressMenuItem();
+
+  EXPECT_EQ(end(),
+            Sentences{"I14: keys without a look at the key window since menus were searched"});
+}
+
+TEST_F(broken_key_targets, of_an_application_that_hangs_are_not_asked_for) {
+  readFocusedWindow(std::nullopt, messagingTimeout);
+  readMenuBar(messagingTimeout);
+  askForFront(40);
+  pressMenuItem();
+
+  EXPECT_EQ(end(), Sentences{});
 }
 
 TEST_F(broken_key_targets, that_the_user_was_seen_to_have_left) {

@@ -80,6 +80,9 @@ const std::string lookInFront = foreground + "ax.attribute ax.attribute ax.attri
 const std::string create = " quartz.create-keyboard-event ";
 const std::string post = liveness + session + " quartz.post loop.sleep ";
 
+/// Which window is key, before menus are searched and after.
+const std::string keyWindow = " ax.attribute ";
+
 /// Visits of elements.
 std::string visits(int count) {
   std::string calls;
@@ -121,14 +124,14 @@ TEST(seam_calls, of_a_chord) {
 TEST(seam_calls, of_a_menu_shortcut_are_one_for_each_element_up_to_the_item) {
   // The menu bar, and four elements from there to the item.
   EXPECT_EQ(callsOf({"bg-key", "Notes", "cmd+s"}),
-            oneALine(frame + "ax.attribute" + visits(4) + look + liveness + session +
-                     "ax.perform loop.sleep" + takeFocus));
+            oneALine(frame + keyWindow + "ax.attribute" + visits(4) + keyWindow + look + liveness +
+                     session + "ax.perform loop.sleep" + takeFocus));
 }
 
 TEST(seam_calls, of_a_shortcut_that_no_menu_has_are_one_for_each_element_of_the_menus) {
   EXPECT_EQ(callsOf({"bg-key", "Notes", "cmd+b"}),
-            oneALine(frame + "ax.attribute" + visits(4) + create + create + create + create + look +
-                     post + look + post + post + post + takeFocus));
+            oneALine(frame + keyWindow + "ax.attribute" + visits(4) + keyWindow + create + create +
+                     create + create + look + post + look + post + post + post + takeFocus));
 }
 
 TEST(seam_calls, of_a_shortcut_whose_key_has_a_long_name_ask_no_menu) {

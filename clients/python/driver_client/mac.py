@@ -23,6 +23,9 @@ HUNG_SECONDS = 12.0
 # Those that put right what a capture service has left: they run also when it has gone.
 PUTTING_RIGHT = ("focus-release", "lock-now")
 
+# What pastes go in turn under: no application has this name.
+CLIPBOARD = ""
+
 Result = TypeVar("Result")
 Kind = TypeVar("Kind", bound=Lines)
 
@@ -111,11 +114,15 @@ class Mac(Commands):
             command, words, self.environment(command, scope), limit, cancellations))
 
     def in_turn(self, command: str, app: Optional[str], work: Callable[[], Result]) -> Result:
-        """Does what acts on an application when nothing else acts on it."""
+        """Does what acts on an application when nothing else acts on it, and pastes when nothing else does."""
         if app is None or not COMMANDS.get(command, {"acts": True})["acts"]:
             return work()
         with self._turns.take(self._identity_of(app)):
-            return work()
+            if command != "bg-paste-files":
+                return work()
+            # All pastes share the user's clipboard, which each of two at once would take for the other's files.
+            with self._turns.take(CLIPBOARD):
+                return work()
 
     def until(self, ask: Callable[[], Result], *, timeout: float = 10, every: float = 0.2) -> Result:
         """Waits until what is asked for is so: asks at once, then again and again, and gives what is told."""

@@ -10,7 +10,7 @@ import threading
 import unittest
 from pathlib import Path
 
-from support import DRIVER, HERE, ROOT, SIMULATED_MAC, on_mac, start_mac
+from support import DESK, DRIVER, HERE, ROOT, SIMULATED_MAC, on_mac, start_mac
 
 from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, Mac, NoReplyError,
                            ServiceEndedError, TimedOutError)
@@ -145,6 +145,17 @@ class Acts(unittest.TestCase):
             acts = [call["pid"] for call in simulated.tell("trace") if call["call"] in kinds]
             changes = [pid for pid, before in zip(acts, [None, *acts]) if pid != before]
             self.assertEqual((4, 4), (len(changes), len(set(changes))))
+
+    def test_that_paste_go_one_after_the_other_whatever_the_application(self):
+        with on_mac(DESK + 'pasteboard item "public.utf8-plain-text" "mine"\n') as simulated:
+            before = simulated.state()["clipboard"]
+            pastes = [threading.Thread(target=simulated.mac.app(app).paste_files, args=(["/a"],))
+                      for app in ("Notes", "Chat")]
+            for paste in pastes:
+                paste.start()
+            for paste in pastes:
+                paste.join()
+            self.assertEqual(before, simulated.state()["clipboard"])
 
 
 class Services(unittest.TestCase):

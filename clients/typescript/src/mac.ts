@@ -7,6 +7,9 @@ import { argumentsIn, commandLine, millisecondsMax, runOnce, type RunOptions } f
 import { CaptureService } from "./service.js";
 import { Turns } from "./turns.js";
 
+/** What pastes go in turn under: no application has this name. */
+const clipboard = "";
+
 /** Two messages that a hung application does not answer: docs/WORST_CASE.md. */
 const hungMilliseconds = 12_000;
 
@@ -67,10 +70,12 @@ export class Mac extends Commands {
     return reply as Success;
   }
 
-  /** Does what acts on an application when nothing else acts on it. */
+  /** Does what acts on an application when nothing else acts on it, and pastes when nothing else does. */
   async inTurn<Result>(command: string, app: string | undefined, work: () => Promise<Result>): Promise<Result> {
     if (app === undefined || commandRows[command]?.acts === false) return work();
-    return this.#turns.take(await this.#identityOf(app), work);
+    // All pastes share the user's clipboard, which each of two at once would take for the other's files.
+    const whole = command === "bg-paste-files" ? () => this.#turns.take(clipboard, work) : work;
+    return this.#turns.take(await this.#identityOf(app), whole);
   }
 
   /** Waits until what is asked for is so: asks at once, then again and again, and gives what is told. */

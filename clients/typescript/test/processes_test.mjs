@@ -92,6 +92,14 @@ test("acts on one application go one after the other, whatever it is called", as
   });
 });
 
+test("pastes go one after the other, whatever the application", async () => {
+  await onMac(`${desk}pasteboard item "public.utf8-plain-text" "mine"\n`, async (simulated) => {
+    const before = (await simulated.state()).clipboard;
+    await Promise.all(["Notes", "Chat"].map((app) => simulated.mac.app(app).pasteFiles(["/a"])));
+    assert.deepEqual((await simulated.state()).clipboard, before);
+  });
+});
+
 test("an end of the service ends what runs beside it", async () => {
   await onMac(desk, async (simulated) => {
     const service = await simulated.mac.startCaptureService(simulated.path("lock"));

@@ -47,6 +47,9 @@ std::string withheldAfter(int units) {
                  std::to_string(units) + "}");
 }
 
+const std::string windowChanged = success(
+    R"({"error":"another window of the target app has become key; nothing was pressed","ok":false})");
+
 const std::string typed = success(R"({"ok":true,"pid":41,"via":"background","window":7})");
 
 const std::string sixtyLetters(60, 'x');
@@ -182,6 +185,50 @@ TEST(a_user_who_comes_while_menus_are_searched, sees_no_item_pressed) {
 
   EXPECT_EQ(seen(run), withheldAfter(0));
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "");
+}
+
+/// The calls of a run in which menus are searched, from the first of these to what follows the
+/// last.
+std::vector<std::string> searchOf(const char* command) {
+  TestMac mac(deskWith(""));
+  std::vector<std::string> calls = mac.driver(command).calls;
+  std::vector<std::string> numbered;
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    const bool isReading = calls[i] == "ax.attributes" || calls[i] == "ax.attribute";
+    if (isReading) numbered.push_back("any " + std::to_string(i + 1));
+  }
+  // The five last: the menu bar, the four elements of it.
+  return {numbered.end() - 6, numbered.end()};
+}
+
+// Nobody looks who is in front while menus are searched, which takes up to some seconds.
+TEST(a_user_who_comes_and_goes_while_menus_are_searched, leaves_no_other_window_to_the_command) {
+  for (const char* command :
+       {"bg-key Notes cmd+s", "bg-key Notes cmd+b", "bg-paste-files Notes /a"}) {
+    for (const std::string& call : searchOf(command)) {
+      SCOPED_TRACE(std::string(command) + ", " + call);
+      const std::string number = call.substr(4);
+      TestMac mac(deskWith(""),
+                  {before(call, toPrivate),
+                   before("any " + std::to_string(std::stoi(number) + 1), "front Browser")});
+
+      const Result run = mac.driver(command);
+
+      EXPECT_EQ(seen(run), windowChanged);
+      EXPECT_EQ(keySteps(mac), "");
+      EXPECT_EQ(mac.valueOf("Notes", "Body"), "");
+      EXPECT_EQ(clipboard(mac), "public.utf8-plain-text=old");
+    }
+  }
+}
+
+TEST(a_user_who_comes_and_goes_while_menus_are_searched,
+     and_leaves_the_window_key_changes_nothing) {
+  for (const std::string& call : searchOf("bg-key Notes cmd+s")) {
+    TestMac mac(deskWith(""), {before(call, toInbox)});
+    EXPECT_EQ(seen(mac.driver("bg-key Notes cmd+s")), typed);
+    EXPECT_EQ(mac.valueOf("Notes", "Body"), "saved");
+  }
 }
 
 TEST(a_user_who_comes_while_files_are_pasted, sees_no_paste_and_has_the_clipboard_back) {

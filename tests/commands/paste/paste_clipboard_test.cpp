@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "simulator/world/pasteboard.h"
 #include "tests/support/pasting.h"
 
@@ -10,6 +13,7 @@ using namespace testing_support;
 
 /// A paste into Notes has the clipboard from here to there, and a paste into Mail; in milliseconds.
 constexpr int taken = 40;
+constexpr int keyPressed = 52;  // into Notes, after its modifier
 constexpr int givenBackByNotes = 388;
 constexpr int givenBackByMail = 440;
 
@@ -112,15 +116,16 @@ std::string copiedBefore(const std::string& call, const std::string& expectedCli
 }
 
 TEST(paste_clipboard, keeps_what_the_user_copies_while_it_is_saved_or_written) {
-  for (const char* call : {"pasteboard.items 1", "pasteboard.change-count 2",
-                           "pasteboard.write-files 1", "pasteboard.change-count 3"}) {
+  for (const char* call :
+       {"pasteboard.items 1", "pasteboard.change-count 2", "pasteboard.write-files 1",
+        "pasteboard.change-count 3", "pasteboard.change-count 4", "pasteboard.change-count 5"}) {
     EXPECT_EQ(copiedBefore(call, newerClipboard), refused(nothingPasted)) << call;
   }
 }
 
 TEST(paste_clipboard, keeps_what_the_user_copies_around_its_restoring) {
   for (const char* call :
-       {"pasteboard.change-count 1", "pasteboard.change-count 4", "pasteboard.write 1"}) {
+       {"pasteboard.change-count 1", "pasteboard.change-count 6", "pasteboard.write 1"}) {
     EXPECT_EQ(copiedBefore(call, newerClipboard), pastedIntoNotes) << call;
   }
 }
@@ -140,9 +145,10 @@ TEST(paste_clipboard, keeps_what_the_user_copies_at_any_millisecond) {
     const Result run = mac.driver("bg-paste-files Notes /a.txt");
 
     SCOPED_TRACE(time);
-    ASSERT_EQ(seen(run), pastedIntoNotes);
+    const bool beforeUse = time > taken && time <= keyPressed;
+    ASSERT_EQ(seen(run), beforeUse ? refused(nothingPasted) : pastedIntoNotes);
     ASSERT_EQ(clipboard(mac), newerClipboard);
-    ASSERT_EQ(run.elapsed, 478'000);
+    ASSERT_EQ(run.elapsed, beforeUse ? 454'000 : 478'000);
     const bool duringUse = time > taken && time <= givenBackByNotes;
     ASSERT_EQ(count(run.effects, "pasteboard clear"), duringUse ? 1U : 2U);
   }
@@ -160,6 +166,29 @@ TEST(paste_clipboard, keeps_what_the_user_copies_during_a_paste_by_menu) {
     ASSERT_EQ(run.elapsed, 530'000);
     const bool duringUse = time > taken && time <= givenBackByMail;
     ASSERT_EQ(count(run.effects, "pasteboard clear"), duringUse ? 1U : 2U);
+  }
+}
+
+// A menu bar has hundreds of items, and an application takes its time over each.
+TEST(paste_clipboard, is_not_pasted_from_when_the_user_copies_while_menus_are_searched) {
+  TestMac counted(pastingDesk);
+  const std::vector<std::string> calls = counted.driver("bg-paste-files Mail /a.txt").calls;
+  const auto written = std::find(calls.begin(), calls.end(), "pasteboard.write-files");
+  const auto pressed = std::find(written, calls.end(), "ax.perform");
+  const auto looked =
+      std::find(std::reverse_iterator(pressed), calls.rend(), "pasteboard.change-count").base();
+  EXPECT_GT(looked - written, 5);
+  for (auto call = written + 1; call != looked; ++call) {
+    const std::string number = std::to_string(call - calls.begin() + 1);
+    SCOPED_TRACE(number + " " + *call);
+    TestMac mac(pastingDesk, {"any " + number + " before user copy newer"});
+
+    EXPECT_EQ(seen(mac.driver("bg-paste-files Mail /a.txt")), refused(nothingPasted));
+
+    mac.desktop().advanceTo(5'000'000);
+    EXPECT_EQ(attachedFiles(mac, "Mail"), "");
+    EXPECT_EQ(mac.valueOf("Mail", "Letter"), "");
+    EXPECT_EQ(clipboard(mac), newerClipboard);
   }
 }
 
