@@ -3,14 +3,17 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { setTimeout as moment } from "node:timers/promises";
+import { fileURLToPath } from "node:url";
 import { tasks } from "./agent.mjs";
 import { file, left, startAgent, startMac, ways } from "./support.mjs";
 
 const worlds = Object.keys(tasks);
 
+const python = ["/usr/bin/python3", fileURLToPath(new URL("agent.py", import.meta.url))];
+
 /** An agent in a process of its own: it is killed itself, and with it the host of its server. */
-const inProcess = (way) => async (simulated, world) => {
-  const { agent, over, lines } = await startAgent(simulated, [way, world]);
+const inProcess = (way, program) => async (simulated, world) => {
+  const { agent, over, lines } = await startAgent(simulated, [way, world], program);
   const ended = Promise.all([over, lines.next()]);
   return { pid: agent, isDone: async () => (await ended)[1].value === "done", ended };
 };
@@ -60,5 +63,6 @@ async function killAtMoments(start, momentsCount) {
 }
 
 test("a client that is killed leaves nothing behind", () => killAtMoments(inProcess("client"), 50));
+test("a client in Python that is killed leaves nothing behind", () => killAtMoments(inProcess("client", python), 50));
 test("a server that is killed leaves nothing behind", () => killAtMoments(withServer, 50));
 test("a server whose host is killed leaves nothing behind", () => killAtMoments(inProcess("server"), 15));
