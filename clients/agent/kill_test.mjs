@@ -45,7 +45,7 @@ async function run(start, world, milliseconds) {
   }
 }
 
-/** Most of the moments must have come before a task's end. */
+/** Kills at that many moments. One that comes too late, since the machine has become faster, is tried again. */
 async function killAtMoments(start, momentsCount) {
   const durations = new Map();
   for (const world of worlds) {
@@ -53,13 +53,15 @@ async function killAtMoments(start, momentsCount) {
     assert.ok(isDone);
     durations.set(world, duration);
   }
-  let inTime = 0;
-  for (let count = 0; count < momentsCount; ++count) {
+  const triesMax = 3 * momentsCount;
+  let count = 0;
+  for (let tries = 0; count < momentsCount && tries < triesMax; ++tries) {
     const world = worlds[count % worlds.length];
-    const { isDone } = await run(start, world, (durations.get(world) * count) / momentsCount);
-    if (!isDone) ++inTime;
+    const { isDone, duration } = await run(start, world, (durations.get(world) * count) / momentsCount);
+    if (isDone) durations.set(world, duration);
+    else ++count;
   }
-  assert.ok(inTime >= momentsCount / 2, `${inTime} of ${momentsCount} came in time`);
+  assert.equal(count, momentsCount);
 }
 
 test("a client that is killed leaves nothing behind", () => killAtMoments(inProcess("client"), 50));
