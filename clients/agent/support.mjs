@@ -49,7 +49,7 @@ export function left(simulated) {
 /** An agent in a process of its own: the processes by their roles, what it said, and its end. */
 export async function startAgent(simulated, words, program = [process.execPath, fileURLToPath(new URL("main.mjs", import.meta.url))]) {
   const environment = { ...environmentOf(simulated), DRIVER_EXECUTABLE: executables.driver,
-    SIMULATED_MAC_EXECUTABLE: executables.simulatedMac };
+    SIMULATED_MAC_EXECUTABLE: executables.simulatedMac, PYTHONPATH: fileURLToPath(new URL("clients/python", root)) };
   const child = spawn(program[0], [...program.slice(1), ...words, file], { env: environment, stdio: ["ignore", "pipe", "ignore"] });
   const over = once(child, "close");
   const lines = createInterface({ input: child.stdout })[Symbol.asyncIterator]();

@@ -5,7 +5,7 @@ import signal
 import struct
 import threading
 
-from mac import SECONDS_MAX, Talk
+from mac import SECONDS_MAX
 from normalise import Normaliser
 from sides import APPLICATION, APPLICATION_NAME
 
@@ -121,7 +121,7 @@ class Player:
 
     def _talk(self, step):
         words = self._words(step["talk"])
-        talk = Talk(self._desk, words)
+        talk = self._desk.talk(words, step["end"])
         # One that says nothing must not hold up the rest. SIGTERM lets a service give back focus.
         limit = threading.Timer(SECONDS_MAX, talk.process.terminate)
         limit.start()

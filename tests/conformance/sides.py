@@ -8,7 +8,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from mac import SECONDS_MAX, Mac, plain_environment, run_driver
+from mac import SECONDS_MAX, Mac, Talk, plain_environment, run_driver
 
 HERE = Path(__file__).resolve().parent
 APPLICATION = "com.zentrove.desk.fixture"
@@ -29,6 +29,10 @@ class Desk:
     def windows(self):
         """What the system tells of the fixture and its windows, front to back."""
         return self.driver("windows", APPLICATION).reply
+
+    def talk(self, words, _end):
+        """A run that keeps going until it is ended in this way."""
+        return Talk(self, words)
 
     def titles(self):
         return {window["id"]: window["title"] for window in self.windows().get("windows", [])}
