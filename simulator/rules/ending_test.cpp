@@ -48,6 +48,19 @@ TEST_F(told_run, that_says_something_else) {
             Sentences{"I24: the run was told to end, and does not say so"});
 }
 
+TEST_F(told_run, need_not_say_that_the_service_had_gone) {
+  checkService(false);
+  tell();
+  EXPECT_EQ(endBySignal(), Sentences{});
+}
+
+TEST_F(told_run, that_ends_by_itself_says_that_the_service_had_gone) {
+  checkService(false);
+  call(Function::writeOutput, {pack(done), pack(true)}, pack(true));
+  tell();
+  EXPECT_EQ(end(done), Sentences{"I2: the run did not end with the refusal"});
+}
+
 TEST_F(told_run, that_had_begun_its_reply_may_end_as_if_nothing_had_come) {
   call(Function::writeOutput, {pack(done), pack(true)}, pack(true));
   tell();

@@ -71,7 +71,10 @@ void OutputRules::checkReply(const ReplyFacts& reply, Violations& violations) co
   }
   if (reply.ok && client.status != 0) violations.push_back("I6: success with a failure status");
   if (client.status != 0 && client.status != 1) violations.push_back("I6: unknown exit status");
-  if (run_.livenessFailed && (client.status != 1 || !isLivenessRefusal(client.output))) {
+  // Who is told to end after that check says so instead, and ends by the signal.
+  const bool endsAsTold = client.told && client.diedBySignal == client.told->signal;
+  const bool isRefusal = client.status == 1 && isLivenessRefusal(client.output);
+  if (run_.livenessFailed && !isRefusal && !endsAsTold) {
     violations.push_back("I2: the run did not end with the refusal");
   }
   if (isPointerCommand(run_) && run_.everUnusable && reply.ok) {

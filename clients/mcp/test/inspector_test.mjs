@@ -1,8 +1,9 @@
 // The protocol's Inspector, from its command line, gets along with the server.
 import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
-import { readFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, symlinkSync } from "node:fs";
 import { createRequire } from "node:module";
+import { tmpdir } from "node:os";
 import { dirname, join } from "node:path";
 import { test } from "node:test";
 import { fileURLToPath } from "node:url";
@@ -40,8 +41,12 @@ test("the Inspector lists, calls and reads", async () => {
 test("the example of the page does what the page says", async () => {
   const page = readFileSync(new URL("clients/mcp/README.md", root), "utf8");
   const [, example] = page.match(/^```sh title=try.sh\n(.*?)^```$/ms);
-  const path = [dirname(executables.driver), dirname(executables.simulatedMac),
+  // By the names that an installation gives them.
+  const installed = mkdtempSync(join(tmpdir(), "driver-mcp-"));
+  symlinkSync(server, join(installed, "driver-mcp"));
+  const path = [dirname(executables.driver), dirname(executables.simulatedMac), installed,
     fileURLToPath(new URL("clients/node_modules/.bin", root)), process.env.PATH].join(":");
   const { stdout } = await promisify(execFile)("sh", ["-c", example], { cwd: fileURLToPath(new URL("clients/mcp", root)), env: { ...process.env, PATH: path } });
+  rmSync(installed, { recursive: true });
   assert.equal(JSON.parse(stdout).structuredContent.element.label, "Reply");
 });
