@@ -191,7 +191,9 @@ Json axPressInDocument(Stage& stage, const Words& words) {
   if (buttons.size() != 1) {
     throw Failure{"the expected conversation has no unique button with that exact label"};
   }
-  return pressed(stage, buttons[0], {{"pressed", words[2]}, {"document", words[1]}});
+  return pressed(
+      stage, buttons[0],
+      {{"pressed", labelOf(stage, buttons[0])}, {"document", labelOf(stage, documents[0])}});
 }
 
 }  // namespace oracle

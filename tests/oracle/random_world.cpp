@@ -215,7 +215,7 @@ class Writer {
     if (!label.empty()) words += " " + inTextQuotes(label);
     if (!chance_.oneIn(6)) words += " " + place(chance_.oneIn(6) ? 0 : 8, 300);
     words += habits(role);
-    if (!label.empty()) labels_.push_back(label);
+    if (!label.empty() && role != "AXSheet") labels_.push_back(label);  // windows have none
     line(indent, words);
     const bool isComposer = words.find(" composer") != std::string::npos;
     if (indent > 6 || isComposer || takesTextByRole(role)) return;
