@@ -92,7 +92,8 @@ std::string InsertRules::withoutDecoration(const Key& key, const std::string& va
 std::set<std::string> InsertRules::ownTexts() const {
   std::set<std::string> texts;
   if (run_.client.arguments.size() <= owned) return texts;
-  const auto list = nlohmann::json::parse(argument(owned), nullptr, false);
+  // A run's arguments are texts: what is ill-formed in them was repaired as in what a field holds.
+  const auto list = nlohmann::json::parse(driver::repairedUtf8(argument(owned)), nullptr, false);
   const bool isList =
       list.is_array() &&
       std::all_of(list.begin(), list.end(), [](const auto& each) { return each.is_string(); });

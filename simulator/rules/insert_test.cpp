@@ -96,6 +96,12 @@ TEST_F(insertion_rules, may_replace_its_own_text_and_whatever_a_message_replaces
   read("AXValue");
   EXPECT_EQ(end(), noViolations);
 
+  begin("\n    AXTextArea \"F\" value \"\\xE9t\"", "replace", "new", "[\"\xE9t\"]");
+  read("AXValue");
+  write("AXValue", "new");
+  read("AXValue");
+  EXPECT_EQ(end(), noViolations);
+
   begin("\n    AXTextArea \"F\" value \"old\"", "replace", "new", R"(["old",3])");
   write("AXValue", "new");
   EXPECT_EQ(end(false), replaced);
