@@ -69,11 +69,12 @@ std::optional<ax::Element> menuEquivalent(platform::Pid pid, std::string_view ch
   return std::nullopt;
 }
 
-/// Throws InputFailure when another window than `before` is key by now. The user may have come,
-/// chosen it and gone while nobody looked who is in front.
+/// Throws InputFailure when another window than `before`, and than the one that is meant, is key by
+/// now. The user may have come, chosen it and gone while nobody looked who is in front.
 void requireKeyWindow(const std::optional<ax::Element>& before, const KeyboardInput& input) {
   const std::optional<ax::Element> now = input.keyWindow();
   if (!before || !now || ax::hash(*before) == ax::hash(*now)) return;
+  if (input.hasKeyboard()) return;
   input.requireKeyboard();
   throw InputFailure("another window of the target app has become key; nothing was pressed");
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "main/replies.h"
+#include "tests/support/inside.h"
 
 namespace driver {
 namespace {
@@ -69,6 +70,35 @@ TEST(keyCombination, names_the_first_word_that_it_does_not_know) {
   EXPECT_EQ(complaint("cmd-a"), "unknown key: cmd-a");
   EXPECT_EQ(complaint("\u00C9"), "unknown key: \u00E9");
   EXPECT_EQ(complaint("\uFF0B"), "unknown key: \uFF0B");  // a full-width plus divides nothing
+}
+
+/// What becomes of a shortcut of Notes that is meant for this window, when the user comes to Outbox
+/// and goes again while the menus are searched.
+std::string pressedFor(platform::WindowNumber window) {
+  testing_support::TestMac mac(
+      R"(
+    app Browser pid 40 frontmost
+    app Notes pid 41
+        menu File > Save cmd s
+        window 7 "Inbox" at 100,80 size 300x300
+        window 8 "Outbox" at 500,80 size 300x300
+)",
+      {"ax.attributes 2 before user click 600,200", "ax.attributes 3 before front Browser"});
+  return testing_support::valueInside(mac, [&]() -> std::string {
+    try {
+      return key("cmd+s", KeyboardInput({41, window})) ? "pressed" : "withheld";
+    } catch (const InputFailure& failure) {
+      return failure.message();
+    }
+  });
+}
+
+TEST(key, is_not_pressed_when_another_window_has_become_key_while_menus_were_searched) {
+  EXPECT_EQ(pressedFor(7), "another window of the target app has become key; nothing was pressed");
+}
+
+TEST(key, is_pressed_when_the_window_that_is_meant_has_become_key) {
+  EXPECT_EQ(pressedFor(8), "pressed");
 }
 
 }  // namespace

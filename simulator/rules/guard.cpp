@@ -1,11 +1,11 @@
 #include "simulator/rules/guard.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "base/numbers.h"
 #include "simulator/mac/arguments.h"
+#include "simulator/rules/tap_events.h"
 
 namespace simulator {
 
@@ -20,20 +20,6 @@ constexpr Microseconds firstSecond = 1'000'000;
 
 /// After which the system lets an event go on that a tap has not answered for.
 constexpr Microseconds tapPatience = 1'000'000;
-
-bool isNotice(const tap::Event& event) {
-  return event.type == tap::disabledByTimeout || event.type == tap::disabledByUserInput;
-}
-
-bool isMovement(const tap::Event& event) {
-  return event.type == static_cast<std::uint32_t>(quartz::EventType::mouseMoved);
-}
-
-/// What is neither the tool's own input nor the trembling of a hand.
-bool isUsers(const tap::Event& event) {
-  if (event.sourceUserData == ownEventTag) return false;
-  return !isMovement(event) || std::abs(event.deltaX) + std::abs(event.deltaY) >= 2;
-}
 
 }  // namespace
 

@@ -122,11 +122,17 @@ void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
 
 /// I14: what is pressed after a search through menus goes to the key window. The user may have come
 /// meanwhile, chosen another one, and gone.
-void KeyTargetRules::checkSearch(Violations& violations) {
+void KeyTargetRules::checkSearch(Pid pid, Violations& violations) {
   if (!std::exchange(hasSearched_, false) || timeOuts_ > 1) return;
   if (!hasAskedSince_) {
     violations.push_back("I14: keys without a look at the key window since menus were searched");
-  } else if (!toldKeyBefore_.isNothing() && !toldKey_.isNothing() && toldKeyBefore_ != toldKey_) {
+  }
+  const auto meant = meant_.find(pid);
+  const World& world = run_.mac.world;
+  const bool isMeant =
+      meant != meant_.end() && meant->second == keysOf(world, findApplication(world, pid));
+  const bool isTold = !toldKeyBefore_.isNothing() && !toldKey_.isNothing();
+  if (hasAskedSince_ && isTold && toldKeyBefore_ != toldKey_ && !isMeant) {
     violations.push_back("I14: keys for another window than was key before menus were searched");
   }
 }
@@ -164,7 +170,7 @@ void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
     violations.push_back("I14: keys without a look at the foreground before them");
   }
   hasLooked_ = false;
-  checkSearch(violations);
+  checkSearch(pid, violations);
   if (!wasTold_ || isStale_ || found_.pid != pid) return;
   const auto meant = meant_.find(pid);
   if (meant != meant_.end() && meant->second != found_.window) {

@@ -30,7 +30,7 @@ class KeyTargetRules : public Rule {
   Owner owner() const;
   void noteReading(const ObservedCall& seen, const Answer& answer, Violations& violations);
   void noteFocusedWindow(const platform::Call& call);
-  void checkSearch(Violations& violations);
+  void checkSearch(Pid pid, Violations& violations);
   void checkPost(const platform::Call& call, Violations& violations);
   void checkAct(Pid pid, bool needsLook, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);

@@ -5,11 +5,14 @@
 
 #include "base/utf16.h"
 #include "base/utf8.h"
+#include "platform/text.h"
 #include "simulator/input/posted_event.h"
 #include "simulator/input/records.h"
 #include "simulator/mac/arguments.h"
 #include "simulator/rules/pace.h"
 #include "simulator/rules/replies.h"
+#include "simulator/world/attributes.h"
+#include "simulator/world/elements.h"
 #include "simulator/world/keyboard_layouts.h"
 #include "simulator/world/utf16_text.h"
 
@@ -76,7 +79,7 @@ std::string KeyRules::payload() const {
 }
 
 KeyRules::Combination KeyRules::combination() const {
-  if (run_.command() == "bg-paste-files") return {codeOf("v"), commandFlag};
+  if (run_.command() == "bg-paste-files") return {"v", codeOf("v"), commandFlag};
   Combination result;
   std::string rest = lowered(payload());
   while (!rest.empty()) {
@@ -89,6 +92,7 @@ KeyRules::Combination KeyRules::combination() const {
     if (word != std::end(modifierWords)) {
       result.flags |= word->second;
     } else {
+      result.key = piece;
       result.code = codeOf(piece);
     }
   }
@@ -144,7 +148,32 @@ bool KeyRules::isComplete() const {
 void KeyRules::before(const ObservedCall& seen, Violations& violations) {
   if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
   if (isPost(seen.call.function)) checkPost(violations);
+  if (seen.call.function == Function::axPerform && !misled_ &&
+      !hasShortcut(Arguments(seen.call).get<platform::ElementReference>(0))) {
+    violations.push_back("I8: a menu item is pressed that has not this shortcut");
+  }
   if (seen.call.function == Function::postRecord) checkRecord(seen.call, violations);
+}
+
+/// True for an enabled menu item of the combination's shortcut; one that has gone does no harm.
+bool KeyRules::hasShortcut(const platform::ElementReference& reference) const {
+  const Application* application = findApplication(run_.mac.world, reference.pid);
+  const Element* item = application == nullptr ? nullptr : findElement(*application, reference.id);
+  if (item == nullptr) return true;
+  const auto held = [&](const char* name) {
+    return readAttribute(run_.mac.world, *application, reference.id, name, run_.mac.now).value;
+  };
+  const auto character = held("AXMenuItemCmdChar");
+  const auto* shown = character ? std::get_if<std::string>(&*character) : nullptr;
+  const auto modifiers = held("AXMenuItemCmdModifiers");
+  const Combination keys = combination();
+  double mask = 0;
+  for (const auto& [flag, bit] : {std::pair(shiftFlag, 1), {optionFlag, 2}, {controlFlag, 4}}) {
+    if ((keys.flags & flag) != 0) mask += bit;
+  }
+  return item->role == "AXMenuItem" && isEnabled(*item) && shown != nullptr &&
+         text::lowercase(*shown) == keys.key &&
+         (modifiers ? numberOf(*modifiers) : 0).value_or(0) == mask;
 }
 
 void KeyRules::checkPost(Violations& violations) {
@@ -171,7 +200,11 @@ void KeyRules::checkKey(const EventImage& event, Violations& violations) {
     steps_.emplace_back(event.keyCode, !up);
     if (up && event.keyCode == key_codes::returnKey) ++lineBreaks_;
   } else if (!up) {
-    typed_ += unitsOf(event.text);
+    const std::u16string piece = unitsOf(event.text);
+    if (piece.size() > unitsMax && text::characters(utf8Of(piece)).size() > 1) {
+      violations.push_back("I8: a piece of text is longer than receivers take");
+    }
+    typed_ += piece;
   }
   const bool isDown = std::find(down_.begin(), down_.end(), event.keyCode) != down_.end();
   if (!up) {
@@ -196,6 +229,9 @@ void KeyRules::checkRecord(const Call& call, Violations& violations) {
 }
 
 void KeyRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
+  const Function function = seen.call.function;
+  const bool reads = function == Function::axAttribute || function == Function::axAttributes;
+  if (reads && seen.faulty) misled_ = true;
   if (!isWatched(seen.call.function) || !run_.pressesKeys()) return;
   const Arguments arguments(seen.call);
   switch (seen.call.function) {

@@ -11,8 +11,9 @@
 namespace simulator {
 
 /// What must hold of a client that presses keys, types or pastes: the keys and modifiers are those
-/// that were asked for, each goes down and up again, a success means that nothing was left out that
-/// could be created, and what a refusal says of the text that was typed is true.
+/// that were asked for, or the menu item of that shortcut; each goes down and up again, a success
+/// means that nothing was left out that could be created, and what a refusal says of the text that
+/// was typed is true.
 class KeyRules : public Rule {
  public:
   using Rule::Rule;
@@ -25,6 +26,7 @@ class KeyRules : public Rule {
   using Step = std::pair<std::int64_t, bool>;  // a key's code, and whether it goes down
 
   struct Combination {
+    std::string key;         // its name
     std::int64_t code = -1;  // below 0: none
     std::uint64_t flags = 0;
   };
@@ -36,6 +38,7 @@ class KeyRules : public Rule {
   std::uint64_t flagsTold(const platform::EventImage& event) const;
   bool isComplete() const;
   bool endsLine(const platform::EventImage& event) const;
+  bool hasShortcut(const platform::ElementReference& reference) const;
   void checkPost(Violations& violations);
   void checkKey(const platform::EventImage& event, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);
@@ -45,6 +48,7 @@ class KeyRules : public Rule {
   std::u16string typed_;
   std::size_t lineBreaks_ = 0;
   bool menuPressed_ = false;
+  bool misled_ = false;  // by a fault, about an element
   bool outOfOrder_ = false;
   std::size_t notCreated_ = 0;  // events
 };

@@ -19,6 +19,8 @@ using testing_support::Sentences;
 
 class broken_keys : public broken_run {
  protected:
+  static constexpr ElementId gone = 99;  // an element that there is not, or not any more
+
   void run(const char* command, const char* payload) {
     client_.arguments = {"driver", command, "Notes", payload};
   }
@@ -98,11 +100,54 @@ TEST_F(broken_keys, are_not_those_of_a_menu_that_took_the_shortcut) {
   run("bg-paste-files", "/a");
   checkSession();
   askForFront(40);
-  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+  call(Function::axPerform, {pack(platform::ElementReference{41, gone}), pack("AXPress")},
        pack(ax::Outcome{}));
   sleep(100'000);
 
   EXPECT_EQ(end(done), Sentences{});
+}
+
+TEST_F(broken_keys, that_press_a_menu_item_of_another_shortcut) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41
+        menu File > Save cmd s
+        menu File > "Save As" cmd shift s
+        menu File > Close cmd w disabled
+        menu File > Plain
+        window 7 "Inbox" at 100,100 size 200x200)");
+  const auto press = [&](const char* combination, const std::string& title) {
+    run("bg-key", combination);
+    WatchedRun facts(mac_, client_);
+    KeyRules rule(facts);
+    Sentences violations;
+    for (const Element& each : mac_.world.applications.front().elements) {
+      const auto own = each.attributes.find("AXTitle");
+      if (own == each.attributes.end() || own->second != AttributeValue(title)) continue;
+      const platform::Call call{Function::axPerform,
+                                {pack(platform::ElementReference{41, each.id}), pack("AXPress")}};
+      rule.before({call}, violations);
+    }
+    return violations;
+  };
+  const Sentences other = {"I8: a menu item is pressed that has not this shortcut"};
+
+  EXPECT_EQ(press("cmd+s", "Save"), Sentences{});
+  EXPECT_EQ(press("Shift+Cmd+S", "Save As"), Sentences{});
+  EXPECT_EQ(press("cmd+shift+s", "Save"), other);
+  EXPECT_EQ(press("cmd+s", "Save As"), other);
+  EXPECT_EQ(press("cmd+a", "Save"), other);
+  EXPECT_EQ(press("cmd+w", "Close"), other);
+  EXPECT_EQ(press("cmd+s", "Plain"), other);
+  EXPECT_EQ(press("cmd+s", "Inbox"), other);
+}
+
+TEST_F(broken_keys, that_type_longer_pieces_than_receivers_take) {
+  const std::string twenty = "12345678901234567890";
+  run("bg-type", "1234567890123456789012345678901234567890x");
+  typeText(twenty);
+  EXPECT_EQ(violations_, Sentences{});
+  typeText(twenty + "x");
+  EXPECT_EQ(violations_, Sentences{"I8: a piece of text is longer than receivers take"});
 }
 
 TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus) {
@@ -112,7 +157,7 @@ TEST_F(broken_keys, that_hurry_after_a_menu_a_line_a_record_or_a_restored_focus)
   keyRecord(1);
   keyRecord(2);
   askForFront(40);
-  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+  call(Function::axPerform, {pack(platform::ElementReference{41, gone}), pack("AXPress")},
        pack(ax::Outcome{}));
   call(Function::axSetAttribute,
        {pack(platform::ElementReference{41, 3}), pack("AXFocused"), pack(true)},
@@ -131,7 +176,7 @@ TEST_F(broken_keys, owe_no_wait_for_what_was_refused) {
   keyRecord(1);
   keyRecord(2, 7, -600);
   askForFront(40);
-  call(Function::axPerform, {pack(platform::ElementReference{41, 3}), pack("AXPress")},
+  call(Function::axPerform, {pack(platform::ElementReference{41, gone}), pack("AXPress")},
        pack(ax::Outcome{ax::Error::failure, false}));
 
   EXPECT_EQ(end(), Sentences{});

@@ -15,6 +15,7 @@
 #include "simulator/rules/posting.h"
 #include "simulator/rules/scope.h"
 #include "simulator/rules/user.h"
+#include "simulator/rules/watcher.h"
 
 namespace simulator {
 
@@ -36,7 +37,7 @@ std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
 std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
   return make<EndingRules, UserRules, PaceRules, ScopeRules, PostingRules, ElementRules,
               InsertRules, GuardRules, GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules,
-              FocusRules, OutputRules>(run);
+              FocusRules, WatcherRules, OutputRules>(run);
 }
 
 }  // namespace
