@@ -10,7 +10,10 @@ import { file, left, startAgent, startMac, ways } from "./support.mjs";
 
 const worlds = Object.keys(tasks);
 
-const python = ["/usr/bin/python3", fileURLToPath(new URL("agent.py", import.meta.url))];
+const python = [
+  process.env["CLIENTS_PYTHON"] ?? "python3",
+  fileURLToPath(new URL("agent.py", import.meta.url))
+];
 
 /** An agent in a process of its own: it is killed itself, and with it the host of its server. */
 const inProcess = (way, program) => async (simulated, world) => {

@@ -27,7 +27,7 @@ test("every tool says what driver replies, as text and as structure", async () =
   );
 });
 
-test("every function of driver is a tool, and every tool is in a group", () => {
+test("every function of driver is a tool, and every tool is in a group, and on the page", () => {
   const described = JSON.parse(
     readFileSync(new URL("packaging/contract/tools.json", root), "utf8")
   );
@@ -35,7 +35,15 @@ test("every function of driver is a tool, and every tool is in a group", () => {
     toolRows.map((row) => row.name),
     Object.keys(described.tools)
   );
-  for (const { name } of toolRows) assert.ok(name.split("_")[0] in groups, name);
+  const page = readFileSync(new URL("clients/mcp/README.md", root), "utf8");
+  for (const group of Object.keys(groups)) {
+    const [, row] = page.match(new RegExp(`^\\| \`${group}_\` \\| (.*) \\|$`, "m"));
+    const names = row.split(", ").map((one) => `${group}_${one.replaceAll("`", "")}`);
+    assert.deepEqual(
+      names,
+      toolRows.map((one) => one.name).filter((name) => name.startsWith(`${group}_`))
+    );
+  }
 });
 
 test("schemas are strict, and annotations say what a tool may do", async () => {
