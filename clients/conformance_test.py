@@ -46,13 +46,15 @@ def arguments_of(words):
             given[row["name"]], rest = rest, []
         else:
             word = rest.pop(0)
-            given[row["name"]] = json.loads(word) if row["json"] else value_of(schema["properties"][row["name"]], word)
+            described = schema["properties"][row["name"]]
+            given[row["name"]] = json.loads(word) if row["json"] else value_of(described, word)
     return None if rest else given
 
 
 def value_of(schema, word):
     """A number where one is meant, and the word is one."""
-    if "number" not in [one.get("type") for one in [schema, *schema.get("anyOf", [])]] and schema.get("type") != "integer":
+    kinds = {one.get("type") for one in [schema, *schema.get("anyOf", [])]}
+    if not kinds & {"number", "integer"}:
         return word
     try:
         return int(word)

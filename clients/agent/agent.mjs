@@ -1,7 +1,11 @@
-// An agent that does what it was asked to in three applications, and is careful about it. It works alike
-// through the client and through the server for models: a desk gives it applications, and lets it wait.
+// An agent that does what it was asked to in three applications, and is careful about it. It works
+// alike through the client and through the server for models: a desk gives it applications, and
+// lets it wait.
 
-/** What refuses keys while the user is at that keyboard: nothing was done, and it may be tried again. */
+/**
+ * What refuses keys while the user is at that keyboard: nothing was done, and it may be tried
+ * again.
+ */
 const busy = new Set(["user-in-other-window", "keyboard-owned-by-user"]);
 
 /** Pastes the file into the field when the user is not in the application. */
@@ -43,13 +47,16 @@ async function write(app, label, text) {
 export async function mail(desk, file) {
   const inbox = await desk.open("Mail", "Inbox");
   const { counts } = await inbox.findText(["Grace Hopper — Minutes"]);
-  if (counts["Grace Hopper — Minutes"] !== 1) throw new Error("there is no such mail, or more than one");
+  if (counts["Grace Hopper — Minutes"] !== 1)
+    throw new Error("there is no such mail, or more than one");
   const row = (await inbox.match("Grace Hopper — Minutes")).element.frame;
   await inbox.click(row.x + row.width / 2, row.y + row.height / 2);
   await shown(desk, inbox, "minutes of Tuesday");
   await inbox.press("Reply");
   const all = await desk.open("Mail");
-  await desk.until(async () => (await all.windows()).windows.some((one) => one.title === "Re: Minutes"));
+  await desk.until(async () =>
+    (await all.windows()).windows.some((one) => one.title === "Re: Minutes")
+  );
 
   const letter = await desk.open("Mail", "Re: Minutes");
   await write(letter, "Message", "Dear Grace, here they are.");

@@ -14,7 +14,10 @@ function untilOn(program, environment) {
     for (let tries = 0; tries < triesMax; ++tries) {
       const told = await ask();
       if (told !== undefined && told !== null && told !== false) return told;
-      await once(spawn(program, ["advance", "200ms"], { env: environment, stdio: "ignore" }), "exit");
+      await once(
+        spawn(program, ["advance", "200ms"], { env: environment, stdio: "ignore" }),
+        "exit"
+      );
     }
     throw new Error("it was waited for in vain");
   };
@@ -25,9 +28,11 @@ export async function clientDesk({ driver, simulatedMac, lock, environment }) {
   const mac = new Mac({ driver, environment });
   const service = await mac.startCaptureService(lock);
   return {
-    pid: process.pid, until: untilOn(simulatedMac, environment),
-    open: async (name, scope) => (await service.open(name, scope === undefined ? {} : { scope })).app,
-    end: () => service.end(),
+    pid: process.pid,
+    until: untilOn(simulatedMac, environment),
+    open: async (name, scope) =>
+      (await service.open(name, scope === undefined ? {} : { scope })).app,
+    end: () => service.end()
   };
 }
 
@@ -40,8 +45,14 @@ class Tools extends Commands {
 
   async run(command, given) {
     const scope = this.scope === undefined ? {} : { scope: this.scope };
-    const told = await this.client.callTool({ name: this.tools.get(command), arguments: { ...given, ...scope } });
-    if (told.isError) throw Object.assign(new Error(told.structuredContent.error), { id: told.structuredContent.id });
+    const told = await this.client.callTool({
+      name: this.tools.get(command),
+      arguments: { ...given, ...scope }
+    });
+    if (told.isError)
+      throw Object.assign(new Error(told.structuredContent.error), {
+        id: told.structuredContent.id
+      });
     return told.structuredContent;
   }
 }
@@ -49,7 +60,10 @@ class Tools extends Commands {
 /** Applications through a server of the agent's own. */
 export async function serverDesk({ driver, simulatedMac, environment }) {
   const transport = new StdioClientTransport({
-    command: process.execPath, args: [server, "--driver", driver], env: environment });
+    command: process.execPath,
+    args: [server, "--driver", driver],
+    env: environment
+  });
   const client = new Client({ name: "agent", version: "1" });
   await client.connect(transport);
   const tools = new Map();
@@ -57,8 +71,9 @@ export async function serverDesk({ driver, simulatedMac, environment }) {
     if (!tools.has(_meta.command)) tools.set(_meta.command, name);
   }
   return {
-    pid: transport.pid, until: untilOn(simulatedMac, environment),
+    pid: transport.pid,
+    until: untilOn(simulatedMac, environment),
     open: async (name, scope) => new App(new Tools(client, tools, scope), name),
-    end: () => client.close(),
+    end: () => client.close()
   };
 }

@@ -1,5 +1,6 @@
-// The agent, or the server that it works through, is killed at moments that lie evenly over its tasks. Each
-// time everything that it had begun ends by itself, and gives back what it had borrowed.
+// The agent, or the server that it works through, is killed at moments that lie evenly over its
+// tasks. Each time everything that it had begun ends by itself, and gives back what it had
+// borrowed.
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { setTimeout as moment } from "node:timers/promises";
@@ -9,7 +10,10 @@ import { file, left, startAgent, startMac, ways } from "./support.mjs";
 
 const worlds = Object.keys(tasks);
 
-const python = ["/usr/bin/python3", fileURLToPath(new URL("agent.py", import.meta.url))];
+const python = [
+  process.env["CLIENTS_PYTHON"] ?? "python3",
+  fileURLToPath(new URL("agent.py", import.meta.url))
+];
 
 /** An agent in a process of its own: it is killed itself, and with it the host of its server. */
 const inProcess = (way, program) => async (simulated, world) => {
@@ -21,11 +25,17 @@ const inProcess = (way, program) => async (simulated, world) => {
 /** An agent in this process, whose server is killed. */
 const withServer = async (simulated, world) => {
   const desk = await ways.server(simulated);
-  const task = tasks[world](desk, file).then(() => true, () => false);
+  const task = tasks[world](desk, file).then(
+    () => true,
+    () => false
+  );
   return { pid: desk.pid, isDone: () => task, ended: task.then(() => desk.end()) };
 };
 
-/** Runs a task, and kills it after that many milliseconds, or never. Gives whether it was done, and how long that took. */
+/**
+ * Runs a task, and kills it after that many milliseconds, or never. Gives whether it was done, and
+ * how long that took.
+ */
 async function run(start, world, milliseconds) {
   const simulated = await startMac(world);
   try {
@@ -45,7 +55,10 @@ async function run(start, world, milliseconds) {
   }
 }
 
-/** Kills at that many moments. One that comes too late, since the machine has become faster, is tried again. */
+/**
+ * Kills at that many moments. One that comes too late, since the machine has become faster, is
+ * tried again.
+ */
 async function killAtMoments(start, momentsCount) {
   const durations = new Map();
   for (const world of worlds) {
@@ -57,7 +70,11 @@ async function killAtMoments(start, momentsCount) {
   let count = 0;
   for (let tries = 0; count < momentsCount && tries < triesMax; ++tries) {
     const world = worlds[count % worlds.length];
-    const { isDone, duration } = await run(start, world, (durations.get(world) * count) / momentsCount);
+    const { isDone, duration } = await run(
+      start,
+      world,
+      (durations.get(world) * count) / momentsCount
+    );
     if (isDone) durations.set(world, duration);
     else ++count;
   }
@@ -65,6 +82,8 @@ async function killAtMoments(start, momentsCount) {
 }
 
 test("a client that is killed leaves nothing behind", () => killAtMoments(inProcess("client"), 50));
-test("a client in Python that is killed leaves nothing behind", () => killAtMoments(inProcess("client", python), 50));
+test("a client in Python that is killed leaves nothing behind", () =>
+  killAtMoments(inProcess("client", python), 50));
 test("a server that is killed leaves nothing behind", () => killAtMoments(withServer, 50));
-test("a server whose host is killed leaves nothing behind", () => killAtMoments(inProcess("server"), 15));
+test("a server whose host is killed leaves nothing behind", () =>
+  killAtMoments(inProcess("server"), 15));

@@ -1,4 +1,5 @@
-// Runs the agent: main.mjs client|server TASK FILE. Its first line is the process that operates the applications.
+// Runs the agent: main.mjs client|server TASK FILE. Its first line is the process that operates the
+// applications.
 import { mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -8,8 +9,11 @@ import { clientDesk, serverDesk } from "./desks.mjs";
 const [way, task, file] = process.argv.slice(2);
 const folder = mkdtempSync(join(tmpdir(), "agent-"));
 const desk = await (way === "client" ? clientDesk : serverDesk)({
-  driver: process.env["DRIVER_EXECUTABLE"], simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"],
-  lock: join(folder, "lock"), environment: process.env });
+  driver: process.env["DRIVER_EXECUTABLE"],
+  simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"],
+  lock: join(folder, "lock"),
+  environment: process.env
+});
 // The service holds its lock, whatever becomes of the file.
 rmSync(folder, { recursive: true });
 process.stdout.write(`${desk.pid}\n`);

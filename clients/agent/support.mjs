@@ -12,14 +12,19 @@ export const root = new URL("../../", import.meta.url);
 const build = `${process.env["BUILD_FOLDER"] ?? fileURLToPath(new URL("build/release", root))}`;
 export const executables = {
   driver: process.env["DRIVER_EXECUTABLE"] ?? `${build}/driver`,
-  simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"] ?? `${build}/simulated-mac`,
+  simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"] ?? `${build}/simulated-mac`
 };
 export const file = "/Users/ada/minutes.pdf";
 const real = new Mac();
 
 export const ways = {
-  client: (simulated) => clientDesk({ ...executables, lock: simulated.path("lock"), environment: environmentOf(simulated) }),
-  server: (simulated) => serverDesk({ ...executables, environment: environmentOf(simulated) }),
+  client: (simulated) =>
+    clientDesk({
+      ...executables,
+      lock: simulated.path("lock"),
+      environment: environmentOf(simulated)
+    }),
+  server: (simulated) => serverDesk({ ...executables, environment: environmentOf(simulated) })
 };
 
 export function environmentOf(simulated) {
@@ -27,18 +32,25 @@ export function environmentOf(simulated) {
 }
 
 export function startMac(world, options = {}) {
-  return SimulatedMac.start(readFileSync(new URL(`demo/${world}.world`, root), "utf8"), { ...executables, ...options });
+  return SimulatedMac.start(readFileSync(new URL(`demo/${world}.world`, root), "utf8"), {
+    ...executables,
+    ...options
+  });
 }
 
 /** The processes that use a Mac, this one and the Mac itself apart. */
 export function processesOn(simulated) {
-  return readdirSync("/proc").filter((name) => /^\d+$/.test(name) && Number(name) !== process.pid).filter((pid) => {
-    try {
-      return readFileSync(`/proc/${pid}/environ`, "utf8").split("\0").includes(`SIMULATED_MAC=${simulated.socket}`);
-    } catch {
-      return false;
-    }
-  });
+  return readdirSync("/proc")
+    .filter((name) => /^\d+$/.test(name) && Number(name) !== process.pid)
+    .filter((pid) => {
+      try {
+        return readFileSync(`/proc/${pid}/environ`, "utf8")
+          .split("\0")
+          .includes(`SIMULATED_MAC=${simulated.socket}`);
+      } catch {
+        return false;
+      }
+    });
 }
 
 /** Waits until nobody uses the Mac any more. */
@@ -47,10 +59,21 @@ export function left(simulated) {
 }
 
 /** An agent in a process of its own: the processes by their roles, what it said, and its end. */
-export async function startAgent(simulated, words, program = [process.execPath, fileURLToPath(new URL("main.mjs", import.meta.url))]) {
-  const environment = { ...environmentOf(simulated), DRIVER_EXECUTABLE: executables.driver,
-    SIMULATED_MAC_EXECUTABLE: executables.simulatedMac, PYTHONPATH: fileURLToPath(new URL("clients/python", root)) };
-  const child = spawn(program[0], [...program.slice(1), ...words, file], { env: environment, stdio: ["ignore", "pipe", "ignore"] });
+export async function startAgent(
+  simulated,
+  words,
+  program = [process.execPath, fileURLToPath(new URL("main.mjs", import.meta.url))]
+) {
+  const environment = {
+    ...environmentOf(simulated),
+    DRIVER_EXECUTABLE: executables.driver,
+    SIMULATED_MAC_EXECUTABLE: executables.simulatedMac,
+    PYTHONPATH: fileURLToPath(new URL("clients/python", root))
+  };
+  const child = spawn(program[0], [...program.slice(1), ...words, file], {
+    env: environment,
+    stdio: ["ignore", "pipe", "ignore"]
+  });
   const over = once(child, "close");
   const lines = createInterface({ input: child.stdout })[Symbol.asyncIterator]();
   const { value } = await lines.next();

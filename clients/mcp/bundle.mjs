@@ -1,4 +1,5 @@
-// Puts the server and what it needs into one file: Node reads one ten times as fast as two hundred and fifty.
+// Puts the server and what it needs into one file: Node reads one ten times as fast as two hundred
+// and fifty.
 import { existsSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 import { build } from "esbuild";
@@ -18,11 +19,29 @@ function licenceOf(folder) {
 }
 
 const { metafile } = await build({
-  absWorkingDir: here, entryPoints: ["dist/main.js"], outfile: "bin/driver-mcp.js", metafile: true,
-  bundle: true, platform: "node", target: "node18", format: "esm", logLevel: "warning", legalComments: "none",
+  absWorkingDir: here,
+  entryPoints: ["dist/main.js"],
+  outfile: "bin/driver-mcp.js",
+  metafile: true,
+  bundle: true,
+  platform: "node",
+  target: "node18",
+  format: "esm",
+  logLevel: "warning",
+  legalComments: "none",
   // Some of what is in it was written for require.
-  banner: { js: 'import { createRequire } from "node:module"; const require = createRequire(import.meta.url);' },
+  banner: {
+    js: 'import { createRequire } from "node:module"; const require = createRequire(import.meta.url);'
+  }
 });
-const folders = new Set(Object.keys(metafile.inputs).map(packageOf).filter((folder) => folder !== undefined));
-const licences = [...folders].map((folder) => `${here}${folder}`).filter(existsSync).map(licenceOf).sort();
+const folders = new Set(
+  Object.keys(metafile.inputs)
+    .map(packageOf)
+    .filter((folder) => folder !== undefined)
+);
+const licences = [...folders]
+  .map((folder) => `${here}${folder}`)
+  .filter(existsSync)
+  .map(licenceOf)
+  .sort();
 writeFileSync(`${here}bin/LICENCES`, licences.join(`\n${"-".repeat(80)}\n\n`));

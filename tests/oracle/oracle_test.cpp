@@ -121,7 +121,8 @@ TEST_P(world_files, reply_as_the_reference_says) {
 }
 
 std::string testName(const testing::TestParamInfo<std::string>& info) {
-  return std::filesystem::path(info.param).stem().string();
+  const std::filesystem::path file(info.param);
+  return file.parent_path().filename().string() + "_" + file.stem().string();
 }
 
 INSTANTIATE_TEST_SUITE_P(oracle, world_files, testing::ValuesIn(worldFiles()), testName);

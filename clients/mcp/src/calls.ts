@@ -19,19 +19,25 @@ const puttingRight = new Set(["lock-now", "focus-release"]);
 
 /** One connection's Mac, and how its tools are done there. */
 export class Calls {
-  readonly #own: Record<string, (given: Arguments, signal: AbortSignal) => Promise<Told | CallToolResult>> = {
+  readonly #own: Record<
+    string,
+    (given: Arguments, signal: AbortSignal) => Promise<Told | CallToolResult>
+  > = {
     see_user: (given) => this.guarding.user(given["app"] as string | undefined),
     see_picture: (given, signal) => this.#picture(given, signal),
     find_wait: (given, signal) => this.#wait(given, signal),
     guard_cover: (given) => this.guarding.cover(given as GuardOptions),
     guard_say: async (given) => this.guarding.say(given["operating"] === true),
     guard_lock: () => this.guarding.lock(),
-    guard_awake: (given) => this.guarding.awake(given["awake"] === true),
+    guard_awake: (given) => this.guarding.awake(given["awake"] === true)
   };
 
   constructor(
-    readonly mac: Mac, readonly applications: Applications, readonly sharing: Sharing,
-    readonly guarding: Guarding, readonly longestSide: number,
+    readonly mac: Mac,
+    readonly applications: Applications,
+    readonly sharing: Sharing,
+    readonly guarding: Guarding,
+    readonly longestSide: number
   ) {}
 
   /** Does what a tool does. What goes wrong, wrong arguments too, is its result. */
@@ -62,7 +68,8 @@ export class Calls {
 
   /** The arguments with the application as driver is to be told of it. */
   async #admitted(row: ToolRow, given: Arguments, signal: AbortSignal): Promise<Arguments> {
-    if (row.command === "focus-release") await this.applications.admitted(this.mac, `pid:${given["pid"]}`, signal);
+    if (row.command === "focus-release")
+      await this.applications.admitted(this.mac, `pid:${given["pid"]}`, signal);
     if (typeof given["app"] !== "string") return given;
     return { ...given, app: await this.applications.admitted(this.mac, given["app"], signal) };
   }
@@ -78,12 +85,23 @@ export class Calls {
     const folder = await mkdtemp(join(tmpdir(), "driver-mcp-"));
     try {
       const path = join(folder, "picture.png");
-      const told = await mac.capture(String(given["app"]), path, { signal, scope: given["scope"] as string | undefined });
+      const told = await mac.capture(String(given["app"]), path, {
+        signal,
+        scope: given["scope"] as string | undefined
+      });
       if (!("anchor" in told)) return { ...told };
       const { fitted } = await import("./pictures.js");
-      const { png, width, height } = fitted(await readFile(path), Number(given["longestSide"] ?? this.longestSide));
+      const { png, width, height } = fitted(
+        await readFile(path),
+        Number(given["longestSide"] ?? this.longestSide)
+      );
       const { rect } = told;
-      const picture = { width, height, pointsPerPixelX: rect.width / width, pointsPerPixelY: rect.height / height };
+      const picture = {
+        width,
+        height,
+        pointsPerPixelX: rect.width / width,
+        pointsPerPixelY: rect.height / height
+      };
       const result = resultOf({ ...told, picture });
       const image = { type: "image" as const, mimeType: "image/png", data: png.toString("base64") };
       return { ...result, content: [image, ...result.content] };
@@ -105,8 +123,12 @@ export class Calls {
       return { ...(await mac.until(shown, { timeoutMs: seconds * 1000, signal })) };
     } catch (error) {
       if (!(error instanceof TimedOutError) || error.command !== "until") throw error;
-      throw new Refusal("not-shown", `not all of the texts were shown within ${seconds} seconds`,
-        "Look at what is shown, and decide anew.", { seconds: String(seconds) });
+      throw new Refusal(
+        "not-shown",
+        `not all of the texts were shown within ${seconds} seconds`,
+        "Look at what is shown, and decide anew.",
+        { seconds: String(seconds) }
+      );
     }
   }
 }

@@ -1,5 +1,11 @@
 import { ErrorCode, type CallToolResult } from "@modelcontextprotocol/sdk/types.js";
-import { CommandError, DriverError, NoReplyError, ServiceEndedError, TimedOutError } from "driver-client";
+import {
+  CommandError,
+  DriverError,
+  NoReplyError,
+  ServiceEndedError,
+  TimedOutError
+} from "driver-client";
 
 /** What a tool says that has not done, or not wholly done, what it was to do. */
 export interface Failure {
@@ -16,8 +22,12 @@ export interface Failure {
 
 /** A refusal of this server's own. */
 export class Refusal extends DriverError {
-  constructor(readonly id: string, message: string, readonly remedy: string,
-    readonly parts: Record<string, string> = {}) {
+  constructor(
+    readonly id: string,
+    message: string,
+    readonly remedy: string,
+    readonly parts: Record<string, string> = {}
+  ) {
     super(message);
   }
 }
@@ -31,10 +41,17 @@ export class NotThere extends Error {
 export class NotTold extends Error {
   readonly code = ErrorCode.InternalError;
 
-  constructor(readonly data: Failure) { super(`${data.error}. What to do: ${data.remedy}`); }
+  constructor(readonly data: Failure) {
+    super(`${data.error}. What to do: ${data.remedy}`);
+  }
 }
 
-function failure(id: string, error: string, remedy: string, parts: Record<string, string> = {}): Failure {
+function failure(
+  id: string,
+  error: string,
+  remedy: string,
+  parts: Record<string, string> = {}
+): Failure {
   return { ok: false, id, error, parts, remedy };
 }
 
@@ -45,13 +62,25 @@ export function failureOf(error: unknown): Failure {
   }
   if (error instanceof Refusal) return failure(error.id, error.message, error.remedy, error.parts);
   if (error instanceof TimedOutError) {
-    return failure("timed-out", error.message, "Look at the target before doing it again: a part may be done.");
+    return failure(
+      "timed-out",
+      error.message,
+      "Look at the target before doing it again: a part may be done."
+    );
   }
   if (error instanceof ServiceEndedError) {
-    return failure("service-ended", error.message, "Look at the target before doing it again: a part may be done.");
+    return failure(
+      "service-ended",
+      error.message,
+      "Look at the target before doing it again: a part may be done."
+    );
   }
   if (error instanceof NoReplyError) {
-    return failure("no-reply", error.message, "Install driver so that it is in the PATH, or name it with --driver.");
+    return failure(
+      "no-reply",
+      error.message,
+      "Install driver so that it is in the PATH, or name it with --driver."
+    );
   }
   throw error;
 }
@@ -59,8 +88,11 @@ export function failureOf(error: unknown): Failure {
 /** A failure as a tool's result: for a model in words, for a program as the schema has it. */
 export function failed(told: Failure): CallToolResult {
   return {
-    isError: true, structuredContent: told,
-    content: [{ type: "text", text: `${told.error}\nWhat to do: ${told.remedy}` },
-      { type: "text", text: JSON.stringify(told) }],
+    isError: true,
+    structuredContent: told,
+    content: [
+      { type: "text", text: `${told.error}\nWhat to do: ${told.remedy}` },
+      { type: "text", text: JSON.stringify(told) }
+    ]
   };
 }

@@ -23,30 +23,43 @@ class Cover {
     return this.#told;
   }
 
-  get told(): Promise<Told | undefined> { return this.#told; }
+  get told(): Promise<Told | undefined> {
+    return this.#told;
+  }
 
   #lastLine(): Promise<Told | undefined> {
     return (this.#asked ??= this.guard.lock() as Promise<Told | undefined>);
   }
 }
 
-/** What keeps going for one connection beside its tools' runs: the cover, and the hold on the display. */
+/**
+ * What keeps going for one connection beside its tools' runs: the cover, and the hold on the
+ * display.
+ */
 export class Guarding {
   readonly #mac: Mac;
   #cover: Cover | undefined;
+  #isCovering = false;
   #awake: KeepAwake | undefined;
 
-  constructor(mac: Mac) { this.#mac = mac; }
+  constructor(mac: Mac) {
+    this.#mac = mac;
+  }
 
   async cover(options: GuardOptions): Promise<Told> {
-    if (this.#cover?.isOver === false) throw new Refusal("already-covered", "the Mac is covered", "Go on: it is.");
-    const guard = this.#mac.lockGuard(options);
-    const covered = await guard.line();
-    const cover = new Cover(guard);
-    this.#cover = cover;
-    // A guard that was killed leaves the screens bare and the Mac unlocked.
-    void cover.told.then((last) => (last === undefined ? this.#mac.lockNow() : undefined)).catch(() => undefined);
-    return covered as unknown as Told;
+    if (this.#isCovering || this.#cover?.isOver === false) {
+      throw new Refusal("already-covered", "the Mac is covered", "Go on: it is.");
+    }
+    this.#isCovering = true;
+    try {
+      const guard = this.#mac.lockGuard(options);
+      const covered = await guard.line();
+      this.#cover = new Cover(guard);
+      this.#lockIfKilled(this.#cover);
+      return covered as unknown as Told;
+    } finally {
+      this.#isCovering = false;
+    }
   }
 
   say(isOperating: boolean): Told {
@@ -64,8 +77,11 @@ export class Guarding {
     const last = await cover.end();
     if (last !== undefined) return last;
     await this.#mac.lockNow();
-    throw new Refusal("guard-gone", "the cover has gone without a word, and the Mac was locked by lock-now",
-      "Tell the user: the Mac may have been open for a while.");
+    throw new Refusal(
+      "guard-gone",
+      "the cover has gone without a word, and the Mac was locked by lock-now",
+      "Tell the user: the Mac may have been open for a while."
+    );
   }
 
   async awake(isAwake: boolean): Promise<Told> {
@@ -73,7 +89,9 @@ export class Guarding {
     if (isAwake && before === undefined) {
       const hold = this.#mac.keepAwake();
       this.#awake = hold;
-      void hold.over.then(() => { if (this.#awake === hold) this.#awake = undefined; });
+      void hold.over.then(() => {
+        if (this.#awake === hold) this.#awake = undefined;
+      });
       await hold.line();
     }
     if (!isAwake && before !== undefined) await before.end();
@@ -93,6 +111,12 @@ export class Guarding {
   /** Ends all of it; a cover locks. */
   async end(): Promise<void> {
     await Promise.allSettled([this.#cover?.end(), this.#awake?.end()]);
+  }
+
+  // A guard that was killed leaves the screens bare and the Mac unlocked.
+  #lockIfKilled(cover: Cover): void {
+    const lock = (last: Told | undefined) => (last === undefined ? this.#mac.lockNow() : undefined);
+    void cover.told.then(lock).catch(() => undefined);
   }
 
   #covered(): Cover {

@@ -19,7 +19,7 @@ export const usage = `usage: driver-mcp [--apps A,B…] [--windows TITLE] [--rea
 Serves driver's commands as tools, over the Model Context Protocol on standard input and output.
 
   --apps A,B…      only these applications: bundle identifiers or names; may be repeated
-  --windows TITLE  only windows with this piece of a title
+  --windows TITLE  only windows whose title, split at " — ", has this piece
   --read-only      only what changes nothing
   --no-input       nothing that posts input events
   --driver PATH    the driver that is run; without it the one in the PATH
@@ -36,7 +36,7 @@ const known = {
   "read-only": { type: "boolean" },
   "no-input": { type: "boolean" },
   driver: { type: "string" },
-  "longest-side": { type: "string" },
+  "longest-side": { type: "string" }
 } as const;
 
 function valuesIn(words: string[]) {
@@ -61,7 +61,11 @@ export function optionsIn(words: string[]): Options {
   if (apps.includes("")) throw new UsageError("--apps names no application");
   if (values.windows === "") throw new UsageError("--windows is empty");
   return {
-    apps, windows: values.windows, readOnly: values["read-only"] ?? false, noInput: values["no-input"] ?? false,
-    driver: values.driver ?? "driver", longestSide: pixelsIn(values["longest-side"] ?? "1200"),
+    apps,
+    windows: values.windows,
+    readOnly: values["read-only"] ?? false,
+    noInput: values["no-input"] ?? false,
+    driver: values.driver ?? "driver",
+    longestSide: pixelsIn(values["longest-side"] ?? "1200")
   };
 }

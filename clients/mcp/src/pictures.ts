@@ -1,13 +1,26 @@
 import { PNG } from "pngjs";
 
 /** A picture as it is shown to a model. */
-export interface Picture { png: Buffer; width: number; height: number }
+export interface Picture {
+  png: Buffer;
+  width: number;
+  height: number;
+}
 
 const channels = 4;
 
 /** One axis of an image, made shorter: each new sample is the mean of what it covers. */
-function shortened(from: Float32Array, lines: number, length: number, to: number, step: number, lineStep: number,
-  into: Float32Array, intoStep: number, intoLineStep: number): void {
+function shortened(
+  from: Float32Array,
+  lines: number,
+  length: number,
+  to: number,
+  step: number,
+  lineStep: number,
+  into: Float32Array,
+  intoStep: number,
+  intoLineStep: number
+): void {
   const scale = length / to;
   for (let place = 0; place < to; ++place) {
     const begin = place * scale;
@@ -17,7 +30,8 @@ function shortened(from: Float32Array, lines: number, length: number, to: number
       for (let line = 0; line < lines; ++line) {
         const at = source * step + line * lineStep;
         const target = place * intoStep + line * intoLineStep;
-        for (let channel = 0; channel < channels; ++channel) into[target + channel]! += share * from[at + channel]!;
+        for (let channel = 0; channel < channels; ++channel)
+          into[target + channel]! += share * from[at + channel]!;
       }
     }
   }
@@ -38,7 +52,8 @@ function straight(mixed: Float32Array, into: Buffer): void {
   for (let at = 0; at < mixed.length; at += channels) {
     const alpha = mixed[at + 3]! / 255;
     for (let channel = 0; channel < 3; ++channel) {
-      into[at + channel] = alpha === 0 ? 0 : Math.min(255, Math.round(mixed[at + channel]! / alpha));
+      into[at + channel] =
+        alpha === 0 ? 0 : Math.min(255, Math.round(mixed[at + channel]! / alpha));
     }
     into[at + 3] = Math.round(mixed[at + 3]!);
   }
@@ -53,10 +68,29 @@ export function fitted(png: Buffer, longestSide: number): Picture {
   const across = Math.max(1, Math.round(width * scale));
   const down = Math.max(1, Math.round(height * scale));
   const narrow = new Float32Array(across * height * channels);
-  shortened(premultiplied(whole.data), height, width, across, channels, width * channels,
-    narrow, channels, across * channels);
+  shortened(
+    premultiplied(whole.data),
+    height,
+    width,
+    across,
+    channels,
+    width * channels,
+    narrow,
+    channels,
+    across * channels
+  );
   const small = new Float32Array(across * down * channels);
-  shortened(narrow, across, height, down, across * channels, channels, small, across * channels, channels);
+  shortened(
+    narrow,
+    across,
+    height,
+    down,
+    across * channels,
+    channels,
+    small,
+    across * channels,
+    channels
+  );
   const result = new PNG({ width: across, height: down });
   straight(small, result.data);
   return { png: PNG.sync.write(result), width: across, height: down };

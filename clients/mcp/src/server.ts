@@ -1,8 +1,12 @@
 import { Server } from "@modelcontextprotocol/sdk/server/index.js";
 import type { Transport } from "@modelcontextprotocol/sdk/shared/transport.js";
 import {
-  CallToolRequestSchema, ListResourcesRequestSchema, ListResourceTemplatesRequestSchema,
-  ListToolsRequestSchema, ReadResourceRequestSchema, type Tool,
+  CallToolRequestSchema,
+  ListResourcesRequestSchema,
+  ListResourceTemplatesRequestSchema,
+  ListToolsRequestSchema,
+  ReadResourceRequestSchema,
+  type Tool
 } from "@modelcontextprotocol/sdk/types.js";
 import { Mac } from "driver-client";
 import { Applications } from "./applications.js";
@@ -15,28 +19,50 @@ import { Sharing } from "./sharing.js";
 import { groups, toolRows, type ToolRow } from "./tools.js";
 
 const instructions = [
-  "These tools operate applications of a Mac in the background: the user's foreground, keyboard and pointer stay the user's.",
-  "An application is named by its bundle identifier, its exact name, or pid: and a process id. Look before you act, and look",
-  "again after it. Points are screen points. A failure says what to do; do not repeat an act without looking.",
+  "These tools operate applications of a Mac in the background: the user's foreground, keyboard",
+  "and pointer stay the user's. An application is named by its bundle identifier, its exact name,",
+  "or pid: and a process id. Look before you act, and look again after it. Points are screen",
+  "points. A failure says what to do; do not repeat an act without looking.",
   ...Object.entries(groups).map(([group, about]) => `${group}_…: ${about}.`),
   "Remedies and descriptions name driver's commands; as tools they are:",
-  `${toolRows.map((row) => `${row.command} ${row.name}`).join(", ")}.`,
+  `${toolRows.map((row) => `${row.command} ${row.name}`).join(", ")}.`
 ].join("\n");
 
 /** The tools that these options leave. */
 export function rowsFor(options: Options): ToolRow[] {
-  const offered = toolRows.filter((row) =>
-    !(options.readOnly && !row.annotations.readOnlyHint) && !(options.noInput && row.posts));
+  const offered = toolRows.filter(
+    (row) => !(options.readOnly && !row.annotations.readOnlyHint) && !(options.noInput && row.posts)
+  );
   return options.windows === undefined ? offered : offered.map(withoutScope);
 }
 
 function withoutScope(row: ToolRow): ToolRow {
-  const properties = Object.entries(row.inputSchema.properties ?? {}).filter(([name]) => name !== "scope");
-  return { ...row, inputSchema: { ...row.inputSchema, properties: Object.fromEntries(properties) } };
+  const properties = Object.entries(row.inputSchema.properties ?? {}).filter(
+    ([name]) => name !== "scope"
+  );
+  return {
+    ...row,
+    inputSchema: { ...row.inputSchema, properties: Object.fromEntries(properties) }
+  };
 }
 
-function toolOf({ name, command, description, inputSchema, outputSchema, annotations }: ToolRow): Tool {
-  return { name, title: annotations.title, description, inputSchema, outputSchema, annotations, _meta: { command } };
+function toolOf({
+  name,
+  command,
+  description,
+  inputSchema,
+  outputSchema,
+  annotations
+}: ToolRow): Tool {
+  return {
+    name,
+    title: annotations.title,
+    description,
+    inputSchema,
+    outputSchema,
+    annotations,
+    _meta: { command }
+  };
 }
 
 /** driver for one connection. When that closes, everything that it has begun ends. */
@@ -49,17 +75,32 @@ export class DriverServer {
   #closed: Promise<void> | undefined;
 
   constructor(options: Options, version: string) {
-    const mac = new Mac({ driver: options.driver, scope: options.windows, signal: this.#end.signal });
+    const mac = new Mac({
+      driver: options.driver,
+      scope: options.windows,
+      signal: this.#end.signal
+    });
     const guarding = new Guarding(new Mac({ driver: options.driver }));
     const sharing = new Sharing(mac, () => void guarding.end());
-    this.#calls = new Calls(mac, new Applications(options.apps), sharing, guarding, options.longestSide);
+    this.#calls = new Calls(
+      mac,
+      new Applications(options.apps),
+      sharing,
+      guarding,
+      options.longestSide
+    );
     this.#rows = new Map(rowsFor(options).map((row) => [row.name, row]));
-    this.#server = new Server({ name: "driver", version }, { capabilities: { tools: {}, resources: {} }, instructions });
+    this.#server = new Server(
+      { name: "driver", version },
+      { capabilities: { tools: {}, resources: {} }, instructions }
+    );
     this.#answerTools();
     this.#answerResources(options);
   }
 
-  async connect(transport: Transport): Promise<void> { await this.#server.connect(transport); }
+  async connect(transport: Transport): Promise<void> {
+    await this.#server.connect(transport);
+  }
 
   /** Ends the runs, the service and the cover, which locks; then it is closed. */
   close(): Promise<void> {
@@ -67,7 +108,9 @@ export class DriverServer {
   }
 
   /** What happens when the other side has gone. */
-  set onclose(happens: () => void) { this.#server.onclose = happens; }
+  set onclose(happens: () => void) {
+    this.#server.onclose = happens;
+  }
 
   async #endAll(): Promise<void> {
     this.#end.abort(new Error("the connection is closed"));
@@ -92,9 +135,14 @@ export class DriverServer {
   }
 
   #answerResources(options: Options): void {
-    this.#server.setRequestHandler(ListResourcesRequestSchema, () => ({ resources: resources(options.apps) }));
-    this.#server.setRequestHandler(ListResourceTemplatesRequestSchema, () => ({ resourceTemplates: templates }));
+    this.#server.setRequestHandler(ListResourcesRequestSchema, () => ({
+      resources: resources(options.apps)
+    }));
+    this.#server.setRequestHandler(ListResourceTemplatesRequestSchema, () => ({
+      resourceTemplates: templates
+    }));
     this.#server.setRequestHandler(ReadResourceRequestSchema, ({ params }, call) =>
-      this.#keptOpen(contentOf(this.#calls, params.uri, call.signal)));
+      this.#keptOpen(contentOf(this.#calls, params.uri, call.signal))
+    );
   }
 }

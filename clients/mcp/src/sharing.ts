@@ -1,7 +1,13 @@
 import { mkdtemp, rm } from "node:fs/promises";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { CommandError, NoReplyError, type CaptureService, type CaptureSession, type Mac } from "driver-client";
+import {
+  CommandError,
+  NoReplyError,
+  type CaptureService,
+  type CaptureSession,
+  type Mac
+} from "driver-client";
 import { Refusal } from "./failures.js";
 
 /** A service that was started, and what is shared by it, by process and scope. */
@@ -12,7 +18,11 @@ class Running {
   constructor(readonly service: CaptureService) {}
 }
 
-const goneRemedy = "Stop working, and ask the user. The connection has to be made anew before anything is done again.";
+const goneRemedy =
+  "Stop working, and ask the user: nothing is done any more before the host connects anew.";
+
+/** How many sharings go on at once; then the one that was used least recently ends. */
+const sessionsMax = 16;
 
 /** The failure after which nobody but the user may let the work go on. */
 function endsAll(reason: unknown): Refusal | undefined {
@@ -23,10 +33,10 @@ function endsAll(reason: unknown): Refusal | undefined {
 }
 
 /**
- * The one capture service of a connection. It is started when something is done for the first time; each
- * application that is operated is shared, which the user sees by its mark. When the user stops the sharing, or
- * somebody ends the service, nothing goes on. When it ends since what it was asked for could not be done, the
- * next act starts another.
+ * The one capture service of a connection. It is started when something is done for the first time;
+ * each application that is operated is shared, which the user sees by its mark. When the user stops
+ * the sharing, or somebody ends the service, nothing goes on. When it ends since what it was asked
+ * for could not be done, the next act starts another.
  */
 export class Sharing {
   readonly #mac: Mac;
@@ -40,7 +50,10 @@ export class Sharing {
     this.#whenStopped = whenStopped;
   }
 
-  /** The Mac for what only reads: it ends with the service if there is one. Throws when all has ended. */
+  /**
+   * The Mac for what only reads: it ends with the service if there is one. Throws when all has
+   * ended.
+   */
   beside(): Promise<Mac> {
     return this.#inTurn(async () => (await this.#alive())?.service.mac ?? this.#mac);
   }
@@ -51,7 +64,10 @@ export class Sharing {
       signal.throwIfAborted();
       const running = (await this.#alive()) ?? (await this.#start());
       const { mac } = running.service;
-      const [told, session] = await Promise.all([mac.windows(app, { scope, signal }), mac.session({ signal })]);
+      const [told, session] = await Promise.all([
+        mac.windows(app, { scope, signal }),
+        mac.session({ signal })
+      ]);
       // What cannot be shared ends the service: driver's own refusal of the act says more.
       const isUsable = session.onConsole && !session.locked;
       const isShown = told.running && told.windows.some((window) => window.layer === 0);
@@ -60,7 +76,9 @@ export class Sharing {
     });
   }
 
-  /** Why nothing goes on any more, if so; of a service that has gone, as a run beside it was told. */
+  /**
+   * Why nothing goes on any more, if so; of a service that has gone, as a run beside it was told.
+   */
   async stopped(): Promise<Refusal | undefined> {
     await this.#running?.service.over;
     await this.#inTurn(async () => this.#alive()).catch(() => undefined);
@@ -75,7 +93,10 @@ export class Sharing {
 
   #inTurn<Result>(work: () => Promise<Result>): Promise<Result> {
     const mine = this.#last.then(work);
-    this.#last = mine.then(() => undefined, () => undefined);
+    this.#last = mine.then(
+      () => undefined,
+      () => undefined
+    );
     return mine;
   }
 
@@ -83,7 +104,10 @@ export class Sharing {
     const running = this.#running;
     // What it said last is the answer to one more question.
     if (running?.isOver) {
-      this.#judge(running, await running.service.ask({ op: "refresh", session: "" }).catch((reason: unknown) => reason));
+      this.#judge(
+        running,
+        await running.service.ask({ op: "refresh", session: "" }).catch((reason: unknown) => reason)
+      );
     }
     if (this.#stopped !== undefined) throw this.#stopped;
     return this.#running;
@@ -95,7 +119,11 @@ export class Sharing {
     try {
       const running = new Running(await this.#mac.startCaptureService(join(folder, "lock")));
       this.#running = running;
-      void running.service.over.then(() => { running.isOver = true; }).then(() => this.stopped());
+      void running.service.over
+        .then(() => {
+          running.isOver = true;
+        })
+        .then(() => this.stopped());
       return running;
     } finally {
       await rm(folder, { recursive: true });
@@ -103,11 +131,21 @@ export class Sharing {
   }
 
   async #share(running: Running, pid: number, scope: string | undefined): Promise<void> {
+    const { sessions, service } = running;
     const name = JSON.stringify([pid, scope]);
-    const session = running.sessions.get(name);
+    const known = sessions.get(name);
+    const [oldest] = sessions;
     try {
-      if (session !== undefined) await session.refresh();
-      else running.sessions.set(name, await running.service.open(`pid:${pid}`, scope === undefined ? {} : { scope }));
+      if (known === undefined && oldest !== undefined && sessions.size === sessionsMax) {
+        sessions.delete(oldest[0]);
+        await oldest[1].close();
+      }
+      const options = scope === undefined ? {} : { scope };
+      const session = known ?? (await service.open(`pid:${pid}`, options));
+      if (known !== undefined) await known.refresh();
+      // The one that was used last stands last.
+      sessions.delete(name);
+      sessions.set(name, session);
     } catch (reason) {
       this.#judge(running, reason);
       throw this.#stopped ?? reason;

@@ -1,46 +1,25 @@
-// What becomes of a connection: how it starts, how it is cut off, what is told meanwhile, and that nothing is left.
+// How a connection starts, and that nothing that comes over it is in the way of the next.
 import assert from "node:assert/strict";
-import { spawn } from "node:child_process";
-import { once } from "node:events";
 import { readFileSync } from "node:fs";
-import { createInterface } from "node:readline";
 import { test } from "node:test";
-import { connected, desk, environmentOf, executables, left, onServer, processesOn, real, root, server, startMac } from "./support.mjs";
+import {
+  connected,
+  desk,
+  initialize,
+  onServer,
+  request,
+  root,
+  startMac,
+  started
+} from "./support.mjs";
 
 const listMillisecondsMax = 300;
 const startsMax = 10;
 
-const request = (id, method, params) => `${JSON.stringify({ jsonrpc: "2.0", id, method, params })}\n`;
-const initialize = request(0, "initialize",
-  { protocolVersion: "2025-06-18", capabilities: {}, clientInfo: { name: "raw", version: "1" } }) +
-  `${JSON.stringify({ jsonrpc: "2.0", method: "notifications/initialized" })}\n`;
-
-/** A server without a client's library: its process and its lines. */
-function started(words = [], environment = process.env) {
-  const child = spawn(process.execPath, [server, "--driver", executables.driver, ...words], { env: environment });
-  const lines = createInterface({ input: child.stdout })[Symbol.asyncIterator]();
-  let errors = "";
-  child.stderr.setEncoding("utf8").on("data", (piece) => (errors += piece));
-  const over = once(child, "close").then(([status, signal]) => ({ status, signal, errors }));
-  return { child, over, say: (text) => child.stdin.write(text),
-    line: async () => { const { value } = await lines.next(); return value && JSON.parse(value); } };
-}
-
-const callsOf = async (simulated, name) => (await simulated.tell("trace")).filter((one) => one.call === name).length;
-
-/** The processes of driver on a Mac that run this command. */
-function runsOf(simulated, command) {
-  return processesOn(simulated).filter((pid) => {
-    try {
-      const words = readFileSync(`/proc/${pid}/cmdline`, "utf8").split("\0");
-      return words[0].endsWith("/driver") && words[1] === command;
-    } catch {
-      return false;
-    }
-  });
-}
-
-/** How long a process has kept processors busy, in milliseconds: on a machine with nothing else to do, how long it took. */
+/**
+ * How long a process has kept processors busy, in milliseconds: on a machine with nothing else to
+ * do, how long it took.
+ */
 function busyMilliseconds(pid) {
   const fields = readFileSync(`/proc/${pid}/stat`, "utf8").split(") ")[1].split(" ");
   const ticksPerSecond = 100;
@@ -66,13 +45,30 @@ test("whatever comes, the server says nothing but the protocol, and goes on", as
   const { over, say, line, child } = started();
   say(initialize);
   assert.equal((await line()).result.serverInfo.name, "driver");
-  for (const text of ["no json\n", "[]\n", "{}\n", "\n", "null\n", '{"jsonrpc":"2.0"}\n', "\u0000\uffff\n",
-    `${"[".repeat(100_000)}\n`, '{"jsonrpc":"2.0","id":7,"result":{}}\n']) say(text);
-  say(request(1, "tools/call", { name: 7 }) + request(2, "nonsense", {}) + request(3, "tools/call", { name: "see_at", arguments: [] }) +
-    request(4, "resources/read", {}) + request(5, "tools/call"));
+  for (const text of [
+    "no json\n",
+    "[]\n",
+    "{}\n",
+    "\n",
+    "null\n",
+    '{"jsonrpc":"2.0"}\n',
+    "\u0000\uffff\n",
+    `${"[".repeat(100_000)}\n`,
+    '{"jsonrpc":"2.0","id":7,"result":{}}\n'
+  ])
+    say(text);
+  say(
+    request(1, "tools/call", { name: 7 }) +
+      request(2, "nonsense", {}) +
+      request(3, "tools/call", { name: "see_at", arguments: [] }) +
+      request(4, "resources/read", {}) +
+      request(5, "tools/call")
+  );
   const told = [await line(), await line(), await line(), await line(), await line()];
-  assert.deepEqual(told.map((one) => [one.jsonrpc, one.id, typeof one.error?.code]).sort(),
-    [1, 2, 3, 4, 5].map((id) => ["2.0", id, "number"]));
+  assert.deepEqual(
+    told.map((one) => [one.jsonrpc, one.id, typeof one.error?.code]).sort(),
+    [1, 2, 3, 4, 5].map((id) => ["2.0", id, "number"])
+  );
   say(request(6, "ping"));
   assert.deepEqual(await line(), { jsonrpc: "2.0", id: 6, result: {} });
   child.stdin.end();
@@ -90,7 +86,14 @@ test("what was asked for before the end is answered to its last byte", async () 
 });
 
 test("a command line that makes no sense gets the usage, on standard error", async () => {
-  for (const words of [["--nonsense"], ["word"], ["--apps", ""], ["--windows", ""], ["--longest-side", "7"], ["--apps"]]) {
+  for (const words of [
+    ["--nonsense"],
+    ["word"],
+    ["--apps", ""],
+    ["--windows", ""],
+    ["--longest-side", "7"],
+    ["--apps"]
+  ]) {
     const { over, line } = started(words);
     assert.equal(await line(), undefined);
     const { status, errors } = await over;
@@ -109,167 +112,9 @@ test("a driver that is not there is a failure with its remedy", async () => {
   await simulated.end();
 });
 
-test("one service marks what is operated, and none what is only read", async () => {
-  await onServer(async ({ call, simulated }) => {
-    await call("see_list", { app: "Notes" });
-    await call("see_picture", { app: "Notes" });
-    assert.deepEqual([runsOf(simulated, "capture-service").length, await callsOf(simulated, "share.start-stream")], [0, 0]);
-    await Promise.all([call("press_label", { app: "Notes", label: "Sign" }), call("point_click", { app: "Browser", x: 620, y: 256 }),
-      call("keys_press", { app: "pid:41", combo: "a" })]);
-    assert.deepEqual([runsOf(simulated, "capture-service").length, await callsOf(simulated, "share.start-stream")], [1, 2]);
-  });
-});
-
-test("what cannot be shared is refused, and the next act starts another service", async () => {
-  await onServer(async ({ call, simulated }) => {
-    await simulated.tell("fault", "share.start-stream", "1", "thrown");
-    const told = await call("press_label", { app: "Notes", label: "Sign" });
-    assert.deepEqual([told.isError, told.structuredContent.id], [true, "sharing-unavailable"]);
-    assert.equal((await call("press_label", { app: "Notes", label: "Sign" })).structuredContent.ok, true);
-  });
-});
-
-test("an application without a window, and a locked Mac, get driver's own refusal", async () => {
-  await onServer(async ({ call, simulated }) => {
-    const id = async (given) => (await call("press_label", { label: "Sign", ...given })).structuredContent.id;
-    assert.equal(await id({ app: "Nobody" }), "app-not-running");
-    assert.equal(await id({ app: "Notes", scope: "elsewhere" }), "no-element-labelled");
-    assert.equal(await id({ app: "Notes" }), undefined);
-    await simulated.tell("lock");
-    assert.equal(await id({ app: "Notes" }), "mac-locked");
-    await simulated.tell("unlock");
-    assert.equal(await id({ app: "Notes" }), undefined);
-    await simulated.tell("quit", "Notes");
-    assert.equal(await id({ app: "Notes" }), "app-not-running");
-    assert.equal((await call("press_label", { app: "Chat", label: "Accept" })).structuredContent.ok, true);
-  });
-});
-
-test("when the user stops the sharing everything has ended, but for what puts things right", async () => {
-  await onServer(async ({ client, call, simulated }) => {
-    await call("guard_awake", { awake: true });
-    await call("press_label", { app: "Notes", label: "Sign" });
-    await simulated.tell("stop", "sharing", "Notes");
-    await real.until(async () => runsOf(simulated, "keep-awake").length === 0);
-    for (const [name, given] of [["press_label", { app: "Notes", label: "Sign" }], ["see_list", { app: "Notes" }], ["see_scene", {}],
-      ["see_user", {}], ["guard_awake", { awake: true }]]) {
-      const { structuredContent } = await call(name, given);
-      assert.deepEqual(structuredContent, { ok: false, id: "service-ended", parts: {},
-        error: "the capture service has ended: native screen sharing stopped: Error " +
-          "Domain=com.apple.ScreenCaptureKit.SCStreamErrorDomain Code=-3817 \"The user stopped the stream\"",
-        remedy: "Stop working, and ask the user. The connection has to be made anew before anything is done again." });
-    }
-    await assert.rejects(client.readResource({ uri: "driver://screen" }), /the capture service has ended/);
-    assert.deepEqual(runsOf(simulated, "capture-service"), []);
-    assert.equal((await call("guard_release_focus", { pid: 41, window: 7 })).structuredContent.ok, true);
-  });
-});
-
-test("a service that is killed ends everything, and its cover locks", async () => {
-  await onServer(async ({ call, simulated }) => {
-    await call("press_label", { app: "Notes", label: "Sign" });
-    await call("guard_cover");
-    process.kill(Number(runsOf(simulated, "capture-service")[0]), "SIGKILL");
-    await real.until(async () => runsOf(simulated, "lock-guard").length === 0);
-    assert.match((await call("see_scene")).structuredContent.error, /has ended: it was ended from outside/);
-    assert.equal((await simulated.state()).locked, true);
-  }, { settles: true });
-});
-
-test("a cover that is killed leaves a locked Mac, and says so", async () => {
-  await onServer(async ({ call, simulated }) => {
-    await call("guard_cover");
-    assert.equal((await call("guard_cover")).structuredContent.id, "already-covered");
-    process.kill(Number(runsOf(simulated, "lock-guard")[0]), "SIGKILL");
-    // The login window shows some time after the lock.
-    await simulated.mac.until(async () => (await simulated.state()).locked);
-    assert.equal((await call("guard_lock")).structuredContent.id, "guard-gone");
-  }, { settles: true });
-});
-
-test("a cover that has ended by itself tells how", async () => {
-  await onServer(async ({ call, simulated }) => {
-    await call("guard_cover", { graceSeconds: 30, language: "en" });
-    await real.until(async () => runsOf(simulated, "lock-guard").length === 0);
-    assert.deepEqual((await call("guard_lock")).structuredContent, { by: "grace", ok: true });
-  }, { world: `${desk}at 5s user key a\n`, settles: true });
-});
-
-test("a call that is cancelled ends its run, which gives back what it had borrowed", async () => {
-  await onServer(async ({ call, simulated }) => {
-    const cancel = new AbortController();
-    const click = call("point_click", { app: "Notes", x: 340, y: 574 }, { signal: cancel.signal });
-    await real.until(async () => (await callsOf(simulated, "private.post")) > 0, { everyMs: 5 });
-    cancel.abort(new Error("enough"));
-    await assert.rejects(click, /enough/);
-    await real.until(async () => runsOf(simulated, "bg-click").length === 0, { everyMs: 5 });
-    assert.equal((await call("see_scene")).structuredContent.ok, true);
-  }, { realTime: true });
-});
-
-test("a call that takes long tells how long, and that an application hangs", async () => {
-  await onServer(async ({ call, simulated }) => {
-    const waited = [];
-    const wait = call("find_wait", { app: "Notes", texts: ["nowhere"], secondsMax: 2.5 }, { onprogress: (told) => waited.push(told) });
-    await simulated.tell("hang", "Chat");
-    const hung = [];
-    const list = call("see_list", { app: "Chat" }, { onprogress: (told) => hung.push(told) });
-    assert.equal((await wait).structuredContent.id, "not-shown");
-    const seconds = (count) => Array.from({ length: count }, (_, place) => place + 1);
-    assert.deepEqual(waited, seconds(Math.max(2, waited.length)).map((progress) => ({ progress, total: 2.5 })));
-    assert.equal((await list).structuredContent.id, "application-hung");
-    assert.deepEqual(hung, seconds(Math.max(11, hung.length)).map((progress) => ({ progress })));
-  }, { realTime: true });
-});
-
-test("a wait ends as soon as the text is shown", async () => {
-  await onServer(async ({ call, simulated }) => {
-    const wait = call("find_wait", { app: "Browser", texts: ["Tomorrow — Browser", "Monday: rain"], secondsMax: 60 });
-    await simulated.tell("user", "click", "655,299");
-    assert.deepEqual((await wait).structuredContent.counts, { "Tomorrow — Browser": 1, "Monday: rain": 1 });
-  }, { settles: true });
-});
-
-for (const signal of ["SIGTERM", "SIGINT", "SIGHUP"]) {
-  test(`a server that gets ${signal} ends all that it has begun, and dies of it`, async () => {
-    const simulated = await startMac(desk, { realTime: true });
-    try {
-      const { say, line, over, child } = started([], environmentOf(simulated));
-      say(initialize);
-      await line();
-      say(request(1, "tools/call", { name: "guard_awake", arguments: { awake: true } }));
-      await line();
-      say(request(2, "tools/call", { name: "point_click", arguments: { app: "Notes", x: 340, y: 574 } }));
-      await real.until(async () => (await callsOf(simulated, "private.post")) > 0, { everyMs: 5 });
-      child.kill(signal);
-      assert.equal((await over).signal, signal);
-      assert.deepEqual(processesOn(simulated), []);
-      await simulated.check();
-    } finally {
-      await simulated.end();
-    }
-  });
-}
-
-test("a host that goes while a click is on its way leaves nothing behind", async () => {
-  const simulated = await startMac(desk, { realTime: true });
-  try {
-    const { say, line, over, child } = started([], environmentOf(simulated));
-    say(initialize);
-    await line();
-    say(request(1, "tools/call", { name: "point_click", arguments: { app: "Notes", x: 340, y: 574 } }));
-    await real.until(async () => (await callsOf(simulated, "private.post")) > 0, { everyMs: 5 });
-    child.stdout.destroy();
-    child.stdin.end();
-    assert.equal((await over).status, 0);
-    assert.deepEqual(processesOn(simulated), []);
-    await simulated.check();
-  } finally {
-    await simulated.end();
-  }
-});
-
 test("the versions of server, client and product are one", async () => {
   const version = readFileSync(new URL("VERSION", root), "utf8").trim();
-  await onServer(async ({ client }) => assert.deepEqual(client.getServerVersion(), { name: "driver", version }));
+  await onServer(async ({ client }) =>
+    assert.deepEqual(client.getServerVersion(), { name: "driver", version })
+  );
 });

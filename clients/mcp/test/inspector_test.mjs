@@ -11,11 +11,19 @@ import { promisify } from "node:util";
 import { toolRows } from "../dist/tools.js";
 import { desk, environmentOf, executables, left, root, server, startMac } from "./support.mjs";
 
-const inspector = join(dirname(createRequire(import.meta.url).resolve("@modelcontextprotocol/inspector-cli/package.json")), "build/cli.js");
+const inspector = join(
+  dirname(
+    createRequire(import.meta.url).resolve("@modelcontextprotocol/inspector-cli/package.json")
+  ),
+  "build/cli.js"
+);
 
 async function inspected(simulated, ...words) {
-  const { stdout } = await promisify(execFile)(process.execPath,
-    [inspector, "--cli", process.execPath, server, "--driver", executables.driver, ...words], { env: environmentOf(simulated) });
+  const { stdout } = await promisify(execFile)(
+    process.execPath,
+    [inspector, "--cli", process.execPath, server, "--driver", executables.driver, ...words],
+    { env: environmentOf(simulated) }
+  );
   return JSON.parse(stdout);
 }
 
@@ -23,13 +31,44 @@ test("the Inspector lists, calls and reads", async () => {
   const simulated = await startMac(desk);
   try {
     const { tools } = await inspected(simulated, "--method", "tools/list");
-    assert.deepEqual(tools.map((tool) => tool.name), toolRows.map((row) => row.name));
-    const clicked = await inspected(simulated, "--method", "tools/call", "--tool-name", "point_click",
-      "--tool-arg", "app=Notes", "x=340", "y=574");
-    assert.deepEqual(clicked.structuredContent, { changed: true, ok: true, via: "background", window: 7 });
-    const wrong = await inspected(simulated, "--method", "tools/call", "--tool-name", "press_label", "--tool-arg", "app=Chat");
+    assert.deepEqual(
+      tools.map((tool) => tool.name),
+      toolRows.map((row) => row.name)
+    );
+    const clicked = await inspected(
+      simulated,
+      "--method",
+      "tools/call",
+      "--tool-name",
+      "point_click",
+      "--tool-arg",
+      "app=Notes",
+      "x=340",
+      "y=574"
+    );
+    assert.deepEqual(clicked.structuredContent, {
+      changed: true,
+      ok: true,
+      via: "background",
+      window: 7
+    });
+    const wrong = await inspected(
+      simulated,
+      "--method",
+      "tools/call",
+      "--tool-name",
+      "press_label",
+      "--tool-arg",
+      "app=Chat"
+    );
     assert.match(wrong.content[0].text, /Usage: press_label \{"app": string, "label": string/);
-    const read = await inspected(simulated, "--method", "resources/read", "--uri", "driver://windows/Notes");
+    const read = await inspected(
+      simulated,
+      "--method",
+      "resources/read",
+      "--uri",
+      "driver://windows/Notes"
+    );
     assert.equal(JSON.parse(read.contents[0].text).pid, 41);
     await left(simulated);
     await simulated.check();
@@ -44,9 +83,17 @@ test("the example of the page does what the page says", async () => {
   // By the names that an installation gives them.
   const installed = mkdtempSync(join(tmpdir(), "driver-mcp-"));
   symlinkSync(server, join(installed, "driver-mcp"));
-  const path = [dirname(executables.driver), dirname(executables.simulatedMac), installed,
-    fileURLToPath(new URL("clients/node_modules/.bin", root)), process.env.PATH].join(":");
-  const { stdout } = await promisify(execFile)("sh", ["-c", example], { cwd: fileURLToPath(new URL("clients/mcp", root)), env: { ...process.env, PATH: path } });
+  const path = [
+    dirname(executables.driver),
+    dirname(executables.simulatedMac),
+    installed,
+    fileURLToPath(new URL("clients/node_modules/.bin", root)),
+    process.env.PATH
+  ].join(":");
+  const { stdout } = await promisify(execFile)("sh", ["-c", example], {
+    cwd: fileURLToPath(new URL("clients/mcp", root)),
+    env: { ...process.env, PATH: path }
+  });
   rmSync(installed, { recursive: true });
   assert.equal(JSON.parse(stdout).structuredContent.element.label, "Reply");
 });

@@ -15,7 +15,8 @@ async function replyOf(work) {
 let talking;
 
 const deeds = {
-  run: ({ command, given, scope, capturePid }) => replyOf(() => new Mac({ scope, capturePid }).run(command, given)),
+  run: ({ command, given, scope, capturePid }) =>
+    replyOf(() => new Mac({ scope, capturePid }).run(command, given)),
 
   async talk({ command, words }) {
     const mac = new Mac();
@@ -23,7 +24,11 @@ const deeds = {
       talking = await mac.startCaptureService(...words);
       return { ok: true, pid: talking.pid };
     }
-    const start = { "keep-awake": "keepAwake", "lock-guard": "lockGuard", "watch-input": "watchInput" };
+    const start = {
+      "keep-awake": "keepAwake",
+      "lock-guard": "lockGuard",
+      "watch-input": "watchInput"
+    };
     talking = mac[start[command]](...words);
     return replyOf(() => talking.line());
   },
@@ -35,14 +40,17 @@ const deeds = {
     const rest = await talking.end();
     talking = undefined;
     return rest ?? [];
-  },
+  }
 };
 
 for await (const line of createInterface({ input: process.stdin })) {
   const told = JSON.parse(line);
-  const answer = await deeds[told.do](told).then((gives) => ({ gives }), (error) => {
-    if (!(error instanceof NoReplyError)) throw error;
-    return { error: error.message };
-  });
+  const answer = await deeds[told.do](told).then(
+    (gives) => ({ gives }),
+    (error) => {
+      if (!(error instanceof NoReplyError)) throw error;
+      return { error: error.message };
+    }
+  );
   process.stdout.write(`${JSON.stringify(answer)}\n`);
 }
