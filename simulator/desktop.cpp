@@ -1,8 +1,8 @@
 #include "simulator/desktop.h"
 
 #include "simulator/calls/calls.h"
-#include "simulator/datum_text.h"
 #include "simulator/input/taps.h"
+#include "simulator/mac/datum_text.h"
 #include "simulator/mac/sharing_streams.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"

@@ -9,7 +9,7 @@
 
 #include "platform/simulated/socket_address.h"
 #include "simulator/companion/failure.h"
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 namespace companion {
 

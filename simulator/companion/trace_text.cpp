@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 namespace companion {
 

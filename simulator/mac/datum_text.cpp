@@ -1,4 +1,4 @@
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 #include <algorithm>
 #include <array>
