@@ -38,6 +38,17 @@ TEST(hexOf, ends_after_256_bytes) {
   EXPECT_EQ(hexOf(std::string(257, 'a')), hexOf(std::string(256, 'a')) + "…");
 }
 
+TEST(printable, is_one_line_of_text) {
+  EXPECT_EQ(printable("one\ntwo\tthree\r \x1B[0m é \xFF"),
+            "one\\ntwo\\tthree\\r \\x1b[0m é \uFFFD");
+}
+
+TEST(shellWord, is_quoted_where_a_shell_needs_it) {
+  EXPECT_EQ(shellWord("340,574"), "340,574");
+  EXPECT_EQ(shellWord(""), "''");
+  EXPECT_EQ(shellWord("don't stop"), "'don'\\''t stop'");
+}
+
 }  // namespace
 
 }  // namespace simulator
