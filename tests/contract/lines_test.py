@@ -82,6 +82,7 @@ class Lines(unittest.TestCase):
         self.check("user-state", mac.tell("state", "--user"))
         mac.driver("bg-click", "Notes", "150", "100", CU_WINDOW="Inbox")
         mac.driver("ax-insert", "Notes", "Body", "-1", "-1", "end", "you\n")
+        mac.driver("ax-press-exact", "Notes", "Send")
         self.check("fault", mac.tell("fault", "windowserver.session", "1", "before", "user", "key", "a"))
         mac.driver("bg-type", "Notes", "text")
         self.check("done", mac.tell("user", "press", "shift"))
