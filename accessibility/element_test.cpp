@@ -20,7 +20,8 @@ constexpr const char* elementDesk = R"(
 )";
 
 constexpr const char* enabling =
-    "    0 ms  write 41/0 AXManualAccessibility\n    0 ms  write 41/0 AXEnhancedUserInterface\n";
+    "    0 ms  write 41/0 AXManualAccessibility true\n    0 ms  write 41/0 AXEnhancedUserInterface "
+    "true\n";
 
 TEST(axApp, asks_the_application_for_its_whole_tree) {
   TestMac mac(elementDesk);

@@ -30,6 +30,15 @@ if(TARGET simulated-mac)
     COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/man/simulated-mac.1"
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulated-mac)
+  install(FILES "${product_folder}/packaging/completions/simulated-mac.bash"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME simulated-mac
+    COMPONENT simulated-mac)
+  install(FILES "${product_folder}/packaging/completions/_simulated-mac"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT simulated-mac)
+  install(FILES "${product_folder}/packaging/completions/simulated-mac.fish"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT simulated-mac)
+  install(DIRECTORY "${product_folder}/packaging/contract/simulated-mac"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT simulated-mac)
   install(FILES "${product_folder}/demo/desk.world" "${product_folder}/demo/mail.world"
     "${product_folder}/demo/chat.world" "${product_folder}/demo/settings.world"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)

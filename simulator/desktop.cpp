@@ -1,9 +1,12 @@
 #include "simulator/desktop.h"
 
+#include <utility>
+
 #include "simulator/calls/calls.h"
-#include "simulator/datum_text.h"
 #include "simulator/input/taps.h"
+#include "simulator/mac/datum_text.h"
 #include "simulator/mac/sharing_streams.h"
+#include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/fields.h"
@@ -19,6 +22,29 @@ constexpr Pid firstClientPid = 5'000'000;
 
 /// A Mac that serves for days forgets its oldest calls.
 constexpr std::size_t traceEntriesMax = 200'000;
+
+/// The variables that a run of the driver asks for begin so.
+bool isHeeded(const std::string& name) {
+  return name.starts_with("CU_") || name.starts_with("ZENTROVE_");
+}
+
+/// What happens while this lives is done by a process.
+class Acting {
+ public:
+  Acting(World& world, Pid pid) : world_(world), before_(world.actor) { world.actor = pid; }
+  ~Acting() { world_.actor = before_; }
+  Acting(const Acting&) = delete;
+  Acting& operator=(const Acting&) = delete;
+
+ private:
+  World& world_;
+  Pid before_;
+};
+
+std::string endOf(const Client& client) {
+  if (client.diedBySignal) return "signal " + std::to_string(*client.diedBySignal);
+  return client.exited ? "status " + std::to_string(client.status) : "gone, without a word";
+}
 
 }  // namespace
 
@@ -37,19 +63,29 @@ std::size_t Desktop::join(std::vector<std::string> arguments,
   client->environment = std::move(environment);
   mac_.world.processes.insert(client->pid);
   rules_.push_back(std::make_unique<Rules>(mac_, *client));
+  tellOfJoining(*client);
   mac_.clients.push_back(std::move(client));
   return index;
 }
 
-void Desktop::leave(std::size_t client) {
-  mac_.world.processes.erase(mac_.clients[client]->pid);
-  mac_.clients[client]->pictures.clear();
-  forgetSharing(mac_, mac_.clients[client]->pid);
-  std::erase_if(mac_.world.covers,
-                [&](const Cover& cover) { return cover.owner == mac_.clients[client]->pid; });
-  mac_.clients[client]->displayHolds.clear();
-  dropTaps(mac_, *mac_.clients[client]);
-  rules_[client]->finish(violations_);
+void Desktop::leave(std::size_t index) {
+  Client& client = *mac_.clients[index];
+  const Acting acting(mac_.world, client.pid);
+  mac_.world.processes.erase(client.pid);
+  client.pictures.clear();
+  forgetSharing(mac_, client.pid);
+  std::erase_if(mac_.world.covers, [&](const Cover& cover) { return cover.owner == client.pid; });
+  if (!client.displayHolds.empty()) {
+    enter(mac_, {.kind = JournalEntry::Kind::awake,
+                 .target = client.pid,
+                 .what = "display released with its process"});
+  }
+  client.displayHolds.clear();
+  dropTaps(mac_, client);
+  if (!std::exchange(client.left, true)) tellOfEnd(client);
+  if (!client.exited && holdsAnything(mac_, client.pid)) mac_.killed.insert(client.pid);
+  rules_[index]->finish(violations_);
+  tellOfViolations(client.pid);
 }
 
 void Desktop::forget(std::size_t client) {
@@ -59,27 +95,31 @@ void Desktop::forget(std::size_t client) {
 
 Pid Desktop::pidOf(std::size_t client) { return firstClientPid + static_cast<Pid>(client); }
 
-const Outcome* Desktop::strike(platform::Function function) {
-  const Outcome* outcome = nullptr;
+const Fault* Desktop::strike(platform::Function function) {
+  const Fault* struck = nullptr;
   for (ArmedFault& armed : faults_) {
     const Fault& fault = armed.fault;
     if (fault.function && *fault.function != function) continue;
     ++armed.counted;
-    const bool struck =
+    const bool strikes =
         fault.onwards ? armed.counted >= fault.occurrence : armed.counted == fault.occurrence;
-    if (struck) outcome = &fault.outcome;
+    if (strikes) struck = &fault;
   }
-  return outcome;
+  return struck;
 }
 
 Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
   Client& client = *mac_.clients[clientIndex];
-  const Outcome* outcome = strike(call.function);
+  const Acting acting(mac_.world, client.pid);
+  const Fault* fault = strike(call.function);
+  const Outcome* outcome = fault == nullptr ? nullptr : &fault->outcome;
+  if (fault != nullptr) tellOfStrike(*fault, call.function);
   // Before the rules look at the world: it is not the call that did it.
   if (outcome != nullptr && outcome->kind == Outcome::Kind::happening) {
     happen(outcome->happening);
   }
   rules_[clientIndex]->before(call, flow, violations_);
+  tellOfViolations(client.pid);
   std::optional<Answer> given;
   if (outcome != nullptr) given = faultyAnswer(call, *outcome);
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
@@ -90,6 +130,7 @@ Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
 
 Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds since,
                       std::size_t flow) {
+  const Acting acting(mac_.world, mac_.clients[clientIndex]->pid);
   rules_[clientIndex]->look();
   Answer result = answer(mac_, *mac_.clients[clientIndex], call, since);
   if (result.pending) return result;
@@ -100,6 +141,7 @@ Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds si
 Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
                          std::size_t flow) {
   rules_[clientIndex]->after(call, result, faulty, flow, violations_);
+  tellOfViolations(mac_.clients[clientIndex]->pid);
   // Half at a time: to drop them one by one would move all others each time.
   if (trace_.size() == traceEntriesMax) {
     trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
@@ -128,11 +170,24 @@ void Desktop::advanceTo(Microseconds time) {
 /// The clock moves on, with what happens by itself in applications.
 void Desktop::passTo(Microseconds time) {
   if (time > mac_.now) {
-    for (const auto& rules : rules_) {
-      if (rules) rules->beforeTimePasses(violations_);
+    for (std::size_t i = 0; i < rules_.size(); ++i) {
+      if (!rules_[i]) continue;
+      rules_[i]->beforeTimePasses(violations_);
+      tellOfViolations(pidOf(i));
     }
   }
-  settleWrites(mac_.world, time);
+  for (SettledWrite& write : settleWrites(mac_.world, time)) {
+    mac_.now = std::max(mac_.now, write.at);
+    enter(mac_, {.kind = JournalEntry::Kind::landing,
+                 .pid = write.actor,
+                 .target = write.pid,
+                 .window = write.element ? write.element->window : 0,
+                 .what = write.attribute.empty() ? "paste" : std::move(write.attribute),
+                 .landed = write.landed,
+                 .outcome = std::move(write.outcome),
+                 .element = std::move(write.element),
+                 .text = std::move(write.text)});
+  }
   mac_.now = std::max(mac_.now, time);
 }
 
@@ -140,14 +195,51 @@ void Desktop::showLock() {
   const Pid caller = mac_.comingLock->caller;
   mac_.comingLock.reset();
   mac_.world.session.locked = true;
+  const Acting acting(mac_.world, caller);
   enter(mac_, {.kind = JournalEntry::Kind::screen, .target = caller, .what = "locked"});
 }
 
 void Desktop::happen(const Happening& happening) {
+  const Acting nobody(mac_.world, 0);
+  mac_.arrived.clear();
   simulator::happen(mac_, happening);
+  std::string outcome;
+  for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening)});
+               .what = happeningText(happening),
+               .outcome = std::move(outcome)});
+}
+
+void Desktop::tellOfJoining(const Client& client) {
+  JournalEntry entry{.kind = JournalEntry::Kind::process, .pid = client.pid, .what = "joined"};
+  entry.arguments = shownArguments(client);
+  for (const auto& [name, value] : client.environment) {
+    if (isHeeded(name)) entry.variables.push_back(name + "=" + value);
+  }
+  enter(mac_, std::move(entry));
+}
+
+void Desktop::tellOfEnd(const Client& client) {
+  enter(mac_, {.kind = JournalEntry::Kind::process,
+               .pid = client.pid,
+               .what = "ended",
+               .outcome = endOf(client)});
+}
+
+void Desktop::tellOfStrike(const Fault& fault, platform::Function function) {
+  enter(mac_, {.kind = JournalEntry::Kind::fault,
+               .what = std::string(platform::nameOf(function)),
+               .outcome = faultText(fault)});
+}
+
+/// Says of each rule that was broken since that it was broken now.
+void Desktop::tellOfViolations(Pid pid) {
+  for (; violationsTold_ < violations_.size(); ++violationsTold_) {
+    enter(
+        mac_,
+        {.kind = JournalEntry::Kind::violation, .pid = pid, .what = violations_[violationsTold_]});
+  }
 }
 
 void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }
@@ -167,7 +259,8 @@ std::optional<Microseconds> Desktop::nextScripted() const {
 }
 
 std::string traceLine(const TraceEntry& entry) {
-  std::string line = milliseconds(entry.at) + " ms #" + std::to_string(entry.client) + " ";
+  std::string line =
+      milliseconds(entry.at) + " ms " + std::to_string(Desktop::pidOf(entry.client)) + " ";
   line += platform::nameOf(entry.call.function);
   for (const auto& argument : entry.call.arguments) line += " " + datumText(argument);
   line += " -> " + datumText(entry.answer);

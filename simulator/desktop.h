@@ -23,6 +23,15 @@ struct TraceEntry {
   bool faulty = false;
 };
 
+/// A fault that waits for its calls.
+struct ArmedFault {
+  Fault fault;
+  std::size_t counted = 0;  // of the calls that it counts
+
+  /// It has struck, and strikes no more.
+  bool isSpent() const { return !fault.onwards && counted >= fault.occurrence; }
+};
+
 /// The simulated Mac with its only gate. It never waits: whoever drives it advances its clock.
 class Desktop {
  public:
@@ -59,6 +68,8 @@ class Desktop {
   /// A further fault, whose calls are counted from now.
   void addFault(const Fault& fault);
 
+  const std::vector<ArmedFault>& faults() const { return faults_; }
+
   /// When something happens next that no client causes: by the script, or by the Mac itself.
   std::optional<Microseconds> nextOwn() const;
 
@@ -75,17 +86,16 @@ class Desktop {
   const std::vector<std::string>& violations() const { return violations_; }
 
  private:
-  struct ArmedFault {
-    Fault fault;
-    std::size_t counted = 0;
-  };
-
-  const Outcome* strike(platform::Function function);
+  const Fault* strike(platform::Function function);
   Answer conclude(std::size_t client, platform::Call call, Answer answer, bool faulty,
                   std::size_t flow);
   std::optional<Microseconds> nextScripted() const;
   std::optional<Microseconds> nextLock() const;
   void passTo(Microseconds time);
+  void tellOfJoining(const Client& client);
+  void tellOfEnd(const Client& client);
+  void tellOfStrike(const Fault& fault, platform::Function function);
+  void tellOfViolations(Pid pid);
   void showLock();
 
   Mac mac_;
@@ -94,6 +104,7 @@ class Desktop {
   std::size_t scripted_ = 0;  // how many have happened
   std::vector<TraceEntry> trace_;
   std::vector<std::string> violations_;
+  std::size_t violationsTold_ = 0;  // how many the journal has
 };
 
 /// One line of a trace: time, function, arguments and answer.

@@ -223,8 +223,8 @@ TEST(faults, leave_their_mark_in_the_trace) {
   desktop.handle(client, {Function::processForPid, {pack(41)}});
 
   EXPECT_EQ(traceLine(desktop.trace()[0]),
-            "0 ms #0 private.process-for-pid 41 -> [-600 0 0] (fault)");
-  EXPECT_EQ(traceLine(desktop.trace()[1]), "1.5 ms #0 private.process-for-pid 41 -> [0 0 41]");
+            "0 ms 5000000 private.process-for-pid 41 -> [-600 0 0] (fault)");
+  EXPECT_EQ(traceLine(desktop.trace()[1]), "1.5 ms 5000000 private.process-for-pid 41 -> [0 0 41]");
 }
 
 }  // namespace

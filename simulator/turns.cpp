@@ -14,9 +14,6 @@ namespace {
 /// For how long a closed run goes on when nothing happens any more, and somebody only makes rounds.
 constexpr Microseconds quietRoundsMax = 10'000'000;
 
-/// When something last happened that is worth an entry.
-Microseconds latestNews(const Mac& mac) { return mac.journal.empty() ? 0 : mac.journal.back().at; }
-
 }  // namespace
 
 Turns::Turns(Desktop& desktop, Scheduler::Time time, Run run)
@@ -154,7 +151,7 @@ std::optional<Microseconds> Turns::nextInstant() const {
   // An open run stands still for a script alone: its next client is still to come.
   if (run_ == Run::open) return std::nullopt;
   if (own) return earliest({own, round});
-  return round && *round <= latestNews(desktop_.mac()) + quietRoundsMax ? round : std::nullopt;
+  return round && *round <= desktop_.mac().lastNews + quietRoundsMax ? round : std::nullopt;
 }
 
 void Turns::leave(Flow flow) {

@@ -28,6 +28,10 @@ void goOutside() {
 void comeBack() {
   if (state().hasFlows) ask(Function::returnToDesktop);
 }
+// The simulated Mac is told what was read, for its record.
+void comeBackWith(const platform::Bytes& bytes) {
+  if (state().hasFlows) ask(Function::returnToDesktop, bytes);
+}
 
 bool writeToDescriptor(std::string_view bytes, const Limit& limit) {
   // Only who has to wait for the reader gives up the turn: else time would pass within a line.
@@ -50,7 +54,7 @@ bool write(std::string_view bytes, const Limit& limit) {
 platform::Bytes readDescriptor() {
   goOutside();
   platform::Bytes bytes = posix::readSome(STDIN_FILENO);
-  comeBack();
+  comeBackWith(bytes);
   return bytes;
 }
 

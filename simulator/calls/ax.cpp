@@ -1,8 +1,12 @@
+#include <array>
+#include <cstdio>
+
 #include "platform/value_codec.h"
 #include "simulator/calls/calls.h"
 #include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/fields.h"
 #include "simulator/world/presses.h"
 
 namespace simulator::calls {
@@ -108,6 +112,65 @@ bool obeysAllTheSame(const Message& message, ElementId id, const std::string& na
          enables && message.outcome.error == ax::Error::attributeUnsupported;
 }
 
+/// What the journal calls the element of a message that arrives; none for the application itself.
+std::optional<ElementName> nameIn(const Message& message, ElementId id) {
+  const Element* element =
+      message.application == nullptr ? nullptr : findElement(*message.application, id);
+  if (element == nullptr) return std::nullopt;
+  return elementName(*element);
+}
+
+WindowNumber windowOf(const std::optional<ElementName>& element) {
+  return element ? element->window : 0;
+}
+
+std::string numberText(double value) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.15g", value);
+  return text.data();
+}
+
+/// A value that is written, as the journal shows it.
+struct ValueText {
+  const Application* application;  // may be null
+
+  std::string operator()(const Opaque& /*value*/) const { return "an object"; }
+  std::string operator()(const std::string& value) const { return value; }
+  std::string operator()(bool value) const { return value ? "true" : "false"; }
+  std::string operator()(std::int64_t value) const { return std::to_string(value); }
+  std::string operator()(double value) const { return numberText(value); }
+  std::string operator()(ElementLink value) const {
+    const Element* element = application == nullptr ? nullptr : findElement(*application, value.id);
+    return element == nullptr ? "an element" : described(*element);
+  }
+  std::string operator()(const std::vector<ElementId>& value) const {
+    return std::to_string(value.size()) + " elements";
+  }
+  std::string operator()(Point value) const {
+    return numberText(value.x) + "," + numberText(value.y);
+  }
+  std::string operator()(Size value) const {
+    return numberText(value.width) + "x" + numberText(value.height);
+  }
+  std::string operator()(const Rect& value) const {
+    return (*this)(Point{value.x, value.y}) + " " + (*this)(Size{value.width, value.height});
+  }
+  std::string operator()(const ax::Range& value) const {
+    return std::to_string(value.location) + "+" + std::to_string(value.length);
+  }
+};
+
+/// What came of a write that landed: what the field holds of a text that came to it at once.
+std::string outcomeOfWrite(const Message& message, ElementId id, const std::string& name,
+                           const AttributeValue& value) {
+  const Element* element = findElement(*message.application, id);
+  const auto* text = std::get_if<std::string>(&value);
+  if (element == nullptr || text == nullptr) return "";
+  const Habits& habits = habitsOf(*message.application, id);
+  if (habits.delay > 0) return "comes later";
+  return isFieldAttribute(*element, name) ? heldAfter(*element, *text) : "";
+}
+
 }  // namespace
 
 Answer axAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
@@ -167,17 +230,21 @@ Answer axPerform(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const auto element = arguments.get<ElementReference>(0);
   const std::string action = arguments.text(1);
   Message message = send(mac, element.pid);
-  std::string outcome;
+  const auto name = nameIn(message, element.id);
+  Performed done;
   if (message.application != nullptr) {
-    message.outcome.error = perform(mac.world, element.pid, element.id, action, outcome);
+    done = perform(mac.world, element.pid, element.id, action);
+    message.outcome.error = done.error;
   } else {
-    outcome = whyLost(message.outcome);
+    done.outcome = whyLost(message.outcome);
   }
   enter(mac, {.kind = JournalEntry::Kind::action,
               .target = element.pid,
+              .window = windowOf(name),
               .what = action,
-              .landed = message.outcome.error == ax::Error::success,
-              .outcome = std::move(outcome)});
+              .landed = done.landed,
+              .outcome = std::move(done.outcome),
+              .element = name});
   return {pack(message.outcome), message.delay};
 }
 
@@ -186,6 +253,7 @@ Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) 
   const std::string name = arguments.text(1);
   const AttributeValue value = unpackWritten(arguments.get<Datum>(2));
   Message message = send(mac, element.pid);
+  const auto written = nameIn(message, element.id);
   if (message.application != nullptr) {
     message.outcome.error =
         writeAttribute(mac.world, *message.application, element.id, name, value, mac.now);
@@ -194,11 +262,15 @@ Answer axSetAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) 
   const bool landed = message.outcome.error == ax::Error::success || isObeyed;
   enter(mac, {.kind = JournalEntry::Kind::write,
               .target = element.pid,
+              .window = windowOf(written),
               .what = name,
               .landed = landed,
               .outcome = isObeyed ? "obeyed, and answered as unknown"
-                         : landed ? ""
-                                  : whyLost(message.outcome)});
+                         : landed ? outcomeOfWrite(message, element.id, name, value)
+                                  : whyLost(message.outcome),
+              .element = written,
+              .text = std::visit(ValueText{message.application}, value),
+              .isValue = !std::holds_alternative<std::string>(value)});
   return {pack(message.outcome), message.delay};
 }
 

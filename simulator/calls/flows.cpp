@@ -55,6 +55,16 @@ std::optional<Answer> stalledAnswer(const Mac& mac, const Client& client,
   return pendingAnswer(deadline);
 }
 
+/// The journal has what a process writes line by line.
+void noteOutput(Mac& mac, Client& client, const std::string& bytes) {
+  client.output += bytes;
+  client.line += bytes;
+  for (auto end = client.line.find('\n'); end != client.line.npos; end = client.line.find('\n')) {
+    enter(mac, {.kind = JournalEntry::Kind::reply, .text = client.line.substr(0, end)});
+    client.line.erase(0, end + 1);
+  }
+}
+
 }  // namespace
 
 Answer uptime(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
@@ -76,7 +86,10 @@ Answer endFlow(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/)
 
 Answer leaveDesktop(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/) { return {}; }
 
-Answer returnToDesktop(Mac& /*mac*/, Client& /*client*/, const Arguments& /*arguments*/) {
+Answer returnToDesktop(Mac& mac, Client& /*client*/, const Arguments& arguments) {
+  if (arguments.count() > 0 && !arguments.text(0).empty()) {
+    enter(mac, {.kind = JournalEntry::Kind::request, .text = arguments.text(0)});
+  }
   return {};
 }
 
@@ -158,7 +171,7 @@ Answer writeOutput(Mac& mac, Client& client, const Arguments& arguments) {
   if (auto stalled = stalledAnswer(mac, client, limit, arguments.since())) {
     return *stalled;
   }
-  if (written) client.output += arguments.text(0);
+  if (written) noteOutput(mac, client, arguments.text(0));
   return {pack(written), 0};
 }
 

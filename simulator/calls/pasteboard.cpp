@@ -10,18 +10,21 @@ using driver::pack;
 
 namespace {
 
-void note(Mac& mac, std::string what, std::optional<bool> landed = std::nullopt,
-          std::string outcome = "") {
-  enter(mac, {.kind = JournalEntry::Kind::pasteboard,
-              .what = std::move(what),
-              .landed = landed,
-              .outcome = std::move(outcome)});
+/// What a field of text would take of the items.
+std::string textIn(const std::vector<pasteboard::Item>& items) {
+  Pasteboard written;
+  writeItems(written, written.owner, items);
+  return pastedText(written).value_or("");
 }
 
 Answer written(Mac& mac, const Client& client, std::string what,
                const std::vector<pasteboard::Item>& items) {
   const bool taken = writeItems(mac.world.pasteboard, client.pid, items);
-  note(mac, std::move(what), taken, taken ? "" : "somebody else has cleared it since");
+  enter(mac, {.kind = JournalEntry::Kind::pasteboard,
+              .what = std::move(what),
+              .landed = taken,
+              .outcome = taken ? "" : "somebody else has cleared it since",
+              .text = textIn(items)});
   return {pack(taken), 0};
 }
 
@@ -37,7 +40,7 @@ Answer pasteboardChangeCount(Mac& mac, Client& /*client*/, const Arguments& /*ar
 
 Answer clearPasteboard(Mac& mac, Client& client, const Arguments& /*arguments*/) {
   simulator::clearPasteboard(mac.world.pasteboard, client.pid);
-  note(mac, "clear");
+  enter(mac, {.kind = JournalEntry::Kind::pasteboard, .what = "clear"});
   return {pack(mac.world.pasteboard.changeCount), 0};
 }
 

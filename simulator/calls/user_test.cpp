@@ -145,9 +145,9 @@ TEST_F(user_calls, read_and_write_the_pasteboard) {
   std::string journal;
   for (const JournalEntry& entry : mac_.journal) journal += effectLine(entry, 0) + "\n";
   EXPECT_EQ(journal,
-            "    0 ms  pasteboard write LOST: somebody else has cleared it since\n"
+            "    0 ms  pasteboard write \"old\" LOST: somebody else has cleared it since\n"
             "    0 ms  pasteboard clear\n"
-            "    0 ms  pasteboard write-files\n");
+            "    0 ms  pasteboard write-files \"/a b\\n/c\"\n");
 }
 
 TEST_F(user_calls, make_taps_and_hear_their_verdicts) {

@@ -117,7 +117,14 @@ Answer frontmost(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
 }
 
 Answer unhide(Mac& mac, Client& /*client*/, const Arguments& arguments) {
-  return {pack(simulator::unhide(mac.world, arguments.get<Pid>(0))), 0};
+  const auto pid = arguments.get<Pid>(0);
+  const bool shown = simulator::unhide(mac.world, pid);
+  enter(mac, {.kind = JournalEntry::Kind::action,
+              .target = pid,
+              .what = "unhide",
+              .landed = shown,
+              .outcome = shown ? "" : "there is no such application"});
+  return {pack(shown), 0};
 }
 
 Answer activationPolicy(Mac& mac, Client& /*client*/, const Arguments& arguments) {

@@ -10,6 +10,12 @@ namespace companion {
 /// Mac.
 int controlCommand(const std::vector<std::string>& words);
 
+/// "stop": tells the Mac to end, and comes back when it has gone.
+int stopCommand(const std::vector<std::string>& words);
+
+/// "list": a line for each Mac of this user, or of anybody when root asks.
+int listCommand(const std::vector<std::string>& words);
+
 /// "screenshot" and the file that is to hold the picture.
 int screenshotCommand(const std::vector<std::string>& words);
 

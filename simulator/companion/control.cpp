@@ -2,12 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "simulator/companion/failure.h"
+#include "simulator/companion/state.h"
 #include "simulator/companion/trace_text.h"
+#include "simulator/companion/tree.h"
 #include "simulator/drawing/pictures.h"
+#include "simulator/mac/json_text.h"
+#include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
@@ -24,18 +29,13 @@ constexpr std::size_t entriesMax = 100'000;
 /// Some thirty years: in nanoseconds it still fits.
 constexpr Microseconds latestTime = 1'000'000'000'000'000;
 
-/// Of what is on the pasteboard, a state shows no more than this.
-constexpr std::size_t shownDataMax = 1'000;
-
 struct Request {
   Desktop& desktop;
   Scheduler::Time time;
   const Words& words;
 };
 
-ControlAnswer line(const json& object) {
-  return {true, {object.dump(-1, ' ', false, json::error_handler_t::replace)}, 0};
-}
+ControlAnswer line(const json& object) { return {true, {simulator::jsonLine(object)}, 0}; }
 
 ControlAnswer screenshot(const Request& request) {
   simulator::Mac& mac = request.desktop.mac();
@@ -44,9 +44,10 @@ ControlAnswer screenshot(const Request& request) {
   return {true, {*png}, 0};
 }
 
-bool wantsText(const Words& words) {
+/// Whether the one option that a command has is given.
+bool hasOption(const Words& words, std::string_view option) {
   if (words.size() == 1) return false;
-  if (words.size() == 2 && words[1] == "--text") return true;
+  if (words.size() == 2 && words[1] == option) return true;
   throw Failure("unknown option: " + words[1]);
 }
 
@@ -64,69 +65,54 @@ ControlAnswer listed(const Entries& entries, LineOf lineOf) {
 
 ControlAnswer journal(const Request& request) {
   const auto& entries = request.desktop.mac().journal;
-  if (!wantsText(request.words)) return listed(entries, simulator::journalLine);
-  return listed(entries, [](const auto& entry) { return simulator::effectLine(entry, 0); });
+  return listed(entries, hasOption(request.words, "--text") ? simulator::journalText
+                                                            : simulator::journalLine);
 }
 
 ControlAnswer trace(const Request& request) {
   const auto& entries = request.desktop.trace();
-  if (wantsText(request.words)) return listed(entries, simulator::traceLine);
+  if (hasOption(request.words, "--text")) return listed(entries, simulator::traceLine);
   return listed(entries, [&](const simulator::TraceEntry& entry) {
     return traceJson(entry, simulator::Desktop::pidOf(entry.client));
   });
 }
 
 ControlAnswer violations(const Request& request) {
-  return line({{"ok", true}, {"violations", request.desktop.violations()}});
-}
-
-/// The window and the element that the user's keys go to.
-json keyboardOf(const simulator::Application& front) {
-  const auto* window = simulator::findElement(front, front.focusedWindow);
-  const auto* element = simulator::findElement(front, front.focusedElement);
-  return {{"element", element == nullptr ? "" : simulator::labelOf(*element)},
-          {"window", window == nullptr ? 0 : window->window}};
-}
-
-/// A type on the pasteboard: its text, or how much of anything longer there is; null for what was
-/// promised and never came.
-json entryOf(const simulator::Pasteboard::Entry& entry) {
-  json data;
-  if (entry.data && entry.data->size() > shownDataMax) {
-    data = std::to_string(entry.data->size()) + " bytes";
-  } else if (entry.data) {
-    data = *entry.data;
+  auto broken = request.desktop.violations();
+  for (std::string& left : simulator::leftBehind(request.desktop.mac())) {
+    broken.push_back(std::move(left));
   }
-  return {{"data", data}, {"type", entry.type}};
+  return line({{"ok", true}, {"violations", std::move(broken)}});
 }
 
-json clipboardOf(const simulator::Pasteboard& pasteboard) {
-  json items = json::array();
-  for (const auto& item : pasteboard.items) {
-    json types = json::array();
-    for (const auto& entry : item) types.push_back(entryOf(entry));
-    items.push_back(std::move(types));
-  }
-  return items;
-}
-
-/// What is the user's own: it looks the same however an agent works in the background.
 ControlAnswer state(const Request& request) {
+  const bool isUsers = hasOption(request.words, "--user");
+  return line(isUsers ? userState(request.desktop.mac()) : wholeState(request.desktop));
+}
+
+/// Of one application, or of all.
+ControlAnswer tree(const Request& request) {
+  Words words(request.words.begin() + 1, request.words.end());
+  const bool isText = !words.empty() && words.back() == "--text";
+  if (isText) words.pop_back();
+  if (words.size() > 1) throw Failure("unknown option: " + words[1]);
   const simulator::World& world = request.desktop.mac().world;
-  const auto* front = simulator::findApplication(world, world.frontmost);
-  json application;
-  json keyboard;
-  if (front != nullptr) {
-    application = {{"name", front->name.value_or("")}, {"pid", front->pid}};
-    keyboard = keyboardOf(*front);
+  ControlAnswer answer;
+  const auto add = [&](const simulator::Application& application) {
+    auto lines = isText ? treeText(world, application) : treeLines(world, application);
+    std::move(lines.begin(), lines.end(), std::back_inserter(answer.lines));
+  };
+  if (!words.empty()) {
+    add(applicationCalled(world, words[0]));
+    return answer;
   }
-  return line({{"clipboard", clipboardOf(world.pasteboard)},
-               {"front", application},
-               {"keyboard", keyboard},
-               {"locked", world.session.locked.value_or(false)},
-               {"ok", true},
-               {"onConsole", world.session.onConsole.value_or(true)},
-               {"pointer", {{"x", world.pointer.x}, {"y", world.pointer.y}}}});
+  for (const simulator::Application& application : world.applications) add(application);
+  return answer;
+}
+
+ControlAnswer value(const Request& request) {
+  const auto& application = applicationCalled(request.desktop.mac().world, request.words[1]);
+  return {true, {valueLine(application, request.words[2])}, 0};
 }
 
 ControlAnswer fault(const Request& request) {
@@ -170,9 +156,11 @@ struct ControlCommand {
 };
 
 /// Any other command is a happening.
-constexpr std::array<ControlCommand, 7> controlCommands = {{
+constexpr std::array<ControlCommand, 9> controlCommands = {{
     {"screenshot", screenshot},
     {"state", state},
+    {"tree", tree},
+    {"value", value},
     {"journal", journal},
     {"trace", trace},
     {"violations", violations},

@@ -7,9 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/companion/about.h"
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/help.h"
+#include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
 #include "simulator/text/happenings.h"
 
@@ -35,19 +37,32 @@ int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, wo
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
 constexpr const char* asks = "it only asks";
+constexpr const char* endsRun = "its run ends with its processes";
 
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
-    Command{"run", "[--virtual] WORLD -- COMMAND [ARGUMENT]...",
+    Command{"run", "[--virtual] [--record DIR [--no-pictures]] WORLD -- COMMAND [ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
-    Command{"serve", "[--virtual] [--socket NAME] [--until-closed] WORLD",
+    Command{"serve",
+            "[--virtual] [--record DIR [--no-pictures]] [--socket NAME] [--until-closed] WORLD",
             "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
+    Command{"stop", "", "end a Mac that was started by serve, and wait until it has gone", endsRun,
+            0, 0, stopCommand},
+    Command{"list", "", "the Macs of this user that run now", "", 0, 0, listCommand},
+    Command{"report", "DIR -o FILE", "write a page that shows what a record holds", "", 3, 3,
+            reportCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
             screenshotCommand},
-    Command{"state", "",
-            "what is the user's own: front application, keyboard, pointer, clipboard, session",
-            asks, 0, 0, controlCommand},
+    Command{"state", "[--user]",
+            "the user's front application, keyboard, pointer, clipboard and session, and unless "
+            "--user is given what processes hold: focus, keys, covers, taps, shared windows",
+            asks, 0, 1, controlCommand},
+    Command{"tree", "[APP] [--text]",
+            "the whole truth about applications, whatever accessibility would answer", asks, 0, 2,
+            controlCommand},
+    Command{"value", "APP LABEL", "the value of the element with this label", asks, 2, 2,
+            controlCommand},
     Command{"journal", "[--text]", "what was done to the Mac and happened in it", asks, 0, 1,
             controlCommand},
     Command{"trace", "[--text]", "every call of every process, with its answer", asks, 0, 1,
@@ -72,8 +87,12 @@ constexpr const char* introduction =
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
-    "All commands but run, serve and help go to the Mac that SIMULATED_MAC names. They print\n"
-    "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1.\n"
+    "All commands but run, serve, list, report and help go to the Mac that SIMULATED_MAC names. "
+    "They "
+    "print\n"
+    "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1. Of serve it "
+    "is\n"
+    "on standard error: its standard output has the socket's name alone.\n"
     "\n";
 
 std::string formOf(const Command& command) {
@@ -99,12 +118,17 @@ bool beginsHappening(std::string_view word) {
   return std::find(names.begin(), names.end(), word) != names.end();
 }
 
+/// "stop" is a command, and "stop sharing" a happening.
+bool isHappening(const Words& words) { return words[0] == "stop" && words.size() > 1; }
+
 std::string usage() {
   std::string names;
   for (const Command& command : commands) {
     names += (names.empty() ? "" : "|") + std::string(command.name);
   }
-  for (const std::string_view name : happeningNames(canBeTold)) names += "|" + std::string(name);
+  for (const std::string_view name : happeningNames(canBeTold)) {
+    if (name != "stop") names += "|" + std::string(name);
+  }
   return "usage: simulated-mac " + names + " ...; \"simulated-mac --help\" tells more";
 }
 
@@ -142,29 +166,35 @@ int help(const Words& words) {
   return 0;
 }
 
-int fail(const std::string& message) {
-  std::cout << failureLine(message) << std::endl;
+int fail(const std::string& message, std::ostream& stream = std::cout) {
+  stream << failureLine(message) << std::endl;
   return 1;
 }
 
 int carryOut(const Command& command, const Words& words) {
+  // Whoever takes the output of serve for a socket's name is not to take an error for one.
+  std::ostream& errors = command.handler == startServe ? std::cerr : std::cout;
   const std::size_t count = words.size() - 1;
-  if (count < command.least || count > command.most) return fail(usageOf(command));
+  if (count < command.least || count > command.most) return fail(usageOf(command), errors);
   try {
     return command.handler(words);
   } catch (const UsageError&) {
-    return fail(usageOf(command));
+    return fail(usageOf(command), errors);
   } catch (const Failure& failure) {
-    return fail(failure.what());
+    return fail(failure.what(), errors);
   }
 }
 
 int main(const Words& words) {
   if (words.empty()) return fail(usage());
   if (words[0] == "--help") return help({words[0]});
+  if (words[0] == "--version") {
+    std::cout << versionText() << std::endl;
+    return 0;
+  }
   if (words[0] == helpCommand.name) return carryOut(helpCommand, words);
   for (const Command& command : commands) {
-    if (command.name == words[0]) return carryOut(command, words);
+    if (command.name == words[0] && !isHappening(words)) return carryOut(command, words);
   }
   // What may follow, the Mac knows best: applications, for example, are its own.
   if (beginsHappening(words[0])) return carryOut(happeningCommand, words);

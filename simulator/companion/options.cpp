@@ -1,11 +1,11 @@
 #include "simulator/companion/options.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 
 #include "simulator/companion/failure.h"
+#include "simulator/companion/files.h"
 #include "simulator/text/parse.h"
 
 namespace companion {
@@ -20,6 +20,11 @@ bool readWords(const Words& words, bool serves, Options& options) {
     const std::string& word = words[i];
     if (word == "--virtual") {
       options.time = Scheduler::Time::virtualTime;
+    } else if (word == "--record" && i + 1 < words.size()) {
+      options.record.folder = words[++i];
+      if (options.record.folder.empty()) return false;
+    } else if (word == "--no-pictures") {
+      options.record.pictures = false;
     } else if (word == "--until-closed" && serves) {
       options.untilClosed = true;
     } else if (word == "--socket" && serves && i + 1 < words.size()) {
@@ -31,20 +36,8 @@ bool readWords(const Words& words, bool serves, Options& options) {
       options.world = word;
     }
   }
-  return !options.world.empty();
-}
-
-std::string contents(const std::string& path) {
-  std::ostringstream text;
-  if (path == "-") {
-    text << std::cin.rdbuf();
-    return text.str();
-  }
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw systemFailure("cannot read " + path);
-  if (file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
-  if (file.bad()) throw systemFailure("cannot read " + path);
-  return text.str();
+  const bool recordsNothing = options.record.folder.empty() && !options.record.pictures;
+  return !options.world.empty() && !recordsNothing;
 }
 
 }  // namespace
@@ -65,8 +58,14 @@ Options runOptions(const Words& words) {
   return options;
 }
 
-simulator::World readWorld(const std::string& path) {
-  const std::string text = contents(path);
+std::string readWorldText(const std::string& path) {
+  if (path != "-") return readFile(path);
+  std::ostringstream text;
+  text << std::cin.rdbuf();
+  return text.str();
+}
+
+simulator::World worldOf(const std::string& text, const std::string& path) {
   try {
     return simulator::parseWorld(text);
   } catch (const simulator::WorldError& error) {

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "simulator/companion/record.h"
 #include "simulator/scheduler.h"
+#include "simulator/world/world.h"
 
 namespace companion {
 
@@ -15,6 +17,7 @@ struct Options {
   std::string world;                 // a path, or "-" for standard input
   std::string socket;                // empty: a private one
   bool untilClosed = false;          // standard input ends the Mac
+  RecordOptions record;              // what is kept of it
   std::vector<std::string> command;  // what follows "--"
 };
 
@@ -22,7 +25,10 @@ struct Options {
 Options serveOptions(const std::vector<std::string>& words);
 Options runOptions(const std::vector<std::string>& words);
 
-/// The world in a file or, for "-", in standard input. Throws Failure.
-simulator::World readWorld(const std::string& path);
+/// The text of a world in a file or, for "-", in standard input. Throws Failure.
+std::string readWorldText(const std::string& path);
+
+/// The world of such a text, which was in this file. Throws Failure.
+simulator::World worldOf(const std::string& text, const std::string& path);
 
 }  // namespace companion

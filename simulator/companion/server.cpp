@@ -1,10 +1,16 @@
 #include "simulator/companion/server.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "simulator/companion/about.h"
 #include "simulator/companion/control.h"
+#include "simulator/companion/failure.h"
 #include "simulator/companion/socket.h"
+#include "simulator/mac/json_text.h"
 
 namespace companion {
 
@@ -47,11 +53,13 @@ platform::Call callOf(const Datum::List& parts) {
 
 }  // namespace
 
-Server::Server(simulator::World world, Scheduler::Time time, int listeningDescriptor)
+Server::Server(simulator::World world, const ServerSettings& settings)
     : desktop_(std::move(world)),
-      turns_(desktop_, time, Turns::Run::open),
-      listening_(listeningDescriptor),
-      start_(std::chrono::steady_clock::now()) {}
+      turns_(desktop_, settings.time, Turns::Run::open),
+      settings_(settings),
+      start_(std::chrono::steady_clock::now()) {
+  if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+}
 
 Microseconds Server::elapsed() const {
   const auto duration = std::chrono::steady_clock::now() - start_;
@@ -66,6 +74,7 @@ void Server::turn(std::vector<pollfd>& own) {
   wakeDue();
   waitForEvents(own);
   dropGone();
+  if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
 }
 
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
@@ -98,7 +107,7 @@ void Server::waitForEvents(std::vector<pollfd>& own) {
     const int events = (listens ? POLLIN : 0) | (client.connection.hasOutput() ? POLLOUT : 0);
     watched.push_back({client.connection.descriptor(), static_cast<short>(events), 0});
   }
-  if (clients_.size() < clientsMax) watched.push_back({listening_, POLLIN, 0});
+  if (clients_.size() < clientsMax) watched.push_back({settings_.listeningDescriptor, POLLIN, 0});
 
   const timespec limit = timeUntilNext();
   if (ppoll(watched.data(), watched.size(), mayWaitForever() ? nullptr : &limit, nullptr) <= 0) {
@@ -116,7 +125,7 @@ void Server::waitForEvents(std::vector<pollfd>& own) {
 
 void Server::acceptWaiting() {
   while (clients_.size() < clientsMax) {
-    Descriptor accepted = acceptFrom(listening_);
+    Descriptor accepted = acceptFrom(settings_.listeningDescriptor);
     if (accepted.number() < 0) return;
     clients_.emplace_back(std::move(accepted));
   }
@@ -228,7 +237,7 @@ void Server::handleCall(Client& client, const Datum::List& parts) {
 
 void Server::handleControl(Client& client, const Datum::List& parts) {
   client.kind = Kind::control;
-  const ControlAnswer given = control(desktop_, turns_.scheduler().time(), texts(parts, 1));
+  const ControlAnswer given = carryOut(texts(parts, 1));
   Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
   if (given.delay == 0) {
     deliver(client, value);
@@ -239,7 +248,31 @@ void Server::handleControl(Client& client, const Datum::List& parts) {
   client.waits = true;
 }
 
+/// What is about the Mac as a whole is done here, the rest within it.
+ControlAnswer Server::carryOut(const std::vector<std::string>& words) {
+  if (words == std::vector<std::string>{"stop"}) {
+    if (!settings_.canBeStopped) {
+      return {false, {failureLine("this Mac ends with the command that it was started for")}, 0};
+    }
+    stopped_ = true;
+    return {true, {simulator::jsonLine({{"ok", true}})}, 0};
+  }
+  const Scheduler::Time time = turns_.scheduler().time();
+  if (words == std::vector<std::string>{"about"}) {
+    return {true,
+            {simulator::jsonLine({{"now", static_cast<double>(now()) / 1000},
+                                  {"ok", true},
+                                  {"pid", getpid()},
+                                  {"time", timeName(time)},
+                                  {"world", simulator::textJson(settings_.world)}})},
+            0};
+  }
+  return control(desktop_, time, words);
+}
+
+/// What a process is told of is in the record before.
 void Server::deliver(Client& client, const Datum& value) {
+  if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
   if (!client.connection.send(value)) client.gone = true;
 }
 

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "simulator/companion/connection.h"
+#include "simulator/companion/control.h"
+#include "simulator/companion/record.h"
 #include "simulator/desktop.h"
 #include "simulator/turns.h"
 
@@ -18,16 +20,29 @@ using simulator::Microseconds;
 using simulator::Scheduler;
 using simulator::Turns;
 
+struct ServerSettings {
+  Scheduler::Time time = Scheduler::Time::real;
+  int listeningDescriptor = -1;  // borrowed
+  std::string world;             // what the Mac is made of, as it is told to who asks
+  bool canBeStopped = false;     // by a command to the Mac
+  Recorder* recorder = nullptr;  // borrowed; null: nothing is kept
+};
+
 /// A simulated Mac that processes join through a socket, one for each of their flows. One thread,
 /// and no wait but in `turn`. A process that breaks the protocol, or goes, disturbs no other.
 class Server {
  public:
-  /// The Mac starts now. `listeningDescriptor` is borrowed, and outlives this object.
-  Server(simulator::World world, Scheduler::Time time, int listeningDescriptor);
+  /// The Mac starts now. What is borrowed of the settings outlives this object.
+  Server(simulator::World world, const ServerSettings& settings);
 
   /// Waits until something is to be done, for a process or on one of the caller's own descriptors
   /// (whose `revents` are set), and does what the processes wait for.
   void turn(std::vector<pollfd>& own);
+
+  /// Somebody has asked for the end of the Mac.
+  bool isStopped() const { return stopped_; }
+
+  const simulator::Desktop& desktop() const { return desktop_; }
 
  private:
   enum class Kind { unknown, process, furtherFlow, control };
@@ -61,12 +76,14 @@ class Server {
   Client& processNamed(const driver::Datum& pid);
   void handleCall(Client& client, const driver::Datum::List& parts);
   void handleControl(Client& client, const driver::Datum::List& parts);
-  static void deliver(Client& client, const driver::Datum& value);
+  ControlAnswer carryOut(const std::vector<std::string>& words);
+  void deliver(Client& client, const driver::Datum& value);
   void dropGone();
 
   simulator::Desktop desktop_;
   Turns turns_;
-  int listening_;
+  ServerSettings settings_;
+  bool stopped_ = false;
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;
 };

@@ -7,10 +7,12 @@
 #include <array>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <optional>
 
 #include "simulator/companion/failure.h"
 #include "simulator/companion/options.h"
+#include "simulator/companion/record.h"
 #include "simulator/companion/server.h"
 #include "simulator/companion/signals.h"
 #include "simulator/companion/socket.h"
@@ -75,42 +77,74 @@ void passOn(const signalfd_siginfo& signal, pid_t child) {
   if (signal.ssi_code <= 0) kill(child, static_cast<int>(signal.ssi_signo));
 }
 
+/// A Mac with all that belongs to it.
+class ServedMac {
+ public:
+  ServedMac(const Options& options, const std::string& socketName, bool canBeStopped)
+      : text_(readWorldText(options.world)) {
+    simulator::World world = worldOf(text_, options.world);
+    socket_ = std::make_unique<ListeningSocket>(socketName);
+    if (!options.record.folder.empty()) {
+      recorder_ = std::make_unique<Recorder>(options.record, text_, options.time);
+    }
+    server_ = std::make_unique<Server>(
+        std::move(world), ServerSettings{options.time, socket_->descriptor(), options.world,
+                                         canBeStopped, recorder_.get()});
+  }
+  ServedMac(const ServedMac&) = delete;
+  ServedMac& operator=(const ServedMac&) = delete;
+
+  /// What is kept of it is whole.
+  void end() const {
+    if (recorder_) recorder_->finish(server_->desktop());
+  }
+
+  Server& server() const { return *server_; }
+  const std::string& socketName() const { return socket_->name(); }
+
+ private:
+  std::string text_;
+  std::unique_ptr<ListeningSocket> socket_;
+  std::unique_ptr<Recorder> recorder_;
+  std::unique_ptr<Server> server_;
+};
+
 }  // namespace
 
 int serveCommand(const std::vector<std::string>& words) {
   const Options options = serveOptions(words);
   signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
   const Signals signals({SIGTERM, SIGINT, SIGHUP});
-  simulator::World world = readWorld(options.world);
-  const ListeningSocket socket(options.socket.empty() ? privateSocketName() : options.socket);
-  Server server(std::move(world), options.time, socket.descriptor());
-  printOnly(socket.name());
+  const ServedMac mac(options, options.socket.empty() ? privateSocketName() : options.socket, true);
+  printOnly(mac.socketName());
 
   std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
   if (options.untilClosed) own.push_back({STDIN_FILENO, POLLIN, 0});
-  while (true) {
-    server.turn(own);
-    if (own[0].revents != 0) return 0;
-    if (options.untilClosed && own[1].revents != 0 && inputClosed()) return 0;
+  bool ends = false;
+  while (!ends) {
+    mac.server().turn(own);
+    ends = own[0].revents != 0 || mac.server().isStopped() ||
+           (options.untilClosed && own[1].revents != 0 && inputClosed());
   }
+  mac.end();
+  return 0;
 }
 
 int runCommand(const std::vector<std::string>& words) {
   const Options options = runOptions(words);
-  simulator::World world = readWorld(options.world);
   signal(SIGCHLD, SIG_DFL);  // ignored, the child's status would be lost
   const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
-  const ListeningSocket socket(privateSocketName());
-  Server server(std::move(world), options.time, socket.descriptor());
-  const pid_t child = start(options.command, socket.name(), signals);
+  const ServedMac mac(options, privateSocketName(), false);
+  const pid_t child = start(options.command, mac.socketName(), signals);
 
   std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
   while (true) {
-    server.turn(own);
+    mac.server().turn(own);
     while (const auto signal = signals.next()) {
       if (signal->ssi_signo != SIGCHLD) {
         passOn(*signal, child);
       } else if (const auto status = statusOf(child)) {
+        mac.end();
         return *status;
       }
     }

@@ -6,10 +6,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 
 #include "platform/simulated/socket_address.h"
 #include "simulator/companion/failure.h"
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 namespace companion {
 
@@ -40,6 +41,18 @@ int bindTo(int descriptor, const simulated::SocketAddress& address) {
   return result;
 }
 
+/// A socket that nothing is sent to: its name tells of another one's. A path that is too long for
+/// that goes untold.
+Descriptor beaconFor(const std::string& path) {
+  char* whole = realpath(path.c_str(), nullptr);
+  const std::string target = whole == nullptr ? path : whole;
+  std::free(whole);
+  const auto address = simulated::socketAddress(std::string(macBeaconPrefix) + target);
+  Descriptor beacon(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!address || bindTo(beacon.number(), *address) != 0) return Descriptor();
+  return beacon;
+}
+
 bool ofSameUser(int descriptor) {
   ucred peer{};
   socklen_t length = sizeof peer;
@@ -54,7 +67,7 @@ std::string privateSocketName() {
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
     throw systemFailure("no random bytes");
   }
-  return "@simulated-mac-" + simulator::hexOf(bytes);
+  return std::string(macSocketPrefix) + simulator::hexOf(bytes);
 }
 
 ListeningSocket::ListeningSocket(std::string name) : name_(std::move(name)) {
@@ -65,6 +78,7 @@ ListeningSocket::ListeningSocket(std::string name) : name_(std::move(name)) {
   if (bindTo(opened.number(), *address) != 0) throw systemFailure("cannot listen at " + name_);
   descriptor_ = std::move(opened);
   if (listen(descriptor(), waitingMax) != 0) throw systemFailure("cannot listen at " + name_);
+  if (inFileSystem(name_)) beacon_ = beaconFor(name_);
 }
 
 ListeningSocket::~ListeningSocket() {

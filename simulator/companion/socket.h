@@ -1,10 +1,18 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "simulator/companion/descriptor.h"
 
 namespace companion {
+
+/// What the private name of a Mac's socket begins with.
+inline constexpr std::string_view macSocketPrefix = "@simulated-mac-";
+
+/// What stands before the path of a Mac's socket in the name of a socket that tells where it is: so
+/// that Macs are found whose own names could be anybody's.
+inline constexpr std::string_view macBeaconPrefix = "@simulated-mac+";
 
 /// A socket name that nobody can guess and that is in no file system, so that nothing is left of it
 /// however the process ends: "@" and random digits.
@@ -28,6 +36,7 @@ class ListeningSocket {
  private:
   std::string name_;
   Descriptor descriptor_;
+  Descriptor beacon_;  // none for a private name
 };
 
 /// The next process that wants to join, as a non-blocking descriptor; none when there is none now.

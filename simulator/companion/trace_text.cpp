@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "simulator/datum_text.h"
+#include "simulator/mac/json_text.h"
 
 namespace companion {
 
@@ -20,8 +20,7 @@ struct Converter {
   json operator()(std::int64_t value) const { return value; }
   json operator()(double value) const { return value; }
   json operator()(const std::string& value) const {
-    if (!simulator::isReadable(value)) return {{"hex", simulator::hexOf(value)}};
-    return simulator::beginningOf(value, textBytesMax);
+    return simulator::textJson(value, textBytesMax);
   }
   json operator()(const driver::Datum::List& values) const {
     json list = json::array();
@@ -42,7 +41,7 @@ std::string traceJson(const simulator::TraceEntry& entry, simulator::Pid client)
   line["call"] = platform::nameOf(entry.call.function);
   line["faulty"] = entry.faulty;
   line["pid"] = client;
-  return line.dump();
+  return simulator::jsonLine(line);
 }
 
 }  // namespace companion

@@ -115,8 +115,8 @@ std::string takeReturn(const Taking& taking) {
   const std::string name = described(field);
   const bool soft = taking.holds(shiftFlag) && !isSingleLine(field);
   if (!soft && (isSingleLine(field) || !field.onSubmit.empty())) {
-    reactTo(taking.world, taking.application, field.id, &Element::onSubmit);
-    return "submitted " + name;
+    return "submitted " + name +
+           reactTo(taking.world, taking.application, field.id, &Element::onSubmit);
   }
   return type(taking, "\n", (soft ? "broke the line softly in " : "broke the line in ") + name);
 }

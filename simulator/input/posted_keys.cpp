@@ -39,9 +39,14 @@ std::string keyboardFault(const World& world, const Application& application) {
   return isKey ? "" : "no window was made key";
 }
 
+std::vector<HeldKey>::iterator heldKey(std::vector<HeldKey>& keys, std::int64_t code) {
+  return std::find_if(keys.begin(), keys.end(),
+                      [&](const HeldKey& each) { return each.code == code; });
+}
+
 Landing release(Application& application, std::int64_t code) {
   auto& keys = application.keysDown;
-  const auto key = std::find(keys.begin(), keys.end(), code);
+  const auto key = heldKey(keys, code);
   if (key == keys.end()) return refused("a release without its press");
   keys.erase(key);
   return {true, ""};
@@ -65,8 +70,8 @@ Landing takeKeyEvent(World& world, Application& application, const EventImage& e
   if (isUp(event)) return release(application, event.keyCode);
   auto& keys = application.keysDown;
   // A key that is held down repeats: it goes down again without having come up.
-  const bool repeats = std::find(keys.begin(), keys.end(), event.keyCode) != keys.end();
-  if (!repeats) keys.push_back(event.keyCode);
+  const bool repeats = heldKey(keys, event.keyCode) != keys.end();
+  if (!repeats) keys.push_back({event.keyCode, world.actor});
   const KeyPress press{event.keyCode, event.flags.value_or(world.keyboard.modifiers),
                        textOfEvent(event)};
   return {true, takeKey(world, application, press)};

@@ -127,7 +127,7 @@ TEST_F(posted_keys, go_by_the_public_route_and_not_too_fast) {
   mac_.now -= 1;
   EXPECT_EQ(post(event(EventType::keyUp, 0)),
             "post 41/7 key-up 0 public LOST: came less than 12 ms after the one before");
-  EXPECT_EQ(notes().keysDown, std::vector<std::int64_t>{0});
+  EXPECT_EQ(notes().keysDown, std::vector<HeldKey>{{0}});
 }
 
 TEST_F(posted_keys, that_go_up_must_have_gone_down) {
@@ -137,9 +137,9 @@ TEST_F(posted_keys, that_go_up_must_have_gone_down) {
             "post 41/7 key-up 55 with cmd public LOST: a release without its press");
   post(event(EventType::keyDown, 55, commandFlag));
   post(event(EventType::keyDown, 56, commandFlag));
-  EXPECT_EQ(notes().keysDown, (std::vector<std::int64_t>{55, 56}));
+  EXPECT_EQ(notes().keysDown, (std::vector<HeldKey>{{55}, {56}}));
   EXPECT_EQ(post(event(EventType::keyUp, 55)), "post 41/7 key-up 55 public");
-  EXPECT_EQ(notes().keysDown, std::vector<std::int64_t>{56});
+  EXPECT_EQ(notes().keysDown, std::vector<HeldKey>{{56}});
 }
 
 TEST_F(posted_keys, type_by_the_users_layout_and_texts_do_not) {

@@ -5,7 +5,9 @@
 
 #include "simulator/input/key_window.h"
 #include "simulator/input/posted_keys.h"
+#include "simulator/world/elements.h"
 #include "simulator/world/presses.h"
+#include "simulator/world/utf16_text.h"
 
 namespace simulator {
 
@@ -172,6 +174,7 @@ Landing takePress(Delivery& delivery, ClickProgress& progress) {
     if (progress.pressedType) return refused("a second press without a release");
     if (state != progress.clickState + 1) return refused("wrong click state");
     progress.pressedType = event.type;
+    progress.pressedBy = delivery.mac.world.actor;
     progress.clickState = state;
     return {true, "press"};
   }
@@ -255,6 +258,21 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   return landing;
 }
 
+/// What has the keyboard, or what is under the pointer: before the event comes, which may change
+/// it.
+std::optional<ElementName> meantElement(World& world, Pid pid, WindowNumber number,
+                                        const EventImage& event) {
+  Application* application = findApplication(world, pid);
+  const Window* window = findWindow(world, number);
+  if (application == nullptr || window == nullptr || window->owner != pid) return std::nullopt;
+  const Element* element =
+      isKeyEvent(event)
+          ? keyboardField(world, *application)
+          : findElement(*application, elementAt(*application, *window, event.location));
+  if (element == nullptr) return std::nullopt;
+  return elementName(*element);
+}
+
 }  // namespace
 
 void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
@@ -264,15 +282,17 @@ void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
     const Application* application = findApplication(mac.world, pid);
     entry.window = application == nullptr ? 0 : keyWindowOf(*application);
     entry.what = nameOfKeyEvent(event);
+    entry.text = utf8Of(unitsOf(event.text));
   } else {
     entry.window = static_cast<WindowNumber>(fieldOf(event, Field::targetWindow));
     entry.what = nameOf(event.type);
     entry.point = event.location;
   }
+  entry.element = meantElement(mac.world, pid, entry.window, event);
   Landing landing = receive(mac, pid, event, by);
   entry.landed = landing.landed;
   entry.outcome = std::move(landing.outcome);
-  mac.journal.push_back(std::move(entry));
+  enter(mac, std::move(entry));
 }
 
 }  // namespace simulator

@@ -46,9 +46,10 @@ std::string firstDifference(const std::string& record, const std::string& expect
   return "";
 }
 
-void changeFocus(Application& application, WindowNumber window, bool give) {
+void changeFocus(Application& application, WindowNumber window, bool give, Pid giver) {
   if (give) {
     application.focusByRecord = window;
+    application.focusGivenBy = giver;
   } else if (application.focusByRecord == window) {
     application.focusByRecord = 0;
     application.madeKey = 0;  // a window is key by records only as long as focus is held by them
@@ -110,7 +111,7 @@ void takeRecord(Mac& mac, Pid pid, const std::string& record) {
   if (application == nullptr || target == nullptr || target->owner != pid) {
     if (fault.empty()) fault = "no such window of the application";
   } else if (fault.empty() && focus) {
-    changeFocus(*application, window, give);
+    changeFocus(*application, window, give, mac.world.actor);
   } else if (fault.empty()) {
     fault = takeKeyRecord(mac.world, *application, window, second);
   }
@@ -120,7 +121,8 @@ void takeRecord(Mac& mac, Pid pid, const std::string& record) {
               .window = window,
               .what = what,
               .landed = fault.empty(),
-              .outcome = fault});
+              .outcome = fault,
+              .record = record});
 }
 
 }  // namespace simulator

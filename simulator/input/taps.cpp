@@ -75,12 +75,13 @@ void arrive(Mac& mac, bool passed) {
   const InputEvent input = std::move(line.waiting.front());
   line.waiting.pop_front();
   line.underWay = false;
-  if (passed) takeInput(mac.world, input);
+  const std::string outcome = passed ? takeInput(mac.world, input) : "swallowed by a tap";
+  if (passed && !outcome.empty()) mac.arrived.push_back(outcome);
   if (line.taps.empty()) return;  // whatever the user does would fill the journal
   enter(mac, {.kind = JournalEntry::Kind::input,
               .what = nameOfInput(input),
               .landed = passed,
-              .outcome = passed ? "" : "swallowed by a tap"});
+              .outcome = outcome});
 }
 
 /// Lets events go on until one is held, or none is left.
@@ -116,9 +117,13 @@ void disable(Mac& mac, Tap& tap, std::uint32_t notice) {
 }  // namespace
 
 void takeUserInput(Mac& mac, std::vector<InputEvent> events) {
+  if (!reachesApplications(mac.world)) {
+    mac.arrived.emplace_back("nothing gets it: the session is locked or not on the console");
+    return;
+  }
   for (InputEvent& event : events) {
     event.since = mac.now;
-    if (reachesApplications(mac.world)) mac.tapLine.waiting.push_back(std::move(event));
+    mac.tapLine.waiting.push_back(std::move(event));
   }
   pump(mac);
 }

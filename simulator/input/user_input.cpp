@@ -132,26 +132,36 @@ void hover(World& world, Point point) {
   }
 }
 
-void pressButton(World& world, std::uint32_t type, Point point) {
+constexpr const char* noWindowThere = "there is no window";
+
+/// A sentence about what came to an application.
+std::string toldOf(const Application& application, const std::string& sentence) {
+  return application.name.value_or("pid:" + std::to_string(application.pid)) + ": " + sentence;
+}
+
+std::string pressButton(World& world, std::uint32_t type, Point point) {
   world.heldButtons[type] = {};
   const Window* window = topmostAt(world, point);
   const Application* owner = window == nullptr ? nullptr : findApplication(world, window->owner);
-  if (owner == nullptr) return;
+  if (owner == nullptr) return noWindowThere;
   world.heldButtons[type].window = window->number;
   if (owner->policy != workspace::ActivationPolicy::prohibited) world.frontmost = owner->pid;
   raiseWindow(world, window->number);
+  return "";
 }
 
 /// A button that went down and up in the same place has clicked.
-void releaseButton(World& world, std::uint32_t type, Point point) {
+std::string releaseButton(World& world, std::uint32_t type, Point point) {
   const auto held = world.heldButtons.find(type - 1);
-  if (held == world.heldButtons.end()) return;
+  if (held == world.heldButtons.end()) return "";
   const HeldButton button = held->second;
   world.heldButtons.erase(held);
   const Window* window = findWindow(world, button.window);
-  if (window == nullptr || button.dragged || type == otherUp) return;
-  if (!driver::contains(window->frame, point)) return;
-  click(world, window->owner, window->number, point, type == rightUp);
+  if (window == nullptr || button.dragged || type == otherUp) return "";
+  if (!driver::contains(window->frame, point)) return "";
+  const Application* owner = findApplication(world, window->owner);
+  const std::string name = owner == nullptr ? "" : toldOf(*owner, "");
+  return name + click(world, window->owner, window->number, point, type == rightUp);
 }
 
 void drag(World& world, Point point) {
@@ -159,11 +169,19 @@ void drag(World& world, Point point) {
   hover(world, point);
 }
 
-void scroll(World& world, const InputEvent& input) {
-  if (Window* window = topmostAt(world, input.event.location)) {
-    window->scrolledLines.x += input.scrolledLines.x;
-    window->scrolledLines.y += input.scrolledLines.y;
-  }
+std::string scroll(World& world, const InputEvent& input) {
+  Window* window = topmostAt(world, input.event.location);
+  if (window == nullptr) return noWindowThere;
+  window->scrolledLines.x += input.scrolledLines.x;
+  window->scrolledLines.y += input.scrolledLines.y;
+  return "scrolled window " + std::to_string(window->number);
+}
+
+std::string takeUserKey(World& world, const InputEvent& input) {
+  Application* front = findApplication(world, world.frontmost);
+  if (front == nullptr) return "no application is in front";
+  const std::string name = toldOf(*front, "");
+  return name + takeKey(world, *front, {input.event.keyCode, input.event.flags, input.text});
 }
 
 const char* pointerName(std::uint32_t type) {
@@ -243,15 +261,12 @@ bool hasSecureInput(const World& world) {
   return focused != nullptr && isSecure(*focused);
 }
 
-void takeInput(World& world, const InputEvent& input) {
-  if (!reachesApplications(world)) return;
+std::string takeInput(World& world, const InputEvent& input) {
+  if (!reachesApplications(world)) return "";
   const Point point = input.event.location;
   switch (input.event.type) {
     case keyDown:
-      if (Application* front = findApplication(world, world.frontmost)) {
-        takeKey(world, *front, {input.event.keyCode, input.event.flags, input.text});
-      }
-      break;
+      return takeUserKey(world, input);
     case moved:
       hover(world, point);
       break;
@@ -263,19 +278,17 @@ void takeInput(World& world, const InputEvent& input) {
     case leftDown:
     case rightDown:
     case otherDown:
-      pressButton(world, input.event.type, point);
-      break;
+      return pressButton(world, input.event.type, point);
     case leftUp:
     case rightUp:
     case otherUp:
-      releaseButton(world, input.event.type, point);
-      break;
+      return releaseButton(world, input.event.type, point);
     case scrolled:
-      scroll(world, input);
-      break;
+      return scroll(world, input);
     default:
       break;
   }
+  return "";
 }
 
 std::string nameOfInput(const InputEvent& input) {

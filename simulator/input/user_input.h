@@ -26,7 +26,9 @@ bool reachesApplications(const World& world);
 bool hasSecureInput(const World& world);
 
 /// Lets an event have its effect: keys in the front application, the pointer's on what is under it.
-void takeInput(World& world, const InputEvent& input);
+/// Gives a sentence for the journal, `Notes: typed "a" into AXTextArea "Body"`; empty for what
+/// comes to nothing by itself, as a movement.
+std::string takeInput(World& world, const InputEvent& input);
 
 /// For the journal: "key-down 36", "left-up", "moved" …
 std::string nameOfInput(const InputEvent& input);

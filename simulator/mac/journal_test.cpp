@@ -52,18 +52,42 @@ TEST(effectLine, may_be_wider_than_its_column) {
   EXPECT_EQ(effectLine(late, 0), "12345.678 ms  focus 41/7 give");
 }
 
+TEST(journalText, names_the_process_and_has_captures_too) {
+  JournalEntry own = capture;
+  own.pid = 5'000'001;
+
+  EXPECT_EQ(journalText(own), "    0 ms  5000001  capture window");
+  EXPECT_EQ(journalText(happening), "    1 ms        -  happening lock");
+}
+
+TEST(effectLine, is_one_line_of_text_whatever_it_is_about) {
+  JournalEntry odd = file;
+  odd.what = "/tmp/a\n\xFF";
+
+  EXPECT_EQ(effectLine(odd, 0), "    0 ms  file /tmp/a\\n\uFFFD");
+}
+
 TEST(journalLine, is_an_object_with_what_there_is) {
-  EXPECT_EQ(journalLine(landedEvent),
-            R"({"at":219.0,"kind":"event","landed":true,"outcome":"press","point":[130.0,95.5],)"
-            R"("route":"private","target":41,"what":"left-down","window":7})");
-  EXPECT_EQ(journalLine(happening), R"({"at":1.0,"kind":"happening","what":"lock"})");
+  EXPECT_EQ(
+      journalLine(landedEvent),
+      R"({"at":219.0,"kind":"event","landed":true,"number":0,"outcome":"press","point":[130.0,95.5],)"
+      R"("route":"private","target":41,"what":"left-down","window":7})");
+  EXPECT_EQ(journalLine(happening), R"({"at":1.0,"kind":"happening","number":0,"what":"lock"})");
 }
 
 TEST(journalLine, replaces_what_is_no_text) {
   JournalEntry odd = file;
   odd.what = "a\xFF";
 
-  EXPECT_EQ(journalLine(odd), "{\"at\":0.0,\"kind\":\"file\",\"what\":\"a\uFFFD\"}");
+  EXPECT_EQ(journalLine(odd), "{\"at\":0.0,\"kind\":\"file\",\"number\":0,\"what\":\"a\uFFFD\"}");
+}
+
+TEST(journalLine, has_bytes_that_are_no_text_in_digits) {
+  JournalEntry odd{.kind = Kind::write, .what = "AXValue", .text = "a\xFF"};
+
+  EXPECT_EQ(journalLine(odd),
+            R"({"at":0.0,"kind":"write","number":0,"text":{"hex":"61ff"},"what":"AXValue"})");
+  EXPECT_EQ(journalText(odd), "    0 ms        -  write AXValue <61ff>");
 }
 
 TEST(milliseconds, have_as_many_decimals_as_they_need) {

@@ -54,6 +54,7 @@ struct Client {
   std::map<std::int64_t, Portrait> portraits;  // by number
   std::vector<std::string> displayHolds;       // what keeps the display awake, by its names
   std::size_t coversShown = 0;
+  bool left = false;  // it has gone
   bool exited = false;
   int status = 0;
   std::optional<int> diedBySignal;
@@ -71,12 +72,16 @@ struct Client {
 
   // Standard input and output, as far as the Mac keeps them.
   std::string output;         // what it wrote
+  std::string line;           // of that, what no line feed has ended yet
   std::string input;          // that has arrived and was not read
   bool inputClosed = false;   // nothing more arrives
   bool readerStalls = false;  // nobody takes what is written
   bool outputClosed = false;  // nobody reads any more
   bool outputTaken = false;   // a flow has the right to write a line
 };
+
+/// The command line of a process, as a reader knows it: its program by its name alone.
+std::vector<std::string> shownArguments(const Client& client);
 
 /// The running Mac: its world, its clock, and what it keeps for its clients.
 struct Mac {
@@ -90,20 +95,17 @@ struct Mac {
   std::optional<ComingLock> comingLock = std::nullopt;
   std::optional<Microseconds> screensChanged = std::nullopt;  // when they last did
   DrawnPictures drawn = {};
+  std::int64_t entries = 0;               // that the journal ever had
+  Microseconds lastNews = 0;              // when the latest entry came that tells of something new
+  std::set<Pid> killed = {};              // processes that were, and that held something then
+  std::vector<std::string> arrived = {};  // what came of input during the present happening
 };
 
 /// A Mac that serves for days forgets the oldest entries.
 inline constexpr std::size_t journalEntriesMax = 200'000;
 
-/// Adds an entry to the journal, which is of now.
-inline void enter(Mac& mac, JournalEntry entry) {
-  entry.at = mac.now;
-  // Half at a time: to drop them one by one would move all others each time.
-  if (mac.journal.size() == journalEntriesMax) {
-    mac.journal.erase(mac.journal.begin(), mac.journal.begin() + journalEntriesMax / 2);
-  }
-  mac.journal.push_back(std::move(entry));
-}
+/// Adds an entry to the journal, which is of now, and done by whose call is answered.
+void enter(Mac& mac, JournalEntry entry);
 
 /// What a call gives, and how long after the call it is due. A call that must wait for something to
 /// happen is pending: it is asked again whenever something has, and at `deadline` at the latest.

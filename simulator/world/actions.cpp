@@ -16,8 +16,8 @@ std::string showMenu(World& world, Application& application, Element& element) {
   if (toggleMenu(application, element)) return "showed the menu of " + described(element);
   const std::string sentence = "asked " + described(element) + " for its menu";
   const bool reacts = !element.onRightClick.empty();
-  react(world, application, element.id, true);
-  return reacts ? sentence : sentence + ", which has none";
+  const std::string said = react(world, application, element.id, true);
+  return sentence + (reacts ? said : ", which has none");
 }
 
 /// An action that the element has and that nothing keeps it from.
@@ -47,32 +47,32 @@ std::optional<std::vector<std::string>> actionNames(const Application& applicati
   return element->actions;
 }
 
-ax::Error perform(World& world, Pid pid, ElementId id, const std::string& action,
-                  std::string& outcome) {
+Performed perform(World& world, Pid pid, ElementId id, const std::string& action) {
   Application* application = findApplication(world, pid);
-  if (application == nullptr) return ax::Error::cannotComplete;
+  if (application == nullptr) {
+    return {ax::Error::cannotComplete, false, "there is no such application"};
+  }
   Element* element = findElement(*application, id);
   const bool exists = id == 0 || (element != nullptr && isThere(world, *application, *element));
-  if (!exists) {
-    outcome = "asked an element that is gone";
-    return ax::Error::invalidElement;
-  }
+  if (!exists) return {ax::Error::invalidElement, false, "asked an element that is gone"};
   const bool has = element != nullptr && std::find(element->actions.begin(), element->actions.end(),
                                                    action) != element->actions.end();
   if (!has) {
-    outcome = (element == nullptr ? "the application" : described(*element)) + " has no " + action;
-    return ax::Error::actionUnsupported;
+    const std::string name = element == nullptr ? "the application" : described(*element);
+    return {ax::Error::actionUnsupported, false, name + " has no " + action};
   }
   if (!isEnabled(*element)) {
-    outcome = described(*element) + " is disabled";
-    return ax::Error::cannotComplete;
+    return {ax::Error::cannotComplete, false, described(*element) + " is disabled"};
   }
   // The action has its effect whatever is answered: an application that opens a dialog answers
   // late, with an error, though it did what it was asked. The answer is read first, since a
   // reaction may take the element away.
   const ax::Error answer = habitsOf(*application, element->id).actionError;
-  outcome = run(world, *application, *element, action);
-  return answer;
+  std::string outcome = run(world, *application, *element, action);
+  if (answer != ax::Error::success) {
+    outcome += ", answered with " + std::to_string(static_cast<std::int32_t>(answer));
+  }
+  return {answer, true, std::move(outcome)};
 }
 
 bool unhide(World& world, Pid pid) {

@@ -23,9 +23,8 @@ class actions : public testing::Test {
 
   /// The error's code and what the journal would say.
   std::string perform(ElementId id, const std::string& action) {
-    std::string outcome;
-    const ax::Error error = simulator::perform(world_, 41, id, action, outcome);
-    return std::to_string(static_cast<int>(error)) + " " + outcome;
+    const Performed done = simulator::perform(world_, 41, id, action);
+    return std::to_string(static_cast<int>(done.error)) + " " + done.outcome;
   }
   std::string perform(const std::string& label, const std::string& action) {
     return perform(idOf(label), action);
@@ -101,7 +100,7 @@ TEST_F(actions, an_action_can_run_and_answer_an_error) {
     window 7 "Inbox" at 0,0 size 400x300
         AXButton "Save" replying -25204 press: open sheet "Saved")");
 
-  EXPECT_EQ(perform("Save", "AXPress"), "-25204 pressed AXButton \"Save\"");
+  EXPECT_EQ(perform("Save", "AXPress"), "-25204 pressed AXButton \"Save\", answered with -25204");
 
   EXPECT_EQ(world_.windows.size(), 3u);
 }

@@ -63,6 +63,10 @@ std::string described(const Element& element) {
   return label.empty() ? element.role : element.role + " \"" + label + '"';
 }
 
+ElementName elementName(const Element& element) {
+  return {element.role, labelOf(element), element.window};
+}
+
 std::optional<double> numberOf(const AttributeValue& value) {
   if (const auto* flag = std::get_if<bool>(&value)) return *flag ? 1 : 0;
   if (const auto* integer = std::get_if<std::int64_t>(&value)) {

@@ -24,6 +24,15 @@ bool isSecure(const Element& element);
 /// For sentences: `AXButton "Send"`.
 std::string described(const Element& element);
 
+/// What the journal calls an element.
+struct ElementName {
+  std::string role;
+  std::string label;        // as `labelOf` gives it
+  WindowNumber window = 0;  // that it is drawn in; 0: none
+};
+
+ElementName elementName(const Element& element);
+
 /// A number, or a truth as 0 or 1.
 std::optional<double> numberOf(const AttributeValue& value);
 

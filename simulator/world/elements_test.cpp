@@ -114,9 +114,9 @@ TEST_F(element_trees, copies_share_everything_but_their_identity) {
   EXPECT_EQ(children(last), std::vector<ElementId>{idOf("In it")});
   EXPECT_EQ(*read(rows.back(), "AXTitle").value, AttributeValue(std::string("Other")));
   EXPECT_EQ(read(rows.back() + 1, "AXTitle").error, ax::Error::invalidElement);
-  std::string outcome;
-  EXPECT_EQ(perform(world_, 41, last, "AXPress", outcome), ax::Error::success);
-  EXPECT_EQ(outcome, "pressed AXRow \"Row\", which does nothing");
+  const Performed done = perform(world_, 41, last, "AXPress");
+  EXPECT_EQ(done.error, ax::Error::success);
+  EXPECT_EQ(done.outcome, "pressed AXRow \"Row\", which does nothing");
 }
 
 TEST_F(element_trees, grow_and_shrink_after_each_read_of_the_children) {

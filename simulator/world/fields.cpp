@@ -105,19 +105,31 @@ void attach(Application& application, ElementId id, const std::vector<std::strin
   }
 }
 
+/// What came of a paste.
+struct Pasted {
+  bool landed = false;
+  std::string text;     // that came, or the paths of files
+  std::string outcome;  // why nothing did, or a sentence for the journal
+};
+
 /// The application reads the pasteboard, and what asked for a paste takes what is there now.
-void landPaste(const World& world, Application& application, ElementId id) {
+Pasted landPaste(const World& world, Application& application, ElementId id) {
   const Element* element = findElement(application, id);
-  if (element == nullptr || application.hangs) return;
+  if (element == nullptr) return {false, "", "what asked for the paste is gone"};
+  if (application.hangs) return {false, "", "the application hangs"};
+  const std::string name = described(*element);
   // What is on the pasteboard now, not what was there when the paste was asked for: who gives the
   // user's clipboard back too early pastes that.
   const std::vector<std::string> files = pastedFiles(world.pasteboard);
+  const auto text = pastedText(world.pasteboard);
   if (!files.empty() && habitsOf(application, id).takesFiles) {
     attach(application, id, files);
-    return;
+    return {true, text.value_or(""), "attached files to " + name};
   }
-  const auto text = pastedText(world.pasteboard);
-  if (text && isTextInput(*element)) typeInto(application, id, selectionOf(*element), *text);
+  if (!text) return {false, "", "there is neither text nor a file on the pasteboard"};
+  if (!isTextInput(*element)) return {false, *text, name + " takes no text"};
+  typeInto(application, id, selectionOf(*element), *text);
+  return {true, *text, (files.empty() ? "pasted into " : "pasted paths as text into ") + name};
 }
 
 ax::Error writeSelection(Element& element, const AttributeValue& value) {
@@ -136,6 +148,35 @@ void defer(World& world, PendingWrite write) {
       std::upper_bound(world.pending.begin(), world.pending.end(), write.due,
                        [](Microseconds due, const PendingWrite& each) { return due < each.due; });
   world.pending.insert(place, std::move(write));
+}
+
+/// A write, or a paste, has its effect, or finds its field gone.
+SettledWrite settle(World& world, PendingWrite write) {
+  SettledWrite settled;
+  settled.at = write.due;
+  settled.actor = write.actor;
+  settled.pid = write.pid;
+  settled.attribute = write.attribute;
+  settled.text = write.text;
+  Application* application = findApplication(world, write.pid);
+  const Element* element =
+      application == nullptr ? nullptr : findElement(*application, write.element);
+  if (element == nullptr) {
+    settled.outcome = "the element is gone";
+    return settled;
+  }
+  settled.element = elementName(*element);
+  if (write.pastes) {
+    Pasted pasted = landPaste(world, *application, write.element);
+    settled.landed = pasted.landed;
+    settled.text = std::move(pasted.text);
+    settled.outcome = std::move(pasted.outcome);
+    return settled;
+  }
+  land(*application, write.element, write.attribute, std::move(write.text));
+  settled.landed = true;
+  settled.outcome = heldAfter(*findElement(*application, write.element), settled.text);
+  return settled;
 }
 
 }  // namespace
@@ -184,13 +225,14 @@ std::string requestPaste(World& world, Application& application) {
   const Element* element = findElement(application, application.focusedElement);
   if (element == nullptr || !takesPaste(application, *element)) return "nothing takes the paste";
   std::string sentence = "asked for a paste into " + described(*element);
-  PendingWrite paste{
-      world.present + application.pasteDelay, application.pid, element->id, "", "", true};
-  if (application.pasteDelay > 0) {
-    defer(world, std::move(paste));
-  } else {
-    landPaste(world, application, paste.element);
-  }
+  if (application.pasteDelay == 0) return landPaste(world, application, element->id).outcome;
+  defer(world, {.due = world.present + application.pasteDelay,
+                .pid = application.pid,
+                .element = element->id,
+                .attribute = "",
+                .text = "",
+                .pastes = true,
+                .actor = world.actor});
   return sentence;
 }
 
@@ -231,26 +273,32 @@ ax::Error writeField(World& world, Application& application, Element& element,
   const Habits& habits = habitsOf(application, element.id);
   if (habits.writes == Habits::Writes::ignored) return ax::Error::success;
   if (habits.delay > 0) {
-    defer(world, {now + habits.delay, application.pid, element.id, name, *text, false});
+    defer(world, {.due = now + habits.delay,
+                  .pid = application.pid,
+                  .element = element.id,
+                  .attribute = name,
+                  .text = *text,
+                  .actor = world.actor});
   } else {
     land(application, element.id, name, *text);
   }
   return ax::Error::success;
 }
 
-void settleWrites(World& world, Microseconds now) {
+std::string heldAfter(const Element& element, const std::string& text) {
+  if (textOf(element) == text) return "";
+  return "it holds \"" + std::string(textOf(element)) + "\" now";
+}
+
+std::vector<SettledWrite> settleWrites(World& world, Microseconds now) {
+  std::vector<SettledWrite> settled;
   world.present = std::max(world.present, now);
   while (!world.pending.empty() && world.pending.front().due <= now) {
     PendingWrite write = std::move(world.pending.front());
     world.pending.erase(world.pending.begin());
-    Application* application = findApplication(world, write.pid);
-    if (application == nullptr || findElement(*application, write.element) == nullptr) continue;
-    if (write.pastes) {
-      landPaste(world, *application, write.element);
-    } else {
-      land(*application, write.element, write.attribute, std::move(write.text));
-    }
+    settled.push_back(settle(world, std::move(write)));
   }
+  return settled;
 }
 
 void settleComposer(Application& application, ElementId id) {

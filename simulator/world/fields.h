@@ -2,7 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "simulator/world/elements.h"
 #include "simulator/world/world.h"
 
 /// Fields that take text: what they show of it, and what comes of a write.
@@ -27,7 +29,7 @@ void typeInto(Application& application, ElementId id, const ax::Range& range,
 std::string selectedText(const Element& element);
 
 /// What has the application's keyboard focus is to take the contents of the pasteboard; the
-/// application reads it some time later. Gives a sentence for the journal.
+/// application reads it some time later, or at once. Gives a sentence for the journal.
 std::string requestPaste(World& world, Application& application);
 
 /// Gives the field the keyboard focus. Its caret goes to the end unless it has a place already.
@@ -45,8 +47,23 @@ bool isFieldAttribute(const Element& element, const std::string& name);
 ax::Error writeField(World& world, Application& application, Element& element,
                      const std::string& name, const AttributeValue& value, Microseconds now);
 
+/// A write or a paste that was asked for before, and what has come of it.
+struct SettledWrite {
+  Microseconds at = 0;
+  Pid actor = 0;
+  Pid pid = 0;
+  std::optional<ElementName> element;  // none: it has gone
+  std::string attribute;               // empty: a paste
+  std::string text;                    // that came, or the paths of files
+  bool landed = false;
+  std::string outcome;  // why not, or a sentence for the journal
+};
+
 /// Lets the writes and pastes land that are due by `now`, in order. That is the present then.
-void settleWrites(World& world, Microseconds now);
+std::vector<SettledWrite> settleWrites(World& world, Microseconds now);
+
+/// What the journal is to say of a field that was given a text: empty when it holds just that.
+std::string heldAfter(const Element& element, const std::string& text);
 
 /// At the start: a composer with a text gets its static texts, and one that has static texts gets
 /// its text.

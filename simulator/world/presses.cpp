@@ -116,8 +116,8 @@ std::string press(World& world, Application& application, ElementId id) {
   }
   // An item is chosen before it reacts: a reaction may take the menu away, or open a window over
   // it.
-  react(world, application, id, false);
-  return reacts ? sentence : sentence + ", which does nothing";
+  const std::string said = react(world, application, id, false);
+  return sentence + (reacts ? said : ", which does nothing");
 }
 
 std::string click(World& world, Pid pid, WindowNumber number, Point point, bool right) {
@@ -142,15 +142,13 @@ std::string click(World& world, Pid pid, WindowNumber number, Point point, bool 
   }
   if (!isEnabled(*element)) return verb + described(*element) + ", which is disabled";
   if (right) {
-    std::string sentence = verb + described(*element);
-    react(world, *application, element->id, true);
-    return sentence;
+    const std::string sentence = verb + described(*element);
+    return sentence + react(world, *application, element->id, true);
   }
   if (!isTextInput(*element)) return press(world, *application, element->id);
-  std::string sentence = "focused " + described(*element);
+  const std::string sentence = "focused " + described(*element);
   takeFocus(*application, *element);
-  react(world, *application, element->id, false);
-  return sentence;
+  return sentence + react(world, *application, element->id, false);
 }
 
 }  // namespace simulator

@@ -18,35 +18,44 @@ Element* targetOf(Application& application, const Reaction& reaction) {
   return reaction.target ? findLabelled(application, *reaction.target) : nullptr;
 }
 
+std::string noTarget(const Reaction& reaction) {
+  return "finds nothing labelled \"" + reaction.target.value_or("") + "\"";
+}
+
+constexpr const char* noWindow = "finds no window";
+
 }  // namespace
 
-void append(World& /*world*/, Application& application, Element& /*element*/,
-            const Reaction& reaction) {
-  if (Element* target = targetOf(application, reaction)) {
-    addText(application, target->id, reaction.text);
-  }
+std::string append(World& /*world*/, Application& application, Element& /*element*/,
+                   const Reaction& reaction) {
+  const Element* target = targetOf(application, reaction);
+  if (target == nullptr) return noTarget(reaction);
+  addText(application, target->id, reaction.text);
+  return "";
 }
 
-void set(World& /*world*/, Application& application, Element& /*element*/,
-         const Reaction& reaction) {
-  if (Element* target = targetOf(application, reaction)) {
-    putText(application, target->id, reaction.text);
-  }
+std::string set(World& /*world*/, Application& application, Element& /*element*/,
+                const Reaction& reaction) {
+  const Element* target = targetOf(application, reaction);
+  if (target == nullptr) return noTarget(reaction);
+  putText(application, target->id, reaction.text);
+  return "";
 }
 
-void toggle(World& /*world*/, Application& /*application*/, Element& element,
-            const Reaction& /*reaction*/) {
+std::string toggle(World& /*world*/, Application& /*application*/, Element& element,
+                   const Reaction& /*reaction*/) {
   AttributeValue& value = element.attributes["AXValue"];
   if (auto* flag = std::get_if<bool>(&value)) {
     *flag = !*flag;
-    return;
+    return "";
   }
   const auto* number = std::get_if<std::int64_t>(&value);
   value = std::int64_t{number != nullptr && *number == 1 ? 0 : 1};
+  return "";
 }
 
-void choose(World& /*world*/, Application& application, Element& element,
-            const Reaction& /*reaction*/) {
+std::string choose(World& /*world*/, Application& application, Element& element,
+                   const Reaction& /*reaction*/) {
   if (const Element* parent = findElement(application, element.parent)) {
     for (const ElementId id : parent->children) {
       Element* sibling = findElement(application, id);
@@ -56,63 +65,79 @@ void choose(World& /*world*/, Application& application, Element& element,
     }
   }
   element.attributes["AXValue"] = std::int64_t{1};
+  return "";
 }
 
-void remove(World& /*world*/, Application& application, Element& /*element*/,
-            const Reaction& reaction) {
-  if (const Element* target = targetOf(application, reaction)) {
-    removeElement(application, target->id);
-  }
+std::string remove(World& /*world*/, Application& application, Element& /*element*/,
+                   const Reaction& reaction) {
+  const Element* target = targetOf(application, reaction);
+  if (target == nullptr) return noTarget(reaction);
+  removeElement(application, target->id);
+  return "";
 }
 
-void openSheet(World& world, Application& application, Element& element, const Reaction& reaction) {
-  simulator::openSheet(world, application, windowMeant(application, element), reaction.text);
+std::string openSheet(World& world, Application& application, Element& element,
+                      const Reaction& reaction) {
+  const WindowNumber window = windowMeant(application, element);
+  if (findWindow(world, window) == nullptr) return noWindow;
+  simulator::openSheet(world, application, window, reaction.text);
+  return "";
 }
 
-void showWindow(World& world, Application& application, Element& /*element*/,
-                const Reaction& reaction) {
-  if (reaction.window) simulator::showWindow(world, application, *reaction.window);
+std::string showWindow(World& world, Application& application, Element& /*element*/,
+                       const Reaction& reaction) {
+  const std::string title = reaction.window.value_or("");
+  if (simulator::showWindow(world, application, title)) return "";
+  return "finds no window titled \"" + title + "\"";
 }
 
-void retitle(World& world, Application& application, Element& element, const Reaction& reaction) {
+std::string retitle(World& world, Application& application, Element& element,
+                    const Reaction& reaction) {
   Window* window = findWindow(world, windowMeant(application, element));
-  if (window == nullptr) return;
+  if (window == nullptr) return noWindow;
   window->title = reaction.text;
   if (Element* shown = findElement(application, window->element)) {
     shown->attributes["AXTitle"] = reaction.text;
   }
+  return "";
 }
 
-void quit(World& world, Application& application, Element& /*element*/,
-          const Reaction& /*reaction*/) {
+std::string quit(World& world, Application& application, Element& /*element*/,
+                 const Reaction& /*reaction*/) {
   quitApplication(world, application.pid);
+  return "";
 }
 
-void hang(World& /*world*/, Application& application, Element& /*element*/,
-          const Reaction& /*reaction*/) {
+std::string hang(World& /*world*/, Application& application, Element& /*element*/,
+                 const Reaction& /*reaction*/) {
   application.hangs = true;
+  return "";
 }
 
-void paste(World& world, Application& application, Element& /*element*/,
-           const Reaction& /*reaction*/) {
-  requestPaste(world, application);
+std::string paste(World& world, Application& application, Element& /*element*/,
+                  const Reaction& /*reaction*/) {
+  return requestPaste(world, application);
 }
 
 }  // namespace reactions
 
-void reactTo(World& world, Application& application, ElementId id,
-             std::vector<Reaction> Element::*reactions) {
+std::string reactTo(World& world, Application& application, ElementId id,
+                    std::vector<Reaction> Element::*reactions) {
   const auto index = static_cast<std::size_t>(id) - 1;
+  std::string said;
   // New elements move the others: nothing is held across a reaction.
   for (std::size_t i = 0;
        i < (application.elements[index].*reactions).size() && application.running; ++i) {
     const Reaction reaction = (application.elements[index].*reactions)[i];
-    reaction.effect(world, application, application.elements[index], reaction);
+    const std::string each =
+        reaction.effect(world, application, application.elements[index], reaction);
+    if (!each.empty()) said += ", " + each;
   }
+  return said;
 }
 
-void react(World& world, Application& application, ElementId id, bool right) {
-  reactTo(world, application, id, right ? &Element::onRightClick : &Element::onClick);
+std::string react(World& world, Application& application, ElementId id, bool right) {
+  return reactTo(world, application, id, right ? &Element::onRightClick : &Element::onClick);
 }
 
 }  // namespace simulator

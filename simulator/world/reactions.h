@@ -7,49 +7,60 @@
 namespace simulator {
 
 /// Runs the element's reactions to a click, in order: all of them, also when one takes away its
-/// window; none after the application has quit.
-void react(World& world, Application& application, ElementId id, bool right);
+/// window; none after the application has quit. Gives what is to be said of them behind a sentence
+/// for the journal: `, finds nothing labelled "Log"`.
+std::string react(World& world, Application& application, ElementId id, bool right);
 
 /// The same for any of the element's lists of reactions.
-void reactTo(World& world, Application& application, ElementId id,
-             std::vector<Reaction> Element::*reactions);
+std::string reactTo(World& world, Application& application, ElementId id,
+                    std::vector<Reaction> Element::*reactions);
 
 /// The effects that reactions have. How they are written in a world is in text/reactions.cpp; one
 /// more, closeOwnWindow, is in windows.h.
 namespace reactions {
 
 /// The reaction's text behind the AXValue of its target.
-void append(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string append(World& world, Application& application, Element& element,
+                   const Reaction& reaction);
 
 /// The AXValue of its target becomes its text.
-void set(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string set(World& world, Application& application, Element& element, const Reaction& reaction);
 
 /// The element's own AXValue changes between 0 and 1, or false and true.
-void toggle(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string toggle(World& world, Application& application, Element& element,
+                   const Reaction& reaction);
 
 /// The element's own AXValue becomes 1, that of its siblings of the same role 0.
-void choose(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string choose(World& world, Application& application, Element& element,
+                   const Reaction& reaction);
 
 /// Its target goes, with all that is in it.
-void remove(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string remove(World& world, Application& application, Element& element,
+                   const Reaction& reaction);
 
 /// A sheet with its text opens on the element's window.
-void openSheet(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string openSheet(World& world, Application& application, Element& element,
+                      const Reaction& reaction);
 
 /// Its window comes on screen, in front of the application's others.
-void showWindow(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string showWindow(World& world, Application& application, Element& element,
+                       const Reaction& reaction);
 
 /// The element's window is titled with its text from now on.
-void retitle(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string retitle(World& world, Application& application, Element& element,
+                    const Reaction& reaction);
 
 /// The application quits.
-void quit(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string quit(World& world, Application& application, Element& element,
+                 const Reaction& reaction);
 
 /// The application stops answering.
-void hang(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string hang(World& world, Application& application, Element& element,
+                 const Reaction& reaction);
 
 /// What has the application's keyboard focus takes the pasteboard's contents.
-void paste(World& world, Application& application, Element& element, const Reaction& reaction);
+std::string paste(World& world, Application& application, Element& element,
+                  const Reaction& reaction);
 
 }  // namespace reactions
 

@@ -152,9 +152,9 @@ void raiseWithin(World& world, WindowNumber number) {
   if (const Window* sheet = sheetOf(world, number)) raiseWithin(world, sheet->number);
 }
 
-void showWindow(World& world, Application& application, const std::string& title) {
+bool showWindow(World& world, Application& application, const std::string& title) {
   Window* window = findTitled(world, application.pid, title);
-  if (window == nullptr) return;
+  if (window == nullptr) return false;
   setOnScreen(application, *window, true);
   joinTree(world, application, *window);
   if (Element* element = findElement(application, window->element)) {
@@ -163,6 +163,7 @@ void showWindow(World& world, Application& application, const std::string& title
   }
   application.focusedWindow = window->element;
   raiseWithin(world, window->number);
+  return true;
 }
 
 void setMinimized(World& world, Application& application, WindowNumber number, bool minimized) {
@@ -220,9 +221,12 @@ WindowNumber windowMeant(const Application& application, const Element& element)
   return focused == nullptr ? 0 : focused->window;
 }
 
-void closeOwnWindow(World& world, Application& application, Element& element,
-                    const Reaction& /*reaction*/) {
-  closeWindow(world, windowMeant(application, element));
+std::string closeOwnWindow(World& world, Application& application, Element& element,
+                           const Reaction& /*reaction*/) {
+  const WindowNumber window = windowMeant(application, element);
+  if (findWindow(world, window) == nullptr) return "finds no window";
+  closeWindow(world, window);
+  return "";
 }
 
 Window* topmostAt(World& world, Point point) {

@@ -23,8 +23,8 @@ void bringToFront(World& world, Pid pid);
 void raiseWithin(World& world, WindowNumber number);
 
 /// Lets the application's window with this title come on screen, in front of the application's
-/// others, as the one that has its focus; a closed one opens. Nothing happens when there is none.
-void showWindow(World& world, Application& application, const std::string& title);
+/// others, as the one that has its focus; a closed one opens. False when there is none.
+bool showWindow(World& world, Application& application, const std::string& title);
 
 /// Minimises a window or brings it back, in front of its application's others.
 void setMinimized(World& world, Application& application, WindowNumber number, bool minimized);
@@ -44,8 +44,8 @@ void closeWindow(World& world, WindowNumber number);
 WindowNumber windowMeant(const Application& application, const Element& element);
 
 /// The effect of a reaction: the element's window closes so.
-void closeOwnWindow(World& world, Application& application, Element& element,
-                    const Reaction& reaction);
+std::string closeOwnWindow(World& world, Application& application, Element& element,
+                           const Reaction& reaction);
 
 /// The frontmost window on screen that contains the point; null when none does.
 Window* topmostAt(World& world, Point point);

@@ -68,9 +68,10 @@ struct HappeningKind;
 
 /// What an element does when a click lands on it.
 struct Reaction {
-  /// One of those in reactions.h, which say what they do with the rest.
-  using Effect = void (*)(World& world, Application& application, Element& element,
-                          const Reaction& reaction);
+  /// One of those in reactions.h, which say what they do with the rest. Gives what the journal is
+  /// to say of it, as that it found nothing to act on; empty when there is nothing to say.
+  using Effect = std::string (*)(World& world, Application& application, Element& element,
+                                 const Reaction& reaction);
   Effect effect = nullptr;
   std::string text = {};
   std::optional<std::string> target = {};  // the label of the element that it is about
@@ -146,7 +147,15 @@ struct ClickProgress {
   std::size_t primingSteps = 0;  // of the four that come first
   std::int64_t button = 0;       // that the last of them announced
   std::optional<std::uint32_t> pressedType;
+  Pid pressedBy = 0;  // the process that posted it
   std::int64_t clickState = 0;
+};
+
+/// A key that was posted to an application and not released.
+struct HeldKey {
+  std::int64_t code = 0;
+  Pid by = 0;  // the process that posted it
+  friend bool operator==(const HeldKey&, const HeldKey&) = default;
 };
 
 enum class ApplicationKind { appKit, chromium };
@@ -185,10 +194,11 @@ struct Application {
   ElementId focusedElement = 0;
 
   // What event records and events have made of it.
-  WindowNumber focusByRecord = 0;      // 0: it holds no focus by record
-  WindowNumber keyByRecord = 0;        // 0: no first record of a pair waits for its second
-  WindowNumber madeKey = 0;            // by such a pair, since it has held focus by record; 0: none
-  std::vector<std::int64_t> keysDown;  // the codes of keys posted to it that were not released
+  WindowNumber focusByRecord = 0;  // 0: it holds no focus by record
+  Pid focusGivenBy = 0;            // the process that gave it
+  WindowNumber keyByRecord = 0;    // 0: no first record of a pair waits for its second
+  WindowNumber madeKey = 0;        // by such a pair, since it has held focus by record; 0: none
+  std::vector<HeldKey> keysDown;
   ClickProgress click;
   std::optional<Microseconds> lastPost;
   std::int64_t lastPostIdentity = -1;
@@ -268,6 +278,7 @@ struct PendingWrite {
   std::string attribute;
   std::string text;
   bool pastes = false;  // what is on the pasteboard then, in place of `text`
+  Pid actor = 0;        // who has asked for it, as for World::actor
 };
 
 struct World {
@@ -294,6 +305,7 @@ struct World {
   std::set<Pid> processes;            // alive, besides applications
   std::set<std::string> files;        // absolute paths that exist, those of bundles included
   std::set<std::string> images;       // absolute paths that load as pictures
+  Pid actor = 0;                      // the process whose call is answered; 0: the user, the system
   std::vector<Scripted> script;       // by time; equal times in the order of the text
   std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
   Microseconds present = 0;           // up to when they have had their effects

@@ -64,7 +64,7 @@ class SimulatedDesk(Mac, Desk):
 
     def user_state(self):
         """All that is the user's own, which no scenario may change."""
-        return self.tell("state")
+        return self.tell("state", "--user")
 
     def broken_rules(self):
         """The rules of safe input that were broken."""

@@ -34,10 +34,10 @@ def examine(world, *say, driver=DRIVER, **environment):
     with Mac(world) as mac:
         for words in say:
             mac.tell(*words)
-        before = mac.tell("state")
+        before = mac.tell("state", "--user")
         done = subprocess.run([str(ROOT / "scripts/doctor"), driver], capture_output=True, text=True,
                               env={**mac.environment, **environment}, timeout=60, check=False)
-        changed = before != mac.tell("state")
+        changed = before != mac.tell("state", "--user")
         posted = [line for line in mac.tell("trace", "--text").splitlines() if ".post" in line]
         violations = mac.tell("violations")
     return done, changed, posted, violations

@@ -5,6 +5,7 @@ import unittest
 
 from mac import ROOT, SIMULATED_MAC
 
+import mac_completions
 import topics
 
 # The page that has a topic's whole table.
@@ -30,6 +31,11 @@ class Help(unittest.TestCase):
         for path in topics.pages():
             with self.subTest(page=path.name):
                 self.assertEqual(topics.as_it_should_be(path, SIMULATED_MAC), path.read_text())
+
+    def test_is_what_completions_are_made_of(self):
+        for name, text in mac_completions.files(SIMULATED_MAC):
+            with self.subTest(file=name):
+                self.assertEqual(text, (ROOT / name).read_text())
 
     def test_prints_lines_that_can_be_taken_apart(self):
         for topic in topic_names():

@@ -74,6 +74,41 @@ class Pages(unittest.TestCase):
                 self.assertIn(name, named)
 
 
+class CompletionsOfTheCompanion(unittest.TestCase):
+    """Of simulated-mac, whose second word goes on with a happening."""
+    cases = [
+        (["jour"], ["journal"]),
+        (["journal", ""], ["--text"]),
+        (["state", ""], ["--user"]),
+        (["leave", ""], ["console"]),
+        (["user", "cl"], ["click"]),
+        (["help", "hab"], ["habits"]),
+        (["user", "key", ""], []),
+        (["lock", ""], [])]
+
+    def test_of_bash(self):
+        script = BASH.replace("driver", "simulated-mac").replace("_simulated-mac", "_simulated_mac")
+        for words, wanted in [*self.cases, (["run", "des"], ["desk.world"])]:
+            lines = shell("bash", "-c", script, "bash", str(COMPLETIONS / "simulated-mac.bash"), *words)
+            self.assertEqual(wanted, [line for line in lines.split("\n") if line], words)
+
+    def test_of_zsh(self):
+        script = ZSH.replace("(driver", "(simulated-mac").replace("_driver", "_simulated_mac")
+        script = script.replace('compadd() { print', 'compadd() { shift; print')
+        for words, wanted in [*self.cases, (["report", ""], ["FILES"])]:
+            if words[-1] == "":  # zsh itself leaves out what does not begin so
+                lines = shell("zsh", "-f", "-c", script, "zsh", str(COMPLETIONS / "_simulated-mac"), *words)
+                self.assertEqual(wanted, [line for line in lines.split("\n") if line], words)
+
+    def test_of_fish(self):
+        for words, wanted in [*self.cases, (["run", "des"], ["desk.world"])]:
+            line = " ".join(["simulated-mac", *words])
+            script = f"source {COMPLETIONS / 'simulated-mac.fish'}; complete -C '{line}'"
+            found = [each.split("\t")[0] for each in shell("fish", "--no-config", "-c", script).split("\n") if each]
+            # An option is offered once it is begun.
+            self.assertEqual([word for word in wanted if not word.startswith("--")], found, words)
+
+
 class Completions(unittest.TestCase):
     names = [command.name for command in table.commands()]
 

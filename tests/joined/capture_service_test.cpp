@@ -151,6 +151,34 @@ TEST_F(capture_service_process, lets_runs_beside_it_use_the_focus_it_holds) {
   EXPECT_EQ(violations(), std::string("0 ") + noViolations);
 }
 
+TEST_F(capture_service_process, is_named_in_the_state_with_what_it_holds) {
+  Service service(mac_, lock());
+  service.ask(open("n", "Notes"));
+  service.ask(holdNotes);
+  const auto held = [&] {
+    const std::string state = mac_.command({"state"}).output;
+    const std::size_t focus = state.find("\"focus\"");
+    const std::size_t sharing = state.find("\"sharing\"");
+    return state.substr(focus, state.find(",\"front\"") - focus) + "\n" +
+           state.substr(sharing, state.find(",\"taps\"") - sharing);
+  };
+
+  EXPECT_EQ(
+      held(),
+      R"("focus":[{"application":{"name":"Notes","pid":41},"by":{"alive":true,"pid":5000000},)"
+      R"("keyWindow":7,"window":7}])"
+      "\n"
+      R"("sharing":[{"by":{"alive":true,"pid":5000000},"frames":1,"target":41,"window":7}])");
+  service.process().signal(SIGKILL);
+  service.process().finish();
+  EXPECT_EQ(
+      held(),
+      R"("focus":[{"application":{"name":"Notes","pid":41},"by":{"alive":false,"pid":5000000},)"
+      R"("keyWindow":7,"window":7}])"
+      "\n"
+      R"("sharing":[])");
+}
+
 TEST_F(capture_service_process, after_its_death_every_run_is_refused) {
   Service service(mac_, lock());
   service.ask(open("n", "Notes"));
@@ -163,6 +191,10 @@ TEST_F(capture_service_process, after_its_death_every_run_is_refused) {
   EXPECT_EQ(seen(mac_.driver({"bg-click", "Notes", "130", "95"},
                              {{"CU_CAPTURE_PID", service.pid()}, {"CU_FOCUS_PID", "41"}})),
             stopped);
+  EXPECT_EQ(violations(),
+            "0 {\"ok\":true,\"violations\":[\"I27: focus is held in window 7 of Notes by process "
+            "5000000, "
+            "which was killed\"]}\n");
   EXPECT_EQ(seen(mac_.driver({"focus-release", "41", "7"})), "0 {\"ok\":true}\n");
   EXPECT_NE(journal().find("focus 41/7 take"), std::string::npos);
   EXPECT_NE(journal().find("sharing 41/7 gone with its process"), std::string::npos);

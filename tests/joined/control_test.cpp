@@ -31,17 +31,21 @@ TEST(control, explains_its_usage) {
   EXPECT_EQ(
       seen(run({path})),
       failure(
-          "usage: simulated-mac run|serve|screenshot|state|journal|trace|violations|fault|advance|"
+          "usage: simulated-mac "
+          "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
+          "advance|"
           "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-          "replug|request|end-loop|stop|withdraw|silence|invalidate|disable ...; "
+          "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(seen(run({path, "run", "world"})),
-            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
+            failure("usage: simulated-mac run [--virtual] [--record DIR [--no-pictures]] WORLD -- "
+                    "COMMAND [ARGUMENT]..."));
   EXPECT_EQ(seen(run({path, "run", "world", "--"})),
-            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(
-      seen(run({path, "serve", "--frob", "world"})),
-      failure("usage: simulated-mac serve [--virtual] [--socket NAME] [--until-closed] WORLD"));
+            failure("usage: simulated-mac run [--virtual] [--record DIR [--no-pictures]] WORLD -- "
+                    "COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(seen(run({path, "serve", "--frob", "world"})),
+            "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--record DIR "
+            "[--no-pictures]] [--socket NAME] [--until-closed] WORLD\",\"ok\":false}\n");
   EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
   EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
 }
@@ -107,11 +111,15 @@ TEST(control, the_user_acts) {
   EXPECT_EQ(seen(mac.command({"user", "click", "1000,300"})), done);
   EXPECT_EQ(seen(mac.driver({"scene"})),
             "0 {\"bundleId\":\"\",\"ok\":true,\"pid\":42,\"x\":1000,\"y\":300}\n");
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  happening user move 10,20
-    0 ms  happening user key "#"
-    0 ms  happening user key " "
-    0 ms  happening user key "\""
-    0 ms  happening user click 1000,300
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            R"(0     0 ms        -  happening user move 10,20
+    0 ms        -  happening user key "#": Browser: nothing has the keyboard
+    0 ms        -  happening user key " ": Browser: nothing has the keyboard
+    0 ms        -  happening user key "\"": Browser: nothing has the keyboard
+    0 ms        -  happening user click 1000,300: Mail: clicked AXWindow "Drafts", which does nothing
+    0 ms  5000000  process joined driver scene
+    0 ms  5000000  reply "{"bundleId":"","ok":true,"pid":42,"x":1000,"y":300}"
+    0 ms  5000000  process ended: status 0
 )");
 }
 
@@ -129,7 +137,7 @@ TEST(control, what_cannot_be_told_is_refused_with_its_reason) {
   EXPECT_EQ(seen(mac.command({"end-loop"})), done);
   EXPECT_EQ(seen(mac.command({"leave"})), failure("'leave' needs 'console' after it"));
   EXPECT_EQ(seen(mac.command({"lock", "now"})), failure("unexpected 'now' at the end of the line"));
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), "0     0 ms  happening end-loop\n");
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})), "0     0 ms        -  happening end-loop\n");
 }
 
 TEST(control, the_state_is_the_users_own) {
@@ -138,10 +146,10 @@ TEST(control, the_state_is_the_users_own) {
       "0 {\"clipboard\":[],\"front\":{\"name\":\"Browser\",\"pid\":40},"
       "\"keyboard\":{\"element\":\"\",\"window\":5},\"locked\":false,\"ok\":true,"
       "\"onConsole\":true,\"pointer\":{\"x\":0.0,\"y\":0.0}}\n";
-  EXPECT_EQ(seen(mac.command({"state"})), untouched);
+  EXPECT_EQ(seen(mac.command({"state", "--user"})), untouched);
 
   mac.driver({"bg-click", "Notes", "130", "95"});
-  EXPECT_EQ(seen(mac.command({"state"})), untouched);
+  EXPECT_EQ(seen(mac.command({"state", "--user"})), untouched);
 
   mac.command({"user", "move", "10,20.5"});
   mac.command({"lock"});
@@ -149,11 +157,110 @@ TEST(control, the_state_is_the_users_own) {
   mac.command({"quit", "Browser"});
   mac.command({"quit", "Notes"});
   mac.command({"quit", "Mail"});
-  EXPECT_EQ(seen(mac.command({"state"})),
+  EXPECT_EQ(seen(mac.command({"state", "--user"})),
             "0 "
             "{\"clipboard\":[],\"front\":null,\"keyboard\":null,\"locked\":true,\"ok\":true,"
             "\"onConsole\":false,"
             "\"pointer\":{\"x\":10.0,\"y\":20.5}}\n");
+}
+
+TEST(control, the_state_shows_what_there_is_besides) {
+  const ServedMac mac(notes);
+  mac.command({"user", "press", "shift"});
+  mac.command({"advance", "1500us"});
+  mac.command({"fault", "ax.perform", "2", "hang"});
+  mac.command({"fault", "any", "1", "before", "lock"});
+  mac.driver({"session"});
+
+  EXPECT_EQ(seen(mac.command({"state"})),
+            R"(0 {"clipboard":[],"covers":[],"devices":{"buttons":[],"modifiers":"shift"},)"
+            R"("displayHolds":[],"faults":[{"counted":0,"fault":"ax.perform 2 hang"}],"focus":[],)"
+            R"("front":{"name":"Browser","pid":40},"keyboard":{"element":"","window":5},)"
+            R"("locked":true,"now":1.5,"ok":true,"onConsole":true,"pointer":{"x":0.0,"y":0.0},)"
+            R"("pressed":[],"processes":[],"sharing":[],"taps":[]})"
+            "\n");
+  EXPECT_EQ(seen(mac.command({"state", "--frob"})), failure("unknown option: --frob"));
+}
+
+constexpr const char* hiddenNotes = R"(
+app Browser pid 40 frontmost
+app Notes pid 41 hidden
+    window 7 "Inbox" at 100,80 size 800x600
+        AXGroup "Row" at 110,90 size 700x40
+            AXButton "Send" at 120,90 size 60x20
+        AXTextField "To" at 120,130 size 700x20 value "a\nb"
+        AXMenu "More" at 120,200 size 90x40 closed
+            AXMenuItem "Item" at 120,200 size 90x20
+        AXRow "Line" at 120,300 size 700x20 repeat 3
+)";
+
+TEST(control, the_tree_is_the_whole_truth) {
+  const ServedMac mac(hiddenNotes);
+  mac.command({"hang", "Notes"});
+
+  EXPECT_EQ(seen(mac.command({"tree", "Notes", "--text"})),
+            "0 \"Notes\" pid 41, hidden, hangs\n  window 7 \"Inbox\" at 100,80 size "
+            "800x600, not on screen\n    AXWindow \"Inbox\" at 100,80 size 800x600 "
+            "AXRaise\n      AXGroup \"Row\" at 110,90 size 700x40\n        AXButton "
+            "\"Send\" at 120,90 size 60x20 AXPress\n      AXTextField \"To\" at "
+            "120,130 size 700x20 value \"a\\nb\"\n      AXMenu \"More\" at 120,200 "
+            "size 90x40 AXCancel, not there\n        AXMenuItem \"Item\" at 120,200 size "
+            "90x20 AXPress, not there\n      AXRow \"Line\" at 120,300 size 700x20 "
+            "AXPress\n      AXRow \"Line\" at 120,300 size 700x20 AXPress (2 of them)\n");
+  EXPECT_EQ(seen(mac.command({"tree", "--text"})),
+            "0 \"Browser\" pid 40, front\n\"Notes\" pid 41, hidden, hangs\n  window 7 \"Inbox\" at "
+            "100,80 size 800x600, not on screen\n    AXWindow \"Inbox\" at 100,80 size "
+            "800x600 AXRaise\n      AXGroup \"Row\" at 110,90 size 700x40\n        "
+            "AXButton \"Send\" at 120,90 size 60x20 AXPress\n      AXTextField \"To\" at "
+            "120,130 size 700x20 value \"a\\nb\"\n      AXMenu \"More\" at 120,200 "
+            "size 90x40 AXCancel, not there\n        AXMenuItem \"Item\" at 120,200 size "
+            "90x20 AXPress, not there\n      AXRow \"Line\" at 120,300 size 700x20 "
+            "AXPress\n      AXRow \"Line\" at 120,300 size 700x20 AXPress (2 of them)\n");
+  EXPECT_EQ(seen(mac.command({"tree", "pid:40"})),
+            "0 "
+            "{\"answerDelay\":0.0,\"attributes\":{},\"bundleId\":\"\",\"failing\":{},"
+            "\"focusedElement\":0,\"focusedWindow\":0,\"front\":true,\"hangs\":false,\"hidden\":"
+            "false,\"kind\":\"application\",\"name\":\"Browser\",\"pid\":40,\"running\":true}\n");
+  const std::string lines = mac.command({"tree", "Notes"}).output;
+  EXPECT_EQ(
+      lines.substr(lines.find("{\"actions\":[\"AXPress\"]")),
+      "{\"actions\":[\"AXPress\"],\"attributes\":{\"AXTitle\":\"Send\"},\"depth\":2,\"element\":3,"
+      "\"failing\":{},\"frame\":{\"height\":20.0,\"width\":60.0,\"x\":120.0,\"y\":90.0},\"kind\":"
+      "\"element\",\"label\":\"Send\",\"parent\":2,\"pid\":41,\"role\":\"AXButton\",\"there\":true,"
+      "\"window\":7}\n{\"actions\":[],\"attributes\":{\"AXDescription\":\"To\",\"AXValue\":"
+      "\"a\\nb\"},\"depth\":1,\"element\":4,\"failing\":{},\"frame\":{\"height\":20.0,\"width\":"
+      "700.0,\"x\":120.0,\"y\":130.0},\"kind\":\"element\",\"label\":\"To\",\"parent\":1,\"pid\":"
+      "41,\"role\":\"AXTextField\",\"there\":true,\"window\":7}\n{\"actions\":[\"AXCancel\"],"
+      "\"attributes\":{\"AXTitle\":\"More\"},\"depth\":1,\"element\":5,\"failing\":{},\"frame\":{"
+      "\"height\":40.0,\"width\":90.0,\"x\":120.0,\"y\":200.0},\"kind\":\"element\",\"label\":"
+      "\"More\",\"parent\":1,\"pid\":41,\"role\":\"AXMenu\",\"there\":false,\"window\":7}\n{"
+      "\"actions\":[\"AXPress\"],\"attributes\":{\"AXTitle\":\"Item\"},\"depth\":2,\"element\":6,"
+      "\"failing\":{},\"frame\":{\"height\":20.0,\"width\":90.0,\"x\":120.0,\"y\":200.0},\"kind\":"
+      "\"element\",\"label\":\"Item\",\"parent\":5,\"pid\":41,\"role\":\"AXMenuItem\",\"there\":"
+      "false,\"window\":7}\n{\"actions\":[\"AXPress\"],\"attributes\":{\"AXTitle\":\"Line\"},"
+      "\"depth\":1,\"element\":7,\"failing\":{},\"frame\":{\"height\":20.0,\"width\":700.0,\"x\":"
+      "120.0,\"y\":300.0},\"kind\":\"element\",\"label\":\"Line\",\"parent\":1,\"pid\":41,\"role\":"
+      "\"AXRow\",\"there\":true,\"window\":7}\n{\"actions\":[\"AXPress\"],\"attributes\":{"
+      "\"AXTitle\":\"Line\"},\"copies\":2,\"depth\":1,\"element\":1000000000,\"failing\":{},"
+      "\"frame\":{\"height\":20.0,\"width\":700.0,\"x\":120.0,\"y\":300.0},\"kind\":\"element\","
+      "\"label\":\"Line\",\"parent\":1,\"pid\":41,\"role\":\"AXRow\",\"there\":true,\"window\":7}"
+      "\n");
+  EXPECT_EQ(seen(mac.command({"tree", "Mail"})), failure("there is no application \\\"Mail\\\""));
+  EXPECT_EQ(seen(mac.command({"tree", "Notes", "Mail"})), failure("unknown option: Mail"));
+}
+
+TEST(control, the_value_is_what_the_element_holds) {
+  const ServedMac mac(hiddenNotes);
+  mac.command({"hang", "Notes"});
+
+  EXPECT_EQ(
+      seen(mac.command({"value", "Notes", "To"})),
+      "0 {\"element\":4,\"ok\":true,\"role\":\"AXTextField\",\"value\":\"a\\nb\",\"window\":7}\n");
+  EXPECT_EQ(seen(mac.command({"value", "Notes", "Send"})),
+            "0 {\"element\":3,\"ok\":true,\"role\":\"AXButton\",\"value\":null,\"window\":7}\n");
+  EXPECT_EQ(seen(mac.command({"value", "Notes", "From"})),
+            failure("no element is labelled \\\"From\\\""));
+  EXPECT_EQ(seen(mac.command({"value", "Notes"})), failure("usage: simulated-mac value APP LABEL"));
 }
 
 TEST(control, the_state_shows_the_clipboard) {
@@ -162,13 +269,13 @@ TEST(control, the_state_shows_the_clipboard) {
       "pasteboard item \"a\" \"" +
       std::string(1'001, 'x') + "\"\n");
   const auto clipboard = [&] {
-    const std::string output = mac.command({"state"}).output;
+    const std::string output = mac.command({"state", "--user"}).output;
     return output.substr(0, output.find(",\"front\""));
   };
-  EXPECT_EQ(
-      clipboard(),
-      "{\"clipboard\":[[{\"data\":\"one\",\"type\":\"a\"},{\"data\":\"\uFFFD\",\"type\":\"b\"},"
-      "{\"data\":null,\"type\":\"c\"}],[{\"data\":\"1001 bytes\",\"type\":\"a\"}]]");
+  EXPECT_EQ(clipboard(),
+            "{\"clipboard\":[[{\"data\":\"one\",\"type\":\"a\"},{\"data\":{\"hex\":\"ff\"},"
+            "\"type\":\"b\"},"
+            "{\"data\":null,\"type\":\"c\"}],[{\"data\":\"1001 bytes\",\"type\":\"a\"}]]");
 
   mac.command({"user", "copy", "two"});
   EXPECT_EQ(clipboard(),
@@ -220,8 +327,8 @@ TEST(control, virtual_time_passes_when_it_is_advanced) {
   EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
   EXPECT_EQ(seen(mac.command({"advance", "1us"})), "0 {\"now\":100.0,\"ok\":true}\n");
   EXPECT_EQ(seen(mac.driver({"session"})), session(true, true));
-  EXPECT_EQ(seen(mac.command({"journal"})),
-            "0 {\"at\":100.0,\"kind\":\"happening\",\"what\":\"lock\"}\n");
+  const std::string journal = mac.command({"journal", "--text"}).output;
+  EXPECT_NE(journal.find("  100 ms        -  happening lock\n"), std::string::npos) << journal;
 }
 
 TEST(control, time_is_advanced_within_reason) {
@@ -241,20 +348,20 @@ TEST(control, the_trace_tells_every_call) {
   mac.driver({"permissions"});
 
   EXPECT_EQ(seen(mac.command({"trace", "--text"})),
-            R"(0 0 ms #0 process.environment "CU_WINDOW" -> -
-0 ms #0 quartz.create-source -> 1
-0 ms #0 process.environment "ZENTROVE_COVER_GRACE" -> -
-0 ms #0 process.environment "ZENTROVE_COVER_OPERATING" -> -
-0 ms #0 process.environment "ZENTROVE_COVER_FACE" -> -
-0 ms #0 process.environment "ZENTROVE_COVER_NAME" -> -
-0 ms #0 process.full-user-name -> "Ada Lovelace"
-0 ms #0 process.given-name "Ada Lovelace" -> ["Ada"]
-0 ms #0 process.environment "CU_CAPTURE_PID" -> -
-0 ms #0 ax.trusted -> true
-0 ms #0 windowserver.capture-access -> true
-0 ms #0 streams.write-output "{"accessibility":true,"ok":true,"screenRecording":true}" true -> true
-0 ms #0 streams.write-output "." true -> true
-0 ms #0 process.exit 0 -> -
+            R"(0 0 ms 5000000 process.environment "CU_WINDOW" -> -
+0 ms 5000000 quartz.create-source -> 1
+0 ms 5000000 process.environment "ZENTROVE_COVER_GRACE" -> -
+0 ms 5000000 process.environment "ZENTROVE_COVER_OPERATING" -> -
+0 ms 5000000 process.environment "ZENTROVE_COVER_FACE" -> -
+0 ms 5000000 process.environment "ZENTROVE_COVER_NAME" -> -
+0 ms 5000000 process.full-user-name -> "Ada Lovelace"
+0 ms 5000000 process.given-name "Ada Lovelace" -> ["Ada"]
+0 ms 5000000 process.environment "CU_CAPTURE_PID" -> -
+0 ms 5000000 ax.trusted -> true
+0 ms 5000000 windowserver.capture-access -> true
+0 ms 5000000 streams.write-output "{"accessibility":true,"ok":true,"screenRecording":true}" true -> true
+0 ms 5000000 streams.write-output "." true -> true
+0 ms 5000000 process.exit 0 -> -
 )");
   const Finished trace = mac.command({"trace"});
   EXPECT_EQ(trace.output.substr(0, trace.output.find('\n')),

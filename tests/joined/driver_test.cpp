@@ -120,14 +120,20 @@ TEST(driver, clicks_in_the_background_in_virtual_time) {
 
   EXPECT_EQ(seen(mac.driver({"bg-click", "Notes", "130", "95"})),
             "0 {\"changed\":true,\"ok\":true,\"via\":\"background\",\"window\":7}\n");
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 41/7 give
-   40 ms  post 41/7 moved -1,-1 private: priming
-   67 ms  post 41/7 left-down -1,-1 private: priming
-   80 ms  post 41/7 left-up -1,-1 private: priming
-  192 ms  post 41/7 moved 130,95 private: priming
-  219 ms  post 41/7 left-down 130,95 private: press
-  232 ms  post 41/7 left-up 130,95 private: pressed AXButton "Send"
-  344 ms  focus 41/7 take
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            R"(0     0 ms  5000000  process joined driver bg-click Notes 130 95
+    0 ms  5000000  capture window
+    0 ms  5000000  focus 41/7 give
+   40 ms  5000000  post 41/7 moved -1,-1 private: priming
+   67 ms  5000000  post 41/7 left-down -1,-1 private: priming
+   80 ms  5000000  post 41/7 left-up -1,-1 private: priming
+  192 ms  5000000  post 41/7 moved 130,95 private: priming
+  219 ms  5000000  post 41/7 left-down 130,95 private: press
+  232 ms  5000000  post 41/7 left-up 130,95 private: pressed AXButton "Send"
+  344 ms  5000000  focus 41/7 take
+  584 ms  5000000  capture window
+  584 ms  5000000  reply "{"changed":true,"ok":true,"via":"background","window":7}"
+  584 ms  5000000  process ended: status 0
 )");
   EXPECT_EQ(seen(mac.command({"advance", "0s"})), "0 {\"now\":584.0,\"ok\":true}\n");
   EXPECT_EQ(seen(mac.command({"violations"})), "0 {\"ok\":true,\"violations\":[]}\n");
@@ -149,22 +155,36 @@ TEST(driver, shares_virtual_time_with_another) {
             "0 {\"changed\":true,\"ok\":true,\"via\":\"background\",\"window\":7}\n");
   EXPECT_EQ(seen(mailClick.finish()),
             "0 {\"changed\":false,\"ok\":true,\"via\":\"background\",\"window\":8}\n");
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 41/7 give
-    0 ms  focus 42/8 give
-   40 ms  post 41/7 moved -1,-1 private: priming
-   40 ms  post 42/8 moved -1,-1 private: priming
-   67 ms  post 41/7 left-down -1,-1 private: priming
-   67 ms  post 42/8 left-down -1,-1 private: priming
-   80 ms  post 41/7 left-up -1,-1 private: priming
-   80 ms  post 42/8 left-up -1,-1 private: priming
-  192 ms  post 41/7 moved 130,95 private: priming
-  192 ms  post 42/8 moved 930,95 private: priming
-  219 ms  post 41/7 left-down 130,95 private: press
-  219 ms  post 42/8 left-down 930,95 private: press
-  232 ms  post 41/7 left-up 130,95 private: pressed AXButton "Send"
-  232 ms  post 42/8 left-up 930,95 private: clicked AXButton "New", which does nothing
-  344 ms  focus 41/7 take
-  344 ms  focus 42/8 take
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  5000000  process joined wire
+    0 ms  5000001  process joined driver bg-click Notes 130 95
+    0 ms  5000002  process joined driver bg-click Mail 930 95
+    0 ms  5000000  process ended: gone, without a word
+    0 ms  5000001  capture window
+    0 ms  5000001  focus 41/7 give
+    0 ms  5000002  capture window
+    0 ms  5000002  focus 42/8 give
+   40 ms  5000001  post 41/7 moved -1,-1 private: priming
+   40 ms  5000002  post 42/8 moved -1,-1 private: priming
+   67 ms  5000001  post 41/7 left-down -1,-1 private: priming
+   67 ms  5000002  post 42/8 left-down -1,-1 private: priming
+   80 ms  5000001  post 41/7 left-up -1,-1 private: priming
+   80 ms  5000002  post 42/8 left-up -1,-1 private: priming
+  192 ms  5000001  post 41/7 moved 130,95 private: priming
+  192 ms  5000002  post 42/8 moved 930,95 private: priming
+  219 ms  5000001  post 41/7 left-down 130,95 private: press
+  219 ms  5000002  post 42/8 left-down 930,95 private: press
+  232 ms  5000001  post 41/7 left-up 130,95 private: pressed AXButton "Send"
+  232 ms  5000002  post 42/8 left-up 930,95 private: clicked AXButton "New", which does nothing
+  344 ms  5000001  focus 41/7 take
+  344 ms  5000002  focus 42/8 take
+  584 ms  5000001  capture window
+  584 ms  5000001  reply "{"changed":true,"ok":true,"via":"background","window":7}"
+  584 ms  5000001  process ended: status 0
+  584 ms  5000002  capture window
+  784 ms  5000002  capture window
+  984 ms  5000002  capture window
+  984 ms  5000002  reply "{"changed":false,"ok":true,"via":"background","window":8}"
+  984 ms  5000002  process ended: status 0
 )");
   EXPECT_EQ(seen(mac.command({"advance", "0s"})), "0 {\"now\":984.0,\"ok\":true}\n");
   EXPECT_EQ(seen(mac.command({"violations"})), "0 {\"ok\":true,\"violations\":[]}\n");
@@ -189,7 +209,14 @@ TEST(driver, withholds_input_from_a_locked_mac) {
             "1 {\"error\":\"the Mac is locked or not on console; background input is "
             "unavailable\",\"ok\":false}\n");
   EXPECT_EQ(seen(mac.command({"journal"})),
-            "0 {\"at\":0.0,\"kind\":\"happening\",\"what\":\"lock\"}\n");
+            "0 "
+            "{\"at\":0.0,\"kind\":\"happening\",\"number\":1,\"what\":\"lock\"}\n{\"arguments\":["
+            "\"driver\",\"bg-click\",\"Notes\",\"130\",\"95\"],\"at\":0.0,\"kind\":\"process\","
+            "\"number\":2,\"pid\":5000000,\"variables\":[],\"what\":\"joined\"}\n{\"at\":0.0,"
+            "\"kind\":\"reply\",\"number\":3,\"pid\":5000000,\"text\":\"{\\\"error\\\":\\\"the Mac "
+            "is locked or not on console; background input is "
+            "unavailable\\\",\\\"ok\\\":false}\"}\n{\"at\":0.0,\"kind\":\"process\",\"number\":4,"
+            "\"outcome\":\"status 1\",\"pid\":5000000,\"what\":\"ended\"}\n");
 }
 
 TEST(driver, writes_the_picture_it_is_asked_for) {

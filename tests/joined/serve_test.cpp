@@ -78,9 +78,9 @@ TEST(serve, does_not_disturb_one_that_runs) {
   Process first(serveCommand(world, {"--socket", socket}));
   first.readLine();
 
-  EXPECT_EQ(
-      seen(run(serveCommand(world, {"--socket", socket}))),
-      "1 {\"error\":\"cannot listen at " + socket + ": Address already in use\",\"ok\":false}\n");
+  EXPECT_EQ(seen(run(serveCommand(world, {"--socket", socket}))),
+            "1 STANDARD ERROR: {\"error\":\"cannot listen at " + socket +
+                ": Address already in use\",\"ok\":false}\n");
   EXPECT_EQ(seen(run(driverCommand({"session"}), {{"SIMULATED_MAC", socket}})), unlocked);
 }
 
@@ -88,9 +88,9 @@ TEST(serve, leaves_a_file_in_its_way_alone) {
   const Folder folder;
   const std::string socket = folder.file("socket", "precious");
 
-  EXPECT_EQ(
-      seen(run(serveCommand(folder.file("world", notes), {"--socket", socket}))),
-      "1 {\"error\":\"cannot listen at " + socket + ": Address already in use\",\"ok\":false}\n");
+  EXPECT_EQ(seen(run(serveCommand(folder.file("world", notes), {"--socket", socket}))),
+            "1 STANDARD ERROR: {\"error\":\"cannot listen at " + socket +
+                ": Address already in use\",\"ok\":false}\n");
   EXPECT_EQ(std::filesystem::file_size(socket), 8U);
 }
 
@@ -99,7 +99,8 @@ TEST(serve, refuses_a_name_that_is_too_long) {
   const std::string socket(200, 'x');
 
   EXPECT_EQ(seen(run(serveCommand(folder.file("world", notes), {"--socket", socket}))),
-            "1 {\"error\":\"no socket can have the name \\\"" + socket + "\\\"\",\"ok\":false}\n");
+            "1 STANDARD ERROR: {\"error\":\"no socket can have the name \\\"" + socket +
+                "\\\"\",\"ok\":false}\n");
 }
 
 TEST(serve, fifty_macs_do_not_disturb_one_another) {
@@ -117,6 +118,63 @@ TEST(serve, fifty_macs_do_not_disturb_one_another) {
               "0 {\"bundleId\":\"com.example.browser\",\"ok\":true,\"pid\":40,\"x\":" + number +
                   ",\"y\":" + number + "}\n");
   }
+}
+
+TEST(serve, ends_when_it_is_told_to_stop) {
+  ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"stop"})), "0 {\"ok\":true}\n");
+  EXPECT_EQ(seen(mac.process().finish()), "0 ");
+  EXPECT_EQ(seen(mac.command({"stop"})),
+            "1 {\"error\":\"no simulated Mac at " + mac.socket() + "\",\"ok\":false}\n");
+}
+
+TEST(serve, is_stopped_by_no_command_of_its_run) {
+  const Folder folder;
+  const std::string world = folder.file("world", notes);
+
+  EXPECT_EQ(
+      seen(run({simulatedMacPath(), "run", world, "--", simulatedMacPath(), "stop"})),
+      "1 {\"error\":\"this Mac ends with the command that it was started for\",\"ok\":false}\n");
+}
+
+TEST(serve, is_listed_while_it_runs_wherever_it_listens) {
+  const Folder folder;
+  const std::string path = folder.path("socket");
+  const auto listed = [](const std::string& socket) {
+    const std::string output = run({simulatedMacPath(), "list"}).output;
+    return output.find("\"socket\":\"" + socket + "\",\"time\":\"virtual\"") != std::string::npos;
+  };
+  std::string name;
+  {
+    const ServedMac mac(notes);
+    const ServedMac other(notes, {"--virtual", "--socket", path});
+    name = mac.socket();
+    EXPECT_TRUE(listed(name));
+    EXPECT_TRUE(listed(path));
+  }
+  EXPECT_FALSE(listed(name));
+  EXPECT_FALSE(listed(path));
+}
+
+/// Only root can be somebody else.
+TEST(serve, tells_another_user_whose_it_is) {
+  if (geteuid() != 0) GTEST_SKIP() << "not root";
+  const ServedMac mac(notes);
+  const auto asStranger = [&](const std::vector<std::string>& words) {
+    std::vector<std::string> command = {"/usr/bin/setpriv", "--reuid=65534", "--clear-groups"};
+    command.insert(command.end(), words.begin(), words.end());
+    return seen(run(command, mac.environment()));
+  };
+
+  EXPECT_EQ(asStranger({simulatedMacPath(), "state"}), "1 {\"error\":\"the simulated Mac at " +
+                                                           mac.socket() +
+                                                           " is another user's\",\"ok\":false}\n");
+  EXPECT_EQ(asStranger({simulatedMacPath(), "list"}), "0 ");
+}
+
+TEST(serve, tells_its_version) {
+  EXPECT_EQ(run({simulatedMacPath(), "--version"}).output.rfind("simulated-mac ", 0), 0U);
 }
 
 }  // namespace

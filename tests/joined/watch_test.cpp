@@ -106,16 +106,20 @@ TEST(driver, types_into_an_application_behind) {
   const ServedMac mac(watchDesk);
   EXPECT_EQ(seen(mac.driver({"bg-type", "Notes", "one\r\ntwo \U0001F600"})),
             "0 {\"ok\":true,\"pid\":41,\"via\":\"background\",\"window\":7}\n");
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 41/7 give
-   40 ms  post 41/7 key-down 0 "one" public: typed "one" into AXTextArea "Body"
-   52 ms  post 41/7 key-up 0 "one" public
-   64 ms  post 41/7 key-down 56 with shift public: shift
-   76 ms  post 41/7 key-down 36 with shift public: broke the line softly in AXTextArea "Body"
-   88 ms  post 41/7 key-up 36 with shift public
-  100 ms  post 41/7 key-up 56 with shift public
-  162 ms  post 41/7 key-down 0 "two 😀" public: typed "two 😀" into AXTextArea "Body"
-  174 ms  post 41/7 key-up 0 "two 😀" public
-  236 ms  focus 41/7 take
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            R"(0     0 ms  5000000  process joined driver bg-type Notes 'one\r\ntwo 😀'
+    0 ms  5000000  focus 41/7 give
+   40 ms  5000000  post 41/7 key-down 0 "one" public: typed "one" into AXTextArea "Body"
+   52 ms  5000000  post 41/7 key-up 0 "one" public
+   64 ms  5000000  post 41/7 key-down 56 with shift public: shift
+   76 ms  5000000  post 41/7 key-down 36 with shift public: broke the line softly in AXTextArea "Body"
+   88 ms  5000000  post 41/7 key-up 36 with shift public
+  100 ms  5000000  post 41/7 key-up 56 with shift public
+  162 ms  5000000  post 41/7 key-down 0 "two 😀" public: typed "two 😀" into AXTextArea "Body"
+  174 ms  5000000  post 41/7 key-up 0 "two 😀" public
+  236 ms  5000000  focus 41/7 take
+  276 ms  5000000  reply "{"ok":true,"pid":41,"via":"background","window":7}"
+  276 ms  5000000  process ended: status 0
 )");
   EXPECT_EQ(mac.command({"violations"}).output, noViolations);
 }
@@ -124,13 +128,18 @@ TEST(driver, pastes_files_and_gives_the_clipboard_back) {
   const ServedMac mac(watchDesk);
   EXPECT_EQ(seen(mac.driver({"bg-paste-files", "Mail", "/a b.txt", "c.txt"})),
             "0 {\"ok\":true,\"pid\":42,\"via\":\"background\",\"window\":8}\n");
-  EXPECT_EQ(seen(mac.command({"journal", "--text"})), R"(0     0 ms  focus 42/8 give
-   40 ms  pasteboard clear
-   40 ms  pasteboard write-files
-   40 ms  action 42/0 AXPress: pressed AXMenuItem "Paste"
-  440 ms  pasteboard clear
-  440 ms  pasteboard write
-  490 ms  focus 42/8 take
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            R"(0     0 ms  5000000  process joined driver bg-paste-files Mail '/a b.txt' c.txt
+    0 ms  5000000  focus 42/8 give
+   40 ms  5000000  pasteboard clear
+   40 ms  5000000  pasteboard write-files "/a b.txt\n/Users/ada/c.txt"
+   40 ms  5000000  action 42/0 AXPress: pressed AXMenuItem "Paste", asked for a paste into AXTextArea "Letter"
+   90 ms  5000000  landing 42/8 paste "/a b.txt\n/Users/ada/c.txt": pasted paths as text into AXTextArea "Letter"
+  440 ms  5000000  pasteboard clear
+  440 ms  5000000  pasteboard write "old"
+  490 ms  5000000  focus 42/8 take
+  530 ms  5000000  reply "{"ok":true,"pid":42,"via":"background","window":8}"
+  530 ms  5000000  process ended: status 0
 )");
   EXPECT_EQ(mac.command({"violations"}).output, noViolations);
 }

@@ -182,14 +182,4 @@ std::optional<Expectation> expected(const simulator::Mac& before,
   }
 }
 
-std::string comparableEffects(const std::string& effects) {
-  std::string kept;
-  for (const std::string& line : splitAt(effects, "\n")) {
-    const bool enables = line.find(" AXManualAccessibility") != std::string::npos ||
-                         line.find(" AXEnhancedUserInterface") != std::string::npos;
-    if (!line.empty() && !enables) kept += line + "\n";
-  }
-  return kept;
-}
-
 }  // namespace oracle

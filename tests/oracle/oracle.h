@@ -34,7 +34,4 @@ std::optional<Expectation> expected(const simulator::Mac& before,
                                     const std::map<std::string, std::string>& environment,
                                     Silence* why = nullptr);
 
-/// The effects of a run as `Expectation` has them, from those that a run is told to have had.
-std::string comparableEffects(const std::string& effects);
-
 }  // namespace oracle

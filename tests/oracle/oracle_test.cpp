@@ -13,6 +13,7 @@
 
 #include "simulator/text/parse.h"
 #include "tests/oracle/cases.h"
+#include "tests/oracle/effects.h"
 #include "tests/oracle/random_world.h"
 #include "tests/support/every_command.h"
 #include "tests/support/simulated_run.h"

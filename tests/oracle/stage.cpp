@@ -15,8 +15,8 @@
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/presses.h"
+#include "tests/oracle/effects.h"
 #include "tests/oracle/opinion.h"
-#include "tests/oracle/oracle.h"
 #include "tests/oracle/texts.h"
 
 namespace oracle {

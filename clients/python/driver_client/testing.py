@@ -40,12 +40,13 @@ class SimulatedMac:
         Path(self.path("world")).write_text(world, encoding="utf-8")
         words = ["serve", *([] if real_time else ["--virtual"]), "--until-closed", self.path("world")]
         self._server = start_child(simulated_mac, words, dict(os.environ), subprocess.PIPE)
-        assert self._server.stdout is not None
+        assert self._server.stdout is not None and self._server.stderr is not None
         #: What SIMULATED_MAC is for processes on this Mac.
         self.socket = self._server.stdout.read().decode().strip()
         if not self.socket.startswith("@"):
+            problem = self._server.stderr.read().decode(errors="replace").strip()
             self.end()
-            raise DriverError(f"no simulated Mac: {self.socket}")
+            raise DriverError(f"no simulated Mac: {problem}")
         self.environment = {**os.environ, "SIMULATED_MAC": self.socket}
         clock = Clock() if real_time else _VirtualClock(self)
         self.mac = Mac(driver=driver, environment=self.environment, clock=clock)
@@ -66,7 +67,7 @@ class SimulatedMac:
 
     def state(self) -> Reply:
         """What is the user's own: front application, keyboard, pointer, clipboard, session."""
-        return self.tell("state")[0]
+        return self.tell("state", "--user")[0]
 
     def violations(self) -> List[Any]:
         """The rules of safe input that were broken."""

@@ -45,7 +45,7 @@ export class SimulatedMac {
     const socket = await outputOf(server);
     if (!socket.startsWith("@")) {
       rmSync(folder, { recursive: true });
-      throw new DriverError(`no simulated Mac: ${socket}`);
+      throw new DriverError(`no simulated Mac: ${(await outputOf(server, server.stderr!)).trim()}`);
     }
     const simulated = new SimulatedMac(server, folder, program, socket.trim(), options);
     simulated.#before = JSON.stringify(await simulated.state());
@@ -65,7 +65,7 @@ export class SimulatedMac {
   }
 
   /** What is the user's own: front application, keyboard, pointer, clipboard, session. */
-  async state(): Promise<Reply> { return (await this.tell("state"))[0]!; }
+  async state(): Promise<Reply> { return (await this.tell("state", "--user"))[0]!; }
 
   async violations(): Promise<unknown[]> { return (await this.tell("violations"))[0]!["violations"] as unknown[]; }
 
@@ -92,11 +92,11 @@ export class SimulatedMac {
   }
 }
 
-async function outputOf(child: ReturnType<typeof startChild>): Promise<string> {
+async function outputOf(child: ReturnType<typeof startChild>, stream = child.stdout!): Promise<string> {
   let output = "";
-  child.stdout!.setEncoding("utf8").on("data", (piece: string) => (output += piece));
+  stream.setEncoding("utf8").on("data", (piece: string) => (output += piece));
   await new Promise<void>((resolve, reject) => {
-    child.stdout!.once("end", () => resolve());
+    stream.once("end", () => resolve());
     child.once("error", (error) => reject(new DriverError(error.message)));
   });
   return output;

@@ -18,8 +18,8 @@ std::string inWindow(const std::string& lines, const std::string& application = 
 )" + lines;
 }
 
-const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )";
 
 std::string revealed(const std::string& did, int windows) {
@@ -195,7 +195,8 @@ TEST(ax_slider, takes_a_number_and_reads_what_became_of_it) {
     EXPECT_EQ(seen(run),
               success(R"({"max":24,"min":0,"ok":true,"value":)" + std::string(value) + "}"));
     EXPECT_EQ(run.elapsed, 300'000);
-    EXPECT_EQ(run.effects, enabling + "    0 ms  write 41/0 AXValue\n");
+    EXPECT_EQ(run.effects, enabling + "    0 ms  write 41/7 AXValue of AXSlider \"Size\" " +
+                               std::string(word == std::string("1e3") ? "1000" : word) + "\n");
   }
 }
 

@@ -34,8 +34,8 @@ const std::string sendFrame = R"({"height":20,"width":60,"x":430,"y":90})";
 const std::string nobody = success(R"({"element":null,"ok":true})");
 const std::string noElement = success(R"({"error":"no element","ok":false})");
 
-const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )";
 
 TEST(ax_focus, gives_the_matched_field_the_focus) {
@@ -46,7 +46,7 @@ TEST(ax_focus, gives_the_matched_field_the_focus) {
   EXPECT_EQ(seen(run), success(R"({"element":)" +
                                info("Body", "AXTextArea", bodyFrame, R"(,"value":"Hello")") +
                                R"(,"matchedBy":"label","ok":true})"));
-  EXPECT_EQ(run.effects, enabling + "    0 ms  write 41/0 AXFocused\n");
+  EXPECT_EQ(run.effects, enabling + "    0 ms  write 41/7 AXFocused of AXTextArea \"Body\" true\n");
   EXPECT_EQ(run.elapsed, 0);
 }
 
@@ -208,8 +208,10 @@ TEST(ax_set_value, writes_whatever_is_there_and_describes_it_200_ms_later) {
                                info("Body", "AXTextArea", bodyFrame, R"(,"value":"Good bye")") +
                                R"(,"ok":true})"));
   EXPECT_EQ(run.elapsed, 200'000);
-  EXPECT_EQ(run.effects,
-            enabling + "    0 ms  write 41/0 AXFocused\n    0 ms  write 41/0 AXValue\n");
+  EXPECT_EQ(run.effects, enabling +
+                             "    0 ms  write 41/7 AXFocused of AXTextArea \"Body\" true\n    0 ms "
+                             " write 41/7 AXValue of AXTextArea \"Body\" \"Good bye\": comes "
+                             "later\n  200 ms  landing 41/7 AXValue \"Good bye\"\n");
 }
 
 TEST(ax_set_value, does_not_judge_what_came_of_it) {

@@ -124,11 +124,11 @@ TEST(ax_insert_fallback, writes_the_value_when_the_selection_is_not_taken) {
 
 TEST(ax_insert_fallback, does_not_write_the_text_where_the_range_was_not_taken) {
   TestMac mac(deskWith("value \"abc\" rejects AXSelectedTextRange"));
-  EXPECT_EQ(insertAt(mac, "end", "X").effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  write 41/0 AXFocused
-    0 ms  write 41/0 AXSelectedTextRange LOST: it cannot be written there
-    0 ms  write 41/0 AXValue
+  EXPECT_EQ(insertAt(mac, "end", "X").effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  write 41/7 AXFocused of AXTextArea "Body" true
+    0 ms  write 41/7 AXSelectedTextRange of AXTextArea "Body" 3+0 LOST: it cannot be written there
+    0 ms  write 41/7 AXValue of AXTextArea "Body" "abcX"
 )");
 }
 
@@ -138,12 +138,12 @@ TEST(ax_insert_fallback, comes_after_the_wait_when_the_field_ignored_the_selecte
   const Result run = insertAt(mac, "end", "X");
 
   EXPECT_EQ(seen(run), reply("abc", "value", "abc", false));
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  write 41/0 AXFocused
-    0 ms  write 41/0 AXSelectedTextRange
-    0 ms  write 41/0 AXSelectedText
-  150 ms  write 41/0 AXValue
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  write 41/7 AXFocused of AXTextArea "Body" true
+    0 ms  write 41/7 AXSelectedTextRange of AXTextArea "Body" 3+0
+    0 ms  write 41/7 AXSelectedText of AXTextArea "Body" "X": it holds "abc" now
+  150 ms  write 41/7 AXValue of AXTextArea "Body" "abcX": it holds "abc" now
 )");
   EXPECT_EQ(run.elapsed, 300'000);
 }

@@ -74,10 +74,10 @@ TEST(ax_insert, replaces_through_the_value_and_reads_it_back_150_ms_later) {
 
   EXPECT_EQ(seen(run), landed("", "value", "Hello"));
   EXPECT_EQ(run.elapsed, 150'000);
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  write 41/0 AXFocused
-    0 ms  write 41/0 AXValue
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  write 41/7 AXFocused of AXTextArea "Body" true
+    0 ms  write 41/7 AXValue of AXTextArea "Body" "Hello"
 )");
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "Hello");
 }
@@ -92,11 +92,11 @@ TEST(ax_insert, puts_a_text_at_the_end_through_the_selection_and_waits_twice) {
     EXPECT_EQ(seen(run), landed("Hello", "selected", "Hello you"));
     EXPECT_EQ(waits(mac), "150000 150000");
     EXPECT_EQ(run.elapsed, 300'000);
-    EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  write 41/0 AXFocused
-    0 ms  write 41/0 AXSelectedTextRange
-    0 ms  write 41/0 AXSelectedText
+    EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  write 41/7 AXFocused of AXTextArea "Body" true
+    0 ms  write 41/7 AXSelectedTextRange of AXTextArea "Body" 5+0
+    0 ms  write 41/7 AXSelectedText of AXTextArea "Body" " you": it holds "Hello you" now
 )");
   }
 }
@@ -122,8 +122,8 @@ TEST(ax_insert, refuses_to_replace_what_was_not_written_in_this_run) {
               R"(,"error":"the field already holds content that was not written in this run; )"
               R"(replace would destroy it","ok":false,"refused":true})"));
   EXPECT_EQ(run.elapsed, 0);
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )");
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "Hello");
 }

@@ -251,8 +251,8 @@ TEST(ax_match, sees_only_the_windows_in_scope) {
 TEST(ax_match, never_presses) {
   TestMac mac(windowOf("            AXButton \"Send\" at 95,95 size 20x10\n"));
   EXPECT_EQ(mac.driver("ax-match Notes Send 1 1").effects,
-            "    0 ms  write 41/0 AXManualAccessibility\n"
-            "    0 ms  write 41/0 AXEnhancedUserInterface\n");
+            "    0 ms  write 41/0 AXManualAccessibility true\n"
+            "    0 ms  write 41/0 AXEnhancedUserInterface true\n");
 }
 
 constexpr const char* sender = R"(
@@ -270,9 +270,9 @@ TEST(ax_press_match, presses_and_tells_how_the_control_is_after_it) {
               success(R"({"axError":0,"element":{"frame":{"height":10,"width":20,"x":95,"y":95},)"
                       R"("label":"Send","role":"AXLink","value":"yes"},"matchedBy":")" +
                       std::string(kind) + R"(","ok":true})"));
-    EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  action 41/0 AXPress: pressed AXLink "Send"
+    EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  action 41/7 AXPress: pressed AXLink "Send"
 )");
     EXPECT_EQ(run.elapsed, 0);
   }

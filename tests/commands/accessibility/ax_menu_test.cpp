@@ -26,8 +26,8 @@ constexpr const char* desk = R"(
             AXTextArea "Log" at 120,130 size 700x400
 )";
 
-const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+const std::string enabling = R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )";
 
 std::string pressed(const std::string& path) {

@@ -65,8 +65,8 @@ TEST(ax_modal, describes_a_sheet_with_its_text_and_its_buttons) {
   EXPECT_EQ(seen(run), modals(R"({"buttons":["Discard","Cancel"],)"
                               R"("frame":{"height":200,"width":400,"x":200,"y":120},"label":"",)"
                               R"("role":"AXSheet","subrole":"","text":"Discard the draft?"})"));
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )");
   EXPECT_EQ(run.elapsed, 0);
 }

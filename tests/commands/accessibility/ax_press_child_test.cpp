@@ -32,8 +32,8 @@ constexpr const char* inbox = R"(
 constexpr const char* row =
     R"({"frame":{"height":40,"width":300,"x":110,"y":90},"label":"Letter from Ada","role":"AXRow"})";
 
-constexpr const char* enabling = R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+constexpr const char* enabling = R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )";
 
 const std::string hovering = enabling + std::string(R"(    0 ms  focus 41/7 give
@@ -58,7 +58,7 @@ TEST(ax_press_child, hovers_waits_and_presses) {
   TestMac mac(inbox);
   const Result run = press(mac, {"letter", "archive"});
   EXPECT_EQ(seen(run), done("Archive"));
-  EXPECT_EQ(run.effects, hovering + "  642 ms  action 41/0 AXPress: pressed AXButton\n");
+  EXPECT_EQ(run.effects, hovering + "  642 ms  action 41/7 AXPress: pressed AXButton\n");
   EXPECT_EQ(run.elapsed, 642'000);
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "archived");
 }

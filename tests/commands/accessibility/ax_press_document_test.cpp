@@ -48,9 +48,9 @@ TEST(ax_press_in_document, presses_the_one_button_with_the_label) {
   TestMac mac(chat);
   const Result run = mac.driverWith({"ax-press-in-document", "Notes", "Chat with Ada", "Send"});
   EXPECT_EQ(seen(run), done("Chat with Ada", "Send"));
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  action 41/0 AXPress: pressed AXButton "Send"
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  action 41/7 AXPress: pressed AXButton "Send"
 )");
   EXPECT_EQ(run.elapsed, 0);
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "sent");

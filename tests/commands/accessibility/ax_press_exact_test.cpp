@@ -42,17 +42,17 @@ TEST(ax_press_exact, refuses_to_guess) {
   const Result run = press(twoSends, {"Send"});
   EXPECT_EQ(seen(run), refused(R"(2 elements labelled \"Send\")"));
   EXPECT_EQ(run.effects,
-            "    0 ms  write 41/0 AXManualAccessibility\n"
-            "    0 ms  write 41/0 AXEnhancedUserInterface\n");
+            "    0 ms  write 41/0 AXManualAccessibility true\n"
+            "    0 ms  write 41/0 AXEnhancedUserInterface true\n");
   EXPECT_EQ(pressed(twoSends, {"Send", "only"}), refused(R"(2 elements labelled \"Send\")"));
 }
 
 TEST(ax_press_exact, presses_the_lowest_when_told_to_take_the_last) {
   const Result run = press(twoSends, {"Send", "last"});
   EXPECT_EQ(seen(run), done("send", "300", 2));
-  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
-    0 ms  action 41/0 AXPress: pressed AXButton "send", which does nothing
+  EXPECT_EQ(run.effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
+    0 ms  action 41/7 AXPress: pressed AXButton "send", which does nothing
 )");
 }
 
@@ -151,8 +151,8 @@ TEST(ax_press_exact, needs_exactly_one_such_container) {
   const Result run = press(two, {"Home", "only", "Bar"});
   EXPECT_EQ(seen(run), notUnique);
   EXPECT_EQ(run.effects,
-            "    0 ms  write 41/0 AXManualAccessibility\n"
-            "    0 ms  write 41/0 AXEnhancedUserInterface\n");
+            "    0 ms  write 41/0 AXManualAccessibility true\n"
+            "    0 ms  write 41/0 AXEnhancedUserInterface true\n");
 }
 
 TEST(ax_press_exact, takes_only_groups_for_containers) {

@@ -165,8 +165,8 @@ constexpr const char* sender = R"(
             AXButton "Fix" at 300,90 size 60x20 press: retitle "Fixed"
 )";
 
-constexpr const char* enabling = R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+constexpr const char* enabling = R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )";
 
 TEST(ax_press, presses_the_control_at_the_point) {
@@ -174,7 +174,7 @@ TEST(ax_press, presses_the_control_at_the_point) {
   const Result run = mac.driver("ax-press Notes 130 95");
   EXPECT_EQ(seen(run),
             success(R"({"axError":0,"element":)" + element("AXButton", "Send") + R"(,"ok":true})"));
-  EXPECT_EQ(run.effects, enabling + std::string("    0 ms  action 41/0 AXPress: "
+  EXPECT_EQ(run.effects, enabling + std::string("    0 ms  action 41/7 AXPress: "
                                                 "pressed AXButton \"Send\"\n"));
   EXPECT_EQ(run.elapsed, 0);
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello sent");

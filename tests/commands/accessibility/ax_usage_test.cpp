@@ -71,8 +71,8 @@ TEST(ax_commands, ask_the_application_for_all_it_has_and_for_nothing_else) {
   for (const char* line : {"ax-list Notes", "ax-dump Notes", "ax-find-text Notes a",
                            "ax-texts-at Notes 1 2", "ax-at Notes 1 2", "ax-match Notes a 1 2"}) {
     TestMac mac(notes);
-    EXPECT_EQ(mac.driver(line).effects, R"(    0 ms  write 41/0 AXManualAccessibility
-    0 ms  write 41/0 AXEnhancedUserInterface
+    EXPECT_EQ(mac.driver(line).effects, R"(    0 ms  write 41/0 AXManualAccessibility true
+    0 ms  write 41/0 AXEnhancedUserInterface true
 )");
   }
 }
@@ -122,16 +122,17 @@ TEST(writes_of_attributes, that_come_to_nothing_say_why) {
   TestMac mac("app Notes pid 41 hangs\n", {});
   EXPECT_EQ(
       mac.driver("ax-list Notes").effects,
-      "    0 ms  write 41/0 AXManualAccessibility LOST: the application did not answer in time\n"
-      " 6000 ms  write 41/0 AXEnhancedUserInterface LOST: the application did not answer in "
+      "    0 ms  write 41/0 AXManualAccessibility true LOST: the application did not answer in "
+      "time\n"
+      " 6000 ms  write 41/0 AXEnhancedUserInterface true LOST: the application did not answer in "
       "time\n");
 }
 
 TEST(writes_of_attributes, that_are_answered_as_unknown_are_obeyed) {
   TestMac mac("app Notes pid 41 rejects-enabling\n", {});
   EXPECT_EQ(mac.driver("ax-list Notes").effects,
-            "    0 ms  write 41/0 AXManualAccessibility: obeyed, and answered as unknown\n"
-            "    0 ms  write 41/0 AXEnhancedUserInterface: obeyed, and answered as unknown\n");
+            "    0 ms  write 41/0 AXManualAccessibility true: obeyed, and answered as unknown\n"
+            "    0 ms  write 41/0 AXEnhancedUserInterface true: obeyed, and answered as unknown\n");
 }
 
 }  // namespace

@@ -84,6 +84,7 @@ TEST(lock_guard, locks_at_a_key_which_it_swallows_and_ends_half_a_second_later) 
  2000 ms  input key-down 0 LOST: swallowed by a tap
  2000 ms  input key-up 0
  2400 ms  screen 5000000/0 locked
+ 2500 ms  awake 5000000/0 display released with its process
 )");
 }
 

@@ -26,7 +26,7 @@ constexpr const char* field =
 
 const std::string typed = success(R"({"ok":true,"pid":42,"via":"background","window":9})");
 
-constexpr const char* written = "write 42/0 AXFocused";
+constexpr const char* written = " AXFocused of AX";
 
 bool wasRestored(const Result& run) { return run.effects.find(written) != std::string::npos; }
 
@@ -36,13 +36,13 @@ TEST(focus_of_chromium, is_given_back_to_its_field_at_the_end) {
   const Result run = mac.driver("bg-key Chat a");
 
   EXPECT_EQ(seen(run), typed);
-  EXPECT_EQ(run.effects, R"(    0 ms  write 42/0 AXManualAccessibility
-    0 ms  write 42/0 AXEnhancedUserInterface
+  EXPECT_EQ(run.effects, R"(    0 ms  write 42/0 AXManualAccessibility true
+    0 ms  write 42/0 AXEnhancedUserInterface true
     0 ms  focus 42/9 give
    40 ms  post 42/9 key-down 0 public: typed "a" into AXTextArea "Message"
    52 ms  post 42/9 key-up 0 public
   114 ms  focus 42/9 take
-  154 ms  write 42/0 AXFocused
+  154 ms  write 42/9 AXFocused of AXTextArea "Message" true
 )");
   EXPECT_EQ(waits(mac), "40000 12000 12000 50000 40000 100000");
   EXPECT_EQ(run.elapsed, 254'000);

@@ -66,7 +66,7 @@ TEST(a_user_who_comes_before_the_window_is_made_key, keeps_the_keyboard) {
 
   EXPECT_EQ(seen(run), withheldAfter(0));
   EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
-   10 ms  happening user click 900,200
+   10 ms  happening user click 900,200: Notes: focused AXTextArea "Own"
 )");
   EXPECT_EQ(keyWindow(mac), 9U);
   EXPECT_EQ(run.elapsed, 90'000);
@@ -94,7 +94,7 @@ TEST(a_user_who_comes_while_the_window_is_made_key, is_left_alone) {
     EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
    40 ms  key 41/7 first
    40 ms  key 41/7 second
-  200 ms  happening user click 900,200
+  200 ms  happening user click 900,200: Notes: focused AXTextArea "Own"
 )");
     EXPECT_EQ(run.elapsed, 390'000);
   }

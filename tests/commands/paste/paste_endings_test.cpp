@@ -43,9 +43,9 @@ TEST(paste_ending, when_the_menu_refuses_gives_the_clipboard_back) {
   EXPECT_EQ(seen(run), refused("target menu shortcut failed: cmd+v"));
   EXPECT_EQ(run.effects, R"(    0 ms  focus 42/8 give
    40 ms  pasteboard clear
-   40 ms  pasteboard write-files
+   40 ms  pasteboard write-files "/a.txt"
   340 ms  pasteboard clear
-  340 ms  pasteboard write
+  340 ms  pasteboard write "old"
   390 ms  focus 42/8 take
 )");
   EXPECT_EQ(run.elapsed, 430'000);
@@ -179,10 +179,10 @@ TEST(paste_ending, when_the_service_dies_before_the_menu_presses_nothing) {
   EXPECT_EQ(seen(run), serviceGone);
   EXPECT_EQ(run.effects, R"(    0 ms  focus 42/8 give
    40 ms  pasteboard clear
-   40 ms  pasteboard write-files
+   40 ms  pasteboard write-files "/a.txt"
    40 ms  happening 900/0 end process 900
   340 ms  pasteboard clear
-  340 ms  pasteboard write
+  340 ms  pasteboard write "old"
   340 ms  focus 42/8 take
 )");
   EXPECT_EQ(clipboard(mac), usersClipboard);

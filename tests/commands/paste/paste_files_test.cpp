@@ -16,13 +16,14 @@ TEST(bg_paste_files, presses_command_v_with_the_files_on_the_clipboard) {
   EXPECT_EQ(seen(run), pastedIntoNotes);
   EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
    40 ms  pasteboard clear
-   40 ms  pasteboard write-files
+   40 ms  pasteboard write-files "/a.txt"
    40 ms  post 41/7 key-down 55 with cmd public: cmd
    52 ms  post 41/7 key-down 9 with cmd public: asked for a paste into AXTextArea "Body"
    64 ms  post 41/7 key-up 9 with cmd public
    76 ms  post 41/7 key-up 55 with cmd public
+  102 ms  landing 41/7 paste "/a.txt": pasted paths as text into AXTextArea "Body"
   388 ms  pasteboard clear
-  388 ms  pasteboard write
+  388 ms  pasteboard write "old"
   438 ms  focus 41/7 take
 )");
   EXPECT_EQ(run.elapsed, 478'000);
@@ -39,10 +40,11 @@ TEST(bg_paste_files, goes_through_the_menu_of_an_application_that_has_the_shortc
   EXPECT_EQ(seen(run), pastedIntoMail);
   EXPECT_EQ(run.effects, R"(    0 ms  focus 42/8 give
    40 ms  pasteboard clear
-   40 ms  pasteboard write-files
-   40 ms  action 42/0 AXPress: pressed AXMenuItem "Paste"
+   40 ms  pasteboard write-files "/a.txt\n/b.png"
+   40 ms  action 42/0 AXPress: pressed AXMenuItem "Paste", asked for a paste into AXTextArea "Letter"
+   90 ms  landing 42/8 paste "/a.txt\n/b.png": attached files to AXTextArea "Letter"
   440 ms  pasteboard clear
-  440 ms  pasteboard write
+  440 ms  pasteboard write "old"
   490 ms  focus 42/8 take
 )");
   EXPECT_EQ(run.elapsed, 530'000);
@@ -73,13 +75,14 @@ TEST(bg_paste_files, leaves_focus_alone_where_the_user_types) {
 
   EXPECT_EQ(seen(run), success(R"({"ok":true,"pid":40,"via":"background","window":5})"));
   EXPECT_EQ(run.effects, R"(    0 ms  pasteboard clear
-    0 ms  pasteboard write-files
+    0 ms  pasteboard write-files "/a.txt"
     0 ms  post 40/5 key-down 55 with cmd public: cmd
    12 ms  post 40/5 key-down 9 with cmd public: asked for a paste into AXTextField "Address"
    24 ms  post 40/5 key-up 9 with cmd public
    36 ms  post 40/5 key-up 55 with cmd public
+   62 ms  landing 40/5 paste "/a.txt": pasted paths as text into AXTextField "Address"
   348 ms  pasteboard clear
-  348 ms  pasteboard write
+  348 ms  pasteboard write "old"
 )");
   EXPECT_EQ(run.elapsed, 348'000);
   EXPECT_EQ(mac.valueOf("Browser", "Address"), "/a.txt");

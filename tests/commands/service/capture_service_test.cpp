@@ -386,7 +386,8 @@ TEST(capture_service, follows_the_target_to_another_window) {
   EXPECT_EQ(run.effects,
             "    0 ms  sharing 42/8 start 500x600 with child windows as Zentrove Desk \u00b7 "
             "background operation in this window\n"
-            "    0 ms  happening user click 950,720\n"
+            "    0 ms  happening user click 950,720: Mail: clicked AXWindow \"Outbox\", which does "
+            "nothing\n"
             "    0 ms  sharing 42/9 move here\n"
             "    0 ms  sharing 42/9 configure 400x550 with child windows as Zentrove Desk \u00b7 "
             "background operation in this window\n"

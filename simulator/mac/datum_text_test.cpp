@@ -1,4 +1,4 @@
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +36,17 @@ TEST(datumText, cuts_a_text_between_two_characters) {
 TEST(hexOf, ends_after_256_bytes) {
   EXPECT_EQ(hexOf(std::string(256, 'a')).size(), 512U);
   EXPECT_EQ(hexOf(std::string(257, 'a')), hexOf(std::string(256, 'a')) + "…");
+}
+
+TEST(printable, is_one_line_of_text) {
+  EXPECT_EQ(printable("one\ntwo\tthree\r \x1B[0m é \xFF"),
+            "one\\ntwo\\tthree\\r \\x1b[0m é \uFFFD");
+}
+
+TEST(shellWord, is_quoted_where_a_shell_needs_it) {
+  EXPECT_EQ(shellWord("340,574"), "340,574");
+  EXPECT_EQ(shellWord(""), "''");
+  EXPECT_EQ(shellWord("don't stop"), "'don'\\''t stop'");
 }
 
 }  // namespace

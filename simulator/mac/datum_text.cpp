@@ -1,4 +1,4 @@
-#include "simulator/datum_text.h"
+#include "simulator/mac/datum_text.h"
 
 #include <algorithm>
 #include <array>
@@ -66,6 +66,33 @@ std::string hexOf(std::string_view bytes) {
     text += {digits[byte >> 4U], digits[byte & 0xFU]};
   }
   return bytes.size() > hexBytesMax ? text + std::string(ellipsis) : text;
+}
+
+std::string printable(std::string_view bytes) {
+  std::string text;
+  for (const char c : driver::repairedUtf8(bytes)) {
+    if (c == '\n') {
+      text += "\\n";
+    } else if (c == '\r') {
+      text += "\\r";
+    } else if (c == '\t') {
+      text += "\\t";
+    } else if (isControl(c)) {
+      text += "\\x" + hexOf({&c, 1});
+    } else {
+      text += c;
+    }
+  }
+  return text;
+}
+
+std::string shellWord(const std::string& word) {
+  constexpr std::string_view plain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:,+@%=";
+  if (!word.empty() && word.find_first_not_of(plain) == word.npos) return word;
+  std::string quoted = "'";
+  for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
 }
 
 std::string datumText(const driver::Datum& datum) { return std::visit(Texter{}, datum.data); }

@@ -1,0 +1,35 @@
+#include "simulator/mac/mac.h"
+
+#include "simulator/mac/datum_text.h"
+
+namespace simulator {
+
+namespace {
+
+/// What somebody who waits for the Mac to come to rest need not know: that runs come and go, what
+/// they say, and what is said of their calls. A call that goes wrong each time would be news for
+/// ever.
+bool isNews(JournalEntry::Kind kind) { return kind < JournalEntry::Kind::process; }
+
+}  // namespace
+
+std::vector<std::string> shownArguments(const Client& client) {
+  std::vector<std::string> arguments = client.arguments;
+  if (!arguments.empty()) arguments[0].erase(0, arguments[0].rfind('/') + 1);
+  return arguments;
+}
+
+void enter(Mac& mac, JournalEntry entry) {
+  entry.number = ++mac.entries;
+  entry.at = mac.now;
+  if (entry.pid == 0) entry.pid = mac.world.actor;
+  entry.text = beginningOf(entry.text, entryTextBytesMax);
+  if (isNews(entry.kind)) mac.lastNews = mac.now;
+  // Half at a time: to drop them one by one would move all others each time.
+  if (mac.journal.size() == journalEntriesMax) {
+    mac.journal.erase(mac.journal.begin(), mac.journal.begin() + journalEntriesMax / 2);
+  }
+  mac.journal.push_back(std::move(entry));
+}
+
+}  // namespace simulator

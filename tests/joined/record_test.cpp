@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "mac.h"
+#include "worlds.h"
+
+/// What a Mac keeps of what happens, and the page that is made of it.
+namespace joined {
+namespace {
+
+std::string contentsOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::size_t filesIn(const std::string& folder) {
+  const std::filesystem::directory_iterator files(folder);
+  return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+}
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+class record : public testing::Test {
+ protected:
+  record() : world_(files_.file("world", notes)), folder_(files_.path("record")) {}
+
+  /// A run of a command with a Mac that keeps what happens.
+  Finished kept(const std::vector<std::string>& command, const std::string& option = "") const {
+    std::vector<std::string> words = {simulatedMacPath(), "run", "--virtual", "--record", folder_};
+    if (!option.empty()) words.push_back(option);
+    words.insert(words.end(), {world_, "--"});
+    words.insert(words.end(), command.begin(), command.end());
+    return run(words);
+  }
+  Finished report(const std::string& page) const {
+    return run({simulatedMacPath(), "report", folder_, "-o", page});
+  }
+  std::string lines() const { return contentsOf(folder_ + "/record.jsonl"); }
+
+  Folder files_;
+  std::string world_;
+  std::string folder_;
+};
+
+TEST_F(record, has_the_world_the_journal_the_screens_and_an_end) {
+  EXPECT_EQ(kept({driverPath(), "bg-click", "Notes", "130", "95"}).status, 0);
+
+  const std::string text = lines();
+  EXPECT_EQ(text.rfind("{\"kind\":\"record\",\"program\":\"simulated-mac ", 0), 0U) << text;
+  EXPECT_EQ(occurrences(text, "\"kind\":\"process\""), 2U);
+  EXPECT_NE(text.find("\"outcome\":\"pressed AXButton \\\"Send\\\"\""), std::string::npos);
+  EXPECT_EQ(text.substr(text.rfind("{\"at\"")),
+            "{\"at\":584.0,\"kind\":\"end\",\"violations\":[]}\n");
+  EXPECT_EQ(contentsOf(folder_ + "/world"), notes);
+  EXPECT_EQ(occurrences(text, "\"kind\":\"picture\""), 2U);
+  EXPECT_EQ(filesIn(folder_ + "/pictures"), 2U);
+}
+
+TEST_F(record, keeps_a_look_once_however_often_it_is_seen) {
+  const std::string back = "\"$0\" user move 1,1; \"$0\" user move 0,0; \"$0\" user move 1,1";
+  EXPECT_EQ(kept({"/bin/sh", "-c", back, simulatedMacPath()}).status, 0);
+
+  EXPECT_EQ(occurrences(lines(), "\"kind\":\"picture\""), 4U);
+  EXPECT_EQ(filesIn(folder_ + "/pictures"), 2U);
+}
+
+TEST_F(record, has_no_screens_when_none_are_wanted) {
+  EXPECT_EQ(kept({driverPath(), "session"}, "--no-pictures").status, 0);
+
+  EXPECT_EQ(occurrences(lines(), "\"kind\":\"picture\""), 0U);
+  EXPECT_EQ(filesIn(folder_ + "/pictures"), 0U);
+}
+
+TEST_F(record, is_not_written_over) {
+  EXPECT_EQ(kept({driverPath(), "session"}).status, 0);
+  const std::string before = lines();
+
+  EXPECT_EQ(seen(kept({driverPath(), "session"})),
+            "1 {\"error\":\"" + folder_ + " has a record already\",\"ok\":false}\n");
+  EXPECT_EQ(lines(), before);
+}
+
+TEST_F(record, has_what_was_acknowledged_when_the_mac_is_killed) {
+  ServedMac mac(notes, {"--virtual", "--record", folder_});
+  EXPECT_EQ(mac.driver({"bg-click", "Notes", "130", "95"}).status, 0);
+  mac.command({"lock"});
+  mac.process().signal(SIGKILL);
+  mac.process().finish();
+
+  EXPECT_NE(lines().find("\"kind\":\"reply\""), std::string::npos);
+  EXPECT_NE(lines().find("\"what\":\"lock\""), std::string::npos);
+  EXPECT_EQ(lines().find("\"kind\":\"end\""), std::string::npos);
+  EXPECT_EQ(report(files_.path("report.html")).status, 0);
+}
+
+TEST_F(record, ends_when_the_mac_is_stopped) {
+  const ServedMac mac(notes, {"--virtual", "--record", folder_});
+
+  EXPECT_EQ(seen(mac.command({"stop"})), "0 {\"ok\":true}\n");
+  EXPECT_NE(lines().find("\"kind\":\"end\""), std::string::npos);
+}
+
+TEST_F(record, becomes_a_page_that_needs_nothing_else) {
+  const std::string page = files_.path("report.html");
+  EXPECT_EQ(
+      kept({driverPath(), "ax-insert", "Notes", "Body", "-1", "-1", "end", "</script><b>"}).status,
+      0);
+
+  EXPECT_EQ(seen(report(page)), "0 {\"ok\":true,\"path\":\"" + page + "\"}\n");
+  const std::string text = contentsOf(page);
+  EXPECT_EQ(occurrences(text, "</script>"), 2U);
+  EXPECT_NE(text.find("\\u003c/script>\\u003cb>"), std::string::npos);
+  EXPECT_EQ(occurrences(text, "http:") + occurrences(text, "https:") + occurrences(text, "src="),
+            0U);
+  EXPECT_EQ(
+      occurrences(text, "@RECORD@") + occurrences(text, "@STYLE@") + occurrences(text, "@SCRIPT@"),
+      0U);
+}
+
+TEST_F(record, that_is_none_or_of_another_version_is_not_reported) {
+  const std::string page = files_.path("report.html");
+  const auto failure = [](const std::string& message) {
+    return "1 {\"error\":\"" + message + "\",\"ok\":false}\n";
+  };
+
+  EXPECT_EQ(seen(report(page)),
+            failure("cannot read " + folder_ + "/record.jsonl: No such file or directory"));
+  std::filesystem::create_directory(folder_);
+  std::ofstream(folder_ + "/record.jsonl") << "{\"kind\":\"record\",\"version\":2}\n";
+  EXPECT_EQ(seen(report(page)), failure(folder_ + " has no record of a version that is known"));
+  std::ofstream(folder_ + "/record.jsonl") << "nonsense\n";
+  EXPECT_EQ(seen(report(page)), failure(folder_ + " has a record with a line that cannot be read"));
+  EXPECT_EQ(seen(run({simulatedMacPath(), "report", folder_, "to", page})),
+            failure("usage: simulated-mac report DIR -o FILE"));
+}
+
+}  // namespace
+}  // namespace joined
