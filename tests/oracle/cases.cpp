@@ -298,16 +298,36 @@ class Cases {
     }
   }
 
-  void dialogs(const std::string& app, const Application& application) {
-    Words buttons = {"OK", "Yes"};
-    for (const auto& element : application.elements) {
-      if (element.role == "AXButton") buttons.push_back(textAttribute(element, "AXTitle"));
+  /// The texts and the buttons that are in an element, in the order of the text.
+  static void gatherBelow(const Application& application, simulator::ElementId id, Words& texts,
+                          Words& buttons) {
+    const auto& element = application.elements[static_cast<std::size_t>(id - 1)];
+    const std::string value = textAttribute(element, "AXValue");
+    if (element.role == "AXStaticText" && !value.empty()) texts.push_back(value);
+    for (const char* name : {"AXTitle", "AXDescription", "AXHelp"}) {
+      if (element.role == "AXButton") buttons.push_back(textAttribute(element, name));
     }
-    buttons = thinned(distinct(buttons), 8);
-    for (const std::string& text : texts_) {
-      for (const std::string& button : buttons) {
-        add({"ax-modal-press", app, text, button});
-        add({"ax-modal-press", app, text + " ", button});
+    for (const auto child : element.children) gatherBelow(application, child, texts, buttons);
+  }
+
+  /// Dialogs and documents, with what is in them.
+  void dialogs(const std::string& app, const Application& application) {
+    for (const auto& element : application.elements) {
+      Words texts;
+      Words buttons = {"OK", "none such"};
+      const std::string subrole = textAttribute(element, "AXSubrole");
+      const bool isDialog =
+          element.role == "AXSheet" || subrole.find("Dialog") != std::string::npos;
+      if (!isDialog && element.role != "AXWebArea") continue;
+      gatherBelow(application, element.id, texts, buttons);
+      std::string whole;
+      for (const std::string& text : texts) whole += (whole.empty() ? "" : " ") + text;
+      for (const std::string& button : distinct(buttons)) {
+        add({"ax-modal-press", app, whole, button});
+        add({"ax-modal-press", app, whole + " ", button});
+        for (const char* name : {"AXTitle", "AXDescription", "AXHelp"}) {
+          add({"ax-press-in-document", app, textAttribute(element, name), button});
+        }
       }
     }
   }
