@@ -186,7 +186,10 @@ std::int32_t Stage::write(const Element& element, const std::string& name,
   return static_cast<std::int32_t>(driver::unpack<ax::Outcome>(answer.value).error);
 }
 
-void Stage::unhide(Pid pid) { simulator::unhide(mac_.world, pid); }
+void Stage::unhide(Pid pid) {
+  const platform::Call call{platform::Function::unhide, {driver::pack(pid)}};
+  simulator::calls::unhide(mac_, client_, simulator::Arguments(call));
+}
 
 void Stage::requireStill(Microseconds until) const {
   const auto isDue = [&](const simulator::Scripted& each) {
