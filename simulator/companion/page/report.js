@@ -2,6 +2,7 @@
 // The page of a report. What it shows stands in it: nothing is loaded.
 
 const record = JSON.parse(document.getElementById("record").textContent);
+const applications = new Map(record.header.applications.map((each) => [each.pid, textOf(each.name)]));
 const items = itemsOf(record.entries);
 
 /** A new element with these properties, and with what is in it. */
@@ -87,6 +88,12 @@ function commandLineOf(run) {
   return [...(run.joined.variables ?? []), ...run.joined.arguments].map(shellWord).join(" ");
 }
 
+/** What an entry was done to: `Notes, window 7`. */
+function targetOf(entry) {
+  const name = applications.get(entry.target) ?? String(entry.target);
+  return entry.window === undefined ? `${name}:` : `${name}, window ${entry.window}:`;
+}
+
 /** What was done, and what came of it, as one line. */
 function deedOf(entry) {
   if (entry.kind === "process") {
@@ -97,7 +104,7 @@ function deedOf(entry) {
   if (entry.kind === "violation") return `breaks ${entry.what}`;
   if (entry.kind === "fault") return `fault: ${entry.outcome}`;
   const parts = [entry.kind === "event" ? "post" : entry.kind];
-  if (entry.target !== undefined) parts.push(`${entry.target}/${entry.window ?? 0}`);
+  if (entry.target !== undefined) parts.push(targetOf(entry));
   if (entry.what !== undefined) parts.push(entry.what);
   if (entry.point !== undefined) parts.push(entry.point.join(","));
   if (entry.route !== undefined) parts.push(entry.route);
@@ -185,13 +192,14 @@ function screensOf(item) {
   const before = latestPicture((each) => each.after < item.first.number);
   const after = latestPicture((each) => each.after <= item.last.number);
   if (after < 0) return null;
+  const clicks = clicksOf(item);
   if (before === after || before < 0) {
-    return element("div", { className: "screens" }, screen("the screens, which did not change", after, [],
-      clicksOf(item)));
+    return element("div", { className: "screens" },
+      screen("the screens, which did not change", after, [], clicks));
   }
   const regions = record.pictures.slice(before + 1, after + 1).flatMap((each) => each.regions);
   return element("div", { className: "screens" },
-    screen("before, with where it clicked", before, [], clicksOf(item)),
+    screen(clicks.length > 0 ? "before, with where it clicked" : "before", before, [], clicks),
     screen("after, with what has changed", after, regions, []));
 }
 
@@ -215,8 +223,13 @@ function screen(caption, number, regions, clicks) {
     outline(context, regions);
     mark(context, picture, clicks);
   }).catch((error) => { canvas.replaceWith(element("p", { textContent: error.message })); });
-  return element("figure", {}, canvas,
-    element("figcaption", { textContent: `${caption} (${milliseconds(picture.at)})` }));
+  const size = element("button", { type: "button", textContent: "larger" });
+  const figure = element("figure", {}, canvas,
+    element("figcaption", {}, `${caption} (${milliseconds(picture.at)}) `, size));
+  size.addEventListener("click", () => {
+    size.textContent = figure.classList.toggle("large") ? "smaller" : "larger";
+  });
+  return figure;
 }
 
 function outline(context, regions) {
@@ -341,14 +354,26 @@ function listBroken() {
   for (const item of items) {
     for (const each of item.broken) {
       told.add(each.what);
-      const link = element("a", { href: `#item-${item.number}`, textContent: each.what });
-      link.addEventListener("click", () => { byId(`item-${item.number}`).open = true; });
-      byId("broken").append(element("li", {}, link));
+      listWithWay(each.what, item);
     }
   }
   for (const each of record.end?.violations ?? []) {
-    if (!told.has(each)) byId("broken").append(element("li", { textContent: each }));
+    if (told.has(each)) continue;
+    // What was left behind is told at the end: its process is named.
+    const pid = Number(/process (\d+)/.exec(each)?.[1]);
+    listWithWay(each, items.findLast((item) => item.run?.pid === pid));
   }
+}
+
+/** A broken rule, with the way to the item that it is about, if there is one. */
+function listWithWay(text, item) {
+  if (item === undefined) {
+    byId("broken").append(element("li", { textContent: text }));
+    return;
+  }
+  const link = element("a", { href: `#item-${item.number}`, textContent: text });
+  link.addEventListener("click", () => { byId(`item-${item.number}`).open = true; });
+  byId("broken").append(element("li", {}, link));
 }
 
 byId("items").append(...items.map(detailsOf));
