@@ -2,7 +2,8 @@
 // The page of a report. What it shows stands in it: nothing is loaded.
 
 const record = JSON.parse(document.getElementById("record").textContent);
-const applications = new Map(record.header.applications.map((each) => [each.pid, textOf(each.name)]));
+const applications = new Map(
+  record.header.applications.map((each) => [each.pid, textOf(each.name)]));
 const items = itemsOf(record.entries);
 
 /** A new element with these properties, and with what is in it. */
@@ -23,7 +24,7 @@ function textOf(value) { return typeof value === "string" ? value : `<${value.he
 
 function milliseconds(time) { return `${Math.round(time * 1000) / 1000} ms`; }
 
-/** The entries as the page tells of them: a run, a request of a service, or what happened by itself. */
+/** The entries as the page tells of them: a run, a request to a service, or what just happened. */
 function itemsOf(entries) {
   const found = [];
   const runs = new Map();
@@ -59,7 +60,8 @@ function complete(item) {
   const broken = item.entries.filter((each) => each.kind === "violation");
   const faults = item.entries.filter((each) => each.kind === "fault");
   const lost = item.entries.filter((each) => each.landed === false && each.kind !== "input");
-  const refused = replies.some((each) => each.value?.ok === false || each.value?.reply?.ok === false);
+  const refused = replies.some((each) =>
+    each.value?.ok === false || each.value?.reply?.ok === false);
   const end = item.entries.find((each) => each.kind === "process" && each.what === "ended");
   const badEnd = end !== undefined && end.outcome !== "status 0";
   return { ...item, replies, broken, faults, lost, refused, end, badEnd,
@@ -117,7 +119,9 @@ function deedOf(entry) {
   return entry.outcome === undefined ? line : `${line}: ${entry.outcome}`;
 }
 
-function tag(text, kind) { return element("span", { className: `tag ${kind}`, textContent: text }); }
+function tag(text, kind) {
+  return element("span", { className: `tag ${kind}`, textContent: text });
+}
 
 function tagsOf(item) {
   const tags = element("span", { className: "tags" });
@@ -134,8 +138,8 @@ function detailsOf(item) {
   const summary = element("summary", {},
     element("span", { className: "time", textContent: milliseconds(item.first.at) }),
     element("span", { className: "line", textContent: headingOf(item) }), tagsOf(item));
-  const details = element("details", { className: `item ${item.kind === "request" ? "own" : item.kind}` },
-    summary);
+  const kind = item.kind === "request" ? "own" : item.kind;
+  const details = element("details", { className: `item ${kind}` }, summary);
   details.dataset.state = item.broken.length > 0 ? "broken" : item.failed ? "failed" : "fine";
   details.id = `item-${item.number}`;
   details.addEventListener("toggle", () => { if (details.open) fill(details, item); });
@@ -147,7 +151,8 @@ function fill(details, item) {
   if (details.dataset.filled === "yes") return;
   details.dataset.filled = "yes";
   details.append(element("div", { className: "inside" },
-    timesOf(item), ...item.broken.map((each) => element("p", { className: "bad", textContent: each.what })),
+    timesOf(item),
+    ...item.broken.map((each) => element("p", { className: "bad", textContent: each.what })),
     ...item.replies.map(shownReply), effectsOf(item), screensOf(item)));
 }
 
@@ -164,7 +169,8 @@ function shownReply(reply) {
   const text = reply.value === null ? reply.text : JSON.stringify(reply.value, null, 2);
   const body = element("pre", { textContent: text });
   if (text.length < 400) return body;
-  const line = element("summary", { className: "line", textContent: `${reply.text.slice(0, 120)}…` });
+  const beginning = `${reply.text.slice(0, 120)}…`;
+  const line = element("summary", { className: "line", textContent: beginning });
   return element("details", {}, line, body);
 }
 
@@ -304,7 +310,13 @@ function filter() {
   byId("count").value = `${shown} of ${items.length}`;
 }
 
-function shownItems() { return [...document.querySelectorAll(".item")].filter((each) => !each.hidden); }
+function shownItems() {
+  return [...document.querySelectorAll(".item")].filter((each) => !each.hidden);
+}
+
+function openShown(open) {
+  for (const each of shownItems()) each.open = open;
+}
 
 function go(step, qualifies = () => true) {
   const all = shownItems();
@@ -322,8 +334,8 @@ const keys = {
 function listen() {
   for (const id of ["text", "show", "process"]) byId(id).addEventListener("input", filter);
   byId("filter").addEventListener("submit", (event) => event.preventDefault());
-  byId("open").addEventListener("click", () => shownItems().forEach((each) => { each.open = true; }));
-  byId("close").addEventListener("click", () => shownItems().forEach((each) => { each.open = false; }));
+  byId("open").addEventListener("click", () => openShown(true));
+  byId("close").addEventListener("click", () => openShown(false));
   document.addEventListener("keydown", (event) => {
     const typing = /^(INPUT|SELECT|TEXTAREA)$/.test(event.target.tagName);
     if (typing && event.key === "Escape") event.target.blur();
@@ -331,7 +343,7 @@ function listen() {
     event.preventDefault();
     keys[event.key]();
   });
-  window.addEventListener("beforeprint", () => shownItems().forEach((each) => { each.open = true; }));
+  window.addEventListener("beforeprint", () => openShown(true));
 }
 
 function summarise() {
