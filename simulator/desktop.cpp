@@ -9,7 +9,6 @@
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
-#include "simulator/world/fields.h"
 
 namespace simulator {
 
@@ -176,19 +175,7 @@ void Desktop::passTo(Microseconds time) {
       tellOfViolations(pidOf(i));
     }
   }
-  for (SettledWrite& write : settleWrites(mac_.world, time)) {
-    mac_.now = std::max(mac_.now, write.at);
-    enter(mac_, {.kind = JournalEntry::Kind::landing,
-                 .pid = write.actor,
-                 .target = write.pid,
-                 .window = write.element ? write.element->window : 0,
-                 .what = write.attribute.empty() ? "paste" : std::move(write.attribute),
-                 .landed = write.landed,
-                 .outcome = std::move(write.outcome),
-                 .element = std::move(write.element),
-                 .text = std::move(write.text)});
-  }
-  mac_.now = std::max(mac_.now, time);
+  passTimeTo(mac_, std::max(mac_.now, time));
 }
 
 void Desktop::showLock() {

@@ -28,9 +28,9 @@ constexpr const char* journalDesk = R"(
             AXStaticText "Log" value "" at 10,160 size 50x20
 )";
 
-class JournalTest : public testing::Test {
+class journal_entries : public testing::Test {
  protected:
-  explicit JournalTest(const char* world = journalDesk) : desktop_(parseWorld(world)) {
+  explicit journal_entries(const char* world = journalDesk) : desktop_(parseWorld(world)) {
     client_ = desktop_.join({"/usr/bin/driver", "ax-press", "Notes", "a b"},
                             {{"CU_WINDOW", "Inbox"}, {"HOME", "/home/ada"}});
   }
@@ -67,7 +67,7 @@ class JournalTest : public testing::Test {
   std::size_t client_ = 0;
 };
 
-TEST_F(JournalTest, names_a_process_with_its_command_line_and_what_it_heeds) {
+TEST_F(journal_entries, names_a_process_with_its_command_line_and_what_it_heeds) {
   EXPECT_EQ(journalText(desktop_.mac().journal.front()),
             "    0 ms  5000000  process joined CU_WINDOW=Inbox driver ax-press Notes 'a b'");
   EXPECT_EQ(journalLine(desktop_.mac().journal.front()),
@@ -75,7 +75,7 @@ TEST_F(JournalTest, names_a_process_with_its_command_line_and_what_it_heeds) {
             R"("number":1,"pid":5000000,"variables":["CU_WINDOW=Inbox"],"what":"joined"})");
 }
 
-TEST_F(JournalTest, tells_how_a_process_ended) {
+TEST_F(journal_entries, tells_how_a_process_ended) {
   desktop_.handle(client_, {Function::writeOutput, {pack("{\"ok\":true}"), pack(true)}});
   desktop_.handle(client_, {Function::writeOutput, {pack("\n"), pack(true)}});
   desktop_.handle(client_, {Function::exit, {pack(3)}});
@@ -89,7 +89,7 @@ TEST_F(JournalTest, tells_how_a_process_ended) {
             "    0 ms  5000001  process ended: gone, without a word\n");
 }
 
-TEST_F(JournalTest, says_of_a_text_where_it_was_written_and_what_the_field_made_of_it) {
+TEST_F(journal_entries, says_of_a_text_where_it_was_written_and_what_the_field_made_of_it) {
   writeText("To", "one\ntwo");
   writeText("Loud", "one");
   write("To", "AXFocused", platform::packPlain(true));
@@ -106,7 +106,7 @@ TEST_F(JournalTest, says_of_a_text_where_it_was_written_and_what_the_field_made_
             R"("what":"AXValue","window":7})");
 }
 
-TEST_F(JournalTest, says_when_a_late_write_lands) {
+TEST_F(journal_entries, says_when_a_late_write_lands) {
   writeText("Late", "one");
   desktop_.advanceTo(50'000);
 
@@ -115,7 +115,7 @@ TEST_F(JournalTest, says_when_a_late_write_lands) {
             "   30 ms  5000000  landing 41/7 AXValue \"one\"\n");
 }
 
-TEST_F(JournalTest, says_of_a_lost_write_and_action_why) {
+TEST_F(journal_entries, says_of_a_lost_write_and_action_why) {
   happen("hang Notes");
   writeText("To", "one");
   press("Send");
@@ -128,7 +128,8 @@ TEST_F(JournalTest, says_of_a_lost_write_and_action_why) {
       "    0 ms  5000000  action 41/0 AXPress LOST: the application did not answer in time\n");
 }
 
-TEST_F(JournalTest, says_of_a_reaction_that_it_finds_nothing_and_of_an_action_what_is_answered) {
+TEST_F(journal_entries,
+       says_of_a_reaction_that_it_finds_nothing_and_of_an_action_what_is_answered) {
   removeElement(desktop_.mac().world.applications[1], element("Log").id);
   press("Send");
   press("Odd");
@@ -140,7 +141,7 @@ TEST_F(JournalTest, says_of_a_reaction_that_it_finds_nothing_and_of_an_action_wh
             "answered with -25204\n");
 }
 
-TEST_F(JournalTest, says_where_the_users_input_went) {
+TEST_F(journal_entries, says_where_the_users_input_went) {
   happen("user click 20,20");
   happen("user key a");
   happen("user click 1900,20");
@@ -159,7 +160,7 @@ TEST_F(JournalTest, says_where_the_users_input_went) {
       "on the console\n");
 }
 
-TEST_F(JournalTest, marks_the_faults_that_struck) {
+TEST_F(journal_entries, marks_the_faults_that_struck) {
   desktop_.addFault(parseFault("windowserver.session 2 absent", desktop_.mac().world));
   desktop_.addFault(parseFault("windowserver.session 1 before lock", desktop_.mac().world));
   desktop_.handle(client_, {Function::session, {}});
@@ -171,14 +172,14 @@ TEST_F(JournalTest, marks_the_faults_that_struck) {
             "    0 ms  5000000  fault windowserver.session: windowserver.session 2 absent\n");
 }
 
-TEST_F(JournalTest, says_of_a_rule_when_it_is_broken) {
+TEST_F(journal_entries, says_of_a_rule_when_it_is_broken) {
   press("Odd");
 
   EXPECT_EQ(journalText(desktop_.mac().journal[1]),
             "    0 ms  5000000  violation I21: acted on an element before any session check");
 }
 
-TEST_F(JournalTest, shows_an_event_record_byte_for_byte) {
+TEST_F(journal_entries, shows_an_event_record_byte_for_byte) {
   desktop_.handle(client_, {Function::postRecord, {pack(0U), pack(41U), pack("\x0D\xFF\x01")}});
 
   EXPECT_EQ(lines(), "    0 ms  5000000  key 41/0 first LOST: malformed record: wrong length\n");
@@ -188,7 +189,7 @@ TEST_F(JournalTest, shows_an_event_record_byte_for_byte) {
             R"("target":41,"what":"first"})");
 }
 
-TEST_F(JournalTest, says_that_a_hold_on_the_display_ends_with_its_process) {
+TEST_F(journal_entries, says_that_a_hold_on_the_display_ends_with_its_process) {
   desktop_.handle(client_, {Function::preventDisplaySleep, {pack("agent")}});
   desktop_.leave(client_);
 
@@ -198,10 +199,10 @@ TEST_F(JournalTest, says_that_a_hold_on_the_display_ends_with_its_process) {
             "    0 ms  5000000  process ended: gone, without a word\n");
 }
 
-class PasteTest : public JournalTest {
+class journal_of_pastes : public journal_entries {
  protected:
-  PasteTest()
-      : JournalTest(R"(
+  journal_of_pastes()
+      : journal_entries(R"(
     app Browser pid 40 frontmost
     app Notes pid 41 pastes after 20ms
         window 7 "Inbox" at 1000,100 size 200x200
@@ -218,7 +219,7 @@ class PasteTest : public JournalTest {
   }
 };
 
-TEST_F(PasteTest, says_what_a_paste_did) {
+TEST_F(journal_of_pastes, says_what_a_paste_did) {
   desktop_.handle(client_, {Function::clearPasteboard, {}});
   paste("To");
   desktop_.handle(client_,

@@ -51,8 +51,15 @@ Picture plainScreens(const simulator::World& world) {
   return picture;
 }
 
-json header(simulator::Scheduler::Time time) {
-  return {{"kind", "record"},
+/// What is told of a Mac before anything has happened in it.
+json header(const simulator::World& world, simulator::Scheduler::Time time) {
+  json applications = json::array();
+  for (const simulator::Application& each : world.applications) {
+    applications.push_back(
+        {{"name", simulator::textJson(each.name.value_or(""))}, {"pid", each.pid}});
+  }
+  return {{"applications", applications},
+          {"kind", "record"},
           {"program", versionText()},
           {"time", timeName(time)},
           {"version", record_format::version}};
@@ -62,7 +69,7 @@ json header(simulator::Scheduler::Time time) {
 
 Recorder::Recorder(const RecordOptions& options, const std::string& world,
                    simulator::Scheduler::Time time)
-    : folder_(options.folder), takesPictures_(options.pictures) {
+    : folder_(options.folder), takesPictures_(options.pictures), time_(time) {
   std::error_code error;
   std::filesystem::create_directories(folder_ + "/" + record_format::picturesFolder, error);
   if (error) throw Failure("cannot make " + folder_ + ": " + error.message());
@@ -71,7 +78,6 @@ Recorder::Recorder(const RecordOptions& options, const std::string& world,
   if (file_.number() < 0 && errno == EEXIST) throw Failure(folder_ + " has a record already");
   if (file_.number() < 0) throw systemFailure("cannot write " + path);
   writeFile(folder_ + "/" + record_format::worldFile, world);
-  write(simulator::jsonLine(header(time)) + "\n");
 }
 
 void Recorder::update(const Desktop& desktop) {
@@ -91,8 +97,9 @@ void Recorder::finish(const Desktop& desktop) {
 std::string Recorder::newLines(const Desktop& desktop) {
   const simulator::Mac& mac = desktop.mac();
   std::string lines;
-  // The first picture shows what there was before anything came.
-  if (!std::exchange(begun_, true)) lines += pictureLine(mac, 0);
+  if (!std::exchange(begun_, true)) {
+    lines += simulator::jsonLine(header(mac.world, time_)) + "\n" + pictureLine(mac, 0);
+  }
   bool looks = false;
   const auto& journal = mac.journal;
   auto entry = std::find_if(journal.begin(), journal.end(),

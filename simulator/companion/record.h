@@ -40,8 +40,9 @@ class Recorder {
 
   std::string folder_;
   bool takesPictures_;
+  simulator::Scheduler::Time time_;
   Descriptor file_;
-  bool begun_ = false;              // the first picture was kept
+  bool begun_ = false;              // the first line was written
   std::int64_t kept_ = 0;           // the number of the latest entry that was
   std::string latest_;              // the latest picture's name
   std::set<std::string> pictures_;  // that are kept, by name

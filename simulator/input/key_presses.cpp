@@ -196,8 +196,7 @@ std::string takeKey(World& world, Application& application, const KeyPress& pres
   if (const ModifierKey* modifier = modifierWithCode(press.code)) {
     return std::string(modifier->name);
   }
-  // On a Mac they would wait; here they are lost, which is simpler and no kinder.
-  if (application.hangs) return "an application that hangs";
+  if (application.hangs) return hangingSentence;
   const Taking taking{world, application, press, keyboardField(world, application)};
   if (taking.holds(commandFlag) || taking.holds(controlFlag)) return takeShortcut(taking);
   if (taking.field == nullptr) return noField;

@@ -14,6 +14,10 @@ struct KeyPress {
   std::string text;         // that it types, whatever the key; empty: what the user's layout says
 };
 
+/// What the journal says of input to an application that hangs. On a Mac it would wait; here it is
+/// lost, which is simpler and no kinder.
+inline constexpr const char* hangingSentence = "the application hangs";
+
 /// Lets the application take a key that goes down, in its key window: a menu's shortcut, a command
 /// to the field that has the keyboard, or text for it. Gives a sentence for the journal.
 std::string takeKey(World& world, Application& application, const KeyPress& press);

@@ -72,6 +72,7 @@ Landing takeKeyEvent(World& world, Application& application, const EventImage& e
   // A key that is held down repeats: it goes down again without having come up.
   const bool repeats = heldKey(keys, event.keyCode) != keys.end();
   if (!repeats) keys.push_back({event.keyCode, world.actor});
+  if (application.hangs) return refused(hangingSentence);
   const KeyPress press{event.keyCode, event.flags.value_or(world.keyboard.modifiers),
                        textOfEvent(event)};
   return {true, takeKey(world, application, press)};

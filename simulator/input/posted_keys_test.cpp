@@ -190,8 +190,8 @@ TEST_F(posted_keys, do_nothing_in_an_application_that_hangs) {
   holdFocus();
   focus("Body");
   notes().hangs = true;
-  EXPECT_EQ(press(0), ": an application that hangs");
-  EXPECT_EQ(press(1, commandFlag), ": an application that hangs");
+  EXPECT_EQ(press(0), " LOST: the application hangs");
+  EXPECT_EQ(press(1, commandFlag), " LOST: the application hangs");
   EXPECT_EQ(valueOf("Body"), "hello");
   EXPECT_EQ(valueOf("Log"), "");
 }

@@ -1,6 +1,10 @@
 #include "simulator/mac/mac.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "simulator/mac/datum_text.h"
+#include "simulator/world/fields.h"
 
 namespace simulator {
 
@@ -17,6 +21,22 @@ std::vector<std::string> shownArguments(const Client& client) {
   std::vector<std::string> arguments = client.arguments;
   if (!arguments.empty()) arguments[0].erase(0, arguments[0].rfind('/') + 1);
   return arguments;
+}
+
+void passTimeTo(Mac& mac, Microseconds time) {
+  for (SettledWrite& write : settleWrites(mac.world, time)) {
+    mac.now = std::max(mac.now, write.at);
+    enter(mac, {.kind = JournalEntry::Kind::landing,
+                .pid = write.actor,
+                .target = write.pid,
+                .window = write.element ? write.element->window : 0,
+                .what = write.attribute.empty() ? "paste" : std::move(write.attribute),
+                .landed = write.landed,
+                .outcome = std::move(write.outcome),
+                .element = std::move(write.element),
+                .text = std::move(write.text)});
+  }
+  mac.now = time;
 }
 
 void enter(Mac& mac, JournalEntry entry) {

@@ -107,6 +107,10 @@ inline constexpr std::size_t journalEntriesMax = 200'000;
 /// Adds an entry to the journal, which is of now, and done by whose call is answered.
 void enter(Mac& mac, JournalEntry entry);
 
+/// The clock moves on, and the writes and pastes that are due by then land, which the journal
+/// tells.
+void passTimeTo(Mac& mac, Microseconds time);
+
 /// What a call gives, and how long after the call it is due. A call that must wait for something to
 /// happen is pending: it is asked again whenever something has, and at `deadline` at the latest.
 struct Answer {

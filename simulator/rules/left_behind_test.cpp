@@ -11,9 +11,9 @@ namespace {
 constexpr Pid killedRun = 5'000'000;
 
 /// Notes, behind, holds what a process has given and pressed there.
-class LeftBehindTest : public testing::Test {
+class what_is_left_behind : public testing::Test {
  protected:
-  LeftBehindTest() {
+  what_is_left_behind() {
     mac_.world = parseWorld(
         "app Browser pid 40 frontmost\n  window 5 \"Web\" at 0,0 size 900x900\n"
         "app Notes pid 41\n  window 7 \"Inbox\" at 0,0 size 900x900\n");
@@ -30,7 +30,7 @@ class LeftBehindTest : public testing::Test {
   Mac mac_;
 };
 
-TEST_F(LeftBehindTest, names_what_a_killed_process_held) {
+TEST_F(what_is_left_behind, names_what_a_killed_process_held) {
   mac_.killed.insert(killedRun);
 
   EXPECT_EQ(
@@ -40,11 +40,11 @@ TEST_F(LeftBehindTest, names_what_a_killed_process_held) {
                   "I27: a button is held down in Notes by process 5000000, which was killed"}));
 }
 
-TEST_F(LeftBehindTest, says_nothing_of_a_process_that_lives_or_ended_by_itself) {
+TEST_F(what_is_left_behind, says_nothing_of_a_process_that_lives_or_ended_by_itself) {
   EXPECT_EQ(leftBehind(mac_), Violations());
 }
 
-TEST_F(LeftBehindTest, says_nothing_once_it_was_undone) {
+TEST_F(what_is_left_behind, says_nothing_once_it_was_undone) {
   mac_.killed.insert(killedRun);
   notes().focusByRecord = 0;
   notes().keysDown.clear();
@@ -53,7 +53,7 @@ TEST_F(LeftBehindTest, says_nothing_once_it_was_undone) {
   EXPECT_EQ(leftBehind(mac_), Violations());
 }
 
-TEST_F(LeftBehindTest, leaves_what_is_in_front_its_focus) {
+TEST_F(what_is_left_behind, leaves_what_is_in_front_its_focus) {
   mac_.killed.insert(killedRun);
   mac_.world.frontmost = 41;
   notes().keysDown.clear();
@@ -62,7 +62,7 @@ TEST_F(LeftBehindTest, leaves_what_is_in_front_its_focus) {
   EXPECT_EQ(leftBehind(mac_), Violations());
 }
 
-TEST_F(LeftBehindTest, forgets_an_application_that_has_quit) {
+TEST_F(what_is_left_behind, forgets_an_application_that_has_quit) {
   mac_.killed.insert(killedRun);
   notes().running = false;
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 
 #include "mac.h"
 #include "worlds.h"
@@ -54,7 +55,9 @@ TEST_F(record, has_the_world_the_journal_the_screens_and_an_end) {
   EXPECT_EQ(kept({driverPath(), "bg-click", "Notes", "130", "95"}).status, 0);
 
   const std::string text = lines();
-  EXPECT_EQ(text.rfind("{\"kind\":\"record\",\"program\":\"simulated-mac ", 0), 0U) << text;
+  EXPECT_EQ(text.substr(0, text.find(",\"program\"")),
+            R"({"applications":[{"name":"Browser","pid":40},{"name":"Notes","pid":41},)"
+            R"({"name":"Mail","pid":42}],"kind":"record")");
   EXPECT_EQ(occurrences(text, "\"kind\":\"process\""), 2U);
   EXPECT_NE(text.find("\"outcome\":\"pressed AXButton \\\"Send\\\"\""), std::string::npos);
   EXPECT_EQ(text.substr(text.rfind("{\"at\"")),
@@ -123,6 +126,24 @@ TEST_F(record, becomes_a_page_that_needs_nothing_else) {
   EXPECT_EQ(
       occurrences(text, "@RECORD@") + occurrences(text, "@STYLE@") + occurrences(text, "@SCRIPT@"),
       0U);
+}
+
+TEST_F(record, shows_on_its_page_what_has_changed_on_the_screens) {
+  const std::string page = files_.path("report.html");
+  EXPECT_EQ(kept({simulatedMacPath(), "user", "move", "100,100"}).status, 0);
+  EXPECT_EQ(report(page).status, 0);
+
+  // The pointer, where it was and where it is.
+  const std::string text = contentsOf(page);
+  const std::string pictures = text.substr(text.find("\"pictures\":["));
+  const std::string shown = std::regex_replace(pictures.substr(0, pictures.find("</script>")),
+                                               std::regex("\"png\":\"[^\"]*\""), "\"png\":\"…\"");
+  EXPECT_EQ(shown, R"("pictures":[{"after":0,"at":0.0,"height":900.0,"kind":"picture","missi)"
+                   R"(ng":false,"regions":[{"height":900,"png":"…","width":1440,"x":0,"y":0})"
+                   R"(],"whole":true,"width":1440.0,"x":0.0,"y":0.0},{"after":1,"at":0.0,"he)"
+                   R"(ight":900.0,"kind":"picture","missing":false,"regions":[{"height":20,")"
+                   R"(png":"…","width":13,"x":0,"y":0},{"height":21,"png":"…","width":13,"x")"
+                   R"(:99,"y":99}],"whole":false,"width":1440.0,"x":0.0,"y":0.0}]})");
 }
 
 TEST_F(record, that_is_none_or_of_another_version_is_not_reported) {

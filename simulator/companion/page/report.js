@@ -2,6 +2,8 @@
 // The page of a report. What it shows stands in it: nothing is loaded.
 
 const record = JSON.parse(document.getElementById("record").textContent);
+const applications = new Map(
+  record.header.applications.map((each) => [each.pid, textOf(each.name)]));
 const items = itemsOf(record.entries);
 
 /** A new element with these properties, and with what is in it. */
@@ -22,7 +24,7 @@ function textOf(value) { return typeof value === "string" ? value : `<${value.he
 
 function milliseconds(time) { return `${Math.round(time * 1000) / 1000} ms`; }
 
-/** The entries as the page tells of them: a run, a request of a service, or what happened by itself. */
+/** The entries as the page tells of them: a run, a request to a service, or what just happened. */
 function itemsOf(entries) {
   const found = [];
   const runs = new Map();
@@ -58,7 +60,8 @@ function complete(item) {
   const broken = item.entries.filter((each) => each.kind === "violation");
   const faults = item.entries.filter((each) => each.kind === "fault");
   const lost = item.entries.filter((each) => each.landed === false && each.kind !== "input");
-  const refused = replies.some((each) => each.value?.ok === false || each.value?.reply?.ok === false);
+  const refused = replies.some((each) =>
+    each.value?.ok === false || each.value?.reply?.ok === false);
   const end = item.entries.find((each) => each.kind === "process" && each.what === "ended");
   const badEnd = end !== undefined && end.outcome !== "status 0";
   return { ...item, replies, broken, faults, lost, refused, end, badEnd,
@@ -87,6 +90,12 @@ function commandLineOf(run) {
   return [...(run.joined.variables ?? []), ...run.joined.arguments].map(shellWord).join(" ");
 }
 
+/** What an entry was done to: `Notes, window 7`. */
+function targetOf(entry) {
+  const name = applications.get(entry.target) ?? String(entry.target);
+  return entry.window === undefined ? `${name}:` : `${name}, window ${entry.window}:`;
+}
+
 /** What was done, and what came of it, as one line. */
 function deedOf(entry) {
   if (entry.kind === "process") {
@@ -97,7 +106,7 @@ function deedOf(entry) {
   if (entry.kind === "violation") return `breaks ${entry.what}`;
   if (entry.kind === "fault") return `fault: ${entry.outcome}`;
   const parts = [entry.kind === "event" ? "post" : entry.kind];
-  if (entry.target !== undefined) parts.push(`${entry.target}/${entry.window ?? 0}`);
+  if (entry.target !== undefined) parts.push(targetOf(entry));
   if (entry.what !== undefined) parts.push(entry.what);
   if (entry.point !== undefined) parts.push(entry.point.join(","));
   if (entry.route !== undefined) parts.push(entry.route);
@@ -110,7 +119,9 @@ function deedOf(entry) {
   return entry.outcome === undefined ? line : `${line}: ${entry.outcome}`;
 }
 
-function tag(text, kind) { return element("span", { className: `tag ${kind}`, textContent: text }); }
+function tag(text, kind) {
+  return element("span", { className: `tag ${kind}`, textContent: text });
+}
 
 function tagsOf(item) {
   const tags = element("span", { className: "tags" });
@@ -127,8 +138,8 @@ function detailsOf(item) {
   const summary = element("summary", {},
     element("span", { className: "time", textContent: milliseconds(item.first.at) }),
     element("span", { className: "line", textContent: headingOf(item) }), tagsOf(item));
-  const details = element("details", { className: `item ${item.kind === "request" ? "own" : item.kind}` },
-    summary);
+  const kind = item.kind === "request" ? "own" : item.kind;
+  const details = element("details", { className: `item ${kind}` }, summary);
   details.dataset.state = item.broken.length > 0 ? "broken" : item.failed ? "failed" : "fine";
   details.id = `item-${item.number}`;
   details.addEventListener("toggle", () => { if (details.open) fill(details, item); });
@@ -140,7 +151,8 @@ function fill(details, item) {
   if (details.dataset.filled === "yes") return;
   details.dataset.filled = "yes";
   details.append(element("div", { className: "inside" },
-    timesOf(item), ...item.broken.map((each) => element("p", { className: "bad", textContent: each.what })),
+    timesOf(item),
+    ...item.broken.map((each) => element("p", { className: "bad", textContent: each.what })),
     ...item.replies.map(shownReply), effectsOf(item), screensOf(item)));
 }
 
@@ -157,7 +169,8 @@ function shownReply(reply) {
   const text = reply.value === null ? reply.text : JSON.stringify(reply.value, null, 2);
   const body = element("pre", { textContent: text });
   if (text.length < 400) return body;
-  const line = element("summary", { className: "line", textContent: `${reply.text.slice(0, 120)}…` });
+  const beginning = `${reply.text.slice(0, 120)}…`;
+  const line = element("summary", { className: "line", textContent: beginning });
   return element("details", {}, line, body);
 }
 
@@ -185,13 +198,14 @@ function screensOf(item) {
   const before = latestPicture((each) => each.after < item.first.number);
   const after = latestPicture((each) => each.after <= item.last.number);
   if (after < 0) return null;
+  const clicks = clicksOf(item);
   if (before === after || before < 0) {
-    return element("div", { className: "screens" }, screen("the screens, which did not change", after, [],
-      clicksOf(item)));
+    return element("div", { className: "screens" },
+      screen("the screens, which did not change", after, [], clicks));
   }
   const regions = record.pictures.slice(before + 1, after + 1).flatMap((each) => each.regions);
   return element("div", { className: "screens" },
-    screen("before, with where it clicked", before, [], clicksOf(item)),
+    screen(clicks.length > 0 ? "before, with where it clicked" : "before", before, [], clicks),
     screen("after, with what has changed", after, regions, []));
 }
 
@@ -215,8 +229,13 @@ function screen(caption, number, regions, clicks) {
     outline(context, regions);
     mark(context, picture, clicks);
   }).catch((error) => { canvas.replaceWith(element("p", { textContent: error.message })); });
-  return element("figure", {}, canvas,
-    element("figcaption", { textContent: `${caption} (${milliseconds(picture.at)})` }));
+  const size = element("button", { type: "button", textContent: "larger" });
+  const figure = element("figure", {}, canvas,
+    element("figcaption", {}, `${caption} (${milliseconds(picture.at)}) `, size));
+  size.addEventListener("click", () => {
+    size.textContent = figure.classList.toggle("large") ? "smaller" : "larger";
+  });
+  return figure;
 }
 
 function outline(context, regions) {
@@ -291,7 +310,13 @@ function filter() {
   byId("count").value = `${shown} of ${items.length}`;
 }
 
-function shownItems() { return [...document.querySelectorAll(".item")].filter((each) => !each.hidden); }
+function shownItems() {
+  return [...document.querySelectorAll(".item")].filter((each) => !each.hidden);
+}
+
+function openShown(open) {
+  for (const each of shownItems()) each.open = open;
+}
 
 function go(step, qualifies = () => true) {
   const all = shownItems();
@@ -309,8 +334,8 @@ const keys = {
 function listen() {
   for (const id of ["text", "show", "process"]) byId(id).addEventListener("input", filter);
   byId("filter").addEventListener("submit", (event) => event.preventDefault());
-  byId("open").addEventListener("click", () => shownItems().forEach((each) => { each.open = true; }));
-  byId("close").addEventListener("click", () => shownItems().forEach((each) => { each.open = false; }));
+  byId("open").addEventListener("click", () => openShown(true));
+  byId("close").addEventListener("click", () => openShown(false));
   document.addEventListener("keydown", (event) => {
     const typing = /^(INPUT|SELECT|TEXTAREA)$/.test(event.target.tagName);
     if (typing && event.key === "Escape") event.target.blur();
@@ -318,7 +343,7 @@ function listen() {
     event.preventDefault();
     keys[event.key]();
   });
-  window.addEventListener("beforeprint", () => shownItems().forEach((each) => { each.open = true; }));
+  window.addEventListener("beforeprint", () => openShown(true));
 }
 
 function summarise() {
@@ -341,14 +366,26 @@ function listBroken() {
   for (const item of items) {
     for (const each of item.broken) {
       told.add(each.what);
-      const link = element("a", { href: `#item-${item.number}`, textContent: each.what });
-      link.addEventListener("click", () => { byId(`item-${item.number}`).open = true; });
-      byId("broken").append(element("li", {}, link));
+      listWithWay(each.what, item);
     }
   }
   for (const each of record.end?.violations ?? []) {
-    if (!told.has(each)) byId("broken").append(element("li", { textContent: each }));
+    if (told.has(each)) continue;
+    // What was left behind is told at the end: its process is named.
+    const pid = Number(/process (\d+)/.exec(each)?.[1]);
+    listWithWay(each, items.findLast((item) => item.run?.pid === pid));
   }
+}
+
+/** A broken rule, with the way to the item that it is about, if there is one. */
+function listWithWay(text, item) {
+  if (item === undefined) {
+    byId("broken").append(element("li", { textContent: text }));
+    return;
+  }
+  const link = element("a", { href: `#item-${item.number}`, textContent: text });
+  link.addEventListener("click", () => { byId(`item-${item.number}`).open = true; });
+  byId("broken").append(element("li", {}, link));
 }
 
 byId("items").append(...items.map(detailsOf));
