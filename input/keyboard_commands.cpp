@@ -76,7 +76,7 @@ void restoreFocus(const ax::Element& element) {
 
 // The key window of an application in front is the user's choice: nothing here changes it.
 std::optional<Reply> typeInFront(const KeyboardTarget& target, const KeyboardAction& action) {
-  KeyboardInput input(target);
+  KeyboardInput input(target, true);
   if (!input.hasKeyboard()) {
     return refusal("another window of the target app currently owns the user's keyboard");
   }
@@ -128,9 +128,9 @@ std::optional<Reply> typeInBackground(const KeyboardTarget& target,
 /// The frame of all background keyboard input: finds the application and the one window of it that
 /// takes the keyboard, makes it the key window without raising it, runs `action` and gives focus
 /// back, also should the run fail meanwhile. An application in front is typed into only where the
-/// user types, and one that comes to front only as long as the user types there. Returns the reply:
-/// what made it impossible, or where the input went. The message of an InputFailure of the action
-/// becomes a refusal.
+/// user types, and as long as it is in front; one that comes to front only as long as the user
+/// types there. Returns the reply: what made it impossible, or where the input went. The message of
+/// an InputFailure of the action becomes a refusal.
 Reply withTargetKeyboard(const std::string& app, const KeyboardAction& action) {
   if (!sessionUsable()) return lockedRefusal("the Mac is locked or not on console");
   const std::optional<workspace::Application> application = runningApp(app);

@@ -9,13 +9,6 @@
 
 namespace driver {
 
-KeyboardTaken::KeyboardTaken()
-    : InputFailure(
-          "the user's keyboard is in another window of the target app by now; the rest of the "
-          "input was withheld") {}
-
-bool KeyboardInput::isInFront() const { return foregroundPID() == target_.pid; }
-
 std::optional<ax::Element> KeyboardInput::keyWindow() const {
   return axElement(ax::application(target_.pid), "AXFocusedWindow");
 }
@@ -27,10 +20,18 @@ bool KeyboardInput::hasKeyboard() const {
   return window && window->id == target_.window;
 }
 
-bool KeyboardInput::mayGoOn() const { return !isInFront() || hasKeyboard(); }
-
 void KeyboardInput::requireKeyboard() const {
-  if (!mayGoOn()) throw KeyboardTaken();
+  const std::optional<platform::Pid> foreground = foregroundPID();
+  if (foreground == target_.pid && !hasKeyboard()) {
+    throw KeyboardTaken(
+        "the user's keyboard is in another window of the target app by now; the rest of the input "
+        "was withheld");
+  }
+  // An application behind takes keys with focus alone, and this one was given none.
+  const bool isLeft = inFront_ && foreground && foreground != target_.pid;
+  if (isLeft && !inputFocusHeld(target_.pid)) {
+    throw KeyboardTaken("the target app is no longer in front; the rest of the input was withheld");
+  }
 }
 
 }  // namespace driver

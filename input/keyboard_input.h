@@ -15,10 +15,11 @@ struct KeyboardTarget {
   platform::WindowNumber window = 0;
 };
 
-/// The user has gone to another window of the process: what was left of an input was withheld.
+/// The user has gone to another window of the process, or from a process in front to another: what
+/// was left of an input was withheld.
 class KeyboardTaken : public InputFailure {
  public:
-  KeyboardTaken();
+  using InputFailure::InputFailure;
 };
 
 /// One keyboard input on its way to one window. The window was chosen for it once; the user may
@@ -26,12 +27,11 @@ class KeyboardTaken : public InputFailure {
 /// has chosen. So each piece of a text and each combination asks again, right before it is posted.
 class KeyboardInput {
  public:
-  explicit KeyboardInput(KeyboardTarget target) : target_(target) {}
+  /// `inFront`: the process was in front when it was chosen, and so was given no focus.
+  explicit KeyboardInput(KeyboardTarget target, bool inFront = false)
+      : target_(target), inFront_(inFront) {}
 
   platform::Pid pid() const { return target_.pid; }
-
-  /// Whether the process is in front, asked now. When the system does not tell, it is not.
-  bool isInFront() const;
 
   /// The window that has the process's keyboard, asked now; none when that cannot be read.
   std::optional<ax::Element> keyWindow() const;
@@ -40,10 +40,9 @@ class KeyboardInput {
   /// not.
   bool hasKeyboard() const;
 
-  /// False when the process is in front, and its keyboard not in the window. Asked now.
-  bool mayGoOn() const;
-
-  /// Throws KeyboardTaken unless the input may go on.
+  /// Throws KeyboardTaken when the process is in front and its keyboard not in the window, and when
+  /// it was in front, is so no more, and nobody holds its focus. Asked now; where the system does
+  /// not tell who is in front, nobody has come or gone.
   void requireKeyboard() const;
 
   /// Counts what has been posted of a text, in UTF-16 units; a line break is one.
@@ -52,6 +51,7 @@ class KeyboardInput {
 
  private:
   KeyboardTarget target_;
+  bool inFront_;
   std::size_t typed_ = 0;
 };
 

@@ -83,6 +83,7 @@ void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer, Viola
     case Function::processPid: {
       const auto told = driver::unpack<std::vector<std::int64_t>>(answer.value);
       wasTold_ = told.at(0) == 0 && static_cast<Pid>(told.at(2)) == found_.pid;
+      if (wasTold_) toldInFront_.insert(found_.pid);
       break;
     }
     case Function::axGetWindow: {
@@ -171,7 +172,13 @@ void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
   }
   hasLooked_ = false;
   checkSearch(pid, violations);
-  if (!wasTold_ || isStale_ || found_.pid != pid) return;
+  if (!wasTold_ || isStale_) return;
+  if (found_.pid != pid) {
+    if (toldInFront_.count(pid) > 0 && !hasFocus(pid)) {
+      violations.push_back("I14: keys for an application that the user has left without focus");
+    }
+    return;
+  }
   const auto meant = meant_.find(pid);
   if (meant != meant_.end() && meant->second != found_.window) {
     violations.push_back("I14: keys for a window that the user has chosen instead");
@@ -179,13 +186,58 @@ void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
   checkWindow(found_.window, violations);
 }
 
+/// By this client, or by the service that holds it.
+bool KeyTargetRules::hasFocus(Pid pid) const {
+  const auto& environment = run_.client.environment;
+  const auto held = environment.find("CU_FOCUS_PID");
+  const bool isHeld = held != environment.end() && held->second == std::to_string(pid);
+  return isHeld || givenFocus_.count(pid) > 0;
+}
+
 void KeyTargetRules::checkRecord(const Call& call, Violations& violations) {
   const std::string record = Arguments(call).text(2);
   const RecordKind kind = recordKind(record);
   const bool isSecond = kind == RecordKind::secondOfKeyPair;
   if (!isSecond && kind != RecordKind::givesFocus) return;
-  meant_[static_cast<Pid>(Arguments(call).get<std::uint32_t>(1))] = recordWindow(record);
-  if (isSecond) checkWindow(recordWindow(record), violations);
+  const auto pid = static_cast<Pid>(Arguments(call).get<std::uint32_t>(1));
+  if (!isSecond) givenFocus_.insert(pid);
+  meant_[pid] = recordWindow(record);
+  if (isSecond) {
+    checkWindow(recordWindow(record), violations);
+    checkSheet(recordWindow(record), violations);
+  } else {
+    checkPanel(recordWindow(record), violations);
+  }
+}
+
+/// I12: of several sheets on a window none is chosen; one that has the keyboard already need not
+/// be.
+void KeyTargetRules::checkSheet(WindowNumber number, Violations& violations) const {
+  const World& world = run_.mac.world;
+  const Window* window = findWindow(world, number);
+  if (window == nullptr || window->sheetOf == 0) return;
+  const Application* owner = findApplication(world, window->owner);
+  if (owner == nullptr || keyWindowOf(*owner) == number) return;
+  if (openSheets(world, window->sheetOf).size() > 1) {
+    violations.push_back("I12: keys for one of several sheets");
+  }
+}
+
+/// I12: of several panels at one place none is chosen.
+void KeyTargetRules::checkPanel(WindowNumber number, Violations& violations) const {
+  const World& world = run_.mac.world;
+  const Window* window = findWindow(world, number);
+  const auto isPanel = [&](const Window& each) {
+    const Application* owner = findApplication(world, each.owner);
+    return owner != nullptr && owner->bundleIdentifier == panelService;
+  };
+  if (window == nullptr || !isPanel(*window)) return;
+  const auto panels =
+      std::count_if(world.windows.begin(), world.windows.end(), [&](const Window& each) {
+        return isPanel(each) && std::fabs(each.frame.x - window->frame.x) < tolerance &&
+               std::fabs(each.frame.y - window->frame.y) < tolerance;
+      });
+  if (panels > 1) violations.push_back("I12: keys for one of several panels");
 }
 
 void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {

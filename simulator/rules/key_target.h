@@ -35,8 +35,13 @@ class KeyTargetRules : public Rule {
   void checkAct(Pid pid, bool needsLook, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);
   void checkWindow(WindowNumber number, Violations& violations);
+  void checkSheet(WindowNumber number, Violations& violations) const;
+  void checkPanel(WindowNumber number, Violations& violations) const;
+  bool hasFocus(Pid pid) const;
 
   std::map<Pid, WindowNumber> meant_;   // where the keys for a process are to go
+  std::set<Pid> toldInFront_;           // processes
+  std::set<Pid> givenFocus_;            // by the client
   std::set<WindowNumber> toldNumbers_;  // of windows, by accessibility
   std::set<WindowNumber> checkedWindows_;
 

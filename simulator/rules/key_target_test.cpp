@@ -207,6 +207,26 @@ TEST_F(broken_key_targets, are_not_those_that_the_user_leaves_after_the_look) {
   EXPECT_EQ(violations_, Sentences{});
 }
 
+TEST_F(broken_key_targets, in_front_that_the_user_has_left) {
+  userGoesTo(7);
+  postChord();
+  mac_.world.frontmost = 40;
+  EXPECT_EQ(violations_, Sentences{});
+  postChord();
+  const Sentences unfocused = {"I14: keys for an application that the user has left without focus",
+                               "I14: keys for an application that the user has left without focus"};
+  EXPECT_EQ(violations_, unfocused);
+  client_.environment["CU_FOCUS_PID"] = "41";
+  postChord();
+  client_.environment.clear();
+  focusRecord(true);
+  postChord();
+  sleep(50'000);
+  focusRecord(false);
+
+  EXPECT_EQ(end(), unfocused);
+}
+
 TEST_F(broken_key_targets, are_not_known_to_be_wrong_where_the_foreground_is_not_told) {
   keyRecord(1);
   keyRecord(2);
@@ -225,6 +245,33 @@ TEST_F(broken_key_targets, outside_the_scope_that_come_later) {
   postChord();
 
   EXPECT_EQ(end(), (Sentences{chosen, "I11: keys for a window outside the scope", chosen}));
+}
+
+TEST_F(broken_key_targets, that_are_one_of_several_sheets_or_panels) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41
+        window 7 "Inbox" at 100,100 size 200x200 focused
+        window 8 at 100,120 size 200x50 sheet of 7
+        window 9 at 100,140 size 200x50 sheet of 7
+        window 11 "Letter" at 500,100 size 200x200
+        window 12 at 500,120 size 200x50 sheet of 11
+    panel pid 50 window 60 over 11
+    panel pid 51 window 61 over 11
+)");
+  keyRecord(1, 12);
+  keyRecord(2, 12);
+  EXPECT_EQ(violations_, Sentences{});
+  keyRecord(1, 8);
+  keyRecord(2, 8);
+  EXPECT_EQ(violations_, Sentences{"I12: keys for one of several sheets"});
+  std::string record(248, '\0');
+  record[0x08] = 0x0D;
+  record[0x3C] = 60;
+  record[0x8A] = 1;
+  before(Function::postRecord, {pack(0), pack(50), pack(record)});
+
+  EXPECT_EQ(violations_, (Sentences{"I12: keys for one of several sheets",
+                                    "I12: keys for one of several panels"}));
 }
 
 TEST_F(broken_key_targets, for_one_of_two_windows_that_look_alike) {

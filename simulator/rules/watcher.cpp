@@ -194,8 +194,8 @@ void WatcherRules::after(const ObservedCall& seen, const Answer& answer,
   }
 }
 
-void WatcherRules::beforeTimePasses(Violations& violations) {
-  if (!isWatcher() || !began_ || run_.client.exited || deafTold_) return;
+void WatcherRules::checkHearing(Violations& violations) {
+  if (!isWatcher() || !began_ || deafTold_) return;
   const Microseconds now = run_.mac.now;
   if (isHearing() || !isResting_) {
     deafSince_.reset();
@@ -206,5 +206,9 @@ void WatcherRules::beforeTimePasses(Violations& violations) {
     deafTold_ = true;
   }
 }
+
+void WatcherRules::beforeTimePasses(Violations& violations) { checkHearing(violations); }
+
+void WatcherRules::atEnd(Violations& violations) { checkHearing(violations); }
 
 }  // namespace simulator

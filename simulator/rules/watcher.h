@@ -28,6 +28,7 @@ class WatcherRules : public Rule {
   void before(const ObservedCall& seen, Violations& violations) override;
   void after(const ObservedCall& seen, const Answer& answer, Violations& violations) override;
   void beforeTimePasses(Violations& violations) override;
+  void atEnd(Violations& violations) override;
 
  private:
   bool isWatcher() const { return run_.command() == "watch-input"; }
@@ -38,6 +39,7 @@ class WatcherRules : public Rule {
   std::optional<bool> touches() const;
   std::optional<bool> isDue() const;
   void checkItemTaken(Violations& violations);
+  void checkHearing(Violations& violations);
   void checkLine(const std::string& text, Violations& violations);
   void checkReport(const nlohmann::json& report, Violations& violations) const;
 

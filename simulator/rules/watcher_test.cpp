@@ -251,6 +251,17 @@ TEST_F(watcher_rules, forbid_to_go_on_without_hearing) {
   EXPECT_EQ(rests(), Sentences{"I26: the watcher goes on, and hears nothing"});
 }
 
+TEST_F(watcher_rules, forbid_to_have_gone_on_without_hearing) {
+  begin();
+  rests();
+  mac_.tapLine.taps.front().enabled = false;
+  rules_.beforeTimePasses(violations_);
+  mac_.now = 60'000'000;
+  mac_.tapLine.taps.clear();
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences{"I26: the watcher goes on, and hears nothing"});
+}
+
 TEST_F(watcher_rules, let_one_wait_unhearing_for_its_reader_or_an_answer) {
   begin();
   mac_.tapLine.taps.front().enabled = false;

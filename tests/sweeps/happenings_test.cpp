@@ -42,6 +42,8 @@ std::vector<Happenings> happeningsAround(const simulator::Application& target) {
       {"user copy newer"},
       {"front " + name},
       {"front " + name, "front Browser"},
+      {"front Mail"},
+      {"front Mail", "front Browser"},
       {"quit " + name},
       {"hang " + name},
       {"hang " + name, "recover " + name},

@@ -147,13 +147,14 @@ TEST(typing, goes_to_one_process_even_when_the_user_goes_to_another) {
   EXPECT_EQ(run.elapsed, whole);
 }
 
-TEST(typing, into_a_target_in_front_needs_no_focus_when_the_user_leaves_in_mid_text) {
+TEST(typing, into_a_target_in_front_ends_when_the_user_leaves_in_mid_text) {
   TestMac mac(deskWith("    at 13ms front Notes\n"));
 
   const Result run = mac.driverWith({"bg-type", "Browser", "12345678901234567890abc"});
 
-  // No record was posted before, and none is posted now: what came later did not arrive.
-  EXPECT_EQ(seen(run), success(R"({"ok":true,"pid":40,"via":"background","window":5})"));
+  // No record was posted before, and none is posted now: what came later would not arrive.
+  EXPECT_EQ(seen(run), success(R"({"error":"the target app is no longer in front; the rest of )"
+                               R"(the input was withheld","ok":false,"typed":20})"));
   EXPECT_EQ(mac.valueOf("Browser", "Address"), "12345678901234567890");
   EXPECT_EQ(run.effects.find("give"), std::string::npos);
 }

@@ -231,6 +231,41 @@ TEST(a_user_who_comes_and_goes_while_menus_are_searched,
   }
 }
 
+std::string leftAfter(int units) {
+  return success(
+      R"({"error":"the target app is no longer in front; the rest of the input was withheld",)"
+      R"("ok":false,"typed":)" +
+      std::to_string(units) + "}");
+}
+
+// Behind it takes keys with focus alone, which an application in front is not given.
+TEST(a_user_who_leaves_an_application_in_front, ends_a_text_before_its_next_piece) {
+  TestMac mac(deskWith(at("30ms", "front Notes")));
+
+  const Result run = mac.driverWith({"bg-type", "Browser", sixtyLetters});
+
+  EXPECT_EQ(seen(run), leftAfter(40));
+  EXPECT_EQ(mac.valueOf("Browser", "Address"), std::string(40, 'x'));
+  EXPECT_EQ(run.elapsed, 48'000);
+}
+
+TEST(a_user_who_leaves_an_application_in_front, ends_a_chord_before_its_key) {
+  TestMac mac(deskWith(""), {before("quartz.post 2", "front Notes")});
+
+  EXPECT_EQ(seen(mac.driver("bg-key Browser ctrl+shift+x")), leftAfter(0));
+  EXPECT_EQ(keySteps(mac), "down 56, down 59, up 59, up 56");
+}
+
+TEST(a_user_who_leaves_an_application_in_front, whose_focus_is_held_ends_nothing) {
+  TestMac mac(deskWith(at("30ms", "front Notes")));
+  mac.desktop().mac().world.applications[0].focusByRecord = 5;
+
+  const Result run = mac.driverWith({"bg-type", "Browser", sixtyLetters}, {{"CU_FOCUS_PID", "40"}});
+
+  EXPECT_EQ(seen(run), success(R"({"ok":true,"pid":40,"via":"background","window":5})"));
+  EXPECT_EQ(mac.valueOf("Browser", "Address"), sixtyLetters);
+}
+
 TEST(a_user_who_comes_while_files_are_pasted, sees_no_paste_and_has_the_clipboard_back) {
   TestMac mac(deskWith(""), {before("pasteboard.write-files 1", toPrivate)});
 
