@@ -1,0 +1,73 @@
+#include "tests/soak/judges.h"
+
+#include <array>
+#include <exception>
+
+#include "simulator/text/error.h"
+#include "tests/soak/contract_judge.h"
+#include "tests/soak/user_judge.h"
+#include "tests/support/channels.h"
+
+namespace soak {
+
+namespace {
+
+std::string brokenRule(const Case& /*one*/, const Played& played) {
+  const auto& violations = played.desktop->violations();
+  return violations.empty() ? "" : violations.front();
+}
+
+std::string endlessRun(const Case& one, const Played& played) {
+  for (std::size_t i = 0; i < played.steps.size(); ++i) {
+    if (played.steps[i].status == testing_support::stillRunning) {
+      return "step " + std::to_string(i + 1) + " (" +
+             (one.steps[i].words.empty() ? "" : one.steps[i].words.front()) + ") does not end";
+    }
+  }
+  return "";
+}
+
+std::string keptHandles(const Case& /*one*/, const Played& played) {
+  if (played.handlesLeft == 0) return "";
+  return std::to_string(played.handlesLeft) + " handles more than at the start are alive";
+}
+
+constexpr std::array allJudges = {
+    Judge{"rules", brokenRule},       Judge{"ending", endlessRun},
+    Judge{"handles", keptHandles},    Judge{"contract", lineOutsideOfContract},
+    Judge{"user", disturbanceOfUser},
+};
+
+/// Of a rule's sentence, which begins with its name: "rules I5".
+std::string nameWithRule(const Judge& judge, const std::string& complaint) {
+  std::string name(judge.name);
+  if (name == "rules") name += " " + complaint.substr(0, complaint.find(':'));
+  return name;
+}
+
+}  // namespace
+
+std::span<const Judge> judges() { return allJudges; }
+
+std::optional<Complaint> judge(const Case& one, const Played& played) {
+  for (const Judge& each : allJudges) {
+    std::string text = each.complaint(one, played);
+    if (!text.empty()) return Complaint{nameWithRule(each, text), std::move(text)};
+  }
+  return std::nullopt;
+}
+
+std::optional<Complaint> verdict(const Case& one, const std::string& folder,
+                                 Microseconds* simulated) {
+  try {
+    const Played played = play(one, folder);
+    if (simulated != nullptr) *simulated = played.desktop->mac().now;
+    return judge(one, played);
+  } catch (const simulator::WorldError& error) {
+    return Complaint{"generator", error.what()};
+  } catch (const std::exception& error) {
+    return Complaint{"exception", error.what()};
+  }
+}
+
+}  // namespace soak

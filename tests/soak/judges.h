@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "tests/soak/play.h"
+
+namespace soak {
+
+/// What is wrong with what happened, and who says so.
+struct Complaint {
+  std::string judge;  // its name; with the rule that was broken, where there are several
+  std::string text;
+};
+
+/// A judge sees a case and what happened when it was played; empty when it has no complaint. None
+/// of them is the product's own code.
+struct Judge {
+  std::string_view name;
+  std::string (*complaint)(const Case& one, const Played& played);
+};
+
+/// All there are, in the order in which they are asked.
+std::span<const Judge> judges();
+
+/// The first complaint about a case that has been played.
+std::optional<Complaint> judge(const Case& one, const Played& played);
+
+/// Plays a case and judges it; whatever keeps it from being played is a complaint too. `simulated`
+/// becomes the virtual time that has passed, unless it is null.
+std::optional<Complaint> verdict(const Case& one, const std::string& folder,
+                                 Microseconds* simulated = nullptr);
+
+}  // namespace soak

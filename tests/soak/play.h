@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/desktop.h"
+#include "tests/soak/case.h"
+
+namespace soak {
+
+/// What became of a step.
+struct PlayedStep {
+  std::size_t client = 0;  // of the desktop
+  int status = 0;          // as testing_support::runDirect gives it
+  std::string output;
+  Microseconds began = 0;
+  Microseconds ended = 0;
+};
+
+/// What happened when a case was played.
+struct Played {
+  std::unique_ptr<simulator::Desktop> desktop;  // as it was at the end
+  std::vector<PlayedStep> steps;                // as those of the case
+  long handlesLeft = 0;                         // more than the runs were to leave behind
+};
+
+/// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is
+/// a path that exists. Throws simulator::WorldError for a case that says something impossible.
+Played play(const Case& one, const std::string& folder);
+
+}  // namespace soak
