@@ -1,6 +1,7 @@
 #include "simulator/desktop.h"
 
 #include "simulator/calls/calls.h"
+#include "simulator/chance.h"
 #include "simulator/datum_text.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/sharing_streams.h"
@@ -25,6 +26,7 @@ constexpr std::size_t traceEntriesMax = 200'000;
 Desktop::Desktop(World world, const std::vector<Fault>& faults)
     : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
+  if (mac_.world.seed) chance_.emplace(*mac_.world.seed);
   advanceTo(0);  // what the script says of time 0 has happened when the first process joins
 }
 
@@ -84,6 +86,7 @@ Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
   if (outcome != nullptr) given = faultyAnswer(call, *outcome);
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
+  if (chance_) result.delay += chanceDelay(*chance_, call.function);
   if (result.pending) return result;
   return conclude(clientIndex, std::move(call), std::move(result), outcome != nullptr, flow);
 }

@@ -10,6 +10,7 @@
 #include "platform/call.h"
 #include "simulator/faults.h"
 #include "simulator/mac/mac.h"
+#include "simulator/random.h"
 #include "simulator/rules/rules.h"
 
 namespace simulator {
@@ -94,6 +95,7 @@ class Desktop {
   std::size_t scripted_ = 0;  // how many have happened
   std::vector<TraceEntry> trace_;
   std::vector<std::string> violations_;
+  std::optional<Random> chance_;  // where the world has a seed
 };
 
 /// One line of a trace: time, function, arguments and answer.

@@ -38,10 +38,10 @@ constexpr const char* asks = "it only asks";
 
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
-    Command{"run", "[--virtual] WORLD -- COMMAND [ARGUMENT]...",
+    Command{"run", "[--virtual] [--seed N] WORLD -- COMMAND [ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
-    Command{"serve", "[--virtual] [--socket NAME] [--until-closed] WORLD",
+    Command{"serve", "[--virtual] [--seed N] [--socket NAME] [--until-closed] WORLD",
             "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
             screenshotCommand},

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "base/numbers.h"
 #include "simulator/companion/failure.h"
 #include "simulator/text/parse.h"
 
@@ -20,6 +21,10 @@ bool readWords(const Words& words, bool serves, Options& options) {
     const std::string& word = words[i];
     if (word == "--virtual") {
       options.time = Scheduler::Time::virtualTime;
+    } else if (word == "--seed" && i + 1 < words.size()) {
+      const auto seed = driver::parseInt64(words[++i]);
+      if (!seed || *seed < 0) return false;
+      options.seed = static_cast<std::uint64_t>(*seed);
     } else if (word == "--until-closed" && serves) {
       options.untilClosed = true;
     } else if (word == "--socket" && serves && i + 1 < words.size()) {
@@ -65,10 +70,13 @@ Options runOptions(const Words& words) {
   return options;
 }
 
-simulator::World readWorld(const std::string& path) {
+simulator::World readWorld(const Options& options) {
+  const std::string& path = options.world;
   const std::string text = contents(path);
   try {
-    return simulator::parseWorld(text);
+    simulator::World world = simulator::parseWorld(text);
+    if (options.seed) world.seed = options.seed;
+    return world;
   } catch (const simulator::WorldError& error) {
     throw Failure((path == "-" ? "standard input" : path) + ", " + error.what());
   }

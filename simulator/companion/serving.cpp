@@ -81,7 +81,7 @@ int serveCommand(const std::vector<std::string>& words) {
   const Options options = serveOptions(words);
   signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
   const Signals signals({SIGTERM, SIGINT, SIGHUP});
-  simulator::World world = readWorld(options.world);
+  simulator::World world = readWorld(options);
   const ListeningSocket socket(options.socket.empty() ? privateSocketName() : options.socket);
   Server server(std::move(world), options.time, socket.descriptor());
   printOnly(socket.name());
@@ -97,7 +97,7 @@ int serveCommand(const std::vector<std::string>& words) {
 
 int runCommand(const std::vector<std::string>& words) {
   const Options options = runOptions(words);
-  simulator::World world = readWorld(options.world);
+  simulator::World world = readWorld(options);
   signal(SIGCHLD, SIG_DFL);  // ignored, the child's status would be lost
   const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
   const ListeningSocket socket(privateSocketName());

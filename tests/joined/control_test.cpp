@@ -35,13 +35,15 @@ TEST(control, explains_its_usage) {
           "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
           "replug|request|end-loop|stop|withdraw|silence|invalidate|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
-  EXPECT_EQ(seen(run({path, "run", "world"})),
-            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(seen(run({path, "run", "world", "--"})),
-            failure("usage: simulated-mac run [--virtual] WORLD -- COMMAND [ARGUMENT]..."));
   EXPECT_EQ(
-      seen(run({path, "serve", "--frob", "world"})),
-      failure("usage: simulated-mac serve [--virtual] [--socket NAME] [--until-closed] WORLD"));
+      seen(run({path, "run", "world"})),
+      failure("usage: simulated-mac run [--virtual] [--seed N] WORLD -- COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(
+      seen(run({path, "run", "world", "--"})),
+      failure("usage: simulated-mac run [--virtual] [--seed N] WORLD -- COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(seen(run({path, "serve", "--frob", "world"})),
+            failure("usage: simulated-mac serve [--virtual] [--seed N] [--socket NAME] "
+                    "[--until-closed] WORLD"));
   EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
   EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
 }

@@ -44,16 +44,13 @@ void addManners(Random& random, const Features& features, WorldLine& line) {
   if (random.oneIn(12)) options.emplace_back("no-focused-window");
 }
 
-void addOddities(Random& random, WorldLine& line, WindowSketch& sketch, bool hasSuccessor) {
+void addOddities(Random& random, WorldLine& line, bool hasElement) {
   constexpr std::array<std::string_view, 7> oddities = {
       "layer 3",    "layer 101",        "off-screen", "not-capturable",
       "unnumbered", "subrole AXDialog", "modal"};
   line.options.emplace_back(random.pick(oddities));
   if (random.oneIn(6)) line.options.push_back("listed as 4294967296");
-  if (hasSuccessor && random.oneIn(6)) line.options.emplace_back("closed");
-  if (sketch.place.width > 100 && random.oneIn(8)) {
-    line.options.push_back("attribute AXMinimized true");
-  }
+  if (hasElement && random.oneIn(6)) line.options.emplace_back("closed");
 }
 
 std::string windowHead(const WindowSketch& window) {
@@ -88,7 +85,7 @@ void addWindows(Random& random, std::int64_t firstNumber, const MacSketch& mac,
       line.options.push_back("sheet of " + std::to_string(sketch.windows.front().number));
       if (random.oneIn(3)) line.options.emplace_back("closed");
     } else if (features.oddWindows && random.oneIn(2)) {
-      addOddities(random, line, window, hasElement);
+      addOddities(random, line, hasElement);
     }
     if (!hasElement) line.options.emplace_back("no-element");
     if (features.hidden && hasElement && random.oneIn(6)) line.options.emplace_back("minimized");

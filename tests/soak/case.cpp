@@ -189,10 +189,10 @@ std::string inQuotes(std::string_view text) {
   return result + '"';
 }
 
-std::string inFolder(std::string text, const std::string& folder) {
-  for (std::size_t at = text.find(folderName); at != std::string::npos;
-       at = text.find(folderName, at + folder.size())) {
-    text.replace(at, folderName.size(), folder);
+std::string replaced(std::string text, std::string_view name, const std::string& replacement) {
+  for (std::size_t at = text.find(name); at != std::string::npos;
+       at = text.find(name, at + replacement.size())) {
+    text.replace(at, name.size(), replacement);
   }
   return text;
 }

@@ -48,6 +48,9 @@ struct Step {
 /// What stands in a word or a variable for a folder of the case's own.
 inline constexpr std::string_view folderName = "FOLDER";
 
+/// The same in a variable for the process id of the capture service that was started last.
+inline constexpr std::string_view serviceName = "SERVICE";
+
 struct Case {
   std::vector<WorldLine> world;
   std::vector<std::string> faults = {};  // as simulator::parseFault reads them
@@ -68,7 +71,7 @@ Case readCase(std::string_view world, std::string_view steps);
 /// A text in quotation marks, as worlds have it, of printable characters alone.
 std::string inQuotes(std::string_view text);
 
-/// The words with all that stands for the folder replaced.
-std::string inFolder(std::string text, const std::string& folder);
+/// The text with each `name` replaced.
+std::string replaced(std::string text, std::string_view name, const std::string& replacement);
 
 }  // namespace soak

@@ -53,6 +53,8 @@ constexpr std::array shares = {
     Share{&Features::accessibility, 2},
     Share{&Features::pictures, 8},
     Share{&Features::faults, 4},
+    Share{&Features::living, 4},
+    Share{&Features::latencies, 4},
 };
 
 }  // namespace

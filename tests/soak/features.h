@@ -1,8 +1,10 @@
 #pragma once
 
-#include "tests/soak/random.h"
+#include "simulator/random.h"
 
 namespace soak {
+
+using simulator::Random;
 
 /// What a case may have at all. Each seed leaves most of it off: what comes together rarely in a
 /// mixture of everything comes together often in a mixture of little.
@@ -49,7 +51,9 @@ struct Features {
   bool keyboard = false;
   bool accessibility = false;
   bool pictures = false;
+  bool living = false;  // services, guards, watchers
   bool faults = false;
+  bool latencies = false;
 };
 
 /// The features of a case.

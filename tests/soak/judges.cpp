@@ -1,5 +1,6 @@
 #include "tests/soak/judges.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 
@@ -19,7 +20,8 @@ std::string brokenRule(const Case& /*one*/, const Played& played) {
 
 std::string endlessRun(const Case& one, const Played& played) {
   for (std::size_t i = 0; i < played.steps.size(); ++i) {
-    if (played.steps[i].status == testing_support::stillRunning) {
+    const PlayedStep& step = played.steps[i];
+    if (step.began && step.status == testing_support::stillRunning) {
       return "step " + std::to_string(i + 1) + " (" +
              (one.steps[i].words.empty() ? "" : one.steps[i].words.front()) + ") does not end";
     }
@@ -68,6 +70,22 @@ std::optional<Complaint> verdict(const Case& one, const std::string& folder,
   } catch (const std::exception& error) {
     return Complaint{"exception", error.what()};
   }
+}
+
+std::optional<Complaint> repetition(const Case& one, const std::string& folder) {
+  const std::string first = traceOf(play(one, folder));
+  const Case again = readCase(worldText(one), stepsText(one));
+  if (worldText(again) != worldText(one) || stepsText(again) != stepsText(one)) {
+    return Complaint{"repetition", "the case reads back as another one"};
+  }
+  const std::string second = traceOf(play(again, folder, Way::inFlows));
+  if (first == second) return std::nullopt;
+  const auto difference = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
+  const auto place = static_cast<std::size_t>(difference.first - first.begin());
+  const std::size_t start = first.rfind('\n', place) + 1;
+  return Complaint{"repetition", "first " + first.substr(start, first.find('\n', start) - start) +
+                                     ", then " +
+                                     second.substr(start, second.find('\n', start) - start)};
 }
 
 }  // namespace soak

@@ -33,4 +33,8 @@ std::optional<Complaint> judge(const Case& one, const Played& played);
 std::optional<Complaint> verdict(const Case& one, const std::string& folder,
                                  Microseconds* simulated = nullptr);
 
+/// Plays a case twice, the second time as its files read back and by flows: every call must be the
+/// same, with the same answer. `verdict` has found the case playable.
+std::optional<Complaint> repetition(const Case& one, const std::string& folder);
+
 }  // namespace soak

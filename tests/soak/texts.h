@@ -2,11 +2,13 @@
 
 #include <string>
 
-#include "tests/soak/random.h"
+#include "simulator/random.h"
 
 /// What is said and written in a case: few plain texts, so that the same one comes in several
 /// places, and odd ones.
 namespace soak {
+
+using simulator::Random;
 
 /// A label of a control, a title of a window: one of a dozen; with `odd` one of the odd ones at
 /// times.

@@ -7,13 +7,11 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <fstream>
-#include <limits>
 #include <sstream>
 
+#include "tests/soak/apart.h"
 #include "tests/soak/generate.h"
-#include "tests/soak/judges.h"
 #include "tests/support/temporary_folder.h"
 
 namespace soak {
@@ -22,8 +20,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A case that takes longer than this in real time counts as one without an end.
-constexpr unsigned caseSecondsMax = 60;
+/// So many cases are played twice.
+constexpr std::uint64_t repeatedOneIn = 16;
 
 /// What a worker tells while it works, so that it is known when it ends.
 struct Progress {
@@ -122,7 +120,8 @@ class Workers {
     Microseconds took = 0;
     const auto complaint = verdict(one, folder, &took);
     progress.simulatedMicroseconds += static_cast<std::uint64_t>(took);
-    return complaint;
+    if (complaint || progress.next % repeatedOneIn != 0) return complaint;
+    return repetition(one, folder);
   }
 
   bool goesOn(std::uint64_t seed) const {
@@ -139,12 +138,10 @@ class Workers {
     if (found == workers_.end()) return;
     const std::size_t worker = found->second;
     workers_.erase(found);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return;
+    const auto complaint = complaintOfEnd(status);
+    if (!complaint) return;
     Progress& progress = progress_.of(worker);
-    const bool isLate = WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM;
-    writeFailure({progress.next, isLate ? "hang" : "crash",
-                  isLate ? "it takes more than a minute" : "status " + std::to_string(status)},
-                 failuresOf(worker));
+    writeFailure({progress.next, complaint->judge, complaint->text}, failuresOf(worker));
     ++progress.cases;
     progress.next += jobs_;
     start(worker);

@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace soak {
+namespace simulator {
 
-/// The only source of chance of a generated case. Its numbers, and all that is drawn from them, are
-/// defined here, so that a seed means the same on every machine and with every compiler. For the
-/// same reason whoever draws does so in statements of their own: in which order the arguments of a
-/// call are worked out, each compiler chooses.
+/// The only source of chance. Its numbers, and all that is drawn from them, are defined here, so
+/// that a seed means the same on every machine and with every compiler. For the same reason whoever
+/// draws does so in statements of their own: in which order the arguments of a call are worked out,
+/// each compiler chooses.
 class Random {
  public:
   explicit Random(std::uint64_t seed) : state_(seed) {}
@@ -45,4 +45,4 @@ class Random {
   std::uint64_t state_;
 };
 
-}  // namespace soak
+}  // namespace simulator
