@@ -59,4 +59,14 @@ std::string lineOutsideOfContract(const Case& one, const Played& played) {
   return "";
 }
 
+std::string kindOfReply(const Step& step, const std::string& line) {
+  const json value = json::parse(line, nullptr, false);
+  return value.is_discarded() ? "" : schemaOf(step).alternativeOf(value);
+}
+
+std::vector<std::string> kindsOfReplies(const std::string& command) {
+  const Schema* schema = schemaNamed(command);
+  return schema == nullptr ? std::vector<std::string>() : schema->alternatives();
+}
+
 }  // namespace soak

@@ -37,7 +37,9 @@ std::string someFault(Random& random, const MacSketch& mac) {
     outcome += " " + someCode(random);
   }
   const auto occurrence = random.between(1, random.oneIn(3) ? 40 : 4);
-  const char* const onwards = random.oneIn(4) ? "+ " : " ";
+  // What happens before every call, and leads to further calls, has no end.
+  const bool mayGoOn = !outcome.starts_with("before");
+  const char* const onwards = mayGoOn && random.oneIn(4) ? "+ " : " ";
   return std::string(platform::nameOf(function)) + " " + std::to_string(occurrence) + onwards +
          outcome;
 }

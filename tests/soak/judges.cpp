@@ -60,10 +60,10 @@ std::optional<Complaint> judge(const Case& one, const Played& played) {
 }
 
 std::optional<Complaint> verdict(const Case& one, const std::string& folder,
-                                 Microseconds* simulated) {
+                                 const std::function<void(const Played&)>& observe) {
   try {
     const Played played = play(one, folder);
-    if (simulated != nullptr) *simulated = played.desktop->mac().now;
+    observe(played);
     return judge(one, played);
   } catch (const simulator::WorldError& error) {
     return Complaint{"generator", error.what()};

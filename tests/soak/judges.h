@@ -28,10 +28,11 @@ std::span<const Judge> judges();
 /// The first complaint about a case that has been played.
 std::optional<Complaint> judge(const Case& one, const Played& played);
 
-/// Plays a case and judges it; whatever keeps it from being played is a complaint too. `simulated`
-/// becomes the virtual time that has passed, unless it is null.
-std::optional<Complaint> verdict(const Case& one, const std::string& folder,
-                                 Microseconds* simulated = nullptr);
+/// Plays a case and judges it; whatever keeps it from being played is a complaint too. What
+/// happened is shown to `observe` before.
+std::optional<Complaint> verdict(
+    const Case& one, const std::string& folder,
+    const std::function<void(const Played&)>& observe = [](const Played&) {});
 
 /// Plays a case twice, the second time as its files read back and by flows: every call must be the
 /// same, with the same answer. `verdict` has found the case playable.

@@ -41,7 +41,7 @@ void addDenials(Random& random, std::vector<WorldLine>& world) {
                                                         "session off-console",
                                                         "session unreadable",
                                                         "session without-console-key",
-                                                        "session locks after 3s",
+                                                        "session locks after 450ms",
                                                         "missing SLEventPostToPid",
                                                         "missing SLEventSetIntegerValueField",
                                                         "missing SLPSPostEventRecordTo",

@@ -33,6 +33,7 @@ int playMany(const Options& options) {
               static_cast<unsigned long long>(tally.runs),
               static_cast<unsigned long long>(tally.simulatedSeconds), tally.seconds,
               static_cast<double>(tally.cases) / tally.seconds);
+  if (options.showsCoverage) print(whatNeverOccurred(tally.coverage));
   std::printf("%zu seeds failed\n", tally.failures.size());
   return tally.failures.empty() ? 0 : 1;
 }

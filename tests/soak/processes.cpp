@@ -52,6 +52,7 @@ class Processes::Implementation {
     for (;;) {
       endKilled();
       const auto preferred = startEndings();
+      stopAtNextOwn();
       auto woken = turns_.wake(desktop_.mac().now, preferred);
       if (!woken) break;
       goOn(woken->flow, std::move(woken->answer));
@@ -117,6 +118,14 @@ class Processes::Implementation {
     }
   }
 
+  /// Time does not pass over what happens by itself: it may be that a process is told to end.
+  void stopAtNextOwn() {
+    const auto own = desktop_.nextOwn();
+    if (!own || *own == nextStop_) return;
+    nextStop_ = *own;
+    at(*own, [] {});
+  }
+
   /// One that goes first.
   std::optional<Turns::Flow> startEndings() {
     std::optional<Turns::Flow> first;
@@ -130,7 +139,8 @@ class Processes::Implementation {
   testing_support::OneProcessor processor_;
   Turns turns_;
   std::map<Turns::Flow, std::function<void()>> acts_;
-  std::deque<Entry> entries_;  // what one lets begin as it ends is added
+  Microseconds nextStop_ = -1;  // the latest such instant
+  std::deque<Entry> entries_;   // what one lets begin as it ends is added
 };
 
 Processes::Processes(simulator::Desktop& desktop)

@@ -163,6 +163,7 @@ Schema::Index Schema::read(const json& text) {
     return refer(reference->get<std::string>());
   }
   Node node;
+  node.title = text.value("title", "");
   for (const auto& [keyword, told] : text.items()) {
     if (isAnnotation(keyword)) continue;
     const bool isKnown = readValues(keyword, told, node) || readParts(keyword, told, node) ||
@@ -171,6 +172,20 @@ Schema::Index Schema::read(const json& text) {
   }
   nodes_.push_back(std::move(node));
   return nodes_.size() - 1;
+}
+
+const std::string& Schema::alternativeOf(const json& value) const {
+  static const std::string none;
+  const auto& all = nodes_[root_].alternatives;
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](Index each) { return admits(each, value); });
+  return found == all.end() ? none : nodes_[*found].title;
+}
+
+std::vector<std::string> Schema::alternatives() const {
+  std::vector<std::string> titles;
+  for (const Index each : nodes_[root_].alternatives) titles.push_back(nodes_[each].title);
+  return titles;
 }
 
 bool Schema::admits(Index index, const json& value) const {

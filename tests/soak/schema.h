@@ -19,6 +19,12 @@ class Schema {
 
   bool admits(const nlohmann::json& value) const { return admits(root_, value); }
 
+  /// The title of the first of its alternatives that admits the value; empty when none does.
+  const std::string& alternativeOf(const nlohmann::json& value) const;
+
+  /// The titles of all of them.
+  std::vector<std::string> alternatives() const;
+
  private:
   using Index = std::size_t;
 
@@ -26,6 +32,7 @@ class Schema {
   using Pattern = std::vector<std::string>;
 
   struct Node {
+    std::string title;
     std::optional<std::string> type;
     std::vector<nlohmann::json> values;  // "enum"; empty: any
     std::vector<Index> alternatives;     // "anyOf"; empty: none needed

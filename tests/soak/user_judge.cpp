@@ -68,10 +68,11 @@ bool holdsTheSame(const simulator::Pasteboard& one, const simulator::Pasteboard&
   return std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end());
 }
 
-/// What was lost of the clipboard is told.
+/// What was lost of the clipboard is told, unless the run was killed: then nobody could.
 bool tellsOfClipboard(const Played& played) {
   return std::any_of(played.steps.begin(), played.steps.end(), [](const PlayedStep& step) {
-    return step.output.find("\"copyLost\":true") != std::string::npos ||
+    const bool isKilled = step.status > 128 && step.output.empty();
+    return isKilled || step.output.find("\"copyLost\":true") != std::string::npos ||
            step.output.find("\"clipboardRestored\":false") != std::string::npos;
   });
 }

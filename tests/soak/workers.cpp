@@ -1,5 +1,6 @@
 #include "tests/soak/workers.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <fstream>
+#include <limits>
 #include <sstream>
 
 #include "tests/soak/apart.h"
@@ -101,6 +103,9 @@ class Workers {
 
   /// In the child.
   void work(std::size_t worker) {
+    // What one case has had of the free store the next one needs again.
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_ARENA_MAX, 1);
     const testing_support::TemporaryFolder folder;
     Progress& progress = progress_.of(worker);
     for (; goesOn(progress.next); progress.next += jobs_) {
@@ -113,13 +118,15 @@ class Workers {
         writeFailure({progress.next, complaint->judge, complaint->text}, failuresOf(worker));
       }
     }
+    std::ofstream file(coverageOf(worker));
+    for (const std::string& each : coverage_) file << each << '\n';
   }
 
-  static std::optional<Complaint> playOne(const Case& one, const std::string& folder,
-                                          Progress& progress) {
-    Microseconds took = 0;
-    const auto complaint = verdict(one, folder, &took);
-    progress.simulatedMicroseconds += static_cast<std::uint64_t>(took);
+  std::optional<Complaint> playOne(const Case& one, const std::string& folder, Progress& progress) {
+    const auto complaint = verdict(one, folder, [&](const Played& played) {
+      progress.simulatedMicroseconds += static_cast<std::uint64_t>(played.desktop->mac().now);
+      if (options_.showsCoverage) addCoverage(one, played, coverage_);
+    });
     if (complaint || progress.next % repeatedOneIn != 0) return complaint;
     return repetition(one, folder);
   }
@@ -158,6 +165,10 @@ class Workers {
         tally.failures.push_back(std::move(failure));
       }
     }
+    for (std::size_t worker = 0; worker < jobs_; ++worker) {
+      std::ifstream file(coverageOf(worker));
+      for (std::string line; std::getline(file, line);) tally.coverage.insert(line);
+    }
     tally.simulatedSeconds = simulated_ / 1'000'000;
     tally.seconds = std::chrono::duration<double>(Clock::now() - start_).count();
     std::sort(tally.failures.begin(), tally.failures.end(),
@@ -169,6 +180,10 @@ class Workers {
     return folder_.path("failures-" + std::to_string(worker));
   }
 
+  std::string coverageOf(std::size_t worker) const {
+    return folder_.path("coverage-" + std::to_string(worker));
+  }
+
   const Options& options_;
   std::size_t jobs_;
   SharedProgress progress_;
@@ -176,6 +191,7 @@ class Workers {
   testing_support::TemporaryFolder folder_;
   std::vector<std::pair<pid_t, std::size_t>> workers_;  // those at work
   std::uint64_t simulated_ = 0;
+  Coverage coverage_;  // of a worker
 };
 
 }  // namespace

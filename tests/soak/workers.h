@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/soak/coverage.h"
 #include "tests/soak/options.h"
 
 namespace soak {
@@ -22,6 +23,7 @@ struct Tally {
   std::uint64_t simulatedSeconds = 0;  // in virtual time
   double seconds = 0;                  // in real time
   std::vector<Failure> failures;       // by seed
+  Coverage coverage;                   // where it was asked for
 };
 
 /// Plays seeds from `options.seed` on, in processes of their own: so what ends the process, or does
