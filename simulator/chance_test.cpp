@@ -20,7 +20,7 @@ constexpr const char* desk = R"(
 )";
 
 Result readingOf(const std::string& seed) {
-  TestMac mac(seed + desk);
+  TestMac mac((seed.empty() ? "" : "    " + seed) + desk);
   return mac.driver("ax-at Notes 130 140");
 }
 

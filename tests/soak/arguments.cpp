@@ -47,6 +47,21 @@ std::string someLabel(const Drawing& drawing) {
 
 void putLabel(const Drawing& drawing) { drawing.words.push_back(someLabel(drawing)); }
 
+/// The label of a control of such a role, most often.
+void putLabelOf(const Drawing& drawing, std::string_view role) {
+  std::vector<const ControlSketch*> known;
+  for (const ControlSketch& control : drawing.application.controls) {
+    if (control.role.starts_with(role) && !control.label.empty()) known.push_back(&control);
+  }
+  if (known.empty() || drawing.random.oneIn(6)) return putLabel(drawing);
+  drawing.words.push_back(drawing.random.pick(known)->label);
+}
+
+void putField(const Drawing& drawing) { putLabelOf(drawing, "AXText"); }
+void putRow(const Drawing& drawing) { putLabelOf(drawing, "AXRow"); }
+void putDocument(const Drawing& drawing) { putLabelOf(drawing, "AXWebArea"); }
+void putSlider(const Drawing& drawing) { putLabelOf(drawing, "AXSlider"); }
+
 void putChild(const Drawing& drawing) {
   drawing.words.push_back(drawing.random.oneIn(4) ? "last" : someLabel(drawing));
 }
@@ -164,9 +179,25 @@ constexpr std::array argumentKinds = {
     ArgumentKind{"mode", putMode},
     ArgumentKind{"owned", putOwned},
     ArgumentKind{"menu", putMenuPath},
+    ArgumentKind{"field", putField},
+    ArgumentKind{"row", putRow},
+    ArgumentKind{"document", putDocument},
+    ArgumentKind{"slider", putSlider},
 };
 
 }  // namespace
+
+std::string address(Random& random, const ApplicationSketch& application) {
+  const std::size_t kind = random.below(10);
+  if (kind == 0) return "pid:" + std::to_string(random.between(-1, 45));
+  if (kind < 3 || (application.name.empty() && application.bundle.empty())) {
+    return applicationText(application);
+  }
+  if (application.name.empty() || (kind < 6 && !application.bundle.empty())) {
+    return application.bundle;
+  }
+  return application.name;
+}
 
 void addArgument(Random& random, std::string_view kind, const MacSketch& mac,
                  const ApplicationSketch& application, CommandLine& words) {

@@ -36,7 +36,7 @@ std::string advancing(Microseconds time) {
   return "simulated-mac advance " + std::to_string(time) + "us > /dev/null\n";
 }
 
-/// What is done to the process "$run" from outside, in the order of the times. Its input is the
+/// What is done to the process "$run" from outside, in the order of the times. Its input is
 /// descriptor 3.
 std::string deliveryText(const Delivery& delivery, Microseconds since) {
   std::string text = delivery.at > since ? "  " + advancing(delivery.at - since) : "";
@@ -62,15 +62,16 @@ std::string commandText(const Step& step) {
 }
 
 /// A step whose process gets something from outside: that comes from a flow of the shell's own.
-std::string attendedText(const Step& step) {
-  std::string text = "mkfifo \"$folder/input\"\n" + commandText(step) +
-                     " < \"$folder/input\" &\nrun=$! service=$!\n(\n  exec 3> \"$folder/input\"\n";
+std::string attendedText(const Step& step, std::size_t number) {
+  const std::string input = "\"$folder/input-" + std::to_string(number) + "\"";
+  std::string text = "mkfifo " + input + "\n" + commandText(step) + " < " + input +
+                     " &\nrun=$! service=$!\n(\n  exec 3> " + input + "\n";
   Microseconds since = 0;
   for (const Delivery& delivery : step.deliveries) {
     text += deliveryText(delivery, since);
     since = delivery.at;
   }
-  return text + ") &\nrm \"$folder/input\"\n" + (step.beside ? "" : "wait $run\n");
+  return text + ") &\n" + (step.beside ? "" : "wait $run\n");
 }
 
 std::string scriptText(const Case& one) {
@@ -79,12 +80,14 @@ std::string scriptText(const Case& one) {
       "driver "
       "and simulated-mac in the path\nfolder=$(mktemp -d)\nservice=0\n";
   for (const std::string& fault : one.faults) text += "simulated-mac fault " + fault + "\n";
+  std::size_t number = 0;
   for (const Step& step : one.steps) {
+    ++number;
     if (step.after > 0) text += advancing(step.after);
     if (step.deliveries.empty()) {
       text += commandText(step) + (step.beside ? " &\n" : "\n");
     } else {
-      text += attendedText(step);
+      text += attendedText(step, number);
     }
   }
   return text + "wait\nsimulated-mac violations\n";

@@ -27,7 +27,7 @@ beside "capture-service" "FOLDER/lock"
     at 30us end of input
 )";
 
-TEST(readCase, gives_what_was_written) {
+TEST(a_case, reads_back_as_it_was_written) {
   const Case one = readCase(world, steps);
 
   EXPECT_EQ(worldText(one), world);
@@ -35,7 +35,7 @@ TEST(readCase, gives_what_was_written) {
   EXPECT_EQ(one.steps.at(0).environment.at("CU_WINDOW"), "in\xFF\n");
 }
 
-TEST(readCase, says_which_line_makes_no_sense) {
+TEST(a_case, is_refused_when_a_line_makes_no_sense) {
   EXPECT_THROW(readCase("", "jump\n"), simulator::WorldError);
   EXPECT_THROW(readCase("", "run \"a\"\n    beyond 3us\n"), simulator::WorldError);
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "tests/soak/arguments.h"
 #include "tests/soak/mac.h"
 #include "tests/soak/texts.h"
 
@@ -43,18 +42,18 @@ constexpr std::array forms = {
     Form{"lock-unlock", "", &Features::session},
     Form{"ax-find-text", "application label ? label", &Features::accessibility},
     Form{"ax-texts-at", "application point", &Features::accessibility},
-    Form{"ax-press-child", "application label child ? role", &Features::accessibility},
+    Form{"ax-press-child", "application row child ? role", &Features::accessibility},
     Form{"ax-at", "application point", &Features::accessibility},
     Form{"ax-press", "application point", &Features::accessibility},
-    Form{"ax-press-in-document", "application label label", &Features::accessibility},
+    Form{"ax-press-in-document", "application document label", &Features::accessibility},
     Form{"ax-press-exact", "application label ? which label", &Features::accessibility},
     Form{"ax-match", "application label near", &Features::accessibility},
     Form{"ax-press-match", "application label near", &Features::accessibility},
     Form{"ax-popup-items", "application", &Features::accessibility},
-    Form{"ax-slider", "application label ? sliding", &Features::accessibility},
-    Form{"ax-insert", "application label near mode text ? owned", &Features::accessibility},
-    Form{"ax-insert", "application label near mode text ? owned", &Features::accessibility},
-    Form{"ax-focus", "application label near", &Features::accessibility},
+    Form{"ax-slider", "application slider ? sliding", &Features::accessibility},
+    Form{"ax-insert", "application field near mode text ? owned", &Features::accessibility},
+    Form{"ax-insert", "application field near mode text ? owned", &Features::accessibility},
+    Form{"ax-focus", "application field near", &Features::accessibility},
     Form{"reveal", "application", &Features::accessibility},
     Form{"ax-menu", "application menu", &Features::accessibility},
     Form{"ax-menubar", "application", &Features::accessibility},
@@ -138,18 +137,6 @@ CommandLine someSharedCommand(Random& random, const MacSketch& mac,
   const auto* const form =
       std::find_if(forms.begin(), forms.end(), [&](const Form& each) { return each.name == name; });
   return wordsOf(random, *form, mac, application);
-}
-
-std::string address(Random& random, const ApplicationSketch& application) {
-  const std::size_t kind = random.below(10);
-  if (kind == 0) return "pid:" + std::to_string(random.between(-1, 45));
-  if (kind < 3 || (application.name.empty() && application.bundle.empty())) {
-    return applicationText(application);
-  }
-  if (application.name.empty() || (kind < 6 && !application.bundle.empty())) {
-    return application.bundle;
-  }
-  return application.name;
 }
 
 std::map<std::string, std::string> someEnvironment(Random& random, const MacSketch& mac) {

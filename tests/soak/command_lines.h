@@ -4,13 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/soak/arguments.h"
 #include "tests/soak/case.h"
 #include "tests/soak/sketch.h"
 
 namespace soak {
-
-/// The words behind the tool's path.
-using CommandLine = std::vector<std::string>;
 
 /// A run of one command that ends by itself, as the features of the Mac let it be: most of its
 /// words have to do with the Mac.
@@ -19,9 +17,6 @@ Step someRun(Random& random, const MacSketch& mac);
 /// The words of such a command on an application, for a session of the capture service.
 CommandLine someSharedCommand(Random& random, const MacSketch& mac,
                               const ApplicationSketch& application);
-
-/// How scripts call an application: by one of its names, or as one that there is not.
-std::string address(Random& random, const ApplicationSketch& application);
 
 /// The variables of a run.
 std::map<std::string, std::string> someEnvironment(Random& random, const MacSketch& mac);

@@ -77,7 +77,8 @@ class Drawer {
       constexpr std::array<std::string_view, 3> ends = {"grows", "grows deeper", "shrinks"};
       line.options.emplace_back(random_.pick(ends));
     } else if (features_.largeTrees && random_.oneIn(3)) {
-      line.options.push_back("repeat " + std::to_string(random_.between(2, 2000)));
+      const std::int64_t most = random_.oneIn(8) ? 2000 : 200;
+      line.options.push_back("repeat " + std::to_string(random_.between(2, most)));
     } else if (features_.deepTrees && random_.oneIn(8)) {
       const std::string& other = random_.pick(application_.controls).label;
       if (!other.empty()) line.options.push_back("also under " + inQuotes(other));

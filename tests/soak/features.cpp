@@ -26,7 +26,7 @@ constexpr std::array shares = {
     Share{&Features::panel, 8},
     Share{&Features::menus, 3},
     Share{&Features::deepTrees, 3},
-    Share{&Features::largeTrees, 25},
+    Share{&Features::largeTrees, 50},
     Share{&Features::endlessTrees, 25},
     Share{&Features::lies, 6},
     Share{&Features::fieldHabits, 3},

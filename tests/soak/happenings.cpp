@@ -34,7 +34,7 @@ std::string someKey(Random& random, const MacSketch& mac) {
       "a",     "q",    "Z",         "return", "shift return", "cmd s",
       "cmd v", "left", "backspace", "tab",    "escape",       "option shift x"};
   std::string text = "user key " + std::string(random.pick(keys));
-  if (random.oneIn(10)) text = random.oneIn(2) ? "user press shift" : "user release shift";
+  if (random.oneIn(6)) text = random.oneIn(2) ? "user press shift" : "user release shift";
   if (random.oneIn(20)) text += " tagged";
   if (random.oneIn(20)) text += " for " + applicationText(random.pick(mac.applications));
   return text;
@@ -72,8 +72,9 @@ std::string someSystemAct(Random& random, const MacSketch& mac) {
 }
 
 std::string someSignal(Random& random, const MacSketch& /*mac*/) {
-  constexpr std::array<std::string_view, 5> acts = {"signal 15", "signal 2", "signal 1",
-                                                    "request termination", "signal 15"};
+  constexpr std::array<std::string_view, 8> acts = {
+      "signal 15",           "signal 2", "signal 1",     "signal 15",
+      "request termination", "end-loop", "close output", "close input"};
   return std::string(random.pick(acts));
 }
 
@@ -94,6 +95,13 @@ constexpr std::array makers = {
     HappeningMaker{&Features::signals, someSignal},
 };
 
+/// Whoever reads what the runs write stops for a while.
+void addStall(Random& random, Microseconds time,
+              std::vector<std::pair<Microseconds, std::string>>& happenings) {
+  happenings.emplace_back(time, "stall output");
+  happenings.emplace_back(time + random.between(1, 400'000), "resume output");
+}
+
 std::string atTime(Microseconds time, const std::string& happening) {
   return "at " + std::to_string(time) + "us " + happening;
 }
@@ -113,6 +121,7 @@ std::vector<WorldLine> someHappenings(Random random, const MacSketch& mac, Micro
   const std::size_t bursts = random.below(6);
   for (std::size_t i = 0; i < bursts; ++i) {
     Microseconds time = random.between(0, duration);
+    if (mac.features.signals && random.oneIn(4)) addStall(random, time, happenings);
     const std::size_t count = 1 + random.below(random.oneIn(3) ? 8 : 2);
     for (std::size_t each = 0; each < count; ++each) {
       std::string text = someHappening(random, mac);

@@ -78,7 +78,7 @@ run "scene"
   EXPECT_EQ(played.steps[1].status, 128 + 9);
   EXPECT_EQ(played.steps[1].ended, 300'000);
   EXPECT_EQ(played.steps[2].began, 100'000);
-  EXPECT_EQ(played.steps[2].output, "{\"bundleId\":null,\"ok\":true,\"pid\":40,\"x\":0,\"y\":0}\n");
+  EXPECT_EQ(played.steps[2].output, "{\"bundleId\":\"\",\"ok\":true,\"pid\":40,\"x\":0,\"y\":0}\n");
 }
 
 TEST(play, tells_who_does_not_end) {

@@ -4,6 +4,7 @@
 
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
+#include "simulator/rules/replies.h"
 #include "simulator/text/parse.h"
 #include "tests/soak/processes.h"
 #include "tests/support/channels.h"
@@ -15,18 +16,18 @@ namespace {
 using simulator::Client;
 using simulator::Desktop;
 
-std::unique_ptr<Desktop> desktopOf(const Case& one) {
-  simulator::World world = simulator::parseWorld(worldText(one));
+std::unique_ptr<Desktop> desktopOf(const Case& one, const simulator::World& world) {
   std::vector<simulator::Fault> faults;
   for (const std::string& text : one.faults) faults.push_back(simulator::parseFault(text, world));
-  return std::make_unique<Desktop>(std::move(world), faults);
+  return std::make_unique<Desktop>(world, faults);
 }
 
 /// What plays the steps of a case, by either way.
 class Player {
  public:
   Player(const Case& one, const std::string& folder) : case_(one), folder_(folder) {
-    played_.desktop = desktopOf(one);
+    played_.before = simulator::parseWorld(worldText(one));
+    played_.desktop = desktopOf(one, played_.before);
     played_.steps.resize(one.steps.size());
   }
 

@@ -21,6 +21,7 @@ struct PlayedStep {
 
 /// What happened when a case was played.
 struct Played {
+  simulator::World before;                      // the Mac that the case describes
   std::unique_ptr<simulator::Desktop> desktop;  // as it was at the end
   std::vector<PlayedStep> steps;                // as those of the case
   long handlesLeft = 0;                         // more than the runs were to leave behind
@@ -29,7 +30,7 @@ struct Played {
 /// How a case is played: runs of which none is beside another need no flows, which is faster.
 enum class Way { fast, inFlows };
 
-/// Whether all of its runs follow each other, and none gets anything from outside.
+/// Whether all of its runs follow each other, none lives on, and none gets anything from outside.
 bool runsAlone(const Case& one);
 
 /// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is

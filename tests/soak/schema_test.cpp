@@ -13,7 +13,7 @@ bool admits(const char* schema, const char* value) {
   return Schema(json::parse(schema)).admits(json::parse(value));
 }
 
-TEST(Schema, admits_the_types_and_values_that_it_names) {
+TEST(json_schema, admits_the_types_and_values_that_it_names) {
   EXPECT_TRUE(admits(R"({"type":"integer","minimum":0,"maximum":3})", "3"));
   EXPECT_FALSE(admits(R"({"type":"integer","minimum":0,"maximum":3})", "4"));
   EXPECT_FALSE(admits(R"({"type":"integer"})", "1.5"));
@@ -23,7 +23,7 @@ TEST(Schema, admits_the_types_and_values_that_it_names) {
   EXPECT_FALSE(admits(R"({"type":"string","maxLength":1})", "\"\u00e9a\""));
 }
 
-TEST(Schema, admits_the_properties_that_it_names) {
+TEST(json_schema, admits_the_properties_that_it_names) {
   const char* const closed = R"({"type":"object","properties":{"a":{"type":"null"}},
       "required":["a"],"additionalProperties":false})";
   EXPECT_TRUE(admits(closed, R"({"a":null})"));
@@ -34,7 +34,7 @@ TEST(Schema, admits_the_properties_that_it_names) {
   EXPECT_FALSE(admits(R"({"dependentRequired":{"a":["b"]}})", R"({"a":1})"));
 }
 
-TEST(Schema, admits_lists_alternatives_and_what_it_refers_to) {
+TEST(json_schema, admits_lists_alternatives_and_what_it_refers_to) {
   const char* const lists =
       R"({"type":"array","items":{"$ref":"#/$defs/x"},"minItems":1,"maxItems":2,
           "$defs":{"x":{"anyOf":[{"type":"null"},{"type":"boolean"}]}}})";
@@ -44,21 +44,21 @@ TEST(Schema, admits_lists_alternatives_and_what_it_refers_to) {
   EXPECT_FALSE(admits(lists, "[null,null,null]"));
 }
 
-TEST(Schema, admits_texts_of_a_pattern_of_literal_pieces) {
+TEST(json_schema, admits_texts_of_a_pattern_of_literal_pieces) {
   const char* const pattern = R"({"pattern":"^no \\([\\s\\S]*\\) in [\\s\\S]*$"})";
   EXPECT_TRUE(admits(pattern, R"("no (a\nb) in c")"));
   EXPECT_FALSE(admits(pattern, R"("no (a) on c")"));
   EXPECT_FALSE(admits(pattern, R"("xno (a) in c")"));
 }
 
-TEST(Schema, names_the_alternative_that_admits) {
+TEST(json_schema, names_the_alternative_that_admits) {
   const Schema schema(
       json::parse(R"({"anyOf":[{"title":"No","type":"null"},{"title":"Yes","type":"boolean"}]})"));
   EXPECT_EQ(schema.alternativeOf(json(true)), "Yes");
   EXPECT_EQ(schema.alternativeOf(json(1)), "");
 }
 
-TEST(Schema, refuses_to_pass_over_what_it_does_not_know) {
+TEST(json_schema, refuses_to_pass_over_what_it_does_not_know) {
   EXPECT_THROW(Schema(json::parse(R"({"oneOf":[]})")), std::runtime_error);
   EXPECT_THROW(Schema(json::parse(R"({"pattern":"^[a-z]+$"})")), std::runtime_error);
   EXPECT_THROW(Schema(json::parse(R"({"type":"text"})")), std::runtime_error);

@@ -81,7 +81,7 @@ TEST(generate, gives_the_same_cases_on_every_machine_and_with_every_compiler) {
   EXPECT_EQ(hash, 0U);
 }
 
-TEST(namesOfRuns, has_every_command_that_does_not_live_on) {
+TEST(generated_runs, are_of_every_command_that_does_not_live_on) {
   std::set<std::string_view> inTable;
   for (const driver::Command& command : driver::commands()) {
     if (!command.livesOn) inTable.insert(command.form.name);

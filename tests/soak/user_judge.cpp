@@ -4,7 +4,6 @@
 #include <array>
 #include <string_view>
 
-#include "simulator/text/parse.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
 
@@ -125,7 +124,7 @@ std::string otherValue(const Case& one, const World& alone, const World& played)
 std::string disturbanceOfUser(const Case& one, const Played& played) {
   const World& world = played.desktop->mac().world;
   if (mayDiffer(one, world)) return "";
-  simulator::Desktop alone(simulator::parseWorld(worldText(one)));
+  simulator::Desktop alone(played.before);
   alone.advanceTo(played.desktop->mac().now);
   const World& undisturbed = alone.mac().world;
   if (auto complaint = pointerMoved(undisturbed, world); !complaint.empty()) return complaint;
