@@ -61,10 +61,11 @@ std::string startGuardOruName() {
 
 Globals& globals() { return *current; }
 
-void renewGlobals() {
-  auto fresh = std::make_unique<Globals>();
-  // Tests start several runs in one process: the state of the one before goes here.
-  const std::unique_ptr<Globals> previous(std::exchange(current, fresh.release()));
+// Tests start several runs in one process: the state of the one before goes here.
+void renewGlobals() { exchangeGlobals(std::make_unique<Globals>()); }
+
+std::unique_ptr<Globals> exchangeGlobals(std::unique_ptr<Globals> state) {
+  return std::unique_ptr<Globals>(std::exchange(current, state.release()));
 }
 
 void initialise(const std::vector<std::string>& commandLine) {

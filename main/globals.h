@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -152,6 +153,10 @@ Globals& globals();
 
 /// Starts a run: replaces all state by that of a run of which nothing is known yet.
 void renewGlobals();
+
+/// Where several processes are played in one: `state` is that of the process whose turn it is, from
+/// now on. Gives that of before; either may be none.
+std::unique_ptr<Globals> exchangeGlobals(std::unique_ptr<Globals> state);
 
 /// Fills fresh state: with start-up values, which are read from the environment, and with the
 /// command line, repaired to UTF-8.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simulator/calls/calls.h"
+#include "simulator/chance.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
 #include "simulator/mac/sharing_streams.h"
@@ -50,6 +51,7 @@ std::string endOf(const Client& client) {
 Desktop::Desktop(World world, const std::vector<Fault>& faults)
     : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
+  if (mac_.world.seed) chance_.emplace(*mac_.world.seed);
   advanceTo(0);  // what the script says of time 0 has happened when the first process joins
 }
 
@@ -123,6 +125,7 @@ Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
   if (outcome != nullptr) given = faultyAnswer(call, *outcome);
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
+  if (chance_) result.delay += chanceDelay(*chance_, call.function);
   if (result.pending) return result;
   return conclude(clientIndex, std::move(call), std::move(result), outcome != nullptr, flow);
 }

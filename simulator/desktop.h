@@ -10,6 +10,7 @@
 #include "platform/call.h"
 #include "simulator/faults.h"
 #include "simulator/mac/mac.h"
+#include "simulator/random.h"
 #include "simulator/rules/rules.h"
 
 namespace simulator {
@@ -105,6 +106,7 @@ class Desktop {
   std::vector<TraceEntry> trace_;
   std::vector<std::string> violations_;
   std::size_t violationsTold_ = 0;  // how many the journal has
+  std::optional<Random> chance_;    // where the world has a seed
 };
 
 /// One line of a trace: time, function, arguments and answer.

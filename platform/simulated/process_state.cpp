@@ -22,6 +22,10 @@ ProcessState::~ProcessState() {
 
 ProcessState& state() { return *current(); }
 
-void renewState() { current() = std::make_unique<ProcessState>(); }
+void renewState() { exchangeState(std::make_unique<ProcessState>()); }
+
+std::unique_ptr<ProcessState> exchangeState(std::unique_ptr<ProcessState> state) {
+  return std::exchange(current(), std::move(state));
+}
 
 }  // namespace simulated

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -54,5 +55,9 @@ struct ProcessState {
 /// The state of this process. It begins afresh with each channel that is set.
 ProcessState& state();
 void renewState();
+
+/// Where several processes are played in one: that of the process whose turn it is, from now on.
+/// Gives that of before; either may be none.
+std::unique_ptr<ProcessState> exchangeState(std::unique_ptr<ProcessState> state);
 
 }  // namespace simulated

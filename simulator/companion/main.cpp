@@ -41,11 +41,13 @@ constexpr const char* endsRun = "its run ends with its processes";
 
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
-    Command{"run", "[--virtual] [--record DIR [--no-pictures]] WORLD -- COMMAND [ARGUMENT]...",
+    Command{"run",
+            "[--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND [ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
     Command{"serve",
-            "[--virtual] [--record DIR [--no-pictures]] [--socket NAME] [--until-closed] WORLD",
+            "[--virtual] [--seed N] [--record DIR [--no-pictures]] [--socket NAME] "
+            "[--until-closed] WORLD",
             "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
     Command{"stop", "", "end a Mac that was started by serve, and wait until it has gone", endsRun,
             0, 0, stopCommand},

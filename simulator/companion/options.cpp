@@ -4,6 +4,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "base/numbers.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/files.h"
 #include "simulator/text/parse.h"
@@ -25,6 +26,10 @@ bool readWords(const Words& words, bool serves, Options& options) {
       if (options.record.folder.empty()) return false;
     } else if (word == "--no-pictures") {
       options.record.pictures = false;
+    } else if (word == "--seed" && i + 1 < words.size()) {
+      const auto seed = driver::parseInt64(words[++i]);
+      if (!seed || *seed < 0) return false;
+      options.seed = static_cast<std::uint64_t>(*seed);
     } else if (word == "--until-closed" && serves) {
       options.untilClosed = true;
     } else if (word == "--socket" && serves && i + 1 < words.size()) {
@@ -65,9 +70,12 @@ std::string readWorldText(const std::string& path) {
   return text.str();
 }
 
-simulator::World worldOf(const std::string& text, const std::string& path) {
+simulator::World worldOf(const std::string& text, const Options& options) {
+  const std::string& path = options.world;
   try {
-    return simulator::parseWorld(text);
+    simulator::World world = simulator::parseWorld(text);
+    if (options.seed) world.seed = options.seed;
+    return world;
   } catch (const simulator::WorldError& error) {
     throw Failure((path == "-" ? "standard input" : path) + ", " + error.what());
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,11 +16,12 @@ using simulator::Scheduler;
 /// What the commands that start a Mac are told.
 struct Options {
   Scheduler::Time time = Scheduler::Time::real;
-  std::string world;                 // a path, or "-" for standard input
-  std::string socket;                // empty: a private one
-  bool untilClosed = false;          // standard input ends the Mac
-  RecordOptions record;              // what is kept of it
-  std::vector<std::string> command;  // what follows "--"
+  std::string world;                  // a path, or "-" for standard input
+  std::string socket;                 // empty: a private one
+  bool untilClosed = false;           // standard input ends the Mac
+  std::optional<std::uint64_t> seed;  // in place of the world's
+  RecordOptions record;               // what is kept of it
+  std::vector<std::string> command;   // what follows "--"
 };
 
 /// Reads the words after "serve" and "run". Throws UsageError.
@@ -28,7 +31,7 @@ Options runOptions(const std::vector<std::string>& words);
 /// The text of a world in a file or, for "-", in standard input. Throws Failure.
 std::string readWorldText(const std::string& path);
 
-/// The world of such a text, which was in this file. Throws Failure.
-simulator::World worldOf(const std::string& text, const std::string& path);
+/// The world of such a text, which was in these options' file. Throws Failure.
+simulator::World worldOf(const std::string& text, const Options& options);
 
 }  // namespace companion

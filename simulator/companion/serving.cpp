@@ -82,7 +82,7 @@ class ServedMac {
  public:
   ServedMac(const Options& options, const std::string& socketName, bool canBeStopped)
       : text_(readWorldText(options.world)) {
-    simulator::World world = worldOf(text_, options.world);
+    simulator::World world = worldOf(text_, options);
     socket_ = std::make_unique<ListeningSocket>(socketName);
     if (!options.record.folder.empty()) {
       recorder_ = std::make_unique<Recorder>(options.record, text_, options.time);

@@ -47,17 +47,19 @@ void setHanging(Mac& mac, Pid pid, bool hangs) {
   if (Application* application = findApplication(mac.world, pid)) application->hangs = hangs;
 }
 
-void signalProcesses(Mac& mac, int number) {
-  for (Client* client : living(mac)) {
-    if (client->endingSignals.count(number) != 0) {
-      client->told = ToldToEnd{number, mac.now};
-      client->endingSignals.clear();  // the next one ends it at once
-    } else if (client->handledSignals.count(number) != 0) {
-      queue(*client, platform::ItemKind::signal, number);
-    } else {
-      client->diedBySignal = number;
-    }
+void signalProcess(const Mac& mac, Client& client, int number) {
+  if (client.endingSignals.count(number) != 0) {
+    client.told = ToldToEnd{number, mac.now};
+    client.endingSignals.clear();  // the next one ends it at once
+  } else if (client.handledSignals.count(number) != 0) {
+    queue(client, platform::ItemKind::signal, number);
+  } else {
+    client.diedBySignal = number;
   }
+}
+
+void signalProcesses(Mac& mac, int number) {
+  for (Client* client : living(mac)) signalProcess(mac, *client, number);
 }
 
 void tellProcesses(Mac& mac, platform::ItemKind kind) {

@@ -16,7 +16,9 @@ std::vector<Client*> living(Mac& mac);
 /// An application stops answering, or answers again.
 void setHanging(Mac& mac, Pid pid, bool hangs);
 
-/// Each process that uses the Mac gets the signal: as news when it handles it, else it dies of it.
+/// A process gets the signal: as news when it handles it, else it dies of it. And each process that
+/// uses the Mac does.
+void signalProcess(const Mac& mac, Client& client, int number);
 void signalProcesses(Mac& mac, int number);
 
 /// The main flow of each process that uses the Mac finds this among what waits for it.

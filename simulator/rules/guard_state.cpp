@@ -1,5 +1,7 @@
 #include "simulator/rules/guard_state.h"
 
+#include <signal.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -92,6 +94,12 @@ void GuardStateRules::after(const ObservedCall& seen, const Answer& answer,
   if (seen.call.function == Function::screens) misled_ = seen.faulty;
   if (seen.call.function != Function::lockScreen) return;
   lockAsked_ = lockAsked_ || driver::unpack<std::int32_t>(answer.value) == 0;
+  noteLock();
+}
+
+/// Who unlocks the screen after that has given the password: it is no longer the guard's to hide.
+void GuardStateRules::noteLock() {
+  over_ = over_ || (lockAsked_ && run_.mac.world.session.locked.value_or(false));
 }
 
 /// An old cover may be all that hides a screen until it has its new one.
@@ -129,6 +137,7 @@ void GuardStateRules::checkExposure(Violations& violations) {
 }
 
 void GuardStateRules::beforeTimePasses(Violations& violations) {
+  noteLock();
   checkHeldInput(violations);
   checkExposure(violations);
 }
@@ -136,7 +145,8 @@ void GuardStateRules::beforeTimePasses(Violations& violations) {
 void GuardStateRules::atEnd(Violations& violations) {
   checkExposure(violations);
   if (!isOwed() || !isUnlocked()) return;
-  // A guard that is killed has asked for nothing; one that ends by itself has.
+  // A guard that is killed may have asked for nothing, or just now; one that ends by itself has.
+  if (run_.client.diedBySignal == SIGKILL) return;
   if (!run_.client.exited && !lockAsked_) return;
   violations.push_back("I22: the guard goes before the login window shows");
 }

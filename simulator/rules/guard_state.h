@@ -27,9 +27,10 @@ class GuardStateRules : public Rule {
   void checkClosing(Violations& violations) const;
   void checkHeldInput(Violations& violations);
   void checkExposure(Violations& violations);
+  void noteLock();
 
   bool began_ = false;      // the first line has been tried to write
-  bool over_ = false;       // grace has ended it, or a line has told that the lock failed
+  bool over_ = false;       // grace has ended it, it has locked, or said that it could not
   bool lockAsked_ = false;  // and the system has accepted it
   std::optional<Microseconds> bareSince_;
   std::optional<Microseconds> unwatchedSince_;

@@ -160,6 +160,35 @@ TEST_F(guard_state, forbids_to_go_before_the_login_window_shows) {
   EXPECT_EQ(violations_, left);
 }
 
+TEST_F(guard_state, is_over_once_the_login_window_has_shown_whoever_unlocks_then) {
+  asksForLock();
+  mac_.world.session.locked = true;
+  pass(1);
+  mac_.world.session.locked.reset();
+  client_.exited = true;
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_state, is_over_at_once_for_a_guard_that_asks_for_the_lock_of_a_locked_screen) {
+  mac_.world.session.locked = true;
+  asksForLock();
+  mac_.world.session.locked.reset();
+  client_.exited = true;
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_state, is_not_over_for_a_lock_that_the_guard_has_not_asked_for) {
+  mac_.world.session.locked = true;
+  pass(1);
+  mac_.world.session.locked.reset();
+  asksForLock();
+  client_.exited = true;
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, left);
+}
+
 TEST_F(guard_state, forbids_that_also_to_one_that_dies_once_it_has_asked_for_the_lock) {
   client_.diedBySignal = 11;
   asksForLock();
@@ -168,6 +197,13 @@ TEST_F(guard_state, forbids_that_also_to_one_that_dies_once_it_has_asked_for_the
 }
 
 TEST_F(guard_state, excuses_one_that_is_killed) {
+  rules_.atEnd(violations_);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_state, excuses_one_that_is_killed_while_the_login_window_is_on_its_way) {
+  client_.diedBySignal = 9;
+  asksForLock();
   rules_.atEnd(violations_);
   EXPECT_EQ(violations_, Sentences());
 }

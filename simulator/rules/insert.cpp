@@ -194,7 +194,7 @@ void InsertRules::after(const ObservedCall& seen, const Answer& answer,
   }
   if (!isRead(call.function)) return;
   noteReadings(key, namesOf(call), answer);
-  if (wroteText_ && field_->first == key.first) landed_ = landed_ || holdsExpected();
+  if (field_ && field_->first == key.first) landed_ = landed_ || holdsExpected();
 }
 
 std::string InsertRules::expected() const {

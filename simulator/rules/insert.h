@@ -49,7 +49,7 @@ class InsertRules : public Rule {
   std::string prior_;         // what it held before, as far as the client was told
   std::optional<ax::Range> priorSelection_;
   bool wroteText_ = false;
-  bool landed_ = false;  // as the last write of a text left it, and a later read could tell
+  bool landed_ = false;  // as the last write left it, and a later read could tell
 };
 
 }  // namespace simulator

@@ -65,6 +65,14 @@ const std::vector<std::string> replaced = {"I13: a text was replaced that the ru
 const std::vector<std::string> unseen = {
     "I13: a success, and the field was not seen to hold the text"};
 
+TEST_F(insertion_rules, see_an_empty_text_in_a_field_that_takes_none) {
+  begin("\n    AXTextArea \"F\" disabled", "end", "");
+  read("AXValue");
+  writeSelection({0, 0});
+  read("AXValue");
+  EXPECT_EQ(end(), noViolations);
+}
+
 TEST_F(insertion_rules, may_replace_nothing_and_decoration) {
   for (const char* line : {"\n    AXTextArea \"F\"", "\n    AXTextArea \"F\" value \" \\n\"",
                            "\n    AXTextArea placeholder \"Write\" shows placeholder",

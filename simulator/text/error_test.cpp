@@ -15,7 +15,7 @@ struct BadWorld {
 
 const std::string statementWords =
     "app, user, pointer, display, deny, session, missing, process, file, image, at, "
-    "panel, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
+    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
@@ -55,7 +55,7 @@ TEST(world_text_errors, of_the_form_of_the_text) {
 
 TEST(world_text_errors, of_statements) {
   const BadWorld cases[] = {
-      {"seed 1", "line 1: unknown word 'seed'; expected " + statementWords},
+      {"speed 1", "line 1: unknown word 'speed'; expected " + statementWords},
       {"\"file\" 7", "line 1: unexpected \"file\"; expected " + statementWords},
       {"; file", "line 1: unexpected ';'; expected " + statementWords},
       {"process 1 2", "line 1: unexpected '2' at the end of the line"},

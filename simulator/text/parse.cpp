@@ -55,7 +55,7 @@ void addDisplay(Words& words, WorldBuilder& builder) {
   displays.push_back(display);
 }
 
-constexpr std::array<Option<WorldBuilder>, 11> statements = {{
+constexpr std::array<Option<WorldBuilder>, 12> statements = {{
     {"user",
      [](Words& words, WorldBuilder& builder) {
        User& user = builder.world().user;
@@ -100,6 +100,12 @@ constexpr std::array<Option<WorldBuilder>, 11> statements = {{
        builder.addToScript(words, time);
      }},
     {"panel", [](Words& words, WorldBuilder& builder) { builder.addPanel(words); }},
+    {"seed",
+     [](Words& words, WorldBuilder& builder) {
+       if (builder.world().seed) words.fail("a second seed");
+       builder.world().seed = static_cast<std::uint64_t>(
+           words.integer("seed", "a number from 0", 0, std::numeric_limits<std::int64_t>::max()));
+     }},
 }};
 
 void refuseOrphan(const Words& words) {

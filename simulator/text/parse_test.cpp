@@ -33,6 +33,13 @@ std::string phraseOf(const Reaction& reaction) {
   return "";
 }
 
+TEST(world_text, a_seed_is_a_number_and_stands_once) {
+  EXPECT_EQ(parseWorld("seed 7").seed, 7U);
+  EXPECT_EQ(parseWorld("").seed, std::nullopt);
+  EXPECT_THROW(parseWorld("seed -1"), WorldError);
+  EXPECT_THROW(parseWorld("seed 1\nseed 2"), WorldError);
+}
+
 TEST(world_text, an_empty_text_is_a_mac_with_one_display_and_nobody_in_front) {
   const World world = parseWorld("");
 

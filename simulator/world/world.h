@@ -309,6 +309,7 @@ struct World {
   std::vector<Scripted> script;       // by time; equal times in the order of the text
   std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
   Microseconds present = 0;           // up to when they have had their effects
+  std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
 };
 
 /// One attribute of an element, as an application that answers gives it.

@@ -38,6 +38,26 @@ TEST(run, gives_the_command_a_mac) {
             "1 {\"error\":\"unknown command: frobnicate\",\"ok\":false}\n");
 }
 
+TEST(run, leaves_to_chance_what_the_seed_says_and_gives_the_same_again) {
+  const Folder folder;
+  const auto traced = [&](const char* seed) {
+    std::vector<std::string> command = {
+        simulatedMacPath(),
+        "run",
+        "--virtual",
+        "--seed",
+        seed,
+        folder.file("world", notes),
+        "--",
+        "sh",
+        "-c",
+        driverPath() + " windows Notes > /dev/null; " + simulatedMacPath() + " trace --text"};
+    return seen(run(command));
+  };
+  EXPECT_EQ(traced("7"), traced("7"));
+  EXPECT_NE(traced("7"), traced("8"));
+}
+
 TEST(run, reads_the_world_from_standard_input) {
   EXPECT_EQ(seen(run(runCommand("-", driverCommand({"session"})), {}, notes)),
             "0 {\"locked\":false,\"ok\":true,\"onConsole\":true}\n");

@@ -1,5 +1,3 @@
-#include <sched.h>
-
 #include <map>
 #include <memory>
 #include <optional>
@@ -11,6 +9,7 @@
 #include "platform/simulated/process_state.h"
 #include "simulator/turns.h"
 #include "tests/support/channels.h"
+#include "tests/support/one_processor.h"
 
 namespace testing_support {
 
@@ -24,25 +23,6 @@ namespace {
 /// Thrown in every flow of a process that ends. Nothing between there and the flow's root catches
 /// it.
 struct Exited {};
-
-/// While one is there, its thread, and those that it starts, stay on one processor: threads of
-/// which one runs at a time pass on their turns faster there.
-class OneProcessor {
- public:
-  OneProcessor() {
-    sched_getaffinity(0, sizeof before_, &before_);
-    cpu_set_t present;
-    CPU_ZERO(&present);
-    CPU_SET(sched_getcpu(), &present);
-    sched_setaffinity(0, sizeof present, &present);
-  }
-  OneProcessor(const OneProcessor&) = delete;
-  OneProcessor& operator=(const OneProcessor&) = delete;
-  ~OneProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
-
- private:
-  cpu_set_t before_ = {};
-};
 
 /// A process inside this one. Its flows are threads of which one runs at a time: each goes on only
 /// when it is its turn on the simulated Mac.

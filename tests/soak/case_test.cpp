@@ -1,0 +1,56 @@
+#include "tests/soak/case.h"
+
+#include <gtest/gtest.h>
+
+#include "simulator/text/error.h"
+#include "tests/soak/shrink.h"
+
+namespace {
+
+using namespace soak;
+
+constexpr const char* world = R"(app "Notes" pid 41
+    window 7 "Inbox" at 0,0 size 9x9
+        AXButton "Send" press: quit
+    window 8 "Other" at 0,0 size 9x9
+at 100us lock
+)";
+
+constexpr const char* steps = R"(fault private.post 3+ refused
+fault any 7 before user copy "a b"
+run "windows" "Notes"
+    after 200us
+    with CU_WINDOW "in\xFF\n"
+beside "capture-service" "FOLDER/lock"
+    at 10us input "{}\n"
+    at 20us signal 15
+    at 30us end of input
+)";
+
+TEST(a_case, reads_back_as_it_was_written) {
+  const Case one = readCase(world, steps);
+
+  EXPECT_EQ(worldText(one), world);
+  EXPECT_EQ(stepsText(one), steps);
+  EXPECT_EQ(one.steps.at(0).environment.at("CU_WINDOW"), "in\xFF\n");
+}
+
+TEST(a_case, is_refused_when_a_line_makes_no_sense) {
+  EXPECT_THROW(readCase("", "jump\n"), simulator::WorldError);
+  EXPECT_THROW(readCase("", "run \"a\"\n    beyond 3us\n"), simulator::WorldError);
+}
+
+TEST(shrunk, leaves_what_the_failure_needs_and_no_more) {
+  const auto fails = [](const Case& one) {
+    const bool hasButton = worldText(one).find("AXButton") != std::string::npos;
+    return hasButton && stepsText(one).find("signal 15") != std::string::npos;
+  };
+  const Case smallest = shrunk(readCase(world, steps), fails);
+
+  EXPECT_EQ(worldText(smallest),
+            "app \"Notes\" pid 41\n    window 7 \"Inbox\" at 0,0 size 9x9\n"
+            "        AXButton \"Send\" press: quit\n");
+  EXPECT_EQ(stepsText(smallest), "run \"capture-service\"\n    at 20us signal 15\n");
+}
+
+}  // namespace

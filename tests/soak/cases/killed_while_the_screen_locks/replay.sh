@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# simulated-mac run --virtual case.world -- bash replay.sh, with driver and simulated-mac in the path
+folder=$(mktemp -d)
+service=0
+mkfifo "$folder/input"
+env driver $'lock-guard' < "$folder/input" &
+run=$! service=$!
+(
+  exec 3> "$folder/input"
+  simulated-mac advance 1731287us > /dev/null
+  kill -9 $run
+) &
+rm "$folder/input"
+wait $run
+wait
+simulated-mac violations

@@ -1,0 +1,163 @@
+#include "tests/soak/elements.h"
+
+#include <array>
+#include <string_view>
+
+#include "tests/soak/habits.h"
+#include "tests/soak/texts.h"
+
+namespace soak {
+
+namespace {
+
+constexpr std::array<std::string_view, 12> controlRoles = {
+    "AXButton", "AXButton",     "AXCheckBox",   "AXRadioButton", "AXLink",   "AXPopUpButton",
+    "AXSlider", "AXMenuButton", "AXStaticText", "AXStaticText",  "AXSwitch", "AXImage"};
+
+constexpr std::array<std::string_view, 5> fieldRoles = {"AXTextField", "AXTextArea", "AXTextArea",
+                                                        "AXSearchField", "AXComboBox"};
+
+constexpr std::array<std::string_view, 14> containerRoles = {
+    "AXGroup", "AXScrollArea", "AXToolbar",    "AXTable",   "AXRow",   "AXCell",  "AXList",
+    "AXRow",   "AXWebArea",    "AXSplitGroup", "AXPopover", "AXSheet", "AXGroup", "AXOutline"};
+
+/// The elements of one window.
+class Drawer {
+ public:
+  Drawer(Random& random, const Features& features, ApplicationSketch& application)
+      : random_(random), features_(features), application_(application) {}
+
+  std::vector<WorldLine> elementsIn(const Place& place, std::size_t depth) {
+    std::vector<WorldLine> lines;
+    const std::size_t most = features_.largeTrees ? 40 : 6;
+    const std::size_t count = depth == 0 ? 1 + random_.below(most) : random_.below(5);
+    for (std::size_t i = 0; i < count; ++i) lines.push_back(element(place, depth));
+    return lines;
+  }
+
+ private:
+  WorldLine element(const Place& around, std::size_t depth) {
+    const std::size_t depthMax = features_.deepTrees ? 7 : 2;
+    const std::size_t kind = random_.below(8);
+    if (kind < 2 && depth < depthMax) return container(around, depth);
+    if (kind < 5) return control(around, random_.pick(controlRoles));
+    return control(around, random_.pick(fieldRoles));
+  }
+
+  std::optional<Place> placeWithin(const Place& around) {
+    if (random_.oneIn(12)) return std::nullopt;
+    if (features_.lies && random_.oneIn(8)) return Place{around.x - 500, around.y, 0, 20};
+    const std::int64_t width = std::max<std::int64_t>(around.width / random_.between(1, 6), 4);
+    const std::int64_t height = std::max<std::int64_t>(around.height / random_.between(1, 8), 4);
+    const std::int64_t x = around.x + random_.between(0, std::max(around.width - width, width));
+    const std::int64_t y = around.y + random_.between(0, std::max(around.height - height, height));
+    return Place{x, y, width, height};
+  }
+
+  /// The role, a label at times, a place at times.
+  WorldLine headed(std::string_view role, const Place& around) {
+    ControlSketch sketch;
+    sketch.role = role;
+    if (!random_.oneIn(3)) sketch.label = label(random_, features_.oddTexts);
+    sketch.place = placeWithin(around);
+    WorldLine line{std::string(role)};
+    if (!sketch.label.empty()) line.head += " " + inQuotes(sketch.label);
+    if (sketch.place) line.options.push_back(placeText(*sketch.place));
+    // A label does not mean a sheet, which counts as a window.
+    if (role == "AXSheet") sketch.label.clear();
+    application_.controls.push_back(std::move(sketch));
+    return line;
+  }
+
+  WorldLine container(const Place& around, std::size_t depth) {
+    const std::string_view role = random_.pick(containerRoles);
+    WorldLine line = headed(role, around);
+    const Place own = application_.controls.back().place.value_or(around);
+    if (features_.endlessTrees && random_.oneIn(3)) {
+      constexpr std::array<std::string_view, 3> ends = {"grows", "grows deeper", "shrinks"};
+      line.options.emplace_back(random_.pick(ends));
+    } else if (features_.largeTrees && random_.oneIn(3)) {
+      const std::int64_t most = random_.oneIn(8) ? 2000 : 200;
+      line.options.push_back("repeat " + std::to_string(random_.between(2, most)));
+    } else if (features_.deepTrees && random_.oneIn(8)) {
+      const std::string& other = random_.pick(application_.controls).label;
+      if (!other.empty()) line.options.push_back("also under " + inQuotes(other));
+    }
+    if (random_.oneIn(10)) line.options.emplace_back("modal");
+    addCommonHabits(random_, features_, line);
+    line.lines = elementsIn(own, depth + 1);
+    if (role == "AXRow" && random_.oneIn(2)) {
+      for (WorldLine& each : line.lines) each.options.emplace_back("while hovered");
+    }
+    return line;
+  }
+
+  WorldLine control(const Place& around, std::string_view role) {
+    WorldLine line = headed(role, around);
+    addHabits(random_, features_, role, line);
+    addCommonHabits(random_, features_, line);
+    return line;
+  }
+
+  Random& random_;
+  const Features& features_;
+  ApplicationSketch& application_;
+};
+
+std::string reaction(Random& random, const Features& features,
+                     const ApplicationSketch& application) {
+  std::string target;
+  if (!application.controls.empty()) target = random.pick(application.controls).label;
+  if (features.deadlyActs && random.oneIn(5)) return random.oneIn(2) ? "quit" : "hang";
+  if (features.windowActs && random.oneIn(2)) {
+    const std::size_t kind = random.below(5);
+    const std::string name = title(random, features.oddTexts);
+    if (kind == 0) return "open sheet " + inQuotes(name);
+    if (kind == 1) return "close window";
+    if (kind == 2) return "retitle " + inQuotes(name);
+    if (kind == 3 && !target.empty()) return "remove " + inQuotes(target);
+    if (!application.windows.empty()) {
+      const std::string& shown = random.pick(application.windows).title;
+      if (!shown.empty()) return "show window " + inQuotes(shown);
+    }
+  }
+  if (target.empty()) return random.oneIn(2) ? "toggle" : "choose";
+  const std::string text = inQuotes(prose(random, features.oddTexts));
+  if (random.oneIn(6)) return "paste";
+  return random.oneIn(2) ? "append " + text + " to " + inQuotes(target)
+                         : "set " + inQuotes(target) + " " + text;
+}
+
+bool isField(const WorldLine& line) {
+  for (const std::string_view role : fieldRoles) {
+    if (line.head.starts_with(role)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::vector<WorldLine> someElements(Random& random, const Features& features, const Place& place,
+                                    ApplicationSketch& application) {
+  return Drawer(random, features, application).elementsIn(place, 0);
+}
+
+void addReactions(Random& random, const Features& features, const ApplicationSketch& application,
+                  std::vector<WorldLine>& lines) {
+  for (WorldLine& line : lines) {
+    addReactions(random, features, application, line.lines);
+    const bool isElement = line.head.starts_with("AX");
+    const bool isItem = line.head.starts_with("menu ") && !line.head.ends_with("> -");
+    if (!isElement && !isItem) continue;
+    if (random.oneIn(isItem ? 2 : 3)) {
+      const char* const way = isElement && isField(line)     ? "submit: "
+                              : isElement && random.oneIn(5) ? "right: "
+                                                             : "press: ";
+      std::string text = way + reaction(random, features, application);
+      if (random.oneIn(5)) text += "; " + reaction(random, features, application);
+      line.options.push_back(std::move(text));
+    }
+  }
+}
+
+}  // namespace soak

@@ -1,0 +1,59 @@
+#include "tests/soak/faults.h"
+
+#include <array>
+
+#include "simulator/fault_outcomes.h"
+#include "tests/soak/happenings.h"
+
+namespace soak {
+
+namespace {
+
+std::string someCode(Random& random) {
+  constexpr std::array<std::string_view, 6> codes = {"-25200", "-25202", "-25204",
+                                                     "-25205", "-25211", "-600"};
+  return std::string(random.pick(codes));
+}
+
+/// Something happens before a call, whichever it is.
+std::string someInterruption(Random& random, const MacSketch& mac) {
+  const std::string happening = someHappening(random, mac);
+  if (happening.empty()) return "";
+  const auto call = random.between(1, random.oneIn(3) ? 1000 : 120);
+  return "any " + std::to_string(call) + " before " + happening;
+}
+
+std::string someFault(Random& random, const MacSketch& mac) {
+  if (random.oneIn(3)) return someInterruption(random, mac);
+  const std::size_t number = random.below(platform::functionNames.size());
+  const auto function = static_cast<platform::Function>(number);
+  const auto names = simulator::outcomeNames(platform::shapeOf(function));
+  std::string outcome(random.pick(names));
+  if (outcome == "before") {
+    const std::string happening = someHappening(random, mac);
+    if (happening.empty()) return "";
+    outcome += " " + happening;
+  } else if (outcome == "error") {
+    outcome += " " + someCode(random);
+  }
+  const auto occurrence = random.between(1, random.oneIn(3) ? 40 : 4);
+  // What happens before every call, and leads to further calls, has no end.
+  const bool mayGoOn = !outcome.starts_with("before");
+  const char* const onwards = mayGoOn && random.oneIn(4) ? "+ " : " ";
+  return std::string(platform::nameOf(function)) + " " + std::to_string(occurrence) + onwards +
+         outcome;
+}
+
+}  // namespace
+
+std::vector<std::string> someFaults(Random random, const MacSketch& mac) {
+  std::vector<std::string> faults;
+  const std::size_t count = 1 + random.below(random.oneIn(2) ? 12 : 3);
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string fault = someFault(random, mac);
+    if (!fault.empty()) faults.push_back(std::move(fault));
+  }
+  return faults;
+}
+
+}  // namespace soak

@@ -1,0 +1,118 @@
+#include "tests/soak/mac.h"
+
+#include <array>
+#include <string_view>
+
+#include "tests/soak/applications.h"
+#include "tests/soak/texts.h"
+
+namespace soak {
+
+namespace {
+
+constexpr std::size_t applicationsMax = 5;
+constexpr std::int64_t panelPid = 50;
+constexpr std::int64_t panelWindow = 90;
+
+void addDisplays(Random& random, GeneratedMac& mac) {
+  Place main{0, 0, 1440, 900};
+  if (random.oneIn(2)) main = {0, 0, 400, 300};
+  const bool isSharp = random.oneIn(3);
+  WorldLine first{"display 1 " + std::to_string(main.width) + "x" + std::to_string(main.height)};
+  if (isSharp) first.options.emplace_back("scale 2");
+  mac.world.push_back(std::move(first));
+  mac.sketch.displays.push_back(main);
+  if (!mac.sketch.features.displays) return;
+  const Place second =
+      random.oneIn(2) ? Place{main.width, -100, 800, 600} : Place{-640, 40, 640, 480};
+  WorldLine line{"display 2 " + std::to_string(second.width) + "x" + std::to_string(second.height) +
+                 " at " + pointText(second.x, second.y)};
+  if (random.oneIn(4)) line.options.emplace_back("mode unreadable");
+  mac.world.push_back(std::move(line));
+  mac.sketch.displays.push_back(second);
+}
+
+void addDenials(Random& random, std::vector<WorldLine>& world) {
+  constexpr std::array<std::string_view, 22> denials = {"deny accessibility",
+                                                        "deny screen-recording",
+                                                        "deny keys-in-taps",
+                                                        "deny display-hold",
+                                                        "session locked",
+                                                        "session off-console",
+                                                        "session unreadable",
+                                                        "session without-console-key",
+                                                        "session locks after 450ms",
+                                                        "missing SLEventPostToPid",
+                                                        "missing SLEventSetIntegerValueField",
+                                                        "missing SLPSPostEventRecordTo",
+                                                        "missing GetProcessForPID",
+                                                        "missing GetFrontProcess",
+                                                        "missing GetProcessPID",
+                                                        "missing _AXUIElementGetWindow",
+                                                        "missing SACLockScreenImmediate",
+                                                        "missing CGEventSetWindowLocation",
+                                                        "missing SkyLight",
+                                                        "missing ApplicationServices",
+                                                        "missing login",
+                                                        "directory \"\""};
+  const std::size_t count = 1 + random.below(2);
+  for (std::size_t i = 0; i < count; ++i) {
+    world.push_back({std::string(random.pick(denials))});
+  }
+}
+
+void addPasteboard(Random& random, const Features& features, std::vector<WorldLine>& world) {
+  const std::size_t count = 1 + random.below(3);
+  for (std::size_t i = 0; i < count; ++i) {
+    WorldLine line{"pasteboard item \"public.utf8-plain-text\" " +
+                   inQuotes(prose(random, features.oddTexts))};
+    if (random.oneIn(3)) line.options.emplace_back("\"public.rtf\" \"{old}\"");
+    if (random.oneIn(5)) line.options.emplace_back("promises \"com.example.lazy\"");
+    world.push_back(std::move(line));
+  }
+}
+
+void addHabitsOfUser(Random& random, std::vector<WorldLine>& world) {
+  constexpr std::array<std::string_view, 9> lines = {
+      "keyboard german", "keyboard french", "keyboard japanese", "languages zh-Hans,en",
+      "macos 14.6",      "macos 15.1",      "idle never",        "user \"\" login ada unparsable",
+      "idle 5s"};
+  world.push_back({std::string(random.pick(lines))});
+  if (random.oneIn(3)) world.push_back({"pointer " + pointText(random.between(-10, 900), 200)});
+}
+
+void addPanel(Random& random, GeneratedMac& mac) {
+  const ApplicationSketch& below = random.pick(mac.sketch.applications);
+  if (below.windows.empty()) return;
+  const WindowSketch& window = below.windows.front();
+  mac.world.push_back({"panel pid " + std::to_string(panelPid) + " window " +
+                       std::to_string(panelWindow) + " over " + std::to_string(window.number)});
+  ApplicationSketch panel;
+  panel.pid = panelPid;
+  panel.bundle = "com.apple.appkit.xpc.openAndSavePanelService";
+  const Place place{window.place.x, window.place.y, 480, 200};
+  panel.windows.push_back({panelWindow, "Save", place});
+  mac.sketch.applications.push_back(std::move(panel));
+}
+
+}  // namespace
+
+GeneratedMac someMac(Random random, const Features& features) {
+  GeneratedMac mac;
+  mac.sketch.features = features;
+  addDisplays(random, mac);
+  mac.sketch.processes.push_back(servicePid);
+  mac.world.push_back({"process " + std::to_string(servicePid)});
+  if (features.denials) addDenials(random, mac.world);
+  if (features.pasteboard) addPasteboard(random, features, mac.world);
+  if (features.otherKeyboard) addHabitsOfUser(random, mac.world);
+  const std::size_t count = 1 + random.below(applicationsMax);
+  const std::size_t front = random.below(count + 1);  // at times none
+  for (std::size_t i = 0; i < count; ++i) {
+    addApplication(random, i, i == front, mac.sketch, mac.world);
+  }
+  if (features.panel) addPanel(random, mac);
+  return mac;
+}
+
+}  // namespace soak

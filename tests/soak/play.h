@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/desktop.h"
+#include "tests/soak/case.h"
+
+namespace soak {
+
+/// What became of a step.
+struct PlayedStep {
+  std::size_t client = 0;  // of the desktop
+  int status = 0;          // as testing_support::runDirect gives it
+  std::string output;
+  std::optional<Microseconds> began;  // absent: it never did
+  Microseconds ended = 0;
+};
+
+/// What happened when a case was played.
+struct Played {
+  simulator::World before;                      // the Mac that the case describes
+  std::unique_ptr<simulator::Desktop> desktop;  // as it was at the end
+  std::vector<PlayedStep> steps;                // as those of the case
+  long handlesLeft = 0;                         // more than the runs were to leave behind
+};
+
+/// How a case is played: runs of which none is beside another need no flows, which is faster.
+enum class Way { fast, inFlows };
+
+/// Whether all of its runs follow each other, none lives on, and none gets anything from outside.
+bool runsAlone(const Case& one);
+
+/// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is
+/// the path of one that exists. Throws simulator::WorldError for a case that says something
+/// impossible.
+Played play(const Case& one, const std::string& folder, Way way = Way::fast);
+
+/// Every call of every run with its answer.
+std::string traceOf(const Played& played);
+
+}  // namespace soak

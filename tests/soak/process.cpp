@@ -1,0 +1,158 @@
+#include "tests/soak/process.h"
+
+#include <utility>
+
+#include "main/dispatcher.h"
+
+namespace soak {
+
+using driver::Datum;
+using platform::Call;
+using platform::Function;
+using simulator::Turns;
+
+Process::Process(simulator::Desktop& desktop, Turns& turns, std::size_t client)
+    : desktop_(desktop),
+      turns_(turns),
+      client_(client),
+      state_(std::make_unique<simulated::ProcessState>()) {}
+
+Process::~Process() {
+  for (auto& [flow, thread] : threads_) thread.thread.join();
+}
+
+void Process::begin(std::vector<std::string> commandLine) {
+  const Flow flow = turns_.join(client_, Datum());
+  startThread(flow, [this, commandLine = std::move(commandLine)] {
+    const int status = driver::run(commandLine);
+    call({Function::exit, {driver::pack(status)}});
+    end(status);
+  });
+}
+
+/// The thread waits until it is given the turn.
+void Process::startThread(Flow flow, std::function<void()> body) {
+  Thread& own = threads_[flow];
+  own.thread = std::thread([this, flow, &own, body = std::move(body)] {
+    try {
+      own.turn.acquire();
+      if (!status_) body();
+      if (!status_) turns_.leave(flow);
+    } catch (const Ended&) {
+    }
+    own.over = true;
+    turnIsBack_.release();
+  });
+}
+
+bool Process::has(Flow flow) const {
+  const auto thread = threads_.find(flow);
+  return thread != threads_.end() && !thread->second.over;
+}
+
+void Process::install() {
+  driver::exchangeGlobals(std::move(globals_));
+  simulated::exchangeState(std::move(state_));
+  simulated::setChannel(this);
+}
+
+void Process::remove() {
+  simulated::setChannel(nullptr);
+  state_ = simulated::exchangeState(nullptr);
+  globals_ = driver::exchangeGlobals(nullptr);
+}
+
+void Process::giveTurn(Flow flow, Datum answer) {
+  Thread& thread = threads_.at(flow);
+  install();
+  present_ = flow;
+  thread.answer = std::move(answer);
+  thread.turn.release();
+  turnIsBack_.acquire();
+  remove();
+}
+
+/// Gives back the turn, and waits for the next.
+Datum Process::awaitTurn() {
+  Thread& own = threads_.at(present_);
+  turnIsBack_.release();
+  own.turn.acquire();
+  if (status_) throw Ended{};
+  return std::move(own.answer);
+}
+
+bool Process::isToldToEnd() const {
+  const simulator::Client& client = desktop_.client(client_);
+  return client.told && !client.exited && !isEnding_ && !status_;
+}
+
+Process::Flow Process::startEnding() {
+  isEnding_ = true;
+  const Flow flow = turns_.join(client_, Datum());
+  const int number = desktop_.client(client_).told->signal;
+  startThread(flow, [this, number] { endingHandler_(number); });
+  return flow;
+}
+
+bool Process::isKilled() const {
+  return !status_ && desktop_.client(client_).diedBySignal.has_value();
+}
+
+void Process::endWith(int status) {
+  if (!status_) status_ = status;
+  for (auto& [flow, thread] : threads_) {
+    if (!thread.over) giveTurn(flow, Datum());
+  }
+  turns_.leaveAll(client_);
+  desktop_.leave(client_);
+  globals_.reset();
+  state_.reset();
+}
+
+void Process::end(int status) {
+  if (!status_) status_ = status;
+  throw Ended{};
+}
+
+Datum Process::call(Call call) {
+  if (status_) throw Ended{};
+  const bool isLast = call.function == Function::exit || call.function == Function::dieBySignal;
+  const Flow self = present_;
+  auto answer = turns_.call(self, std::move(call));
+  if (isLast) return answer.value_or(Datum());
+  // Who is killed, or told to end, does not go on with the answer.
+  if (answer && (isKilled() || isToldToEnd())) {
+    turns_.wait(self, *std::exchange(answer, std::nullopt), desktop_.mac().now);
+  }
+  return answer ? std::move(*answer) : awaitTurn();
+}
+
+platform::Pid Process::ownPid() const { return desktop_.client(client_).pid; }
+
+void Process::startFlow(std::function<void()> body) {
+  if (status_) throw Ended{};
+  // A flow that is being started arrives before anybody else can go on.
+  const auto flow = driver::unpack<Flow>(*turns_.call(present_, {Function::startFlow, {}}));
+  turns_.arrive(client_, flow);
+  startThread(flow, std::move(body));
+}
+
+// Signals are happenings of the world.
+void Process::watchSignals(const std::vector<int>& /*numbers*/) {}
+
+void Process::awaitEndingSignal(const std::vector<int>& numbers, std::function<void(int)> handler) {
+  desktop_.mac().clients[client_]->endingSignals = {numbers.begin(), numbers.end()};
+  endingHandler_ = std::move(handler);
+}
+
+void Process::exit(int status) {
+  call({Function::exit, {driver::pack(status)}});
+  end(status);
+}
+
+void Process::dieBySignal(int signal) {
+  call({Function::dieBySignal, {driver::pack(signal)}});
+  end(128 + signal);
+}
+
+}  // namespace soak
