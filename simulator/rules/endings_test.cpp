@@ -33,6 +33,15 @@ TEST_F(broken_run, is_not_one_whose_reader_refused_the_output) {
   EXPECT_EQ(end("", 1), Sentences{});
 }
 
+TEST_F(broken_run, is_not_one_that_is_told_to_end_while_its_reader_takes_nothing) {
+  before(Function::writeOutput, {pack("x"), pack(true)});
+  client_.readerStalls = true;
+  client_.told = ToldToEnd{15, 0, false};
+  client_.diedBySignal = 15;
+
+  EXPECT_EQ(end("", 0), Sentences{});
+}
+
 TEST_F(broken_run, whose_input_was_withheld_and_yet_succeeds) {
   mac_.world.session.locked = true;
   checkSession();

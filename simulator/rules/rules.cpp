@@ -112,7 +112,9 @@ void Rules::finish(Violations& violations) {
   if (finished_) return;
   finished_ = true;
   const Client& client = run_.client;
-  if (client.exited && !run_.outputRefused && !isLongLived(run_.command())) {
+  // Whose reader takes nothing, and who is told to end while it waits, cannot say anything.
+  const bool isStalled = client.readerStalls && client.told;
+  if (client.exited && !run_.outputRefused && !isStalled && !isLongLived(run_.command())) {
     run_.reply = readReply(client.output);
   }
   for (const auto& rule : rules_) rule->atEnd(violations);

@@ -16,7 +16,8 @@ namespace {
 /// In the child.
 [[noreturn]] void tellVerdict(const Case& one, const std::string& folder, int descriptor) {
   alarm(caseSecondsMax);
-  const auto complaint = verdict(one, folder);
+  auto complaint = verdict(one, folder);
+  if (!complaint) complaint = repetition(one, folder);
   if (complaint) posix::writeAll(descriptor, complaint->judge + "\n" + complaint->text);
   _exit(0);
 }

@@ -7,8 +7,8 @@
 
 namespace soak {
 
-/// The verdict of a process of its own: what ends that, or does not come to an end, is a complaint
-/// by "crash" or "hang".
+/// The verdict of a process of its own, and whether the case is the same when it is repeated: what
+/// ends that process, or does not come to an end, is a complaint by "crash" or "hang".
 std::optional<Complaint> verdictApart(const Case& one, const std::string& folder);
 
 /// What a worker's end means, by the status that `wait` gives; none when it ended as it should.

@@ -46,8 +46,8 @@ void addFieldHabit(Random& random, WorldLine& line) {
       break;
     }
     default:
-      line.options.push_back("rejects " + std::string(random.pick(written)) +
-                             (random.oneIn(2) ? "" : " -25200"));
+      line.options.push_back("rejects " + std::string(random.pick(written)));
+      if (random.oneIn(2)) line.options.back() += " -25200";
       break;
   }
 }

@@ -143,8 +143,10 @@ class Player {
 }  // namespace
 
 bool runsAlone(const Case& one) {
-  return std::all_of(one.steps.begin(), one.steps.end(),
-                     [](const Step& step) { return !step.beside && step.deliveries.empty(); });
+  return std::all_of(one.steps.begin(), one.steps.end(), [](const Step& step) {
+    const bool livesOn = !step.words.empty() && simulator::isLongLived(step.words.front());
+    return !livesOn && !step.beside && step.deliveries.empty();
+  });
 }
 
 Played play(const Case& one, const std::string& folder, Way way) {
@@ -152,6 +154,8 @@ Played play(const Case& one, const std::string& folder, Way way) {
   const bool oneByOne = way == Way::fast && runsAlone(one);
   return oneByOne ? player.playOneByOne() : player.playTogether();
 }
+
+bool isKilled(const PlayedStep& step) { return step.status > 128 && step.output.empty(); }
 
 std::string traceOf(const Played& played) {
   std::string text;

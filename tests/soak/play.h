@@ -38,6 +38,9 @@ bool runsAlone(const Case& one);
 /// impossible.
 Played play(const Case& one, const std::string& folder, Way way = Way::fast);
 
+/// Whether a signal has ended the run before it could say so.
+bool isKilled(const PlayedStep& step);
+
 /// Every call of every run with its answer.
 std::string traceOf(const Played& played);
 

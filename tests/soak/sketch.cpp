@@ -18,8 +18,10 @@ Point someWhereIn(Random& random, const Place& place) {
     const std::int64_t y = place.y + random.between(1, place.height - 1);
     return {x, y};
   }
-  const std::int64_t x = place.x + random.between(-1, 1) + (random.oneIn(2) ? 0 : place.width);
-  const std::int64_t y = place.y + random.between(-1, 1) + (random.oneIn(2) ? 0 : place.height);
+  std::int64_t x = place.x + random.between(-1, 1);
+  if (random.oneIn(2)) x += place.width;
+  std::int64_t y = place.y + random.between(-1, 1);
+  if (random.oneIn(2)) y += place.height;
   return {x, y};
 }
 

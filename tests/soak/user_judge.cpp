@@ -70,8 +70,7 @@ bool holdsTheSame(const simulator::Pasteboard& one, const simulator::Pasteboard&
 /// What was lost of the clipboard is told, unless the run was killed: then nobody could.
 bool tellsOfClipboard(const Played& played) {
   return std::any_of(played.steps.begin(), played.steps.end(), [](const PlayedStep& step) {
-    const bool isKilled = step.status > 128 && step.output.empty();
-    return isKilled || step.output.find("\"copyLost\":true") != std::string::npos ||
+    return isKilled(step) || step.output.find("\"copyLost\":true") != std::string::npos ||
            step.output.find("\"clipboardRestored\":false") != std::string::npos;
   });
 }

@@ -2,15 +2,14 @@
 # simulated-mac run --virtual case.world -- bash replay.sh, with driver and simulated-mac in the path
 folder=$(mktemp -d)
 service=0
-mkfifo "$folder/input"
-env driver $'lock-guard' < "$folder/input" &
+mkfifo "$folder/input-1"
+env driver $'lock-guard' < "$folder/input-1" &
 run=$! service=$!
 (
-  exec 3> "$folder/input"
+  exec 3> "$folder/input-1"
   simulated-mac advance 1731287us > /dev/null
   kill -9 $run
 ) &
-rm "$folder/input"
 wait $run
 wait
 simulated-mac violations
