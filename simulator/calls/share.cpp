@@ -114,7 +114,9 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   picture->width = configuration.width;
   picture->height = configuration.height;
   const WindowNumber window = filter.windows.empty() ? 0 : filter.windows.front();
+  const Window* shown = findWindow(mac.world, window);
   enter(mac, {.kind = JournalEntry::Kind::capture,
+              .target = shown == nullptr ? 0 : shown->owner,
               .window = window,
               .what = filter.kind == 0 ? "window" : "display"});
   client.pictures.emplace(++mac.numbers, std::move(*picture));

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "base/datum.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/files.h"
 #include "simulator/companion/picture_changes.h"

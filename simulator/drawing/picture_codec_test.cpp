@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/datum.h"
 #include "simulator/drawing/digest.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/text/parse.h"

@@ -122,7 +122,7 @@ TEST(driver, clicks_in_the_background_in_virtual_time) {
             "0 {\"changed\":true,\"ok\":true,\"via\":\"background\",\"window\":7}\n");
   EXPECT_EQ(seen(mac.command({"journal", "--text"})),
             R"(0     0 ms  5000000  process joined driver bg-click Notes 130 95
-    0 ms  5000000  capture window
+    0 ms  5000000  capture 41/7 window
     0 ms  5000000  focus 41/7 give
    40 ms  5000000  post 41/7 moved -1,-1 private: priming
    67 ms  5000000  post 41/7 left-down -1,-1 private: priming
@@ -131,7 +131,7 @@ TEST(driver, clicks_in_the_background_in_virtual_time) {
   219 ms  5000000  post 41/7 left-down 130,95 private: press
   232 ms  5000000  post 41/7 left-up 130,95 private: pressed AXButton "Send"
   344 ms  5000000  focus 41/7 take
-  584 ms  5000000  capture window
+  584 ms  5000000  capture 41/7 window
   584 ms  5000000  reply "{"changed":true,"ok":true,"via":"background","window":7}"
   584 ms  5000000  process ended: status 0
 )");
@@ -159,9 +159,9 @@ TEST(driver, shares_virtual_time_with_another) {
     0 ms  5000001  process joined driver bg-click Notes 130 95
     0 ms  5000002  process joined driver bg-click Mail 930 95
     0 ms  5000000  process ended: gone, without a word
-    0 ms  5000001  capture window
+    0 ms  5000001  capture 41/7 window
     0 ms  5000001  focus 41/7 give
-    0 ms  5000002  capture window
+    0 ms  5000002  capture 42/8 window
     0 ms  5000002  focus 42/8 give
    40 ms  5000001  post 41/7 moved -1,-1 private: priming
    40 ms  5000002  post 42/8 moved -1,-1 private: priming
@@ -177,12 +177,12 @@ TEST(driver, shares_virtual_time_with_another) {
   232 ms  5000002  post 42/8 left-up 930,95 private: clicked AXButton "New", which does nothing
   344 ms  5000001  focus 41/7 take
   344 ms  5000002  focus 42/8 take
-  584 ms  5000001  capture window
+  584 ms  5000001  capture 41/7 window
   584 ms  5000001  reply "{"changed":true,"ok":true,"via":"background","window":7}"
   584 ms  5000001  process ended: status 0
-  584 ms  5000002  capture window
-  784 ms  5000002  capture window
-  984 ms  5000002  capture window
+  584 ms  5000002  capture 42/8 window
+  784 ms  5000002  capture 42/8 window
+  984 ms  5000002  capture 42/8 window
   984 ms  5000002  reply "{"changed":false,"ok":true,"via":"background","window":8}"
   984 ms  5000002  process ended: status 0
 )");

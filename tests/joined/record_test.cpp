@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 
 #include "mac.h"
 #include "worlds.h"
@@ -27,6 +26,16 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
   std::size_t count = 0;
   for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
   return count;
+}
+
+/// A page's pictures, with an ellipsis for what is in them.
+std::string withoutPixels(std::string text) {
+  const std::string key = "\"png\":\"";
+  for (std::size_t at = text.find(key); at != text.npos; at = text.find(key, at + 1)) {
+    const std::size_t begin = at + key.size();
+    text.replace(begin, text.find('"', begin) - begin, "…");
+  }
+  return text;
 }
 
 class record : public testing::Test {
@@ -136,8 +145,7 @@ TEST_F(record, shows_on_its_page_what_has_changed_on_the_screens) {
   // The pointer, where it was and where it is.
   const std::string text = contentsOf(page);
   const std::string pictures = text.substr(text.find("\"pictures\":["));
-  const std::string shown = std::regex_replace(pictures.substr(0, pictures.find("</script>")),
-                                               std::regex("\"png\":\"[^\"]*\""), "\"png\":\"…\"");
+  const std::string shown = withoutPixels(pictures.substr(0, pictures.find("</script>")));
   EXPECT_EQ(shown, R"("pictures":[{"after":0,"at":0.0,"height":900.0,"kind":"picture","missi)"
                    R"(ng":false,"regions":[{"height":900,"png":"…","width":1440,"x":0,"y":0})"
                    R"(],"whole":true,"width":1440.0,"x":0.0,"y":0.0},{"after":1,"at":0.0,"he)"
