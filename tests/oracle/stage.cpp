@@ -107,7 +107,9 @@ std::optional<std::string> Stage::text(const Element& element, const std::string
 std::optional<double> Stage::number(const Element& element, const std::string& name) {
   const Reading reading = read(element, name);
   if (const auto whole = as<std::int64_t>(reading)) return static_cast<double>(*whole);
-  return as<double>(reading);
+  const auto number = as<double>(reading);
+  // A reply cannot tell another one.
+  return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::optional<Element> Stage::link(const Element& element, const std::string& name) {
