@@ -259,13 +259,17 @@ class Writer {
                        " half of writes", " late 120ms", " late 400ms", " shows placeholder",
                        " composer", " composer without value", " rejects AXSelectedText",
                        " rejects AXValue", " rejects AXFocused -25200",
-                       " subrole AXSecureTextField", " selection 1+2", " takes files"});
+                       " subrole AXSecureTextField", " selection 1+2",
+                       " attribute AXSelectedTextRange range 1+100",
+                       " attribute AXSelectedTextRange \"x\"", " takes files"});
   }
 
   std::string lies(bool isDisabled) {
     const std::string target = labels_.empty() ? "" : inTextQuotes(chance_.of(labels_));
     Words some = {" attribute AXEditable true",
                   " attribute AXEditable 1",
+                  " attribute AXFocused true",
+                  " attribute AXFocused true",
                   " attribute AXFocused true",
                   " attribute AXPosition point nan,3",
                   " attribute AXSize size 10x-4",
@@ -279,8 +283,6 @@ class Writer {
                   " attribute AXModal true",
                   " attribute AXPosition point 0.30000000000000004,0.0000001",
                   " attribute AXPosition point 123456789012345678,-0.0",
-                  " attribute AXSelectedTextRange range 1+100",
-                  " attribute AXSelectedTextRange \"x\"",
                   " attribute AXNumber 3",
                   " failing AXParent -25212",
                   " attribute AXParent opaque 3",
