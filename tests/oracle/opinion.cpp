@@ -30,6 +30,8 @@ std::string nameOf(Silence silence) {
       return "a path that is no text";
     case Silence::onlyPromises:
       return "a clipboard that cannot be read";
+    case Silence::shownDecoration:
+      return "a decoration shown as the value, and a selection refused";
     case Silence::splitCharacter:
       return "a selection inside a character";
   }

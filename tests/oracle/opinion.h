@@ -20,12 +20,14 @@ enum class Silence {
   outsideTheMac,  // the reply depends on a file of the machine that the test runs on
 
   // The reference leaves it open.
-  repeatedText,   // the same text twice for ax-find-text
-  equallyLow,     // two controls for "last" with the same top edge, or one without a frame
-  oddNumber,      // a number in hexadecimal, with a payload or beyond what a double holds
-  oddPath,        // a path that is no well-formed text
-  onlyPromises,   // a clipboard whose items cannot be read
-  splitCharacter  // a selection that begins or ends in the middle of a character
+  repeatedText,     // the same text twice for ax-find-text
+  equallyLow,       // two controls for "last" with the same top edge, or one without a frame
+  oddNumber,        // a number in hexadecimal, with a payload or beyond what a double holds
+  oddPath,          // a path that is no well-formed text
+  onlyPromises,     // a clipboard whose items cannot be read
+  shownDecoration,  // whether a second write follows in a field that shows its decoration as its
+                    // value
+  splitCharacter    // a selection that begins or ends in the middle of a character
 };
 
 /// Thrown where the oracle says nothing.

@@ -163,7 +163,7 @@ Expectation played(const simulator::Mac& before, const std::vector<std::string>&
   }
   if (stage.isExact()) {
     expectation.elapsed = stage.elapsed();
-    expectation.effects = stage.effects();
+    expectation.effects = comparableEffects(stage.effects());
   }
   return expectation;
 }

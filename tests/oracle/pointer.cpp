@@ -163,7 +163,7 @@ Json background(Stage& stage, const std::string& app, Point point,
 
 std::string backgroundClick(Stage& stage, Pid pid, const TargetWindow& window, Point point,
                             std::int64_t count, bool isRight) {
-  if (!stage.has("CGEventSetWindowLocation", "")) return functionsMissing;
+  if (!stage.has("CGEventSetWindowLocation", "SkyLight")) return functionsMissing;
   if (count < 1 || count > 2) return "unsupported click count " + std::to_string(count);
   BorrowedFocus borrowed(stage, pid, window.number);
   if (borrowed.hasFailed()) return noFocus;
@@ -181,7 +181,7 @@ std::string backgroundClick(Stage& stage, Pid pid, const TargetWindow& window, P
 
 std::string backgroundMotion(Stage& stage, Pid pid, const TargetWindow& window, Point from,
                              const std::optional<Scroll>& scroll) {
-  if (!stage.has("CGEventSetWindowLocation", "") || !canPost(stage)) return motionMissing;
+  if (!stage.has("CGEventSetWindowLocation", "SkyLight") || !canPost(stage)) return motionMissing;
   const bool chromium = isChromium(stage, pid);
   BorrowedFocus borrowed(stage, pid, window.number);
   if (borrowed.hasFailed()) return noFocus;
@@ -254,7 +254,7 @@ Json bgDrag(Stage& stage, const Words& words) {
   const Point point = pointAt(words, 1);
   return background(stage, words[0], point, [&](Pid pid, const TargetWindow&) -> std::string {
     pointAt(words, 3);
-    if (!stage.has("CGEventSetWindowLocation", "") || !canPost(stage)) return motionMissing;
+    if (!stage.has("CGEventSetWindowLocation", "SkyLight") || !canPost(stage)) return motionMissing;
     if (isChromium(stage, pid)) {
       return "Chromium background drag is unsupported: the renderer requires global mouse-button "
              "state";

@@ -227,6 +227,10 @@ class Writer {
     const bool takesText = takesTextByRole(role);
     if (takesText || role == "AXStaticText" || chance_.oneIn(8)) {
       words += " value " + inTextQuotes(chance_.of(someTexts()));
+    } else if (role == "AXCheckBox" || role == "AXImage") {
+      words += " value " + chance_.of({"true", "2.5", "-3", "0.1", "123456789012", "false", "nan"});
+    } else if (role == "AXSlider" && chance_.oneIn(4)) {
+      words += " value 6 attribute AXMinValue " + chance_.of({"nan", "\"0\"", "inf", "0.1"});
     } else if (role == "AXSlider") {
       words += " range 0..24 value " + chance_.of({"6", "2.5", "24"});
     }
@@ -255,19 +259,33 @@ class Writer {
                        " half of writes", " late 120ms", " late 400ms", " shows placeholder",
                        " composer", " composer without value", " rejects AXSelectedText",
                        " rejects AXValue", " rejects AXFocused -25200",
-                       " subrole AXSecureTextField", " selection 1+2", " takes files"});
+                       " subrole AXSecureTextField", " selection 1+2",
+                       " attribute AXSelectedTextRange range 1+100",
+                       " attribute AXSelectedTextRange \"x\"", " takes files"});
   }
 
   std::string lies(bool isDisabled) {
     const std::string target = labels_.empty() ? "" : inTextQuotes(chance_.of(labels_));
-    Words some = {" attribute AXEditable true",   " attribute AXEditable 1",
-                  " attribute AXFocused true",    " attribute AXPosition point nan,3",
-                  " attribute AXSize size 10x-4", " attribute AXSize \"none\"",
-                  " failing AXChildren -25204",   " failing AXChildren -25212",
-                  " failing AXRole -25200",       " failing AXTitle -25204",
-                  " failing AXValue -25212",      " attribute AXRole \"AXButton\"",
-                  " attribute AXModal true",      " attribute AXNumber 3",
-                  " failing AXParent -25212",     " attribute AXParent opaque 3",
+    Words some = {" attribute AXEditable true",
+                  " attribute AXEditable 1",
+                  " attribute AXFocused true",
+                  " attribute AXFocused true",
+                  " attribute AXFocused true",
+                  " attribute AXPosition point nan,3",
+                  " attribute AXSize size 10x-4",
+                  " attribute AXSize \"none\"",
+                  " failing AXChildren -25204",
+                  " failing AXChildren -25212",
+                  " failing AXRole -25200",
+                  " failing AXTitle -25204",
+                  " failing AXValue -25212",
+                  " attribute AXRole \"AXButton\"",
+                  " attribute AXModal true",
+                  " attribute AXPosition point 0.30000000000000004,0.0000001",
+                  " attribute AXPosition point 123456789012345678,-0.0",
+                  " attribute AXNumber 3",
+                  " failing AXParent -25212",
+                  " attribute AXParent opaque 3",
                   " failing AXFrame -25204"};
     if (!isDisabled) some.push_back(" attribute AXEnabled " + chance_.of({"false", "0", "true"}));
     if (!target.empty()) {

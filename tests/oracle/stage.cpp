@@ -107,7 +107,9 @@ std::optional<std::string> Stage::text(const Element& element, const std::string
 std::optional<double> Stage::number(const Element& element, const std::string& name) {
   const Reading reading = read(element, name);
   if (const auto whole = as<std::int64_t>(reading)) return static_cast<double>(*whole);
-  return as<double>(reading);
+  const auto number = as<double>(reading);
+  // A reply cannot tell another one.
+  return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::optional<Element> Stage::link(const Element& element, const std::string& name) {
@@ -203,8 +205,7 @@ void Stage::requireStill(Microseconds until) const {
 
 void Stage::wait(Microseconds time) {
   requireStill(mac_.now + time);
-  simulator::settleWrites(mac_.world, mac_.now + time);
-  mac_.now += time;
+  simulator::passTimeTo(mac_, mac_.now + time);
 }
 
 void Stage::post(Pid pid, const platform::EventImage& event, simulator::Route route) {
@@ -253,7 +254,7 @@ std::string Stage::effects() const {
     const std::string line = simulator::effectLine(entry, start_);
     if (!line.empty()) lines += line + "\n";
   }
-  return comparableEffects(lines);
+  return lines;
 }
 
 }  // namespace oracle

@@ -2,6 +2,7 @@
 
 #include "tests/oracle/commands.h"
 #include "tests/oracle/elements.h"
+#include "tests/oracle/opinion.h"
 #include "tests/oracle/text_entry.h"
 #include "tests/oracle/texts.h"
 #include "tests/oracle/windows.h"
@@ -125,7 +126,11 @@ void writeAtRange(Stage& stage, Insertion& insertion) {
   }
   if (hasLanded(stage, insertion)) return;
   const std::string value = stage.text(insertion.field, "AXValue").value_or("");
-  if (!same(squashed(value), squashed(insertion.prior))) return;
+  const std::string content = contentOf(stage, insertion.field, insertion.chrome);
+  const bool isValueKept = same(squashed(value), squashed(insertion.prior));
+  const bool isContentKept = same(squashed(content), squashed(insertion.prior));
+  if (isValueKept != isContentKept) throw NoOpinion{Silence::shownDecoration};
+  if (!isValueKept) return;
   // A field may show what it does not tell as its value: it has changed all the same.
   if (fieldText(stage, insertion.field).text != shown.text) return;
   if (stage.write(insertion.field, "AXValue", insertion.expected) == 0) insertion.method = "value";
