@@ -2,6 +2,7 @@
 // needs, is cut off.
 import assert from "node:assert/strict";
 import { test } from "node:test";
+import { setTimeout as moment } from "node:timers/promises";
 import {
   callsOf,
   desk,
@@ -252,6 +253,31 @@ for (const signal of ["SIGTERM", "SIGINT", "SIGHUP"]) {
       assert.equal((await over).signal, signal);
       assert.deepEqual(processesOn(simulated), []);
       await simulated.check();
+    } finally {
+      await simulated.end();
+    }
+  });
+}
+
+for (const [name, given] of [
+  ["press_label", { app: "Chat", label: "Accept" }],
+  ["guard_cover", {}]
+]) {
+  test(`a host that goes as soon as it has asked for ${name} leaves nothing behind`, async () => {
+    const simulated = await startMac(desk, { realTime: true });
+    try {
+      for (const milliseconds of [0, 20, 40, 60, 80]) {
+        await simulated.tell("unlock");
+        const { say, line, over, child } = started([], environmentOf(simulated));
+        say(initialize);
+        await line();
+        say(request(1, "tools/call", { name, arguments: given }));
+        await moment(milliseconds);
+        child.stdin.end();
+        assert.equal((await over).status, 0);
+        assert.deepEqual(processesOn(simulated), []);
+      }
+      assert.deepEqual(await simulated.violations(), []);
     } finally {
       await simulated.end();
     }
