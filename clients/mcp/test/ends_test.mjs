@@ -284,6 +284,22 @@ for (const [name, given] of [
   });
 }
 
+test("a host that goes while an application hangs is not waited for", async () => {
+  const simulated = await startMac(desk, { realTime: true });
+  try {
+    await simulated.tell("hang", "Chat");
+    const { say, line, over, child } = started([], environmentOf(simulated));
+    say(initialize);
+    await line();
+    say(request(1, "tools/call", { name: "see_list", arguments: { app: "Chat" } }));
+    await real.until(async () => runsOf(simulated, "ax-list").length > 0, { everyMs: 5 });
+    child.stdin.end();
+    assert.deepEqual([(await over).status, processesOn(simulated)], [0, []]);
+  } finally {
+    await simulated.end();
+  }
+});
+
 test("a host that goes while a click is on its way leaves nothing behind", async () => {
   const simulated = await startMac(desk, { realTime: true });
   try {
