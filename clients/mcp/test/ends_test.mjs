@@ -181,6 +181,8 @@ test("a call that is cancelled ends its run, which gives back what it had borrow
       cancel.abort(new Error("enough"));
       await assert.rejects(click, /enough/);
       await real.until(async () => runsOf(simulated, "bg-click").length === 0, { everyMs: 5 });
+      // It has died of the signal that told it to end.
+      assert.equal(await callsOf(simulated, "process.die"), 1);
       assert.equal((await call("see_scene")).structuredContent.ok, true);
     },
     { realTime: true }
