@@ -39,7 +39,7 @@ class Cover {
 export class Guarding {
   readonly #mac: Mac;
   #cover: Cover | undefined;
-  #isCovering = false;
+  #beginning: Promise<Told> | undefined;
   #awake: KeepAwake | undefined;
 
   constructor(mac: Mac) {
@@ -47,19 +47,11 @@ export class Guarding {
   }
 
   async cover(options: GuardOptions): Promise<Told> {
-    if (this.#isCovering || this.#cover?.isOver === false) {
+    if (this.#beginning !== undefined || this.#cover?.isOver === false) {
       throw new Refusal("already-covered", "the Mac is covered", "Go on: it is.");
     }
-    this.#isCovering = true;
-    try {
-      const guard = this.#mac.lockGuard(options);
-      const covered = await guard.line();
-      this.#cover = new Cover(guard);
-      this.#lockIfKilled(this.#cover);
-      return covered as unknown as Told;
-    } finally {
-      this.#isCovering = false;
-    }
+    this.#beginning = this.#begin(options).finally(() => (this.#beginning = undefined));
+    return this.#beginning;
   }
 
   say(isOperating: boolean): Told {
@@ -110,7 +102,16 @@ export class Guarding {
 
   /** Ends all of it; a cover locks. */
   async end(): Promise<void> {
+    await this.#beginning?.catch(() => undefined);
     await Promise.allSettled([this.#cover?.end(), this.#awake?.end()]);
+  }
+
+  async #begin(options: GuardOptions): Promise<Told> {
+    const guard = this.#mac.lockGuard(options);
+    const covered = await guard.line();
+    this.#cover = new Cover(guard);
+    this.#lockIfKilled(this.#cover);
+    return covered as unknown as Told;
   }
 
   // A guard that was killed leaves the screens bare and the Mac unlocked.

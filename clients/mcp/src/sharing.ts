@@ -89,6 +89,9 @@ export class Sharing {
   async end(): Promise<void> {
     this.#stopped ??= new Refusal("service-ended", "the connection is closed", goneRemedy);
     await this.#running?.service.end().catch(() => undefined);
+    // One may just have been started.
+    await this.#last;
+    await this.#running?.service.end().catch(() => undefined);
   }
 
   #inTurn<Result>(work: () => Promise<Result>): Promise<Result> {

@@ -2,6 +2,7 @@
 // needs, is cut off.
 import assert from "node:assert/strict";
 import { test } from "node:test";
+import { setTimeout as moment } from "node:timers/promises";
 import {
   callsOf,
   desk,
@@ -180,6 +181,8 @@ test("a call that is cancelled ends its run, which gives back what it had borrow
       cancel.abort(new Error("enough"));
       await assert.rejects(click, /enough/);
       await real.until(async () => runsOf(simulated, "bg-click").length === 0, { everyMs: 5 });
+      // It has died of the signal that told it to end.
+      assert.equal(await callsOf(simulated, "process.die"), 1);
       assert.equal((await call("see_scene")).structuredContent.ok, true);
     },
     { realTime: true }
@@ -257,6 +260,47 @@ for (const signal of ["SIGTERM", "SIGINT", "SIGHUP"]) {
     }
   });
 }
+
+for (const [name, given] of [
+  ["press_label", { app: "Chat", label: "Accept" }],
+  ["guard_cover", {}]
+]) {
+  test(`a host that goes as soon as it has asked for ${name} leaves nothing behind`, async () => {
+    const simulated = await startMac(desk, { realTime: true });
+    try {
+      for (const milliseconds of [0, 20, 40, 60, 80]) {
+        await simulated.tell("unlock");
+        const { say, line, over, child } = started([], environmentOf(simulated));
+        say(initialize);
+        await line();
+        say(request(1, "tools/call", { name, arguments: given }));
+        await moment(milliseconds);
+        child.stdin.end();
+        assert.equal((await over).status, 0);
+        assert.deepEqual(processesOn(simulated), []);
+      }
+      assert.deepEqual(await simulated.violations(), []);
+    } finally {
+      await simulated.end();
+    }
+  });
+}
+
+test("a host that goes while an application hangs is not waited for", async () => {
+  const simulated = await startMac(desk, { realTime: true });
+  try {
+    await simulated.tell("hang", "Chat");
+    const { say, line, over, child } = started([], environmentOf(simulated));
+    say(initialize);
+    await line();
+    say(request(1, "tools/call", { name: "see_list", arguments: { app: "Chat" } }));
+    await real.until(async () => runsOf(simulated, "ax-list").length > 0, { everyMs: 5 });
+    child.stdin.end();
+    assert.deepEqual([(await over).status, processesOn(simulated)], [0, []]);
+  } finally {
+    await simulated.end();
+  }
+});
 
 test("a host that goes while a click is on its way leaves nothing behind", async () => {
   const simulated = await startMac(desk, { realTime: true });
