@@ -246,7 +246,11 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
   const Application* own = findApplication(run_.mac.world, window->owner);
   const Window& root = rootOf(run_.mac.world, *window);
   const bool isPanel = own != nullptr && own->bundleIdentifier == panelService;
-  if (!isPanel && !titleInScope(run_.client, root.title.value_or(""))) {
+  // A sheet that has a title counts by that as well: an application may tell it as its key window.
+  const std::string ownTitle = window->title.value_or("");
+  const bool inScope = titleInScope(run_.client, root.title.value_or("")) ||
+                       (!ownTitle.empty() && titleInScope(run_.client, ownTitle));
+  if (!isPanel && !inScope) {
     violations.push_back("I11: keys for a window outside the scope");
   }
   if (toldNumbers_.count(number) > 0) return;

@@ -303,6 +303,30 @@ TEST_F(broken_key_targets, for_a_window_outside_the_scope) {
   EXPECT_EQ(end(), Sentences{"I11: keys for a window outside the scope"});
 }
 
+TEST_F(broken_key_targets, are_not_those_for_a_sheet_whose_own_title_is_in_the_scope) {
+  client_.environment["CU_WINDOW"] = "Inbox";
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 7) window.sheetOf = 8;
+  }
+  keyRecord(1);
+  keyRecord(2);
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, for_a_sheet_without_a_title_on_a_window_outside_the_scope) {
+  client_.environment["CU_WINDOW"] = "Inbox";
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 7) window.sheetOf = 8;
+    if (window.number == 7) window.title = "";
+  }
+  keyRecord(1);
+  keyRecord(2);
+
+  EXPECT_EQ(end(), (Sentences{"I11: keys for a window outside the scope",
+                              "I12: keys for one of two windows that cannot be told apart"}));
+}
+
 }  // namespace
 
 }  // namespace simulator

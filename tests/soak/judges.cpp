@@ -6,6 +6,7 @@
 
 #include "simulator/text/error.h"
 #include "tests/soak/contract_judge.h"
+#include "tests/soak/oracle_judge.h"
 #include "tests/soak/user_judge.h"
 #include "tests/support/channels.h"
 
@@ -37,7 +38,7 @@ std::string keptHandles(const Case& /*one*/, const Played& played) {
 constexpr std::array allJudges = {
     Judge{"rules", brokenRule},       Judge{"ending", endlessRun},
     Judge{"handles", keptHandles},    Judge{"contract", lineOutsideOfContract},
-    Judge{"user", disturbanceOfUser},
+    Judge{"user", disturbanceOfUser}, Judge{"oracle", difference},
 };
 
 /// Of a rule's sentence, which begins with its name: "rules I5".

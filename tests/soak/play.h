@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "simulator/desktop.h"
+#include "tests/oracle/oracle.h"
 #include "tests/soak/case.h"
 
 namespace soak {
@@ -17,6 +18,9 @@ struct PlayedStep {
   std::string output;
   std::optional<Microseconds> began;  // absent: it never did
   Microseconds ended = 0;
+  std::optional<oracle::Expectation> expected;  // where the oracle has an opinion
+  std::int64_t entriesBefore = 0;               // of the journal, when it began
+  std::int64_t entriesAfter = 0;                // and when it had ended
 };
 
 /// What happened when a case was played.
