@@ -6,8 +6,8 @@ _simulated_mac() {
     words='run serve stop list report screenshot state tree value journal trace violations fault advance help lock unlock leave return quit end front hang recover user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
   else
     case "${COMP_WORDS[1]}" in
-      run) words='--no-pictures --record --virtual'; files=yes ;;
-      serve) words='--no-pictures --record --socket --until-closed --virtual'; files=yes ;;
+      run) words='--no-pictures --record --seed --virtual'; files=yes ;;
+      serve) words='--no-pictures --record --seed --socket --until-closed --virtual'; files=yes ;;
       stop) if [ "$COMP_CWORD" -eq 2 ]; then words+=' sharing'; fi ;;
       report) files=yes ;;
       screenshot) files=yes ;;

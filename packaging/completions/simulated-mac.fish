@@ -37,10 +37,12 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a invalida
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a disable -d 'the system disables every event tap, as if the user wanted so, or for being slow'
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l record
+complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l record
+complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l socket
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l until-closed
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l virtual

@@ -6,6 +6,7 @@ import os
 import signal
 import subprocess
 import threading
+import weakref
 from typing import Any, Dict, Optional, Sequence, Set
 
 from .errors import NoReplyError
@@ -16,13 +17,23 @@ END_SECONDS_MAX = 3.0
 _SIGNALS = (signal.SIGTERM, signal.SIGHUP)  # SIGINT raises KeyboardInterrupt, which ends a run too
 _lock = threading.RLock()
 _children: Set["subprocess.Popen[Any]"] = set()
+_told_children: "weakref.WeakSet[subprocess.Popen[Any]]" = weakref.WeakSet()
 _listening: Set[int] = set()
 _told: Optional[int] = None
 
 
+def _tell_to_end(child: "subprocess.Popen[Any]") -> None:
+    """Once, whoever asks: at a second signal driver ends at once, and gives nothing back."""
+    with _lock:
+        if child in _told_children:
+            return
+        _told_children.add(child)
+    child.terminate()
+
+
 def end_child(child: "subprocess.Popen[Any]") -> None:
     """Ends a child so that it gives back what it has borrowed, and returns when it has ended."""
-    child.terminate()
+    _tell_to_end(child)
     try:
         child.wait(END_SECONDS_MAX)
     except subprocess.TimeoutExpired:
@@ -32,7 +43,7 @@ def end_child(child: "subprocess.Popen[Any]") -> None:
 
 def _tell_all() -> None:
     for child in list(_children):
-        child.terminate()
+        _tell_to_end(child)
 
 
 def _note_signal(number: int, _frame: Any) -> None:

@@ -12,6 +12,7 @@ from pathlib import Path
 
 from support import DESK, DRIVER, HERE, ROOT, SIMULATED_MAC, on_mac, start_mac
 
+from driver_client import children
 from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, Mac, NoReplyError,
                            ServiceEndedError, TimedOutError)
 
@@ -107,6 +108,21 @@ class Callers(unittest.TestCase):
                 caller.send_signal(number)
                 self.assertEqual(status, caller.wait())
                 self.assertEqual([], processes_on(simulated))
+
+    def test_tell_a_child_to_end_once_whoever_asks(self):
+        child = children.start_child(
+            "/bin/sh", ["-c", "trap 'echo told' TERM; echo ready; until read -r line; do :; done"],
+            dict(os.environ), subprocess.PIPE)
+        self.addCleanup(children.forget, child)
+        self.assertEqual(b"ready\n", child.stdout.readline())
+        enders = [threading.Thread(target=children.end_child, args=(child,)) for _ in range(2)]
+        enders[0].start()
+        self.assertEqual(b"told\n", child.stdout.readline())
+        children._tell_to_end(child)
+        enders[1].start()
+        self.assertEqual((b"", b""), child.communicate(b"go on\n"))
+        for ender in enders:
+            ender.join()
 
     def test_that_are_told_to_end_take_what_keeps_going_with_them(self):
         simulated = start_mac(real_time=True)

@@ -5,23 +5,31 @@ const endMillisecondsMax = 3000;
 
 const signals: NodeJS.Signals[] = ["SIGTERM", "SIGINT", "SIGHUP"];
 const children = new Set<ChildProcess>();
+const told = new WeakSet<ChildProcess>();
 
 function ended(child: ChildProcess): Promise<void> {
   if (child.exitCode !== null || child.signalCode !== null) return Promise.resolve();
   return new Promise((resolve) => child.once("exit", () => resolve()));
 }
 
+/** Once, whoever asks: at a second signal driver ends at once, and gives nothing back. */
+function tellToEnd(child: ChildProcess): void {
+  if (told.has(child)) return;
+  told.add(child);
+  child.kill("SIGTERM");
+}
+
 /** Ends a child so that it gives back what it has borrowed, and returns when it has ended. */
 export async function endChild(child: ChildProcess): Promise<void> {
   if (child.pid === undefined) return;
-  child.kill("SIGTERM");
+  tellToEnd(child);
   const patience = setTimeout(() => child.kill("SIGKILL"), endMillisecondsMax);
   await ended(child);
   clearTimeout(patience);
 }
 
 function tellAll(): void {
-  for (const child of children) child.kill("SIGTERM");
+  for (const child of children) tellToEnd(child);
 }
 
 // A caller that is told to end first lets its children end; then the signal has its ordinary effect,

@@ -3,8 +3,10 @@ import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
 import { readdirSync, readFileSync } from "node:fs";
 import { test } from "node:test";
+import { createInterface } from "node:readline";
 import { fileURLToPath } from "node:url";
 import { DriverError, Mac, NoReplyError, ordinaryClock, TimedOutError } from "driver-client";
+import { endChild, startChild } from "../dist/children.js";
 import { desk, executables, onMac, root, startMac } from "./support.mjs";
 
 const caller = fileURLToPath(new URL("caller.mjs", import.meta.url));
@@ -61,6 +63,19 @@ test("a caller that is told to end lets its runs give focus back first", async (
     assert.equal(await over, "SIGTERM");
     assert.deepEqual(runsOn(simulated.socket), []);
   }, { realTime: true });
+});
+
+test("a child is told to end once, whoever asks", async () => {
+  const child = startChild("/bin/sh",
+    ["-c", "trap 'echo told' TERM; echo ready; until read -r line; do :; done"], process.env);
+  const lines = createInterface({ input: child.stdout })[Symbol.asyncIterator]();
+  assert.equal((await lines.next()).value, "ready");
+  const over = endChild(child);
+  assert.equal((await lines.next()).value, "told");
+  const overToo = endChild(child);
+  child.stdin.end("go on\n");
+  await Promise.all([over, overToo]);
+  assert.deepEqual(await lines.next(), { done: true, value: undefined });
 });
 
 test("a caller that is killed leaves no service, no guard and nothing else behind", async () => {
