@@ -84,7 +84,9 @@ void Desktop::leave(std::size_t index) {
   client.displayHolds.clear();
   dropTaps(mac_, client);
   if (!std::exchange(client.left, true)) tellOfEnd(client);
-  if (!client.exited && holdsAnything(mac_, client.pid)) mac_.killed.insert(client.pid);
+  // Who may post nothing more leaves what is down, also when it dies of a reader that has gone.
+  const bool isKilled = !client.exited && !rules_[index]->inputWasEnded();
+  if (isKilled && holdsAnything(mac_, client.pid)) mac_.killed.insert(client.pid);
   rules_[index]->finish(violations_);
   tellOfViolations(client.pid);
 }

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <future>
@@ -178,6 +179,10 @@ class JoinedChannel : public platform::Channel {
   Datum enter(const Datum& greeting) {
     flowDescriptor = connectToSocket(path_);
     if (flowDescriptor < 0) waitForEnd();
+    const bool isRefused = flowDescriptor < 0 && errno == EACCES;
+    if (isRefused || (flowDescriptor >= 0 && isAnotherUsers(flowDescriptor))) {
+      failWithoutMac("the simulated Mac at " + path_ + " is another user's");
+    }
     if (flowDescriptor < 0) failWithoutMac("no simulated Mac at " + path_ + howToStart);
     auto answer = tryExchange(greeting);
     if (!answer) failGone();

@@ -48,4 +48,11 @@ int connectToSocket(const std::string& name) {
   return descriptor;
 }
 
+bool isAnotherUsers(int descriptor) {
+  ucred peer{};
+  socklen_t length = sizeof peer;
+  if (getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) return false;
+  return peer.uid != geteuid() && geteuid() != 0;
+}
+
 }  // namespace simulated

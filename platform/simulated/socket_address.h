@@ -20,7 +20,11 @@ struct SocketAddress {
 std::optional<SocketAddress> socketAddress(const std::string& name);
 
 /// Connects to that socket. The descriptor is the caller's and is not inherited by other programs.
-/// -1 when nobody listens there.
+/// -1, with the reason in `errno`, when nobody listens there.
 int connectToSocket(const std::string& name);
+
+/// Whether the process at the other end of a connected socket is another user's, who takes no more
+/// of this one. Nobody is another user to root.
+bool isAnotherUsers(int descriptor);
 
 }  // namespace simulated

@@ -39,15 +39,6 @@ std::string macFromEnvironment() {
       "WORLD\" prints");
 }
 
-/// Whose the process at the other end is.
-std::optional<uid_t> ownerOf(const Descriptor& socket) {
-  ucred peer{};
-  socklen_t length = sizeof peer;
-  const int result = getsockopt(socket.number(), SOL_SOCKET, SO_PEERCRED, &peer, &length);
-  if (result != 0) return std::nullopt;
-  return peer.uid;
-}
-
 /// A line to a Mac, for commands to it.
 class Line {
  public:
@@ -55,8 +46,7 @@ class Line {
   explicit Line(std::string mac) : mac_(std::move(mac)), socket_(simulated::connectToSocket(mac_)) {
     if (socket_.number() < 0 && errno == EACCES) throw Failure(refusal());
     if (socket_.number() < 0) throw Failure("no simulated Mac at " + mac_);
-    const auto owner = ownerOf(socket_);
-    if (owner && *owner != geteuid() && geteuid() != 0) throw Failure(refusal());
+    if (simulated::isAnotherUsers(socket_.number())) throw Failure(refusal());
   }
 
   Answer ask(const std::vector<std::string>& words) {

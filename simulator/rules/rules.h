@@ -29,6 +29,10 @@ class Rules {
   /// Before the clock moves on.
   void beforeTimePasses(Violations& violations);
 
+  /// Whether a check of the run's own has ended its input, with what was pressed then: nothing may
+  /// be posted after it.
+  bool inputWasEnded() const { return run_.everUnusable || run_.livenessFailed; }
+
   /// When the client has gone. Only the first call counts.
   void finish(Violations& violations);
 

@@ -231,5 +231,15 @@ TEST(driver, writes_the_picture_it_is_asked_for) {
   EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
 
+TEST(driver, may_leave_a_button_down_when_the_service_has_gone_whether_it_is_read_or_not) {
+  const ServedMac mac(std::string(notes) + "process 900\nat 225ms end process 900\n");
+
+  const Finished finished = run({"/bin/sh", "-c", "\"$0\" bg-click Notes 130 95 | :", driverPath()},
+                                mac.environment({{"CU_CAPTURE_PID", "900"}}));
+
+  EXPECT_EQ(seen(finished), "0 ");
+  EXPECT_EQ(seen(mac.command({"violations"})), std::string("0 ") + noViolations);
+}
+
 }  // namespace
 }  // namespace joined

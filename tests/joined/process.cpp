@@ -137,7 +137,11 @@ void Process::write(const std::string& text) const {
 }
 
 void Process::keepReplies() const {
-  if (command_.front() == DRIVER_EXECUTABLE) testing_support::keepReplies(command_, written_);
+  const bool hasWrapper = command_.front() == asAnotherUser.front();
+  const std::size_t wrapper = hasWrapper ? asAnotherUser.size() : 0;
+  if (command_.at(wrapper) != DRIVER_EXECUTABLE) return;
+  testing_support::keepReplies(
+      {command_.begin() + static_cast<std::ptrdiff_t>(wrapper), command_.end()}, written_);
 }
 
 void Process::closeInput() { closeNow(input_); }

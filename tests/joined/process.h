@@ -63,6 +63,10 @@ class Process {
   Finished finished_;
 };
 
+/// What a command is put behind to be another user's. Only root can.
+inline const std::vector<std::string> asAnotherUser = {"/usr/bin/setpriv", "--reuid=65534",
+                                                       "--clear-groups"};
+
 /// Runs a program with this standard input to its end.
 Finished run(const std::vector<std::string>& command, const Environment& environment = {},
              const std::string& input = "");

@@ -162,7 +162,7 @@ TEST(serve, tells_another_user_whose_it_is) {
   if (geteuid() != 0) GTEST_SKIP() << "not root";
   const ServedMac mac(notes);
   const auto asStranger = [&](const std::vector<std::string>& words) {
-    std::vector<std::string> command = {"/usr/bin/setpriv", "--reuid=65534", "--clear-groups"};
+    std::vector<std::string> command = asAnotherUser;
     command.insert(command.end(), words.begin(), words.end());
     return seen(run(command, mac.environment()));
   };
@@ -171,6 +171,8 @@ TEST(serve, tells_another_user_whose_it_is) {
                                                            mac.socket() +
                                                            " is another user's\",\"ok\":false}\n");
   EXPECT_EQ(asStranger({simulatedMacPath(), "list"}), "0 ");
+  EXPECT_EQ(asStranger({driverPath(), "session"}),
+            failure("the simulated Mac at " + mac.socket() + " is another user's"));
 }
 
 TEST(serve, tells_its_version) {
