@@ -15,7 +15,8 @@ constexpr std::int64_t ownEventTag = 0x5A545256;
 std::string emptyRecord(WindowNumber window) {
   std::string record(248, '\0');
   record[0x04] = '\xF8';
-  for (int i = 0; i < 4; ++i) record[0x3C + i] = static_cast<char>((window >> (8 * i)) & 0xFF);
+  for (std::size_t i = 0; i < 4; ++i)
+    record[0x3C + i] = static_cast<char>((window >> (8 * i)) & 0xFF);
   return record;
 }
 
@@ -51,7 +52,7 @@ bool makeKey(Stage& stage, Pid pid, WindowNumber window) {
   if (!canPostRecords(stage) || stage.application(pid) == nullptr) return false;
   std::string record = emptyRecord(window);
   record[0x3A] = 0x10;
-  for (int i = 0x20; i <= 0x2F; ++i) record[i] = '\xFF';
+  for (std::size_t i = 0x20; i <= 0x2F; ++i) record[i] = '\xFF';
   for (const char step : {'\x01', '\x02'}) {
     record[0x08] = step;
     stage.postRecord(pid, record);

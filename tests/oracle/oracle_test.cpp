@@ -160,7 +160,9 @@ std::string conformanceWorld(bool withPanel) {
                                               {"focused", withPanel ? "" : "focused"}};
   for (const char* kind : {"slots", "windows"}) {
     for (const auto& [name, frame] : layout.at(kind).items()) {
-      const auto number = [&](int i) { return std::to_string(frame.at(i).get<int>()); };
+      const auto number = [&place = frame](std::size_t i) {
+        return std::to_string(place.at(i).get<int>());
+      };
       const std::string word = std::string(kind) == "windows" ? "window " + name : name;
       words[word] = "at " + number(0) + "," + number(1) + " size " + number(2) + "x" + number(3);
     }
