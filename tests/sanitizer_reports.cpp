@@ -4,6 +4,10 @@
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
 
+/// That something was passed over is no news, and would stand among what a program prints.
+extern "C" const char* __lsan_default_options();
+extern "C" const char* __lsan_default_options() { return "print_suppressions=0"; }
+
 /// Text layout lets a thread of its own read the fonts. How the two wait for one another is not
 /// seen in libraries that are not built with the sanitizer. And a guard that dies of a signal locks
 /// in its handler: on a simulated Mac that is a message, which takes memory; it may fail, and the
