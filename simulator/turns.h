@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -24,6 +25,10 @@ class Turns {
     driver::Datum answer;
   };
 
+  /// Says whether time may move now. Without it, it may whenever nobody is running.
+  using MayMove = std::function<bool()>;
+  void setMayMove(MayMove mayMove) { mayMove_ = std::move(mayMove); }
+
   /// The desktop outlives this object.
   Turns(Desktop& desktop, Scheduler::Time time, Run run);
 
@@ -42,6 +47,13 @@ class Turns {
 
   /// The flow waits for `answer` until `due`.
   void wait(Flow flow, driver::Datum answer, Microseconds due);
+
+  /// Whether what a watcher waits for has come, or its time is over: its answer then.
+  using Ask = std::function<std::optional<driver::Datum>()>;
+
+  /// The watcher waits for an answer, for which it asks whenever something may have happened, and
+  /// at the deadline.
+  void await(Flow flow, Microseconds deadline, Ask ask);
 
   /// The flow waits for the answer of a call that the desktop has given by itself, at `since`.
   void awaitAnswer(Flow flow, platform::Call call, Answer answer, Microseconds since);
@@ -74,6 +86,7 @@ class Turns {
     std::size_t client = none;
     std::size_t index = 0;                // among the flows of its client
     std::optional<platform::Call> call;   // that waits for something to happen
+    Ask ask;                              // of a watcher that waits for something to happen
     Microseconds since = 0;               // when that was made
     std::optional<driver::Datum> answer;  // that it waits for
     bool announced = false;               // it has not arrived yet
@@ -89,6 +102,7 @@ class Turns {
   Scheduler scheduler_;
   Run run_;
   std::map<Flow, State> states_;
+  MayMove mayMove_;
 };
 
 }  // namespace simulator

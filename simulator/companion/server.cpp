@@ -9,6 +9,7 @@
 #include "simulator/companion/about.h"
 #include "simulator/companion/control.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/processes.h"
 #include "simulator/companion/socket.h"
 #include "simulator/mac/json_text.h"
 
@@ -23,6 +24,7 @@ namespace {
 /// queue.
 constexpr std::size_t clientsMax = 256;
 constexpr Microseconds microsecondsInSecond = 1'000'000;
+constexpr long lookInterval = 500'000;  // nanoseconds
 
 /// The texts of a message from its `first` part on.
 std::vector<std::string> texts(const Datum::List& parts, std::size_t first) {
@@ -43,6 +45,10 @@ std::map<std::string, std::string> variables(const std::vector<std::string>& set
   return result;
 }
 
+Datum datumOf(const ControlAnswer& answer) {
+  return Datum(Datum::List{driver::pack(answer.ok), driver::pack(answer.lines)});
+}
+
 platform::Call callOf(const Datum::List& parts) {
   if (parts.size() != 2) throw MalformedDatum();
   const auto function = driver::unpack<std::int64_t>(parts[0]);
@@ -57,8 +63,20 @@ Server::Server(simulator::World world, const ServerSettings& settings)
     : desktop_(std::move(world)),
       turns_(desktop_, settings.time, Turns::Run::open),
       settings_(settings),
+      polling_(settings.time),
       start_(std::chrono::steady_clock::now()) {
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+  if (settings_.heedsProcesses) {
+    turns_.setMayMove([this] { return mayMove(); });
+  }
+}
+
+/// One that is about to go on, or has just been started, may look idle for an instant.
+bool Server::mayMove() {
+  constexpr int looks = 2;
+  quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
+  looksAgain_ = quietLooks_ < looks;
+  return !looksAgain_;
 }
 
 Microseconds Server::elapsed() const {
@@ -80,10 +98,12 @@ void Server::turn(std::vector<pollfd>& own) {
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
 void Server::wakeDue() {
   desktop_.advanceTo(now());
+  looksAgain_ = false;
   while (const auto woken = turns_.wake(now())) {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
                                      [&](const Client& each) { return each.flow == woken->flow; });
     client->waits = false;
+    quietLooks_ = 0;
     deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
@@ -91,11 +111,13 @@ void Server::wakeDue() {
 }
 
 bool Server::mayWaitForever() const {
+  if (looksAgain_) return false;
   if (turns_.scheduler().time() == Scheduler::Time::virtualTime) return true;
   return !turns_.nextInstant();
 }
 
 timespec Server::timeUntilNext() const {
+  if (looksAgain_) return {0, lookInterval};
   const Microseconds left = std::max<Microseconds>(turns_.nextInstant().value_or(0) - now(), 0);
   return {left / microsecondsInSecond, left % microsecondsInSecond * 1000};
 }
@@ -183,6 +205,7 @@ void Server::join(Client& client, const Datum::List& parts) {
   if (parts.size() != 3) throw MalformedDatum();
   auto arguments = driver::unpack<std::vector<std::string>>(parts[1]);
   auto environment = variables(driver::unpack<std::vector<std::string>>(parts[2]));
+  polling_.count(arguments, desktop_.mac().now);
   client.kind = Kind::process;
   client.member = desktop_.join(std::move(arguments), std::move(environment));
   client.flow = turns_.join(client.member, driver::pack(desktop_.client(client.member).pid));
@@ -237,8 +260,14 @@ void Server::handleCall(Client& client, const Datum::List& parts) {
 
 void Server::handleControl(Client& client, const Datum::List& parts) {
   client.kind = Kind::control;
-  const ControlAnswer given = carryOut(texts(parts, 1));
-  Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
+  const std::vector<std::string> words = texts(parts, 1);
+  const ControlAnswer given = carryOut(words);
+  if (given.wait) {
+    await(client, *given.wait);
+    return;
+  }
+  polling_.count(words, desktop_.mac().now);
+  Datum value = datumOf(given);
   if (given.delay == 0) {
     deliver(client, value);
     return;
@@ -246,6 +275,19 @@ void Server::handleControl(Client& client, const Datum::List& parts) {
   if (!client.flow) client.flow = turns_.joinWatcher();
   turns_.wait(*client.flow, std::move(value), now() + given.delay);
   client.waits = true;
+}
+
+/// What is waited for is looked for whenever something may have happened, and never in between.
+void Server::await(Client& client, const Wait& wait) {
+  const Microseconds since = now();
+  if (!client.flow) client.flow = turns_.joinWatcher();
+  client.waits = true;
+  turns_.await(*client.flow, since + wait.length, [this, wait, since]() -> std::optional<Datum> {
+    const Microseconds present = desktop_.mac().now;
+    const bool hasCome = wait.isMet && wait.isMet(desktop_.mac().world);
+    if (!hasCome && present < since + wait.length) return std::nullopt;
+    return datumOf(answerTo(wait, hasCome, since, present));
+  });
 }
 
 /// What is about the Mac as a whole is done here, the rest within it.

@@ -6,7 +6,9 @@
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
+#include "simulator/text/nearest.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
@@ -20,11 +22,34 @@ std::string nameOf(const Application& application) {
   return application.name.value_or("pid " + std::to_string(application.pid));
 }
 
+[[noreturn]] void failUnlabelled(const Spot& spot, const Application& application,
+                                 const std::string& label) {
+  std::vector<std::string> labels;
+  for (const Element& each : application.elements) {
+    if (each.window == 0 || each.parent != 0) labels.push_back(labelOf(each));
+  }
+  throw WorldError({spot,
+                    "no element of " + nameOf(application) + " is labelled \"" + label + '"',
+                    nearest(label, labels),
+                    {},
+                    label});
+}
+
 /// The element that a line means by a label.
-Element& labelled(std::size_t line, Application& application, const std::string& label) {
+Element& labelled(const Spot& spot, Application& application, const std::string& label) {
   Element* found = findLabelled(application, label);
-  if (found != nullptr) return *found;
-  throw WorldError(line, "no element of " + nameOf(application) + " is labelled \"" + label + '"');
+  if (found == nullptr) failUnlabelled(spot, application, label);
+  return *found;
+}
+
+/// Complains of what the function throws, and goes on.
+template <class Settle>
+void attempt(const Complain& complain, Settle settle) {
+  try {
+    settle();
+  } catch (const WorldError& error) {
+    complain(error.complaint());
+  }
 }
 
 }  // namespace
@@ -72,7 +97,7 @@ void WorldBuilder::addPanel(Words& words) {
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
   for (LinkDraft& link : links) {
-    links_.push_back({words.lineNumber(), place.application, place.element, std::move(link)});
+    links_.push_back({words.spot(), place.application, place.element, std::move(link)});
   }
 }
 
@@ -137,10 +162,11 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.id = id;
   element.parent = parent.element;
   element.window = parent.window;
+  if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
   if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
-    reactions_.push_back({words.lineNumber(), parent.application, id});
+    reactions_.push_back({words.spot(), parent.application, id});
   }
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
   addHabits(words, place, draft);
@@ -153,7 +179,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
 WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
   Application& application = world_.applications[parent.application];
   const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
-  reactions_.push_back({words.lineNumber(), parent.application, id});
+  reactions_.push_back({words.spot(), parent.application, id});
   return {Place::Kind::element, "menu", parent.application, 0, id};
 }
 
@@ -175,7 +201,7 @@ void WorldBuilder::settlePresence(const Words& words, Application& application, 
 }
 
 void WorldBuilder::addHabits(const Words& words, const Place& place, const ElementDraft& draft) {
-  const PlacedElement placed{words.lineNumber(), place.application, place.element};
+  const PlacedElement placed{words.spot(), place.application, place.element};
   for (const std::string& label : draft.alsoUnder) furtherParents_.push_back({placed, label});
   if (!draft.habits) return;
   world_.applications[place.application].habits.emplace(place.element, *draft.habits);
@@ -205,20 +231,20 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
   Application& application = world_.applications[placed.application];
   std::vector<ElementId> ids;
   for (const std::string& label : placed.link.labels) {
-    ids.push_back(labelled(placed.line, application, label).id);
+    ids.push_back(labelled(placed.spot, application, label).id);
   }
   AttributeValue value =
       placed.link.list ? AttributeValue(std::move(ids)) : AttributeValue(ElementLink{ids.front()});
   auto& attributes = placed.element == 0 ? application.attributes
                                          : findElement(application, placed.element)->attributes;
   if (!attributes.emplace(placed.link.attribute, std::move(value)).second) {
-    throw WorldError(placed.line, placed.link.attribute + " is given twice");
+    throw WorldError({placed.spot, placed.link.attribute + " is given twice"});
   }
 }
 
 void WorldBuilder::settleParent(const PlacedParent& placed) {
   Application& application = world_.applications[placed.child.application];
-  labelled(placed.child.line, application, placed.label).children.push_back(placed.child.element);
+  labelled(placed.child.spot, application, placed.label).children.push_back(placed.child.element);
 }
 
 /// The bars that `menu` lines made lie on the main display, which may come last in the text.
@@ -230,15 +256,29 @@ void WorldBuilder::settleMenuBars() {
   }
 }
 
-void WorldBuilder::checkReaction(std::size_t line, Application& application,
+void WorldBuilder::checkReaction(const Spot& spot, Application& application,
                                  const Reaction& reaction) {
-  if (reaction.target && findLabelled(application, *reaction.target) == nullptr) {
-    throw WorldError(
-        line, "no element of " + nameOf(application) + " is labelled \"" + *reaction.target + "\"");
+  if (reaction.target) labelled(spot, application, *reaction.target);
+  if (!reaction.window || findTitled(world_, application.pid, *reaction.window) != nullptr) return;
+  std::vector<std::string> titles;
+  for (const Window& each : world_.windows) {
+    if (each.owner == application.pid && each.title) titles.push_back(*each.title);
   }
-  if (reaction.window && findTitled(world_, application.pid, *reaction.window) == nullptr) {
-    throw WorldError(
-        line, "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"");
+  throw WorldError(
+      {spot,
+       "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"",
+       nearest(*reaction.window, titles),
+       {},
+       *reaction.window});
+}
+
+void WorldBuilder::checkReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  const Element& element = *findElement(application, placed.element);
+  for (const auto* reactions : {&element.onClick, &element.onRightClick, &element.onSubmit}) {
+    for (const Reaction& each : *reactions) {
+      attempt(complain_, [&] { checkReaction(placed.spot, application, each); });
+    }
   }
 }
 
@@ -266,32 +306,35 @@ void WorldBuilder::settleWindows() {
 
 void WorldBuilder::settleScript() {
   for (const PendingHappening& pending : script_) {
-    Words words(pending.line);
-    world_.script.push_back({pending.at, readHappening(words, world_)});
+    attempt(complain_, [&] {
+      Words words(pending.line);
+      world_.script.push_back({pending.at, readHappening(words, world_)});
+    });
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),
                    [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
 }
 
-World WorldBuilder::finish() {
-  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
-  for (const PlacedLink& placed : links_) settleLink(placed);
-  for (const PlacedParent& placed : furtherParents_) settleParent(placed);
+void WorldBuilder::settleElements() {
+  for (const PlacedLink& placed : links_) {
+    attempt(complain_, [&] { settleLink(placed); });
+  }
+  for (const PlacedParent& placed : furtherParents_) {
+    attempt(complain_, [&] { settleParent(placed); });
+  }
   for (const PlacedElement& placed : composers_) {
     settleComposer(world_.applications[placed.application], placed.element);
   }
+  for (const PlacedElement& placed : reactions_) checkReactions(placed);
+}
+
+void WorldBuilder::finish() {
+  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
+  settleElements();
   settleMenuBars();
-  for (const PlacedElement& placed : reactions_) {
-    Application& application = world_.applications[placed.application];
-    const Element& element = *findElement(application, placed.element);
-    for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onRightClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onSubmit) checkReaction(placed.line, application, each);
-  }
   settleFocus();
   settleWindows();
   settleScript();
-  return std::move(world_);
 }
 
 }  // namespace simulator

@@ -4,18 +4,22 @@
 #include <vector>
 
 #include "simulator/text/elements.h"
+#include "simulator/text/gathering.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
 namespace simulator {
 
 /// Puts a world together from what the lines of its text say, in their order. What names something
-/// that may come later in the text is settled by `finish`.
+/// that may come later in the text is settled at the end.
 class WorldBuilder {
  public:
+  /// Borrows the world, which need not be empty, and who is told what cannot be settled.
+  WorldBuilder(World& world, const Complain& complain) : world_(world), complain_(complain) {}
+
   /// Where a line stands: what the lines below it, indented further, belong to.
   struct Place {
-    enum class Kind { top, application, window, element, other };
+    enum class Kind { top, application, window, element, other, unread };
     Kind kind = Kind::top;
     const char* statement = "";   // of an `other`
     std::size_t application = 0;  // index
@@ -37,19 +41,22 @@ class WorldBuilder {
   /// The world so far.
   World& world() { return world_; }
 
-  /// The whole world; the builder is spent.
-  World finish();
+  /// Settles what elements name. The builder is spent.
+  void settleElements();
+
+  /// The same for a whole world, which is complete then.
+  void finish();
 
  private:
   struct PlacedLink {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
     LinkDraft link;
   };
   /// An element whose line names others.
   struct PlacedElement {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
   };
@@ -74,12 +81,14 @@ class WorldBuilder {
   void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
-  void checkReaction(std::size_t line, Application& application, const Reaction& reaction);
+  void checkReactions(const PlacedElement& placed);
+  void checkReaction(const Spot& spot, Application& application, const Reaction& reaction);
   void settleFocus();
   void settleWindows();
   void settleScript();
 
-  World world_;
+  World& world_;
+  const Complain& complain_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
   std::vector<PlacedParent> furtherParents_;

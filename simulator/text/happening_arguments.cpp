@@ -25,7 +25,7 @@ constexpr const char* aModifier = "cmd, shift, option or control";
 Pid applicationByPid(Words& words, const World& world, const std::string& name) {
   const auto pid = driver::parseInt32(std::string_view(name).substr(pidPrefix.size()));
   if (!pid || findApplication(world, *pid) == nullptr) {
-    words.fail("no application '" + name + "' is running");
+    words.failAtLast("no application '" + name + "' is running");
   }
   return *pid;
 }
@@ -38,7 +38,11 @@ Pid readPid(Words& words, const World& world, const char* owner) {
   const auto isNamed = [&](const Application& each) { return each.running && each.name == name; };
   const auto& all = world.applications;
   const auto found = std::find_if(all.begin(), all.end(), isNamed);
-  if (found == all.end()) words.fail("no application '" + name + "' is running");
+  if (found == all.end()) {
+    std::vector<std::string> names;
+    for (const Application& each : all) names.push_back(each.name.value_or(""));
+    words.failUnknownName("no application '" + name + "' is running", name, names);
+  }
   if (std::find_if(std::next(found), all.end(), isNamed) != all.end()) {
     words.fail("several applications are called '" + name + "'; name one as pid:N");
   }

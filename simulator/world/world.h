@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -65,6 +66,7 @@ struct World;
 struct Application;
 struct Element;
 struct HappeningKind;
+struct Definitions;  // bodies of lines, in text/gathering.h
 
 /// What an element does when a click lands on it.
 struct Reaction {
@@ -310,6 +312,7 @@ struct World {
   std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
   Microseconds present = 0;           // up to when they have had their effects
   std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
+  std::shared_ptr<const Definitions> definitions;  // that its text gives; null: none
 };
 
 /// One attribute of an element, as an application that answers gives it.

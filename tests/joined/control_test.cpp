@@ -27,26 +27,21 @@ TEST(control, without_a_mac_says_so) {
 
 TEST(control, explains_its_usage) {
   const std::string path = simulatedMacPath();
-
   EXPECT_EQ(
       seen(run({path})),
-      failure(
-          "usage: simulated-mac "
-          "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
-          "advance|"
-          "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-          "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
-          "\\\"simulated-mac --help\\\" tells more"));
-  EXPECT_EQ(
-      seen(run({path, "run", "world"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(
-      seen(run({path, "run", "world", "--"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
+      failure("usage: simulated-mac "
+              "run|serve|stop|list|report|check|import|screenshot|state|tree|value|journal|trace|"
+              "violations|"
+              "fault|wait|advance|"
+              "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
+              "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
+              "\\\"simulated-mac --help\\\" tells more"));
+  EXPECT_EQ(seen(run({path, "run", "world"})),
+            failure("usage: simulated-mac run [--virtual [--sleep]] [--seed N] [--record DIR "
+                    "[--no-pictures]] WORLD -- COMMAND [ARGUMENT]..."));
+  EXPECT_EQ(seen(run({path, "run", "world", "--"})),
+            failure("usage: simulated-mac run [--virtual [--sleep]] [--seed N] [--record DIR "
+                    "[--no-pictures]] WORLD -- COMMAND [ARGUMENT]..."));
   EXPECT_EQ(seen(run({path, "serve", "--frob", "world"})),
             "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "
             "[--record DIR "
