@@ -10,8 +10,8 @@
 #include "platform/call.h"
 #include "simulator/faults.h"
 #include "simulator/mac/mac.h"
-#include "simulator/random.h"
 #include "simulator/rules/rules.h"
+#include "simulator/world/random.h"
 
 namespace simulator {
 

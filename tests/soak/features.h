@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/random.h"
+#include "simulator/world/random.h"
 
 namespace soak {
 
