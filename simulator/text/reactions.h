@@ -15,7 +15,7 @@ struct ReactionKind {
   const char* description;  // what it does
   /// Reads what follows. `owner` is the phrase's last word, for errors.
   void (*read)(Words& words, const char* owner, Reaction& reaction);
-  Reaction::Effect effect;
+  ReactionEffect* effect;
 };
 
 /// All there are.

@@ -14,37 +14,40 @@ namespace reactions {
 namespace {
 
 /// What the reaction is about; null when it has gone.
-Element* targetOf(Application& application, const Reaction& reaction) {
-  return reaction.target ? findLabelled(application, *reaction.target) : nullptr;
+Element* targetOf(const Reacting& with) {
+  const auto& target = with.reaction.target;
+  return target ? findLabelled(with.application, *target) : nullptr;
 }
 
-std::string noTarget(const Reaction& reaction) {
-  return "finds nothing labelled \"" + reaction.target.value_or("") + "\"";
+std::string noTarget(const Reacting& with) {
+  return "finds nothing labelled \"" + with.reaction.target.value_or("") + "\"";
 }
 
 constexpr const char* noWindow = "finds no window";
 
+/// The element whose reaction it is, also when another one of its reactions has removed it.
+Element& self(const Reacting& with) {
+  return with.application.elements[static_cast<std::size_t>(with.element) - 1];
+}
+
 }  // namespace
 
-std::string append(World& /*world*/, Application& application, Element& /*element*/,
-                   const Reaction& reaction) {
-  const Element* target = targetOf(application, reaction);
-  if (target == nullptr) return noTarget(reaction);
-  addText(application, target->id, reaction.text);
+std::string append(const Reacting& with) {
+  const Element* target = targetOf(with);
+  if (target == nullptr) return noTarget(with);
+  addText(with.application, target->id, with.reaction.text);
   return "";
 }
 
-std::string set(World& /*world*/, Application& application, Element& /*element*/,
-                const Reaction& reaction) {
-  const Element* target = targetOf(application, reaction);
-  if (target == nullptr) return noTarget(reaction);
-  putText(application, target->id, reaction.text);
+std::string set(const Reacting& with) {
+  const Element* target = targetOf(with);
+  if (target == nullptr) return noTarget(with);
+  putText(with.application, target->id, with.reaction.text);
   return "";
 }
 
-std::string toggle(World& /*world*/, Application& /*application*/, Element& element,
-                   const Reaction& /*reaction*/) {
-  AttributeValue& value = element.attributes["AXValue"];
+std::string toggle(const Reacting& with) {
+  AttributeValue& value = self(with).attributes["AXValue"];
   if (auto* flag = std::get_if<bool>(&value)) {
     *flag = !*flag;
     return "";
@@ -54,11 +57,11 @@ std::string toggle(World& /*world*/, Application& /*application*/, Element& elem
   return "";
 }
 
-std::string choose(World& /*world*/, Application& application, Element& element,
-                   const Reaction& /*reaction*/) {
-  if (const Element* parent = findElement(application, element.parent)) {
+std::string choose(const Reacting& with) {
+  Element& element = self(with);
+  if (const Element* parent = findElement(with.application, element.parent)) {
     for (const ElementId id : parent->children) {
-      Element* sibling = findElement(application, id);
+      Element* sibling = findElement(with.application, id);
       if (sibling != nullptr && sibling->role == element.role) {
         sibling->attributes["AXValue"] = std::int64_t{0};
       }
@@ -68,56 +71,47 @@ std::string choose(World& /*world*/, Application& application, Element& element,
   return "";
 }
 
-std::string remove(World& /*world*/, Application& application, Element& /*element*/,
-                   const Reaction& reaction) {
-  const Element* target = targetOf(application, reaction);
-  if (target == nullptr) return noTarget(reaction);
-  removeElement(application, target->id);
+std::string remove(const Reacting& with) {
+  const Element* target = targetOf(with);
+  if (target == nullptr) return noTarget(with);
+  removeElement(with.application, target->id);
   return "";
 }
 
-std::string openSheet(World& world, Application& application, Element& element,
-                      const Reaction& reaction) {
-  const WindowNumber window = windowMeant(application, element);
-  if (findWindow(world, window) == nullptr) return noWindow;
-  simulator::openSheet(world, application, window, reaction.text);
+std::string openSheet(const Reacting& with) {
+  const WindowNumber window = windowMeant(with.application, with.element);
+  if (findWindow(with.world, window) == nullptr) return noWindow;
+  simulator::openSheet(with.world, with.application, window, with.reaction.text);
   return "";
 }
 
-std::string showWindow(World& world, Application& application, Element& /*element*/,
-                       const Reaction& reaction) {
-  const std::string title = reaction.window.value_or("");
-  if (simulator::showWindow(world, application, title)) return "";
+std::string showWindow(const Reacting& with) {
+  const std::string title = with.reaction.window.value_or("");
+  if (simulator::showWindow(with.world, with.application, title)) return "";
   return "finds no window titled \"" + title + "\"";
 }
 
-std::string retitle(World& world, Application& application, Element& element,
-                    const Reaction& reaction) {
-  Window* window = findWindow(world, windowMeant(application, element));
+std::string retitle(const Reacting& with) {
+  Window* window = findWindow(with.world, windowMeant(with.application, with.element));
   if (window == nullptr) return noWindow;
-  window->title = reaction.text;
-  if (Element* shown = findElement(application, window->element)) {
-    shown->attributes["AXTitle"] = reaction.text;
+  window->title = with.reaction.text;
+  if (Element* shown = findElement(with.application, window->element)) {
+    shown->attributes["AXTitle"] = with.reaction.text;
   }
   return "";
 }
 
-std::string quit(World& world, Application& application, Element& /*element*/,
-                 const Reaction& /*reaction*/) {
-  quitApplication(world, application.pid);
+std::string quit(const Reacting& with) {
+  quitApplication(with.world, with.application.pid);
   return "";
 }
 
-std::string hang(World& /*world*/, Application& application, Element& /*element*/,
-                 const Reaction& /*reaction*/) {
-  application.hangs = true;
+std::string hang(const Reacting& with) {
+  with.application.hangs = true;
   return "";
 }
 
-std::string paste(World& world, Application& application, Element& /*element*/,
-                  const Reaction& /*reaction*/) {
-  return requestPaste(world, application);
-}
+std::string paste(const Reacting& with) { return requestPaste(with.world, with.application); }
 
 }  // namespace reactions
 
@@ -129,8 +123,7 @@ std::string reactTo(World& world, Application& application, ElementId id,
   for (std::size_t i = 0;
        i < (application.elements[index].*reactions).size() && application.running; ++i) {
     const Reaction reaction = (application.elements[index].*reactions)[i];
-    const std::string each =
-        reaction.effect(world, application, application.elements[index], reaction);
+    const std::string each = reaction.effect({world, application, id, reaction});
     if (!each.empty()) said += ", " + each;
   }
   return said;

@@ -19,48 +19,17 @@ std::string reactTo(World& world, Application& application, ElementId id,
 /// more, closeOwnWindow, is in windows.h.
 namespace reactions {
 
-/// The reaction's text behind the AXValue of its target.
-std::string append(World& world, Application& application, Element& element,
-                   const Reaction& reaction);
-
-/// The AXValue of its target becomes its text.
-std::string set(World& world, Application& application, Element& element, const Reaction& reaction);
-
-/// The element's own AXValue changes between 0 and 1, or false and true.
-std::string toggle(World& world, Application& application, Element& element,
-                   const Reaction& reaction);
-
-/// The element's own AXValue becomes 1, that of its siblings of the same role 0.
-std::string choose(World& world, Application& application, Element& element,
-                   const Reaction& reaction);
-
-/// Its target goes, with all that is in it.
-std::string remove(World& world, Application& application, Element& element,
-                   const Reaction& reaction);
-
-/// A sheet with its text opens on the element's window.
-std::string openSheet(World& world, Application& application, Element& element,
-                      const Reaction& reaction);
-
-/// Its window comes on screen, in front of the application's others.
-std::string showWindow(World& world, Application& application, Element& element,
-                       const Reaction& reaction);
-
-/// The element's window is titled with its text from now on.
-std::string retitle(World& world, Application& application, Element& element,
-                    const Reaction& reaction);
-
-/// The application quits.
-std::string quit(World& world, Application& application, Element& element,
-                 const Reaction& reaction);
-
-/// The application stops answering.
-std::string hang(World& world, Application& application, Element& element,
-                 const Reaction& reaction);
-
-/// What has the application's keyboard focus takes the pasteboard's contents.
-std::string paste(World& world, Application& application, Element& element,
-                  const Reaction& reaction);
+ReactionEffect append;      // its text behind the AXValue of its target
+ReactionEffect set;         // the AXValue of its target becomes its text
+ReactionEffect toggle;      // the element's own AXValue changes between 0 and 1, or false and true
+ReactionEffect choose;      // the element's own AXValue becomes 1, that of its like siblings 0
+ReactionEffect remove;      // its target goes, with all that is in it
+ReactionEffect openSheet;   // a sheet with its text opens on the element's window
+ReactionEffect showWindow;  // its window comes on screen, in front of the application's others
+ReactionEffect retitle;     // the element's window is titled with its text from now on
+ReactionEffect quit;        // the application quits
+ReactionEffect hang;        // the application stops answering
+ReactionEffect paste;       // what has the application's keyboard focus takes the pasteboard
 
 }  // namespace reactions
 

@@ -63,19 +63,28 @@ using AttributeValue = std::variant<Opaque, std::string, bool, std::int64_t, dou
 
 struct World;
 struct Application;
-struct Element;
 struct HappeningKind;
+struct Reacting;
+
+/// What a reaction does: one of those in reactions.h, which say what they make of its parts. Gives
+/// what the journal is to say of it, as that it found nothing to act on; empty when there is
+/// nothing to say.
+using ReactionEffect = std::string(const Reacting& with);
 
 /// What an element does when a click lands on it.
 struct Reaction {
-  /// One of those in reactions.h, which say what they do with the rest. Gives what the journal is
-  /// to say of it, as that it found nothing to act on; empty when there is nothing to say.
-  using Effect = std::string (*)(World& world, Application& application, Element& element,
-                                 const Reaction& reaction);
-  Effect effect = nullptr;
+  ReactionEffect* effect = nullptr;
   std::string text = {};
   std::optional<std::string> target = {};  // the label of the element that it is about
   std::optional<std::string> window = {};  // the title of the application's window that it is about
+};
+
+/// A reaction that runs, and what it has to do with.
+struct Reacting {
+  World& world;
+  Application& application;
+  ElementId element = 0;  // whose reaction it is
+  const Reaction& reaction;
 };
 
 /// When an element is there.
