@@ -139,9 +139,12 @@ ControlAnswer advance(const Request& request) {
 }
 
 ControlAnswer happening(const Request& request) {
-  std::string text;
-  for (const std::string& word : request.words)
-    text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
+  // Alone it is the line itself, as it would stand in a world.
+  std::string text = request.words.size() == 1 ? request.words[0] : "";
+  if (text.empty()) {
+    for (const std::string& word : request.words)
+      text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
+  }
   const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
   if (const char* why = parsed.kind->notTold) {
     throw Failure(std::string("only worlds have \"") + parsed.kind->phrase + "\": " + why);

@@ -8,9 +8,12 @@
 #include "simulator/drawing/desktop.h"
 #include "simulator/drawing/look.h"
 #include "simulator/drawing/windows.h"
+#include "simulator/world/arranging.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/scrolling.h"
+#include "simulator/world/sight.h"
 
 namespace simulator {
 
@@ -84,10 +87,18 @@ WindowPicture pictureOf(const World& world, const Window& window) {
   picture.owner = owner->name.value_or("");
   picture.kind = owner->kind;
   picture.key = world.frontmost == owner->pid && hasFocus(*owner, window);
-  for (const Element& element : owner->elements) {
+  const auto add = [&](const Element& element) {
     const bool isShown = element.window == window.number && isDrawn(element, window.frame) &&
                          isThere(*owner, &window, element) && !showsComposedText(*owner, element);
-    if (isShown) picture.elements.push_back(asDrawn(element));
+    if (!isShown || !isInSight(*owner, element)) return;
+    picture.elements.push_back(asDrawn(element));
+    if (const auto sight = sightOf(*owner, element)) picture.sights.emplace(element.id, *sight);
+    if (isScrollBar(*owner, element.id)) picture.scrollBars.insert(element.id);
+  };
+  if (owner->rearranged) {
+    for (const Element* element : drawingOrder(*owner)) add(*element);
+  } else {
+    for (const Element& element : owner->elements) add(element);
   }
   // An open menu lies over what comes later.
   std::stable_partition(picture.elements.begin(), picture.elements.end(),

@@ -1,24 +1,26 @@
 #include "simulator/text/builder.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/menus.h"
+#include "simulator/text/naming.h"
+#include "simulator/text/reactions.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
+#include "simulator/world/panels.h"
+#include "simulator/world/reactions.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
 
 namespace {
-
-std::string nameOf(const Application& application) {
-  return application.name.value_or("pid " + std::to_string(application.pid));
-}
 
 /// The element that a line means by a label.
 Element& labelled(std::size_t line, Application& application, const std::string& label) {
@@ -26,6 +28,12 @@ Element& labelled(std::size_t line, Application& application, const std::string&
   if (found != nullptr) return *found;
   throw WorldError(line, "no element of " + nameOf(application) + " is labelled \"" + label + '"');
 }
+
+std::array<std::vector<Reaction>*, 4> listsOf(Element& element) {
+  return {&element.onClick, &element.onRightClick, &element.onDoubleClick, &element.onSubmit};
+}
+
+constexpr std::int64_t timesMax = 1'000'000'000;
 
 }  // namespace
 
@@ -36,8 +44,21 @@ void WorldBuilder::claimPid(const Words& words, Pid pid) const {
   }
 }
 
-void WorldBuilder::addToScript(Words& words, Microseconds at) {
-  script_.push_back({at, words.rest()});
+void WorldBuilder::addToScript(Words& words) {
+  Scripted scripted;
+  const Span span = words.span("at");
+  scripted.at = span.least;
+  scripted.latest = span.most;
+  scripted.place = script_.size();
+  if (words.take("every")) {
+    scripted.every = words.span("every");
+    if (scripted.every->least == 0) words.fail("'every' needs a time above 0");
+    if (words.nextIsNumber()) {
+      scripted.times = words.integer("every", "a number from 1", 1, timesMax);
+      words.expect("every", "times");
+    }
+  }
+  script_.push_back({std::move(scripted), words.rest()});
 }
 
 WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
@@ -58,16 +79,22 @@ WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
 
 void WorldBuilder::addPanel(Words& words) {
   PanelDraft draft = readPanelLine(words, world_);
-  claimPid(words, draft.application.pid);
-  if (findWindow(world_, draft.window.number) != nullptr) {
-    words.fail("window number " + std::to_string(draft.window.number) + " is taken");
+  const PanelService& service = draft.service;
+  claimPid(words, service.pid);
+  if (isTaken(service.number)) {
+    words.fail("window number " + std::to_string(service.number) + " is taken");
   }
   world_.applications.push_back(std::move(draft.application));
   withoutFocusedWindow_.push_back(false);
-  world_.lastWindow = std::max(world_.lastWindow, draft.window.number);
-  const Window* below = findWindow(world_, draft.over);
-  world_.windows.insert(world_.windows.begin() + (below - world_.windows.data()),
-                        std::move(draft.window));
+  world_.lastWindow = std::max(world_.lastWindow, service.number);
+  world_.panels.push_back(service);
+  if (!draft.closed) showPanel(world_, service, PanelKind::save);
+}
+
+bool WorldBuilder::isTaken(WindowNumber number) const {
+  return findWindow(world_, number) != nullptr ||
+         std::any_of(world_.panels.begin(), world_.panels.end(),
+                     [&](const PanelService& each) { return each.number == number; });
 }
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
@@ -79,7 +106,7 @@ void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<
 WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
   WindowDraft draft = readWindow(words);
   Window& window = draft.window;
-  if (findWindow(world_, window.number) != nullptr) {
+  if (isTaken(window.number)) {
     words.fail("window number " + std::to_string(window.number) + " is taken");
   }
   Application& application = world_.applications[parent.application];
@@ -139,9 +166,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.window = parent.window;
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
-  if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
-    reactions_.push_back({words.lineNumber(), parent.application, id});
-  }
+  noteReactions({words.lineNumber(), parent.application, id});
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
   addHabits(words, place, draft);
   addCopies(words, application, place, draft.count);
@@ -153,8 +178,25 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
 WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
   Application& application = world_.applications[parent.application];
   const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
-  reactions_.push_back({words.lineNumber(), parent.application, id});
+  noteReactions({words.lineNumber(), parent.application, id});
   return {Place::Kind::element, "menu", parent.application, 0, id};
+}
+
+/// What they name may come later in the text.
+void WorldBuilder::noteReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  bool reacts = false;
+  for (const std::vector<Reaction>* list : listsOf(*findElement(application, placed.element))) {
+    reacts = reacts || !list->empty();
+    noteLabels(*list);
+  }
+  if (reacts) reactions_.push_back(placed);
+}
+
+void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
+  for (const Reaction& each : list) {
+    if (each.effect == reactions::relabel) comingLabels_.insert(each.text);
+  }
 }
 
 void WorldBuilder::settlePresence(const Words& words, Application& application, Element& element,
@@ -230,16 +272,11 @@ void WorldBuilder::settleMenuBars() {
   }
 }
 
-void WorldBuilder::checkReaction(std::size_t line, Application& application,
-                                 const Reaction& reaction) {
-  if (reaction.target && findLabelled(application, *reaction.target) == nullptr) {
-    throw WorldError(
-        line, "no element of " + nameOf(application) + " is labelled \"" + *reaction.target + "\"");
-  }
-  if (reaction.window && findTitled(world_, application.pid, *reaction.window) == nullptr) {
-    throw WorldError(
-        line, "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"");
-  }
+void WorldBuilder::settleReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  const ReactionPlace place{placed.line, world_, application.pid, true, comingLabels_};
+  Element& element = *findElement(application, placed.element);
+  for (std::vector<Reaction>* each : listsOf(element)) simulator::settleReactions(place, *each);
 }
 
 void WorldBuilder::settleFocus() {
@@ -264,10 +301,18 @@ void WorldBuilder::settleWindows() {
   if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
 }
 
-void WorldBuilder::settleScript() {
-  for (const PendingHappening& pending : script_) {
+void WorldBuilder::readScript() {
+  for (PendingHappening& pending : script_) {
     Words words(pending.line);
-    world_.script.push_back({pending.at, readHappening(words, world_)});
+    pending.scripted.happening = readHappening(words, world_);
+    noteLabels(pending.scripted.happening.reactions);
+  }
+}
+
+void WorldBuilder::settleScript() {
+  for (PendingHappening& pending : script_) {
+    settleHappening(pending.line.number, world_, comingLabels_, pending.scripted.happening);
+    world_.script.push_back(std::move(pending.scripted));
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),
                    [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
@@ -281,13 +326,12 @@ World WorldBuilder::finish() {
     settleComposer(world_.applications[placed.application], placed.element);
   }
   settleMenuBars();
-  for (const PlacedElement& placed : reactions_) {
-    Application& application = world_.applications[placed.application];
-    const Element& element = *findElement(application, placed.element);
-    for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onRightClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onSubmit) checkReaction(placed.line, application, each);
+  for (Application& application : world_.applications) {
+    settleScrollAreas(application);
+    settleScrolling(application);
   }
+  readScript();
+  for (const PlacedElement& placed : reactions_) settleReactions(placed);
   settleFocus();
   settleWindows();
   settleScript();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,7 @@ class WorldBuilder {
   Place addElement(Words& words, const Place& parent);
   Place addMenuItem(Words& words, const Place& application);
   void addPanel(Words& words);
-  void addToScript(Words& words, Microseconds at);
+  void addToScript(Words& words);
 
   /// Throws when the process id is in use.
   void claimPid(const Words& words, Pid pid) const;
@@ -58,7 +59,7 @@ class WorldBuilder {
     std::string label;
   };
   struct PendingHappening {
-    Microseconds at;
+    Scripted scripted;
     Line line;
   };
 
@@ -74,14 +75,20 @@ class WorldBuilder {
   void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
-  void checkReaction(std::size_t line, Application& application, const Reaction& reaction);
+  void noteReactions(const PlacedElement& placed);
+  void noteLabels(const std::vector<Reaction>& list);
+  void settleReactions(const PlacedElement& placed);
   void settleFocus();
   void settleWindows();
+  void readScript();
   void settleScript();
+
+  bool isTaken(WindowNumber number) const;
 
   World world_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
+  std::set<std::string> comingLabels_;  // that reactions give to elements
   std::vector<PlacedParent> furtherParents_;
   std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;

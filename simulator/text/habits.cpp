@@ -142,6 +142,13 @@ void readReplying(Words& words, ElementDraft& draft) {
 
 void readTakesFiles(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).takesFiles = true; }
 
+void readScrolls(Words& words, ElementDraft& draft) {
+  habitsOf(draft).scrolling =
+      words.take("lazily") ? Habits::Scrolling::lazy : Habits::Scrolling::whole;
+}
+
+void readStacks(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).stacks = true; }
+
 void readGrows(Words& words, ElementDraft& draft) {
   setChildren(words, draft,
               words.take("deeper") ? Habits::Children::growDeeper : Habits::Children::grow);
@@ -230,7 +237,10 @@ constexpr std::array knownHabits = {
           "its actions. Without it `AXPress` for what can be pressed (and `AXShowMenu` for pop-up "
           "and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for menus, "
           "none for others",
-          [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); },
+          [](Words& words, ElementDraft& draft) {
+            draft.element.actions = readActions(words);
+            habitsOf(draft).givesActions = true;
+          },
           once},
     Habit{"attribute", "AXFoo VALUE", "any attribute",
           [](Words& words, ElementDraft& draft) {
@@ -295,6 +305,21 @@ constexpr std::array knownHabits = {
             draft.element.onRightClick = readReactions(words, "right:");
           },
           once},
+    Habit{"double:", "REACTION; ...",
+          "what the second of two clicks does, in place of what a click does",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onDoubleClick = readReactions(words, "double:");
+          },
+          once},
+    Habit{"stacks", "",
+          "its children lie one below the other: those below one that goes or moves away close up, "
+          "and make room for one that comes",
+          readStacks, once},
+    Habit{
+        "scrolls", "[lazily]",
+        "what is in it is cut at its edges and scrolls; lazily: what is out of sight is not in the "
+        "tree. It needs a frame; an `AXScrollArea` gets its `AXScrollBar`s",
+        readScrolls, once},
     Habit{"takes files", "",
           "files that are pasted become `AXImage`s in it, titled with their names; other things "
           "are pasted if it takes text",

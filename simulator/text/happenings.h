@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,8 +42,13 @@ std::string formOf(const HappeningKind& kind);
 /// A happening of the kind with this phrase, which there must be. What it is about is left open.
 Happening happeningCalled(std::string_view phrase);
 
-/// Reads a happening up to the end of the line. Applications are those of the world.
+/// Reads a happening up to the end of the line. Applications are those of the world; what an
+/// application's reactions name is still to be settled.
 Happening readHappening(Words& words, const World& world);
+
+/// Settles that, as `settleReactions` does.
+void settleHappening(std::size_t line, const World& world,
+                     const std::set<std::string>& comingLabels, Happening& happening);
 
 /// The happening as such a line, for a journal too.
 std::string happeningText(const Happening& happening);

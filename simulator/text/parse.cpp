@@ -94,11 +94,7 @@ constexpr std::array<Option<WorldBuilder>, 12> statements = {{
      [](Words& words, WorldBuilder& builder) {
        builder.world().images.insert(words.text("image", aPath));
      }},
-    {"at",
-     [](Words& words, WorldBuilder& builder) {
-       const Microseconds time = words.time("at");
-       builder.addToScript(words, time);
-     }},
+    {"at", [](Words& words, WorldBuilder& builder) { builder.addToScript(words); }},
     {"panel", [](Words& words, WorldBuilder& builder) { builder.addPanel(words); }},
     {"seed",
      [](Words& words, WorldBuilder& builder) {
@@ -198,7 +194,9 @@ Happening parseHappening(std::string_view text, const World& world) {
   if (lines.size() > 1) throw WorldError(1, "expected a single line");
   const Line line = lines.empty() ? Line{1, 0, {}} : Line{1, 0, lines.front().tokens};
   Words words(line);
-  return readHappening(words, world);
+  Happening happening = readHappening(words, world);
+  settleHappening(line.number, world, {}, happening);
+  return happening;
 }
 
 Microseconds parseTime(std::string_view text, const char* owner) {

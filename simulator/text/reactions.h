@@ -1,28 +1,51 @@
 #pragma once
 
+#include <set>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "simulator/text/reaction_arguments.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
 namespace simulator {
 
-/// What an element can do when it is clicked: a row of the table of reactions.
+/// What an element can do when it is clicked, and an application by itself: a row of the table of
+/// reactions.
 struct ReactionKind {
-  const char* phrase;       // the words that it begins with
-  const char* arguments;    // what follows them; empty for nothing
+  const char* phrase;  // the words that it begins with
+  const ReactionArguments& arguments;
   const char* description;  // what it does
-  /// Reads what follows. `owner` is the phrase's last word, for errors.
-  void (*read)(Words& words, const char* owner, Reaction& reaction);
   ReactionEffect* effect;
+  bool isOwn = false;  // it is about the element itself, unless it names another
 };
 
 /// All there are.
 std::span<const ReactionKind> reactionKinds();
 
-/// Reads reactions between semicolons, up to the end of the line, `press:`, `right:` or
+/// What can be written for it: its phrase and what follows.
+std::string formOf(const ReactionKind& kind);
+
+/// Reads reactions between semicolons, up to the end of the line, `press:`, `right:`, `double:` or
 /// `submit:`.
 std::vector<Reaction> readReactions(Words& words, const char* owner);
+
+/// The reaction as `readReactions` reads it back.
+std::string reactionText(const Reaction& reaction);
+std::string reactionsText(const std::vector<Reaction>& reactions);
+
+/// Where reactions are written, and what they may name.
+struct ReactionPlace {
+  std::size_t line = 0;
+  const World& world;  // with all its applications
+  Pid pid = 0;         // of the application whose reactions they are
+  bool hasElement = true;
+  const std::set<std::string>& comingLabels;  // that only reactions give to elements
+};
+
+/// Settles which applications are meant. Throws WorldError when something that a reaction names is
+/// not there.
+void settleReactions(const ReactionPlace& place, std::vector<Reaction>& reactions);
 
 }  // namespace simulator

@@ -66,6 +66,14 @@ std::optional<Microseconds> timeOf(std::string_view text) {
   return std::nullopt;
 }
 
+std::optional<Span> spanOf(std::string_view text) {
+  const std::size_t dots = text.find("..");
+  const auto least = timeOf(text.substr(0, dots));
+  const auto most = dots == text.npos ? least : timeOf(text.substr(dots + 2));
+  if (!least || !most || *most < *least) return std::nullopt;
+  return Span{*least, *most};
+}
+
 /// What is still to be read of a phrase, and its place among the phrases.
 struct Remainder {
   std::size_t index = 0;
@@ -208,12 +216,20 @@ Microseconds Words::time(const char* owner) {
   return parsed(owner, "a time such as 250us, 100ms or 1.5s", timeOf);
 }
 
+Span Words::span(const char* owner) {
+  return parsed(owner, "a time such as 250us, 100ms or 1.5s", spanOf);
+}
+
 std::string quotedWord(std::string_view word) {
   if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
     return std::string(word);
   }
+  return inQuotes(word);
+}
+
+std::string inQuotes(std::string_view text) {
   std::string quoted = "\"";
-  for (const char c : word) {
+  for (const char c : text) {
     if (c == '\n') {
       quoted += "\\n";
       continue;

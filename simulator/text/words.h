@@ -39,6 +39,11 @@ class Words {
     return nextIs(Token::Kind::word) && peek()->text.compare(0, 2, "AX") == 0;
   }
 
+  /// The next token is a bare word that begins with a digit.
+  bool nextIsNumber() const {
+    return nextIs(Token::Kind::word) && peek()->text[0] >= '0' && peek()->text[0] <= '9';
+  }
+
   /// Passes over the next token when it is this bare word.
   bool take(std::string_view word);
   bool takeSemicolon();
@@ -63,6 +68,8 @@ class Words {
   Rect rect(const char* owner);
   ax::Range range(const char* owner);
   Microseconds time(const char* owner);
+  /// A time, or LEAST..MOST.
+  Span span(const char* owner);
 
   [[noreturn]] void fail(const std::string& cause) const;
   [[noreturn]] void failNeeding(const char* owner, const char* what) const;
@@ -79,6 +86,9 @@ class Words {
 
 /// A word as a line has it: in quotation marks where it would not stand for itself.
 std::string quotedWord(std::string_view word);
+
+/// A text as a line has it.
+std::string inQuotes(std::string_view text);
 
 /// What may stand in a line: the words it begins with, and what reads the rest of it into the
 /// target.

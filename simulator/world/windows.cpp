@@ -225,9 +225,13 @@ WindowNumber windowMeant(const Application& application, ElementId id) {
 }
 
 std::string closeOwnWindow(const Reacting& with) {
-  const WindowNumber window = windowMeant(with.application, with.element);
-  if (findWindow(with.world, window) == nullptr) return "finds no window";
-  closeWindow(with.world, window);
+  const auto& title = with.reaction.window;
+  const Window* window = title
+                             ? findTitled(with.world, with.application.pid, *title)
+                             : findWindow(with.world, windowMeant(with.application, with.element));
+  if (window == nullptr)
+    return title ? "finds no window titled \"" + *title + '"' : "finds no window";
+  closeWindow(with.world, window->number);
   return "";
 }
 

@@ -145,7 +145,7 @@ class DirectChannel : public platform::Channel {
   Datum waitAlone(const Call& call, simulator::Answer answer) {
     const simulator::Microseconds since = desktop_.mac().now;
     while (answer.pending) {
-      const auto own = desktop_.nextOwn();
+      const auto own = answer.deadline ? desktop_.nextOwn() : desktop_.nextOwnInRun();
       if (!own && !answer.deadline) endWith(stillRunning);
       desktop_.advanceTo(own && answer.deadline ? std::min(*own, *answer.deadline)
                                                 : own.value_or(answer.deadline.value_or(0)));

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "simulator/world/world.h"
+
+/// How lines and errors name applications.
+namespace simulator {
+
+/// For errors: its name, or `pid N`.
+std::string nameOf(const Application& application);
+
+/// An application is written as its name, or as this with its process id.
+inline constexpr std::string_view pidPrefix = "pid:";
+
+/// The running application that is written so. Throws WorldError for the line when there is none,
+/// or more than one.
+Pid applicationNamed(std::size_t line, const World& world, const std::string& name);
+
+}  // namespace simulator
