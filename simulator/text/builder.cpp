@@ -222,6 +222,7 @@ void WorldBuilder::addHabits(const Words& words, const Place& place, const Eleme
   if (!draft.habits) return;
   world_.applications[place.application].habits.emplace(place.element, *draft.habits);
   if (draft.habits->isComposer) composers_.push_back(placed);
+  if (draft.habits->onlyWhile) conditions_.push_back({placed, draft.habits->onlyWhile->label});
 }
 
 void WorldBuilder::addCopies(const Words& words, Application& application, const Place& place,
@@ -329,6 +330,9 @@ World WorldBuilder::finish() {
   for (Application& application : world_.applications) {
     settleScrollAreas(application);
     settleScrolling(application);
+  }
+  for (const PlacedParent& placed : conditions_) {
+    labelled(placed.child.line, world_.applications[placed.child.application], placed.label);
   }
   readScript();
   for (const PlacedElement& placed : reactions_) settleReactions(placed);

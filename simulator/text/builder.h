@@ -90,6 +90,7 @@ class WorldBuilder {
   std::vector<PlacedElement> reactions_;
   std::set<std::string> comingLabels_;  // that reactions give to elements
   std::vector<PlacedParent> furtherParents_;
+  std::vector<PlacedParent> conditions_;
   std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;
   std::vector<bool> withoutFocusedWindow_;  // by application

@@ -25,7 +25,8 @@ const std::string windowWords =
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
     "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
-    "selection, actions, attribute, failing, range, choices, while, also, repeat, open, closed, "
+    "selection, actions, attribute, failing, range, choices, while, only, also, repeat, open, "
+    "closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
     "right:, double:, stacks, scrolls, takes, submit:";
 const std::string reactionWords =

@@ -78,8 +78,20 @@ void readChoices(Words& words, ElementDraft& draft) {
   } while (words.nextIs(Token::Kind::text));
 }
 
-void readWhileHovered(Words& /*words*/, ElementDraft& draft) {
+void refuseSecondPresence(const Words& words, const ElementDraft& draft) {
+  if (draft.element.presence == Presence::always) return;
+  words.fail("an element is either there 'while hovered' or 'only while'");
+}
+
+void readWhileHovered(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
   draft.element.presence = Presence::whileHovered;
+}
+
+void readOnlyWhile(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
+  draft.element.presence = Presence::whileHeld;
+  habitsOf(draft).onlyWhile = readCondition(words, "while");
 }
 
 void readAlsoUnder(Words& words, ElementDraft& draft) {
@@ -260,6 +272,11 @@ constexpr std::array knownHabits = {
           once},
     Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
           readWhileHovered, once},
+    Habit{"only while", "Label is [not] VALUE",
+          "it is there only while the `AXValue` of the element with this label is so, as the "
+          "contents "
+          "of a tab or of an open row are",
+          readOnlyWhile, once},
     Habit{"also under", "Label", "it is also a child of the element with this label", readAlsoUnder,
           severalTimes},
     Habit{"repeat", "N",

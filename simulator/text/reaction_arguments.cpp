@@ -92,6 +92,15 @@ std::string timeText(Microseconds time) {
 
 }  // namespace
 
+Condition readCondition(Words& words, const char* owner) {
+  Condition condition;
+  condition.label = words.name(owner, aLabel);
+  words.expect(owner, "is");
+  condition.negated = words.take("not");
+  condition.text = words.name("is", "a value");
+  return condition;
+}
+
 std::string spanText(const Span& span) {
   return span.least == span.most ? timeText(span.least)
                                  : timeText(span.least) + ".." + timeText(span.most);

@@ -15,6 +15,9 @@ struct ReactionArguments {
   std::string (*text)(const Reaction& reaction);  // as `read` reads it back
 };
 
+/// Reads `Label is [not] VALUE`.
+Condition readCondition(Words& words, const char* owner);
+
 /// A span as a line has it.
 std::string spanText(const Span& span);
 

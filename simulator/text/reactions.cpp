@@ -92,20 +92,13 @@ const ReactionKind& kindOf(const Reaction& reaction) {
                        [&](const ReactionKind& kind) { return kind.effect == reaction.effect; });
 }
 
-Condition readCondition(Words& words) {
-  Condition condition;
-  condition.label = words.name("when", "the label of an element");
-  words.expect("when", "is");
-  condition.negated = words.take("not");
-  condition.text = words.name("is", "a value");
-  words.expect("when", "then");
-  return condition;
-}
-
 /// What a reaction may have before its phrase.
 void readPrefixes(Words& words, Reaction& reaction) {
   if (words.take("after")) reaction.after = words.span("after");
-  if (words.take("when")) reaction.when = readCondition(words);
+  if (words.take("when")) {
+    reaction.when = readCondition(words, "when");
+    words.expect("when", "then");
+  }
   if (words.take("in")) reaction.elsewhere = words.name("in", "an application's name or pid:N");
 }
 

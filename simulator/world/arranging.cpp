@@ -106,7 +106,7 @@ void joinWindow(Application& application, ElementId id, const Element& parent) {
     Element& element = *findElement(application, each);
     element.window = parent.window;
     const Element& around = *findElement(application, element.parent);
-    element.scrolledBy = scrolledWithin(application, &around);
+    element.scrolledBy = scrolledAs(element.role, application, &around);
     element.dependsOn = element.presence == Presence::always ? around.dependsOn : element.id;
   }
 }

@@ -18,6 +18,9 @@ const Element* conditionAround(const Application& application, const Element* el
 bool isMet(const Application& application, const Window* window, const Element& element,
            const Element* around) {
   if (element.presence == Presence::whileOpen) return application.openMenu == element.id;
+  if (element.presence == Presence::whileHeld) {
+    return holds(application, *habitsOf(application, element.id).onlyWhile);
+  }
   return around != nullptr && around->frame && window != nullptr && window->hover &&
          driver::contains(*around->frame, *window->hover);
 }
@@ -34,6 +37,11 @@ void grow(Application& application, ElementId id, bool deeper) {
 }
 
 }  // namespace
+
+bool holds(const Application& application, const Condition& condition) {
+  const Element* element = findLabelled(application, condition.label);
+  return element != nullptr && (valueText(*element) == condition.text) != condition.negated;
+}
 
 const Habits& habitsOf(const Application& application, ElementId id) {
   static const Habits none;
@@ -113,7 +121,7 @@ Element& addElement(Application& application, ElementId parent, WindowNumber win
   if (Element* around = findElement(application, parent)) {
     around->children.push_back(id);
     dependsOn = around->dependsOn;
-    scrolledBy = scrolledWithin(application, around);
+    scrolledBy = scrolledAs(role, application, around);
   }
   Element& element = application.elements.emplace_back();
   element.id = id;

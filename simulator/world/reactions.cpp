@@ -169,10 +169,6 @@ namespace {
 
 std::string missing(const std::string& label) { return "finds nothing labelled \"" + label + "\""; }
 
-bool isMet(const Condition& condition, const Element& element) {
-  return (valueText(element) == condition.text) != condition.negated;
-}
-
 std::string act(const Reacting& with) {
   std::string said = with.reaction.effect(with);
   settleScrolling(with.application);
@@ -182,9 +178,8 @@ std::string act(const Reacting& with) {
 /// A reaction takes place. What it says of others is looked up in the application whose it is.
 std::string takePlace(World& world, Application& application, ElementId id, Reaction reaction) {
   if (const auto& when = reaction.when) {
-    const Element* element = findLabelled(application, when->label);
-    if (element == nullptr) return missing(when->label);
-    if (!isMet(*when, *element)) return "";
+    if (findLabelled(application, when->label) == nullptr) return missing(when->label);
+    if (!holds(application, *when)) return "";
   }
   if (reaction.textOf) {
     const Element* holder = findLabelled(application, *reaction.textOf);

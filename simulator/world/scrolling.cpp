@@ -98,7 +98,8 @@ void settleScrollAreas(Application& application) {
   findAreas(application);
   if (application.scrollAreas.empty()) return;
   for (Element& element : application.elements) {
-    element.scrolledBy = scrolledWithin(application, findElement(application, element.parent));
+    const Element* parent = findElement(application, element.parent);
+    element.scrolledBy = scrolledAs(element.role, application, parent);
   }
   for (ScrollArea& area : application.scrollAreas) {
     if (findElement(application, area.id)->role != "AXScrollArea") continue;

@@ -49,7 +49,8 @@ class scrolling : public testing::Test {
   }
   std::string listedBy(const std::string& label, const std::string& name) {
     std::string text;
-    for (const ElementId id : std::get<std::vector<ElementId>>(read(label, name).value.value())) {
+    const AttributeResult result = read(label, name);
+    for (const ElementId id : std::get<std::vector<ElementId>>(result.value.value())) {
       text += (text.empty() ? "" : " ") + labelOf(*findElement(mail(), id));
     }
     return text;
@@ -182,6 +183,20 @@ TEST_F(scrolling, what_goes_leaves_no_gap_at_the_end) {
   EXPECT_EQ(topOf("Four"), 100);
   EXPECT_EQ(*labelled("Table").frame, (Rect{10, 50, 200, 100}));
   EXPECT_EQ(barValue(), AttributeValue(0.0));
+}
+
+TEST_F(scrolling, a_menu_lies_over_its_area) {
+  mac_.world = parseWorld(R"(
+    app Mail pid 41
+        window 7 "Inbox" at 0,0 size 300x300
+            AXScrollArea "Area" at 0,0 size 200x40 scrolls
+                AXPopUpButton "Size" at 0,10 size 100x24 choices "Small" "Large"
+                AXStaticText "Foot" at 0,60 size 200x10)");
+  simulator::press(world(), mail(), labelled("Size").id);
+  EXPECT_EQ(hitAt({5, 60}), "Large");
+  scrollOver(mail(), labelled("Size").id, {0, -1});
+
+  EXPECT_EQ(hitAt({5, 43}), "Large");
 }
 
 TEST_F(scrolling, areas_within_areas_move_first) {

@@ -28,6 +28,10 @@ ElementId scrolledWithin(const Application& application, const Element* parent) 
   return findScrollArea(application, parent->id) == nullptr ? parent->scrolledBy : parent->id;
 }
 
+ElementId scrolledAs(std::string_view role, const Application& application, const Element* parent) {
+  return role == "AXMenu" ? 0 : scrolledWithin(application, parent);
+}
+
 std::optional<Rect> sightOf(const Application& application, const Element& element) {
   std::optional<Rect> sight;
   const Element* area = findElement(application, element.scrolledBy);

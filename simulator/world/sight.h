@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
 #include "simulator/world/world.h"
 
@@ -13,6 +14,9 @@ ScrollArea* findScrollArea(Application& application, ElementId id);
 
 /// In which area the children of the element scroll: itself, or the one in which it does; 0: none.
 ElementId scrolledWithin(const Application& application, const Element* parent);
+
+/// In which area a child of the element scrolls that has this role: a menu lies over all areas.
+ElementId scrolledAs(std::string_view role, const Application& application, const Element* parent);
 
 /// The part of the screen in which the element can be seen; none when nothing around it scrolls. An
 /// empty one shows nothing.

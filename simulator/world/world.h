@@ -128,6 +128,7 @@ enum class Presence {
   always,
   whileHovered,  // the pointer is over what it is in
   whileOpen,     // it is the application's open menu
+  whileHeld,     // another element has a value, as its habits say
 };
 
 struct Element {
@@ -165,14 +166,15 @@ struct Transform {
 struct Habits {
   std::vector<Transform> transforms;  // of the whole text after a write, in order
   enum class Writes { taken, halved, ignored };
-  Writes writes = Writes::taken;  // of texts
-  Microseconds delay = 0;         // a text that is written lands that much later
-  bool showsPlaceholder = false;  // an empty field reads as its placeholder
-  bool isComposer = false;        // its AXValue shows as static texts in it, one for each line
-  bool hidesValue = false;        // of a composer: only the static texts can be read
-  bool takesFiles = false;        // pasted files become pictures in it, whatever else it takes
-  bool stacks = false;            // its children lie one below the other, and close up
-  bool givesActions = false;      // its line says which actions it has
+  Writes writes = Writes::taken;       // of texts
+  Microseconds delay = 0;              // a text that is written lands that much later
+  bool showsPlaceholder = false;       // an empty field reads as its placeholder
+  bool isComposer = false;             // its AXValue shows as static texts in it, one for each line
+  bool hidesValue = false;             // of a composer: only the static texts can be read
+  bool takesFiles = false;             // pasted files become pictures in it, whatever else it takes
+  bool stacks = false;                 // its children lie one below the other, and close up
+  std::optional<Condition> onlyWhile;  // it is there only then
+  bool givesActions = false;           // its line says which actions it has
   enum class Scrolling { none, whole, lazy };
   Scrolling scrolling = Scrolling::none;  // of what is in it; of lazy ones out of sight is away
   std::map<std::string, ax::Error> rejecting;  // writes of these attributes give the error
