@@ -139,11 +139,12 @@ ControlAnswer advance(const Request& request) {
 }
 
 ControlAnswer happening(const Request& request) {
-  // Alone it is the line itself, as it would stand in a world.
-  std::string text = request.words.size() == 1 ? request.words[0] : "";
-  if (text.empty()) {
-    for (const std::string& word : request.words)
-      text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
+  // Reactions have quotation marks of their own: behind `in APP` words stand as in a world.
+  const bool reacts = request.words[0] == "in";
+  std::string text;
+  for (std::size_t i = 0; i < request.words.size(); ++i) {
+    const std::string& word = request.words[i];
+    text += (i == 0 ? "" : " ") + (reacts && i > 1 ? word : simulator::quotedWord(word));
   }
   const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
   if (const char* why = parsed.kind->notTold) {

@@ -195,7 +195,7 @@ void WorldBuilder::noteReactions(const PlacedElement& placed) {
 
 void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
   for (const Reaction& each : list) {
-    if (each.effect == reactions::relabel) comingLabels_.insert(each.text);
+    if (each.effect == reactions::relabel) labels_.addComing(each.text);
   }
 }
 
@@ -275,9 +275,11 @@ void WorldBuilder::settleMenuBars() {
 
 void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
-  const ReactionPlace place{placed.line, world_, application.pid, true, comingLabels_};
+  const ReactionPlace place{placed.line, application.pid};
   Element& element = *findElement(application, placed.element);
-  for (std::vector<Reaction>* each : listsOf(element)) simulator::settleReactions(place, *each);
+  for (std::vector<Reaction>* each : listsOf(element)) {
+    simulator::settleReactions(place, labels_, *each);
+  }
 }
 
 void WorldBuilder::settleFocus() {
@@ -312,7 +314,7 @@ void WorldBuilder::readScript() {
 
 void WorldBuilder::settleScript() {
   for (PendingHappening& pending : script_) {
-    settleHappening(pending.line.number, world_, comingLabels_, pending.scripted.happening);
+    settleHappening(pending.line.number, labels_, pending.scripted.happening);
     world_.script.push_back(std::move(pending.scripted));
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
 #include "simulator/text/elements.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
@@ -88,7 +88,7 @@ class WorldBuilder {
   World world_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
-  std::set<std::string> comingLabels_;  // that reactions give to elements
+  KnownLabels labels_{world_};
   std::vector<PlacedParent> furtherParents_;
   std::vector<PlacedParent> conditions_;
   std::vector<PlacedElement> composers_;

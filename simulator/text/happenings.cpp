@@ -8,7 +8,6 @@
 #include "simulator/input/taps.h"
 #include "simulator/input/user_input.h"
 #include "simulator/mac/sharing_streams.h"
-#include "simulator/text/reactions.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
@@ -221,10 +220,9 @@ Happening readHappening(Words& words, const World& world) {
   return happening;
 }
 
-void settleHappening(std::size_t line, const World& world,
-                     const std::set<std::string>& comingLabels, Happening& happening) {
+void settleHappening(std::size_t line, KnownLabels& labels, Happening& happening) {
   if (happening.reactions.empty()) return;
-  settleReactions({line, world, happening.pid, false, comingLabels}, happening.reactions);
+  settleReactions({line, happening.pid, false}, labels, happening.reactions);
 }
 
 std::string happeningText(const Happening& happening) {

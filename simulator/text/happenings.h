@@ -1,6 +1,5 @@
 #pragma once
 
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -8,6 +7,7 @@
 
 #include "simulator/mac/mac.h"
 #include "simulator/text/happening_arguments.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
@@ -47,8 +47,7 @@ Happening happeningCalled(std::string_view phrase);
 Happening readHappening(Words& words, const World& world);
 
 /// Settles that, as `settleReactions` does.
-void settleHappening(std::size_t line, const World& world,
-                     const std::set<std::string>& comingLabels, Happening& happening);
+void settleHappening(std::size_t line, KnownLabels& labels, Happening& happening);
 
 /// The happening as such a line, for a journal too.
 std::string happeningText(const Happening& happening);

@@ -195,7 +195,8 @@ Happening parseHappening(std::string_view text, const World& world) {
   const Line line = lines.empty() ? Line{1, 0, {}} : Line{1, 0, lines.front().tokens};
   Words words(line);
   Happening happening = readHappening(words, world);
-  settleHappening(line.number, world, {}, happening);
+  KnownLabels labels(world);
+  settleHappening(line.number, labels, happening);
   return happening;
 }
 

@@ -7,6 +7,7 @@
 #include "simulator/world/arranging.h"
 #include "simulator/world/panels.h"
 #include "simulator/world/reactions.h"
+#include "simulator/world/roles.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -120,16 +121,16 @@ std::string prefixesText(const Reaction& reaction) {
 /// Finds what reactions name.
 class Settler {
  public:
-  explicit Settler(const ReactionPlace& place) : place_(place) {}
+  Settler(const ReactionPlace& place, KnownLabels& labels)
+      : place_(place), labels_(labels), world_(labels.world()) {}
 
   void settle(Reaction& reaction) const {
     Pid pid = place_.pid;
     if (reaction.elsewhere) {
-      pid = reaction.elsewherePid =
-          applicationNamed(place_.line, place_.world, *reaction.elsewhere);
+      pid = reaction.elsewherePid = applicationNamed(place_.line, world_, *reaction.elsewhere);
     }
-    const Application& own = *findApplication(place_.world, place_.pid);
-    const Application& meant = *findApplication(place_.world, pid);
+    const Application& own = *findApplication(world_, place_.pid);
+    const Application& meant = *findApplication(world_, pid);
     if (reaction.when) checkLabel(own, reaction.when->label);
     if (reaction.textOf) checkLabel(own, *reaction.textOf);
     if (reaction.target) checkLabel(meant, *reaction.target);
@@ -143,12 +144,12 @@ class Settler {
   [[noreturn]] void fail(const std::string& cause) const { throw WorldError(place_.line, cause); }
 
   void checkLabel(const Application& application, const std::string& label) const {
-    if (findLabelled(application, label) != nullptr || place_.comingLabels.contains(label)) return;
+    if (labels_.has(application, label)) return;
     fail("no element of " + nameOf(application) + " is labelled \"" + label + '"');
   }
 
   void checkTitle(const Application& application, const std::string& title) const {
-    const auto& windows = place_.world.windows;
+    const auto& windows = world_.windows;
     const bool exists = std::any_of(windows.begin(), windows.end(), [&](const Window& each) {
       return each.owner == application.pid && each.title == title;
     });
@@ -166,12 +167,14 @@ class Settler {
   void checkPanel(const Reaction& reaction, const Application& application) const {
     const bool shows =
         reaction.effect == reactions::openPanel || reaction.effect == reactions::savePanel;
-    if (shows && panelFor(place_.world, application.pid) == nullptr) {
+    if (shows && panelFor(world_, application.pid) == nullptr) {
       fail("no 'panel' stands over a window of " + nameOf(application));
     }
   }
 
   const ReactionPlace& place_;
+  KnownLabels& labels_;
+  const World& world_;
 };
 
 }  // namespace
@@ -212,8 +215,20 @@ std::string reactionsText(const std::vector<Reaction>& reactions) {
   return text;
 }
 
-void settleReactions(const ReactionPlace& place, std::vector<Reaction>& reactions) {
-  const Settler settler(place);
+bool KnownLabels::has(const Application& application, const std::string& label) {
+  if (coming_.contains(label)) return true;
+  const auto [held, isNew] = held_.try_emplace(application.pid);
+  if (isNew) {
+    for (const Element& each : application.elements) {
+      if (!each.removed && !isWindowRole(each.role)) held->second.insert(labelOf(each));
+    }
+  }
+  return held->second.contains(label);
+}
+
+void settleReactions(const ReactionPlace& place, KnownLabels& labels,
+                     std::vector<Reaction>& reactions) {
+  const Settler settler(place, labels);
   for (Reaction& each : reactions) settler.settle(each);
 }
 

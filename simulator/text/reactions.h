@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <set>
 #include <span>
 #include <string>
@@ -35,17 +36,33 @@ std::vector<Reaction> readReactions(Words& words, const char* owner);
 std::string reactionText(const Reaction& reaction);
 std::string reactionsText(const std::vector<Reaction>& reactions);
 
-/// Where reactions are written, and what they may name.
+/// The labels that reactions may name: those of a world's elements, which are looked up once for
+/// each application, and those that only reactions give.
+class KnownLabels {
+ public:
+  /// Borrows the world, whose elements stay as they are meanwhile.
+  explicit KnownLabels(const World& world) : world_(world) {}
+
+  const World& world() const { return world_; }
+  void addComing(const std::string& label) { coming_.insert(label); }
+  bool has(const Application& application, const std::string& label);
+
+ private:
+  const World& world_;
+  std::set<std::string> coming_;
+  std::map<Pid, std::set<std::string>> held_;
+};
+
+/// Where reactions are written.
 struct ReactionPlace {
   std::size_t line = 0;
-  const World& world;  // with all its applications
-  Pid pid = 0;         // of the application whose reactions they are
+  Pid pid = 0;  // of the application whose reactions they are
   bool hasElement = true;
-  const std::set<std::string>& comingLabels;  // that only reactions give to elements
 };
 
 /// Settles which applications are meant. Throws WorldError when something that a reaction names is
 /// not there.
-void settleReactions(const ReactionPlace& place, std::vector<Reaction>& reactions);
+void settleReactions(const ReactionPlace& place, KnownLabels& labels,
+                     std::vector<Reaction>& reactions);
 
 }  // namespace simulator

@@ -34,7 +34,7 @@ TEST(control, explains_its_usage) {
           "usage: simulated-mac "
           "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
           "advance|"
-          "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
+          "lock|unlock|leave|return|quit|end|front|hang|recover|in|user|remove|connect|disconnect|"
           "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(
@@ -104,6 +104,19 @@ TEST(control, leaves_the_console_and_returns) {
   EXPECT_EQ(seen(mac.driver({"session"})), session(false, false));
   EXPECT_EQ(seen(mac.command({"return", "to", "console"})), done);
   EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+}
+
+TEST(control, an_application_acts_by_itself) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"in", "Notes", "set Body \"told; \"; append \"twice\" to Body"})),
+            done);
+  EXPECT_EQ(seen(mac.command({"in", "Notes", "set", "Bdy", "\"x\""})),
+            failure("no element of Notes is labelled \\\"Bdy\\\""));
+  EXPECT_EQ(
+      seen(mac.command({"journal", "--text"})),
+      "0     0 ms        -  happening 41/0 in pid:41 set Body \"told; \"; append \"twice\" to "
+      "Body\n");
 }
 
 TEST(control, the_user_acts) {
