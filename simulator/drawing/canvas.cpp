@@ -173,22 +173,24 @@ int within(double value, int most) {
   return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
 }
 
-/// The pixels of which the rectangle covers more than half.
-Area pixelsOf(Canvas& canvas, const Rect& rect) {
+/// The pixels between the edges of the rectangle, which are rounded so.
+Area pixelsBetween(Canvas& canvas, const Rect& rect, double (*roundedStart)(double),
+                   double (*roundedEnd)(double)) {
   const Rect place = inPixels(canvas, rect);
   const Area whole = wholeOf(canvas);
-  return {within(std::round(place.x), whole.right), within(std::round(place.y), whole.bottom),
-          within(std::round(place.x + place.width), whole.right),
-          within(std::round(place.y + place.height), whole.bottom)};
+  return {within(roundedStart(place.x), whole.right), within(roundedStart(place.y), whole.bottom),
+          within(roundedEnd(place.x + place.width), whole.right),
+          within(roundedEnd(place.y + place.height), whole.bottom)};
+}
+
+/// The pixels of which the rectangle covers more than half.
+Area pixelsOf(Canvas& canvas, const Rect& rect) {
+  return pixelsBetween(canvas, rect, std::round, std::round);
 }
 
 /// The pixels that lie in the rectangle with all that they are.
 Area pixelsInside(Canvas& canvas, const Rect& rect) {
-  const Rect place = inPixels(canvas, rect);
-  const Area whole = wholeOf(canvas);
-  return {within(std::ceil(place.x), whole.right), within(std::ceil(place.y), whole.bottom),
-          within(std::floor(place.x + place.width), whole.right),
-          within(std::floor(place.y + place.height), whole.bottom)};
+  return pixelsBetween(canvas, rect, std::ceil, std::floor);
 }
 
 bool isEmpty(const Area& area) { return area.right <= area.left || area.bottom <= area.top; }
