@@ -138,6 +138,7 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
     const auto next = nextInstant();
     if (!next) return std::nullopt;
     desktop_.advanceTo(*next);
+    if (isOver_()) return std::nullopt;
   }
   return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -53,6 +54,9 @@ class Turns {
   /// `preferred` goes before others that could go on as well. None when nobody can, as yet.
   std::optional<Woken> wake(Microseconds now, std::optional<Flow> preferred = std::nullopt);
 
+  /// In virtual time nobody goes on any more, and no more time passes, once `isOver` says so.
+  void stopWhen(std::function<bool()> isOver) { isOver_ = std::move(isOver); }
+
   /// A client meets a fault: its flows have gone, and a last one has joined, which is running.
   Flow joinLastAct(std::size_t client);
 
@@ -89,6 +93,7 @@ class Turns {
   Scheduler scheduler_;
   Run run_;
   std::map<Flow, State> states_;
+  std::function<bool()> isOver_ = [] { return false; };
 };
 
 }  // namespace simulator

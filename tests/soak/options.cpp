@@ -37,6 +37,8 @@ class Reader {
       options_.shrunk = word();
     } else if (option == "--replay") {
       options_.replayed = word();
+    } else if (option == "--script") {
+      options_.scripted = word();
     } else {
       understood_ = false;
     }

@@ -17,6 +17,7 @@ struct Options {
   bool shows = false;                 // prints the case of the seed in place of playing it
   std::optional<std::string> shrunk;  // a folder for the smallest case that fails as the seed does
   std::optional<std::string> replayed;  // a folder of a case to play in place of seeds
+  std::optional<std::string> scripted;  // one of which the script is printed
 };
 
 /// Reads the words behind the program's name; none when they make no sense.
@@ -26,6 +27,7 @@ inline constexpr const char* usage =
     "usage: soak [--seed N] [--runs R | --seconds S] [--jobs J] [--coverage]\n"
     "       soak --show SEED\n"
     "       soak --shrink SEED FOLDER\n"
-    "       soak --replay FOLDER\n";
+    "       soak --replay FOLDER\n"
+    "       soak --script FOLDER\n";
 
 }  // namespace soak
