@@ -139,7 +139,7 @@ class Workers {
   }
 
   std::optional<Complaint> playOne(const Case& one, const std::string& folder, Progress& progress) {
-    const auto complaint = verdict(one, folder, [&](const Played& played) {
+    auto complaint = verdict(one, folder, [&](const Played& played) {
       progress.simulatedMicroseconds += static_cast<std::uint64_t>(played.desktop->mac().now);
       if (options_.showsCoverage) addCoverage(one, played, coverage_);
     });
