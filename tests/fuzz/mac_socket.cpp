@@ -42,6 +42,7 @@ at 100ms user key a
 
 /// Fewer than wait to be taken by one that takes none.
 constexpr std::size_t connectionsMax = 300;
+constexpr std::size_t passersMax = 5000;
 
 /// So often the Mac has its turn after each act: all that is there is read, and answered.
 constexpr int turnsOfAct = 3;
@@ -102,6 +103,8 @@ class Served {
       connections_.erase(name);
     } else if (rest[0] == '+') {
       connectSilently(driver::parseInt64(rest.substr(1)).value_or(1));
+    } else if (rest[0] == '*') {
+      comeAndGo(driver::parseInt64(rest.substr(1)).value_or(1));
     } else {
       send(name, rest);
     }
@@ -145,6 +148,11 @@ class Served {
     for (std::int64_t i = 0; i < count && silent_.size() < connectionsMax; ++i) {
       silent_.push_back(connect());
     }
+  }
+
+  void comeAndGo(std::int64_t count) {
+    for (std::int64_t i = 0; i < count && passers_ < passersMax; ++i, ++passers_) connect();
+    server_.turn(own_);
   }
 
   void send(char name, const std::string& said) {
@@ -192,6 +200,7 @@ class Served {
   std::vector<pollfd> own_ = {{wakes_.number(), POLLIN, 0}};
   std::map<char, Descriptor> connections_;
   std::vector<Descriptor> silent_;
+  std::size_t passers_ = 0;
 };
 
 }  // namespace

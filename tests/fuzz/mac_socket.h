@@ -12,6 +12,7 @@ namespace fuzz {
 ///     a =\x05\x00                              bytes as they stand, but for escapes
 ///     a -                                      the connection is closed
 ///     a +20                                    that many further connections, which say nothing
+///     a *2000                                  that many that come and go, one after the other
 ///
 /// Afterwards somebody else joins, and must be served.
 std::string complaintAboutSocket(const std::string& input);

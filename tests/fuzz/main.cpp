@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string input(reinterpret_cast<const char*>(data), size);
   const std::string complaint = target.complaint(input);
   if (!complaint.empty()) {
-    std::fprintf(stderr, "%s\n", complaint.c_str());
+    std::fprintf(stderr, "wrong: %s\n", complaint.c_str());
     std::abort();
   }
   return 0;

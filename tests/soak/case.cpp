@@ -176,6 +176,7 @@ std::string escaped(char byte) {
 
 std::string inQuotes(std::string_view text) {
   std::string result = "\"";
+  result.reserve(text.size() + 2);
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (c == '"' || c == '\\') {

@@ -29,6 +29,8 @@ class Reader {
       options_.jobs = static_cast<std::size_t>(number());
     } else if (option == "--coverage") {
       options_.showsCoverage = true;
+    } else if (option == "--first") {
+      options_.stopsAtFirst = true;
     } else if (option == "--show") {
       options_.seed = number();
       options_.shows = true;
