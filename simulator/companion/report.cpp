@@ -10,7 +10,7 @@
 #include "simulator/companion/base64.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/files.h"
-#include "simulator/companion/report_page.h"
+#include "simulator/companion/page_files.h"
 #include "simulator/companion/picture_changes.h"
 #include "simulator/companion/record_format.h"
 #include "simulator/drawing/canvas.h"
