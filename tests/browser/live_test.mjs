@@ -1,15 +1,22 @@
 // The page that shows a running Mac, and lets its user be played.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
-import { after, afterEach, before, beforeEach, test } from "node:test";
-import { Mac, assertIsForEverybody, launch, open } from "./support.mjs";
+import { after, afterEach, before, beforeEach, test as testOf } from "node:test";
+import { Mac, assertIsForEverybody, folder, launch, open } from "./support.mjs";
 
 let browser;
+let files;
 let mac;
 let page;
 
-before(async () => { browser = await launch(); });
-after(() => browser.close());
+before(async () => {
+  browser = await launch();
+  files = folder();
+});
+after(async () => {
+  await browser.close();
+  files.remove();
+});
 beforeEach(async () => {
   mac = await Mac.start();
   page = await open(browser, mac.address);
@@ -22,6 +29,9 @@ afterEach(async () => {
   await mac.stop();
   assert.deepEqual(errors, []);
 });
+
+/** What hangs fails. */
+const test = (name, body) => testOf(name, { timeout: 30_000 }, body);
 
 const button = (name) => page.getByRole("button", { name, exact: true });
 const field = (name) => page.getByRole("textbox", { name, exact: true });
@@ -129,13 +139,13 @@ test("lets the user copy, switch, lock, unlock, plug and unplug", async () => {
 });
 
 test("lets the user stop a sharing", async () => {
-  const service = mac.begin("capture-service", `/tmp/browser-${process.pid}.lock`);
-  service.stdin.write('{"op":"open","session":"s","app":"Notes"}\n');
+  const { run, ended } = mac.begin("capture-service", files.path("lock"));
+  run.stdin.write('{"op":"open","session":"s","app":"Notes"}\n');
   while ((await mac.tell("state"))[0].sharing.length === 0) continue;
   await page.getByRole("combobox", { name: "Application" }).selectOption("Notes");
   await button("Stop sharing").click();
 
-  assert.notEqual(await new Promise((resolve) => { service.on("exit", resolve); }), 0);
+  assert.equal(await ended, 1);
 });
 
 test("arms a fault, and says what the Mac refuses", async () => {
@@ -151,10 +161,14 @@ test("arms a fault, and says what the Mac refuses", async () => {
 test("stops time, steps, advances and lets it go", async () => {
   await button("Stop").click();
   await page.getByText("0 ms, virtual time, which stands.").waitFor();
-  const run = mac.begin("bg-click", "Notes", "340", "574");
-  const ended = new Promise((resolve) => { run.on("exit", resolve); });
+  const { ended } = mac.begin("bg-click", "Notes", "340", "574");
   await lineOf("driver bg-click Notes 340 574").waitFor();
-  while (!/^40 ms/.test(await page.locator("#summary").textContent())) await button("Step").click();
+  while ((await mac.tell("clock"))[0].now < 40) {
+    const answer = page.waitForResponse((each) => each.request().postData() === '["clock","step"]');
+    await button("Step").click();
+    await answer;
+  }
+  await page.getByText("40 ms, virtual time, which stands.", { exact: true }).waitFor();
   await button("Advance").click();
   await page.getByText("140 ms, virtual time, which stands.").waitFor();
   await page.getByRole("combobox", { name: "Speed" }).selectOption("10 times real time");
@@ -188,12 +202,11 @@ test("shows the state as it changes", async () => {
 test("tells of a rule that is broken", async () => {
   await page.getByText("No rule is broken.").waitFor();
   await mac.tell("clock", "stop");
-  const run = mac.begin("bg-click", "Notes", "340", "574");
+  const { run, ended } = mac.begin("bg-click", "Notes", "340", "574");
   await lineOf("driver bg-click Notes 340 574").waitFor();
   while ((await mac.tell("clock", "step"))[0].now < 100) continue;
-  const ended = new Promise((resolve) => { run.on("exit", resolve); });
   run.kill("SIGKILL");
-  await ended;
+  assert.equal(await ended, "SIGKILL");
   await page.getByRole("list", { name: "Broken rules" }).getByText(/^I27: /).first().waitFor();
 });
 

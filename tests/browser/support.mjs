@@ -67,9 +67,13 @@ export class Mac {
 
   driver(...words) { return run(driver, words, this.environment); }
 
-  /** A run that goes on beside. */
+  /** A run that goes on beside: `ended` gives its status, or the signal that ended it. */
   begin(...words) {
-    return spawn(driver, words, { env: { PATH: process.env.PATH, ...this.environment } });
+    const run = spawn(driver, words, { env: { PATH: process.env.PATH, ...this.environment } });
+    const ended = new Promise((resolve) => {
+      run.on("exit", (status, signal) => resolve(status ?? signal));
+    });
+    return { run, ended };
   }
 
   /** What the Mac answers, line by line. */
