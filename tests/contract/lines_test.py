@@ -110,9 +110,9 @@ class Lines(unittest.TestCase):
     def viewed(self, mac):
         """A view tells where it is, and ends with the Mac or by itself."""
         with subprocess.Popen([SIMULATED_MAC, "view"], stdout=subprocess.PIPE, text=True, env=mac.environment) as view:
-            self.check("view", view.stdout.read())
+            url = self.check("view", view.stdout.read())[0]["url"]
+            self.check("view", self.refused(mac, "view", url.split(":")[2].split("/")[0]))
             view.terminate()
-        self.check("view", self.refused(mac, "view", "1"))
 
     def recorded(self):
         """What a record holds besides the journal."""
