@@ -63,6 +63,9 @@ class Turns {
   /// The flow has gone. Idempotent.
   void leave(Flow flow);
 
+  /// In virtual time the clock goes no further than this by itself; none: as far as it may.
+  void holdAt(std::optional<Microseconds> latest) { latest_ = latest; }
+
   /// The client has gone, with all its flows and those that it has only announced. Idempotent.
   void leaveAll(std::size_t client);
 
@@ -92,6 +95,7 @@ class Turns {
   Desktop& desktop_;
   Scheduler scheduler_;
   Run run_;
+  std::optional<Microseconds> latest_;
   std::map<Flow, State> states_;
   std::function<bool()> isOver_ = [] { return false; };
 };
