@@ -9,13 +9,6 @@ using driver::Datum;
 using platform::Call;
 using platform::Function;
 
-namespace {
-
-/// For how long a closed run goes on when nothing happens any more, and somebody only makes rounds.
-constexpr Microseconds quietRoundsMax = 10'000'000;
-
-}  // namespace
-
 Turns::Turns(Desktop& desktop, Scheduler::Time time, Run run)
     : desktop_(desktop), scheduler_(time), run_(run) {}
 
@@ -148,9 +141,10 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
     }
     if (isReal) return std::nullopt;
     const auto next = nextInstant();
-    if (!next) return std::nullopt;
+    if (!next || (latest_ && *next > *latest_)) return std::nullopt;
     if (mayMove_ && *next > desktop_.mac().now && !mayMove_()) return std::nullopt;
     desktop_.advanceTo(*next);
+    if (isOver_()) return std::nullopt;
   }
   return std::nullopt;
 }
@@ -163,8 +157,10 @@ std::optional<Microseconds> Turns::nextInstant() const {
   if (due || isReal) return earliest({due, own, round});
   // An open run stands still for a script alone: its next client is still to come.
   if (run_ == Run::open) return std::nullopt;
-  if (own) return earliest({own, round});
-  return round && *round <= desktop_.mac().lastNews + quietRoundsMax ? round : std::nullopt;
+  const auto ownInRun = desktop_.nextOwnInRun();
+  if (ownInRun) return earliest({ownInRun, round});
+  // When nothing happens any more, and somebody only makes rounds, the run ends soon.
+  return round && *round <= desktop_.mac().lastNews + Desktop::quietMax ? round : std::nullopt;
 }
 
 void Turns::leave(Flow flow) {

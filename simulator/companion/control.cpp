@@ -128,7 +128,7 @@ ControlAnswer fault(const Request& request) {
 ControlAnswer advance(const Request& request) {
   if (request.words.size() != 2) throw Failure("\"advance\" needs a time");
   if (request.time == Scheduler::Time::real) {
-    throw Failure("this Mac runs in real time; only one started with --virtual can be advanced");
+    throw Failure(notVirtual);
   }
   const Microseconds length = simulator::parseTime(request.words[1], "advance");
   const Microseconds end = request.desktop.mac().now + length;
@@ -149,9 +149,13 @@ ControlAnswer wait(const Request& request) {
 }
 
 ControlAnswer happening(const Request& request) {
+  // Reactions have quotation marks of their own: behind `in APP` words stand as in a world.
+  const bool reacts = request.words[0] == "in";
   std::string text;
-  for (const std::string& word : request.words)
-    text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
+  for (std::size_t i = 0; i < request.words.size(); ++i) {
+    const std::string& word = request.words[i];
+    text += (i == 0 ? "" : " ") + (reacts && i > 1 ? word : simulator::quotedWord(word));
+  }
   const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
   if (const char* why = parsed.kind->notTold) {
     throw Failure(std::string("only worlds have \"") + parsed.kind->phrase + "\": " + why);

@@ -20,6 +20,7 @@ struct Options {
   bool untilClosed = false;           // standard input ends the Mac
   bool sleeps = false;                // the command's own sleeps are of virtual time
   std::optional<std::uint64_t> seed;  // in place of the world's
+  std::optional<std::string> view;    // whether a browser is shown the Mac, and at which port
   RecordOptions record;               // what is kept of it
   std::vector<std::string> command;   // what follows "--"
 };

@@ -10,6 +10,8 @@
 
 #include "simulator/companion/connection.h"
 #include "simulator/companion/control.h"
+#include "simulator/companion/news.h"
+#include "simulator/companion/pace.h"
 #include "simulator/companion/polling_hint.h"
 #include "simulator/companion/record.h"
 #include "simulator/desktop.h"
@@ -56,17 +58,19 @@ class Server {
     Kind kind = Kind::unknown;
     std::size_t member = 0;  // of the desktop, for a process
     std::optional<Turns::Flow> flow;
-    bool waits = false;  // for an answer
-    bool ended = false;  // nothing more will arrive
+    std::optional<Known> known;  // it waits for what is more than that
+    bool waits = false;          // for an answer
+    bool ended = false;          // nothing more will arrive
     bool gone = false;
   };
 
   Microseconds elapsed() const;
   Microseconds now() const;
-  timespec timeUntilNext() const;
-  bool mayWaitForever() const;
   bool mayMove();
+  std::optional<Microseconds> standing();
+  std::optional<Microseconds> timeToWait();
 
+  void holdTime();
   void wakeDue();
   void waitForEvents(std::vector<pollfd>& own);
   void acceptWaiting();
@@ -81,6 +85,10 @@ class Server {
   void handleControl(Client& client, const driver::Datum::List& parts);
   void await(Client& client, const Wait& wait);
   ControlAnswer carryOut(const std::vector<std::string>& words);
+  ControlAnswer about() const;
+  ControlAnswer clock(const std::vector<std::string>& words);
+  void tellNews();
+  void tellNewsTo(Client& client);
   void deliver(Client& client, const driver::Datum& value);
   void dropGone();
 
@@ -88,6 +96,7 @@ class Server {
   Turns turns_;
   ServerSettings settings_;
   PollingHint polling_;
+  Pace pace_;
   bool stopped_ = false;
   bool looksAgain_ = false;  // whether processes are still at work
   int quietLooks_ = 0;       // one after the other at which none was

@@ -1,6 +1,7 @@
 #include "simulator/text/builder.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "simulator/text/application.h"
@@ -8,32 +9,20 @@
 #include "simulator/text/happenings.h"
 #include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
+#include "simulator/text/naming.h"
 #include "simulator/text/nearest.h"
+#include "simulator/text/reactions.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
+#include "simulator/world/panels.h"
+#include "simulator/world/reactions.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
 
 namespace {
-
-std::string nameOf(const Application& application) {
-  return application.name.value_or("pid " + std::to_string(application.pid));
-}
-
-[[noreturn]] void failUnlabelled(const Spot& spot, const Application& application,
-                                 const std::string& label) {
-  std::vector<std::string> labels;
-  for (const Element& each : application.elements) {
-    if (each.window == 0 || each.parent != 0) labels.push_back(labelOf(each));
-  }
-  throw WorldError({spot,
-                    "no element of " + nameOf(application) + " is labelled \"" + label + '"',
-                    nearest(label, labels),
-                    {},
-                    label});
-}
 
 /// The element that a line means by a label.
 Element& labelled(const Spot& spot, Application& application, const std::string& label) {
@@ -52,6 +41,12 @@ void attempt(const Complain& complain, Settle settle) {
   }
 }
 
+std::array<std::vector<Reaction>*, 4> listsOf(Element& element) {
+  return {&element.onClick, &element.onRightClick, &element.onDoubleClick, &element.onSubmit};
+}
+
+constexpr std::int64_t timesMax = 1'000'000'000;
+
 }  // namespace
 
 void WorldBuilder::claimPid(const Words& words, Pid pid) const {
@@ -61,8 +56,21 @@ void WorldBuilder::claimPid(const Words& words, Pid pid) const {
   }
 }
 
-void WorldBuilder::addToScript(Words& words, Microseconds at) {
-  script_.push_back({at, words.rest()});
+void WorldBuilder::addToScript(Words& words) {
+  Scripted scripted;
+  const Span span = words.span("at");
+  scripted.at = span.least;
+  scripted.latest = span.most;
+  scripted.place = script_.size();
+  if (words.take("every")) {
+    scripted.every = words.span("every");
+    if (scripted.every->least == 0) words.fail("'every' needs a time above 0");
+    if (words.nextIsNumber()) {
+      scripted.times = words.integer("every", "a number from 1", 1, timesMax);
+      words.expect("every", "times");
+    }
+  }
+  script_.push_back({std::move(scripted), words.rest()});
 }
 
 WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
@@ -83,16 +91,22 @@ WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
 
 void WorldBuilder::addPanel(Words& words) {
   PanelDraft draft = readPanelLine(words, world_);
-  claimPid(words, draft.application.pid);
-  if (findWindow(world_, draft.window.number) != nullptr) {
-    words.fail("window number " + std::to_string(draft.window.number) + " is taken");
+  const PanelService& service = draft.service;
+  claimPid(words, service.pid);
+  if (isTaken(service.number)) {
+    words.fail("window number " + std::to_string(service.number) + " is taken");
   }
   world_.applications.push_back(std::move(draft.application));
   withoutFocusedWindow_.push_back(false);
-  world_.lastWindow = std::max(world_.lastWindow, draft.window.number);
-  const Window* below = findWindow(world_, draft.over);
-  world_.windows.insert(world_.windows.begin() + (below - world_.windows.data()),
-                        std::move(draft.window));
+  world_.lastWindow = std::max(world_.lastWindow, service.number);
+  world_.panels.push_back(service);
+  if (!draft.closed) showPanel(world_, service, PanelKind::save);
+}
+
+bool WorldBuilder::isTaken(WindowNumber number) const {
+  return findWindow(world_, number) != nullptr ||
+         std::any_of(world_.panels.begin(), world_.panels.end(),
+                     [&](const PanelService& each) { return each.number == number; });
 }
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
@@ -104,7 +118,7 @@ void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<
 WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
   WindowDraft draft = readWindow(words);
   Window& window = draft.window;
-  if (findWindow(world_, window.number) != nullptr) {
+  if (isTaken(window.number)) {
     words.fail("window number " + std::to_string(window.number) + " is taken");
   }
   Application& application = world_.applications[parent.application];
@@ -165,9 +179,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
-  if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
-    reactions_.push_back({words.spot(), parent.application, id});
-  }
+  noteReactions({words.spot(), parent.application, id});
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
   addHabits(words, place, draft);
   addCopies(words, application, place, draft.count);
@@ -179,8 +191,25 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
 WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
   Application& application = world_.applications[parent.application];
   const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
-  reactions_.push_back({words.spot(), parent.application, id});
+  noteReactions({words.spot(), parent.application, id});
   return {Place::Kind::element, "menu", parent.application, 0, id};
+}
+
+/// What they name may come later in the text.
+void WorldBuilder::noteReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  bool reacts = false;
+  for (const std::vector<Reaction>* list : listsOf(*findElement(application, placed.element))) {
+    reacts = reacts || !list->empty();
+    noteLabels(*list);
+  }
+  if (reacts) reactions_.push_back(placed);
+}
+
+void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
+  for (const Reaction& each : list) {
+    if (each.effect == reactions::relabel) labels_.addComing(each.text);
+  }
 }
 
 void WorldBuilder::settlePresence(const Words& words, Application& application, Element& element,
@@ -206,6 +235,7 @@ void WorldBuilder::addHabits(const Words& words, const Place& place, const Eleme
   if (!draft.habits) return;
   world_.applications[place.application].habits.emplace(place.element, *draft.habits);
   if (draft.habits->isComposer) composers_.push_back(placed);
+  if (draft.habits->onlyWhile) conditions_.push_back({placed, draft.habits->onlyWhile->label});
 }
 
 void WorldBuilder::addCopies(const Words& words, Application& application, const Place& place,
@@ -256,28 +286,13 @@ void WorldBuilder::settleMenuBars() {
   }
 }
 
-void WorldBuilder::checkReaction(const Spot& spot, Application& application,
-                                 const Reaction& reaction) {
-  if (reaction.target) labelled(spot, application, *reaction.target);
-  if (!reaction.window || findTitled(world_, application.pid, *reaction.window) != nullptr) return;
-  std::vector<std::string> titles;
-  for (const Window& each : world_.windows) {
-    if (each.owner == application.pid && each.title) titles.push_back(*each.title);
-  }
-  throw WorldError(
-      {spot,
-       "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"",
-       nearest(*reaction.window, titles),
-       {},
-       *reaction.window});
-}
-
-void WorldBuilder::checkReactions(const PlacedElement& placed) {
+void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
-  const Element& element = *findElement(application, placed.element);
-  for (const auto* reactions : {&element.onClick, &element.onRightClick, &element.onSubmit}) {
-    for (const Reaction& each : *reactions) {
-      attempt(complain_, [&] { checkReaction(placed.spot, application, each); });
+  const ReactionPlace place{placed.spot, application.pid};
+  Element& element = *findElement(application, placed.element);
+  for (std::vector<Reaction>* list : listsOf(element)) {
+    for (Reaction& each : *list) {
+      attempt(complain_, [&] { settleReaction(place, labels_, each); });
     }
   }
 }
@@ -304,18 +319,28 @@ void WorldBuilder::settleWindows() {
   if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
 }
 
-void WorldBuilder::settleScript() {
-  for (const PendingHappening& pending : script_) {
+void WorldBuilder::readScript() {
+  for (PendingHappening& pending : script_) {
     attempt(complain_, [&] {
       Words words(pending.line);
-      world_.script.push_back({pending.at, readHappening(words, world_)});
+      pending.scripted.happening = readHappening(words, world_);
+      noteLabels(pending.scripted.happening.reactions);
     });
+  }
+}
+
+void WorldBuilder::settleScript() {
+  for (PendingHappening& pending : script_) {
+    attempt(complain_,
+            [&] { settleHappening(spotOf(pending.line), labels_, pending.scripted.happening); });
+    world_.script.push_back(std::move(pending.scripted));
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),
                    [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
 }
 
-void WorldBuilder::settleElements() {
+/// What a line names that may come later in the text, but for reactions.
+void WorldBuilder::settleNames() {
   for (const PlacedLink& placed : links_) {
     attempt(complain_, [&] { settleLink(placed); });
   }
@@ -325,13 +350,32 @@ void WorldBuilder::settleElements() {
   for (const PlacedElement& placed : composers_) {
     settleComposer(world_.applications[placed.application], placed.element);
   }
-  for (const PlacedElement& placed : reactions_) checkReactions(placed);
+  for (const PlacedParent& placed : conditions_) {
+    attempt(complain_, [&] {
+      labelled(placed.child.spot, world_.applications[placed.child.application], placed.label);
+    });
+  }
+}
+
+void WorldBuilder::settleReactions() {
+  for (const PlacedElement& placed : reactions_) settleReactions(placed);
+}
+
+void WorldBuilder::settleElements() {
+  settleNames();
+  settleReactions();
 }
 
 void WorldBuilder::finish() {
   if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
-  settleElements();
+  settleNames();
   settleMenuBars();
+  for (Application& application : world_.applications) {
+    settleScrollAreas(application);
+    settleScrolling(application);
+  }
+  readScript();
+  settleReactions();
   settleFocus();
   settleWindows();
   settleScript();

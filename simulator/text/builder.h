@@ -5,6 +5,7 @@
 
 #include "simulator/text/elements.h"
 #include "simulator/text/gathering.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
@@ -33,7 +34,7 @@ class WorldBuilder {
   Place addElement(Words& words, const Place& parent);
   Place addMenuItem(Words& words, const Place& application);
   void addPanel(Words& words);
-  void addToScript(Words& words, Microseconds at);
+  void addToScript(Words& words);
 
   /// Throws when the process id is in use.
   void claimPid(const Words& words, Pid pid) const;
@@ -65,7 +66,7 @@ class WorldBuilder {
     std::string label;
   };
   struct PendingHappening {
-    Microseconds at;
+    Scripted scripted;
     Line line;
   };
 
@@ -81,17 +82,25 @@ class WorldBuilder {
   void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
-  void checkReactions(const PlacedElement& placed);
-  void checkReaction(const Spot& spot, Application& application, const Reaction& reaction);
+  void settleNames();
+  void noteReactions(const PlacedElement& placed);
+  void noteLabels(const std::vector<Reaction>& list);
+  void settleReactions();
+  void settleReactions(const PlacedElement& placed);
   void settleFocus();
   void settleWindows();
+  void readScript();
   void settleScript();
+
+  bool isTaken(WindowNumber number) const;
 
   World& world_;
   const Complain& complain_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
+  KnownLabels labels_{world_};
   std::vector<PlacedParent> furtherParents_;
+  std::vector<PlacedParent> conditions_;
   std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;
   std::vector<bool> withoutFocusedWindow_;  // by application

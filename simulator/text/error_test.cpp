@@ -28,11 +28,12 @@ const std::string windowWords =
 const std::string elementWords =
     "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
     "subrole, disabled, modal, focused, selection, actions, attribute, failing, range, choices, "
-    "while, also, repeat, open, closed, "
+    "while, only, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
-    "right:, takes, submit:";
+    "right:, double:, stacks, scrolls, takes, submit:";
 const std::string reactionWords =
-    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste";
+    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste, move, "
+    "enable, disable, relabel, count, save";
 
 TEST(world_text_errors, of_the_form_of_the_text) {
   const BadWorld cases[] = {
@@ -210,7 +211,8 @@ TEST(world_text_errors, of_elements) {
       {"AXButton press:", "'press:' needs one of " + reactionWords},
       {"AXButton press: explode", "unknown word 'explode'; expected " + reactionWords},
       {"AXButton press: toggle;", "'press:' needs one of " + reactionWords},
-      {"AXButton press: toggle quit", "unknown word 'quit'; expected ;, press:, right: or submit:"},
+      {"AXButton press: hang quit",
+       "unknown word 'quit'; expected ;, press:, right:, double: or submit:"},
       {"AXButton press: toggle press: quit", "'press:' is given twice"},
       {"AXButton right: append to B", "'append' needs a quoted text, not 'to'"},
       {"AXButton press: append \"x\" B", "'append' needs 'to' after it, not 'B'"},
@@ -218,7 +220,26 @@ TEST(world_text_errors, of_elements) {
       {"AXButton press: append \"x\" to B", "no element of A is labelled \"B\""},
       {"AXButton right: set B \"x\"", "no element of A is labelled \"B\""},
       {"AXButton press: set B", "'set' needs a quoted text"},
-      {"AXButton press: open \"T\"", "'open' needs 'sheet' after it, not \"T\""},
+      {"AXButton press: open \"T\"", "unexpected \"T\"; expected sheet, panel"},
+      {"AXButton press: after soon quit",
+       "'after' needs a time such as 250us, 100ms or 1.5s, not 'soon'"},
+      {"AXButton press: after 2s..1s quit",
+       "'after' needs a time such as 250us, 100ms or 1.5s, not '2s..1s'"},
+      {"AXButton press: after 2s", "'press:' needs one of " + reactionWords},
+      {"AXButton press: when B 1 then quit", "'when' needs 'is' after it, not '1'"},
+      {"AXButton press: when B is 1 quit", "'when' needs 'then' after it, not 'quit'"},
+      {"AXButton press: when B is 1 then quit", "no element of A is labelled \"B\""},
+      {"AXButton press: in B quit", "no application 'B' is running"},
+      {"AXButton press: in A toggle", "'toggle' needs the label of an element here"},
+      {"AXButton press: set B value of B", "no element of A is labelled \"B\""},
+      {"AXButton \"B\" press: set B value C", "'value' needs 'of' after it, not 'C'"},
+      {"AXButton \"B\" press: set B value of C", "no element of A is labelled \"C\""},
+      {"AXButton \"B\" press: move B", "'move' needs above, below or to after the label"},
+      {"AXButton \"B\" press: move B above C", "no element of A is labelled \"C\""},
+      {"AXButton \"B\" press: count B", "'count' needs up or down after the label"},
+      {"AXButton \"B\" press: count B up by 0", "'by' needs a number from 1, not '0'"},
+      {"AXButton press: close window \"W\"", "no window of A is titled \"W\""},
+      {"AXButton press: save panel", "no 'panel' stands over a window of A"},
       {"AXButton press: close", "'close' needs 'window' after it"},
       {"AXButton press: show window \"W\"", "no window of A is titled \"W\""},
       {"AXButton press: retitle T", "'retitle' needs a quoted text, not 'T'"},

@@ -79,8 +79,20 @@ void readChoices(Words& words, ElementDraft& draft) {
   } while (words.nextIs(Token::Kind::text));
 }
 
-void readWhileHovered(Words& /*words*/, ElementDraft& draft) {
+void refuseSecondPresence(const Words& words, const ElementDraft& draft) {
+  if (draft.element.presence == Presence::always) return;
+  words.fail("an element is either there 'while hovered' or 'only while'");
+}
+
+void readWhileHovered(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
   draft.element.presence = Presence::whileHovered;
+}
+
+void readOnlyWhile(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
+  draft.element.presence = Presence::whileHeld;
+  habitsOf(draft).onlyWhile = readCondition(words, "while");
 }
 
 void readAlsoUnder(Words& words, ElementDraft& draft) {
@@ -142,6 +154,13 @@ void readReplying(Words& words, ElementDraft& draft) {
 }
 
 void readTakesFiles(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).takesFiles = true; }
+
+void readScrolls(Words& words, ElementDraft& draft) {
+  habitsOf(draft).scrolling =
+      words.take("lazily") ? Habits::Scrolling::lazy : Habits::Scrolling::whole;
+}
+
+void readStacks(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).stacks = true; }
 
 void readGrows(Words& words, ElementDraft& draft) {
   setChildren(words, draft,
@@ -242,7 +261,10 @@ constexpr std::array knownHabits = {
           "its actions. Without it `AXPress` for what can be pressed (and `AXShowMenu` for pop-up "
           "and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for menus, "
           "none for others",
-          [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); },
+          [](Words& words, ElementDraft& draft) {
+            draft.element.actions = readActions(words);
+            habitsOf(draft).givesActions = true;
+          },
           once},
     Habit{"attribute", "AXFoo VALUE", "any attribute",
           [](Words& words, ElementDraft& draft) {
@@ -262,6 +284,11 @@ constexpr std::array knownHabits = {
           once},
     Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
           readWhileHovered, once},
+    Habit{"only while", "Label is [not] VALUE",
+          "it is there only while the `AXValue` of the element with this label is so, as the "
+          "contents "
+          "of a tab or of an open row are",
+          readOnlyWhile, once},
     Habit{"also under", "Label", "it is also a child of the element with this label", readAlsoUnder,
           severalTimes},
     Habit{"repeat", "N",
@@ -307,6 +334,21 @@ constexpr std::array knownHabits = {
             draft.element.onRightClick = readReactions(words, "right:");
           },
           once},
+    Habit{"double:", "REACTION; ...",
+          "what the second of two clicks does, in place of what a click does",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onDoubleClick = readReactions(words, "double:");
+          },
+          once},
+    Habit{"stacks", "",
+          "its children lie one below the other: those below one that goes or moves away close up, "
+          "and make room for one that comes",
+          readStacks, once},
+    Habit{
+        "scrolls", "[lazily]",
+        "what is in it is cut at its edges and scrolls; lazily: what is out of sight is not in the "
+        "tree. It needs a frame; an `AXScrollArea` gets its `AXScrollBar`s",
+        readScrolls, once},
     Habit{"takes files", "",
           "files that are pasted become `AXImage`s in it, titled with their names; other things "
           "are pasted if it takes text",

@@ -114,9 +114,10 @@ void Inspection::finish(bool couldBeRead) {
     const Application& application = world_.applications[placed.application];
     const Element* element = findElement(application, placed.element);
     if (element == nullptr) continue;
-    for (const auto* reactions : {&element->onClick, &element->onRightClick, &element->onSubmit}) {
+    for (const auto* reactions :
+         {&element->onClick, &element->onRightClick, &element->onDoubleClick, &element->onSubmit}) {
       for (const Reaction& each : *reactions) {
-        if (!each.target) continue;
+        if (!each.target || each.elsewhere) continue;
         auto& counts = labels[placed.application];
         if (counts.empty()) counts = countLabels(application);
         const int count = counts[*each.target];

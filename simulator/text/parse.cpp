@@ -44,7 +44,10 @@ Happening parseHappening(std::string_view text, const World& world) {
   if (lines.size() > 1) throw WorldError(1, "expected a single line");
   const Line line = lines.empty() ? Line{1, 0, {}} : Line{1, 0, lines.front().tokens};
   Words words(line);
-  return readHappening(words, world);
+  Happening happening = readHappening(words, world);
+  KnownLabels labels(world);
+  settleHappening(spotOf(line), labels, happening);
+  return happening;
 }
 
 Microseconds parseTime(std::string_view text, const char* owner) {

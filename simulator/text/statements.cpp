@@ -91,11 +91,7 @@ constexpr std::array<Option<WorldBuilder>, 12> statements = {{
      [](Words& words, WorldBuilder& builder) {
        builder.world().images.insert(words.text("image", aPath));
      }},
-    {"at",
-     [](Words& words, WorldBuilder& builder) {
-       const Microseconds time = words.time("at");
-       builder.addToScript(words, time);
-     }},
+    {"at", [](Words& words, WorldBuilder& builder) { builder.addToScript(words); }},
     {"panel", [](Words& words, WorldBuilder& builder) { builder.addPanel(words); }},
     {"seed",
      [](Words& words, WorldBuilder& builder) {

@@ -81,6 +81,14 @@ std::optional<Microseconds> timeOf(std::string_view text) {
   return std::nullopt;
 }
 
+std::optional<Span> spanOf(std::string_view text) {
+  const std::size_t dots = text.find("..");
+  const auto least = timeOf(text.substr(0, dots));
+  const auto most = dots == text.npos ? least : timeOf(text.substr(dots + 2));
+  if (!least || !most || *most < *least) return std::nullopt;
+  return Span{*least, *most};
+}
+
 /// What is still to be read of a phrase, and its place among the phrases.
 struct Remainder {
   std::size_t index = 0;
@@ -107,16 +115,22 @@ std::string neededAfter(const Phrases& following) {
   return oneOf(following);
 }
 
+/// The first of those that go on with the next word.
+std::vector<Remainder>::const_iterator nextOf(const Words& words,
+                                              const std::vector<Remainder>& open) {
+  return std::find_if(open.begin(), open.end(),
+                      [&](const Remainder& each) { return words.nextIs(firstWord(each.text)); });
+}
+
 /// Passes over the next word, and leaves what goes on with it open.
 std::string takeWord(Words& words, std::vector<Remainder>& open) {
-  const Phrases following = eachFirstWord(textsOf(open));
-  for (const std::string_view word : following) {
-    if (!words.take(word)) continue;
-    std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
-    for (Remainder& each : open) each.text = afterFirstWord(each.text);
-    return std::string(word);
-  }
-  words.failUnknown(firstWords(following));
+  const auto next = nextOf(words, open);
+  if (next == open.end()) words.failUnknown(firstWords(textsOf(open)));
+  const std::string_view word = firstWord(next->text);
+  words.take(word);
+  std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
+  for (Remainder& each : open) each.text = afterFirstWord(each.text);
+  return std::string(word);
 }
 
 }  // namespace
@@ -253,12 +267,20 @@ Microseconds Words::time(const char* owner) {
   return parsed(owner, "a time such as 250us, 100ms or 1.5s", timeOf);
 }
 
+Span Words::span(const char* owner) {
+  return parsed(owner, "a time such as 250us, 100ms or 1.5s", spanOf);
+}
+
 std::string quotedWord(std::string_view word) {
   if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
     return std::string(word);
   }
+  return inQuotes(word);
+}
+
+std::string inQuotes(std::string_view text) {
   std::string quoted = "\"";
-  for (const char c : word) {
+  for (const char c : text) {
     if (c == '\n') {
       quoted += "\\n";
       continue;
@@ -294,10 +316,12 @@ std::size_t takePhrase(Words& words, const Phrases& phrases) {
   for (std::size_t i = 0; i < phrases.size(); ++i) open.push_back({i, phrases[i]});
   std::string last = takeWord(words, open);
   while (!open.front().text.empty()) {
-    const Phrases following = eachFirstWord(textsOf(open));
-    const bool leavesNoChoice = following.size() == 1 && !words.nextIs(following.front());
-    if (words.atEnd() || leavesNoChoice) {
-      words.failNeeding(last.c_str(), neededAfter(following).c_str());
+    if (nextOf(words, open) == open.end()) {
+      const Phrases following = eachFirstWord(textsOf(open));
+      const bool leavesNoChoice = following.size() == 1;
+      if (words.atEnd() || leavesNoChoice) {
+        words.failNeeding(last.c_str(), neededAfter(following).c_str());
+      }
     }
     last = takeWord(words, open);
   }

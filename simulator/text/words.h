@@ -39,6 +39,11 @@ class Words {
     return nextIs(Token::Kind::word) && peek()->text.compare(0, 2, "AX") == 0;
   }
 
+  /// The next token is a bare word that begins with a digit.
+  bool nextIsNumber() const {
+    return nextIs(Token::Kind::word) && peek()->text[0] >= '0' && peek()->text[0] <= '9';
+  }
+
   /// Passes over the next token when it is this bare word.
   bool take(std::string_view word);
   bool takeSemicolon();
@@ -66,6 +71,8 @@ class Words {
   Rect rect(const char* owner);
   ax::Range range(const char* owner);
   Microseconds time(const char* owner);
+  /// A time, or LEAST..MOST.
+  Span span(const char* owner);
 
   /// What was read last is wrong, or at the end of the line all of it.
   [[noreturn]] void fail(const std::string& cause) const;
@@ -91,6 +98,9 @@ class Words {
 
 /// A word as a line has it: in quotation marks where it would not stand for itself.
 std::string quotedWord(std::string_view word);
+
+/// A text as a line has it.
+std::string inQuotes(std::string_view text);
 
 /// What may stand in a line: the words it begins with, and what reads the rest of it into the
 /// target.
