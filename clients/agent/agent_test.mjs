@@ -4,7 +4,8 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { tasks } from "./agent.mjs";
-import { file, left, startMac, ways } from "./support.mjs";
+import { left } from "../macs.mjs";
+import { file, startMac, ways } from "./support.mjs";
 
 const applications = { mail: "Mail", chat: "Chat", settings: "Settings" };
 

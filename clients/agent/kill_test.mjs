@@ -6,7 +6,8 @@ import { test } from "node:test";
 import { setTimeout as moment } from "node:timers/promises";
 import { fileURLToPath } from "node:url";
 import { tasks } from "./agent.mjs";
-import { file, left, startAgent, startMac, ways } from "./support.mjs";
+import { left } from "../macs.mjs";
+import { file, startAgent, startMac, ways } from "./support.mjs";
 
 const worlds = Object.keys(tasks);
 

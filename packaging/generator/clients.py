@@ -284,20 +284,20 @@ def py_function(name, one, body, is_async, skipped=()):
     head = f"    {'async ' if is_async else ''}def {name}({parameters}) -> {result}:"
     about = "\n        ".join(textwrap.wrap(one.about, 88))
     close = '"""' if len(one.about) < 85 else '\n        """'
-    return [head, f'        """{about}{close}', f"        return {body(required, one.optional)}", ""]
+    return [head, f'        """{about}{close}', f"        reply: {result} = {body(required, one.optional)}",
+            "        return reply", ""]
 
 
 def py_commands():
     found = list(functions())
     lines = [f"# {HEADER}", "from __future__ import annotations", "",
-             "from typing import Any, List, Literal, Optional, Sequence, Union", "",
+             "from typing import Any, Awaitable, Callable, List, Literal, Optional, Sequence, Union", "",
              "from . import contract", "", ""]
     for prefix, is_async, wait in (("", False, ""), ("Async", True, "await ")):
         lines += [f"class {prefix}Commands:",
                   '    """Every command as a function, which gives the reply or raises."""', "",
-                  f"    {'async ' if is_async else ''}def run(self, command: str, given: dict, **options: Any) -> Any:",
-                  '        """Runs a command with its arguments by name."""',
-                  "        raise NotImplementedError", ""]
+                  "    #: Runs a command with its arguments by name.",
+                  f"    run: Callable[..., {'Awaitable[Any]' if is_async else 'Any'}]", ""]
         for one in found:
             def call(required, optional, one=one, wait=wait):
                 given = ", ".join(f'"{each.name}": {snake(each.name)}' for each in [*required, *optional])

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/utf8.h"
-#include "simulator/drawing/png.h"
 
 namespace simulator {
 
@@ -173,22 +172,24 @@ int within(double value, int most) {
   return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
 }
 
-/// The pixels of which the rectangle covers more than half.
-Area pixelsOf(Canvas& canvas, const Rect& rect) {
+/// The pixels between the edges of the rectangle, which are rounded so.
+Area pixelsBetween(Canvas& canvas, const Rect& rect, double (*roundedStart)(double),
+                   double (*roundedEnd)(double)) {
   const Rect place = inPixels(canvas, rect);
   const Area whole = wholeOf(canvas);
-  return {within(std::round(place.x), whole.right), within(std::round(place.y), whole.bottom),
-          within(std::round(place.x + place.width), whole.right),
-          within(std::round(place.y + place.height), whole.bottom)};
+  return {within(roundedStart(place.x), whole.right), within(roundedStart(place.y), whole.bottom),
+          within(roundedEnd(place.x + place.width), whole.right),
+          within(roundedEnd(place.y + place.height), whole.bottom)};
+}
+
+/// The pixels of which the rectangle covers more than half.
+Area pixelsOf(Canvas& canvas, const Rect& rect) {
+  return pixelsBetween(canvas, rect, std::round, std::round);
 }
 
 /// The pixels that lie in the rectangle with all that they are.
 Area pixelsInside(Canvas& canvas, const Rect& rect) {
-  const Rect place = inPixels(canvas, rect);
-  const Area whole = wholeOf(canvas);
-  return {within(std::ceil(place.x), whole.right), within(std::ceil(place.y), whole.bottom),
-          within(std::floor(place.x + place.width), whole.right),
-          within(std::floor(place.y + place.height), whole.bottom)};
+  return pixelsBetween(canvas, rect, std::ceil, std::floor);
 }
 
 bool isEmpty(const Area& area) { return area.right <= area.left || area.bottom <= area.top; }
@@ -333,12 +334,12 @@ void Canvas::clipTo(const Rect& rect, double radius) {
   cairo_clip(context());
 }
 
-std::string Canvas::png() const {
+PixelRows Canvas::pixels() const {
   cairo_surface_t* const surface = surface_.get();
   cairo_surface_flush(surface);
-  return encodedPng({cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
-                     static_cast<std::uint32_t>(cairo_image_surface_get_width(surface)),
-                     static_cast<std::uint32_t>(cairo_image_surface_get_height(surface))});
+  return {cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
+          static_cast<std::uint32_t>(cairo_image_surface_get_width(surface)),
+          static_cast<std::uint32_t>(cairo_image_surface_get_height(surface))};
 }
 
 Clip::Clip(Canvas& canvas, const Rect& rect, double radius) : canvas_(canvas) {

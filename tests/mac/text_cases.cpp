@@ -2,27 +2,12 @@
 // driver's own adapter and the real Core Foundation.
 #include "tests/support/text_cases.h"
 
-#include <string>
-#include <vector>
-
 #include "platform/text.h"
-#include "support/answer.h"
-#include "support/receiver.h"
+#include "support/cases.h"
 
 namespace {
 
-/// How many cases there were, and which ones came out otherwise.
-struct Result {
-  long long cases = 0;
-  std::vector<std::string> different;
-
-  void add(bool holds, const std::string& function, const std::string& given) {
-    ++cases;
-    if (!holds) different.push_back(function + " of " + given);
-  }
-};
-
-void tryAll(Result& result) {
+void tryAll(probe::Cases& result) {
   for (const auto& each : text_cases::lowercase)
     result.add(text::lowercase(each.given) == each.expected, "lowercase", each.given);
   for (const auto& each : text_cases::equal)
@@ -42,10 +27,7 @@ void tryAll(Result& result) {
 }  // namespace
 
 int main(int count, char** words) {
-  Result result;
+  probe::Cases result;
   tryAll(result);
-  return probe::answer(probe::asked(count, words), probe::verdictOf(result.different.empty()),
-                       probe::Evidence()
-                           .add("cases", result.cases)
-                           .addJson("different", probe::jsonList(result.different)));
+  return result.answer(count, words);
 }

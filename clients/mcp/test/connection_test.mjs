@@ -2,16 +2,8 @@
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { test } from "node:test";
-import {
-  connected,
-  desk,
-  initialize,
-  onServer,
-  request,
-  root,
-  startMac,
-  started
-} from "./support.mjs";
+import { root } from "../../macs.mjs";
+import { connected, desk, initialize, onServer, request, startMac, started } from "./support.mjs";
 
 const listMillisecondsMax = 300;
 const startsMax = 10;

@@ -3,15 +3,12 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { setTimeout as moment } from "node:timers/promises";
+import { environmentOf, left, processesOn, real } from "../../macs.mjs";
 import {
   callsOf,
   desk,
-  environmentOf,
   initialize,
-  left,
   onServer,
-  processesOn,
-  real,
   request,
   runsOf,
   startMac,

@@ -9,7 +9,8 @@ import { test } from "node:test";
 import { fileURLToPath } from "node:url";
 import { promisify } from "node:util";
 import { toolRows } from "../dist/tools.js";
-import { desk, environmentOf, executables, left, root, server, startMac } from "./support.mjs";
+import { environmentOf, executables, left, root } from "../../macs.mjs";
+import { desk, server, startMac } from "./support.mjs";
 
 const inspector = join(
   dirname(

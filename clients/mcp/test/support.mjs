@@ -1,29 +1,18 @@
 import { spawn } from "node:child_process";
 import { once } from "node:events";
-import { readdirSync, readFileSync } from "node:fs";
+import { readFileSync } from "node:fs";
 import { createInterface } from "node:readline";
 import { fileURLToPath } from "node:url";
 import { Client } from "@modelcontextprotocol/sdk/client/index.js";
 import { StdioClientTransport } from "@modelcontextprotocol/sdk/client/stdio.js";
-import { Mac } from "driver-client";
 import { SimulatedMac } from "driver-client/testing";
+import { environmentOf, executables, left, processesOn, root } from "../../macs.mjs";
 
-export const root = new URL("../../../", import.meta.url);
-const build = `${process.env["BUILD_FOLDER"] ?? fileURLToPath(new URL("build/release", root))}`;
-export const executables = {
-  driver: process.env["DRIVER_EXECUTABLE"] ?? `${build}/driver`,
-  simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"] ?? `${build}/simulated-mac`
-};
 export const server = fileURLToPath(new URL("../bin/driver-mcp.js", import.meta.url));
 export const desk = readFileSync(new URL("demo/desk.world", root), "utf8");
-export const real = new Mac();
 
 export function startMac(world, options = {}) {
   return SimulatedMac.start(world, { ...executables, ...options });
-}
-
-export function environmentOf(simulated) {
-  return { ...process.env, SIMULATED_MAC: simulated.socket };
 }
 
 /** A client of the protocol's own, connected to a server with these options. */
@@ -66,25 +55,6 @@ export async function onServer(
   } finally {
     await simulated.end();
   }
-}
-
-/** The processes that use a Mac, but for this one. */
-export function processesOn(simulated) {
-  return readdirSync("/proc")
-    .filter((name) => /^\d+$/.test(name) && Number(name) !== process.pid)
-    .filter((pid) => {
-      try {
-        return readFileSync(`/proc/${pid}/environ`, "utf8")
-          .split("\0")
-          .includes(`SIMULATED_MAC=${simulated.socket}`);
-      } catch {
-        return false;
-      }
-    });
-}
-
-export function left(simulated) {
-  return real.until(async () => processesOn(simulated).length === 0, { everyMs: 10 });
 }
 
 export const request = (id, method, params) =>

@@ -5,7 +5,8 @@ import { test } from "node:test";
 import { Ajv2020 } from "ajv/dist/2020.js";
 import { PNG } from "pngjs";
 import { groups, toolRows } from "../dist/tools.js";
-import { onServer, root } from "./support.mjs";
+import { root } from "../../macs.mjs";
+import { onServer } from "./support.mjs";
 import { table } from "./table.mjs";
 
 test("every tool says what driver replies, as text and as structure", async () => {

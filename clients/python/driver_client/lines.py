@@ -86,7 +86,7 @@ class Lines(Iterator[Reply]):
         assert self._child.stdin is not None
         with contextlib.suppress(BrokenPipeError):
             self._child.stdin.close()
-        rest = []
+        rest: List[Reply] = []
         while True:
             reply = self._take()
             if reply is None:

@@ -26,9 +26,13 @@ class Turns:
 
     def _give(self, name: str, before: "threading.Event | None", mine: threading.Event) -> None:
         if before is not None and not before.is_set():  # the waiting was broken off
-            threading.Thread(target=lambda: (before.wait(), self._give(name, None, mine)), daemon=True).start()
+            threading.Thread(target=self._give_after, args=(before, name, mine), daemon=True).start()
             return
         mine.set()
         with self._lock:
             if self._last.get(name) is mine:
                 del self._last[name]
+
+    def _give_after(self, before: threading.Event, name: str, mine: threading.Event) -> None:
+        before.wait()
+        self._give(name, None, mine)
