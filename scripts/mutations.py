@@ -6,16 +6,17 @@ from dataclasses import dataclass
 from cpp_literals import tokens
 
 SWAPPED = {
-    "<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",),
-    "&&": ("||",), "||": ("&&",), "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "+=": ("-=",),
-    "-=": ("+=",), "++": ("--",), "--": ("++",), "|": ("&",), "&": ("|",), "true": ("false",), "false": ("true",),
+    "<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"),
+    "==": ("!=",), "!=": ("==",), "&&": ("||",), "||": ("&&",), "|": ("&",), "&": ("|",),
+    "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "+=": ("-=",), "-=": ("+=",),
+    "++": ("--",), "--": ("++",), "true": ("false",), "false": ("true",),
 }
 
 # Between blanks a sign is one of two operands; elsewhere it belongs to a type or to a template.
 BETWEEN_BLANKS = {"<", "<=", ">", ">=", "+", "-", "*", "/", "|", "&"}
 
 WHOLE = re.compile(r"\d[\d']*[uUlL]*")
-CALL_OR_ASSIGNMENT = re.compile(r"\s+(?!return\b|throw\b|break\b|continue\b|using\b|delete\b|case\b|const\b|static\b)"
+CALL_OR_ASSIGNMENT = re.compile(r"\s+(?!(?:return|throw|break|continue|using|delete|case|const|static)\b)"
                                 r"[A-Za-z_][\w:.\->\[\]()]*(\(.*\)| [-+|&*]?= .*);")
 TWO_NAMES = re.compile(r"(?<=\()([A-Za-z_][\w.]*), ([A-Za-z_][\w.]*)(?=\))")
 CONDITION = re.compile(r"\bif \((?!constexpr)(.*)\)(?= |$)")
