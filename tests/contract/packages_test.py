@@ -25,7 +25,9 @@ COMPONENTS = {
                       "share/fish/vendor_completions.d/simulated-mac.fish",
                       "share/driver/contract/simulated-mac/journal.json",
                       "share/driver/worlds/desk.world", "share/driver/worlds/mail.world",
-                      "share/driver/worlds/chat.world", "share/driver/worlds/settings.world"},
+                      "share/driver/worlds/chat.world", "share/driver/worlds/settings.world",
+                      "share/driver/worlds/mail-client.world", "share/driver/worlds/README.md",
+                      "lib/simulated-mac/libvirtual_sleep.so"},
     "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
              "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
              "share/doc/driver/packaging/contract/README.md"}}
