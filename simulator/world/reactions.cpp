@@ -186,6 +186,11 @@ std::string takePlace(World& world, Application& application, ElementId id, Reac
     if (holder == nullptr) return missing(*reaction.textOf);
     reaction.text = valueText(*holder);
   }
+  for (const auto& [place, label] : reaction.argumentsOf) {
+    const Element* holder = findLabelled(application, label);
+    if (holder == nullptr) return missing(label);
+    reaction.heldArguments[place] = valueText(*holder);
+  }
   if (!reaction.elsewhere) return act({world, application, id, reaction});
   Application* other = findApplication(world, reaction.elsewherePid);
   if (other == nullptr) return "finds no application " + *reaction.elsewhere;
