@@ -6,6 +6,7 @@
 
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
+#include "simulator/text/expansion.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
