@@ -42,7 +42,7 @@ std::vector<ElementId> addDefined(World& world, std::size_t application, Element
 
 Added addForReaction(World& world, Pid pid, ElementId parent, const Reaction& reaction) {
   const auto index = findApplication(world, pid) - world.applications.data();
-  Call call = *reaction.call;
+  Call call = reaction.addition->call;
   for (const auto& [place, value] : reaction.heldArguments) {
     call.arguments[place] = {Token::Kind::text, value};
   }

@@ -210,19 +210,19 @@ void WorldBuilder::noteReactions(const PlacedElement& placed) {
 void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
   for (const Reaction& each : list) {
     if (each.effect == reactions::relabel) labels_.addComing(each.text);
-    if (each.call) noteAddedLabels(*each.call);
+    if (each.addition) noteAddedLabels(*each.addition);
   }
 }
 
 /// What is wrong with the call is told where it is settled.
-void WorldBuilder::noteAddedLabels(const Call& call) {
+void WorldBuilder::noteAddedLabels(const Addition& addition) {
   if (world_.definitions == nullptr) return;
   const auto note = [&](const Line& line) {
     const bool isLabelled = line.tokens.size() > 1 && line.tokens[1].kind == Token::Kind::text;
     if (isLabelled) labels_.addComing(line.tokens[1].text);
   };
   try {
-    expandCall(*world_.definitions, call, note);
+    expandCall(*world_.definitions, addition.call, note);
   } catch (const WorldError&) {
     return;
   }

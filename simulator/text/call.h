@@ -17,6 +17,11 @@ struct Call {
   std::map<std::size_t, std::string> held = {};  // by place: the labels of `value of Label`
 };
 
+/// A call as a reaction holds it.
+struct Addition {
+  Call call;
+};
+
 /// Reads a call; without parentheses it has no arguments. `owner` is the word before it.
 Call readCall(Words& words, const char* owner);
 

@@ -57,7 +57,7 @@ void readPlace(Words& words, const char* owner, Reaction& reaction) {
 void readAddition(Words& words, const char* owner, Reaction& reaction) {
   Call call = readCall(words, owner);
   reaction.argumentsOf = call.held;
-  reaction.call = std::make_shared<const Call>(std::move(call));
+  reaction.addition = std::make_shared<const Addition>(Addition{std::move(call)});
   if (words.take("to")) {
     reaction.placement = Placement::at;
   } else {
@@ -77,9 +77,10 @@ std::string argumentText(const Call& call, std::size_t place) {
 }
 
 std::string additionText(const Reaction& reaction) {
-  std::string text = reaction.call->name + "(";
-  for (std::size_t i = 0; i < reaction.call->arguments.size(); ++i) {
-    text += (i == 0 ? "" : ", ") + argumentText(*reaction.call, i);
+  const Call& call = reaction.addition->call;
+  std::string text = call.name + "(";
+  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+    text += (i == 0 ? "" : ", ") + argumentText(call, i);
   }
   constexpr const char* placements[] = {") above ", ") below ", ") to "};
   return text + placements[static_cast<int>(reaction.placement)] + targetOf(reaction);

@@ -144,7 +144,7 @@ class Settler {
     if (reaction.other) checkLabel(meant, *reaction.other);
     if (reaction.window) checkTitle(meant, *reaction.window);
     for (const auto& [place, label] : reaction.argumentsOf) checkLabel(own, label);
-    if (reaction.call) checkAddition(*reaction.call);
+    if (reaction.addition) checkAddition(reaction.addition->call);
     checkOwn(reaction);
     checkPanel(reaction, meant);
   }

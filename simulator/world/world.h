@@ -68,7 +68,7 @@ struct Application;
 struct HappeningKind;
 struct Definitions;  // bodies of lines, in text/gathering.h
 struct Reacting;
-struct Call;  // of a body of lines, in text/call.h
+struct Addition;  // a call of a body of lines, in text/call.h
 
 /// What a reaction does: one of those in reactions.h, which say what they make of its parts. Gives
 /// what the journal is to say of it, as that it found nothing to act on; empty when there is
@@ -102,7 +102,7 @@ struct Reaction {
   Placement placement = Placement::at;
   Point point = {};
   std::int64_t number = 0;
-  std::shared_ptr<const Call> call = nullptr;             // of the body whose elements come
+  std::shared_ptr<const Addition> addition = nullptr;     // whose elements come
   std::map<std::size_t, std::string> argumentsOf = {};    // by place: whose values are arguments
   std::map<std::size_t, std::string> heldArguments = {};  // these values, when it takes place
   std::optional<Span> after = {};                         // it takes place that much later
