@@ -136,8 +136,9 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
     }
     if (isReal) return std::nullopt;
     const auto next = nextInstant();
-    if (!next) return std::nullopt;
+    if (!next || (latest_ && *next > *latest_)) return std::nullopt;
     desktop_.advanceTo(*next);
+    if (isOver_()) return std::nullopt;
   }
   return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -53,11 +54,17 @@ class Turns {
   /// `preferred` goes before others that could go on as well. None when nobody can, as yet.
   std::optional<Woken> wake(Microseconds now, std::optional<Flow> preferred = std::nullopt);
 
+  /// In virtual time nobody goes on any more, and no more time passes, once `isOver` says so.
+  void stopWhen(std::function<bool()> isOver) { isOver_ = std::move(isOver); }
+
   /// A client meets a fault: its flows have gone, and a last one has joined, which is running.
   Flow joinLastAct(std::size_t client);
 
   /// The flow has gone. Idempotent.
   void leave(Flow flow);
+
+  /// In virtual time the clock goes no further than this by itself; none: as far as it may.
+  void holdAt(std::optional<Microseconds> latest) { latest_ = latest; }
 
   /// The client has gone, with all its flows and those that it has only announced. Idempotent.
   void leaveAll(std::size_t client);
@@ -88,7 +95,9 @@ class Turns {
   Desktop& desktop_;
   Scheduler scheduler_;
   Run run_;
+  std::optional<Microseconds> latest_;
   std::map<Flow, State> states_;
+  std::function<bool()> isOver_ = [] { return false; };
 };
 
 }  // namespace simulator

@@ -4,6 +4,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a run -d '
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a serve -d 'start a Mac, print its socket and serve until stopped'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a stop -d 'end a Mac that was started by serve, and wait until it has gone'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a list -d 'the Macs of this user that run now'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a view -d 'show a Mac in a browser, at an address that is printed'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a report -d 'write a page that shows what a record holds'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a screenshot -d 'draw the screens as the user sees them'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a state -d 'the user’s front application, keyboard, pointer, clipboard and session, and unless --user is given what processes hold; focus, keys, covers, taps, shared windows'
@@ -14,6 +15,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a trace -d
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a violations -d 'the rules of safe input that were broken so far'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a fault -d 'let a call fail, for example windowserver.session 1 absent'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a advance -d 'let virtual time pass, for example 250us, 100ms or 2s'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a clock -d 'let virtual time stand, go to the next instant at which anything is due, or go on; as fast as processes do, or at most so many times as fast as real time'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a help -d 'print this, or what is known of a topic'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a lock -d 'the screen locks'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a unlock -d 'the user unlocks the screen'
@@ -45,6 +47,7 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l socket
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l until-closed
+complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l view
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from stop; and test (count (commandline -opc)) -eq 2' -a 'sharing'

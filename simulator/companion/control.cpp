@@ -128,7 +128,7 @@ ControlAnswer fault(const Request& request) {
 ControlAnswer advance(const Request& request) {
   if (request.words.size() != 2) throw Failure("\"advance\" needs a time");
   if (request.time == Scheduler::Time::real) {
-    throw Failure("this Mac runs in real time; only one started with --virtual can be advanced");
+    throw Failure(notVirtual);
   }
   const Microseconds length = simulator::parseTime(request.words[1], "advance");
   const Microseconds end = request.desktop.mac().now + length;

@@ -12,6 +12,10 @@ using simulator::Desktop;
 using simulator::Microseconds;
 using simulator::Scheduler;
 
+/// Why the clock of a Mac cannot be told anything.
+inline constexpr const char* notVirtual =
+    "this Mac runs in real time; only one started with --virtual can be advanced";
+
 /// What a command to the Mac gives.
 struct ControlAnswer {
   bool ok = true;

@@ -13,6 +13,7 @@
 #include "simulator/companion/help.h"
 #include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
+#include "simulator/companion/view.h"
 #include "simulator/text/happenings.h"
 
 namespace companion {
@@ -37,6 +38,7 @@ int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, wo
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
 constexpr const char* asks = "it only asks";
+constexpr const char* tellsWhen = "its lines say when they happen";
 constexpr const char* endsRun = "its run ends with its processes";
 
 /// Whatever else can be told is a happening.
@@ -47,11 +49,13 @@ constexpr std::array commands = {
             startRun},
     Command{"serve",
             "[--virtual] [--seed N] [--record DIR [--no-pictures]] [--socket NAME] "
-            "[--until-closed] WORLD",
+            "[--view [PORT]] [--until-closed] WORLD",
             "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
     Command{"stop", "", "end a Mac that was started by serve, and wait until it has gone", endsRun,
             0, 0, stopCommand},
     Command{"list", "", "the Macs of this user that run now", "", 0, 0, listCommand},
+    Command{"view", "[PORT]", "show a Mac in a browser, at an address that is printed", asks, 0, 1,
+            viewCommand},
     Command{"report", "DIR -o FILE", "write a page that shows what a record holds", "", 3, 3,
             reportCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
@@ -75,8 +79,12 @@ constexpr std::array commands = {
             "let a call fail, for example windowserver.session 1 absent",
             "a world says what is there, a fault what a process is told of it", 1, unlimited,
             controlCommand},
-    Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s",
-            "its lines say when they happen", 1, 1, controlCommand},
+    Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s", tellsWhen,
+            1, 1, controlCommand},
+    Command{"clock", "[stop|step|run [SPEED]]",
+            "let virtual time stand, go to the next instant at which anything is due, or go on: as "
+            "fast as processes do, or at most so many times as fast as real time",
+            tellsWhen, 0, 2, controlCommand},
 };
 
 constexpr Command happeningCommand = {"", "", "", "", 0, unlimited, controlCommand};

@@ -15,6 +15,11 @@ namespace {
 
 using Words = std::vector<std::string>;
 
+/// What follows "--view" may be the world: one whose file is called by a number is told as ./8080.
+bool isNumber(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
+}
+
 /// Reads the words before "--". False for any that has no meaning.
 bool readWords(const Words& words, bool serves, Options& options) {
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -30,6 +35,9 @@ bool readWords(const Words& words, bool serves, Options& options) {
       const auto seed = driver::parseInt64(words[++i]);
       if (!seed || *seed < 0) return false;
       options.seed = static_cast<std::uint64_t>(*seed);
+    } else if (word == "--view" && serves) {
+      const bool namesPort = i + 1 < words.size() && isNumber(words[i + 1]);
+      options.view = namesPort ? words[++i] : "0";
     } else if (word == "--until-closed" && serves) {
       options.untilClosed = true;
     } else if (word == "--socket" && serves && i + 1 < words.size()) {

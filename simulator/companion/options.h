@@ -20,6 +20,7 @@ struct Options {
   std::string socket;                 // empty: a private one
   bool untilClosed = false;           // standard input ends the Mac
   std::optional<std::uint64_t> seed;  // in place of the world's
+  std::optional<std::string> view;    // whether a browser is shown the Mac, and at which port
   RecordOptions record;               // what is kept of it
   std::vector<std::string> command;   // what follows "--"
 };

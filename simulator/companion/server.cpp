@@ -75,11 +75,33 @@ void Server::turn(std::vector<pollfd>& own) {
   waitForEvents(own);
   dropGone();
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+  tellNews();
+}
+
+/// How long virtual time has yet to stand where it is; none when it may not go on, or has nowhere
+/// to go.
+std::optional<Microseconds> Server::standing() {
+  if (!turns_.scheduler().mayWake()) return std::nullopt;  // it is heard of whoever runs
+  const auto next = turns_.nextInstant();
+  if (next) return pace_.waitFor(desktop_.mac().now, *next, elapsed());
+  pace_.rest();
+  return std::nullopt;
+}
+
+/// Lets virtual time go as far as its pace allows now.
+void Server::holdTime() {
+  if (pace_.isFree()) {
+    turns_.holdAt(std::nullopt);
+    return;
+  }
+  const bool mayGo = standing() == Microseconds{0};
+  turns_.holdAt(mayGo ? turns_.nextInstant() : desktop_.mac().now);
 }
 
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
 void Server::wakeDue() {
   desktop_.advanceTo(now());
+  holdTime();
   while (const auto woken = turns_.wake(now())) {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
                                      [&](const Client& each) { return each.flow == woken->flow; });
@@ -87,17 +109,17 @@ void Server::wakeDue() {
     deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
+    holdTime();
   }
 }
 
-bool Server::mayWaitForever() const {
-  if (turns_.scheduler().time() == Scheduler::Time::virtualTime) return true;
-  return !turns_.nextInstant();
-}
-
-timespec Server::timeUntilNext() const {
-  const Microseconds left = std::max<Microseconds>(turns_.nextInstant().value_or(0) - now(), 0);
-  return {left / microsecondsInSecond, left % microsecondsInSecond * 1000};
+/// Until something is to be done that nobody asks for: none when that may be never.
+std::optional<Microseconds> Server::timeToWait() {
+  if (turns_.scheduler().time() == Scheduler::Time::virtualTime) {
+    return pace_.isFree() ? std::nullopt : standing();
+  }
+  const auto next = turns_.nextInstant();
+  return next ? std::optional(std::max<Microseconds>(*next - now(), 0)) : std::nullopt;
 }
 
 void Server::waitForEvents(std::vector<pollfd>& own) {
@@ -109,8 +131,10 @@ void Server::waitForEvents(std::vector<pollfd>& own) {
   }
   if (clients_.size() < clientsMax) watched.push_back({settings_.listeningDescriptor, POLLIN, 0});
 
-  const timespec limit = timeUntilNext();
-  if (ppoll(watched.data(), watched.size(), mayWaitForever() ? nullptr : &limit, nullptr) <= 0) {
+  const auto left = timeToWait();
+  const timespec limit = {left.value_or(0) / microsecondsInSecond,
+                          left.value_or(0) % microsecondsInSecond * 1000};
+  if (ppoll(watched.data(), watched.size(), left ? &limit : nullptr, nullptr) <= 0) {
     for (pollfd& each : own) each.revents = 0;
     return;
   }
@@ -237,13 +261,21 @@ void Server::handleCall(Client& client, const Datum::List& parts) {
 
 void Server::handleControl(Client& client, const Datum::List& parts) {
   client.kind = Kind::control;
-  const ControlAnswer given = carryOut(texts(parts, 1));
+  const auto words = texts(parts, 1);
+  client.known = knownOf(words);
+  if (client.known) {
+    client.waits = true;
+    tellNewsTo(client);
+    return;
+  }
+  const ControlAnswer given = carryOut(words);
   Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
   if (given.delay == 0) {
     deliver(client, value);
     return;
   }
   if (!client.flow) client.flow = turns_.joinWatcher();
+  pace_.allowUntil(now() + given.delay);
   turns_.wait(*client.flow, std::move(value), now() + given.delay);
   client.waits = true;
 }
@@ -257,17 +289,59 @@ ControlAnswer Server::carryOut(const std::vector<std::string>& words) {
     stopped_ = true;
     return {true, {simulator::jsonLine({{"ok", true}})}, 0};
   }
-  const Scheduler::Time time = turns_.scheduler().time();
-  if (words == std::vector<std::string>{"about"}) {
-    return {true,
-            {simulator::jsonLine({{"now", static_cast<double>(now()) / 1000},
-                                  {"ok", true},
-                                  {"pid", getpid()},
-                                  {"time", timeName(time)},
-                                  {"world", simulator::textJson(settings_.world)}})},
-            0};
+  if (words == std::vector<std::string>{"about"}) return about();
+  if (!words.empty() && words[0] == "clock") return clock({words.begin() + 1, words.end()});
+  return control(desktop_, turns_.scheduler().time(), words);
+}
+
+ControlAnswer Server::about() const {
+  return {true,
+          {simulator::jsonLine({{"now", static_cast<double>(now()) / 1000},
+                                {"ok", true},
+                                {"pid", getpid()},
+                                {"time", timeName(turns_.scheduler().time())},
+                                {"world", simulator::textJson(settings_.world)}})},
+          0};
+}
+
+/// Tells virtual time how fast it may pass, or how fast it does.
+ControlAnswer Server::clock(const std::vector<std::string>& words) {
+  if (turns_.scheduler().time() == Scheduler::Time::real) {
+    return {false, {failureLine(notVirtual)}, 0};
   }
-  return control(desktop_, time, words);
+  Microseconds delay = 0;
+  try {
+    if (words == std::vector<std::string>{"step"}) {
+      pace_.stop();
+      delay = turns_.nextInstant().value_or(now()) - now();
+    } else if (!words.empty()) {
+      pace_.tell(words);
+    }
+  } catch (const Failure& failure) {
+    return {false, {failureLine(failure.what())}, 0};
+  }
+  const auto then = static_cast<double>(now() + delay) / 1000;
+  return {
+      true, {simulator::jsonLine({{"now", then}, {"ok", true}, {"pace", pace_.json()}})}, delay};
+}
+
+/// Whoever watches is told when there is more than he knows.
+void Server::tellNews() {
+  for (Client& client : clients_) {
+    if (!client.known) continue;
+    tellNewsTo(client);
+    takeMessages(client);
+  }
+}
+
+void Server::tellNewsTo(Client& client) {
+  const Watched watched{desktop_, turns_.scheduler().time(), pace_.json()};
+  const std::string stamp = stampOf(watched);
+  if (stamp == client.known->stamp) return;
+  const ControlAnswer news = newsOf(watched, *client.known);
+  client.known.reset();
+  client.waits = false;
+  deliver(client, Datum(Datum::List{driver::pack(news.ok), driver::pack(news.lines)}));
 }
 
 /// What a process is told of is in the record before.

@@ -10,6 +10,8 @@
 
 #include "simulator/companion/connection.h"
 #include "simulator/companion/control.h"
+#include "simulator/companion/news.h"
+#include "simulator/companion/pace.h"
 #include "simulator/companion/record.h"
 #include "simulator/desktop.h"
 #include "simulator/turns.h"
@@ -54,16 +56,18 @@ class Server {
     Kind kind = Kind::unknown;
     std::size_t member = 0;  // of the desktop, for a process
     std::optional<Turns::Flow> flow;
-    bool waits = false;  // for an answer
-    bool ended = false;  // nothing more will arrive
+    std::optional<Known> known;  // it waits for what is more than that
+    bool waits = false;          // for an answer
+    bool ended = false;          // nothing more will arrive
     bool gone = false;
   };
 
   Microseconds elapsed() const;
   Microseconds now() const;
-  timespec timeUntilNext() const;
-  bool mayWaitForever() const;
+  std::optional<Microseconds> standing();
+  std::optional<Microseconds> timeToWait();
 
+  void holdTime();
   void wakeDue();
   void waitForEvents(std::vector<pollfd>& own);
   void acceptWaiting();
@@ -77,12 +81,17 @@ class Server {
   void handleCall(Client& client, const driver::Datum::List& parts);
   void handleControl(Client& client, const driver::Datum::List& parts);
   ControlAnswer carryOut(const std::vector<std::string>& words);
+  ControlAnswer about() const;
+  ControlAnswer clock(const std::vector<std::string>& words);
+  void tellNews();
+  void tellNewsTo(Client& client);
   void deliver(Client& client, const driver::Datum& value);
   void dropGone();
 
   simulator::Desktop desktop_;
   Turns turns_;
   ServerSettings settings_;
+  Pace pace_;
   bool stopped_ = false;
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;

@@ -8,9 +8,12 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
+#include "platform/posix/descriptors.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/only_line.h"
 #include "simulator/companion/options.h"
 #include "simulator/companion/record.h"
 #include "simulator/companion/server.h"
@@ -20,14 +23,6 @@
 namespace companion {
 
 namespace {
-
-/// Nothing more is printed, so whoever reads the output to its end need not wait for the Mac's.
-void printOnly(const std::string& line) {
-  std::cout << line << std::endl;
-  if (!std::cout) throw Failure("the socket's name could not be printed");
-  const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
-  if (nowhere.number() >= 0) dup2(nowhere.number(), STDOUT_FILENO);
-}
 
 /// True once all writers of standard input have gone. What they write is of no interest.
 bool inputClosed() {
@@ -51,18 +46,37 @@ constexpr int commandNotRun = 126;
   _exit(status);
 }
 
-/// The command ends with this process, however that ends.
+/// The command ends with this process, however that ends. Its output goes to a descriptor.
 pid_t start(const std::vector<std::string>& command, const std::string& socketName,
-            const Signals& signals) {
+            const Signals& signals, int output = STDOUT_FILENO) {
   const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) throw systemFailure("cannot start a process");
   if (child > 0) return child;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);  // it had gone before the line above
+  dup2(output, STDOUT_FILENO);
   signals.restore();
   setenv("SIMULATED_MAC", socketName.c_str(), 1);
   becomeCommand(command);
+}
+
+/// Shows the Mac in a browser, by a process of its own that ends with this one: what it draws and
+/// sends does not keep the Mac waiting. Gives the line that it prints. Throws Failure.
+std::string startView(const std::string& port, const std::string& socketName,
+                      const Signals& signals) {
+  signal(SIGCHLD, SIG_IGN);  // nobody waits for it
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw systemFailure("cannot make a pipe");
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  start({"/proc/self/exe", "view", port}, socketName, signals, writing.number());
+  writing = Descriptor();
+  std::string line = posix::readToEnd(reading.number());
+  const auto told = nlohmann::json::parse(line, nullptr, false);
+  if (!told.is_object()) throw Failure("the view has ended");
+  if (told.contains("error")) throw Failure(told["error"].get<std::string>());
+  return line.substr(0, line.find('\n'));
 }
 
 std::optional<int> statusOf(pid_t child) {
@@ -116,6 +130,7 @@ int serveCommand(const std::vector<std::string>& words) {
   signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
   const Signals signals({SIGTERM, SIGINT, SIGHUP});
   const ServedMac mac(options, options.socket.empty() ? privateSocketName() : options.socket, true);
+  if (options.view) std::cerr << startView(*options.view, mac.socketName(), signals) << std::endl;
   printOnly(mac.socketName());
 
   std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};

@@ -125,9 +125,10 @@ Picture screenPicture(const World& world) {
   return picture;
 }
 
-std::optional<std::string> drawPng(const Picture& picture) {
-  if (!isDrawable(picture)) return std::nullopt;
-  Canvas canvas(picture.width, picture.height, picture.source);
+std::unique_ptr<Canvas> draw(const Picture& picture) {
+  if (!isDrawable(picture)) return nullptr;
+  auto drawn = std::make_unique<Canvas>(picture.width, picture.height, picture.source);
+  Canvas& canvas = *drawn;
   if (picture.backgroundGrey) {
     canvas.fillAll(Colour::grey(*picture.backgroundGrey));
   } else {
@@ -143,7 +144,12 @@ std::optional<std::string> drawPng(const Picture& picture) {
   if (picture.locked) drawLockScreen(canvas, picture);
   if (!picture.backgroundGrey && picture.marksSharing) drawSharingIndicator(canvas, picture);
   if (picture.pointer) drawPointer(canvas, *picture.pointer);
-  return canvas.png();
+  return drawn;
+}
+
+std::optional<std::string> drawPng(const Picture& picture) {
+  const auto canvas = draw(picture);
+  return canvas ? std::optional(encodedPng(canvas->pixels())) : std::nullopt;
 }
 
 }  // namespace simulator

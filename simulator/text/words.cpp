@@ -92,16 +92,22 @@ std::string neededAfter(const Phrases& following) {
   return oneOf(following);
 }
 
+/// The first of those that go on with the next word.
+std::vector<Remainder>::const_iterator nextOf(const Words& words,
+                                              const std::vector<Remainder>& open) {
+  return std::find_if(open.begin(), open.end(),
+                      [&](const Remainder& each) { return words.nextIs(firstWord(each.text)); });
+}
+
 /// Passes over the next word, and leaves what goes on with it open.
 std::string takeWord(Words& words, std::vector<Remainder>& open) {
-  const Phrases following = eachFirstWord(textsOf(open));
-  for (const std::string_view word : following) {
-    if (!words.take(word)) continue;
-    std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
-    for (Remainder& each : open) each.text = afterFirstWord(each.text);
-    return std::string(word);
-  }
-  words.failUnknown(firstWords(following));
+  const auto next = nextOf(words, open);
+  if (next == open.end()) words.failUnknown(firstWords(textsOf(open)));
+  const std::string_view word = firstWord(next->text);
+  words.take(word);
+  std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
+  for (Remainder& each : open) each.text = afterFirstWord(each.text);
+  return std::string(word);
 }
 
 }  // namespace
@@ -249,10 +255,12 @@ std::size_t takePhrase(Words& words, const Phrases& phrases) {
   for (std::size_t i = 0; i < phrases.size(); ++i) open.push_back({i, phrases[i]});
   std::string last = takeWord(words, open);
   while (!open.front().text.empty()) {
-    const Phrases following = eachFirstWord(textsOf(open));
-    const bool leavesNoChoice = following.size() == 1 && !words.nextIs(following.front());
-    if (words.atEnd() || leavesNoChoice) {
-      words.failNeeding(last.c_str(), neededAfter(following).c_str());
+    if (nextOf(words, open) == open.end()) {
+      const Phrases following = eachFirstWord(textsOf(open));
+      const bool leavesNoChoice = following.size() == 1;
+      if (words.atEnd() || leavesNoChoice) {
+        words.failNeeding(last.c_str(), neededAfter(following).c_str());
+      }
     }
     last = takeWord(words, open);
   }

@@ -66,6 +66,11 @@ class Lines(unittest.TestCase):
             self.check("value", mac.tell("value", "Notes", "Body"))
             self.check("value", self.refused(mac, "value", "Notes", "Nobody"))
             self.check("violations", mac.tell("violations"))
+            self.check("clock", mac.tell("clock"))
+            self.check("clock", mac.tell("clock", "step"))
+            self.check("clock", mac.tell("clock", "run", "0.5"))
+            self.check("clock", self.refused(mac, "clock", "sideways"))
+            self.viewed(mac)
             self.check("written", mac.tell("screenshot", mac.path("screen.png")))
             kinds = {entry["kind"] for entry in self.check("journal", mac.tell("journal"))}
             self.assertLessEqual({"event", "focus", "write", "landing", "action", "happening", "process", "reply",
@@ -102,11 +107,18 @@ class Lines(unittest.TestCase):
         self.assertFalse(self.check("state", mac.tell("state"))[0]["focus"][0]["by"]["alive"])
         guard.end()
 
+    def viewed(self, mac):
+        """A view tells where it is, and ends with the Mac or by itself."""
+        with subprocess.Popen([SIMULATED_MAC, "view"], stdout=subprocess.PIPE, text=True, env=mac.environment) as view:
+            url = self.check("view", view.stdout.read())[0]["url"]
+            self.check("view", self.refused(mac, "view", url.split(":")[2].split("/")[0]))
+            view.terminate()
+
     def recorded(self):
         """What a record holds besides the journal."""
         with Mac(WORLD) as mac:
             folder = mac.path("record")
-            subprocess.run([SIMULATED_MAC, "run", "--virtual", "--record", folder, mac.path("world"), "--",
+            subprocess.run([SIMULATED_MAC, "run", "--virtual", "--seed", "7", "--record", folder, mac.path("world"), "--",
                             DRIVER, "bg-click", "Notes", "150", "100"],
                            check=True, capture_output=True, env=plain_environment())
             with open(f"{folder}/record.jsonl", encoding="utf-8") as file:

@@ -30,13 +30,13 @@ TEST(control, explains_its_usage) {
 
   EXPECT_EQ(
       seen(run({path})),
-      failure(
-          "usage: simulated-mac "
-          "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
-          "advance|"
-          "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-          "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
-          "\\\"simulated-mac --help\\\" tells more"));
+      failure("usage: simulated-mac "
+              "run|serve|stop|list|view|report|screenshot|state|tree|value|journal|trace|"
+              "violations|fault|"
+              "advance|clock|"
+              "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
+              "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
+              "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(
       seen(run({path, "run", "world"})),
       failure(
@@ -47,10 +47,11 @@ TEST(control, explains_its_usage) {
       failure(
           "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
           "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(seen(run({path, "serve", "--frob", "world"})),
-            "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "
-            "[--record DIR "
-            "[--no-pictures]] [--socket NAME] [--until-closed] WORLD\",\"ok\":false}\n");
+  EXPECT_EQ(
+      seen(run({path, "serve", "--frob", "world"})),
+      "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "
+      "[--record DIR "
+      "[--no-pictures]] [--socket NAME] [--view [PORT]] [--until-closed] WORLD\",\"ok\":false}\n");
   EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
   EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
 }

@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Scrolls and moves, field by field; drags, which are refused.
-namespace {
+namespace motion_test {
 
 using namespace testing_support;
 
@@ -265,4 +265,4 @@ TEST(drag, is_refused_in_front_too) {
                                "the target window"));
 }
 
-}  // namespace
+}  // namespace motion_test
