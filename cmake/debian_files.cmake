@@ -20,7 +20,7 @@ file(WRITE ${documents}/copyright "${copyright}")
 # SOURCE_DATE_EPOCH decides, where it is set.
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(WRITE ${documents}/changelog "simulated-mac (${CPACK_PACKAGE_VERSION}) stable; urgency=medium\n\n"
-  "  * What has changed is told in /usr/share/doc/driver/CHANGELOG.md.\n\n"
+  "  * The changes are listed in /usr/share/doc/driver/CHANGELOG.md.\n\n"
   " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
 
 file(GLOB pages ${root}/usr/share/man/man*/*.[0-9])
