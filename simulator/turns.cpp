@@ -52,6 +52,11 @@ void Turns::wait(Flow flow, Datum answer, Microseconds due) {
   scheduler_.wait(flow, due);
 }
 
+void Turns::await(Flow flow, Microseconds deadline, Ask ask) {
+  states_[flow].ask = std::move(ask);
+  scheduler_.block(flow, {deadline, std::nullopt});
+}
+
 /// The new flow counts as running until it arrives, so that time does not run away from it.
 std::optional<Datum> Turns::startFlow(Flow parent, Call call) {
   const std::size_t client = states_.at(parent).client;
@@ -106,6 +111,13 @@ void Turns::retryBlocked() {
   for (const auto& [flow, limits] : scheduler_.blocked()) flows.push_back(flow);
   for (const Flow flow : flows) {
     State& state = states_.at(flow);
+    if (state.ask) {
+      if (auto given = state.ask()) {
+        state.ask = nullptr;
+        wait(flow, std::move(*given), desktop_.mac().now);
+      }
+      continue;
+    }
     if (!state.call) continue;
     Answer answer = desktop_.retry(state.client, *state.call, state.since, state.index);
     if (answer.pending) {
@@ -130,6 +142,7 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
     if (isReal) return std::nullopt;
     const auto next = nextInstant();
     if (!next || (latest_ && *next > *latest_)) return std::nullopt;
+    if (mayMove_ && *next > desktop_.mac().now && !mayMove_()) return std::nullopt;
     desktop_.advanceTo(*next);
     if (isOver_()) return std::nullopt;
   }

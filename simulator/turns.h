@@ -25,6 +25,10 @@ class Turns {
     driver::Datum answer;
   };
 
+  /// Says whether time may move now. Without it, it may whenever nobody is running.
+  using MayMove = std::function<bool()>;
+  void setMayMove(MayMove mayMove) { mayMove_ = std::move(mayMove); }
+
   /// The desktop outlives this object.
   Turns(Desktop& desktop, Scheduler::Time time, Run run);
 
@@ -43,6 +47,13 @@ class Turns {
 
   /// The flow waits for `answer` until `due`.
   void wait(Flow flow, driver::Datum answer, Microseconds due);
+
+  /// Whether what a watcher waits for has come, or its time is over: its answer then.
+  using Ask = std::function<std::optional<driver::Datum>()>;
+
+  /// The watcher waits for an answer, for which it asks whenever something may have happened, and
+  /// at the deadline.
+  void await(Flow flow, Microseconds deadline, Ask ask);
 
   /// The flow waits for the answer of a call that the desktop has given by itself, at `since`.
   void awaitAnswer(Flow flow, platform::Call call, Answer answer, Microseconds since);
@@ -81,6 +92,7 @@ class Turns {
     std::size_t client = none;
     std::size_t index = 0;                // among the flows of its client
     std::optional<platform::Call> call;   // that waits for something to happen
+    Ask ask;                              // of a watcher that waits for something to happen
     Microseconds since = 0;               // when that was made
     std::optional<driver::Datum> answer;  // that it waits for
     bool announced = false;               // it has not arrived yet
@@ -97,6 +109,7 @@ class Turns {
   Run run_;
   std::optional<Microseconds> latest_;
   std::map<Flow, State> states_;
+  MayMove mayMove_;
   std::function<bool()> isOver_ = [] { return false; };
 };
 

@@ -6,6 +6,8 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a stop -d 
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a list -d 'the Macs of this user that run now'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a view -d 'show a Mac in a browser, at an address that is printed'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a report -d 'write a page that shows what a record holds'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a check -d 'say all that is wrong with worlds, and what in them is hardly meant'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a import -d 'make a world of replies of windows, ax-dump and ax-menubar, or of a page source in XML'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a screenshot -d 'draw the screens as the user sees them'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a state -d 'the user’s front application, keyboard, pointer, clipboard and session, and unless --user is given what processes hold; focus, keys, covers, taps, shared windows'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a tree -d 'the whole truth about applications, whatever accessibility would answer'
@@ -14,6 +16,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a journal 
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a trace -d 'every call of every process, with its answer'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a violations -d 'the rules of safe input that were broken so far'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a fault -d 'let a call fail, for example windowserver.session 1 absent'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a wait -d 'wait so long, or until something is so, 10s at most without within; in virtual time that moves it'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a advance -d 'let virtual time pass, for example 250us, 100ms or 2s'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a clock -d 'let virtual time stand, go to the next instant at which anything is due, or go on; as fast as processes do, or at most so many times as fast as real time'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a help -d 'print this, or what is known of a topic'
@@ -41,6 +44,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a disable 
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l seed
+complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l sleep
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l no-pictures
@@ -53,11 +57,15 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from stop; and test (count (commandline -opc)) -eq 2' -a 'sharing'
 complete -c simulated-mac -n '__fish_seen_subcommand_from report' -F
+complete -c simulated-mac -n '__fish_seen_subcommand_from check' -l json
+complete -c simulated-mac -n '__fish_seen_subcommand_from check' -F
+complete -c simulated-mac -n '__fish_seen_subcommand_from import' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from screenshot' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from state' -l user
 complete -c simulated-mac -n '__fish_seen_subcommand_from tree' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from journal' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from trace' -l text
+complete -c simulated-mac -n '__fish_seen_subcommand_from wait; and test (count (commandline -opc)) -eq 2' -a 'until'
 complete -c simulated-mac -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -a 'calls outcomes happenings reactions habits'
 complete -c simulated-mac -n '__fish_seen_subcommand_from leave; and test (count (commandline -opc)) -eq 2' -a 'console'
 complete -c simulated-mac -n '__fish_seen_subcommand_from return; and test (count (commandline -opc)) -eq 2' -a 'to'

@@ -138,6 +138,16 @@ ControlAnswer advance(const Request& request) {
   return answer;
 }
 
+ControlAnswer wait(const Request& request) {
+  const Words words(request.words.begin() + 1, request.words.end());
+  ControlAnswer answer;
+  answer.wait = readWait(words, request.desktop.mac().world);
+  if (request.desktop.mac().now + answer.wait->length > latestTime) {
+    throw Failure("a Mac does not run that long");
+  }
+  return answer;
+}
+
 ControlAnswer happening(const Request& request) {
   // Reactions have quotation marks of their own: behind `in APP` words stand as in a world.
   const bool reacts = request.words[0] == "in";
@@ -160,7 +170,7 @@ struct ControlCommand {
 };
 
 /// Any other command is a happening.
-constexpr std::array<ControlCommand, 9> controlCommands = {{
+constexpr std::array<ControlCommand, 10> controlCommands = {{
     {"screenshot", screenshot},
     {"state", state},
     {"tree", tree},
@@ -170,6 +180,7 @@ constexpr std::array<ControlCommand, 9> controlCommands = {{
     {"violations", violations},
     {"fault", fault},
     {"advance", advance},
+    {"wait", wait},
 }};
 
 ControlAnswer carriedOut(const Request& request) {
@@ -189,6 +200,16 @@ std::string causeOf(const simulator::WorldError& error) {
 }
 
 }  // namespace
+
+ControlAnswer answerTo(const Wait& wait, bool hasCome, Microseconds since, Microseconds now) {
+  constexpr double millisecond = 1000;
+  const double waited = static_cast<double>(now - since) / millisecond;
+  if (hasCome || !wait.isMet) {
+    return line(
+        {{"now", static_cast<double>(now) / millisecond}, {"ok", true}, {"waited", waited}});
+  }
+  return {false, {failureLine("waited " + json(waited).dump() + " ms in vain: " + wait.what)}, 0};
+}
 
 ControlAnswer control(Desktop& desktop, Scheduler::Time time, const Words& words) {
   try {

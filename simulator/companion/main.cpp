@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "simulator/companion/about.h"
+#include "simulator/companion/check.h"
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/help.h"
+#include "simulator/companion/import.h"
 #include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
 #include "simulator/companion/view.h"
@@ -44,7 +46,8 @@ constexpr const char* endsRun = "its run ends with its processes";
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
     Command{"run",
-            "[--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND [ARGUMENT]...",
+            "[--virtual [--sleep]] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND "
+            "[ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
     Command{"serve",
@@ -58,6 +61,13 @@ constexpr std::array commands = {
             viewCommand},
     Command{"report", "DIR -o FILE", "write a page that shows what a record holds", "", 3, 3,
             reportCommand},
+    Command{"check", "[--json] WORLD...",
+            "say all that is wrong with worlds, and what in them is hardly meant", "", 1, unlimited,
+            checkCommand},
+    Command{
+        "import", "FILE... -o WORLD",
+        "make a world of replies of windows, ax-dump and ax-menubar, or of a page source in XML",
+        "", 3, unlimited, importCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
             screenshotCommand},
     Command{"state", "[--user]",
@@ -79,6 +89,12 @@ constexpr std::array commands = {
             "let a call fail, for example windowserver.session 1 absent",
             "a world says what is there, a fault what a process is told of it", 1, unlimited,
             controlCommand},
+    Command{"wait",
+            "TIME|until APP [shows TEXT|window TITLE|element LABEL|value LABEL TEXT] [gone] "
+            "[within TIME]",
+            "wait so long, or until something is so, 10s at most without within; in virtual time "
+            "that moves it",
+            tellsWhen, 1, unlimited, controlCommand},
     Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s", tellsWhen,
             1, 1, controlCommand},
     Command{"clock", "[stop|step|run [SPEED]]",
@@ -97,7 +113,8 @@ constexpr const char* introduction =
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
-    "All commands but run, serve, list, report and help go to the Mac that SIMULATED_MAC names. "
+    "All commands but run, serve, list, report, check, import and help go to the Mac that "
+    "SIMULATED_MAC names. "
     "They "
     "print\n"
     "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1. Of serve it "

@@ -9,6 +9,8 @@
 #include "simulator/companion/about.h"
 #include "simulator/companion/control.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/messages.h"
+#include "simulator/companion/processes.h"
 #include "simulator/companion/socket.h"
 #include "simulator/mac/json_text.h"
 
@@ -23,33 +25,7 @@ namespace {
 /// queue.
 constexpr std::size_t clientsMax = 256;
 constexpr Microseconds microsecondsInSecond = 1'000'000;
-
-/// The texts of a message from its `first` part on.
-std::vector<std::string> texts(const Datum::List& parts, std::size_t first) {
-  std::vector<std::string> result;
-  for (std::size_t i = first; i < parts.size(); ++i) {
-    result.push_back(driver::unpack<std::string>(parts[i]));
-  }
-  return result;
-}
-
-std::map<std::string, std::string> variables(const std::vector<std::string>& settings) {
-  std::map<std::string, std::string> result;
-  for (const std::string& setting : settings) {
-    const std::size_t sign = setting.find('=');
-    if (sign != std::string::npos)
-      result.emplace(setting.substr(0, sign), setting.substr(sign + 1));
-  }
-  return result;
-}
-
-platform::Call callOf(const Datum::List& parts) {
-  if (parts.size() != 2) throw MalformedDatum();
-  const auto function = driver::unpack<std::int64_t>(parts[0]);
-  const auto count = static_cast<std::int64_t>(platform::functionNames.size());
-  if (function < 0 || function >= count) throw MalformedDatum();
-  return {static_cast<platform::Function>(function), driver::unpack<Datum::List>(parts[1])};
-}
+constexpr Microseconds lookInterval = 500;
 
 }  // namespace
 
@@ -57,8 +33,20 @@ Server::Server(simulator::World world, const ServerSettings& settings)
     : desktop_(std::move(world)),
       turns_(desktop_, settings.time, Turns::Run::open),
       settings_(settings),
+      polling_(settings.time),
       start_(std::chrono::steady_clock::now()) {
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+  if (settings_.heedsProcesses) {
+    turns_.setMayMove([this] { return mayMove(); });
+  }
+}
+
+/// One that is about to go on, or has just been started, may look idle for an instant.
+bool Server::mayMove() {
+  constexpr int looks = 2;
+  quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
+  looksAgain_ = quietLooks_ < looks;
+  return !looksAgain_;
 }
 
 Microseconds Server::elapsed() const {
@@ -101,11 +89,13 @@ void Server::holdTime() {
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
 void Server::wakeDue() {
   desktop_.advanceTo(now());
+  looksAgain_ = false;
   holdTime();
   while (const auto woken = turns_.wake(now())) {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
                                      [&](const Client& each) { return each.flow == woken->flow; });
     client->waits = false;
+    quietLooks_ = 0;
     deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
@@ -115,6 +105,7 @@ void Server::wakeDue() {
 
 /// Until something is to be done that nobody asks for: none when that may be never.
 std::optional<Microseconds> Server::timeToWait() {
+  if (looksAgain_) return lookInterval;
   if (turns_.scheduler().time() == Scheduler::Time::virtualTime) {
     return pace_.isFree() ? std::nullopt : standing();
   }
@@ -207,6 +198,7 @@ void Server::join(Client& client, const Datum::List& parts) {
   if (parts.size() != 3) throw MalformedDatum();
   auto arguments = driver::unpack<std::vector<std::string>>(parts[1]);
   auto environment = variables(driver::unpack<std::vector<std::string>>(parts[2]));
+  polling_.count(arguments, desktop_.mac().now);
   client.kind = Kind::process;
   client.member = desktop_.join(std::move(arguments), std::move(environment));
   client.flow = turns_.join(client.member, driver::pack(desktop_.client(client.member).pid));
@@ -269,7 +261,12 @@ void Server::handleControl(Client& client, const Datum::List& parts) {
     return;
   }
   const ControlAnswer given = carryOut(words);
-  Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
+  if (given.wait) {
+    await(client, *given.wait);
+    return;
+  }
+  polling_.count(words, desktop_.mac().now);
+  Datum value = datumOf(given);
   if (given.delay == 0) {
     deliver(client, value);
     return;
@@ -278,6 +275,19 @@ void Server::handleControl(Client& client, const Datum::List& parts) {
   pace_.allowUntil(now() + given.delay);
   turns_.wait(*client.flow, std::move(value), now() + given.delay);
   client.waits = true;
+}
+
+/// What is waited for is looked for whenever something may have happened, and never in between.
+void Server::await(Client& client, const Wait& wait) {
+  const Microseconds since = now();
+  if (!client.flow) client.flow = turns_.joinWatcher();
+  client.waits = true;
+  turns_.await(*client.flow, since + wait.length, [this, wait, since]() -> std::optional<Datum> {
+    const Microseconds present = desktop_.mac().now;
+    const bool hasCome = wait.isMet && wait.isMet(desktop_.mac().world);
+    if (!hasCome && present < since + wait.length) return std::nullopt;
+    return datumOf(answerTo(wait, hasCome, since, present));
+  });
 }
 
 /// What is about the Mac as a whole is done here, the rest within it.

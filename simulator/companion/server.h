@@ -12,6 +12,7 @@
 #include "simulator/companion/control.h"
 #include "simulator/companion/news.h"
 #include "simulator/companion/pace.h"
+#include "simulator/companion/polling_hint.h"
 #include "simulator/companion/record.h"
 #include "simulator/desktop.h"
 #include "simulator/turns.h"
@@ -28,6 +29,7 @@ struct ServerSettings {
   std::string world;             // what the Mac is made of, as it is told to who asks
   bool canBeStopped = false;     // by a command to the Mac
   Recorder* recorder = nullptr;  // borrowed; null: nothing is kept
+  bool heedsProcesses = false;   // time stands still while a process below this one is at work
 };
 
 /// A simulated Mac that processes join through a socket, one for each of their flows. One thread,
@@ -64,6 +66,7 @@ class Server {
 
   Microseconds elapsed() const;
   Microseconds now() const;
+  bool mayMove();
   std::optional<Microseconds> standing();
   std::optional<Microseconds> timeToWait();
 
@@ -80,6 +83,7 @@ class Server {
   Client& processNamed(const driver::Datum& pid);
   void handleCall(Client& client, const driver::Datum::List& parts);
   void handleControl(Client& client, const driver::Datum::List& parts);
+  void await(Client& client, const Wait& wait);
   ControlAnswer carryOut(const std::vector<std::string>& words);
   ControlAnswer about() const;
   ControlAnswer clock(const std::vector<std::string>& words);
@@ -91,8 +95,11 @@ class Server {
   simulator::Desktop desktop_;
   Turns turns_;
   ServerSettings settings_;
+  PollingHint polling_;
   Pace pace_;
   bool stopped_ = false;
+  bool looksAgain_ = false;  // whether processes are still at work
+  int quietLooks_ = 0;       // one after the other at which none was
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;
 };

@@ -7,8 +7,10 @@
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
 #include "simulator/text/naming.h"
+#include "simulator/text/nearest.h"
 #include "simulator/text/reactions.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
@@ -23,10 +25,20 @@ namespace simulator {
 namespace {
 
 /// The element that a line means by a label.
-Element& labelled(std::size_t line, Application& application, const std::string& label) {
+Element& labelled(const Spot& spot, Application& application, const std::string& label) {
   Element* found = findLabelled(application, label);
-  if (found != nullptr) return *found;
-  throw WorldError(line, "no element of " + nameOf(application) + " is labelled \"" + label + '"');
+  if (found == nullptr) failUnlabelled(spot, application, label);
+  return *found;
+}
+
+/// Complains of what the function throws, and goes on.
+template <class Settle>
+void attempt(const Complain& complain, Settle settle) {
+  try {
+    settle();
+  } catch (const WorldError& error) {
+    complain(error.complaint());
+  }
 }
 
 std::array<std::vector<Reaction>*, 4> listsOf(Element& element) {
@@ -99,7 +111,7 @@ bool WorldBuilder::isTaken(WindowNumber number) const {
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
   for (LinkDraft& link : links) {
-    links_.push_back({words.lineNumber(), place.application, place.element, std::move(link)});
+    links_.push_back({words.spot(), place.application, place.element, std::move(link)});
   }
 }
 
@@ -164,9 +176,10 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.id = id;
   element.parent = parent.element;
   element.window = parent.window;
+  if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
-  noteReactions({words.lineNumber(), parent.application, id});
+  noteReactions({words.spot(), parent.application, id});
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
   addHabits(words, place, draft);
   addCopies(words, application, place, draft.count);
@@ -178,7 +191,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
 WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
   Application& application = world_.applications[parent.application];
   const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
-  noteReactions({words.lineNumber(), parent.application, id});
+  noteReactions({words.spot(), parent.application, id});
   return {Place::Kind::element, "menu", parent.application, 0, id};
 }
 
@@ -217,7 +230,7 @@ void WorldBuilder::settlePresence(const Words& words, Application& application, 
 }
 
 void WorldBuilder::addHabits(const Words& words, const Place& place, const ElementDraft& draft) {
-  const PlacedElement placed{words.lineNumber(), place.application, place.element};
+  const PlacedElement placed{words.spot(), place.application, place.element};
   for (const std::string& label : draft.alsoUnder) furtherParents_.push_back({placed, label});
   if (!draft.habits) return;
   world_.applications[place.application].habits.emplace(place.element, *draft.habits);
@@ -248,20 +261,20 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
   Application& application = world_.applications[placed.application];
   std::vector<ElementId> ids;
   for (const std::string& label : placed.link.labels) {
-    ids.push_back(labelled(placed.line, application, label).id);
+    ids.push_back(labelled(placed.spot, application, label).id);
   }
   AttributeValue value =
       placed.link.list ? AttributeValue(std::move(ids)) : AttributeValue(ElementLink{ids.front()});
   auto& attributes = placed.element == 0 ? application.attributes
                                          : findElement(application, placed.element)->attributes;
   if (!attributes.emplace(placed.link.attribute, std::move(value)).second) {
-    throw WorldError(placed.line, placed.link.attribute + " is given twice");
+    throw WorldError({placed.spot, placed.link.attribute + " is given twice"});
   }
 }
 
 void WorldBuilder::settleParent(const PlacedParent& placed) {
   Application& application = world_.applications[placed.child.application];
-  labelled(placed.child.line, application, placed.label).children.push_back(placed.child.element);
+  labelled(placed.child.spot, application, placed.label).children.push_back(placed.child.element);
 }
 
 /// The bars that `menu` lines made lie on the main display, which may come last in the text.
@@ -275,10 +288,12 @@ void WorldBuilder::settleMenuBars() {
 
 void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
-  const ReactionPlace place{placed.line, application.pid};
+  const ReactionPlace place{placed.spot, application.pid};
   Element& element = *findElement(application, placed.element);
-  for (std::vector<Reaction>* each : listsOf(element)) {
-    simulator::settleReactions(place, labels_, *each);
+  for (std::vector<Reaction>* list : listsOf(element)) {
+    for (Reaction& each : *list) {
+      attempt(complain_, [&] { settleReaction(place, labels_, each); });
+    }
   }
 }
 
@@ -306,42 +321,64 @@ void WorldBuilder::settleWindows() {
 
 void WorldBuilder::readScript() {
   for (PendingHappening& pending : script_) {
-    Words words(pending.line);
-    pending.scripted.happening = readHappening(words, world_);
-    noteLabels(pending.scripted.happening.reactions);
+    attempt(complain_, [&] {
+      Words words(pending.line);
+      pending.scripted.happening = readHappening(words, world_);
+      noteLabels(pending.scripted.happening.reactions);
+    });
   }
 }
 
 void WorldBuilder::settleScript() {
   for (PendingHappening& pending : script_) {
-    settleHappening(pending.line.number, labels_, pending.scripted.happening);
+    attempt(complain_,
+            [&] { settleHappening(spotOf(pending.line), labels_, pending.scripted.happening); });
     world_.script.push_back(std::move(pending.scripted));
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),
                    [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
 }
 
-World WorldBuilder::finish() {
-  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
-  for (const PlacedLink& placed : links_) settleLink(placed);
-  for (const PlacedParent& placed : furtherParents_) settleParent(placed);
+/// What a line names that may come later in the text, but for reactions.
+void WorldBuilder::settleNames() {
+  for (const PlacedLink& placed : links_) {
+    attempt(complain_, [&] { settleLink(placed); });
+  }
+  for (const PlacedParent& placed : furtherParents_) {
+    attempt(complain_, [&] { settleParent(placed); });
+  }
   for (const PlacedElement& placed : composers_) {
     settleComposer(world_.applications[placed.application], placed.element);
   }
+  for (const PlacedParent& placed : conditions_) {
+    attempt(complain_, [&] {
+      labelled(placed.child.spot, world_.applications[placed.child.application], placed.label);
+    });
+  }
+}
+
+void WorldBuilder::settleReactions() {
+  for (const PlacedElement& placed : reactions_) settleReactions(placed);
+}
+
+void WorldBuilder::settleElements() {
+  settleNames();
+  settleReactions();
+}
+
+void WorldBuilder::finish() {
+  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
+  settleNames();
   settleMenuBars();
   for (Application& application : world_.applications) {
     settleScrollAreas(application);
     settleScrolling(application);
   }
-  for (const PlacedParent& placed : conditions_) {
-    labelled(placed.child.line, world_.applications[placed.child.application], placed.label);
-  }
   readScript();
-  for (const PlacedElement& placed : reactions_) settleReactions(placed);
+  settleReactions();
   settleFocus();
   settleWindows();
   settleScript();
-  return std::move(world_);
 }
 
 }  // namespace simulator

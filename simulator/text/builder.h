@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "simulator/text/elements.h"
+#include "simulator/text/gathering.h"
 #include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
@@ -11,12 +12,15 @@
 namespace simulator {
 
 /// Puts a world together from what the lines of its text say, in their order. What names something
-/// that may come later in the text is settled by `finish`.
+/// that may come later in the text is settled at the end.
 class WorldBuilder {
  public:
+  /// Borrows the world, which need not be empty, and who is told what cannot be settled.
+  WorldBuilder(World& world, const Complain& complain) : world_(world), complain_(complain) {}
+
   /// Where a line stands: what the lines below it, indented further, belong to.
   struct Place {
-    enum class Kind { top, application, window, element, other };
+    enum class Kind { top, application, window, element, other, unread };
     Kind kind = Kind::top;
     const char* statement = "";   // of an `other`
     std::size_t application = 0;  // index
@@ -38,19 +42,22 @@ class WorldBuilder {
   /// The world so far.
   World& world() { return world_; }
 
-  /// The whole world; the builder is spent.
-  World finish();
+  /// Settles what elements name. The builder is spent.
+  void settleElements();
+
+  /// The same for a whole world, which is complete then.
+  void finish();
 
  private:
   struct PlacedLink {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
     LinkDraft link;
   };
   /// An element whose line names others.
   struct PlacedElement {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
   };
@@ -75,8 +82,10 @@ class WorldBuilder {
   void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
+  void settleNames();
   void noteReactions(const PlacedElement& placed);
   void noteLabels(const std::vector<Reaction>& list);
+  void settleReactions();
   void settleReactions(const PlacedElement& placed);
   void settleFocus();
   void settleWindows();
@@ -85,7 +94,8 @@ class WorldBuilder {
 
   bool isTaken(WindowNumber number) const;
 
-  World world_;
+  World& world_;
+  const Complain& complain_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
   KnownLabels labels_{world_};

@@ -15,7 +15,9 @@ struct BadWorld {
 
 const std::string statementWords =
     "app, user, pointer, display, deny, session, missing, process, file, image, at, "
-    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
+    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link, define, "
+    "use, "
+    "repeat, include";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
@@ -24,9 +26,9 @@ const std::string windowWords =
     "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
-    "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
-    "selection, actions, attribute, failing, range, choices, while, only, also, repeat, open, "
-    "closed, "
+    "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
+    "subrole, disabled, modal, focused, selection, actions, attribute, failing, range, choices, "
+    "while, only, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
     "right:, double:, stacks, scrolls, takes, submit:";
 const std::string reactionWords =
@@ -57,7 +59,8 @@ TEST(world_text_errors, of_the_form_of_the_text) {
 
 TEST(world_text_errors, of_statements) {
   const BadWorld cases[] = {
-      {"speed 1", "line 1: unknown word 'speed'; expected " + statementWords},
+      {"speed 1",
+       "line 1: unknown word 'speed'; expected " + statementWords + "; did you mean 'seed'?"},
       {"\"file\" 7", "line 1: unexpected \"file\"; expected " + statementWords},
       {"; file", "line 1: unexpected ';'; expected " + statementWords},
       {"process 1 2", "line 1: unexpected '2' at the end of the line"},
@@ -131,14 +134,17 @@ TEST(world_text_errors, of_windows) {
   };
   const BadLine cases[] = {
       {"windoe 7",
-       "unknown word 'windoe'; expected window, menu or an element's role such as AXButton"},
+       "unknown word 'windoe'; expected window, menu or an element's role such as AXButton; did "
+       "you "
+       "mean 'window'?"},
       {"window", "'window' needs a number from 1 on"},
       {"window Inbox", "'window' needs a number from 1 on, not 'Inbox'"},
       {"window 0 at 0,0 size 9x9", "'window' needs a number from 1 on, not '0'"},
       {"window 7", "a window needs 'at' and 'size'"},
       {"window 7 at 0,0", "'at' needs 'size' beside it"},
       {"window 7 size 9x9", "'size' needs 'at' beside it"},
-      {"window 7 at 0,0 sized 9x9", "unknown word 'sized'; expected " + windowWords},
+      {"window 7 at 0,0 sized 9x9",
+       "unknown word 'sized'; expected " + windowWords + "; did you mean 'size'?"},
       {"window 7 at 0,0 size 9x9 \"T\"", "unexpected \"T\"; expected " + windowWords},
       {"window 7 at 0,0 size 9 x9", "'size' needs WIDTHxHEIGHT, not '9'"},
       {"window 7 at 0,0 size 9x9 layer top", "'layer' needs an integer, not 'top'"},
@@ -174,7 +180,8 @@ TEST(world_text_errors, of_elements) {
   };
   const BadLine cases[] = {
       {"button", "unknown word 'button'; expected an element's role such as AXButton"},
-      {"AXButton sized 9x9", "unknown word 'sized'; expected " + elementWords},
+      {"AXButton sized 9x9",
+       "unknown word 'sized'; expected " + elementWords + "; did you mean 'size'?"},
       {"AXButton \"A\" \"B\"", "unexpected \"B\"; expected " + elementWords},
       {"AXButton at 1,2", "'at' needs 'size' beside it"},
       {"AXButton at 1 2 size 9x9", "'at' needs X,Y, not '1'"},

@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "simulator/text/attributes.h"
+#include "simulator/text/layout.h"
 #include "simulator/text/reactions.h"
 
 namespace simulator {
@@ -196,6 +197,17 @@ constexpr std::array knownHabits = {
           [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }, once},
     Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",
           [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }, once},
+    Habit{"below", "previous|Label [gap N]",
+          "under the one before it, or under the one with this label, in the same element; as "
+          "large as that one, unless it says otherwise. The first one is at the top left",
+          readBelow, once},
+    Habit{"right of", "previous|Label [gap N]", "the same to the right", readRightOf, once},
+    Habit{"inside", "N",
+          "so far inside the edges of what it is in, which it fills unless it says otherwise",
+          readInside, once},
+    Habit{"fill", "[width|height]", "as far as what it is in goes, less `inside`", readFill, once},
+    Habit{"width", "N", "how wide it is", readWidth, once},
+    Habit{"height", "N", "how high it is", readHeight, once},
     Habit{"value", "VALUE",
           "`AXValue`: a text, a number, true or false. Texts have \"\" and check boxes, radio "
           "buttons and switches 0 without it",

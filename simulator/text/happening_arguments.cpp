@@ -23,7 +23,7 @@ constexpr const char* aModifier = "cmd, shift, option or control";
 
 Pid readPid(Words& words, const World& world, const char* owner) {
   const std::string name = words.name(owner, "an application's name or pid:N");
-  return applicationNamed(words.lineNumber(), world, name);
+  return applicationNamed(words.spot(), world, name);
 }
 
 std::string pidText(Pid pid) { return std::string(pidPrefix) + std::to_string(pid); }

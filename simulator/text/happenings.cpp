@@ -220,9 +220,9 @@ Happening readHappening(Words& words, const World& world) {
   return happening;
 }
 
-void settleHappening(std::size_t line, KnownLabels& labels, Happening& happening) {
+void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening) {
   if (happening.reactions.empty()) return;
-  settleReactions({line, happening.pid, false}, labels, happening.reactions);
+  settleReactions({spot, happening.pid, false}, labels, happening.reactions);
 }
 
 std::string happeningText(const Happening& happening) {

@@ -47,7 +47,7 @@ Happening happeningCalled(std::string_view phrase);
 Happening readHappening(Words& words, const World& world);
 
 /// Settles that, as `settleReactions` does.
-void settleHappening(std::size_t line, KnownLabels& labels, Happening& happening);
+void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening);
 
 /// The happening as such a line, for a journal too.
 std::string happeningText(const Happening& happening);

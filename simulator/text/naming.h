@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/text/error.h"
 #include "simulator/world/world.h"
 
 /// How lines and errors name applications.
@@ -16,6 +17,10 @@ inline constexpr std::string_view pidPrefix = "pid:";
 
 /// The running application that is written so. Throws WorldError for the line when there is none,
 /// or more than one.
-Pid applicationNamed(std::size_t line, const World& world, const std::string& name);
+Pid applicationNamed(const Spot& spot, const World& world, const std::string& name);
+
+/// Throws that no element of the application has the label.
+[[noreturn]] void failUnlabelled(const Spot& spot, const Application& application,
+                                 const std::string& label);
 
 }  // namespace simulator

@@ -4,6 +4,7 @@
 
 #include "simulator/text/error.h"
 #include "simulator/text/naming.h"
+#include "simulator/text/nearest.h"
 #include "simulator/world/arranging.h"
 #include "simulator/world/panels.h"
 #include "simulator/world/reactions.h"
@@ -127,7 +128,7 @@ class Settler {
   void settle(Reaction& reaction) const {
     Pid pid = place_.pid;
     if (reaction.elsewhere) {
-      pid = reaction.elsewherePid = applicationNamed(place_.line, world_, *reaction.elsewhere);
+      pid = reaction.elsewherePid = applicationNamed(place_.spot, world_, *reaction.elsewhere);
     }
     const Application& own = *findApplication(world_, place_.pid);
     const Application& meant = *findApplication(world_, pid);
@@ -141,19 +142,24 @@ class Settler {
   }
 
  private:
-  [[noreturn]] void fail(const std::string& cause) const { throw WorldError(place_.line, cause); }
+  [[noreturn]] void fail(const std::string& cause) const { throw WorldError({place_.spot, cause}); }
 
   void checkLabel(const Application& application, const std::string& label) const {
-    if (labels_.has(application, label)) return;
-    fail("no element of " + nameOf(application) + " is labelled \"" + label + '"');
+    if (!labels_.has(application, label)) failUnlabelled(place_.spot, application, label);
   }
 
   void checkTitle(const Application& application, const std::string& title) const {
     const auto& windows = world_.windows;
-    const bool exists = std::any_of(windows.begin(), windows.end(), [&](const Window& each) {
-      return each.owner == application.pid && each.title == title;
-    });
-    if (!exists) fail("no window of " + nameOf(application) + " is titled \"" + title + '"');
+    std::vector<std::string> titles;
+    for (const Window& each : windows) {
+      if (each.owner == application.pid && each.title) titles.push_back(*each.title);
+    }
+    if (std::find(titles.begin(), titles.end(), title) != titles.end()) return;
+    throw WorldError({place_.spot,
+                      "no window of " + nameOf(application) + " is titled \"" + title + '"',
+                      nearest(title, titles),
+                      {},
+                      title});
   }
 
   void checkOwn(const Reaction& reaction) const {
@@ -226,10 +232,13 @@ bool KnownLabels::has(const Application& application, const std::string& label) 
   return held->second.contains(label);
 }
 
+void settleReaction(const ReactionPlace& place, KnownLabels& labels, Reaction& reaction) {
+  Settler(place, labels).settle(reaction);
+}
+
 void settleReactions(const ReactionPlace& place, KnownLabels& labels,
                      std::vector<Reaction>& reactions) {
-  const Settler settler(place, labels);
-  for (Reaction& each : reactions) settler.settle(each);
+  for (Reaction& each : reactions) settleReaction(place, labels, each);
 }
 
 }  // namespace simulator

@@ -55,13 +55,14 @@ class KnownLabels {
 
 /// Where reactions are written.
 struct ReactionPlace {
-  std::size_t line = 0;
+  Spot spot;
   Pid pid = 0;  // of the application whose reactions they are
   bool hasElement = true;
 };
 
 /// Settles which applications are meant. Throws WorldError when something that a reaction names is
 /// not there.
+void settleReaction(const ReactionPlace& place, KnownLabels& labels, Reaction& reaction);
 void settleReactions(const ReactionPlace& place, KnownLabels& labels,
                      std::vector<Reaction>& reactions);
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -65,6 +66,7 @@ using AttributeValue = std::variant<Opaque, std::string, bool, std::int64_t, dou
 struct World;
 struct Application;
 struct HappeningKind;
+struct Definitions;  // bodies of lines, in text/gathering.h
 struct Reacting;
 
 /// What a reaction does: one of those in reactions.h, which say what they make of its parts. Gives
@@ -393,6 +395,7 @@ struct World {
   std::vector<DueReaction> due;       // by time; equal times in the order of their causes
   bool recurring = false;             // what happens now does so again and again, for ever
   std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
+  std::shared_ptr<const Definitions> definitions;  // that its text gives; null: none
   std::optional<Random> chance;       // for reactions, where there is a seed
 };
 

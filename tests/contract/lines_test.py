@@ -2,6 +2,7 @@
 import json
 import subprocess
 import unittest
+from pathlib import Path
 
 from jsonschema import Draft202012Validator
 
@@ -66,6 +67,8 @@ class Lines(unittest.TestCase):
             self.check("value", mac.tell("value", "Notes", "Body"))
             self.check("value", self.refused(mac, "value", "Notes", "Nobody"))
             self.check("violations", mac.tell("violations"))
+            self.check("wait", mac.tell("wait", "1ms"))
+            self.check("wait", self.refused(mac, "wait", "until", "Notes", "shows", "nothing of that kind"))
             self.check("clock", mac.tell("clock"))
             self.check("clock", mac.tell("clock", "step"))
             self.check("clock", mac.tell("clock", "run", "0.5"))
@@ -79,6 +82,7 @@ class Lines(unittest.TestCase):
                           [line["socket"] for line in self.check("list", mac.tell("list"))])
             self.check("done", mac.tell("stop"))
         self.recorded()
+        self.checked()
         self.assertEqual(set(self.validators), self.used)
 
     def live(self, mac):
@@ -107,6 +111,14 @@ class Lines(unittest.TestCase):
         self.assertFalse(self.check("state", mac.tell("state"))[0]["focus"][0]["by"]["alive"])
         guard.end()
 
+    def checked(self):
+        """What is wrong with worlds, and with a file that is not there."""
+        with Mac(WORLD) as mac:
+            self.check("check", mac.tell("check", "--json", mac.path("world")))
+            Path(mac.path("bad")).write_bytes(b"app A pid 1\n  AXButon \"\xff\" vlaue 1\ninclude \"none\"\n")
+            problems = self.check("check", self.refused(mac, "check", "--json", mac.path("bad")))[0]["problems"]
+            self.assertEqual(["warning", "error", "error"], [each["severity"] for each in problems])
+            self.check("check", self.refused(mac, "check", "--json", mac.path("nothing")))
     def viewed(self, mac):
         """A view tells where it is, and ends with the Mac or by itself."""
         with subprocess.Popen([SIMULATED_MAC, "view"], stdout=subprocess.PIPE, text=True, env=mac.environment) as view:

@@ -25,47 +25,6 @@ TEST(control, without_a_mac_says_so) {
                     "\\\"simulated-mac serve WORLD\\\" prints"));
 }
 
-TEST(control, explains_its_usage) {
-  const std::string path = simulatedMacPath();
-
-  EXPECT_EQ(
-      seen(run({path})),
-<<<<<<< HEAD
-      failure(
-          "usage: simulated-mac "
-          "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
-          "advance|"
-          "lock|unlock|leave|return|quit|end|front|hang|recover|in|user|remove|connect|disconnect|"
-          "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
-          "\\\"simulated-mac --help\\\" tells more"));
-=======
-      failure("usage: simulated-mac "
-              "run|serve|stop|list|view|report|screenshot|state|tree|value|journal|trace|"
-              "violations|fault|"
-              "advance|clock|"
-              "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-              "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
-              "\\\"simulated-mac --help\\\" tells more"));
->>>>>>> main
-  EXPECT_EQ(
-      seen(run({path, "run", "world"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(
-      seen(run({path, "run", "world", "--"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(
-      seen(run({path, "serve", "--frob", "world"})),
-      "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "
-      "[--record DIR "
-      "[--no-pictures]] [--socket NAME] [--view [PORT]] [--until-closed] WORLD\",\"ok\":false}\n");
-  EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
-  EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
-}
-
 TEST(control, help_names_every_command) {
   const Finished help = run({simulatedMacPath(), "--help"});
 
