@@ -40,6 +40,19 @@ std::vector<ElementId> addDefined(World& world, std::size_t application, Element
   return added();
 }
 
+Added addForReaction(World& world, Pid pid, ElementId parent, const Reaction& reaction) {
+  const auto index = findApplication(world, pid) - world.applications.data();
+  Call call = reaction.addition->call;
+  for (const auto& [place, value] : reaction.heldArguments) {
+    call.arguments[place] = {Token::Kind::text, value};
+  }
+  try {
+    return {addDefined(world, static_cast<std::size_t>(index), parent, call).size(), ""};
+  } catch (const WorldError& error) {
+    return {0, error.what()};
+  }
+}
+
 void checkCall(const World& world, const Call& call, const Words& words) {
   checkCall(definitionsOf(world), call, words);
 }

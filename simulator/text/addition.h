@@ -15,6 +15,9 @@ namespace simulator {
 std::vector<ElementId> addDefined(World& world, std::size_t application, ElementId parent,
                                   const Call& call);
 
+/// For `World::adder`: the same for a reaction's call, with the values that it has found.
+Added addForReaction(World& world, Pid pid, ElementId parent, const Reaction& reaction);
+
 /// Throws unless the call fits one of the world's definitions. `words` have just read it.
 void checkCall(const World& world, const Call& call, const Words& words);
 

@@ -6,6 +6,7 @@
 
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
+#include "simulator/text/expansion.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
@@ -209,6 +210,21 @@ void WorldBuilder::noteReactions(const PlacedElement& placed) {
 void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
   for (const Reaction& each : list) {
     if (each.effect == reactions::relabel) labels_.addComing(each.text);
+    if (each.addition) noteAddedLabels(*each.addition);
+  }
+}
+
+/// What is wrong with the call is told where it is settled.
+void WorldBuilder::noteAddedLabels(const Addition& addition) {
+  if (world_.definitions == nullptr) return;
+  const auto note = [&](const Line& line) {
+    const bool isLabelled = line.tokens.size() > 1 && line.tokens[1].kind == Token::Kind::text;
+    if (isLabelled) labels_.addComing(line.tokens[1].text);
+  };
+  try {
+    expandCall(*world_.definitions, addition.call, note);
+  } catch (const WorldError&) {
+    return;
   }
 }
 

@@ -85,6 +85,7 @@ class WorldBuilder {
   void settleNames();
   void noteReactions(const PlacedElement& placed);
   void noteLabels(const std::vector<Reaction>& list);
+  void noteAddedLabels(const Addition& addition);
   void settleReactions();
   void settleReactions(const PlacedElement& placed);
   void settleFocus();

@@ -28,8 +28,28 @@ class ArgumentReader {
     return std::move(arguments_);
   }
 
+  /// By place: the labels of elements whose values are meant.
+  std::map<std::size_t, std::string> held() { return std::move(held_); }
+
  private:
+  bool isHeld(const Token& token) const {
+    if (expects_ || arguments_.empty()) return false;
+    const Token& last = arguments_.back();
+    return last.kind == Token::Kind::word && last.text == "value" &&
+           token.kind == Token::Kind::word && token.text == "of";
+  }
+
   void add(Token argument) {
+    if (awaitsLabel_) {
+      held_[arguments_.size() - 1] = std::move(argument.text);
+      awaitsLabel_ = false;
+      return;
+    }
+    if (isHeld(argument)) {
+      arguments_.back() = {Token::Kind::text, ""};
+      awaitsLabel_ = true;
+      return;
+    }
     if (!expects_) words_.failAtLast("a comma is missing between arguments");
     arguments_.push_back(std::move(argument));
     expects_ = false;
@@ -37,6 +57,7 @@ class ArgumentReader {
 
   /// A comma promises another argument; the only parenthesis without one follows the opening one.
   void endArgument(bool isComma) {
+    if (awaitsLabel_) words_.failAtLast("'of' needs the label of an element");
     if (expects_ && (isComma || !arguments_.empty())) words_.failAtLast("an argument is missing");
     expects_ = isComma;
     closed_ = !isComma;
@@ -58,7 +79,9 @@ class ArgumentReader {
 
   Words& words_;
   std::vector<Token> arguments_;
+  std::map<std::size_t, std::string> held_;
   bool expects_ = true;
+  bool awaitsLabel_ = false;
   bool closed_ = false;
 };
 
@@ -72,7 +95,9 @@ Call readCall(Words& words, const char* owner) {
     words.failAtLast("'" + whole + "' does not begin with a name");
   }
   if (opening == whole.npos) return call;
-  call.arguments = ArgumentReader(words).read(std::string_view(whole).substr(opening + 1));
+  ArgumentReader reader(words);
+  call.arguments = reader.read(std::string_view(whole).substr(opening + 1));
+  call.held = reader.held();
   return call;
 }
 

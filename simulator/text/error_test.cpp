@@ -33,7 +33,7 @@ const std::string elementWords =
     "right:, double:, stacks, scrolls, takes, submit:";
 const std::string reactionWords =
     "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste, move, "
-    "enable, disable, relabel, count, save";
+    "add, enable, disable, relabel, count, save";
 
 TEST(world_text_errors, of_the_form_of_the_text) {
   const BadWorld cases[] = {

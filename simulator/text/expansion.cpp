@@ -108,6 +108,7 @@ class Expander {
     }
     const Call call = readCall(words, "use");
     words.expectEnd();
+    if (!call.held.empty()) words.fail("'use' knows no element whose value it could take");
     if (block.size() > 1) throw WorldError({spotOf(block[1]), "nothing can be in 'use'"});
     use(words, call, line.indentation);
     return 1;

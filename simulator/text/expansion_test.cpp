@@ -140,6 +140,9 @@ TEST(expansion, refuses_what_makes_no_sense) {
       {"define Say(label)\n  AXButton press: set {label} \"x\"\napp A pid 1\n  AXTextField \"To\"\n"
        "  use Say(\"Too\")",
        "line 2: no element of A is labelled \"Too\"; did you mean 'To'? (used in line 5)"},
+      {"define A(x)\n  process {x}\nuse A(value of B)",
+       "line 3: 'use' knows no element whose value it could take"},
+      {"define A(x)\n  process {x}\nuse A(value of)", "line 3: 'of' needs the label of an element"},
       {"include \"b.world\"", "line 1: a world that is no file can include none"},
       {"include", "line 1: 'include' needs a quoted path"},
   };

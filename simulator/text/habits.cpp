@@ -280,8 +280,9 @@ constexpr std::array knownHabits = {
           "without it). Its value is the least without `value`",
           readSliderRange, once},
     Habit{"choices", "\"text\"...",
-          "a closed menu with these items. The first is the value without `value`", readChoices,
-          once},
+          "a closed menu with these items. The first is the value without `value`. A combo box has "
+          "none at first, and a button that opens a list of them",
+          readChoices, once},
     Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
           readWhileHovered, once},
     Habit{"only while", "Label is [not] VALUE",

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "simulator/text/addition.h"
 #include "simulator/text/builder.h"
 #include "simulator/text/expansion.h"
 #include "simulator/text/happenings.h"
@@ -19,6 +20,7 @@ WorldReading readWorld(std::string_view text, const WorldFiles& files, Warnings 
   };
   const WorldLines lines = gatherLines(text, files, complain);
   reading.world.definitions = lines.definitions;
+  reading.world.adder = addForReaction;
   WorldBuilder builder(reading.world, complain);
   LineReader reader(builder, complain);
   Inspection inspection(reading.world, complain);

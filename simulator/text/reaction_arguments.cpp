@@ -3,6 +3,10 @@
 #include <array>
 #include <cstdio>
 #include <limits>
+#include <memory>
+#include <utility>
+
+#include "simulator/text/call.h"
 
 namespace simulator {
 
@@ -48,6 +52,38 @@ void readPlace(Words& words, const char* owner, Reaction& reaction) {
     words.failNeeding(owner, "above, below or to after the label");
   }
   reaction.other = words.name("above", aLabel);
+}
+
+void readAddition(Words& words, const char* owner, Reaction& reaction) {
+  Call call = readCall(words, owner);
+  reaction.argumentsOf = call.held;
+  reaction.addition = std::make_shared<const Addition>(Addition{std::move(call)});
+  if (words.take("to")) {
+    reaction.placement = Placement::at;
+  } else {
+    reaction.placement = words.take("above") ? Placement::above : Placement::below;
+    if (reaction.placement == Placement::below && !words.take("below")) {
+      words.failNeeding(owner, "to, above or below behind it");
+    }
+  }
+  readTarget(words, "to", reaction);
+}
+
+std::string argumentText(const Call& call, std::size_t place) {
+  const auto held = call.held.find(place);
+  if (held != call.held.end()) return "value of " + quotedWord(held->second);
+  const Token& token = call.arguments[place];
+  return token.kind == Token::Kind::text ? inQuotes(token.text) : token.text;
+}
+
+std::string additionText(const Reaction& reaction) {
+  const Call& call = reaction.addition->call;
+  std::string text = call.name + "(";
+  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+    text += (i == 0 ? "" : ", ") + argumentText(call, i);
+  }
+  constexpr const char* placements[] = {") above ", ") below ", ") to "};
+  return text + placements[static_cast<int>(reaction.placement)] + targetOf(reaction);
 }
 
 std::string placeText(const Reaction& reaction) {
@@ -154,6 +190,9 @@ constinit const ReactionArguments ownOrWindow = {
     [](const Reaction& reaction) { return reaction.window ? inQuotes(*reaction.window) : ""; }};
 
 constinit const ReactionArguments place = {"Label above|below Label|to X,Y", readPlace, placeText};
+
+constinit const ReactionArguments addition = {"NAME(argument, ...) to|above|below Label",
+                                              readAddition, additionText};
 
 constinit const ReactionArguments steps = {"Label up|down [by N]", readSteps, stepsText};
 

@@ -32,7 +32,8 @@ extern const ReactionArguments ownOrTarget;    // `target`, or none for the elem
 extern const ReactionArguments window;         // `window`
 extern const ReactionArguments ownOrWindow;    // `window`, or none for the element's
 extern const ReactionArguments place;          // `target`, `placement`, and `other` or `point`
-extern const ReactionArguments steps;          // `target` and `number`
+extern const ReactionArguments addition;  // `addition`, `argumentsOf`, `target` and `placement`
+extern const ReactionArguments steps;     // `target` and `number`
 
 }  // namespace reaction_arguments
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simulator/text/error.h"
+#include "simulator/text/expansion.h"
 #include "simulator/text/naming.h"
 #include "simulator/text/nearest.h"
 #include "simulator/world/arranging.h"
@@ -66,6 +67,11 @@ constexpr std::array knownReactions = {
         "the element with the first label goes above or below the other one, and into what "
         "that is in; or to another place, where it is in",
         reactions::move},
+    ReactionKind{
+        "add", behind::addition,
+        "what a body of lines says comes into the element with this label, behind all that "
+        "is there, or above or below it; an argument may be `value of Label`",
+        reactions::add},
     ReactionKind{"enable", behind::target, "the element with this label can be used",
                  reactions::enable},
     ReactionKind{"disable", behind::target, "it cannot", reactions::disable},
@@ -137,6 +143,8 @@ class Settler {
     if (reaction.target) checkLabel(meant, *reaction.target);
     if (reaction.other) checkLabel(meant, *reaction.other);
     if (reaction.window) checkTitle(meant, *reaction.window);
+    for (const auto& [place, label] : reaction.argumentsOf) checkLabel(own, label);
+    if (reaction.addition) checkAddition(reaction.addition->call);
     checkOwn(reaction);
     checkPanel(reaction, meant);
   }
@@ -160,6 +168,11 @@ class Settler {
                       nearest(title, titles),
                       {},
                       title});
+  }
+
+  void checkAddition(const Call& call) const {
+    if (world_.definitions == nullptr) fail("'" + call.name + "' is defined nowhere");
+    expandCall(*world_.definitions, call, [](const Line& /*line*/) {});
   }
 
   void checkOwn(const Reaction& reaction) const {

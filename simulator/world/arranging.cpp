@@ -143,6 +143,16 @@ void putIn(Application& application, ElementId id, ElementId parentId, std::size
   application.rearranged = true;
 }
 
+void placeLast(Application& application, ElementId parentId, std::size_t count, std::size_t index) {
+  auto& children = findElement(application, parentId)->children;
+  const std::vector<ElementId> last(children.end() - static_cast<std::ptrdiff_t>(count),
+                                    children.end());
+  children.resize(children.size() - count);
+  for (std::size_t i = 0; i < last.size(); ++i) {
+    putIn(application, last[i], parentId, index + i);
+  }
+}
+
 std::vector<const Element*> drawingOrder(const Application& application) {
   std::vector<const Element*> ordered;
   std::vector<ElementId> stack;
@@ -210,6 +220,24 @@ std::string move(const Reacting& with) {
   if (isWithin(application, *other, target->id))
     return "finds " + described(*other) + " in what is moved";
   moveBeside(application, target->id, other->id, reaction.placement == Placement::below);
+  return "";
+}
+
+std::string add(const Reacting& with) {
+  Application& application = with.application;
+  const Reaction& reaction = with.reaction;
+  const Element* target = findLabelled(application, reaction.target.value_or(""));
+  if (target == nullptr) return unlabelled(reaction.target);
+  const bool isInside = reaction.placement == Placement::at;
+  const Element* parent = isInside ? target : findElement(application, target->parent);
+  if (parent == nullptr) return "finds nothing around " + described(*target);
+  const ElementId around = parent->id;
+  const std::size_t below = reaction.placement == Placement::below ? 1 : 0;
+  const std::size_t index =
+      isInside ? parent->children.size() : indexIn(*parent, target->id) + below;
+  const Added added = with.world.adder(with.world, application.pid, around, reaction);
+  if (!added.error.empty()) return "can add nothing: " + added.error;
+  placeLast(application, around, added.count, index);
   return "";
 }
 

@@ -18,6 +18,10 @@ void takeOut(Application& application, ElementId id);
 /// from then on.
 void putIn(Application& application, ElementId id, ElementId parent, std::size_t index);
 
+/// Lets the last so many children of `parent` stand before its child at `index`, in their order, as
+/// `putIn` does.
+void placeLast(Application& application, ElementId parent, std::size_t count, std::size_t index);
+
 /// The elements that have not gone, those in front of others behind them. Borrowed from the
 /// application.
 std::vector<const Element*> drawingOrder(const Application& application);
@@ -26,6 +30,7 @@ namespace reactions {
 
 ReactionEffect remove;  // its target goes, with all that is in it
 ReactionEffect move;    // its target goes to another place
+ReactionEffect add;     // what its call says comes into its target, or above or below it
 
 }  // namespace reactions
 

@@ -7,6 +7,7 @@
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/presses.h"
+#include "simulator/world/reactions.h"
 
 namespace simulator {
 
@@ -113,6 +114,41 @@ TEST_F(arranging, what_moved_further_down_in_the_text_lies_in_front) {
   EXPECT_EQ(hitAt({5, 15}), "First");
   EXPECT_EQ(pictureOf(world_, *findWindow(world_, 7)).elements.front().attributes.at("AXTitle"),
             AttributeValue(std::string("Plain")));
+}
+
+TEST_F(arranging, what_a_body_says_comes_into_a_list) {
+  world_ = parseWorld(R"(
+    define Message(who, text)
+        AXRow {who} at 0,0 size 200x30 press: set Log {text}
+            AXStaticText at 5,5 size 190x20 value {text}
+    app Mail pid 41
+        window 7 "Inbox" at 0,0 size 400x400
+            AXScrollArea "Area" at 0,10 size 200x80 scrolls
+                AXList "List" at 0,10 size 200x44 stacks
+                    AXRow "One" at 0,10 size 200x20
+                    AXRow "Two" at 0,34 size 200x20
+            AXTextField "Draft" value "Hello"
+            AXStaticText "Log"
+    at 1s in Mail add Message("Later", value of Draft) to List; set Log "x"; remove Later
+)");
+  const auto actLive = [&](const std::string& reaction) {
+    return reactByItself(world_, 41, parseHappening("in Mail " + reaction, world_).reactions);
+  };
+  EXPECT_EQ(actLive("add Message(\"Three\", value of Draft) to List"), std::vector<std::string>());
+  EXPECT_EQ(childrenOf("List"), "One 10, Two 34, Three 58");
+  EXPECT_EQ(*labelled("List").frame, (Rect{0, 10, 200, 78}));
+  actLive("set Draft \"Bye\"; add Message(\"Zero\", value of Draft) above One");
+  EXPECT_EQ(childrenOf("List"), "Zero 10, One 44, Two 68, Three 92");
+  EXPECT_EQ(*findElement(mail(), labelled("Zero").children[0])->frame, (Rect{5, 15, 190, 20}));
+  EXPECT_EQ(simulator::click(world_, 41, 7, {100, 20}, false), "pressed AXRow \"Zero\"");
+  EXPECT_EQ(labelled("Log").attributes["AXValue"], AttributeValue(std::string("Bye")));
+  actLive("add Message(\"Middle\", \"m\") below Two");
+  EXPECT_EQ(childrenOf("List"), "Zero 10, One 44, Two 68, Middle 92, Three 126");
+  EXPECT_EQ(
+      actLive("remove Log; add Message(\"None\", \"n\") to List"),
+      std::vector<std::string>{
+          "can add nothing: line 3: no element of Mail is labelled \"Log\" (used in line 1)"});
+  EXPECT_EQ(childrenOf("List"), "Zero 10, One 44, Two 68, Middle 92, Three 126");
 }
 
 TEST_F(arranging, what_cannot_be_says_so) {

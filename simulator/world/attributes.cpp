@@ -148,6 +148,10 @@ AttributeResult readOfElement(const World& world, const Application& application
   if (name == "AXEnabled" && !isWindowRole(element.role)) return valueOf(true);
   const bool isState = name == "AXMinimized" || name == "AXModal";
   if (isState && element.role == "AXWindow") return valueOf(false);
+  if (name == "AXExpanded" && element.role == "AXComboBox") {
+    const ElementId list = menuOf(application, element);
+    if (list != 0) return valueOf(application.openMenu == list);
+  }
   if (const auto read = readOfScrolled(world, application, element, name)) return *read;
   const auto end = std::end(knownWithoutValue);
   return errorOf(std::find(std::begin(knownWithoutValue), end, name) == end

@@ -15,13 +15,6 @@ namespace simulator {
 
 namespace {
 
-/// A menu's own buttons open it; of anything else the menu is opened by the right button.
-bool opensMenu(const Application& application, const Element& element) {
-  const bool isButton = element.role == "AXPopUpButton" || element.role == "AXMenuButton" ||
-                        element.role == "AXMenuBarItem";
-  return isButton && menuOf(application, element) != 0;
-}
-
 /// A click as an element takes it.
 struct Click {
   bool right = false;
@@ -31,8 +24,8 @@ struct Click {
 bool handles(const Application& application, const Element& element, Click click) {
   if (click.right) return !element.onRightClick.empty();
   if (click.second && !element.onDoubleClick.empty()) return true;
-  return !element.onClick.empty() || isTextInput(element) || element.role == "AXMenuItem" ||
-         opensMenu(application, element);
+  return !element.onClick.empty() || isTextInput(element) || isItem(application, element) ||
+         openerFor(application, element) != nullptr;
 }
 
 /// The element, or the nearest one around it within the window, that does something with a click.
@@ -125,10 +118,10 @@ std::string press(World& world, Application& application, ElementId id) {
   const Element& element = *findElement(application, id);
   std::string sentence = "pressed " + described(element);
   const bool reacts = handles(application, element, Click());
-  if (element.role == "AXMenuItem") {
+  if (isItem(application, element)) {
     chooseItem(application, id);
-  } else if (opensMenu(application, element)) {
-    toggleMenu(application, element);
+  } else if (const Element* opener = openerFor(application, element)) {
+    toggleMenu(application, *opener);
   }
   // An item is chosen before it reacts: a reaction may take the menu away, or open a window over
   // it.

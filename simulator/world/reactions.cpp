@@ -186,6 +186,11 @@ std::string takePlace(World& world, Application& application, ElementId id, Reac
     if (holder == nullptr) return missing(*reaction.textOf);
     reaction.text = valueText(*holder);
   }
+  for (const auto& [place, label] : reaction.argumentsOf) {
+    const Element* holder = findLabelled(application, label);
+    if (holder == nullptr) return missing(label);
+    reaction.heldArguments[place] = valueText(*holder);
+  }
   if (!reaction.elsewhere) return act({world, application, id, reaction});
   Application* other = findApplication(world, reaction.elsewherePid);
   if (other == nullptr) return "finds no application " + *reaction.elsewhere;
@@ -205,8 +210,8 @@ void letFollow(World& world, const Application& application, ElementId id, React
 }
 
 /// New elements move the others: nothing is held across a reaction.
-std::vector<std::string> run(World& world, Application& application, ElementId id,
-                             const std::vector<Reaction>& reactions) {
+std::vector<std::string> runAll(World& world, Application& application, ElementId id,
+                                const std::vector<Reaction>& reactions) {
   std::vector<std::string> said;
   for (const Reaction& each : reactions) {
     if (!application.running) break;
@@ -227,7 +232,7 @@ std::string reactTo(World& world, Application& application, ElementId id,
   const std::vector<Reaction> all =
       application.elements[static_cast<std::size_t>(id) - 1].*reactions;
   std::string said;
-  for (const std::string& each : run(world, application, id, all)) said += ", " + each;
+  for (const std::string& each : runAll(world, application, id, all)) said += ", " + each;
   return said;
 }
 
@@ -240,7 +245,7 @@ std::vector<std::string> reactByItself(World& world, Pid pid,
   Application* application = findApplication(world, pid);
   if (application == nullptr) return {"the application is gone"};
   if (application->hangs) return {"the application hangs"};
-  return run(world, *application, 0, reactions);
+  return runAll(world, *application, 0, reactions);
 }
 
 SettledReaction settleReaction(World& world) {

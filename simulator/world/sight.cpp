@@ -29,7 +29,8 @@ ElementId scrolledWithin(const Application& application, const Element* parent) 
 }
 
 ElementId scrolledAs(std::string_view role, const Application& application, const Element* parent) {
-  return role == "AXMenu" ? 0 : scrolledWithin(application, parent);
+  const bool isOver = role == "AXMenu" || (parent != nullptr && parent->role == "AXComboBox");
+  return isOver ? 0 : scrolledWithin(application, parent);
 }
 
 std::optional<Rect> sightOf(const Application& application, const Element& element) {

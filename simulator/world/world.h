@@ -68,6 +68,7 @@ struct Application;
 struct HappeningKind;
 struct Definitions;  // bodies of lines, in text/gathering.h
 struct Reacting;
+struct Addition;  // a call of a body of lines, in text/call.h
 
 /// What a reaction does: one of those in reactions.h, which say what they make of its parts. Gives
 /// what the journal is to say of it, as that it found nothing to act on; empty when there is
@@ -101,7 +102,10 @@ struct Reaction {
   Placement placement = Placement::at;
   Point point = {};
   std::int64_t number = 0;
-  std::optional<Span> after = {};             // it takes place that much later
+  std::shared_ptr<const Addition> addition = nullptr;     // whose elements come
+  std::map<std::size_t, std::string> argumentsOf = {};    // by place: whose values are arguments
+  std::map<std::size_t, std::string> heldArguments = {};  // these values, when it takes place
+  std::optional<Span> after = {};                         // it takes place that much later
   std::optional<Condition> when = {};         // of an element of its own application, by then
   std::optional<std::string> elsewhere = {};  // the application that it is about, as it is written
   Pid elsewherePid = 0;
@@ -343,6 +347,15 @@ struct Scripted {
   std::optional<Random> chance;       // for its times, where the world has a seed
 };
 
+/// Elements that have come while a Mac runs.
+struct Added {
+  std::size_t count = 0;  // of the outermost, which are the last children of what they are in
+  std::string error;      // why none has come
+};
+
+/// Adds what a reaction's call says to the element `parent` of the application.
+using Adder = Added(World& world, Pid pid, ElementId parent, const Reaction& reaction);
+
 /// The system's service for open and save panels, as far as a line says: which window its next
 /// panel is, and over which one it lies.
 struct PanelService {
@@ -396,7 +409,8 @@ struct World {
   bool recurring = false;             // what happens now does so again and again, for ever
   std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
   std::shared_ptr<const Definitions> definitions;  // that its text gives; null: none
-  std::optional<Random> chance;       // for reactions, where there is a seed
+  Adder* adder = nullptr;  // reads them when something is to be added; set by the text's reader
+  std::optional<Random> chance;  // for reactions, where there is a seed
 };
 
 /// One attribute of an element, as an application that answers gives it.
