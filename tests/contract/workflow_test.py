@@ -254,6 +254,38 @@ class Collecting(OnARunner):
         self.assertEqual(["sleep 1"] * 60, self.calls())
 
 
+class Trees(OnARunner):
+    WORLD = """\
+app "Driver Fixture" pid 41 bundle com.zentrove.desk.fixture
+    window 7 "Fixture" at 10,20 size 300x200
+        AXButton "Press" at 20,40 size 100x24
+"""
+
+    def trees(self, fixture):
+        program = self.tool("fixture", f"#!/bin/sh\n{fixture}\n")
+        self.tool("sleep", STAND_IN)
+        with Mac(self.WORLD) as mac:
+            return self.run_script("trees", DRIVER, program,
+                                   SIMULATED_MAC=mac.environment["SIMULATED_MAC"])
+
+    def test_and_a_picture_are_kept_of_the_fixture(self):
+        done = self.trees("echo ready\nexec tail -f /dev/null")
+        self.assertEqual((0, ""), (done.returncode, done.stdout))
+        trees = {path.stem: json.loads(path.read_text())
+                 for path in (self.folder / "results/trees").iterdir()}
+        self.assertEqual({"windows", "ax-list", "ax-dump", "ax-menubar", "ax-modal",
+                          "ax-popup-items", "capture"}, set(trees))
+        self.assertTrue(all(tree["ok"] for tree in trees.values()), trees)
+        self.assertEqual(["Fixture", "Press"],
+                         [each["label"] for each in trees["ax-dump"]["elements"]])
+        self.assertTrue((self.folder / "results/pictures/fixture.png").read_bytes()
+                        .startswith(b"\x89PNG"))
+
+    def test_need_a_fixture_that_starts(self):
+        done = self.trees("echo no display")
+        self.assertEqual((1, "the fixture has not started\n"), (done.returncode, done.stdout))
+
+
 class Lock(OnARunner):
     def lock(self, what):
         driver = self.tool("driver", STAND_IN)
