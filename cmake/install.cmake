@@ -40,11 +40,14 @@ if(TARGET simulated-mac)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT simulated-mac)
   install(DIRECTORY "${product_folder}/packaging/contract/simulated-mac"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT simulated-mac)
+  install(DIRECTORY "${product_folder}/demo/"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac
+    FILES_MATCHING PATTERN "*.world")
+  include("${CMAKE_CURRENT_LIST_DIR}/examples.cmake")
+  install(DIRECTORY "${examples_folder}/"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/examples COMPONENT simulated-mac)
   install(DIRECTORY "${product_folder}/worlds/" DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds
     COMPONENT simulated-mac FILES_MATCHING PATTERN "*.world" PATTERN "*.md")
-  install(FILES "${product_folder}/demo/desk.world" "${product_folder}/demo/mail.world"
-    "${product_folder}/demo/chat.world" "${product_folder}/demo/settings.world"
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)
 endif()
 
 # They lie to each other as in the sources, so that their links lead somewhere.

@@ -16,6 +16,9 @@ MAC_PAGE = Path('docs/MAC.md')
 SIMULATOR_PAGE = Path('docs/SIMULATOR.md')
 CONFIRMED, REFUTED, NOT_SHOWN = VERDICTS = ('confirmed', 'refuted', 'not shown')
 IDENTIFIER = re.compile(r'[a-z0-9]+(?:-[a-z0-9]+)*')
+# How sure of a rule SIMULATOR.md is, and the headings of its tables.
+MARKS = ('confirmed', 'reported', 'assumed', 'by design', 'a simplification')
+HEADINGS = ('Mark', 'Rule')
 # How a row of SIMULATOR.md names the assumption that it rests on, and what Macs have said of it.
 NAMED = re.compile(r'\(`([a-z0-9-]+)`(?:: [^()]*)?\)')
 
@@ -87,15 +90,32 @@ def source_of(root, probe):
     return next((path for path in found if path.exists()), None)
 
 
-def rules_by_assumption(page):
-    """The rules of docs/SIMULATOR.md that name an assumption, by its id."""
-    rules = {}
+def marked_rules(page):
+    """The rules of docs/SIMULATOR.md, each with its mark."""
     for line in page.splitlines():
         cells = line.strip('|').split(' | ')
         if line.startswith('|') and len(cells) == 2:
-            for name in NAMED.findall(cells[1]):
-                rules.setdefault(name, []).append(cells[0].strip())
+            yield cells[0].strip(), cells[1].strip()
+
+
+def rules_by_assumption(page):
+    """The rules that name an assumption, by its id."""
+    rules = {}
+    for rule, mark in marked_rules(page):
+        for name in NAMED.findall(mark):
+            rules.setdefault(name, []).append(rule)
     return rules
+
+
+def problems_with_marks(page):
+    """What a rule assumes has a name, by which a Mac is asked."""
+    for rule, mark in marked_rules(page):
+        if rule in (*MARKS, *HEADINGS):
+            continue
+        if not any(word in mark for word in MARKS):
+            yield f'{SIMULATOR_PAGE} does not say how sure this is: {rule}'
+        if 'assumed' in mark and not NAMED.search(mark):
+            yield f'{SIMULATOR_PAGE} names no assumption for: {rule}'
 
 
 def problems_of(assumption, probes):
@@ -149,13 +169,14 @@ def problems_with_rules(root, assumptions, rules):
 def problems_with_assumptions(root):
     assumptions, probes = load_assumptions(root), load_probes(root)
     names = [assumption.id for assumption in assumptions if assumption.id]
-    rules = rules_by_assumption((root / SIMULATOR_PAGE).read_text())
+    simulator = (root / SIMULATOR_PAGE).read_text()
     return [*(f'two assumptions are called {name}' for name in sorted(set(names))
               if names.count(name) > 1),
             *(problem for each in assumptions for problem in problems_of(each, probes)),
             *problems_of_probes(root, assumptions, probes),
             *problems_of_questions(root, assumptions),
-            *problems_with_rules(root, assumptions, rules)]
+            *problems_with_marks(simulator),
+            *problems_with_rules(root, assumptions, rules_by_assumption(simulator))]
 
 
 def simulator_page(page, assumptions):

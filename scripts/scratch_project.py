@@ -82,7 +82,7 @@ class Scratch:
              "-DDRIVER_APART=core;simulated;simulator", *launcher()])
         self.adapters = Project(
             self.source / ADAPTERS / "standins", build / "adapters", ".",
-            ("macos_adapter_tests", "macos_adapter_thread_tests"), (),
+            ("macos_loop_tests", "macos_adapter_tests", "macos_adapter_thread_tests"), (),
             ["-DCMAKE_CXX_COMPILER=" + (shutil.which("clang++-14") or "clang++"), *launcher()])
 
     def project_of(self, file):

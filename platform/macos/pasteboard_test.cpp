@@ -24,7 +24,10 @@ class Pasteboard : public standins::AdapterTest {
 }  // namespace
 
 TEST_F(Pasteboard, has_what_was_copied_and_written) {
-  for (const auto& each : pasteboard_cases::cases) pasteboard_cases::expectCase(each, copy);
+  for (const auto& each : pasteboard_cases::cases) {
+    pasteboard::clear();
+    EXPECT_EQ(pasteboard_cases::seenLines(each, copy), pasteboard_cases::expectedLines(each));
+  }
 }
 
 TEST_F(Pasteboard, is_absent_when_it_cannot_be_read) {

@@ -35,6 +35,12 @@ class Findings(unittest.TestCase):
             with self.subTest(line=line):
                 self.assertEqual([], list(ENGLISH.found_in(line, ENGLISH.HEADLESS)))
 
+    def test_are_in_comments_and_messages_of_scripts(self):
+        for line, texts in (("  # is no file", ["is no file"]), ('echo "is no file" >&2', ["is no file"]),
+                            ("name=is no file", []), ("    sys.exit('is no file')", ["is no file"])):
+            with self.subTest(line=line):
+                self.assertEqual(texts, list(ENGLISH.texts_of_script(line)))
+
     def test_leave_code_and_published_texts_alone(self):
         page = "A line.\n\n```\nis no more\n```\n| a row |\n"
         self.assertEqual([(1, "A line.", False), (2, "", False), (6, "| a row |", True)],

@@ -177,6 +177,14 @@ class Assumptions(InProject):
                     "calls-answer: its rule in docs/SIMULATOR.md and its file in the simulated Mac "
                     "belong together")
 
+    def test_have_a_name_where_the_simulated_mac_assumes_something(self):
+        self.change("docs/SIMULATOR.md", "by design |", "confirmed; the rest is assumed |")
+        self.expect("docs/SIMULATOR.md names no assumption for: Nobody calls.")
+
+    def test_are_told_from_what_is_known(self):
+        self.change("docs/SIMULATOR.md", "by design |", "so it seems |")
+        self.expect("docs/SIMULATOR.md does not say how sure this is: Nobody calls.")
+
     def test_name_files_of_the_simulated_mac_that_are_there(self):
         (self.root / "simulator/calls.cpp").unlink()
         self.expect("calls-answer: there is no simulator/calls.cpp")

@@ -38,6 +38,8 @@ OTHERWISE = {
     "key-window-keyboard": ('"Address" {Address}', '"Address" {Address} disabled'),
     "sheet-becomes-key": ('"Reason" {Reason}', '"Reason" {Reason} disabled'),
     "pop-up-menu": ('"Small" "Medium" "Large"', '"Small" "Medium"'),
+    "click-beside-menu": ('description "Size" choices', 'description "Size" disabled choices'),
+    "pasted-files": ('"Your name" transform one-line', '"Your name" disabled'),
     "unhide-in-background": ('"Second" {window Second}', '"Second" {window Second} closed'),
 }
 
@@ -47,6 +49,7 @@ BROWSERS_OTHERWISE = {
     "browser-names": ("AXLink", "AXButton"),
     "chromium-tree": (" chromium tree after 2s rejects-enabling", " chromium tree after 500s"),
     "chromium-click": ('retitle "pressed 1"', 'retitle "pressed 2"'),
+    "composer-lines": (' composer value "first', ' value "first'),
     "chromium-keys": ('"Text" at 120,180 size 300x40', '"Text" at 120,180 size 300x40 disabled'),
 }
 

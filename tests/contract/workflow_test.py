@@ -5,6 +5,8 @@ import os
 import re
 import sqlite3
 import unittest
+from importlib.machinery import SourceFileLoader
+from importlib.util import module_from_spec, spec_from_loader
 
 import yaml
 from mac import DRIVER, ROOT, Mac
@@ -170,18 +172,40 @@ class Desktop(OnARunner):
         self.assertEqual(1, self.run_script("desktop", mode).returncode)
 
 
+LOADER = SourceFileLoader("timings", str(ROOT / ".github/mac/timings"))
+timings = module_from_spec(spec_from_loader(LOADER.name, LOADER))
+LOADER.exec_module(timings)
+
+
 class Timings(OnARunner):
+    WORLD = 'app Receiver pid 41\n    window 7 "One" at 10,20 size 300x200\n'
+
     def test_tell_how_long_driver_takes(self):
         receiver = self.tool("receiver", "#!/bin/sh\necho ready 41 7 8\nread line\necho done\n"
                                          "read end\n")
-        with Mac('app Receiver pid 41\n    window 7 "One" at 10,20 size 300x200\n') as mac:
+        with Mac(self.WORLD) as mac:
             done = self.run_script("timings", DRIVER, receiver, self.folder / "timings.md",
                                    **mac.environment)
         self.assertEqual((0, ""), (done.returncode, done.stderr))
-        text = re.sub(r"[\d.]+ (ms|s|MiB)|unknown", "N", (self.folder / "timings.md").read_text())
-        self.assertEqual(["`permissions`", "`session`", "`scene`", "`windows`", "`ax-menubar`",
-                          "`ax-modal`", "`ax-dump` of 1 elements", "its memory", "`bg-click`"],
+        text = re.sub(r"[\d.]+ (ms|s|/s|MiB)|unknown", "N", (self.folder / "timings.md").read_text())
+        self.assertEqual([*(f"`{command.split()[0]}`" for command in timings.COMMANDS),
+                          "`bg-click`", "`ax-dump` of 1 elements", "messages a second",
+                          "its memory"],
                          [line.split(" | ")[0][2:] for line in text.splitlines()[5:]])
+        self.assertTrue(all(line.endswith("| N |") for line in text.splitlines()[5:]), text)
+
+    def test_are_of_command_lines_that_are_right(self):
+        with Mac(self.WORLD) as mac:
+            for command in timings.COMMANDS:
+                with self.subTest(command=command):
+                    words = command.format(pid=41, x=160, y=120, picture=mac.path("picture.png"))
+                    self.assertEqual(0, mac.driver(*words.split()).status)
+
+    def test_are_of_all_commands_that_only_read_and_end(self):
+        tools = json.loads((ROOT / "packaging/contract/tools.json").read_text())["tools"]
+        reading = {each["command"] for each in tools.values() if each.get("reads")}
+        self.assertEqual(reading - {"watch-input"},
+                         {command.split()[0] for command in timings.COMMANDS})
 
 
 class Building(OnARunner):
@@ -228,6 +252,38 @@ class Collecting(OnARunner):
         self.assertEqual([f"{second}\tsession\twindows\tcapture-probe" for second in range(1, 61)],
                          lines)
         self.assertEqual(["sleep 1"] * 60, self.calls())
+
+
+class Trees(OnARunner):
+    WORLD = """\
+app "Driver Fixture" pid 41 bundle com.zentrove.desk.fixture
+    window 7 "Fixture" at 10,20 size 300x200
+        AXButton "Press" at 20,40 size 100x24
+"""
+
+    def trees(self, fixture):
+        program = self.tool("fixture", f"#!/bin/sh\n{fixture}\n")
+        self.tool("sleep", STAND_IN)
+        with Mac(self.WORLD) as mac:
+            return self.run_script("trees", DRIVER, program,
+                                   SIMULATED_MAC=mac.environment["SIMULATED_MAC"])
+
+    def test_and_a_picture_are_kept_of_the_fixture(self):
+        done = self.trees("echo ready\nexec tail -f /dev/null")
+        self.assertEqual((0, ""), (done.returncode, done.stdout))
+        trees = {path.stem: json.loads(path.read_text())
+                 for path in (self.folder / "results/trees").iterdir()}
+        self.assertEqual({"windows", "ax-list", "ax-dump", "ax-menubar", "ax-modal",
+                          "ax-popup-items", "capture"}, set(trees))
+        self.assertTrue(all(tree["ok"] for tree in trees.values()), trees)
+        self.assertEqual(["Fixture", "Press"],
+                         [each["label"] for each in trees["ax-dump"]["elements"]])
+        self.assertTrue((self.folder / "results/pictures/fixture.png").read_bytes()
+                        .startswith(b"\x89PNG"))
+
+    def test_need_a_fixture_that_starts(self):
+        done = self.trees("echo no display")
+        self.assertEqual((1, "the fixture has not started\n"), (done.returncode, done.stdout))
 
 
 class Lock(OnARunner):

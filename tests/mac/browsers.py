@@ -24,6 +24,7 @@ NAMES = {CHROME: "Google Chrome", SAFARI: "Safari"}
 PAGE = """<!DOCTYPE html><meta charset="utf-8"><title>Probe</title>
 <p><a href="#here">Link</a></p>
 <p><textarea aria-label="Text" style="width: 300px; height: 40px"></textarea></p>
+<div contenteditable role="textbox" aria-label="Composer"><p>first</p><p>second</p></div>
 <p><button style="width: 300px; height: 100px"
   onclick="document.title = 'pressed ' + event.detail">Press</button></p>
 """
@@ -161,8 +162,17 @@ def keys(desk):
                                         "front application stays": stays}
 
 
+def composer(desk):
+    """Each line of the composer is an element."""
+    desk.open(CHROME)
+    desk.awaited(lambda: desk.element(CHROME, "AXLink", "Link"))
+    lines = [text for each in desk.elements(CHROME) if each.get("role") == "AXStaticText"
+             if (text := each.get("value") or each.get("label")) in ("first", "second")]
+    return lines == ["first", "second"], {"static texts": lines}
+
+
 QUESTIONS = {"browser-names": names, "chromium-tree": tree, "chromium-click": click,
-             "chromium-keys": keys}
+             "chromium-keys": keys, "composer-lines": composer}
 
 
 def ask(assumption):

@@ -2,11 +2,14 @@
 // the identity of elements, and how long a stopped application is waited for.
 #include <ApplicationServices/ApplicationServices.h>
 #include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <string>
 #include <vector>
 
+#include "support/accessibility.h"
 #include "support/answer.h"
 #include "support/receiver.h"
 #include "support/system.h"
@@ -18,20 +21,8 @@ using probe::Receiver;
 using probe::Verdict;
 using probe::verdictOf;
 
-/// A value of an attribute; null when there is none.
-CFTypeRef copy(AXUIElementRef element, CFStringRef attribute) {
-  CFTypeRef value = nullptr;
-  AXUIElementCopyAttributeValue(element, attribute, &value);
-  return value;
-}
-
 std::vector<AXUIElementRef> windowsOf(AXUIElementRef application) {
-  std::vector<AXUIElementRef> windows;
-  const auto list = static_cast<CFArrayRef>(copy(application, CFSTR("AXWindows")));
-  if (list == nullptr) return windows;
-  for (CFIndex index = 0; index < CFArrayGetCount(list); ++index)
-    windows.push_back(static_cast<AXUIElementRef>(CFArrayGetValueAtIndex(list, index)));
-  return windows;
+  return probe::listedElements(application, CFSTR("AXWindows"));
 }
 
 int windowOfElement(const std::string& assumption, AXUIElementRef application, Receiver& receiver) {
@@ -93,7 +84,8 @@ int identity(const std::string& assumption, AXUIElementRef application) {
   const auto again = windowsOf(application);
   if (once.size() != 2 || again.size() != 2)
     return probe::notShown(assumption, "the receiver does not have two windows");
-  const auto firstParent = static_cast<AXUIElementRef>(copy(once[0], CFSTR("AXParent")));
+  const auto firstParent =
+      static_cast<AXUIElementRef>(probe::copyAttribute(once[0], CFSTR("AXParent")));
   const bool same = CFEqual(once[0], again[0]) != 0 && CFHash(once[0]) == CFHash(again[0]);
   const bool distinct = CFEqual(once[0], once[1]) == 0;
   const bool parent = firstParent != nullptr && CFEqual(firstParent, application) != 0 &&
@@ -128,6 +120,40 @@ int timeOut(const std::string& assumption, AXUIElementRef application, Receiver&
                            .addJson("seconds", std::to_string(seconds)));
 }
 
+/// A process that has nothing to do with the window server, and ends with this object.
+class PlainProcess {
+ public:
+  PlainProcess() : pid_(fork()) {
+    if (pid_ != 0) return;
+    execl("/bin/sleep", "sleep", "60", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  ~PlainProcess() {
+    if (pid_ <= 0) return;
+    kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
+  PlainProcess(const PlainProcess&) = delete;
+  PlainProcess& operator=(const PlainProcess&) = delete;
+  pid_t pid() const { return pid_; }
+
+ private:
+  pid_t pid_;
+};
+
+int noApplication(const std::string& assumption) {
+  constexpr double atOnceSeconds = 1;
+  const PlainProcess process;
+  if (process.pid() <= 0) return probe::notShown(assumption, "no process was started");
+  AXError status = kAXErrorSuccess;
+  const double seconds = secondsOfMessage(AXUIElementCreateApplication(process.pid()), status);
+  return probe::answer(assumption,
+                       verdictOf(status == kAXErrorCannotComplete && seconds < atOnceSeconds),
+                       Evidence()
+                           .add("status", static_cast<int>(status))
+                           .addJson("seconds", std::to_string(seconds)));
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -135,6 +161,7 @@ int main(int count, char** words) {
   if (!AXIsProcessTrusted()) return probe::notShown(assumption, "Accessibility is not granted");
   if (!probe::privateFunctions().isComplete())
     return probe::notShown(assumption, "a private function is missing");
+  if (assumption == "message-to-no-application") return noApplication(assumption);
   Receiver receiver;
   if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
   AXUIElementRef application = AXUIElementCreateApplication(receiver.pid());

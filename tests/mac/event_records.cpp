@@ -41,7 +41,9 @@ struct Effect {
 class Front {
  public:
   Front() {
-    if (!receiver_.isReady()) return;
+    if (receiver_.isReady()) comeToFront();
+  }
+  void comeToFront() {
     receiver_.tell("front");
     receiver_.tell("key");
     probe::sleepMilliseconds(settleMilliseconds);
@@ -171,6 +173,24 @@ int focusOfClosedWindow(const std::string& assumption, Front& front) {
                        Evidence().add("given", given.shown()).add("then closed", closed.shown()));
 }
 
+/// The application comes to front and goes back, as when the user visits it.
+int focusAfterVisit(const std::string& assumption, Front& front) {
+  const Effect given = effectOf(front, [](Receiver& receiver) {
+    return probe::giveFocus(receiver.pid(), receiver.window(1));
+  });
+  const Effect visited = effectOf(front, [&](Receiver& receiver) {
+    const int status = probe::giveFocus(receiver.pid(), receiver.window(1));
+    receiver.tell("front");
+    probe::sleepMilliseconds(settleMilliseconds);
+    front.comeToFront();
+    return status;
+  });
+  const Verdict verdict = given.state.active && visited.frontStays ? verdictOf(visited.state.active)
+                                                                   : Verdict::notShown;
+  return probe::answer(assumption, verdict,
+                       Evidence().add("given", given.shown()).add("then visited", visited.shown()));
+}
+
 int postRecord(const std::string& assumption, Front& front) {
   const Effect effect = effectOf(front, [](Receiver& receiver) {
     return probe::giveFocus(receiver.pid(), receiver.window(1));
@@ -192,6 +212,7 @@ int main(int count, char** words) {
   if (assumption == "key-records") return keyRecords(assumption, front);
   if (assumption == "focus-record") return focusRecord(assumption, front);
   if (assumption == "focus-of-closed-window") return focusOfClosedWindow(assumption, front);
+  if (assumption == "focus-after-visit") return focusAfterVisit(assumption, front);
   if (assumption == "post-record") return postRecord(assumption, front);
   return probe::notShown(assumption, "it is not asked here");
 }

@@ -221,6 +221,54 @@ Answer clickPriming(Desk& desk) {
               .addJson("with them", probe::jsonList(with))};
 }
 
+/// Whether the public setter does as well as the private one.
+Answer privateSetter(Desk& desk) {
+  Form publicly;
+  publicly.setsPublicly = true;
+  const auto set = desk.click({});
+  const auto setPublicly = desk.click(publicly);
+  const std::string own = pressedIn(desk.target.window);
+  const Verdict verdict = probe::countThatBegin(set, own) == 0
+                              ? Verdict::notShown
+                              : verdictOf(probe::countThatBegin(setPublicly, own) == 0);
+  return {verdict, Evidence()
+                       .addJson("by the private setter", probe::jsonList(set))
+                       .addJson("by the public one", probe::jsonList(setPublicly))};
+}
+
+/// What arrives of each input by each route, and with each of the two points.
+Answer routes(Desk& desk) {
+  const std::string window = " " + std::to_string(desk.target.window) + " ";
+  Evidence evidence;
+  bool holds = true;
+  const auto arrived = [&](const char* input, const char* type, bool publicly, bool isGlobal,
+                           bool isPrescribed, const auto& post) {
+    Form form;
+    form.privately = !publicly;
+    form.publicly = publicly;
+    form.pointIsGlobal = isGlobal;
+    desk.lines();
+    post(form);
+    const auto count = probe::countThatBegin(desk.lines(), type + window);
+    if (isPrescribed) holds = holds && count > 0;
+    evidence.add(std::string(input) + (publicly ? ", public" : ", private") +
+                     (isGlobal ? ", global point" : ", point in the window"),
+                 count);
+  };
+  for (const bool publicly : {false, true}) {
+    for (const bool isGlobal : {true, false}) {
+      arrived("click", "event 1", publicly, isGlobal, !publicly && isGlobal,
+              [&](const Form& form) { probe::postClick(desk.target, form); });
+      // Whether a window is told of moves is its own affair.
+      arrived("move", "event 5", publicly, isGlobal, false,
+              [&](const Form& form) { probe::postPointer(desk.target, kCGEventMouseMoved, form); });
+      arrived("scroll", "event 22", publicly, isGlobal, publicly && !isGlobal,
+              [&](const Form& form) { probe::postScroll(desk.target, form); });
+    }
+  }
+  return {verdictOf(holds), evidence};
+}
+
 const std::map<std::string, Answer (*)(Desk&)> questions = {
     {"post-to-process", postToProcess},
     {"window-location", windowLocation},
@@ -231,6 +279,8 @@ const std::map<std::string, Answer (*)(Desk&)> questions = {
     {"post-interval", interval},
     {"click-with-focus", clickWithFocus},
     {"click-priming", clickPriming},
+    {"private-setter-alone", privateSetter},
+    {"appkit-routes", routes},
 };
 
 }  // namespace

@@ -1,9 +1,10 @@
 // Shares a window of our own, and writes down what the stream's delegate hears when the window is
-// closed, or its application ends.
+// closed, or its application ends; when its frames come; and how a stream is refused.
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
 
 #include <dispatch/dispatch.h>
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -66,43 +67,62 @@ using probe::Evidence;
 using probe::Receiver;
 using probe::Verdict;
 
-/// A stream of the window that has started; nil, with a reason, otherwise.
-SCStream* startStream(SCWindow* window, Listener* listener, std::string& reason) {
-  constexpr std::int64_t nanosecondsMax = 10'000'000'000;
+using Completion = void (^)(NSError*);
+
+constexpr long long unanswered = 1;  // no code of an error, which are below zero
+constexpr double intervalSeconds = 1;
+
+SCStreamConfiguration* validConfiguration() {
   SCStreamConfiguration* configuration = [[SCStreamConfiguration alloc] init];
   configuration.width = 64;
   configuration.height = 64;
   configuration.queueDepth = 3;
-  configuration.minimumFrameInterval = CMTimeMake(1, 1);
-  SCStream* stream = [[SCStream alloc]
-      initWithFilter:[[SCContentFilter alloc] initWithDesktopIndependentWindow:window]
-       configuration:configuration
-            delegate:listener];
-  [stream addStreamOutput:listener type:SCStreamOutputTypeScreen sampleHandlerQueue:nil error:nil];
-  dispatch_semaphore_t semaphore = dispatch_semaphore_create(0);
-  __block std::string failure = "it has not started within ten seconds";
-  [stream startCaptureWithCompletionHandler:^(NSError* error) {
-    failure = error == nil ? "" : error.description.UTF8String;
-    dispatch_semaphore_signal(semaphore);
-  }];
-  dispatch_semaphore_wait(semaphore, dispatch_time(DISPATCH_TIME_NOW, nanosecondsMax));
-  reason = failure;
-  return reason.empty() ? stream : nil;
+  configuration.minimumFrameInterval = CMTimeMake(static_cast<int64_t>(intervalSeconds), 1);
+  return configuration;
 }
 
-int answerFor(const std::string& assumption, const char* command) {
+SCContentFilter* filterOf(SCWindow* window) {
+  return [[SCContentFilter alloc] initWithDesktopIndependentWindow:window];
+}
+
+/// The code of the error with which a request is answered; 0 for none.
+long long codeOf(const std::function<void(Completion)>& request) {
+  constexpr std::int64_t nanosecondsMax = 10'000'000'000;
+  dispatch_semaphore_t semaphore = dispatch_semaphore_create(0);
+  __block long long code = unanswered;
+  request(^(NSError* error) {
+    code = error == nil ? 0 : static_cast<long long>(error.code);
+    dispatch_semaphore_signal(semaphore);
+  });
+  const auto deadline = dispatch_time(DISPATCH_TIME_NOW, nanosecondsMax);
+  return dispatch_semaphore_wait(semaphore, deadline) == 0 ? code : unanswered;
+}
+
+/// A stream of the window, and the code with which its start is answered.
+SCStream* startStream(SCWindow* window, Listener* listener, SCStreamConfiguration* configuration,
+                      long long& code) {
+  SCStream* stream = [[SCStream alloc] initWithFilter:filterOf(window)
+                                        configuration:configuration
+                                             delegate:listener];
+  [stream addStreamOutput:listener type:SCStreamOutputTypeScreen sampleHandlerQueue:nil error:nil];
+  code =
+      codeOf([&](Completion completion) { [stream startCaptureWithCompletionHandler:completion]; });
+  return stream;
+}
+
+int notStarted(const std::string& assumption, long long code) {
+  return probe::notShown(assumption, "the stream has not started: " + std::to_string(code));
+}
+
+/// The window closes, or its application ends.
+int withoutWindow(const std::string& assumption, SCWindow* window, Receiver& receiver,
+                  const char* command) {
   constexpr double startSeconds = 1;
   constexpr double waitSeconds = 6;
-  Receiver receiver;
-  if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
-  if (!CGPreflightScreenCaptureAccess())
-    return probe::notShown(assumption, "Screen Recording is not granted");
-  std::string reason;
-  SCWindow* window = probe::shareableWindow(receiver.window(0), reason);
-  if (window == nil) return probe::notShown(assumption, reason);
   Listener* listener = [[Listener alloc] init];
-  SCStream* stream = startStream(window, listener, reason);
-  if (stream == nil) return probe::notShown(assumption, reason);
+  long long code = 0;
+  SCStream* stream = startStream(window, listener, validConfiguration(), code);
+  if (code != 0) return notStarted(assumption, code);
   probe::runLoop(startSeconds);
   const long long frames = [listener frames];
   receiver.tell(command);
@@ -112,19 +132,101 @@ int answerFor(const std::string& assumption, const char* command) {
   // What is assumed: that it goes on without frames, and tells nobody that it has stopped.
   return probe::answer(assumption, frames == 0 ? Verdict::notShown : probe::verdictOf(!isStopped),
                        Evidence()
+                           .add("stream", stream != nil)
                            .addJson("the delegate hears", probe::jsonList(heard))
                            .add("frames before", frames)
                            .add("frames after", [listener frames] - frames));
+}
+
+int framesOfStream(const std::string& assumption, SCWindow* window) {
+  constexpr int intervals = 5;
+  constexpr double atOnceSeconds = intervalSeconds / 2;
+  Listener* listener = [[Listener alloc] init];
+  long long code = 0;
+  SCStream* stream = startStream(window, listener, validConfiguration(), code);
+  if (code != 0) return notStarted(assumption, code);
+  probe::runLoop(atOnceSeconds);
+  const long long first = [listener frames];
+  probe::runLoop(intervals * intervalSeconds);
+  const long long later = [listener frames] - first;
+  return probe::answer(assumption, probe::verdictOf(first == 1 && later <= intervals),
+                       Evidence()
+                           .add("stream", stream != nil)
+                           .add("frames within half an interval", first)
+                           .add("in the five intervals after that", later));
+}
+
+int windowThatHasGone(const std::string& assumption, SCWindow* window, Receiver& receiver) {
+  constexpr int closeMilliseconds = 1'000;
+  constexpr long long noSource = -3815;
+  receiver.tell("close");
+  probe::sleepMilliseconds(closeMilliseconds);
+  long long code = 0;
+  startStream(window, [[Listener alloc] init], validConfiguration(), code);
+  return probe::answer(assumption, probe::verdictOf(code == noSource),
+                       Evidence().add("starting gives", code));
+}
+
+int refusals(const std::string& assumption, SCWindow* window) {
+  Evidence evidence;
+  bool holds = true;
+  const auto compare = [&](const char* what, long long code, long long assumed) {
+    holds = holds && code == assumed;
+    evidence.add(what, code);
+  };
+  Listener* listener = [[Listener alloc] init];
+  long long code = 0;
+  SCStreamConfiguration* configuration = validConfiguration();
+  SCStream* stream = startStream(window, listener, configuration, code);
+  if (code != 0) return notStarted(assumption, code);
+  codeOf([&](Completion completion) { [stream stopCaptureWithCompletionHandler:completion]; });
+  compare("a filter for a stream that has stopped", codeOf([&](Completion completion) {
+            [stream updateContentFilter:filterOf(window) completionHandler:completion];
+          }),
+          -3809);
+  compare("a configuration for it", codeOf([&](Completion completion) {
+            [stream updateConfiguration:configuration completionHandler:completion];
+          }),
+          -3810);
+  compare("stopping it again", codeOf([&](Completion completion) {
+            [stream stopCaptureWithCompletionHandler:completion];
+          }),
+          -3808);
+  constexpr long long invalidParameter = -3812;
+  SCStreamConfiguration* wide = validConfiguration();
+  wide.width = 0;
+  startStream(window, listener, wide, code);
+  compare("starting with no width", code, invalidParameter);
+  SCStreamConfiguration* deep = validConfiguration();
+  deep.queueDepth = 9;
+  startStream(window, listener, deep, code);
+  compare("starting with nine frames", code, invalidParameter);
+  return probe::answer(assumption, probe::verdictOf(holds), evidence);
+}
+
+int answerFor(const std::string& assumption) {
+  Receiver receiver;
+  if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
+  if (!CGPreflightScreenCaptureAccess())
+    return probe::notShown(assumption, "Screen Recording is not granted");
+  std::string reason;
+  SCWindow* window = probe::shareableWindow(receiver.window(0), reason);
+  if (window == nil) return probe::notShown(assumption, reason);
+  if (assumption == "stream-of-closed-window")
+    return withoutWindow(assumption, window, receiver, "close");
+  if (assumption == "stream-of-ended-application")
+    return withoutWindow(assumption, window, receiver, "end");
+  if (assumption == "stream-frames") return framesOfStream(assumption, window);
+  if (assumption == "stream-refusals") return refusals(assumption, window);
+  if (assumption == "window-that-has-gone") return windowThatHasGone(assumption, window, receiver);
+  return probe::notShown(assumption, "it is not asked here");
 }
 
 }  // namespace
 
 int main(int count, char** words) {
   @autoreleasepool {
-    const std::string assumption = probe::asked(count, words);
     CGMainDisplayID();
-    if (assumption == "stream-of-closed-window") return answerFor(assumption, "close");
-    if (assumption == "stream-of-ended-application") return answerFor(assumption, "end");
-    return probe::notShown(assumption, "it is not asked here");
+    return answerFor(probe::asked(count, words));
   }
 }

@@ -158,6 +158,26 @@ def pop_up(fixture):
             {"items while closed": closed, "while open": count, "value after a choice": value})
 
 
+def click_beside_menu(fixture):
+    fixture.run("ax-press", "@Size")
+    count = fixture.settled(lambda: len(fixture.run("ax-popup-items").get("items", [])), 3)
+    reply = fixture.run("bg-click", "@Pad")
+    items = fixture.settled(lambda: fixture.run("ax-popup-items").get("items"), [])
+    record = fixture.record()
+    return ((count, items, record) == (3, [], []),
+            {"items while open": count, "reply": reply, "items afterwards": items,
+             "record": record})
+
+
+def pasted_files(fixture):
+    if sys.platform == "darwin" and not os.environ.get("MAC_FACTS_HOSTED"):
+        raise sides.Trouble("it would take the clipboard")
+    fixture.run("ax-focus", "Name", "-1", "-1")
+    reply = fixture.run("bg-paste-files", "/private/a file")
+    value = fixture.settled(lambda: fixture.value("@Name"), "/private/a file")
+    return value == "/private/a file", {"reply": reply, "value": value}
+
+
 def unhide(fixture):
     front = fixture.front()
     reply = fixture.run("reveal")
@@ -180,6 +200,8 @@ QUESTIONS = {
     "sheet-becomes-key": sheet_becomes_key,
     "pop-up-menu": pop_up,
     "unhide-in-background": unhide,
+    "click-beside-menu": click_beside_menu,
+    "pasted-files": pasted_files,
 }
 STARTED_WITH = {"unhide-in-background": ["hidden"]}
 

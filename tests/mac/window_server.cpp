@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <string>
-#include <vector>
 
 #include "support/answer.h"
 #include "support/receiver.h"
@@ -45,34 +44,10 @@ int windowBounds(const std::string& assumption, Receiver& receiver) {
                                                          shown(bounds->origin.x)));
 }
 
-std::vector<std::uint32_t> windowsOnScreen() {
-  std::vector<std::uint32_t> numbers;
-  CFArrayRef list = CGWindowListCopyWindowInfo(
-      kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements, kCGNullWindowID);
-  if (list == nullptr) return numbers;
-  for (CFIndex index = 0; index < CFArrayGetCount(list); ++index) {
-    const auto entry = static_cast<CFDictionaryRef>(CFArrayGetValueAtIndex(list, index));
-    std::int64_t value = 0;
-    CFNumberGetValue(static_cast<CFNumberRef>(CFDictionaryGetValue(entry, kCGWindowNumber)),
-                     kCFNumberSInt64Type, &value);
-    numbers.push_back(static_cast<std::uint32_t>(value));
-  }
-  CFRelease(list);
-  return numbers;
-}
-
-/// The place of a window, from the front; -1 when it is not on the screen.
-long long placeOf(std::uint32_t window) {
-  const auto numbers = windowsOnScreen();
-  for (std::size_t place = 0; place < numbers.size(); ++place)
-    if (numbers[place] == window) return static_cast<long long>(place);
-  return -1;
-}
-
 /// The receiver shows its second window after its first, so that lies in front.
 int windowOrder(const std::string& assumption, Receiver& receiver) {
-  const long long first = placeOf(receiver.window(0));
-  const long long second = placeOf(receiver.window(1));
+  const long long first = probe::placeOnScreen(receiver.window(0));
+  const long long second = probe::placeOnScreen(receiver.window(1));
   const Verdict verdict = first < 0 || second < 0 ? Verdict::notShown : verdictOf(second < first);
   return probe::answer(assumption, verdict,
                        Evidence()

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -45,59 +43,92 @@ inline Step filesWritten(std::vector<std::string> paths, bool isTaken = true) {
   return {Step::Kind::filesWritten, {}, {}, std::move(paths), isTaken};
 }
 
+inline const std::string first = "com.example.first";
+inline const std::string second = "com.example.second";
+inline const std::string third = "com.example.third";
 inline const std::string withZero = std::string("\0x", 2);
 
 inline const std::vector<Case> cases = {
     {{}, {}, 0},
     // What others copy, in its order, without promises.
-    {{copied({{{"b", "1"}, {"a", "2"}}, {{"c", ""}}})}, {{{"b", "1"}, {"a", "2"}}, {{"c", ""}}}, 1},
-    {{copied({{{"a", std::nullopt}, {"b", "x"}}, {{"a", std::nullopt}}})}, {{{"b", "x"}}, {}}, 1},
-    // What one writes oneself.
-    {{cleared(), written({{{"a", withZero}, {"b", ""}}, {{"c", "z"}}})},
-     {{{"a", withZero}, {"b", ""}}, {{"c", "z"}}},
+    {{copied({{{second, "1"}, {first, "2"}}, {{third, ""}}})},
+     {{{second, "1"}, {first, "2"}}, {{third, ""}}},
      1},
-    {{cleared(), written({{{"a", "1"}}}), written({{{"a", "2"}}})},
-     {{{"a", "1"}}, {{"a", "2"}}},
+    {{copied({{{first, std::nullopt}, {second, "x"}}, {{first, std::nullopt}}})},
+     {{{second, "x"}}, {}},
+     1},
+    // What one writes oneself.
+    {{cleared(), written({{{first, withZero}, {second, ""}}, {{third, "z"}}})},
+     {{{first, withZero}, {second, ""}}, {{third, "z"}}},
+     1},
+    {{cleared(), written({{{first, "1"}}}), written({{{first, "2"}}})},
+     {{{first, "1"}}, {{first, "2"}}},
      1},
     {{cleared(), written({})}, {}, 1},
-    {{cleared(), written({{{"a", "1"}}}), cleared()}, {}, 2},
+    {{cleared(), written({{{first, "1"}}}), cleared()}, {}, 2},
     {{cleared(), filesWritten({"/a", "/caf\u00E9 1/50%#?"})},
      {{{"public.file-url", "file:///a"}},
       {{"public.file-url", "file:///caf%C3%A9%201/50%25%23%3F"}}},
      1},
     // Only who has cleared it last may write.
-    {{copied({{{"a", "user's"}}}), written({{{"a", "ours"}}}, false), filesWritten({"/a"}, false)},
-     {{{"a", "user's"}}},
+    {{copied({{{first, "user's"}}}), written({{{first, "ours"}}}, false),
+      filesWritten({"/a"}, false)},
+     {{{first, "user's"}}},
      1},
-    {{cleared(), copied({{{"a", "user's"}}}), written({{{"a", "ours"}}}, false)},
-     {{{"a", "user's"}}},
+    {{cleared(), copied({{{first, "user's"}}}), written({{{first, "ours"}}}, false)},
+     {{{first, "user's"}}},
      2},
 };
 
-inline void take(const Step& step, const std::function<void(const Copied&)>& copy) {
-  switch (step.kind) {
-    case Step::Kind::copied:
-      return copy(step.copied);
-    case Step::Kind::cleared: {
-      const std::int64_t before = pasteboard::changeCount();
-      EXPECT_EQ(pasteboard::clear(), before + 1);
-      return;
-    }
-    case Step::Kind::written:
-      EXPECT_EQ(pasteboard::write(step.items), step.isTaken);
-      return;
-    case Step::Kind::filesWritten:
-      EXPECT_EQ(pasteboard::writeFiles(step.paths), step.isTaken);
-      return;
+/// What is said and seen in a case, in the order in which it happens: a line for each answer, item
+/// and representation.
+using Lines = std::vector<std::string>;
+
+inline std::string answerLine(bool isTaken) { return isTaken ? "taken" : "refused"; }
+
+inline void addItems(Lines& lines, const std::optional<Items>& items) {
+  if (!items) lines.push_back("not read");
+  for (const pasteboard::Item& item : items.value_or(Items{})) {
+    lines.push_back("item");
+    for (const auto& [type, data] : item) lines.push_back(type + ": " + data);
   }
 }
 
-/// Has all of a case happen; `copy` has another application copy items.
-inline void expectCase(const Case& expected, const std::function<void(const Copied&)>& copy) {
+inline void addChanges(Lines& lines, std::int64_t changes) {
+  lines.push_back(std::to_string(changes) + " changes");
+}
+
+inline Lines expectedLines(const Case& expected) {
+  Lines lines;
+  for (const Step& step : expected.steps)
+    if (step.kind != Step::Kind::copied) lines.push_back(answerLine(step.isTaken));
+  addItems(lines, expected.items);
+  addChanges(lines, expected.changes);
+  return lines;
+}
+
+/// Has a step happen; what is said to it.
+inline bool take(const Step& step) {
+  if (step.kind == Step::Kind::written) return pasteboard::write(step.items);
+  if (step.kind == Step::Kind::filesWritten) return pasteboard::writeFiles(step.paths);
   const std::int64_t before = pasteboard::changeCount();
-  for (const Step& step : expected.steps) take(step, copy);
-  EXPECT_EQ(pasteboard::items(), expected.items);
-  EXPECT_EQ(pasteboard::changeCount() - before, expected.changes);
+  return pasteboard::clear() == before + 1;
+}
+
+/// Has all of a case happen; `copy` has another application copy items.
+inline Lines seenLines(const Case& given, const std::function<void(const Copied&)>& copy) {
+  Lines lines;
+  const std::int64_t before = pasteboard::changeCount();
+  for (const Step& step : given.steps) {
+    if (step.kind == Step::Kind::copied) {
+      copy(step.copied);
+    } else {
+      lines.push_back(answerLine(take(step)));
+    }
+  }
+  addItems(lines, pasteboard::items());
+  addChanges(lines, pasteboard::changeCount() - before);
+  return lines;
 }
 
 }  // namespace pasteboard_cases

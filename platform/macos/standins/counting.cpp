@@ -47,12 +47,7 @@ bool isPermanent(Id object) {
 // Nil for an object that is about to go.
 Id retainUnlessGone(Id object) {
   if (object == nullptr || isPermanent(object)) return object;
-  std::atomic<long>& references = placed(object)->references;
-  long count = references;
-  while (count > 0) {
-    if (references.compare_exchange_weak(count, count + 1)) return object;
-  }
-  return nullptr;
+  return placed(object)->references.addUnlessGone() ? object : nullptr;
 }
 
 }  // namespace

@@ -34,10 +34,10 @@ struct Instance : Object {
   std::string describe() const override { return itsClass->data->name; }
   void end() override {
     clearWeakReferences(memory.get());
-    references = 1;  // its methods may count it while it goes
+    references.set(1);  // its methods may count it while it goes
     method<void (*)(Id, Selector)>(memory.get(), "dealloc")(memory.get(), "dealloc");
-    if (references != 1) noteMistake("kept while it goes: " + describe());
-    references = 0;
+    if (references.count() != 1) noteMistake("kept while it goes: " + describe());
+    references.set(0);
     memory.close();
   }
   RuntimeClass* itsClass;

@@ -52,7 +52,7 @@ void enter(Object* object) {
 Object* checked(CFTypeRef reference) {
   auto* object = isPlaced(reference) ? placed(reference)
                                      : const_cast<Object*>(static_cast<const Object*>(reference));
-  if (object->references <= 0) noteMistake("used after its release: " + object->describe());
+  if (object->references.count() <= 0) noteMistake("used after its release: " + object->describe());
   return object;
 }
 
@@ -98,7 +98,7 @@ std::vector<std::string> closeBooks() {
   if (closePools()) noteMistake("a pool was left open");
   std::vector<std::string> mistakes = std::exchange(books().mistakes, {});
   for (const auto& object : books().objects) {
-    if (object->references > 0) mistakes.push_back("never released: " + object->describe());
+    if (object->references.count() > 0) mistakes.push_back("never released: " + object->describe());
   }
   books().objects.clear();
   books().calls.clear();
@@ -111,7 +111,7 @@ using standins::checked;
 using standins::isConstantString;
 
 CFTypeRef CFRetain(CFTypeRef cf) {
-  if (!isConstantString(cf)) ++checked(cf)->references;
+  if (!isConstantString(cf)) checked(cf)->references.add();
   return cf;
 }
 
@@ -119,7 +119,7 @@ void CFRelease(CFTypeRef cf) {
   if (cf == nullptr) return standins::noteMistake("null released");
   if (isConstantString(cf)) return;
   standins::Object* object = checked(cf);
-  if (--object->references != 0) return;
+  if (!object->references.drop()) return;
   object->end();
   for (const CFTypeRef owned : std::exchange(object->owned, {})) CFRelease(owned);
 }

@@ -36,6 +36,36 @@ enum class Type : CFTypeID {
   string,
 };
 
+/// How many references there are to an object. Counting puts threads in order as little as the Mac
+/// does: what others did before they released theirs is over for who releases the last one, and for
+/// nobody else. So the race detector sees what is read by one thread and written by another, though
+/// both count.
+class References {
+ public:
+  long count() const { return count_.load(std::memory_order_relaxed); }
+  void set(long count) { count_.store(count, std::memory_order_relaxed); }
+  void add() { count_.fetch_add(1, std::memory_order_relaxed); }
+
+  /// Whether there was one to add to.
+  bool addUnlessGone() {
+    long count = this->count();
+    while (count > 0) {
+      if (count_.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return true;
+    }
+    return false;
+  }
+
+  /// Whether that was the last one.
+  bool drop() {
+    if (count_.fetch_sub(1, std::memory_order_release) != 1) return false;
+    (void)count_.load(std::memory_order_acquire);
+    return true;
+  }
+
+ private:
+  std::atomic<long> count_ = 1;
+};
+
 /// An object as the adapters see it. It begins with one reference, and its memory outlives its last
 /// one, so that a later use can be told.
 class Object {
@@ -52,7 +82,7 @@ class Object {
   virtual void end() {}
 
   const Type type;
-  std::atomic<long> references = 1;
+  References references;
   /// The references that this object owns.
   std::vector<CFTypeRef> owned;
 };

@@ -118,13 +118,28 @@ extern "C" NSApplication* _Null_unspecified NSApp;
 @property(readonly) BOOL acceptsFirstResponder;
 @end
 
+@interface NSControl (ProbeAdditions)
+@property(getter=isEnabled) BOOL enabled;
+@end
+
+@interface NSButton : NSControl
++ (instancetype)buttonWithTitle:(NSString*)title
+                         target:(nullable id)target
+                         action:(nullable SEL)action;
+@end
+
+@interface NSSecureTextField : NSTextField
+@end
+
 @interface NSView (ProbeAdditions)
+@property(getter=isHidden) BOOL hidden;
 - (BOOL)acceptsFirstMouse:(nullable NSEvent*)event;
 @end
 
 enum : NSWindowStyleMask {
   NSWindowStyleMaskBorderless = 0,
   NSWindowStyleMaskTitled = 1 << 0,
+  NSWindowStyleMaskMiniaturizable = 1 << 2,
   NSWindowStyleMaskResizable = 1 << 3,
 };
 enum : NSWindowCollectionBehavior { NSWindowCollectionBehaviorFullScreenPrimary = 1 << 7 };
@@ -132,7 +147,9 @@ typedef NSInteger NSWindowOrderingMode;
 enum : NSWindowOrderingMode { NSWindowAbove = 1 };
 @interface NSWindow (ProbeAdditions)
 @property(readonly) NSInteger windowNumber;
+@property(readonly) NSRect frame;
 @property(copy) NSString* title;
+- (void)setFrameOrigin:(NSPoint)point;
 - (void)close;
 - (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
@@ -151,6 +168,16 @@ enum : NSWindowOrderingMode { NSWindowAbove = 1 };
 - (BOOL)setString:(NSString*)text forType:(NSPasteboardType)type;
 @end
 extern "C" NSPasteboardType const NSPasteboardTypeString;
+
+@protocol NSPasteboardItemDataProvider <NSObject>
+- (void)pasteboard:(nullable NSPasteboard*)pasteboard
+                  item:(NSPasteboardItem*)item
+    provideDataForType:(NSPasteboardType)type;
+@end
+@interface NSPasteboardItem (ProbeAdditions)
+- (BOOL)setDataProvider:(id<NSPasteboardItemDataProvider>)dataProvider
+               forTypes:(NSArray<NSPasteboardType>*)types;
+@end
 
 @interface NSRunningApplication (ProbeAdditions)
 - (BOOL)hide;

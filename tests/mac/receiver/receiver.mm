@@ -23,6 +23,7 @@ constexpr NSUInteger applicationDefinedType = 13;
 
 NSWindow* windows[2];
 NSWindow* childWindow;
+NSButton* button;
 
 long long field(NSEvent* event, int number) {
   return CGEventGetIntegerValueField(event.CGEvent, static_cast<CGEventField>(number));
@@ -106,7 +107,8 @@ NSWindow* makeWindow(NSString* title, CGPoint origin) {
       [[NSWindow alloc] initWithContentRect:{
         origin, { 300, 200 }
       }
-                                  styleMask:NSWindowStyleMaskTitled | NSWindowStyleMaskResizable
+                                  styleMask:NSWindowStyleMaskTitled | NSWindowStyleMaskResizable |
+                                            NSWindowStyleMaskMiniaturizable
                                     backing:NSBackingStoreBuffered
                                       defer:NO];
   window.title = title;
@@ -141,6 +143,30 @@ void addTree() {
   }
 }
 
+void addButton() {
+  button = [NSButton buttonWithTitle:@"Probe" target:nil action:nil];
+  button.frame = {{100, 80}, {100, 30}};
+  [windows[0].contentView addSubview:button];
+}
+
+/// A field, one that is disabled, and one for passwords.
+void addFields() {
+  const Class kinds[] = {[NSTextField class], [NSTextField class], [NSSecureTextField class]};
+  NSString* const texts[] = {@"a\U0001F600b", @"fixed", @"secret"};
+  for (int place = 0; place < 3; ++place) {
+    NSTextField* field = [[kinds[place] alloc] initWithFrame:{{20, 20 + place * 40.0}, {200, 24}}];
+    field.stringValue = texts[place];
+    field.enabled = place != 1;
+    [windows[1].contentView addSubview:field];
+  }
+}
+
+/// Puts the second window on the first.
+void overlap() {
+  [windows[1] setFrameOrigin:windows[0].frame.origin];
+  [windows[1] orderFrontRegardless];
+}
+
 void openPanel() {
   [[NSOpenPanel openPanel] beginWithCompletionHandler:^(NSInteger){
   }];
@@ -152,6 +178,10 @@ void obey(const std::string& command) {
   if (command == "key") [windows[0] makeKeyAndOrderFront:nil];
   if (command == "hide") [NSApp hide:nil];
   if (command == "child") addChild();
+  if (command == "overlap") overlap();
+  if (command == "button") addButton();
+  if (command == "hide-button") button.hidden = YES;
+  if (command == "fields") addFields();
   if (command == "close") [windows[0] close];
   if (command == "full-screen") [windows[0] toggleFullScreen:nil];
   if (command == "panel") openPanel();

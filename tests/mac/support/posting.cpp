@@ -17,18 +17,35 @@ constexpr std::uint32_t windowUnderPointerField = 91;
 constexpr std::uint32_t windowThatCanHandleField = 92;
 constexpr std::int64_t group = 123'456'789;
 
-void setFields(CGEventRef event, const PointerTarget& target, const Form& form) {
-  const auto set = privateFunctions().setField;
-  set(event, mouseEventNumberField, form.number);
-  set(event, clickStateField, form.clickState);
-  set(event, buttonNumberField, 0);
-  set(event, mouseSubtypeField, form.subtype);
+void setPublicly(CGEventRef event, std::uint32_t field, std::int64_t value) {
+  CGEventSetIntegerValueField(event, static_cast<CGEventField>(field), value);
+}
+
+/// Directs the event at the target.
+void address(CGEventRef event, const PointerTarget& target, const Form& form) {
+  const auto set = form.setsPublicly ? setPublicly : privateFunctions().setField;
   set(event, targetProcessField, target.pid);
   if (form.targetsWindow) set(event, targetWindowField, target.window);
   if (form.setsGroup) set(event, clickGroupField, group);
   if (!form.namesUnder) return;
   set(event, windowUnderPointerField, target.window);
   set(event, windowThatCanHandleField, target.window);
+}
+
+void setFields(CGEventRef event, const PointerTarget& target, const Form& form) {
+  const auto set = privateFunctions().setField;
+  set(event, mouseEventNumberField, form.number);
+  set(event, clickStateField, form.clickState);
+  set(event, buttonNumberField, 0);
+  set(event, mouseSubtypeField, form.subtype);
+  address(event, target, form);
+}
+
+void postFinished(CGEventRef event, const PointerTarget& target, const Form& form) {
+  const CGPoint point = form.pointIsGlobal ? target.global : target.inWindow;
+  privateFunctions().setWindowLocation(event, point.x, point.y);
+  if (form.privately) privateFunctions().postToPid(target.pid, event);
+  if (form.publicly) CGEventPostToPid(target.pid, event);
 }
 
 }  // namespace
@@ -38,12 +55,20 @@ void postPointer(const PointerTarget& target, CGEventType type, const Form& form
   CGEventRef event = CGEventCreateMouseEvent(source, type, target.global, kCGMouseButtonLeft);
   CGEventSetFlags(event, 0);
   setFields(event, target, form);
-  const CGPoint point = form.pointIsGlobal ? target.global : target.inWindow;
-  privateFunctions().setWindowLocation(event, point.x, point.y);
-  if (form.privately) privateFunctions().postToPid(target.pid, event);
-  if (form.publicly) CGEventPostToPid(target.pid, event);
+  postFinished(event, target, form);
   CFRelease(event);
   if (source != nullptr) CFRelease(source);
+}
+
+void postScroll(const PointerTarget& target, const Form& form) {
+  constexpr int lines = -3;
+  CGEventRef event =
+      CGEventCreateScrollWheelEvent2(nullptr, kCGScrollEventUnitLine, 2, lines, 0, 0);
+  CGEventSetFlags(event, 0);
+  CGEventSetLocation(event, target.global);
+  setFields(event, target, form);
+  postFinished(event, target, form);
+  CFRelease(event);
 }
 
 void postClick(const PointerTarget& target, const Form& form) {

@@ -15,6 +15,7 @@ struct Form {
   bool targetsWindow = true;   // field 51
   bool namesUnder = true;      // fields 91 and 92
   bool setsGroup = true;       // field 58
+  bool setsPublicly = false;   // fields 40, 51, 58, 91 and 92, by the public setter
   bool pointIsGlobal = false;  // the point that CGEventSetWindowLocation gets
   std::int64_t subtype = 3;
   std::int64_t number = 3;
@@ -30,6 +31,9 @@ struct PointerTarget {
 
 /// Posts an event of the left button, or a move.
 void postPointer(const PointerTarget& target, CGEventType type, const Form& form);
+
+/// Posts a scroll of three lines down.
+void postScroll(const PointerTarget& target, const Form& form);
 
 /// Press and release.
 void postClick(const PointerTarget& target, const Form& form);

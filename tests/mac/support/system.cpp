@@ -94,17 +94,19 @@ std::optional<CGRect> windowBounds(std::uint32_t window) {
   return result;
 }
 
-bool isOnScreen(std::uint32_t window) {
+long long placeOnScreen(std::uint32_t window) {
   CFArrayRef list = windowList(kCGWindowListOptionOnScreenOnly, kCGNullWindowID);
-  if (list == nullptr) return false;
-  bool found = false;
-  for (CFIndex index = 0; index < CFArrayGetCount(list); ++index) {
+  if (list == nullptr) return -1;
+  long long place = -1;
+  for (CFIndex index = 0; place < 0 && index < CFArrayGetCount(list); ++index) {
     const auto entry = static_cast<CFDictionaryRef>(CFArrayGetValueAtIndex(list, index));
-    found = found || number(entry, kCGWindowNumber) == window;
+    if (number(entry, kCGWindowNumber) == window) place = index;
   }
   CFRelease(list);
-  return found;
+  return place;
 }
+
+bool isOnScreen(std::uint32_t window) { return placeOnScreen(window) >= 0; }
 
 void sleepMilliseconds(int milliseconds) {
   constexpr useconds_t microseconds = 1'000;

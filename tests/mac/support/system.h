@@ -39,6 +39,10 @@ CGPoint pointer();
 /// The frame of a window, y downwards, by the window list.
 std::optional<CGRect> windowBounds(std::uint32_t window);
 
+/// The place of a window among those on the screen, from the front; -1 when it is not on the
+/// screen.
+long long placeOnScreen(std::uint32_t window);
+
 /// Whether the window list has it among the windows on the screen.
 bool isOnScreen(std::uint32_t window);
 
