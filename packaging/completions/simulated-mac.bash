@@ -6,17 +6,17 @@ _simulated_mac() {
     words='run serve stop list view report check import screenshot state tree value journal trace violations fault wait advance clock help lock unlock leave return quit end front hang recover in user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
   else
     case "${COMP_WORDS[1]}" in
-      run) words='--no-pictures --record --seed --sleep --virtual'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --virtual'; fi; files=yes ;;
-      serve) words='--no-pictures --record --seed --socket --until-closed --view --virtual'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --virtual'; fi; files=yes ;;
+      run) words='--no-pictures --record --seed --sleep --virtual'; files=yes ;;
+      serve) words='--no-pictures --record --seed --socket --until-closed --view --virtual'; files=yes ;;
       stop) if [ "$COMP_CWORD" -eq 2 ]; then words+=' sharing'; fi ;;
       report) files=yes ;;
-      check) words='--json'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --json'; fi; files=yes ;;
+      check) words='--json'; files=yes ;;
       import) files=yes ;;
       screenshot) files=yes ;;
-      state) words='--user'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --user'; fi ;;
+      state) words='--user' ;;
       tree) words='--text' ;;
-      journal) words='--text'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --text'; fi ;;
-      trace) words='--text'; if [ "$COMP_CWORD" -eq 2 ]; then words+=' --text'; fi ;;
+      journal) words='--text' ;;
+      trace) words='--text' ;;
       wait) if [ "$COMP_CWORD" -eq 2 ]; then words+=' until'; fi ;;
       clock) if [ "$COMP_CWORD" -eq 2 ]; then words+=' stop step run'; fi ;;
       help) if [ "$COMP_CWORD" -eq 2 ]; then words+=' calls outcomes happenings reactions habits'; fi ;;

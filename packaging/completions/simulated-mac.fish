@@ -46,7 +46,6 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l sleep
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l virtual
-complete -c simulated-mac -n '__fish_seen_subcommand_from run; and test (count (commandline -opc)) -eq 2' -a '--virtual'
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l record
@@ -55,22 +54,17 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l socket
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l until-closed
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l view
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l virtual
-complete -c simulated-mac -n '__fish_seen_subcommand_from serve; and test (count (commandline -opc)) -eq 2' -a '--virtual'
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from stop; and test (count (commandline -opc)) -eq 2' -a 'sharing'
 complete -c simulated-mac -n '__fish_seen_subcommand_from report' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from check' -l json
-complete -c simulated-mac -n '__fish_seen_subcommand_from check; and test (count (commandline -opc)) -eq 2' -a '--json'
 complete -c simulated-mac -n '__fish_seen_subcommand_from check' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from import' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from screenshot' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from state' -l user
-complete -c simulated-mac -n '__fish_seen_subcommand_from state; and test (count (commandline -opc)) -eq 2' -a '--user'
 complete -c simulated-mac -n '__fish_seen_subcommand_from tree' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from journal' -l text
-complete -c simulated-mac -n '__fish_seen_subcommand_from journal; and test (count (commandline -opc)) -eq 2' -a '--text'
 complete -c simulated-mac -n '__fish_seen_subcommand_from trace' -l text
-complete -c simulated-mac -n '__fish_seen_subcommand_from trace; and test (count (commandline -opc)) -eq 2' -a '--text'
 complete -c simulated-mac -n '__fish_seen_subcommand_from wait; and test (count (commandline -opc)) -eq 2' -a 'until'
 complete -c simulated-mac -n '__fish_seen_subcommand_from clock; and test (count (commandline -opc)) -eq 2' -a 'stop step run'
 complete -c simulated-mac -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -a 'calls outcomes happenings reactions habits'
