@@ -82,7 +82,7 @@ TEST(control, an_application_acts_by_itself) {
   EXPECT_EQ(seen(mac.command({"in", "Notes", "set Body \"told; \"; append \"twice\" to Body"})),
             done);
   EXPECT_EQ(seen(mac.command({"in", "Notes", "set", "Bdy", "\"x\""})),
-            failure("no element of Notes is labelled \\\"Bdy\\\""));
+            failure("no element of Notes is labelled \\\"Bdy\\\"; did you mean 'Body'?"));
   EXPECT_EQ(
       seen(mac.command({"journal", "--text"})),
       "0     0 ms        -  happening 41/0 in pid:41 set Body \"told; \"; append \"twice\" to "

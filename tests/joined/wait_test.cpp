@@ -59,7 +59,7 @@ TEST(wait, sees_a_text_when_it_lands) {
   mac.driver({"ax-set-value", "Mail", "85", "45", "minutes"});
 
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "minutes"})),
-            came("900.0", "700.0"));
+            came("700.0", "500.0"));
 }
 
 TEST(wait, gives_up_in_time) {
