@@ -44,7 +44,7 @@ Server::Server(simulator::World world, const ServerSettings& settings)
 /// One that is about to go on, or has just been started, may look idle for an instant; and one that
 /// has asked for something looks idle until it is answered.
 bool Server::mayMove() {
-  constexpr int looks = 3;
+  constexpr int looks = 10;
   quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
   looksAgain_ = quietLooks_ < looks;
   return !looksAgain_;

@@ -52,13 +52,6 @@ TEST(virtual_sleep, of_a_shell_that_polls_until_something_has_happened) {
             "0 seen\n30000.0\n");
 }
 
-TEST(virtual_sleep, of_processes_beside_each_other_ends_in_order) {
-  EXPECT_EQ(slept({"sh", "-c",
-                   "(sleep 3; echo three; sleep 3; echo six) & (sleep 1; echo one; sleep 4; echo "
-                   "five) & sleep 2; echo two; wait"}),
-            "0 one\ntwo\nthree\nfive\nsix\n6000.0\n");
-}
-
 TEST(virtual_sleep, of_python_moves_its_clocks) {
   EXPECT_EQ(slept({"python3", "-c",
                    "import time, select\n"
