@@ -192,8 +192,8 @@ TEST(postRelease, says_nothing_when_it_withholds_the_event) {
   const Result withoutService = release(mac, {{"CU_CAPTURE_PID", "901"}});
   EXPECT_EQ(seen(withoutService), "0 ");
   EXPECT_EQ(postsIn(withoutService), Calls{});
-  TestMac withheld(std::string(postDesk) + "    session locked\n");
-  EXPECT_EQ(postsIn(release(withheld)), Calls{});
+  TestMac lockedMac(std::string(postDesk) + "    session locked\n");
+  EXPECT_EQ(postsIn(release(lockedMac)), Calls{});
   const Result ofNothing = runInside(mac, [] {
     postRelease(std::nullopt, 41);
     EXPECT_FALSE(globals().droppedWhileLocked);
