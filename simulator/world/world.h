@@ -340,11 +340,11 @@ struct Happening {
 struct Scripted {
   Microseconds at = 0;
   Happening happening;
-  Microseconds latest = 0;            // when it is above `at`, the time is left to chance
-  std::optional<Span> every = {};     // from one time to the next
-  std::optional<std::int64_t> times;  // how often it is still to happen; none: for ever
-  std::size_t place = 0;              // in the text, which orders what has the same time
-  std::optional<Random> chance;       // for its times, where the world has a seed
+  Microseconds latest = 0;                 // when it is above `at`, the time is left to chance
+  std::optional<Span> every = {};          // from one time to the next
+  std::optional<std::int64_t> times = {};  // how often it is still to happen; none: for ever
+  std::size_t place = 0;                   // in the text, which orders what has the same time
+  std::optional<Random> chance = {};       // for its times, where the world has a seed
 };
 
 /// Elements that have come while a Mac runs.
