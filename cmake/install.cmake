@@ -28,6 +28,7 @@ install(FILES "${product_folder}/packaging/contract/errors.json"
 if(TARGET simulated-mac)
   install(TARGETS simulated-mac RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     COMPONENT simulated-mac)
+  install(TARGETS virtual_sleep LIBRARY DESTINATION lib/simulated-mac COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/man/simulated-mac.1"
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/completions/simulated-mac.bash"
@@ -39,9 +40,14 @@ if(TARGET simulated-mac)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT simulated-mac)
   install(DIRECTORY "${product_folder}/packaging/contract/simulated-mac"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT simulated-mac)
-  install(FILES "${product_folder}/demo/desk.world" "${product_folder}/demo/mail.world"
-    "${product_folder}/demo/chat.world" "${product_folder}/demo/settings.world"
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac)
+  install(DIRECTORY "${product_folder}/demo/"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds COMPONENT simulated-mac
+    FILES_MATCHING PATTERN "*.world")
+  include("${CMAKE_CURRENT_LIST_DIR}/examples.cmake")
+  install(DIRECTORY "${examples_folder}/"
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/examples COMPONENT simulated-mac)
+  install(DIRECTORY "${product_folder}/worlds/" DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/worlds
+    COMPONENT simulated-mac FILES_MATCHING PATTERN "*.world" PATTERN "*.md")
 endif()
 
 # They lie to each other as in the sources, so that their links lead somewhere.
@@ -50,6 +56,7 @@ install(FILES "${product_folder}/README.md" "${product_folder}/CHANGELOG.md"
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
 install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(DIRECTORY "${product_folder}/worlds" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
 install(DIRECTORY "${product_folder}/packaging/contract"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)
 foreach(client typescript python mcp)

@@ -172,5 +172,34 @@ TEST(postTarget, ends_the_run_when_the_service_dies_between_two_events) {
   EXPECT_EQ(run.elapsed, 12'000);
 }
 
+/// Lets something go in Notes.
+Result release(TestMac& mac, const Environment& environment = {}) {
+  return runInside(
+      mac, [] { postRelease(someEvent(), 41); }, environment);
+}
+
+TEST(postRelease, takes_the_public_route_and_the_same_pause) {
+  for (const Environment& environment : {Environment{}, Environment{{"CU_CAPTURE_PID", "900"}}}) {
+    TestMac mac(postDesk);
+    const Result run = release(mac, environment);
+    EXPECT_EQ(postsIn(run), Calls{"quartz.post"});
+    EXPECT_EQ(run.elapsed, 12'000);
+  }
+}
+
+TEST(postRelease, says_nothing_when_it_withholds_the_event) {
+  TestMac mac(postDesk);
+  const Result withoutService = release(mac, {{"CU_CAPTURE_PID", "901"}});
+  EXPECT_EQ(seen(withoutService), "0 ");
+  EXPECT_EQ(postsIn(withoutService), Calls{});
+  TestMac lockedMac(std::string(postDesk) + "    session locked\n");
+  EXPECT_EQ(postsIn(release(lockedMac)), Calls{});
+  const Result ofNothing = runInside(mac, [] {
+    postRelease(std::nullopt, 41);
+    EXPECT_FALSE(globals().droppedWhileLocked);
+  });
+  EXPECT_EQ(ofNothing.calls, Calls{});
+}
+
 }  // namespace
 }  // namespace driver

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/call.h"
-#include "simulator/random.h"
+#include "simulator/world/random.h"
 #include "simulator/world/world.h"
 
 /// What is left to chance on a Mac whose world has a seed: how long calls take.

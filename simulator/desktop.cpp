@@ -1,5 +1,6 @@
 #include "simulator/desktop.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "simulator/calls/calls.h"
@@ -10,6 +11,8 @@
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
+#include "simulator/text/reactions.h"
+#include "simulator/world/reactions.h"
 
 namespace simulator {
 
@@ -41,6 +44,49 @@ class Acting {
   Pid before_;
 };
 
+/// What happens while this lives does so again and again, for ever: that is no news.
+class Recurring {
+ public:
+  Recurring(Mac& mac, bool recurs) : mac_(mac), recurs_(recurs), lastNews_(mac.lastNews) {
+    mac.world.recurring = recurs;
+  }
+  ~Recurring() {
+    mac_.world.recurring = false;
+    if (recurs_) mac_.lastNews = lastNews_;
+  }
+  Recurring(const Recurring&) = delete;
+  Recurring& operator=(const Recurring&) = delete;
+
+ private:
+  Mac& mac_;
+  bool recurs_;
+  Microseconds lastNews_;
+};
+
+bool comesBefore(const Scripted& one, const Scripted& other) {
+  return std::pair(one.at, one.place) < std::pair(other.at, other.place);
+}
+
+/// What happens at times that are left to chance gets its times. Each line has a chance of its own,
+/// so that what runs do changes no time of what happens by itself.
+void settleTimes(World& world) {
+  if (world.seed) world.chance = Random(*world.seed).branch();
+  for (Scripted& each : world.script) {
+    if (world.seed) each.chance = Random(*world.seed + each.place).branch();
+    if (each.latest > each.at) each.at = timeWithin(each.chance, {each.at, each.latest});
+  }
+  std::stable_sort(world.script.begin(), world.script.end(), comesBefore);
+}
+
+/// What happens again takes its next place in the script.
+void putAgain(World& world, std::size_t index) {
+  const auto now = world.script.begin() + static_cast<std::ptrdiff_t>(index);
+  now->at += timeWithin(now->chance, *now->every);
+  if (now->times) --*now->times;
+  const auto next = std::upper_bound(now + 1, world.script.end(), *now, comesBefore);
+  std::rotate(now, now + 1, next);
+}
+
 std::string endOf(const Client& client) {
   if (client.diedBySignal) return "signal " + std::to_string(*client.diedBySignal);
   return client.exited ? "status " + std::to_string(client.status) : "gone, without a word";
@@ -52,6 +98,7 @@ Desktop::Desktop(World world, const std::vector<Fault>& faults)
     : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
   if (mac_.world.seed) chance_.emplace(*mac_.world.seed);
+  settleTimes(mac_.world);
   advanceTo(0);  // what the script says of time 0 has happened when the first process joins
 }
 
@@ -158,14 +205,16 @@ Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool
 void Desktop::advanceTo(Microseconds time) {
   for (auto own = nextOwn(); own && *own <= time; own = nextOwn()) {
     passTo(*own);
-    // A tap that has been too slow is disabled first, and the login window shows: what the script
-    // says of the same time meets a Mac that has gone on.
+    // A tap that has been too slow is disabled first, the login window shows, and what follows from
+    // before takes place: what the script says of the same time meets a Mac that has gone on.
     if (nextTapDeadline(mac_) == own) {
       expireTaps(mac_);
     } else if (nextLock() == own) {
       showLock();
+    } else if (nextReaction() == own) {
+      letReactionTakePlace();
     } else {
-      happen(Happening(mac_.world.script[scripted_++].happening));
+      happenByScript();
     }
   }
   passTo(time);
@@ -181,6 +230,33 @@ void Desktop::passTo(Microseconds time) {
     }
   }
   passTimeTo(mac_, std::max(mac_.now, time));
+}
+
+void Desktop::happenByScript() {
+  const Scripted now = mac_.world.script[scripted_];
+  const bool ends = !now.every || now.times == 1;
+  if (ends) {
+    ++scripted_;
+  } else {
+    putAgain(mac_.world, scripted_);
+  }
+  const Recurring recurring(mac_, now.every && !now.times);
+  happen(now.happening);
+}
+
+/// A reaction that was to follow later takes place. What it does is its cause's doing.
+void Desktop::letReactionTakePlace() {
+  const DueReaction& first = mac_.world.due.front();
+  const Acting acting(mac_.world, first.actor);
+  const Recurring recurring(mac_, first.recurring);
+  SettledReaction settled = settleReaction(mac_.world);
+  enter(mac_, {.kind = JournalEntry::Kind::landing,
+               .target = settled.due.pid,
+               .window = settled.element ? settled.element->window : 0,
+               .what = reactionText(settled.due.reaction),
+               .landed = settled.landed,
+               .outcome = std::move(settled.outcome),
+               .element = std::move(settled.element)});
 }
 
 void Desktop::showLock() {
@@ -237,7 +313,28 @@ void Desktop::tellOfViolations(Pid pid) {
 void Desktop::addFault(const Fault& fault) { faults_.push_back({fault, 0}); }
 
 std::optional<Microseconds> Desktop::nextOwn() const {
-  return earliest({nextScripted(), nextTapDeadline(mac_), nextLock()});
+  return earliest({nextScripted(), nextReaction(), nextTapDeadline(mac_), nextLock()});
+}
+
+std::optional<Microseconds> Desktop::nextOwnInRun() const {
+  const auto own = nextOwn();
+  const bool ends = own && hasOnlyRecurring() && *own > mac_.lastNews + quietMax;
+  return ends ? std::nullopt : own;
+}
+
+bool Desktop::hasOnlyRecurring() const {
+  if (nextTapDeadline(mac_) || nextLock()) return false;
+  const auto& script = mac_.world.script;
+  const auto& due = mac_.world.due;
+  return std::all_of(script.begin() + static_cast<std::ptrdiff_t>(scripted_), script.end(),
+                     [](const Scripted& each) { return each.every && !each.times; }) &&
+         std::all_of(due.begin(), due.end(),
+                     [](const DueReaction& each) { return each.recurring; });
+}
+
+std::optional<Microseconds> Desktop::nextReaction() const {
+  if (mac_.world.due.empty()) return std::nullopt;
+  return mac_.world.due.front().due;
 }
 
 std::optional<Microseconds> Desktop::nextLock() const {

@@ -10,8 +10,8 @@
 #include "platform/call.h"
 #include "simulator/faults.h"
 #include "simulator/mac/mac.h"
-#include "simulator/random.h"
 #include "simulator/rules/rules.h"
+#include "simulator/world/random.h"
 
 namespace simulator {
 
@@ -74,6 +74,11 @@ class Desktop {
   /// When something happens next that no client causes: by the script, or by the Mac itself.
   std::optional<Microseconds> nextOwn() const;
 
+  /// The same, for a run in which nobody waits for a time: what happens again and again for ever
+  /// moves time for `quietMax` at most after the last thing that does not.
+  std::optional<Microseconds> nextOwnInRun() const;
+  static constexpr Microseconds quietMax = 10'000'000;
+
   Mac& mac() { return mac_; }
   const Mac& mac() const { return mac_; }
   /// A client that was not forgotten.
@@ -91,6 +96,10 @@ class Desktop {
   Answer conclude(std::size_t client, platform::Call call, Answer answer, bool faulty,
                   std::size_t flow);
   std::optional<Microseconds> nextScripted() const;
+  std::optional<Microseconds> nextReaction() const;
+  bool hasOnlyRecurring() const;
+  void happenByScript();
+  void letReactionTakePlace();
   std::optional<Microseconds> nextLock() const;
   void passTo(Microseconds time);
   void tellOfJoining(const Client& client);

@@ -9,13 +9,6 @@ using driver::Datum;
 using platform::Call;
 using platform::Function;
 
-namespace {
-
-/// For how long a closed run goes on when nothing happens any more, and somebody only makes rounds.
-constexpr Microseconds quietRoundsMax = 10'000'000;
-
-}  // namespace
-
 Turns::Turns(Desktop& desktop, Scheduler::Time time, Run run)
     : desktop_(desktop), scheduler_(time), run_(run) {}
 
@@ -57,6 +50,11 @@ Turns::Flow Turns::joinWatcher() { return scheduler_.join(Scheduler::Kind::watch
 void Turns::wait(Flow flow, Datum answer, Microseconds due) {
   states_[flow].answer = std::move(answer);
   scheduler_.wait(flow, due);
+}
+
+void Turns::await(Flow flow, Microseconds deadline, Ask ask) {
+  states_[flow].ask = std::move(ask);
+  scheduler_.block(flow, {deadline, std::nullopt});
 }
 
 /// The new flow counts as running until it arrives, so that time does not run away from it.
@@ -113,6 +111,13 @@ void Turns::retryBlocked() {
   for (const auto& [flow, limits] : scheduler_.blocked()) flows.push_back(flow);
   for (const Flow flow : flows) {
     State& state = states_.at(flow);
+    if (state.ask) {
+      if (auto given = state.ask()) {
+        state.ask = nullptr;
+        wait(flow, std::move(*given), desktop_.mac().now);
+      }
+      continue;
+    }
     if (!state.call) continue;
     Answer answer = desktop_.retry(state.client, *state.call, state.since, state.index);
     if (answer.pending) {
@@ -136,8 +141,10 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
     }
     if (isReal) return std::nullopt;
     const auto next = nextInstant();
-    if (!next) return std::nullopt;
+    if (!next || (latest_ && *next > *latest_)) return std::nullopt;
+    if (mayMove_ && *next > desktop_.mac().now && !mayMove_()) return std::nullopt;
     desktop_.advanceTo(*next);
+    if (isOver_()) return std::nullopt;
   }
   return std::nullopt;
 }
@@ -150,8 +157,10 @@ std::optional<Microseconds> Turns::nextInstant() const {
   if (due || isReal) return earliest({due, own, round});
   // An open run stands still for a script alone: its next client is still to come.
   if (run_ == Run::open) return std::nullopt;
-  if (own) return earliest({own, round});
-  return round && *round <= desktop_.mac().lastNews + quietRoundsMax ? round : std::nullopt;
+  const auto ownInRun = desktop_.nextOwnInRun();
+  if (ownInRun) return earliest({ownInRun, round});
+  // When nothing happens any more, and somebody only makes rounds, the run ends soon.
+  return round && *round <= desktop_.mac().lastNews + Desktop::quietMax ? round : std::nullopt;
 }
 
 void Turns::leave(Flow flow) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -24,6 +25,10 @@ class Turns {
     driver::Datum answer;
   };
 
+  /// Says whether time may move now. Without it, it may whenever nobody is running.
+  using MayMove = std::function<bool()>;
+  void setMayMove(MayMove mayMove) { mayMove_ = std::move(mayMove); }
+
   /// The desktop outlives this object.
   Turns(Desktop& desktop, Scheduler::Time time, Run run);
 
@@ -43,6 +48,13 @@ class Turns {
   /// The flow waits for `answer` until `due`.
   void wait(Flow flow, driver::Datum answer, Microseconds due);
 
+  /// Whether what a watcher waits for has come, or its time is over: its answer then.
+  using Ask = std::function<std::optional<driver::Datum>()>;
+
+  /// The watcher waits for an answer, for which it asks whenever something may have happened, and
+  /// at the deadline.
+  void await(Flow flow, Microseconds deadline, Ask ask);
+
   /// The flow waits for the answer of a call that the desktop has given by itself, at `since`.
   void awaitAnswer(Flow flow, platform::Call call, Answer answer, Microseconds since);
 
@@ -53,11 +65,17 @@ class Turns {
   /// `preferred` goes before others that could go on as well. None when nobody can, as yet.
   std::optional<Woken> wake(Microseconds now, std::optional<Flow> preferred = std::nullopt);
 
+  /// In virtual time nobody goes on any more, and no more time passes, once `isOver` says so.
+  void stopWhen(std::function<bool()> isOver) { isOver_ = std::move(isOver); }
+
   /// A client meets a fault: its flows have gone, and a last one has joined, which is running.
   Flow joinLastAct(std::size_t client);
 
   /// The flow has gone. Idempotent.
   void leave(Flow flow);
+
+  /// In virtual time the clock goes no further than this by itself; none: as far as it may.
+  void holdAt(std::optional<Microseconds> latest) { latest_ = latest; }
 
   /// The client has gone, with all its flows and those that it has only announced. Idempotent.
   void leaveAll(std::size_t client);
@@ -74,6 +92,7 @@ class Turns {
     std::size_t client = none;
     std::size_t index = 0;                // among the flows of its client
     std::optional<platform::Call> call;   // that waits for something to happen
+    Ask ask;                              // of a watcher that waits for something to happen
     Microseconds since = 0;               // when that was made
     std::optional<driver::Datum> answer;  // that it waits for
     bool announced = false;               // it has not arrived yet
@@ -88,7 +107,10 @@ class Turns {
   Desktop& desktop_;
   Scheduler scheduler_;
   Run run_;
+  std::optional<Microseconds> latest_;
   std::map<Flow, State> states_;
+  MayMove mayMove_;
+  std::function<bool()> isOver_ = [] { return false; };
 };
 
 }  // namespace simulator

@@ -3,11 +3,11 @@ _simulated_mac() {
   local word=${COMP_WORDS[COMP_CWORD]} files=
   local words=
   if [ "$COMP_CWORD" -eq 1 ]; then
-    words='run serve stop list report screenshot state tree value journal trace violations fault advance help lock unlock leave return quit end front hang recover user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
+    words='run serve stop list view report screenshot state tree value journal trace violations fault advance clock help lock unlock leave return quit end front hang recover user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
   else
     case "${COMP_WORDS[1]}" in
       run) words='--no-pictures --record --seed --virtual'; files=yes ;;
-      serve) words='--no-pictures --record --seed --socket --until-closed --virtual'; files=yes ;;
+      serve) words='--no-pictures --record --seed --socket --until-closed --view --virtual'; files=yes ;;
       stop) if [ "$COMP_CWORD" -eq 2 ]; then words+=' sharing'; fi ;;
       report) files=yes ;;
       screenshot) files=yes ;;

@@ -4,7 +4,10 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a run -d '
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a serve -d 'start a Mac, print its socket and serve until stopped'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a stop -d 'end a Mac that was started by serve, and wait until it has gone'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a list -d 'the Macs of this user that run now'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a view -d 'show a Mac in a browser, at an address that is printed'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a report -d 'write a page that shows what a record holds'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a check -d 'say all that is wrong with worlds, and what in them is hardly meant'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a import -d 'make a world of replies of windows, ax-dump and ax-menubar, or of a page source in XML'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a screenshot -d 'draw the screens as the user sees them'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a state -d 'the user’s front application, keyboard, pointer, clipboard and session, and unless --user is given what processes hold; focus, keys, covers, taps, shared windows'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a tree -d 'the whole truth about applications, whatever accessibility would answer'
@@ -13,7 +16,9 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a journal 
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a trace -d 'every call of every process, with its answer'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a violations -d 'the rules of safe input that were broken so far'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a fault -d 'let a call fail, for example windowserver.session 1 absent'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a wait -d 'wait so long, or until something is so, 10s at most without within; in virtual time that moves it'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a advance -d 'let virtual time pass, for example 250us, 100ms or 2s'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a clock -d 'let virtual time stand, go to the next instant at which anything is due, or go on; as fast as processes do, or at most so many times as fast as real time'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a help -d 'print this, or what is known of a topic'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a lock -d 'the screen locks'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a unlock -d 'the user unlocks the screen'
@@ -24,6 +29,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a end -d '
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a front -d 'the user brings the application to front, with all its windows'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a hang -d 'the application stops answering'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a recover -d 'a hanging application answers again'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a in -d 'the application does so by itself, as a reaction of none of its elements'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a user -d 'the user presses a key, modifiers held meanwhile'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a remove -d 'every display is unplugged'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a connect -d 'a display is plugged in; one with that number changes its size and place'
@@ -38,6 +44,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a disable 
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l seed
+complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l sleep
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l no-pictures
@@ -45,15 +52,20 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l socket
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l until-closed
+complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l view
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from stop; and test (count (commandline -opc)) -eq 2' -a 'sharing'
 complete -c simulated-mac -n '__fish_seen_subcommand_from report' -F
+complete -c simulated-mac -n '__fish_seen_subcommand_from check' -l json
+complete -c simulated-mac -n '__fish_seen_subcommand_from check' -F
+complete -c simulated-mac -n '__fish_seen_subcommand_from import' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from screenshot' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from state' -l user
 complete -c simulated-mac -n '__fish_seen_subcommand_from tree' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from journal' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from trace' -l text
+complete -c simulated-mac -n '__fish_seen_subcommand_from wait; and test (count (commandline -opc)) -eq 2' -a 'until'
 complete -c simulated-mac -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -a 'calls outcomes happenings reactions habits'
 complete -c simulated-mac -n '__fish_seen_subcommand_from leave; and test (count (commandline -opc)) -eq 2' -a 'console'
 complete -c simulated-mac -n '__fish_seen_subcommand_from return; and test (count (commandline -opc)) -eq 2' -a 'to'

@@ -26,8 +26,9 @@ class Grammar:
             first, *rest = form.split()
             self.summaries.setdefault(first, re.sub(r" \(in no world: .*\)$", "", summary))
             self.options.setdefault(first, set()).update(re.findall(r"--[a-z-]+\w", form))
-            if rest and re.fullmatch(r"[a-z-]+", rest[0]):
-                self.second.setdefault(first, []).append(rest[0])
+            for word in rest[0].split("|") if rest else []:
+                if re.fullmatch(r"[a-z-]+", word):
+                    self.second.setdefault(first, []).append(word)
             if re.search(r"WORLD|DIR|\.png|FILE", form):
                 self.files.add(first)
         self.second["help"] = topics

@@ -1,4 +1,4 @@
-# Not tried yet on a Mac. docs/RELEASE.md tells how address and checksum of a release are filled in.
+# Not tried yet on a Mac. docs/RELEASE.md says how address and checksum of a release are filled in.
 class Driver < Formula
   desc "Operate applications in the background of a Mac, for agents"
   homepage "https://zentrove.example/desk"

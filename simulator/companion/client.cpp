@@ -31,23 +31,11 @@ struct Answer {
   std::vector<std::string> lines;
 };
 
-std::string macFromEnvironment() {
-  const char* name = std::getenv("SIMULATED_MAC");
-  if (name != nullptr && *name != '\0') return name;
-  throw Failure(
-      "no simulated Mac to control: set SIMULATED_MAC to the socket that \"simulated-mac serve "
-      "WORLD\" prints");
-}
-
 /// A line to a Mac, for commands to it.
 class Line {
  public:
   /// Throws Failure when there is no Mac, or it is not to be had.
-  explicit Line(std::string mac) : mac_(std::move(mac)), socket_(simulated::connectToSocket(mac_)) {
-    if (socket_.number() < 0 && errno == EACCES) throw Failure(refusal());
-    if (socket_.number() < 0) throw Failure("no simulated Mac at " + mac_);
-    if (simulated::isAnotherUsers(socket_.number())) throw Failure(refusal());
-  }
+  explicit Line(std::string mac) : mac_(std::move(mac)), socket_(connectToMac(mac_)) {}
 
   Answer ask(const std::vector<std::string>& words) {
     Datum::List message = {driver::pack("control")};
@@ -64,8 +52,6 @@ class Line {
   void awaitEnd() const { posix::readToEnd(socket_.number()); }
 
  private:
-  std::string refusal() const { return "the simulated Mac at " + mac_ + " is another user's"; }
-
   std::string mac_;
   Descriptor socket_;
 };
@@ -92,6 +78,23 @@ std::vector<std::string> listeningMacs() {
 }
 
 }  // namespace
+
+std::string macFromEnvironment() {
+  const char* name = std::getenv("SIMULATED_MAC");
+  if (name != nullptr && *name != '\0') return name;
+  throw Failure(
+      "no simulated Mac to control: set SIMULATED_MAC to the socket that \"simulated-mac serve "
+      "WORLD\" prints");
+}
+
+Descriptor connectToMac(const std::string& mac) {
+  const std::string refusal = "the simulated Mac at " + mac + " is another user's";
+  Descriptor socket(simulated::connectToSocket(mac));
+  if (socket.number() < 0 && errno == EACCES) throw Failure(refusal);
+  if (socket.number() < 0) throw Failure("no simulated Mac at " + mac);
+  if (simulated::isAnotherUsers(socket.number())) throw Failure(refusal);
+  return socket;
+}
 
 int controlCommand(const std::vector<std::string>& words) { return print(ask(words)); }
 

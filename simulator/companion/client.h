@@ -3,7 +3,15 @@
 #include <string>
 #include <vector>
 
+#include "simulator/companion/descriptor.h"
+
 namespace companion {
+
+/// What SIMULATED_MAC names. Throws Failure when it names none.
+std::string macFromEnvironment();
+
+/// Connects to a Mac. Throws Failure when there is none, or it is not to be had.
+Descriptor connectToMac(const std::string& mac);
 
 /// Sends a command to the Mac that SIMULATED_MAC names and prints what it gives, line by line.
 /// Status 0, or 1 after a line of JSON that says what is wrong. Throws Failure when there is no

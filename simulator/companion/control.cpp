@@ -128,7 +128,7 @@ ControlAnswer fault(const Request& request) {
 ControlAnswer advance(const Request& request) {
   if (request.words.size() != 2) throw Failure("\"advance\" needs a time");
   if (request.time == Scheduler::Time::real) {
-    throw Failure("this Mac runs in real time; only one started with --virtual can be advanced");
+    throw Failure(notVirtual);
   }
   const Microseconds length = simulator::parseTime(request.words[1], "advance");
   const Microseconds end = request.desktop.mac().now + length;
@@ -138,10 +138,24 @@ ControlAnswer advance(const Request& request) {
   return answer;
 }
 
+ControlAnswer wait(const Request& request) {
+  const Words words(request.words.begin() + 1, request.words.end());
+  ControlAnswer answer;
+  answer.wait = readWait(words, request.desktop.mac().world);
+  if (request.desktop.mac().now + answer.wait->length > latestTime) {
+    throw Failure("a Mac does not run that long");
+  }
+  return answer;
+}
+
 ControlAnswer happening(const Request& request) {
+  // Reactions have quotation marks of their own: behind `in APP` words stand as in a world.
+  const bool reacts = request.words[0] == "in";
   std::string text;
-  for (const std::string& word : request.words)
-    text += (text.empty() ? "" : " ") + simulator::quotedWord(word);
+  for (std::size_t i = 0; i < request.words.size(); ++i) {
+    const std::string& word = request.words[i];
+    text += (i == 0 ? "" : " ") + (reacts && i > 1 ? word : simulator::quotedWord(word));
+  }
   const auto parsed = simulator::parseHappening(text, request.desktop.mac().world);
   if (const char* why = parsed.kind->notTold) {
     throw Failure(std::string("only worlds have \"") + parsed.kind->phrase + "\": " + why);
@@ -156,7 +170,7 @@ struct ControlCommand {
 };
 
 /// Any other command is a happening.
-constexpr std::array<ControlCommand, 9> controlCommands = {{
+constexpr std::array<ControlCommand, 10> controlCommands = {{
     {"screenshot", screenshot},
     {"state", state},
     {"tree", tree},
@@ -166,6 +180,7 @@ constexpr std::array<ControlCommand, 9> controlCommands = {{
     {"violations", violations},
     {"fault", fault},
     {"advance", advance},
+    {"wait", wait},
 }};
 
 ControlAnswer carriedOut(const Request& request) {
@@ -185,6 +200,16 @@ std::string causeOf(const simulator::WorldError& error) {
 }
 
 }  // namespace
+
+ControlAnswer answerTo(const Wait& wait, bool hasCome, Microseconds since, Microseconds now) {
+  constexpr double millisecond = 1000;
+  const double waited = static_cast<double>(now - since) / millisecond;
+  if (hasCome || !wait.isMet) {
+    return line(
+        {{"now", static_cast<double>(now) / millisecond}, {"ok", true}, {"waited", waited}});
+  }
+  return {false, {failureLine("waited " + json(waited).dump() + " ms in vain: " + wait.what)}, 0};
+}
 
 ControlAnswer control(Desktop& desktop, Scheduler::Time time, const Words& words) {
   try {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "simulator/companion/waiting.h"
 #include "simulator/desktop.h"
 #include "simulator/scheduler.h"
 
@@ -12,12 +14,20 @@ using simulator::Desktop;
 using simulator::Microseconds;
 using simulator::Scheduler;
 
+/// Why the clock of a Mac cannot be told anything.
+inline constexpr const char* notVirtual =
+    "this Mac runs in real time; only one started with --virtual can be advanced";
+
 /// What a command to the Mac gives.
 struct ControlAnswer {
   bool ok = true;
   std::vector<std::string> lines;  // for standard output; a picture instead for "screenshot"
   Microseconds delay = 0;          // after which the answer is due
+  std::optional<Wait> wait = {};   // in place of all that: what is to come before the answer
 };
+
+/// The answer to `wait`, which began at `since`.
+ControlAnswer answerTo(const Wait& wait, bool hasCome, Microseconds since, Microseconds now);
 
 /// Carries out one command to the Mac, given as its words: "journal", "fault" and its text, a
 /// happening, and so on, as docs/SIMULATED_MAC.md lists them. What is wrong with a command is its

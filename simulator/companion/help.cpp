@@ -52,10 +52,8 @@ Table outcomes() {
   return table;
 }
 
-/// A phrase with what follows it.
-template <class Kind>
-std::string formOf(const Kind& kind) {
-  return std::string(kind.phrase) + (*kind.arguments == '\0' ? "" : " ") + kind.arguments;
+std::string formOf(const simulator::Habit& habit) {
+  return std::string(habit.phrase) + (*habit.arguments == '\0' ? "" : " ") + habit.arguments;
 }
 
 Table happenings() {
@@ -70,7 +68,7 @@ Table happenings() {
 Table reactions() {
   Table table = {{"REACTION", "EFFECT"}};
   for (const simulator::ReactionKind& kind : simulator::reactionKinds()) {
-    table.push_back({formOf(kind), kind.description});
+    table.push_back({simulator::formOf(kind), kind.description});
   }
   return table;
 }

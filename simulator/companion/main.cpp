@@ -8,11 +8,14 @@
 #include <vector>
 
 #include "simulator/companion/about.h"
+#include "simulator/companion/check.h"
 #include "simulator/companion/client.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/help.h"
+#include "simulator/companion/import.h"
 #include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
+#include "simulator/companion/view.h"
 #include "simulator/text/happenings.h"
 
 namespace companion {
@@ -37,23 +40,34 @@ int startRun(const Words& words) { return runCommand(Words(words.begin() + 1, wo
 int startServe(const Words& words) { return serveCommand(Words(words.begin() + 1, words.end())); }
 
 constexpr const char* asks = "it only asks";
+constexpr const char* tellsWhen = "its lines say when they happen";
 constexpr const char* endsRun = "its run ends with its processes";
 
 /// Whatever else can be told is a happening.
 constexpr std::array commands = {
     Command{"run",
-            "[--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND [ARGUMENT]...",
+            "[--virtual [--sleep]] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND "
+            "[ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
     Command{"serve",
             "[--virtual] [--seed N] [--record DIR [--no-pictures]] [--socket NAME] "
-            "[--until-closed] WORLD",
+            "[--view [PORT]] [--until-closed] WORLD",
             "start a Mac, print its socket and serve until stopped", "", 0, unlimited, startServe},
     Command{"stop", "", "end a Mac that was started by serve, and wait until it has gone", endsRun,
             0, 0, stopCommand},
     Command{"list", "", "the Macs of this user that run now", "", 0, 0, listCommand},
+    Command{"view", "[PORT]", "show a Mac in a browser, at an address that is printed", asks, 0, 1,
+            viewCommand},
     Command{"report", "DIR -o FILE", "write a page that shows what a record holds", "", 3, 3,
             reportCommand},
+    Command{"check", "[--json] WORLD...",
+            "say all that is wrong with worlds, and what in them is hardly meant", "", 1, unlimited,
+            checkCommand},
+    Command{
+        "import", "FILE... -o WORLD",
+        "make a world of replies of windows, ax-dump and ax-menubar, or of a page source in XML",
+        "", 3, unlimited, importCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
             screenshotCommand},
     Command{"state", "[--user]",
@@ -75,8 +89,18 @@ constexpr std::array commands = {
             "let a call fail, for example windowserver.session 1 absent",
             "a world says what is there, a fault what a process is told of it", 1, unlimited,
             controlCommand},
-    Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s",
-            "its lines say when they happen", 1, 1, controlCommand},
+    Command{"wait",
+            "TIME|until APP [shows TEXT|window TITLE|element LABEL|value LABEL TEXT] [gone] "
+            "[within TIME]",
+            "wait so long, or until something is so, 10s at most without within; in virtual time "
+            "that moves it",
+            tellsWhen, 1, unlimited, controlCommand},
+    Command{"advance", "TIME", "let virtual time pass, for example 250us, 100ms or 2s", tellsWhen,
+            1, 1, controlCommand},
+    Command{"clock", "[stop|step|run [SPEED]]",
+            "let virtual time stand, go to the next instant at which anything is due, or go on: as "
+            "fast as processes do, or at most so many times as fast as real time",
+            tellsWhen, 0, 2, controlCommand},
 };
 
 constexpr Command happeningCommand = {"", "", "", "", 0, unlimited, controlCommand};
@@ -89,7 +113,8 @@ constexpr const char* introduction =
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
-    "All commands but run, serve, list, report and help go to the Mac that SIMULATED_MAC names. "
+    "All commands but run, serve, list, report, check, import and help go to the Mac that "
+    "SIMULATED_MAC names. "
     "They "
     "print\n"
     "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1. Of serve it "

@@ -1,19 +1,20 @@
 #include "simulator/companion/options.h"
 
 #include <algorithm>
-#include <iostream>
-#include <sstream>
 
 #include "base/numbers.h"
 #include "simulator/companion/failure.h"
-#include "simulator/companion/files.h"
-#include "simulator/text/parse.h"
 
 namespace companion {
 
 namespace {
 
 using Words = std::vector<std::string>;
+
+/// What follows "--view" may be the world: one whose file is called by a number is told as ./8080.
+bool isNumber(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
+}
 
 /// Reads the words before "--". False for any that has no meaning.
 bool readWords(const Words& words, bool serves, Options& options) {
@@ -30,6 +31,11 @@ bool readWords(const Words& words, bool serves, Options& options) {
       const auto seed = driver::parseInt64(words[++i]);
       if (!seed || *seed < 0) return false;
       options.seed = static_cast<std::uint64_t>(*seed);
+    } else if (word == "--sleep" && !serves) {
+      options.sleeps = true;
+    } else if (word == "--view" && serves) {
+      const bool namesPort = i + 1 < words.size() && isNumber(words[i + 1]);
+      options.view = namesPort ? words[++i] : "0";
     } else if (word == "--until-closed" && serves) {
       options.untilClosed = true;
     } else if (word == "--socket" && serves && i + 1 < words.size()) {
@@ -42,7 +48,8 @@ bool readWords(const Words& words, bool serves, Options& options) {
     }
   }
   const bool recordsNothing = options.record.folder.empty() && !options.record.pictures;
-  return !options.world.empty() && !recordsNothing;
+  const bool sleepsReally = options.sleeps && options.time == Scheduler::Time::real;
+  return !options.world.empty() && !recordsNothing && !sleepsReally;
 }
 
 }  // namespace
@@ -61,24 +68,6 @@ Options runOptions(const Words& words) {
   if (separator == words.end() || separator + 1 == words.end()) throw UsageError();
   options.command.assign(separator + 1, words.end());
   return options;
-}
-
-std::string readWorldText(const std::string& path) {
-  if (path != "-") return readFile(path);
-  std::ostringstream text;
-  text << std::cin.rdbuf();
-  return text.str();
-}
-
-simulator::World worldOf(const std::string& text, const Options& options) {
-  const std::string& path = options.world;
-  try {
-    simulator::World world = simulator::parseWorld(text);
-    if (options.seed) world.seed = options.seed;
-    return world;
-  } catch (const simulator::WorldError& error) {
-    throw Failure((path == "-" ? "standard input" : path) + ", " + error.what());
-  }
 }
 
 }  // namespace companion

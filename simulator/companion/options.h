@@ -7,7 +7,6 @@
 
 #include "simulator/companion/record.h"
 #include "simulator/scheduler.h"
-#include "simulator/world/world.h"
 
 namespace companion {
 
@@ -19,7 +18,9 @@ struct Options {
   std::string world;                  // a path, or "-" for standard input
   std::string socket;                 // empty: a private one
   bool untilClosed = false;           // standard input ends the Mac
+  bool sleeps = false;                // the command's own sleeps are of virtual time
   std::optional<std::uint64_t> seed;  // in place of the world's
+  std::optional<std::string> view;    // whether a browser is shown the Mac, and at which port
   RecordOptions record;               // what is kept of it
   std::vector<std::string> command;   // what follows "--"
 };
@@ -27,11 +28,5 @@ struct Options {
 /// Reads the words after "serve" and "run". Throws UsageError.
 Options serveOptions(const std::vector<std::string>& words);
 Options runOptions(const std::vector<std::string>& words);
-
-/// The text of a world in a file or, for "-", in standard input. Throws Failure.
-std::string readWorldText(const std::string& path);
-
-/// The world of such a text, which was in these options' file. Throws Failure.
-simulator::World worldOf(const std::string& text, const Options& options);
 
 }  // namespace companion

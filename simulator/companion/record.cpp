@@ -3,9 +3,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -14,10 +12,9 @@
 #include "simulator/companion/about.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/files.h"
+#include "simulator/companion/looks.h"
 #include "simulator/companion/record_format.h"
-#include "simulator/drawing/digest.h"
 #include "simulator/drawing/picture_codec.h"
-#include "simulator/drawing/pictures.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/rules/left_behind.h"
 
@@ -37,20 +34,6 @@ bool isOccasion(Kind kind) {
   return kind == Kind::process || kind == Kind::reply || kind == Kind::happening;
 }
 
-std::string hexOf(std::uint64_t number) {
-  std::array<char, 17> digits{};
-  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(number));
-  return digits.data();
-}
-
-/// The screens with a pixel for a point: a record is to be small.
-Picture plainScreens(const simulator::World& world) {
-  Picture picture = simulator::screenPicture(world);
-  picture.width = static_cast<std::uint64_t>(picture.source.width);
-  picture.height = static_cast<std::uint64_t>(picture.source.height);
-  return picture;
-}
-
 /// What is told of a Mac before anything has happened in it.
 json header(const simulator::World& world, simulator::Scheduler::Time time) {
   json applications = json::array();
@@ -58,11 +41,13 @@ json header(const simulator::World& world, simulator::Scheduler::Time time) {
     applications.push_back(
         {{"name", simulator::textJson(each.name.value_or(""))}, {"pid", each.pid}});
   }
-  return {{"applications", applications},
-          {"kind", "record"},
-          {"program", versionText()},
-          {"time", timeName(time)},
-          {"version", record_format::version}};
+  json line{{"applications", applications},
+            {"kind", "record"},
+            {"program", versionText()},
+            {"time", timeName(time)},
+            {"version", record_format::version}};
+  if (world.seed) line["seed"] = *world.seed;
+  return line;
 }
 
 }  // namespace
@@ -116,7 +101,7 @@ std::string Recorder::newLines(const Desktop& desktop) {
 std::string Recorder::pictureLine(const simulator::Mac& mac, std::int64_t after) {
   if (!takesPictures_ || mac.world.displays.empty()) return "";
   const Picture picture = plainScreens(mac.world);
-  const std::string name = hexOf(simulator::digest(picture));
+  const std::string name = lookOf(picture);
   if (name == latest_) return "";
   latest_ = name;
   const std::string file = record_format::picturesFolder + ("/" + name);

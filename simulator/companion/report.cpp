@@ -1,18 +1,19 @@
 #include "simulator/companion/report.h"
 
-#include <cstdint>
 #include <iostream>
+#include <memory>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <sstream>
 #include <string_view>
 
 #include "base/datum.h"
+#include "simulator/companion/base64.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/files.h"
+#include "simulator/companion/page_files.h"
 #include "simulator/companion/picture_changes.h"
 #include "simulator/companion/record_format.h"
-#include "simulator/companion/report_page.h"
+#include "simulator/drawing/canvas.h"
 #include "simulator/drawing/picture_codec.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/mac/json_text.h"
@@ -22,24 +23,6 @@ namespace companion {
 namespace {
 
 using nlohmann::json;
-
-/// Bytes as text, in the alphabet of RFC 4648.
-std::string base64(std::string_view bytes) {
-  constexpr std::string_view digits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (std::size_t i = 0; i < bytes.size(); i += 3) {
-    std::uint32_t group = 0;
-    for (std::size_t j = i; j < i + 3; ++j) {
-      group = group << 8U | (j < bytes.size() ? static_cast<std::uint8_t>(bytes[j]) : 0U);
-    }
-    for (std::size_t j = 0; j < 4; ++j) {
-      const bool isFilled = i + j <= bytes.size();
-      text += isFilled ? digits[group >> (18 - 6 * j) & 0x3FU] : '=';
-    }
-  }
-  return text;
-}
 
 /// The lines of a record. What was being written when the Mac was killed is left out.
 std::vector<json> linesOf(const std::string& folder) {
@@ -59,24 +42,23 @@ std::vector<json> linesOf(const std::string& folder) {
   return lines;
 }
 
-json regionJson(const PixelPicture& picture, const Region& region) {
+json regionJson(const simulator::PixelRows& picture, const Region& region) {
   return {{"height", region.height},
-          {"png", base64(picture.png(region))},
+          {"png", base64(pngOf(picture, region))},
           {"width", region.width},
           {"x", region.x},
           {"y", region.y}};
 }
 
-/// The picture that is kept in a file; none when there is none, or it is of no version that is
+/// The picture that is kept in a file; null when there is none, or it is of no version that is
 /// known.
-std::optional<PixelPicture> drawn(const std::string& path) {
+std::unique_ptr<simulator::Canvas> drawn(const std::string& path) {
   try {
-    const auto png = simulator::drawPng(simulator::decodedPicture(readFile(path)));
-    return png ? PixelPicture::fromPng(*png) : std::nullopt;
+    return simulator::draw(simulator::decodedPicture(readFile(path)));
   } catch (const Failure&) {
-    return std::nullopt;
+    return nullptr;
   } catch (const driver::MalformedDatum&) {
-    return std::nullopt;
+    return nullptr;
   }
 }
 
@@ -88,22 +70,31 @@ class Pictures {
   json next(json line) {
     auto picture = drawn(folder_ + "/" + line["file"].get<std::string>());
     line.erase("file");
-    line["missing"] = !picture;
+    line["missing"] = picture == nullptr;
+    line["whole"] = !isAsLarge(picture.get());
     line["regions"] = json::array();
-    const bool isLike = picture && before_ && picture->width() == before_->width() &&
-                        picture->height() == before_->height();
-    line["whole"] = !isLike;
-    std::vector<Region> regions;
-    if (isLike) regions = changedRegions(*before_, *picture);
-    if (picture && !isLike) regions = {picture->all()};
-    for (const Region& region : regions) line["regions"].push_back(regionJson(*picture, region));
+    for (const Region& region : regionsOf(picture.get())) {
+      line["regions"].push_back(regionJson(picture->pixels(), region));
+    }
     before_ = std::move(picture);
     return line;
   }
 
  private:
+  bool isAsLarge(const simulator::Canvas* picture) const {
+    return picture != nullptr && before_ && picture->pixels().width == before_->pixels().width &&
+           picture->pixels().height == before_->pixels().height;
+  }
+
+  std::vector<Region> regionsOf(const simulator::Canvas* picture) const {
+    if (picture == nullptr) return {};
+    const simulator::PixelRows pixels = picture->pixels();
+    if (!isAsLarge(picture)) return {{0, 0, pixels.width, pixels.height}};
+    return changedRegions(before_->pixels(), pixels);
+  }
+
   std::string folder_;
-  std::optional<PixelPicture> before_;
+  std::unique_ptr<simulator::Canvas> before_;
 };
 
 /// All that the page shows.

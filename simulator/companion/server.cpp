@@ -9,6 +9,8 @@
 #include "simulator/companion/about.h"
 #include "simulator/companion/control.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/messages.h"
+#include "simulator/companion/processes.h"
 #include "simulator/companion/socket.h"
 #include "simulator/mac/json_text.h"
 
@@ -23,33 +25,7 @@ namespace {
 /// queue.
 constexpr std::size_t clientsMax = 256;
 constexpr Microseconds microsecondsInSecond = 1'000'000;
-
-/// The texts of a message from its `first` part on.
-std::vector<std::string> texts(const Datum::List& parts, std::size_t first) {
-  std::vector<std::string> result;
-  for (std::size_t i = first; i < parts.size(); ++i) {
-    result.push_back(driver::unpack<std::string>(parts[i]));
-  }
-  return result;
-}
-
-std::map<std::string, std::string> variables(const std::vector<std::string>& settings) {
-  std::map<std::string, std::string> result;
-  for (const std::string& setting : settings) {
-    const std::size_t sign = setting.find('=');
-    if (sign != std::string::npos)
-      result.emplace(setting.substr(0, sign), setting.substr(sign + 1));
-  }
-  return result;
-}
-
-platform::Call callOf(const Datum::List& parts) {
-  if (parts.size() != 2) throw MalformedDatum();
-  const auto function = driver::unpack<std::int64_t>(parts[0]);
-  const auto count = static_cast<std::int64_t>(platform::functionNames.size());
-  if (function < 0 || function >= count) throw MalformedDatum();
-  return {static_cast<platform::Function>(function), driver::unpack<Datum::List>(parts[1])};
-}
+constexpr Microseconds lookInterval = 500;
 
 }  // namespace
 
@@ -57,8 +33,20 @@ Server::Server(simulator::World world, const ServerSettings& settings)
     : desktop_(std::move(world)),
       turns_(desktop_, settings.time, Turns::Run::open),
       settings_(settings),
+      polling_(settings.time),
       start_(std::chrono::steady_clock::now()) {
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+  if (settings_.heedsProcesses) {
+    turns_.setMayMove([this] { return mayMove(); });
+  }
+}
+
+/// One that is about to go on, or has just been started, may look idle for an instant.
+bool Server::mayMove() {
+  constexpr int looks = 2;
+  quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
+  looksAgain_ = quietLooks_ < looks;
+  return !looksAgain_;
 }
 
 Microseconds Server::elapsed() const {
@@ -75,29 +63,54 @@ void Server::turn(std::vector<pollfd>& own) {
   waitForEvents(own);
   dropGone();
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
+  tellNews();
+}
+
+/// How long virtual time has yet to stand where it is; none when it may not go on, or has nowhere
+/// to go.
+std::optional<Microseconds> Server::standing() {
+  if (!turns_.scheduler().mayWake()) return std::nullopt;  // it is heard of whoever runs
+  const auto next = turns_.nextInstant();
+  if (next) return pace_.waitFor(desktop_.mac().now, *next, elapsed());
+  pace_.rest();
+  return std::nullopt;
+}
+
+/// Lets virtual time go as far as its pace allows now.
+void Server::holdTime() {
+  if (pace_.isFree()) {
+    turns_.holdAt(std::nullopt);
+    return;
+  }
+  const bool mayGo = standing() == Microseconds{0};
+  turns_.holdAt(mayGo ? turns_.nextInstant() : desktop_.mac().now);
 }
 
 /// Ends every wait that may end, in order; in virtual time that is what moves the clock.
 void Server::wakeDue() {
   desktop_.advanceTo(now());
+  looksAgain_ = false;
+  holdTime();
   while (const auto woken = turns_.wake(now())) {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
                                      [&](const Client& each) { return each.flow == woken->flow; });
     client->waits = false;
+    quietLooks_ = 0;
     deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
+    holdTime();
   }
 }
 
-bool Server::mayWaitForever() const {
-  if (turns_.scheduler().time() == Scheduler::Time::virtualTime) return true;
-  return !turns_.nextInstant();
-}
-
-timespec Server::timeUntilNext() const {
-  const Microseconds left = std::max<Microseconds>(turns_.nextInstant().value_or(0) - now(), 0);
-  return {left / microsecondsInSecond, left % microsecondsInSecond * 1000};
+/// Until something is to be done that nobody asks for: none when that may be never.
+std::optional<Microseconds> Server::timeToWait() {
+  if (looksAgain_) return lookInterval;
+  if (turns_.scheduler().time() == Scheduler::Time::virtualTime) {
+    return pace_.isFree() ? std::nullopt : standing();
+  }
+  const auto next = turns_.nextInstant();
+  return next ? std::optional(std::max<Microseconds>(*next - now(), 0)) : std::nullopt;
 }
 
 void Server::waitForEvents(std::vector<pollfd>& own) {
@@ -109,8 +122,10 @@ void Server::waitForEvents(std::vector<pollfd>& own) {
   }
   if (clients_.size() < clientsMax) watched.push_back({settings_.listeningDescriptor, POLLIN, 0});
 
-  const timespec limit = timeUntilNext();
-  if (ppoll(watched.data(), watched.size(), mayWaitForever() ? nullptr : &limit, nullptr) <= 0) {
+  const auto left = timeToWait();
+  const timespec limit = {left.value_or(0) / microsecondsInSecond,
+                          left.value_or(0) % microsecondsInSecond * 1000};
+  if (ppoll(watched.data(), watched.size(), left ? &limit : nullptr, nullptr) <= 0) {
     for (pollfd& each : own) each.revents = 0;
     return;
   }
@@ -183,6 +198,7 @@ void Server::join(Client& client, const Datum::List& parts) {
   if (parts.size() != 3) throw MalformedDatum();
   auto arguments = driver::unpack<std::vector<std::string>>(parts[1]);
   auto environment = variables(driver::unpack<std::vector<std::string>>(parts[2]));
+  polling_.count(arguments, desktop_.mac().now);
   client.kind = Kind::process;
   client.member = desktop_.join(std::move(arguments), std::move(environment));
   client.flow = turns_.join(client.member, driver::pack(desktop_.client(client.member).pid));
@@ -237,15 +253,41 @@ void Server::handleCall(Client& client, const Datum::List& parts) {
 
 void Server::handleControl(Client& client, const Datum::List& parts) {
   client.kind = Kind::control;
-  const ControlAnswer given = carryOut(texts(parts, 1));
-  Datum value(Datum::List{driver::pack(given.ok), driver::pack(given.lines)});
+  const auto words = texts(parts, 1);
+  client.known = knownOf(words);
+  if (client.known) {
+    client.waits = true;
+    tellNewsTo(client);
+    return;
+  }
+  const ControlAnswer given = carryOut(words);
+  if (given.wait) {
+    await(client, *given.wait);
+    return;
+  }
+  polling_.count(words, desktop_.mac().now);
+  Datum value = datumOf(given);
   if (given.delay == 0) {
     deliver(client, value);
     return;
   }
   if (!client.flow) client.flow = turns_.joinWatcher();
+  pace_.allowUntil(now() + given.delay);
   turns_.wait(*client.flow, std::move(value), now() + given.delay);
   client.waits = true;
+}
+
+/// What is waited for is looked for whenever something may have happened, and never in between.
+void Server::await(Client& client, const Wait& wait) {
+  const Microseconds since = now();
+  if (!client.flow) client.flow = turns_.joinWatcher();
+  client.waits = true;
+  turns_.await(*client.flow, since + wait.length, [this, wait, since]() -> std::optional<Datum> {
+    const Microseconds present = desktop_.mac().now;
+    const bool hasCome = wait.isMet && wait.isMet(desktop_.mac().world);
+    if (!hasCome && present < since + wait.length) return std::nullopt;
+    return datumOf(answerTo(wait, hasCome, since, present));
+  });
 }
 
 /// What is about the Mac as a whole is done here, the rest within it.
@@ -257,17 +299,59 @@ ControlAnswer Server::carryOut(const std::vector<std::string>& words) {
     stopped_ = true;
     return {true, {simulator::jsonLine({{"ok", true}})}, 0};
   }
-  const Scheduler::Time time = turns_.scheduler().time();
-  if (words == std::vector<std::string>{"about"}) {
-    return {true,
-            {simulator::jsonLine({{"now", static_cast<double>(now()) / 1000},
-                                  {"ok", true},
-                                  {"pid", getpid()},
-                                  {"time", timeName(time)},
-                                  {"world", simulator::textJson(settings_.world)}})},
-            0};
+  if (words == std::vector<std::string>{"about"}) return about();
+  if (!words.empty() && words[0] == "clock") return clock({words.begin() + 1, words.end()});
+  return control(desktop_, turns_.scheduler().time(), words);
+}
+
+ControlAnswer Server::about() const {
+  return {true,
+          {simulator::jsonLine({{"now", static_cast<double>(now()) / 1000},
+                                {"ok", true},
+                                {"pid", getpid()},
+                                {"time", timeName(turns_.scheduler().time())},
+                                {"world", simulator::textJson(settings_.world)}})},
+          0};
+}
+
+/// Tells virtual time how fast it may pass, or how fast it does.
+ControlAnswer Server::clock(const std::vector<std::string>& words) {
+  if (turns_.scheduler().time() == Scheduler::Time::real) {
+    return {false, {failureLine(notVirtual)}, 0};
   }
-  return control(desktop_, time, words);
+  Microseconds delay = 0;
+  try {
+    if (words == std::vector<std::string>{"step"}) {
+      pace_.stop();
+      delay = turns_.nextInstant().value_or(now()) - now();
+    } else if (!words.empty()) {
+      pace_.tell(words);
+    }
+  } catch (const Failure& failure) {
+    return {false, {failureLine(failure.what())}, 0};
+  }
+  const auto then = static_cast<double>(now() + delay) / 1000;
+  return {
+      true, {simulator::jsonLine({{"now", then}, {"ok", true}, {"pace", pace_.json()}})}, delay};
+}
+
+/// Whoever watches is told when there is more than he knows.
+void Server::tellNews() {
+  for (Client& client : clients_) {
+    if (!client.known) continue;
+    tellNewsTo(client);
+    takeMessages(client);
+  }
+}
+
+void Server::tellNewsTo(Client& client) {
+  const Watched watched{desktop_, turns_.scheduler().time(), pace_.json()};
+  const std::string stamp = stampOf(watched);
+  if (stamp == client.known->stamp) return;
+  const ControlAnswer news = newsOf(watched, *client.known);
+  client.known.reset();
+  client.waits = false;
+  deliver(client, Datum(Datum::List{driver::pack(news.ok), driver::pack(news.lines)}));
 }
 
 /// What a process is told of is in the record before.

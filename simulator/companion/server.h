@@ -10,6 +10,9 @@
 
 #include "simulator/companion/connection.h"
 #include "simulator/companion/control.h"
+#include "simulator/companion/news.h"
+#include "simulator/companion/pace.h"
+#include "simulator/companion/polling_hint.h"
 #include "simulator/companion/record.h"
 #include "simulator/desktop.h"
 #include "simulator/turns.h"
@@ -26,6 +29,7 @@ struct ServerSettings {
   std::string world;             // what the Mac is made of, as it is told to who asks
   bool canBeStopped = false;     // by a command to the Mac
   Recorder* recorder = nullptr;  // borrowed; null: nothing is kept
+  bool heedsProcesses = false;   // time stands still while a process below this one is at work
 };
 
 /// A simulated Mac that processes join through a socket, one for each of their flows. One thread,
@@ -54,16 +58,19 @@ class Server {
     Kind kind = Kind::unknown;
     std::size_t member = 0;  // of the desktop, for a process
     std::optional<Turns::Flow> flow;
-    bool waits = false;  // for an answer
-    bool ended = false;  // nothing more will arrive
+    std::optional<Known> known;  // it waits for what is more than that
+    bool waits = false;          // for an answer
+    bool ended = false;          // nothing more will arrive
     bool gone = false;
   };
 
   Microseconds elapsed() const;
   Microseconds now() const;
-  timespec timeUntilNext() const;
-  bool mayWaitForever() const;
+  bool mayMove();
+  std::optional<Microseconds> standing();
+  std::optional<Microseconds> timeToWait();
 
+  void holdTime();
   void wakeDue();
   void waitForEvents(std::vector<pollfd>& own);
   void acceptWaiting();
@@ -76,14 +83,23 @@ class Server {
   Client& processNamed(const driver::Datum& pid);
   void handleCall(Client& client, const driver::Datum::List& parts);
   void handleControl(Client& client, const driver::Datum::List& parts);
+  void await(Client& client, const Wait& wait);
   ControlAnswer carryOut(const std::vector<std::string>& words);
+  ControlAnswer about() const;
+  ControlAnswer clock(const std::vector<std::string>& words);
+  void tellNews();
+  void tellNewsTo(Client& client);
   void deliver(Client& client, const driver::Datum& value);
   void dropGone();
 
   simulator::Desktop desktop_;
   Turns turns_;
   ServerSettings settings_;
+  PollingHint polling_;
+  Pace pace_;
   bool stopped_ = false;
+  bool looksAgain_ = false;  // whether processes are still at work
+  int quietLooks_ = 0;       // one after the other at which none was
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;
 };

@@ -6,28 +6,25 @@
 #include <unistd.h>
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
+#include "platform/posix/descriptors.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/only_line.h"
 #include "simulator/companion/options.h"
 #include "simulator/companion/record.h"
 #include "simulator/companion/server.h"
 #include "simulator/companion/signals.h"
 #include "simulator/companion/socket.h"
+#include "simulator/companion/world_file.h"
 
 namespace companion {
 
 namespace {
-
-/// Nothing more is printed, so whoever reads the output to its end need not wait for the Mac's.
-void printOnly(const std::string& line) {
-  std::cout << line << std::endl;
-  if (!std::cout) throw Failure("the socket's name could not be printed");
-  const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
-  if (nowhere.number() >= 0) dup2(nowhere.number(), STDOUT_FILENO);
-}
 
 /// True once all writers of standard input have gone. What they write is of no interest.
 bool inputClosed() {
@@ -51,18 +48,61 @@ constexpr int commandNotRun = 126;
   _exit(status);
 }
 
+/// What makes processes sleep in virtual time: beside the executable where it was built, otherwise
+/// where it is installed. Throws Failure.
+std::string sleepLibrary() {
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  for (const auto& path : {folder / "libvirtual_sleep.so", folder / SLEEP_LIBRARY_FROM_BIN}) {
+    if (std::filesystem::exists(path)) return path.lexically_normal().string();
+  }
+  throw Failure("libvirtual_sleep.so is not there, which --sleep needs");
+}
+
+/// Ahead of what is to be loaded anyway.
+void loadIntoCommand(std::string library) {
+  const char* others = getenv("LD_PRELOAD");
+  if (others != nullptr && *others != '\0') library += std::string(":") + others;
+  setenv("LD_PRELOAD", library.c_str(), 1);
+}
+
+/// What a command is started with.
+struct Start {
+  std::vector<std::string> command;
+  bool sleeps = false;  // as in Options
+  int output = STDOUT_FILENO;
+};
+
 /// The command ends with this process, however that ends.
-pid_t start(const std::vector<std::string>& command, const std::string& socketName,
-            const Signals& signals) {
+pid_t start(const Start& how, const std::string& socketName, const Signals& signals) {
   const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) throw systemFailure("cannot start a process");
   if (child > 0) return child;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);  // it had gone before the line above
+  dup2(how.output, STDOUT_FILENO);
   signals.restore();
   setenv("SIMULATED_MAC", socketName.c_str(), 1);
-  becomeCommand(command);
+  if (how.sleeps) loadIntoCommand(sleepLibrary());
+  becomeCommand(how.command);
+}
+
+/// Shows the Mac in a browser, by a process of its own that ends with this one: what it draws and
+/// sends does not keep the Mac waiting. Gives the line that it prints. Throws Failure.
+std::string startView(const std::string& port, const std::string& socketName,
+                      const Signals& signals) {
+  signal(SIGCHLD, SIG_IGN);  // nobody waits for it
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw systemFailure("cannot make a pipe");
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  start({{"/proc/self/exe", "view", port}, false, writing.number()}, socketName, signals);
+  writing = Descriptor();
+  std::string line = posix::readToEnd(reading.number());
+  const auto told = nlohmann::json::parse(line, nullptr, false);
+  if (!told.is_object()) throw Failure("the view has ended");
+  if (told.contains("error")) throw Failure(told["error"].get<std::string>());
+  return line.substr(0, line.find('\n'));
 }
 
 std::optional<int> statusOf(pid_t child) {
@@ -81,15 +121,16 @@ void passOn(const signalfd_siginfo& signal, pid_t child) {
 class ServedMac {
  public:
   ServedMac(const Options& options, const std::string& socketName, bool canBeStopped)
-      : text_(readWorldText(options.world)) {
-    simulator::World world = worldOf(text_, options);
+      : file_(readWorldFile(options.world)) {
+    simulator::World world = worldOf(file_);
+    if (options.seed) world.seed = options.seed;
     socket_ = std::make_unique<ListeningSocket>(socketName);
     if (!options.record.folder.empty()) {
-      recorder_ = std::make_unique<Recorder>(options.record, text_, options.time);
+      recorder_ = std::make_unique<Recorder>(options.record, file_.wholeText(), options.time);
     }
     server_ = std::make_unique<Server>(
         std::move(world), ServerSettings{options.time, socket_->descriptor(), options.world,
-                                         canBeStopped, recorder_.get()});
+                                         canBeStopped, recorder_.get(), options.sleeps});
   }
   ServedMac(const ServedMac&) = delete;
   ServedMac& operator=(const ServedMac&) = delete;
@@ -103,7 +144,7 @@ class ServedMac {
   const std::string& socketName() const { return socket_->name(); }
 
  private:
-  std::string text_;
+  WorldFile file_;
   std::unique_ptr<ListeningSocket> socket_;
   std::unique_ptr<Recorder> recorder_;
   std::unique_ptr<Server> server_;
@@ -116,6 +157,7 @@ int serveCommand(const std::vector<std::string>& words) {
   signal(SIGPIPE, SIG_IGN);  // whoever reads the socket's name may have gone
   const Signals signals({SIGTERM, SIGINT, SIGHUP});
   const ServedMac mac(options, options.socket.empty() ? privateSocketName() : options.socket, true);
+  if (options.view) std::cerr << startView(*options.view, mac.socketName(), signals) << std::endl;
   printOnly(mac.socketName());
 
   std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
@@ -135,7 +177,11 @@ int runCommand(const std::vector<std::string>& words) {
   signal(SIGCHLD, SIG_DFL);  // ignored, the child's status would be lost
   const Signals signals({SIGCHLD, SIGTERM, SIGINT, SIGHUP});
   const ServedMac mac(options, privateSocketName(), false);
-  const pid_t child = start(options.command, mac.socketName(), signals);
+  if (options.sleeps) {
+    sleepLibrary();                    // that it is missing is told before anything runs
+    prctl(PR_SET_CHILD_SUBREAPER, 1);  // what the command leaves behind stays below this process
+  }
+  const pid_t child = start({options.command, options.sleeps}, mac.socketName(), signals);
 
   std::vector<pollfd> own = {{signals.descriptor(), POLLIN, 0}};
   while (true) {

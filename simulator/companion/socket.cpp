@@ -62,13 +62,15 @@ bool ofSameUser(int descriptor) {
 
 }  // namespace
 
-std::string privateSocketName() {
+std::string randomDigits() {
   std::string bytes(randomBytes, '\0');
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
     throw systemFailure("no random bytes");
   }
-  return std::string(macSocketPrefix) + simulator::hexOf(bytes);
+  return simulator::hexOf(bytes);
 }
+
+std::string privateSocketName() { return std::string(macSocketPrefix) + randomDigits(); }
 
 ListeningSocket::ListeningSocket(std::string name) : name_(std::move(name)) {
   const auto address = simulated::socketAddress(name_);

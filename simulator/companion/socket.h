@@ -14,6 +14,9 @@ inline constexpr std::string_view macSocketPrefix = "@simulated-mac-";
 /// that Macs are found whose own names could be anybody's.
 inline constexpr std::string_view macBeaconPrefix = "@simulated-mac+";
 
+/// Sixteen random bytes as hexadecimal digits: nobody can guess them.
+std::string randomDigits();
+
 /// A socket name that nobody can guess and that is in no file system, so that nothing is left of it
 /// however the process ends: "@" and random digits.
 std::string privateSocketName();

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/utf8.h"
-#include "simulator/drawing/png.h"
 
 namespace simulator {
 
@@ -335,12 +334,12 @@ void Canvas::clipTo(const Rect& rect, double radius) {
   cairo_clip(context());
 }
 
-std::string Canvas::png() const {
+PixelRows Canvas::pixels() const {
   cairo_surface_t* const surface = surface_.get();
   cairo_surface_flush(surface);
-  return encodedPng({cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
-                     static_cast<std::uint32_t>(cairo_image_surface_get_width(surface)),
-                     static_cast<std::uint32_t>(cairo_image_surface_get_height(surface))});
+  return {cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
+          static_cast<std::uint32_t>(cairo_image_surface_get_width(surface)),
+          static_cast<std::uint32_t>(cairo_image_surface_get_height(surface))};
 }
 
 Clip::Clip(Canvas& canvas, const Rect& rect, double radius) : canvas_(canvas) {

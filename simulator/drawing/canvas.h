@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "platform/ax.h"
+#include "simulator/drawing/png.h"
 #include "simulator/world/world.h"
 
 namespace simulator {
@@ -87,7 +88,8 @@ class Canvas {
   /// Restricts what is drawn from now on to the rounded rectangle. `Clip` undoes it.
   void clipTo(const Rect& rect, double radius);
 
-  std::string png() const;
+  /// What has been drawn until now. Borrowed.
+  PixelRows pixels() const;
 
  private:
   struct Free {

@@ -292,6 +292,20 @@ void drawDisclosure(Canvas& canvas, const ElementLook& look) {
   drawSwitchLabel(canvas, look, box.width);
 }
 
+/// The thumb alone, and that only where there is something to scroll.
+void drawScrollBar(Canvas& canvas, const ElementLook& look) {
+  if (!look.enabled) return;
+  constexpr double breadth = 7;
+  const Rect& frame = look.frame;
+  const bool isVertical = frame.height > frame.width;
+  const double way = isVertical ? frame.height : frame.width;
+  const double length = std::min(60.0, way / 2);
+  const double begin = 2 + std::max(way - length - 4, 0.0) * look.level;
+  const Rect thumb = isVertical ? Rect{frame.x + 4, frame.y + begin, breadth, length}
+                                : Rect{frame.x + begin, frame.y + 4, length, breadth};
+  canvas.fill(thumb, breadth / 2, Colour::grey(0, 0.38));
+}
+
 void drawBox(Canvas& canvas, const ElementLook& look) {
   canvas.fill(look.frame, 7, Colour::grey(0, 0.025));
   canvas.stroke(look.frame, 7, 0.75, Colour::grey(0, 0.07));
@@ -354,6 +368,8 @@ void drawControl(Canvas& canvas, const ElementLook& look, bool windowIsKey, doub
       return drawMenuItem(canvas, look);
     case Control::popover:
       return drawFloating(canvas, look, 10);
+    case Control::scrollBar:
+      return drawScrollBar(canvas, look);
   }
 }
 

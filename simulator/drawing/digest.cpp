@@ -64,6 +64,7 @@ void addElement(Digest& digest, const ElementLook& look) {
   digest.add(look.level);
   digest.add(look.selection.location);
   digest.add(look.selection.length);
+  if (look.sight) digest.add(*look.sight);
 }
 
 void addWindow(Digest& digest, const WindowLook& look) {

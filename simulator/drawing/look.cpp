@@ -69,6 +69,7 @@ bool highlights(Control control) {
     case Control::image:
     case Control::menu:
     case Control::popover:
+    case Control::scrollBar:
       return false;
     default:
       return true;
@@ -139,19 +140,24 @@ bool holdsText(Control control) {
 
 double levelOf(Control control, const Drawn& drawn) {
   const double value = drawn.value.value_or(0);
-  if (control != Control::slider && control != Control::progress) return value == 0 ? 0 : 1;
+  const bool isPart =
+      control == Control::slider || control == Control::progress || control == Control::scrollBar;
+  if (!isPart) return value == 0 ? 0 : 1;
   const double level = (value - drawn.least) / (drawn.most - drawn.least);
   return std::isfinite(level) ? std::clamp(level, 0.0, 1.0) : 0;
 }
 
-ElementLook elementLook(const Element& element, const Rect& frame, ElementId focused,
+ElementLook elementLook(const WindowPicture& picture, const Element& element, const Rect& frame,
                         ElementId hovered) {
   const Drawn drawn = collect(element);
   ElementLook look;
-  look.control = controlOf(element.role);
+  look.control =
+      picture.scrollBars.contains(element.id) ? Control::scrollBar : controlOf(element.role);
   look.frame = frame;
+  const auto sight = picture.sights.find(element.id);
+  if (sight != picture.sights.end()) look.sight = sight->second;
   look.enabled = drawn.enabled;
-  look.focused = element.id == focused;
+  look.focused = element.id == picture.focused;
   look.hovered = element.id == hovered && drawn.enabled && highlights(look.control);
   look.selected = drawn.selected;
   look.level = levelOf(look.control, drawn);
@@ -178,7 +184,10 @@ ElementId hoveredElement(const WindowPicture& picture) {
   if (!picture.window.hover) return 0;
   const auto found =
       std::find_if(picture.elements.rbegin(), picture.elements.rend(), [&](const Element& each) {
-        return each.frame && driver::contains(*each.frame, *picture.window.hover);
+        const Point hover = *picture.window.hover;
+        const auto sight = picture.sights.find(each.id);
+        return each.frame && driver::contains(*each.frame, hover) &&
+               (sight == picture.sights.end() || driver::contains(sight->second, hover));
       });
   return found == picture.elements.rend() ? 0 : found->id;
 }
@@ -215,7 +224,7 @@ std::optional<WindowLook> lookOf(const Picture& picture, const WindowPicture& pi
   for (const Element& element : picturedWindow.elements) {
     if (!isDrawn(element, look.frame)) continue;
     const auto elementFrame = clamped(*element.frame, look.frame);
-    look.elements.push_back(elementLook(element, *elementFrame, picturedWindow.focused, hovered));
+    look.elements.push_back(elementLook(picturedWindow, element, *elementFrame, hovered));
   }
   return look;
 }

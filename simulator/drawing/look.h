@@ -36,6 +36,7 @@ enum class Control {
   menu,
   menuItem,
   popover,
+  scrollBar,
 };
 
 /// An element as it is drawn. Texts are borrowed from the element and may be ill-formed.
@@ -49,7 +50,8 @@ struct ElementLook {
   bool focused = false;
   bool hovered = false;
   bool selected = false;
-  ax::Range selection;  // UTF-16 units within `text`; of a focused element only
+  ax::Range selection;        // UTF-16 units within `text`; of a focused element only
+  std::optional<Rect> sight;  // of what scrolls: nothing of it is drawn outside
 };
 
 /// A window as it is drawn. Borrowed from its picture.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,8 +16,10 @@ struct WindowPicture {
   Window window;
   std::string owner;
   ApplicationKind kind = ApplicationKind::appKit;
-  bool key = false;               // drawn as the window that has the user's keyboard
-  std::vector<Element> elements;  // of this window, parents before children
+  bool key = false;                  // drawn as the window that has the user's keyboard
+  std::vector<Element> elements;     // of this window, parents before children
+  std::map<ElementId, Rect> sights;  // of those that scroll: where they can be seen
+  std::set<ElementId> scrollBars;    // elements that are bars of what scrolls
   ElementId focused = 0;
   std::string sharedAs;  // the name of a stream that shares it; empty: the system does not mark it
 };

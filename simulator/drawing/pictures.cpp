@@ -8,9 +8,12 @@
 #include "simulator/drawing/desktop.h"
 #include "simulator/drawing/look.h"
 #include "simulator/drawing/windows.h"
+#include "simulator/world/arranging.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/scrolling.h"
+#include "simulator/world/sight.h"
 
 namespace simulator {
 
@@ -84,10 +87,18 @@ WindowPicture pictureOf(const World& world, const Window& window) {
   picture.owner = owner->name.value_or("");
   picture.kind = owner->kind;
   picture.key = world.frontmost == owner->pid && hasFocus(*owner, window);
-  for (const Element& element : owner->elements) {
+  const auto add = [&](const Element& element) {
     const bool isShown = element.window == window.number && isDrawn(element, window.frame) &&
                          isThere(*owner, &window, element) && !showsComposedText(*owner, element);
-    if (isShown) picture.elements.push_back(asDrawn(element));
+    if (!isShown || !isInSight(*owner, element)) return;
+    picture.elements.push_back(asDrawn(element));
+    if (const auto sight = sightOf(*owner, element)) picture.sights.emplace(element.id, *sight);
+    if (isScrollBar(*owner, element.id)) picture.scrollBars.insert(element.id);
+  };
+  if (owner->rearranged) {
+    for (const Element* element : drawingOrder(*owner)) add(*element);
+  } else {
+    for (const Element& element : owner->elements) add(element);
   }
   // An open menu lies over what comes later.
   std::stable_partition(picture.elements.begin(), picture.elements.end(),
@@ -125,9 +136,10 @@ Picture screenPicture(const World& world) {
   return picture;
 }
 
-std::optional<std::string> drawPng(const Picture& picture) {
-  if (!isDrawable(picture)) return std::nullopt;
-  Canvas canvas(picture.width, picture.height, picture.source);
+std::unique_ptr<Canvas> draw(const Picture& picture) {
+  if (!isDrawable(picture)) return nullptr;
+  auto drawn = std::make_unique<Canvas>(picture.width, picture.height, picture.source);
+  Canvas& canvas = *drawn;
   if (picture.backgroundGrey) {
     canvas.fillAll(Colour::grey(*picture.backgroundGrey));
   } else {
@@ -143,7 +155,12 @@ std::optional<std::string> drawPng(const Picture& picture) {
   if (picture.locked) drawLockScreen(canvas, picture);
   if (!picture.backgroundGrey && picture.marksSharing) drawSharingIndicator(canvas, picture);
   if (picture.pointer) drawPointer(canvas, *picture.pointer);
-  return canvas.png();
+  return drawn;
+}
+
+std::optional<std::string> drawPng(const Picture& picture) {
+  const auto canvas = draw(picture);
+  return canvas ? std::optional(encodedPng(canvas->pixels())) : std::nullopt;
 }
 
 }  // namespace simulator

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -10,6 +10,8 @@
 /// Pictures of the simulated Mac.
 namespace simulator {
 
+class Canvas;
+
 /// The window as it looks now. `frontmost` decides whether it is drawn as key.
 WindowPicture pictureOf(const World& world, const Window& window);
 
@@ -17,8 +19,10 @@ WindowPicture pictureOf(const World& world, const Window& window);
 /// all displays at the scale of the main one.
 Picture screenPicture(const World& world);
 
-/// Draws the picture and encodes it as PNG. None when it is empty or larger than 16,384 pixels in
-/// either direction.
+/// Draws the picture. Null when it is empty or larger than 16,384 pixels in either direction.
+std::unique_ptr<Canvas> draw(const Picture& picture);
+
+/// The same, encoded as PNG.
 std::optional<std::string> drawPng(const Picture& picture);
 
 }  // namespace simulator

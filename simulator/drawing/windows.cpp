@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "simulator/drawing/controls.h"
 #include "simulator/drawing/desktop.h"
@@ -127,6 +128,8 @@ void drawWindow(Canvas& canvas, const WindowLook& look) {
     }
     const double scroll = -look.scrolledLines.y * pointsPerLine;
     for (const ElementLook& element : look.elements) {
+      std::optional<Clip> sight;
+      if (element.sight) sight.emplace(canvas, *element.sight, 0);
       drawControl(canvas, element, look.key, scroll);
     }
     drawScrollers(canvas, look);

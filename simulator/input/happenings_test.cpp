@@ -57,6 +57,34 @@ TEST_F(happenings, the_session_locks_and_leaves_the_console) {
   EXPECT_EQ(world_.session.onConsole, true);
 }
 
+TEST_F(happenings, two_clicks_that_follow_each_other_in_one_place_are_a_double_click) {
+  findLabelled(browser(), "Go")->onDoubleClick =
+      parseHappening("in Browser set State \"twice\"", world_).reactions;
+  const auto clicksAt = [&](Microseconds second, const char* click) {
+    findLabelled(browser(), "State")->attributes["AXValue"] = std::string();
+    world_.lastClick.reset();
+    world_.present = 0;
+    happen("user click 360,360");
+    world_.present = second;
+    happen(click);
+    return std::string(textOf(*findLabelled(browser(), "State")));
+  };
+  EXPECT_EQ(clicksAt(500'000, "user click 360,360"), "twice");
+  EXPECT_EQ(clicksAt(500'001, "user click 360,360"), "gone");
+  EXPECT_EQ(clicksAt(1'000, "user click 361,360"), "gone");
+  clicksAt(1'000, "user click 360,360");
+  findLabelled(browser(), "State")->attributes["AXValue"] = std::string();
+  happen("user click 360,360");
+  EXPECT_EQ(textOf(*findLabelled(browser(), "State")), "gone");
+}
+
+TEST_F(happenings, an_application_does_something_by_itself) {
+  happen("in Browser set State \"by itself\"; in Notes set Body value of State");
+
+  EXPECT_EQ(textOf(*findLabelled(browser(), "State")), "by itself");
+  EXPECT_EQ(body(), "by itself");
+}
+
 TEST_F(happenings, processes_end_and_displays_go) {
   happen("end process 900");
   EXPECT_TRUE(world_.processes.empty());

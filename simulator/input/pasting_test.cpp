@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "simulator/drawing/pictures.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/actions.h"
 #include "simulator/world/element_text.h"
@@ -86,6 +87,28 @@ TEST_F(pasting, attaches_files_or_gives_their_paths) {
     EXPECT_EQ(titles, (std::vector<std::string>{"AXImage x y.txt", "AXImage b.pdf"}));
   }
   EXPECT_EQ(valueOf("Letter"), "");
+}
+
+TEST_F(pasting, shows_attached_files_beside_each_other_at_the_foot) {
+  World world = parseWorld(R"(
+    app Notes pid 41 pastes after 0ms
+        window 7 "Inbox" at 0,0 size 400x300
+            AXTextArea "Letter" at 10,20 size 300x100 takes files focused
+            AXTextField "Small" at 10,150 size 300x24 takes files)");
+  Application& application = world.applications[0];
+  world.pasteboard.items = {{{"public.file-url", "file:///a.txt"}},
+                            {{"public.file-url", "file:///b.pdf"}}};
+  requestPaste(world, application);
+  application.focusedElement = findLabelled(application, "Small")->id;
+  requestPaste(world, application);
+
+  std::vector<Rect> frames;
+  for (const Element& each : application.elements) {
+    if (each.role == "AXImage") frames.push_back(*each.frame);
+  }
+  EXPECT_EQ(frames, (std::vector<Rect>{
+                        {14, 70, 48, 48}, {66, 70, 48, 48}, {14, 152, 20, 20}, {38, 152, 20, 20}}));
+  EXPECT_EQ(pictureOf(world, world.windows[0]).elements.size(), 6U);
 }
 
 TEST_F(pasting, does_nothing_where_nothing_takes_it) {

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "simulator/input/key_window.h"
 #include "simulator/input/posted_keys.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/presses.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/utf16_text.h"
 
 namespace simulator {
@@ -182,7 +184,7 @@ Landing takePress(Delivery& delivery, ClickProgress& progress) {
   if (state != progress.clickState) return refused("wrong click state");
   progress.pressedType.reset();
   return {true, click(delivery.mac.world, delivery.application.pid, delivery.window->number,
-                      event.location, isRight(type))};
+                      event.location, isRight(type), state)};
 }
 
 /// One event of a click group.
@@ -208,6 +210,12 @@ Landing takeClickStep(Delivery& delivery) {
 
 Landing takeMotion(Delivery& delivery) {
   if (typeOf(delivery.event) == EventType::scrollWheel) {
+    const Point lines{static_cast<double>(delivery.event.horizontal),
+                      static_cast<double>(delivery.event.vertical)};
+    const ElementId hit =
+        elementAt(delivery.application, *delivery.window, delivery.event.location);
+    auto said = scrollOver(delivery.application, hit, lines);
+    if (said) return {true, std::move(*said)};
     delivery.window->scrolledLines.x += delivery.event.horizontal;
     delivery.window->scrolledLines.y += delivery.event.vertical;
     return {true, "scrolled"};

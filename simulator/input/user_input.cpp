@@ -8,6 +8,7 @@
 #include "simulator/world/elements.h"
 #include "simulator/world/keyboard_layouts.h"
 #include "simulator/world/presses.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -29,6 +30,9 @@ constexpr std::uint32_t scrolled = 22;
 constexpr std::uint32_t otherDown = 25;
 constexpr std::uint32_t otherUp = 26;
 constexpr std::uint32_t otherDragged = 27;
+
+/// The time within which a second click must follow, as the system has it at first.
+constexpr Microseconds doubleClickTime = 500'000;
 
 constexpr std::int64_t ownEventTag = 0x5A545256;
 
@@ -150,6 +154,15 @@ std::string pressButton(World& world, std::uint32_t type, Point point) {
   return "";
 }
 
+/// How many clicks of the left button have followed each other in this place, with this one.
+std::int64_t countClick(World& world, Point point) {
+  const auto& last = world.lastClick;
+  const bool follows = last && last->point == point && world.present - last->at <= doubleClickTime;
+  const std::int64_t state = follows ? last->state + 1 : 1;
+  world.lastClick = UserClick{world.present, point, state};
+  return state;
+}
+
 /// A button that went down and up in the same place has clicked.
 std::string releaseButton(World& world, std::uint32_t type, Point point) {
   const auto held = world.heldButtons.find(type - 1);
@@ -161,7 +174,8 @@ std::string releaseButton(World& world, std::uint32_t type, Point point) {
   if (!driver::contains(window->frame, point)) return "";
   const Application* owner = findApplication(world, window->owner);
   const std::string name = owner == nullptr ? "" : toldOf(*owner, "");
-  return name + click(world, window->owner, window->number, point, type == rightUp);
+  const std::int64_t state = type == leftUp ? countClick(world, point) : 1;
+  return name + click(world, window->owner, window->number, point, type == rightUp, state);
 }
 
 void drag(World& world, Point point) {
@@ -172,6 +186,12 @@ void drag(World& world, Point point) {
 std::string scroll(World& world, const InputEvent& input) {
   Window* window = topmostAt(world, input.event.location);
   if (window == nullptr) return noWindowThere;
+  Application* owner = findApplication(world, window->owner);
+  if (owner != nullptr) {
+    const ElementId hit = elementAt(*owner, *window, input.event.location);
+    const auto said = scrollOver(*owner, hit, input.scrolledLines);
+    if (said) return toldOf(*owner, *said);
+  }
   window->scrolledLines.x += input.scrolledLines.x;
   window->scrolledLines.y += input.scrolledLines.y;
   return "scrolled window " + std::to_string(window->number);

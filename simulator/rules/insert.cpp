@@ -130,6 +130,16 @@ void InsertRules::checkReplacement(const Key& key, Violations& violations) const
   violations.push_back("I13: a text was replaced that the run had not written");
 }
 
+/// Whether an element that has gone told this text before: a field may show what it has anew.
+bool InsertRules::isShownAnew(const std::string& now) const {
+  return std::any_of(told_.begin(), told_.end(), [&](const auto& each) {
+    const Application* application = findApplication(run_.mac.world, each.first.first);
+    const bool isThere =
+        application != nullptr && findElement(*application, each.first.second) != nullptr;
+    return !isThere && comparable(each.second) == now;
+  });
+}
+
 /// What has changed, in the field or in a text that it shows, was not what the first write asked
 /// for; a text that was not read before is not known to be the same.
 void InsertRules::checkSecondWrite(Violations& violations) const {
@@ -139,6 +149,7 @@ void InsertRules::checkSecondWrite(Violations& violations) const {
     const std::string then =
         before == told_.end() ? "" : comparable(withoutDecoration(key, before->second));
     if (now == then || faulty_.count(key) > 0) continue;
+    if (before == told_.end() && isShownAnew(now)) continue;
     violations.push_back("I13: a second write into a field that had changed");
     return;
   }

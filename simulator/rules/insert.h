@@ -36,6 +36,7 @@ class InsertRules : public Rule {
   bool isTransient(Key key) const;
   void noteReadings(const Key& key, const std::vector<std::string>& names, const Answer& answer);
   void checkReplacement(const Key& key, Violations& violations) const;
+  bool isShownAnew(const std::string& now) const;
   void checkSecondWrite(Violations& violations) const;
   std::string expected() const;
   std::optional<std::string> staticTexts(const Key& field) const;

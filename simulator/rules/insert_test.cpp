@@ -214,6 +214,17 @@ TEST_F(insertion_rules, may_not_write_a_second_time_over_a_text_that_only_shows)
   EXPECT_EQ(end(false), twice);
 }
 
+TEST_F(insertion_rules, may_write_a_second_time_where_the_same_text_shows_anew) {
+  begin("\n    AXTextArea \"F\" value \"old\" composer without value", "end", "");
+  read("AXValue");
+  read("AXValue", 3);
+  write("AXSelectedText", "");
+  read("AXValue");
+  read("AXValue", 4);
+  write("AXValue", "");
+  EXPECT_EQ(end(false), noViolations);
+}
+
 TEST_F(insertion_rules, takes_the_text_that_shows_for_that_of_a_composer) {
   begin("\n    AXTextArea \"F\" composer without value", "message", "one\ntwo");
   write("AXValue", "one\ntwo");

@@ -23,6 +23,11 @@ namespace {
 constexpr double tolerance = 2;  // points, of two windows that cannot be told apart
 constexpr std::string_view panelService = "com.apple.appkit.xpc.openAndSavePanelService";
 
+/// Whether the list of windows says of it what no window can have as its number.
+bool isListedImpossibly(const Window& window) {
+  return window.listedNumber && !std::in_range<WindowNumber>(*window.listedNumber);
+}
+
 bool isNear(const Rect& a, const Rect& b) {
   const auto near = [](double x, double y) { return std::fabs(x - y) < tolerance; };
   return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
@@ -254,16 +259,23 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
     violations.push_back("I11: keys for a window outside the scope");
   }
   if (toldNumbers_.count(number) > 0) return;
-  const bool untold = !run_.mac.world.screenRecordingAllowed;
-  const auto& windows = run_.mac.world.windows;
-  const auto isTwin = [&](const Window& each) {
-    return each.number != number && each.owner == window->owner &&
-           (untold || each.title.value_or("") == window->title.value_or("")) &&
-           isNear(each.frame, window->frame);
-  };
-  if (std::any_of(windows.begin(), windows.end(), isTwin)) {
+  if (hasTwin(*window)) {
     violations.push_back("I12: keys for one of two windows that cannot be told apart");
   }
+}
+
+/// A list that says an impossible number of one of the application's windows counts up to there.
+bool KeyTargetRules::hasTwin(const Window& window) const {
+  const bool untold = !run_.mac.world.screenRecordingAllowed;
+  const auto& windows = run_.mac.world.windows;
+  const auto end = std::find_if(windows.begin(), windows.end(), [&](const Window& each) {
+    return each.owner == window.owner && isListedImpossibly(each);
+  });
+  return std::any_of(windows.begin(), end, [&](const Window& each) {
+    return each.number != window.number && each.owner == window.owner &&
+           (untold || each.title.value_or("") == window.title.value_or("")) &&
+           isNear(each.frame, window.frame);
+  });
 }
 
 }  // namespace simulator

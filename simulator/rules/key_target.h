@@ -35,6 +35,7 @@ class KeyTargetRules : public Rule {
   void checkAct(Pid pid, bool needsLook, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);
   void checkWindow(WindowNumber number, Violations& violations);
+  bool hasTwin(const Window& window) const;
   void checkSheet(WindowNumber number, Violations& violations) const;
   void checkPanel(WindowNumber number, Violations& violations) const;
   bool hasFocus(Pid pid) const;

@@ -284,6 +284,20 @@ TEST_F(broken_key_targets, for_one_of_two_windows_that_look_alike) {
   EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
 }
 
+TEST_F(broken_key_targets, are_told_apart_by_a_list_as_far_as_its_numbers_can_be) {
+  for (Window& window : mac_.world.windows) {
+    if (window.number == 8) window.title = "Inbox";
+    if (window.number == 8) window.listedNumber = 4'294'967'296;
+  }
+  keyRecord(1);
+  keyRecord(2);
+  EXPECT_EQ(violations_, Sentences{});
+  keyRecord(1, 8);
+  keyRecord(2, 8);
+
+  EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
+}
+
 TEST_F(broken_key_targets, are_not_those_for_a_window_that_has_told_its_number) {
   for (Window& window : mac_.world.windows) {
     if (window.number == 8) window.title = "Inbox";

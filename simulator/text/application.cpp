@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "simulator/text/attributes.h"
-#include "simulator/world/elements.h"
-#include "simulator/world/windows.h"
+#include "simulator/world/panels.h"
 
 namespace simulator {
 
@@ -99,43 +98,6 @@ constexpr const char* serviceIdentifier = "com.apple.appkit.xpc.openAndSavePanel
 constexpr const char* servicePath =
     "/System/Library/Frameworks/AppKit.framework/Versions/C/XPCServices/"
     "com.apple.appkit.xpc.openAndSavePanelService.xpc";
-constexpr Size panelSize{480, 200};
-constexpr const char* nameAtFirst = "Untitled";
-constexpr std::int64_t nameLength = 8;
-
-std::vector<Reaction> closing() { return {{closeOwnWindow}}; }
-
-void addButton(Application& application, const Window& panel, const std::string& title, double x) {
-  const double y = panel.frame.y + panelSize.height - 40;
-  Element& button = addElement(application, panel.element, panel.number,
-                               Rect{panel.frame.x + x, y, 80, 24}, "AXButton");
-  button.attributes["AXTitle"] = title;
-  button.actions = {"AXPress"};
-  button.onClick = closing();
-}
-
-/// The field for the file's name, which has the keyboard with all of the name selected.
-void addNameField(Application& application, const Window& panel) {
-  const Rect frame{panel.frame.x + 120, panel.frame.y + 40, 320, 24};
-  Element& field = addElement(application, panel.element, panel.number, frame, "AXTextField");
-  field.attributes["AXDescription"] = std::string("Save As:");
-  field.attributes["AXValue"] = std::string(nameAtFirst);
-  field.attributes["AXSelectedTextRange"] = ax::Range{0, nameLength};
-  field.onSubmit = closing();
-  application.focusedElement = field.id;
-}
-
-void fill(Application& application, Window& panel) {
-  Element& element = addElement(application, 0, panel.number, panel.frame, "AXWindow");
-  element.attributes["AXTitle"] = *panel.title;
-  element.attributes["AXSubrole"] = std::string("AXDialog");
-  panel.element = application.focusedWindow = element.id;
-  application.windows = {element.id};
-  addNameField(application, panel);
-  addButton(application, panel, "Cancel", 290);
-  addButton(application, panel, "Save", 380);
-}
-
 WindowNumber readNumber(Words& words, const char* owner) {
   return static_cast<WindowNumber>(
       words.integer(owner, "the number of a window", 1, std::numeric_limits<WindowNumber>::max()));
@@ -163,24 +125,23 @@ ApplicationDraft readApplicationLine(Words& words) {
 
 PanelDraft readPanelLine(Words& words, const World& world) {
   PanelDraft draft;
+  PanelService& service = draft.service;
   words.expect("panel", "pid");
-  draft.application.pid =
+  service.pid =
       static_cast<Pid>(words.integer("pid", "a process id", 1, std::numeric_limits<Pid>::max()));
   words.expect("pid", "window");
-  draft.window.number = readNumber(words, "window");
+  service.number = readNumber(words, "window");
   words.expect("window", "over");
-  draft.over = readNumber(words, "over");
-  const Window* below = findWindow(world, draft.over);
-  if (below == nullptr) words.fail("no window " + std::to_string(draft.over) + " stands above");
+  service.over = readNumber(words, "over");
+  if (findWindow(world, service.over) == nullptr) {
+    words.fail("no window " + std::to_string(service.over) + " stands above");
+  }
+  draft.closed = words.take("closed");
+  draft.application.pid = service.pid;
   draft.application.name = "Open and Save Panel Service";
   draft.application.bundleIdentifier = serviceIdentifier;
   draft.application.bundlePath = servicePath;
   draft.application.policy = workspace::ActivationPolicy::accessory;
-  draft.window.owner = draft.application.pid;
-  draft.window.title = "Save";
-  draft.window.frame = {below->frame.x, below->frame.y, panelSize.width, panelSize.height};
-  draft.window.layer = below->layer;
-  fill(draft.application, draft.window);
   return draft;
 }
 

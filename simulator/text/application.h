@@ -20,11 +20,11 @@ struct ApplicationDraft {
 /// Reads an application's line, behind its first word.
 ApplicationDraft readApplicationLine(Words& words);
 
-/// The service that shows open and save panels for applications, with its one window.
+/// The service that shows open and save panels for applications.
 struct PanelDraft {
   Application application;
-  Window window;
-  WindowNumber over = 0;  // the window of the application that the panel is for
+  PanelService service;
+  bool closed = false;  // no panel shows until a reaction asks for one
 };
 
 /// Reads a panel's line, behind its first word. What it lies over stands in the world already.

@@ -1,31 +1,52 @@
 #include "simulator/text/builder.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "simulator/text/application.h"
 #include "simulator/text/error.h"
+#include "simulator/text/expansion.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/layout.h"
 #include "simulator/text/menus.h"
+#include "simulator/text/naming.h"
+#include "simulator/text/nearest.h"
+#include "simulator/text/reactions.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
+#include "simulator/world/panels.h"
+#include "simulator/world/reactions.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
 
 namespace {
 
-std::string nameOf(const Application& application) {
-  return application.name.value_or("pid " + std::to_string(application.pid));
+/// The element that a line means by a label.
+Element& labelled(const Spot& spot, Application& application, const std::string& label) {
+  Element* found = findLabelled(application, label);
+  if (found == nullptr) failUnlabelled(spot, application, label);
+  return *found;
 }
 
-/// The element that a line means by a label.
-Element& labelled(std::size_t line, Application& application, const std::string& label) {
-  Element* found = findLabelled(application, label);
-  if (found != nullptr) return *found;
-  throw WorldError(line, "no element of " + nameOf(application) + " is labelled \"" + label + '"');
+/// Complains of what the function throws, and goes on.
+template <class Settle>
+void attempt(const Complain& complain, Settle settle) {
+  try {
+    settle();
+  } catch (const WorldError& error) {
+    complain(error.complaint());
+  }
 }
+
+std::array<std::vector<Reaction>*, 4> listsOf(Element& element) {
+  return {&element.onClick, &element.onRightClick, &element.onDoubleClick, &element.onSubmit};
+}
+
+constexpr std::int64_t timesMax = 1'000'000'000;
 
 }  // namespace
 
@@ -36,8 +57,21 @@ void WorldBuilder::claimPid(const Words& words, Pid pid) const {
   }
 }
 
-void WorldBuilder::addToScript(Words& words, Microseconds at) {
-  script_.push_back({at, words.rest()});
+void WorldBuilder::addToScript(Words& words) {
+  Scripted scripted;
+  const Span span = words.span("at");
+  scripted.at = span.least;
+  scripted.latest = span.most;
+  scripted.place = script_.size();
+  if (words.take("every")) {
+    scripted.every = words.span("every");
+    if (scripted.every->least == 0) words.fail("'every' needs a time above 0");
+    if (words.nextIsNumber()) {
+      scripted.times = words.integer("every", "a number from 1", 1, timesMax);
+      words.expect("every", "times");
+    }
+  }
+  script_.push_back({std::move(scripted), words.rest()});
 }
 
 WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
@@ -58,28 +92,34 @@ WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
 
 void WorldBuilder::addPanel(Words& words) {
   PanelDraft draft = readPanelLine(words, world_);
-  claimPid(words, draft.application.pid);
-  if (findWindow(world_, draft.window.number) != nullptr) {
-    words.fail("window number " + std::to_string(draft.window.number) + " is taken");
+  const PanelService& service = draft.service;
+  claimPid(words, service.pid);
+  if (isTaken(service.number)) {
+    words.fail("window number " + std::to_string(service.number) + " is taken");
   }
   world_.applications.push_back(std::move(draft.application));
   withoutFocusedWindow_.push_back(false);
-  world_.lastWindow = std::max(world_.lastWindow, draft.window.number);
-  const Window* below = findWindow(world_, draft.over);
-  world_.windows.insert(world_.windows.begin() + (below - world_.windows.data()),
-                        std::move(draft.window));
+  world_.lastWindow = std::max(world_.lastWindow, service.number);
+  world_.panels.push_back(service);
+  if (!draft.closed) showPanel(world_, service, PanelKind::save);
+}
+
+bool WorldBuilder::isTaken(WindowNumber number) const {
+  return findWindow(world_, number) != nullptr ||
+         std::any_of(world_.panels.begin(), world_.panels.end(),
+                     [&](const PanelService& each) { return each.number == number; });
 }
 
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
   for (LinkDraft& link : links) {
-    links_.push_back({words.lineNumber(), place.application, place.element, std::move(link)});
+    links_.push_back({words.spot(), place.application, place.element, std::move(link)});
   }
 }
 
 WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
   WindowDraft draft = readWindow(words);
   Window& window = draft.window;
-  if (findWindow(world_, window.number) != nullptr) {
+  if (isTaken(window.number)) {
     words.fail("window number " + std::to_string(window.number) + " is taken");
   }
   Application& application = world_.applications[parent.application];
@@ -137,11 +177,10 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.id = id;
   element.parent = parent.element;
   element.window = parent.window;
+  if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
   settlePresence(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
-  if (!element.onClick.empty() || !element.onRightClick.empty() || !element.onSubmit.empty()) {
-    reactions_.push_back({words.lineNumber(), parent.application, id});
-  }
+  noteReactions({words.spot(), parent.application, id});
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
   addHabits(words, place, draft);
   addCopies(words, application, place, draft.count);
@@ -153,8 +192,40 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
 WorldBuilder::Place WorldBuilder::addMenuItem(Words& words, const Place& parent) {
   Application& application = world_.applications[parent.application];
   const ElementId id = simulator::addMenuItem(application, readMenuItem(words));
-  reactions_.push_back({words.lineNumber(), parent.application, id});
+  noteReactions({words.spot(), parent.application, id});
   return {Place::Kind::element, "menu", parent.application, 0, id};
+}
+
+/// What they name may come later in the text.
+void WorldBuilder::noteReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  bool reacts = false;
+  for (const std::vector<Reaction>* list : listsOf(*findElement(application, placed.element))) {
+    reacts = reacts || !list->empty();
+    noteLabels(*list);
+  }
+  if (reacts) reactions_.push_back(placed);
+}
+
+void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
+  for (const Reaction& each : list) {
+    if (each.effect == reactions::relabel) labels_.addComing(each.text);
+    if (each.addition) noteAddedLabels(*each.addition);
+  }
+}
+
+/// What is wrong with the call is told where it is settled.
+void WorldBuilder::noteAddedLabels(const Addition& addition) {
+  if (world_.definitions == nullptr) return;
+  const auto note = [&](const Line& line) {
+    const bool isLabelled = line.tokens.size() > 1 && line.tokens[1].kind == Token::Kind::text;
+    if (isLabelled) labels_.addComing(line.tokens[1].text);
+  };
+  try {
+    expandCall(*world_.definitions, addition.call, note);
+  } catch (const WorldError&) {
+    return;
+  }
 }
 
 void WorldBuilder::settlePresence(const Words& words, Application& application, Element& element,
@@ -175,11 +246,12 @@ void WorldBuilder::settlePresence(const Words& words, Application& application, 
 }
 
 void WorldBuilder::addHabits(const Words& words, const Place& place, const ElementDraft& draft) {
-  const PlacedElement placed{words.lineNumber(), place.application, place.element};
+  const PlacedElement placed{words.spot(), place.application, place.element};
   for (const std::string& label : draft.alsoUnder) furtherParents_.push_back({placed, label});
   if (!draft.habits) return;
   world_.applications[place.application].habits.emplace(place.element, *draft.habits);
   if (draft.habits->isComposer) composers_.push_back(placed);
+  if (draft.habits->onlyWhile) conditions_.push_back({placed, draft.habits->onlyWhile->label});
 }
 
 void WorldBuilder::addCopies(const Words& words, Application& application, const Place& place,
@@ -205,20 +277,20 @@ void WorldBuilder::settleLink(const PlacedLink& placed) {
   Application& application = world_.applications[placed.application];
   std::vector<ElementId> ids;
   for (const std::string& label : placed.link.labels) {
-    ids.push_back(labelled(placed.line, application, label).id);
+    ids.push_back(labelled(placed.spot, application, label).id);
   }
   AttributeValue value =
       placed.link.list ? AttributeValue(std::move(ids)) : AttributeValue(ElementLink{ids.front()});
   auto& attributes = placed.element == 0 ? application.attributes
                                          : findElement(application, placed.element)->attributes;
   if (!attributes.emplace(placed.link.attribute, std::move(value)).second) {
-    throw WorldError(placed.line, placed.link.attribute + " is given twice");
+    throw WorldError({placed.spot, placed.link.attribute + " is given twice"});
   }
 }
 
 void WorldBuilder::settleParent(const PlacedParent& placed) {
   Application& application = world_.applications[placed.child.application];
-  labelled(placed.child.line, application, placed.label).children.push_back(placed.child.element);
+  labelled(placed.child.spot, application, placed.label).children.push_back(placed.child.element);
 }
 
 /// The bars that `menu` lines made lie on the main display, which may come last in the text.
@@ -230,15 +302,14 @@ void WorldBuilder::settleMenuBars() {
   }
 }
 
-void WorldBuilder::checkReaction(std::size_t line, Application& application,
-                                 const Reaction& reaction) {
-  if (reaction.target && findLabelled(application, *reaction.target) == nullptr) {
-    throw WorldError(
-        line, "no element of " + nameOf(application) + " is labelled \"" + *reaction.target + "\"");
-  }
-  if (reaction.window && findTitled(world_, application.pid, *reaction.window) == nullptr) {
-    throw WorldError(
-        line, "no window of " + nameOf(application) + " is titled \"" + *reaction.window + "\"");
+void WorldBuilder::settleReactions(const PlacedElement& placed) {
+  Application& application = world_.applications[placed.application];
+  const ReactionPlace place{placed.spot, application.pid};
+  Element& element = *findElement(application, placed.element);
+  for (std::vector<Reaction>* list : listsOf(element)) {
+    for (Reaction& each : *list) {
+      attempt(complain_, [&] { settleReaction(place, labels_, each); });
+    }
   }
 }
 
@@ -264,34 +335,66 @@ void WorldBuilder::settleWindows() {
   if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
 }
 
+void WorldBuilder::readScript() {
+  for (PendingHappening& pending : script_) {
+    attempt(complain_, [&] {
+      Words words(pending.line);
+      pending.scripted.happening = readHappening(words, world_);
+      noteLabels(pending.scripted.happening.reactions);
+    });
+  }
+}
+
 void WorldBuilder::settleScript() {
-  for (const PendingHappening& pending : script_) {
-    Words words(pending.line);
-    world_.script.push_back({pending.at, readHappening(words, world_)});
+  for (PendingHappening& pending : script_) {
+    attempt(complain_,
+            [&] { settleHappening(spotOf(pending.line), labels_, pending.scripted.happening); });
+    world_.script.push_back(std::move(pending.scripted));
   }
   std::stable_sort(world_.script.begin(), world_.script.end(),
                    [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
 }
 
-World WorldBuilder::finish() {
-  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
-  for (const PlacedLink& placed : links_) settleLink(placed);
-  for (const PlacedParent& placed : furtherParents_) settleParent(placed);
+/// What a line names that may come later in the text, but for reactions.
+void WorldBuilder::settleNames() {
+  for (const PlacedLink& placed : links_) {
+    attempt(complain_, [&] { settleLink(placed); });
+  }
+  for (const PlacedParent& placed : furtherParents_) {
+    attempt(complain_, [&] { settleParent(placed); });
+  }
   for (const PlacedElement& placed : composers_) {
     settleComposer(world_.applications[placed.application], placed.element);
   }
-  settleMenuBars();
-  for (const PlacedElement& placed : reactions_) {
-    Application& application = world_.applications[placed.application];
-    const Element& element = *findElement(application, placed.element);
-    for (const Reaction& each : element.onClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onRightClick) checkReaction(placed.line, application, each);
-    for (const Reaction& each : element.onSubmit) checkReaction(placed.line, application, each);
+  for (const PlacedParent& placed : conditions_) {
+    attempt(complain_, [&] {
+      labelled(placed.child.spot, world_.applications[placed.child.application], placed.label);
+    });
   }
+}
+
+void WorldBuilder::settleReactions() {
+  for (const PlacedElement& placed : reactions_) settleReactions(placed);
+}
+
+void WorldBuilder::settleElements() {
+  settleNames();
+  settleReactions();
+}
+
+void WorldBuilder::finish() {
+  if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
+  settleNames();
+  settleMenuBars();
+  for (Application& application : world_.applications) {
+    settleScrollAreas(application);
+    settleScrolling(application);
+  }
+  readScript();
+  settleReactions();
   settleFocus();
   settleWindows();
   settleScript();
-  return std::move(world_);
 }
 
 }  // namespace simulator

@@ -4,18 +4,23 @@
 #include <vector>
 
 #include "simulator/text/elements.h"
+#include "simulator/text/gathering.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
 namespace simulator {
 
 /// Puts a world together from what the lines of its text say, in their order. What names something
-/// that may come later in the text is settled by `finish`.
+/// that may come later in the text is settled at the end.
 class WorldBuilder {
  public:
+  /// Borrows the world, which need not be empty, and who is told what cannot be settled.
+  WorldBuilder(World& world, const Complain& complain) : world_(world), complain_(complain) {}
+
   /// Where a line stands: what the lines below it, indented further, belong to.
   struct Place {
-    enum class Kind { top, application, window, element, other };
+    enum class Kind { top, application, window, element, other, unread };
     Kind kind = Kind::top;
     const char* statement = "";   // of an `other`
     std::size_t application = 0;  // index
@@ -29,7 +34,7 @@ class WorldBuilder {
   Place addElement(Words& words, const Place& parent);
   Place addMenuItem(Words& words, const Place& application);
   void addPanel(Words& words);
-  void addToScript(Words& words, Microseconds at);
+  void addToScript(Words& words);
 
   /// Throws when the process id is in use.
   void claimPid(const Words& words, Pid pid) const;
@@ -37,19 +42,22 @@ class WorldBuilder {
   /// The world so far.
   World& world() { return world_; }
 
-  /// The whole world; the builder is spent.
-  World finish();
+  /// Settles what elements name. The builder is spent.
+  void settleElements();
+
+  /// The same for a whole world, which is complete then.
+  void finish();
 
  private:
   struct PlacedLink {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
     LinkDraft link;
   };
   /// An element whose line names others.
   struct PlacedElement {
-    std::size_t line;
+    Spot spot;
     std::size_t application;
     ElementId element;
   };
@@ -58,7 +66,7 @@ class WorldBuilder {
     std::string label;
   };
   struct PendingHappening {
-    Microseconds at;
+    Scripted scripted;
     Line line;
   };
 
@@ -74,15 +82,26 @@ class WorldBuilder {
   void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
-  void checkReaction(std::size_t line, Application& application, const Reaction& reaction);
+  void settleNames();
+  void noteReactions(const PlacedElement& placed);
+  void noteLabels(const std::vector<Reaction>& list);
+  void noteAddedLabels(const Addition& addition);
+  void settleReactions();
+  void settleReactions(const PlacedElement& placed);
   void settleFocus();
   void settleWindows();
+  void readScript();
   void settleScript();
 
-  World world_;
+  bool isTaken(WindowNumber number) const;
+
+  World& world_;
+  const Complain& complain_;
   std::vector<PlacedLink> links_;
   std::vector<PlacedElement> reactions_;
+  KnownLabels labels_{world_};
   std::vector<PlacedParent> furtherParents_;
+  std::vector<PlacedParent> conditions_;
   std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;
   std::vector<bool> withoutFocusedWindow_;  // by application

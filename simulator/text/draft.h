@@ -16,11 +16,26 @@ struct LinkDraft {
   bool list = false;
 };
 
+/// Where an element is, and how large, by what is around it and stands before it.
+struct Layout {
+  enum class Side { around, below, rightOf };  // `around`: in what it is in
+  Side side = Side::around;
+  std::optional<std::string> sibling;  // its label; absent: the one before
+  double gap = 0;                      // to that one
+  double padding = 0;                  // of what it is in
+  std::optional<Point> position;       // in place of all that
+  std::optional<double> width;
+  std::optional<double> height;
+  bool fillsWidth = false;
+  bool fillsHeight = false;
+};
+
 /// An element as its line of a world's text describes it.
 struct ElementDraft {
   Element element;  // without id, parent, window
   std::optional<Point> position;
   std::optional<Size> size;
+  std::optional<Layout> layout;
   bool focused = false;
   std::vector<LinkDraft> links;
   std::optional<Habits> habits;

@@ -5,6 +5,7 @@
 
 #include "simulator/text/attributes.h"
 #include "simulator/text/habits.h"
+#include "simulator/text/layout.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/roles.h"
@@ -116,7 +117,8 @@ ElementDraft readElement(Words& words) {
                  words.text("element", ""));
   }
   readHabits(words, draft);
-  element.frame = frameOf(words, draft);
+  completeLayout(words, draft);
+  if (!draft.layout) element.frame = frameOf(words, draft);
   addDefaultValue(draft, element);
   addDefaultReaction(element);
   return draft;

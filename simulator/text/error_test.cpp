@@ -15,7 +15,9 @@ struct BadWorld {
 
 const std::string statementWords =
     "app, user, pointer, display, deny, session, missing, process, file, image, at, "
-    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link";
+    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link, define, "
+    "use, "
+    "repeat, include";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
@@ -24,12 +26,14 @@ const std::string windowWords =
     "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
-    "at, size, value, description, placeholder, help, subrole, disabled, modal, focused, "
-    "selection, actions, attribute, failing, range, choices, while, also, repeat, open, closed, "
+    "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
+    "subrole, disabled, modal, focused, selection, actions, attribute, failing, range, choices, "
+    "while, only, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
-    "right:, takes, submit:";
+    "right:, double:, stacks, scrolls, takes, submit:";
 const std::string reactionWords =
-    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste";
+    "append, set, toggle, open, close, show, retitle, quit, hang, remove, choose, paste, move, "
+    "add, enable, disable, relabel, count, save";
 
 TEST(world_text_errors, of_the_form_of_the_text) {
   const BadWorld cases[] = {
@@ -55,7 +59,8 @@ TEST(world_text_errors, of_the_form_of_the_text) {
 
 TEST(world_text_errors, of_statements) {
   const BadWorld cases[] = {
-      {"speed 1", "line 1: unknown word 'speed'; expected " + statementWords},
+      {"speed 1",
+       "line 1: unknown word 'speed'; expected " + statementWords + "; did you mean 'seed'?"},
       {"\"file\" 7", "line 1: unexpected \"file\"; expected " + statementWords},
       {"; file", "line 1: unexpected ';'; expected " + statementWords},
       {"process 1 2", "line 1: unexpected '2' at the end of the line"},
@@ -129,14 +134,17 @@ TEST(world_text_errors, of_windows) {
   };
   const BadLine cases[] = {
       {"windoe 7",
-       "unknown word 'windoe'; expected window, menu or an element's role such as AXButton"},
+       "unknown word 'windoe'; expected window, menu or an element's role such as AXButton; did "
+       "you "
+       "mean 'window'?"},
       {"window", "'window' needs a number from 1 on"},
       {"window Inbox", "'window' needs a number from 1 on, not 'Inbox'"},
       {"window 0 at 0,0 size 9x9", "'window' needs a number from 1 on, not '0'"},
       {"window 7", "a window needs 'at' and 'size'"},
       {"window 7 at 0,0", "'at' needs 'size' beside it"},
       {"window 7 size 9x9", "'size' needs 'at' beside it"},
-      {"window 7 at 0,0 sized 9x9", "unknown word 'sized'; expected " + windowWords},
+      {"window 7 at 0,0 sized 9x9",
+       "unknown word 'sized'; expected " + windowWords + "; did you mean 'size'?"},
       {"window 7 at 0,0 size 9x9 \"T\"", "unexpected \"T\"; expected " + windowWords},
       {"window 7 at 0,0 size 9 x9", "'size' needs WIDTHxHEIGHT, not '9'"},
       {"window 7 at 0,0 size 9x9 layer top", "'layer' needs an integer, not 'top'"},
@@ -172,7 +180,8 @@ TEST(world_text_errors, of_elements) {
   };
   const BadLine cases[] = {
       {"button", "unknown word 'button'; expected an element's role such as AXButton"},
-      {"AXButton sized 9x9", "unknown word 'sized'; expected " + elementWords},
+      {"AXButton sized 9x9",
+       "unknown word 'sized'; expected " + elementWords + "; did you mean 'size'?"},
       {"AXButton \"A\" \"B\"", "unexpected \"B\"; expected " + elementWords},
       {"AXButton at 1,2", "'at' needs 'size' beside it"},
       {"AXButton at 1 2 size 9x9", "'at' needs X,Y, not '1'"},
@@ -202,7 +211,8 @@ TEST(world_text_errors, of_elements) {
       {"AXButton press:", "'press:' needs one of " + reactionWords},
       {"AXButton press: explode", "unknown word 'explode'; expected " + reactionWords},
       {"AXButton press: toggle;", "'press:' needs one of " + reactionWords},
-      {"AXButton press: toggle quit", "unknown word 'quit'; expected ;, press:, right: or submit:"},
+      {"AXButton press: hang quit",
+       "unknown word 'quit'; expected ;, press:, right:, double: or submit:"},
       {"AXButton press: toggle press: quit", "'press:' is given twice"},
       {"AXButton right: append to B", "'append' needs a quoted text, not 'to'"},
       {"AXButton press: append \"x\" B", "'append' needs 'to' after it, not 'B'"},
@@ -210,7 +220,26 @@ TEST(world_text_errors, of_elements) {
       {"AXButton press: append \"x\" to B", "no element of A is labelled \"B\""},
       {"AXButton right: set B \"x\"", "no element of A is labelled \"B\""},
       {"AXButton press: set B", "'set' needs a quoted text"},
-      {"AXButton press: open \"T\"", "'open' needs 'sheet' after it, not \"T\""},
+      {"AXButton press: open \"T\"", "unexpected \"T\"; expected sheet, panel"},
+      {"AXButton press: after soon quit",
+       "'after' needs a time such as 250us, 100ms or 1.5s, not 'soon'"},
+      {"AXButton press: after 2s..1s quit",
+       "'after' needs a time such as 250us, 100ms or 1.5s, not '2s..1s'"},
+      {"AXButton press: after 2s", "'press:' needs one of " + reactionWords},
+      {"AXButton press: when B 1 then quit", "'when' needs 'is' after it, not '1'"},
+      {"AXButton press: when B is 1 quit", "'when' needs 'then' after it, not 'quit'"},
+      {"AXButton press: when B is 1 then quit", "no element of A is labelled \"B\""},
+      {"AXButton press: in B quit", "no application 'B' is running"},
+      {"AXButton press: in A toggle", "'toggle' needs the label of an element here"},
+      {"AXButton press: set B value of B", "no element of A is labelled \"B\""},
+      {"AXButton \"B\" press: set B value C", "'value' needs 'of' after it, not 'C'"},
+      {"AXButton \"B\" press: set B value of C", "no element of A is labelled \"C\""},
+      {"AXButton \"B\" press: move B", "'move' needs above, below or to after the label"},
+      {"AXButton \"B\" press: move B above C", "no element of A is labelled \"C\""},
+      {"AXButton \"B\" press: count B", "'count' needs up or down after the label"},
+      {"AXButton \"B\" press: count B up by 0", "'by' needs a number from 1, not '0'"},
+      {"AXButton press: close window \"W\"", "no window of A is titled \"W\""},
+      {"AXButton press: save panel", "no 'panel' stands over a window of A"},
       {"AXButton press: close", "'close' needs 'window' after it"},
       {"AXButton press: show window \"W\"", "no window of A is titled \"W\""},
       {"AXButton press: retitle T", "'retitle' needs a quoted text, not 'T'"},

@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "simulator/text/attributes.h"
+#include "simulator/text/layout.h"
 #include "simulator/text/reactions.h"
 
 namespace simulator {
@@ -78,8 +79,20 @@ void readChoices(Words& words, ElementDraft& draft) {
   } while (words.nextIs(Token::Kind::text));
 }
 
-void readWhileHovered(Words& /*words*/, ElementDraft& draft) {
+void refuseSecondPresence(const Words& words, const ElementDraft& draft) {
+  if (draft.element.presence == Presence::always) return;
+  words.fail("an element is either there 'while hovered' or 'only while'");
+}
+
+void readWhileHovered(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
   draft.element.presence = Presence::whileHovered;
+}
+
+void readOnlyWhile(Words& words, ElementDraft& draft) {
+  refuseSecondPresence(words, draft);
+  draft.element.presence = Presence::whileHeld;
+  habitsOf(draft).onlyWhile = readCondition(words, "while");
 }
 
 void readAlsoUnder(Words& words, ElementDraft& draft) {
@@ -142,6 +155,13 @@ void readReplying(Words& words, ElementDraft& draft) {
 
 void readTakesFiles(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).takesFiles = true; }
 
+void readScrolls(Words& words, ElementDraft& draft) {
+  habitsOf(draft).scrolling =
+      words.take("lazily") ? Habits::Scrolling::lazy : Habits::Scrolling::whole;
+}
+
+void readStacks(Words& /*words*/, ElementDraft& draft) { habitsOf(draft).stacks = true; }
+
 void readGrows(Words& words, ElementDraft& draft) {
   setChildren(words, draft,
               words.take("deeper") ? Habits::Children::growDeeper : Habits::Children::grow);
@@ -177,6 +197,17 @@ constexpr std::array knownHabits = {
           [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }, once},
     Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",
           [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }, once},
+    Habit{"below", "previous|Label [gap N]",
+          "under the one before it, or under the one with this label, in the same element; as "
+          "large as that one, unless it says otherwise. The first one is at the top left",
+          readBelow, once},
+    Habit{"right of", "previous|Label [gap N]", "the same to the right", readRightOf, once},
+    Habit{"inside", "N",
+          "so far inside the edges of what it is in, which it fills unless it says otherwise",
+          readInside, once},
+    Habit{"fill", "[width|height]", "as far as what it is in goes, less `inside`", readFill, once},
+    Habit{"width", "N", "how wide it is", readWidth, once},
+    Habit{"height", "N", "how high it is", readHeight, once},
     Habit{"value", "VALUE",
           "`AXValue`: a text, a number, true or false. Texts have \"\" and check boxes, radio "
           "buttons and switches 0 without it",
@@ -230,7 +261,10 @@ constexpr std::array knownHabits = {
           "its actions. Without it `AXPress` for what can be pressed (and `AXShowMenu` for pop-up "
           "and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for menus, "
           "none for others",
-          [](Words& words, ElementDraft& draft) { draft.element.actions = readActions(words); },
+          [](Words& words, ElementDraft& draft) {
+            draft.element.actions = readActions(words);
+            habitsOf(draft).givesActions = true;
+          },
           once},
     Habit{"attribute", "AXFoo VALUE", "any attribute",
           [](Words& words, ElementDraft& draft) {
@@ -246,10 +280,16 @@ constexpr std::array knownHabits = {
           "without it). Its value is the least without `value`",
           readSliderRange, once},
     Habit{"choices", "\"text\"...",
-          "a closed menu with these items. The first is the value without `value`", readChoices,
-          once},
+          "a closed menu with these items. The first is the value without `value`. A combo box has "
+          "none at first, and a button that opens a list of them",
+          readChoices, once},
     Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
           readWhileHovered, once},
+    Habit{"only while", "Label is [not] VALUE",
+          "it is there only while the `AXValue` of the element with this label is so, as the "
+          "contents "
+          "of a tab or of an open row are",
+          readOnlyWhile, once},
     Habit{"also under", "Label", "it is also a child of the element with this label", readAlsoUnder,
           severalTimes},
     Habit{"repeat", "N",
@@ -295,6 +335,21 @@ constexpr std::array knownHabits = {
             draft.element.onRightClick = readReactions(words, "right:");
           },
           once},
+    Habit{"double:", "REACTION; ...",
+          "what the second of two clicks does, in place of what a click does",
+          [](Words& words, ElementDraft& draft) {
+            draft.element.onDoubleClick = readReactions(words, "double:");
+          },
+          once},
+    Habit{"stacks", "",
+          "its children lie one below the other: those below one that goes or moves away close up, "
+          "and make room for one that comes",
+          readStacks, once},
+    Habit{
+        "scrolls", "[lazily]",
+        "what is in it is cut at its edges and scrolls; lazily: what is out of sight is not in the "
+        "tree. It needs a frame; an `AXScrollArea` gets its `AXScrollBar`s",
+        readScrolls, once},
     Habit{"takes files", "",
           "files that are pasted become `AXImage`s in it, titled with their names; other things "
           "are pasted if it takes text",

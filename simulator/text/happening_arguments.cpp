@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <limits>
 
-#include "base/numbers.h"
 #include "simulator/text/display.h"
+#include "simulator/text/naming.h"
+#include "simulator/text/reactions.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/keyboard_layouts.h"
 
@@ -16,33 +16,14 @@ namespace {
 
 using Reading = HappeningReading;
 
-constexpr std::string_view pidPrefix = "pid:";
 constexpr const char* aKey =
     "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, home, "
     "end, pageup, pagedown, left, right, up or down";
 constexpr const char* aModifier = "cmd, shift, option or control";
 
-Pid applicationByPid(Words& words, const World& world, const std::string& name) {
-  const auto pid = driver::parseInt32(std::string_view(name).substr(pidPrefix.size()));
-  if (!pid || findApplication(world, *pid) == nullptr) {
-    words.fail("no application '" + name + "' is running");
-  }
-  return *pid;
-}
-
 Pid readPid(Words& words, const World& world, const char* owner) {
   const std::string name = words.name(owner, "an application's name or pid:N");
-  if (std::string_view(name).substr(0, pidPrefix.size()) == pidPrefix) {
-    return applicationByPid(words, world, name);
-  }
-  const auto isNamed = [&](const Application& each) { return each.running && each.name == name; };
-  const auto& all = world.applications;
-  const auto found = std::find_if(all.begin(), all.end(), isNamed);
-  if (found == all.end()) words.fail("no application '" + name + "' is running");
-  if (std::find_if(std::next(found), all.end(), isNamed) != all.end()) {
-    words.fail("several applications are called '" + name + "'; name one as pid:N");
-  }
-  return found->pid;
+  return applicationNamed(words.spot(), world, name);
 }
 
 std::string pidText(Pid pid) { return std::string(pidPrefix) + std::to_string(pid); }
@@ -187,6 +168,16 @@ constinit const HappeningArguments application = {
       reading.happening.pid = readPid(reading.words, reading.world, reading.owner);
     },
     [](const Happening& happening) { return pidText(happening.pid); }};
+
+constinit const HappeningArguments reactions = {
+    "APP REACTION; ...",
+    [](const Reading& reading) {
+      reading.happening.pid = readPid(reading.words, reading.world, reading.owner);
+      reading.happening.reactions = readReactions(reading.words, reading.owner);
+    },
+    [](const Happening& happening) {
+      return pidText(happening.pid) + " " + reactionsText(happening.reactions);
+    }};
 
 constinit const HappeningArguments process = {
     "PID", readProcess, [](const Happening& happening) { return std::to_string(happening.pid); }};

@@ -33,6 +33,7 @@ namespace happening_arguments {
 extern const HappeningArguments nothing;
 extern const HappeningArguments application;    // `pid`
 extern const HappeningArguments process;        // `pid`
+extern const HappeningArguments reactions;      // `pid` and `reactions`
 extern const HappeningArguments key;            // `modifiers` and `text`
 extern const HappeningArguments modifier;       // `modifiers`: one
 extern const HappeningArguments click;          // `point` and `button`

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "simulator/input/happenings.h"
 #include "simulator/input/taps.h"
 #include "simulator/input/user_input.h"
 #include "simulator/mac/sharing_streams.h"
 #include "simulator/world/pasteboard.h"
+#include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -60,6 +62,14 @@ constexpr std::array knownHappenings = {
                   told},
     HappeningKind{"recover", with::application, "a hanging application answers again",
                   does([](Mac& mac, const Happening& what) { setHanging(mac, what.pid, false); }),
+                  told},
+    HappeningKind{"in", with::reactions,
+                  "the application does so by itself, as a reaction of none of its elements",
+                  does([](Mac& mac, const Happening& what) {
+                    for (std::string& said : reactByItself(mac.world, what.pid, what.reactions)) {
+                      mac.arrived.push_back(std::move(said));
+                    }
+                  }),
                   told},
     HappeningKind{"user key", with::key, "the user presses a key, modifiers held meanwhile",
                   sends(keyInput), told},
@@ -208,6 +218,11 @@ Happening readHappening(Words& words, const World& world) {
   if (kind.effect.input != nullptr) readPosted(reading);
   words.expectEnd();
   return happening;
+}
+
+void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening) {
+  if (happening.reactions.empty()) return;
+  settleReactions({spot, happening.pid, false}, labels, happening.reactions);
 }
 
 std::string happeningText(const Happening& happening) {

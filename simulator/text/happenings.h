@@ -7,6 +7,7 @@
 
 #include "simulator/mac/mac.h"
 #include "simulator/text/happening_arguments.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
@@ -41,8 +42,12 @@ std::string formOf(const HappeningKind& kind);
 /// A happening of the kind with this phrase, which there must be. What it is about is left open.
 Happening happeningCalled(std::string_view phrase);
 
-/// Reads a happening up to the end of the line. Applications are those of the world.
+/// Reads a happening up to the end of the line. Applications are those of the world; what an
+/// application's reactions name is still to be settled.
 Happening readHappening(Words& words, const World& world);
+
+/// Settles that, as `settleReactions` does.
+void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening);
 
 /// The happening as such a line, for a journal too.
 std::string happeningText(const Happening& happening);

@@ -87,7 +87,7 @@ TEST(happening_text, a_bad_time_or_happening_is_an_error_of_line_one) {
   };
 
   const std::string kinds =
-      "lock, unlock, leave, return, quit, end, front, hang, recover, user, remove, connect, "
+      "lock, unlock, leave, return, quit, end, front, hang, recover, in, user, remove, connect, "
       "disconnect, replug, signal, input, close, stall, resume, request, end-loop, stop, withdraw, "
       "silence, invalidate, disable";
   const std::string user = "key, click, move, scroll, drag, press, release, copy";

@@ -14,6 +14,7 @@ namespace simulator {
 namespace {
 
 constexpr double menuBarHeight = 24;
+constexpr double comboButtonWidth = 20;
 constexpr double menuWidth = 220;
 constexpr double firstTitleX = 10;
 constexpr double characterWidth = 8;
@@ -174,9 +175,37 @@ ElementId addMenuItem(Application& application, const MenuItemDraft& draft) {
   return above;
 }
 
+/// A combo box has a button at its end, and below it a list while that is open.
+void addListOfChoices(Application& application, ElementId box,
+                      const std::vector<std::string>& titles) {
+  const Rect frame = frameOf(application, box);
+  const WindowNumber window = findElement(application, box)->window;
+  const double side = std::min(frame.height, comboButtonWidth);
+  Element& button =
+      addElement(application, box, window,
+                 Rect{frame.x + frame.width - side, frame.y, side, frame.height}, "AXButton");
+  button.actions = {"AXPress"};
+  const double height = menuItemHeight * static_cast<double>(titles.size());
+  Rect place{frame.x, frame.y + frame.height, frame.width, height};
+  Element& list = addElement(application, box, window, place, "AXList");
+  const ElementId id = list.dependsOn = list.id;
+  list.presence = Presence::whileOpen;
+  place.height = menuItemHeight;
+  for (const std::string& title : titles) {
+    Element& item = addElement(application, id, window, place, "AXStaticText");
+    item.attributes["AXValue"] = title;
+    item.actions = {"AXPress"};
+    place.y += menuItemHeight;
+  }
+}
+
 void addChoices(Application& application, ElementId button,
                 const std::vector<std::string>& titles) {
   if (titles.empty()) return;
+  if (findElement(application, button)->role == "AXComboBox") {
+    addListOfChoices(application, button, titles);
+    return;
+  }
   const Rect frame = frameOf(application, button);
   const WindowNumber window = findElement(application, button)->window;
   Element& menu = addElement(application, button, window,

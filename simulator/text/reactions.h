@@ -1,28 +1,69 @@
 #pragma once
 
+#include <map>
+#include <set>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "simulator/text/reaction_arguments.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
 
 namespace simulator {
 
-/// What an element can do when it is clicked: a row of the table of reactions.
+/// What an element can do when it is clicked, and an application by itself: a row of the table of
+/// reactions.
 struct ReactionKind {
-  const char* phrase;       // the words that it begins with
-  const char* arguments;    // what follows them; empty for nothing
+  const char* phrase;  // the words that it begins with
+  const ReactionArguments& arguments;
   const char* description;  // what it does
-  /// Reads what follows. `owner` is the phrase's last word, for errors.
-  void (*read)(Words& words, const char* owner, Reaction& reaction);
-  Reaction::Effect effect;
+  ReactionEffect* effect;
+  bool isOwn = false;  // it is about the element itself, unless it names another
 };
 
 /// All there are.
 std::span<const ReactionKind> reactionKinds();
 
-/// Reads reactions between semicolons, up to the end of the line, `press:`, `right:` or
+/// What can be written for it: its phrase and what follows.
+std::string formOf(const ReactionKind& kind);
+
+/// Reads reactions between semicolons, up to the end of the line, `press:`, `right:`, `double:` or
 /// `submit:`.
 std::vector<Reaction> readReactions(Words& words, const char* owner);
+
+/// The reaction as `readReactions` reads it back.
+std::string reactionText(const Reaction& reaction);
+std::string reactionsText(const std::vector<Reaction>& reactions);
+
+/// The labels that reactions may name: those of a world's elements, which are looked up once for
+/// each application, and those that only reactions give.
+class KnownLabels {
+ public:
+  /// Borrows the world, whose elements stay as they are meanwhile.
+  explicit KnownLabels(const World& world) : world_(world) {}
+
+  const World& world() const { return world_; }
+  void addComing(const std::string& label) { coming_.insert(label); }
+  bool has(const Application& application, const std::string& label);
+
+ private:
+  const World& world_;
+  std::set<std::string> coming_;
+  std::map<Pid, std::set<std::string>> held_;
+};
+
+/// Where reactions are written.
+struct ReactionPlace {
+  Spot spot;
+  Pid pid = 0;  // of the application whose reactions they are
+  bool hasElement = true;
+};
+
+/// Settles which applications are meant. Throws WorldError when something that a reaction names is
+/// not there.
+void settleReaction(const ReactionPlace& place, KnownLabels& labels, Reaction& reaction);
+void settleReactions(const ReactionPlace& place, KnownLabels& labels,
+                     std::vector<Reaction>& reactions);
 
 }  // namespace simulator

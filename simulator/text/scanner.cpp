@@ -24,19 +24,30 @@ int hexadecimalDigit(char c) {
 /// Reads the tokens of one line.
 class LineScanner {
  public:
-  LineScanner(std::size_t number, std::string_view line) : number_(number), rest_(line) {}
+  LineScanner(std::size_t number, std::string_view line, std::shared_ptr<const Trail> trail)
+      : whole_(line), rest_(line) {
+    line_.number = number;
+    line_.trail = std::move(trail);
+  }
 
   Line scan() {
-    Line line;
-    line.number = number_;
-    while (startsWith(' ')) skip(), ++line.indentation;
-    if (startsWith('\t')) fail("indent with spaces, not with tabs");
-    while (skipBlanks()) line.tokens.push_back(token());
-    return line;
+    try {
+      while (startsWith(' ')) skip(), ++line_.indentation;
+      if (startsWith('\t')) fail("indent with spaces, not with tabs");
+      while (skipBlanks()) line_.tokens.push_back(token());
+    } catch (const WorldError& error) {
+      line_.damage = error.complaint();
+    }
+    return std::move(line_);
   }
 
  private:
-  [[noreturn]] void fail(const std::string& cause) const { throw WorldError(number_, cause); }
+  std::size_t position() const { return whole_.size() - rest_.size(); }
+
+  /// What cannot be read began at `start_`, and is of no use from here on.
+  [[noreturn]] void fail(const std::string& cause) const {
+    throw WorldError({spotOf(line_), cause, {}, Extent{start_, position() - start_}});
+  }
 
   bool startsWith(char c) const { return !rest_.empty() && rest_.front() == c; }
 
@@ -45,6 +56,7 @@ class LineScanner {
   /// False at the end of what the line says.
   bool skipBlanks() {
     while (!rest_.empty() && isBlank(rest_.front())) skip();
+    start_ = position();
     return !rest_.empty() && rest_.front() != '#';
   }
 
@@ -56,12 +68,17 @@ class LineScanner {
   }
 
   Token token() {
-    if (startsWith('"')) return {Token::Kind::text, quotedText()};
-    if (startsWith(';')) {
+    Token token;
+    if (startsWith('"')) {
+      token = {Token::Kind::text, quotedText()};
+    } else if (startsWith(';')) {
       skip();
-      return {Token::Kind::semicolon, ";"};
+      token = {Token::Kind::semicolon, ";"};
+    } else {
+      token = {Token::Kind::word, word()};
     }
-    return {Token::Kind::word, word()};
+    token.extent = {start_, position() - start_};
+    return token;
   }
 
   std::string word() {
@@ -72,7 +89,9 @@ class LineScanner {
     }
     std::string word(rest_.substr(0, length));
     rest_.remove_prefix(length);
-    if (startsWith('"')) fail("a blank is missing after '" + word + "'");
+    // A text may be an argument: NAME("text","text").
+    const bool opens = word.back() == '(' || word.back() == ',';
+    if (startsWith('"') && !opens) fail("a blank is missing after '" + word + "'");
     return word;
   }
 
@@ -87,7 +106,8 @@ class LineScanner {
         text += c;
       }
     }
-    if (!rest_.empty() && !isBlank(rest_.front()) && !startsWith(';')) {
+    const bool ends = startsWith(';') || startsWith(',') || startsWith(')');
+    if (!rest_.empty() && !isBlank(rest_.front()) && !ends) {
       fail("a blank is missing after \"" + text + "\"");
     }
     return text;
@@ -140,19 +160,30 @@ class LineScanner {
     return code;
   }
 
-  std::size_t number_;
+  Line line_;
+  std::string_view whole_;
   std::string_view rest_;
+  std::size_t start_ = 0;  // of the token
 };
 
 }  // namespace
 
-std::vector<Line> scanLines(std::string_view text) {
+std::vector<Line> scanDamagedLines(std::string_view text,
+                                   const std::shared_ptr<const Trail>& trail) {
   std::vector<Line> lines;
   for (std::size_t number = 1; !text.empty(); ++number) {
     const std::size_t end = text.find('\n');
-    Line line = LineScanner(number, text.substr(0, end)).scan();
-    if (!line.tokens.empty()) lines.push_back(std::move(line));
+    Line line = LineScanner(number, text.substr(0, end), trail).scan();
+    if (!line.tokens.empty() || line.damage) lines.push_back(std::move(line));
     text.remove_prefix(end == text.npos ? text.size() : end + 1);
+  }
+  return lines;
+}
+
+std::vector<Line> scanLines(std::string_view text) {
+  std::vector<Line> lines = scanDamagedLines(text);
+  for (const Line& line : lines) {
+    if (line.damage) throw WorldError(*line.damage);
   }
   return lines;
 }

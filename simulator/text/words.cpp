@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "simulator/text/error.h"
+#include "simulator/text/nearest.h"
 
 namespace simulator {
 
@@ -17,6 +18,20 @@ constexpr double mostMicroseconds = 1e15;
 
 std::string shown(const Token& token) {
   return token.kind == Token::Kind::text ? '"' + token.text + '"' : "'" + token.text + "'";
+}
+
+/// The words of "at, size, value" or "fault, run or beside"; an entry of several words is none.
+std::vector<std::string> listed(std::string_view list) {
+  std::vector<std::string> entries;
+  while (!list.empty()) {
+    const std::size_t comma = std::min(list.find(", "), list.size());
+    const std::size_t either = std::min(list.find(" or "), list.size());
+    const std::string_view entry = list.substr(0, std::min(comma, either));
+    if (entry.find(' ') == entry.npos) entries.emplace_back(entry);
+    const std::size_t gap = comma < either ? 2 : 4;
+    list.remove_prefix(std::min(entry.size() + gap, list.size()));
+  }
+  return entries;
 }
 
 std::optional<std::pair<std::string_view, std::string_view>> split(std::string_view text,
@@ -66,6 +81,14 @@ std::optional<Microseconds> timeOf(std::string_view text) {
   return std::nullopt;
 }
 
+std::optional<Span> spanOf(std::string_view text) {
+  const std::size_t dots = text.find("..");
+  const auto least = timeOf(text.substr(0, dots));
+  const auto most = dots == text.npos ? least : timeOf(text.substr(dots + 2));
+  if (!least || !most || *most < *least) return std::nullopt;
+  return Span{*least, *most};
+}
+
 /// What is still to be read of a phrase, and its place among the phrases.
 struct Remainder {
   std::size_t index = 0;
@@ -92,31 +115,65 @@ std::string neededAfter(const Phrases& following) {
   return oneOf(following);
 }
 
+/// The first of those that go on with the next word.
+std::vector<Remainder>::const_iterator nextOf(const Words& words,
+                                              const std::vector<Remainder>& open) {
+  return std::find_if(open.begin(), open.end(),
+                      [&](const Remainder& each) { return words.nextIs(firstWord(each.text)); });
+}
+
 /// Passes over the next word, and leaves what goes on with it open.
 std::string takeWord(Words& words, std::vector<Remainder>& open) {
-  const Phrases following = eachFirstWord(textsOf(open));
-  for (const std::string_view word : following) {
-    if (!words.take(word)) continue;
-    std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
-    for (Remainder& each : open) each.text = afterFirstWord(each.text);
-    return std::string(word);
-  }
-  words.failUnknown(firstWords(following));
+  const auto next = nextOf(words, open);
+  if (next == open.end()) words.failUnknown(firstWords(textsOf(open)));
+  const std::string_view word = firstWord(next->text);
+  words.take(word);
+  std::erase_if(open, [&](const Remainder& each) { return firstWord(each.text) != word; });
+  for (Remainder& each : open) each.text = afterFirstWord(each.text);
+  return std::string(word);
 }
 
 }  // namespace
 
-void Words::fail(const std::string& cause) const { throw WorldError(line_.number, cause); }
+/// At the end of the line what follows its last token.
+Extent Words::extentOfNext() const {
+  if (!atEnd()) return peek()->extent;
+  if (line_.tokens.empty()) return {line_.indentation, 1};
+  const Extent& last = line_.tokens.back().extent;
+  return {last.begin + last.length, 1};
+}
+
+Extent Words::extentOfLast() const {
+  return next_ == 0 ? extentOfNext() : line_.tokens[next_ - 1].extent;
+}
+
+void Words::fail(const std::string& cause) const {
+  const bool isWhole = atEnd() && !line_.tokens.empty();
+  const Extent first = isWhole ? line_.tokens.front().extent : extentOfLast();
+  const std::size_t end = isWhole ? extentOfNext().begin : first.begin + first.length;
+  throw WorldError({spot(), cause, {}, Extent{first.begin, end - first.begin}});
+}
+
+void Words::failAtLast(const std::string& cause) const {
+  throw WorldError({spot(), cause, {}, extentOfLast()});
+}
 
 void Words::failNeeding(const char* owner, const char* what) const {
   std::string cause = std::string("'") + owner + "' needs " + what;
   if (!atEnd()) cause += ", not " + shown(*peek());
-  fail(cause);
+  throw WorldError({spot(), cause, {}, extentOfNext()});
 }
 
 void Words::failUnknown(const std::string& expected) const {
-  const char* kind = nextIs(Token::Kind::word) ? "unknown word " : "unexpected ";
-  fail(kind + shown(*peek()) + "; expected " + expected);
+  const bool isWord = nextIs(Token::Kind::word);
+  const char* kind = isWord ? "unknown word " : "unexpected ";
+  throw WorldError({spot(), kind + shown(*peek()) + "; expected " + expected,
+                    isWord ? nearest(peek()->text, listed(expected)) : "", extentOfNext()});
+}
+
+void Words::failUnknownName(const std::string& cause, const std::string& name,
+                            const std::vector<std::string>& known) const {
+  throw WorldError({spot(), cause, nearest(name, known), extentOfLast()});
 }
 
 bool Words::take(std::string_view word) {
@@ -134,7 +191,7 @@ bool Words::takeSemicolon() {
 Line Words::rest() {
   const auto first = line_.tokens.begin() + static_cast<std::ptrdiff_t>(next_);
   next_ = line_.tokens.size();
-  return {line_.number, line_.indentation, {first, line_.tokens.end()}};
+  return {line_.number, line_.indentation, {first, line_.tokens.end()}, line_.trail};
 }
 
 void Words::expect(const char* owner, const char* word) {
@@ -142,7 +199,9 @@ void Words::expect(const char* owner, const char* word) {
 }
 
 void Words::expectEnd() const {
-  if (!atEnd()) fail("unexpected " + shown(*peek()) + " at the end of the line");
+  if (atEnd()) return;
+  throw WorldError(
+      {spot(), "unexpected " + shown(*peek()) + " at the end of the line", {}, extentOfNext()});
 }
 
 std::string Words::word(const char* owner, const char* what) {
@@ -208,12 +267,20 @@ Microseconds Words::time(const char* owner) {
   return parsed(owner, "a time such as 250us, 100ms or 1.5s", timeOf);
 }
 
+Span Words::span(const char* owner) {
+  return parsed(owner, "a time such as 250us, 100ms or 1.5s", spanOf);
+}
+
 std::string quotedWord(std::string_view word) {
   if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
     return std::string(word);
   }
+  return inQuotes(word);
+}
+
+std::string inQuotes(std::string_view text) {
   std::string quoted = "\"";
-  for (const char c : word) {
+  for (const char c : text) {
     if (c == '\n') {
       quoted += "\\n";
       continue;
@@ -249,10 +316,12 @@ std::size_t takePhrase(Words& words, const Phrases& phrases) {
   for (std::size_t i = 0; i < phrases.size(); ++i) open.push_back({i, phrases[i]});
   std::string last = takeWord(words, open);
   while (!open.front().text.empty()) {
-    const Phrases following = eachFirstWord(textsOf(open));
-    const bool leavesNoChoice = following.size() == 1 && !words.nextIs(following.front());
-    if (words.atEnd() || leavesNoChoice) {
-      words.failNeeding(last.c_str(), neededAfter(following).c_str());
+    if (nextOf(words, open) == open.end()) {
+      const Phrases following = eachFirstWord(textsOf(open));
+      const bool leavesNoChoice = following.size() == 1;
+      if (words.atEnd() || leavesNoChoice) {
+        words.failNeeding(last.c_str(), neededAfter(following).c_str());
+      }
     }
     last = takeWord(words, open);
   }

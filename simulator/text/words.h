@@ -24,7 +24,7 @@ class Words {
   /// Borrows the line.
   explicit Words(const Line& line) : line_(line) {}
 
-  std::size_t lineNumber() const { return line_.number; }
+  Spot spot() const { return spotOf(line_); }
   bool atEnd() const { return next_ == line_.tokens.size(); }
 
   /// The next token, or null at the end.
@@ -39,12 +39,20 @@ class Words {
     return nextIs(Token::Kind::word) && peek()->text.compare(0, 2, "AX") == 0;
   }
 
+  /// The next token is a bare word that begins with a digit.
+  bool nextIsNumber() const {
+    return nextIs(Token::Kind::word) && peek()->text[0] >= '0' && peek()->text[0] <= '9';
+  }
+
   /// Passes over the next token when it is this bare word.
   bool take(std::string_view word);
   bool takeSemicolon();
 
   /// What has not been read yet, as a line of its own; it counts as read.
   Line rest();
+
+  /// The next token, which must be there; it is passed over.
+  const Token& token() { return line_.tokens[next_++]; }
 
   void expect(const char* owner, const char* word);
   /// Throws unless everything has been read.
@@ -63,15 +71,26 @@ class Words {
   Rect rect(const char* owner);
   ax::Range range(const char* owner);
   Microseconds time(const char* owner);
+  /// A time, or LEAST..MOST.
+  Span span(const char* owner);
 
+  /// What was read last is wrong, or at the end of the line all of it.
   [[noreturn]] void fail(const std::string& cause) const;
   [[noreturn]] void failNeeding(const char* owner, const char* what) const;
   /// The next token, which must be there, is none of `expected` ("at, size, value").
   [[noreturn]] void failUnknown(const std::string& expected) const;
+  /// What was read last is wrong, whatever follows.
+  [[noreturn]] void failAtLast(const std::string& cause) const;
+  /// A name that was read last is none of those known.
+  [[noreturn]] void failUnknownName(const std::string& cause, const std::string& name,
+                                    const std::vector<std::string>& known) const;
 
  private:
   template <class Parse>
   auto parsed(const char* owner, const char* what, Parse parse);
+
+  Extent extentOfNext() const;
+  Extent extentOfLast() const;
 
   const Line& line_;
   std::size_t next_ = 0;
@@ -79,6 +98,9 @@ class Words {
 
 /// A word as a line has it: in quotation marks where it would not stand for itself.
 std::string quotedWord(std::string_view word);
+
+/// A text as a line has it.
+std::string inQuotes(std::string_view text);
 
 /// What may stand in a line: the words it begins with, and what reads the rest of it into the
 /// target.
@@ -124,7 +146,8 @@ void readOptions(Words& words, const std::array<Row, count>& options, Target& ta
   while (!words.atEnd()) {
     const std::string first = words.peek()->text;
     const std::size_t index = takePhrase(words, phrases);
-    if (seen[index] && !options[index].repeatable) words.fail("'" + first + "' is given twice");
+    if (seen[index] && !options[index].repeatable)
+      words.failAtLast("'" + first + "' is given twice");
     seen[index] = true;
     options[index].read(words, target);
   }

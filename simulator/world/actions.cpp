@@ -6,6 +6,7 @@
 #include "simulator/world/elements.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
+#include "simulator/world/scrolling.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -20,6 +21,16 @@ std::string showMenu(World& world, Application& application, Element& element) {
   return sentence + (reacts ? said : ", which has none");
 }
 
+constexpr const char* scrollToVisibleAction = "AXScrollToVisible";
+
+/// What scrolls can be scrolled to, unless its line says which actions it has.
+std::vector<std::string> actionsOf(const Application& application, const Element& element) {
+  std::vector<std::string> names = element.actions;
+  const bool scrolls = element.scrolledBy != 0 && !habitsOf(application, element.id).givesActions;
+  if (scrolls) names.emplace_back(scrollToVisibleAction);
+  return names;
+}
+
 /// An action that the element has and that nothing keeps it from.
 std::string run(World& world, Application& application, Element& element,
                 const std::string& action) {
@@ -27,6 +38,9 @@ std::string run(World& world, Application& application, Element& element,
   if (action == "AXIncrement") return moveSlider(application, element, 1);
   if (action == "AXDecrement") return moveSlider(application, element, -1);
   if (action == "AXShowMenu") return showMenu(world, application, element);
+  if (action == scrollToVisibleAction && element.scrolledBy != 0) {
+    return scrollToVisible(application, element.id);
+  }
   if (action == "AXRaise") {
     raiseWithin(world, element.window);
     return "raised " + described(element);
@@ -44,7 +58,7 @@ std::optional<std::vector<std::string>> actionNames(const Application& applicati
   if (id == 0) return std::vector<std::string>();
   const Element* element = findElement(application, id);
   if (element == nullptr) return std::nullopt;
-  return element->actions;
+  return actionsOf(application, *element);
 }
 
 Performed perform(World& world, Pid pid, ElementId id, const std::string& action) {
@@ -55,8 +69,9 @@ Performed perform(World& world, Pid pid, ElementId id, const std::string& action
   Element* element = findElement(*application, id);
   const bool exists = id == 0 || (element != nullptr && isThere(world, *application, *element));
   if (!exists) return {ax::Error::invalidElement, false, "asked an element that is gone"};
-  const bool has = element != nullptr && std::find(element->actions.begin(), element->actions.end(),
-                                                   action) != element->actions.end();
+  const std::vector<std::string> names =
+      element == nullptr ? std::vector<std::string>() : actionsOf(*application, *element);
+  const bool has = std::find(names.begin(), names.end(), action) != names.end();
   if (!has) {
     const std::string name = element == nullptr ? "the application" : described(*element);
     return {ax::Error::actionUnsupported, false, name + " has no " + action};

@@ -9,6 +9,8 @@
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/roles.h"
+#include "simulator/world/scrolling.h"
+#include "simulator/world/sight.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -92,6 +94,35 @@ AttributeResult readOfApplication(const World& world, const Application& applica
   return errorOf(ax::Error::attributeUnsupported);
 }
 
+/// The children of this role that are there; of those only what can be seen.
+std::vector<ElementId> listed(const World& world, const Application& application,
+                              const Element& element, std::string_view role, bool inSight) {
+  std::vector<ElementId> ids = childrenOf(world, application, element);
+  std::erase_if(ids, [&](ElementId id) {
+    const Element* child = findElement(application, id);
+    return child == nullptr || (!role.empty() && child->role != role) ||
+           (inSight && !isInSight(application, *child));
+  });
+  return ids;
+}
+
+/// What scrolls tells which of its rows, or children, can be seen.
+std::optional<AttributeResult> readOfScrolled(const World& world, const Application& application,
+                                              const Element& element, std::string_view name) {
+  if (scrolledWithin(application, &element) == 0) return std::nullopt;
+  const bool hasRows = element.role == "AXTable" || element.role == "AXOutline";
+  if (name == "AXRows" && hasRows) {
+    return valueOf(listed(world, application, element, "AXRow", false));
+  }
+  if (name == "AXVisibleRows" && hasRows) {
+    return valueOf(listed(world, application, element, "AXRow", true));
+  }
+  if (name == "AXVisibleChildren" && (hasRows || element.role == "AXList")) {
+    return valueOf(listed(world, application, element, "", true));
+  }
+  return std::nullopt;
+}
+
 AttributeResult readOfElement(const World& world, const Application& application,
                               const Element& element, std::string_view name, Microseconds now) {
   if (name == "AXRole") return valueOf(element.role);
@@ -117,6 +148,11 @@ AttributeResult readOfElement(const World& world, const Application& application
   if (name == "AXEnabled" && !isWindowRole(element.role)) return valueOf(true);
   const bool isState = name == "AXMinimized" || name == "AXModal";
   if (isState && element.role == "AXWindow") return valueOf(false);
+  if (name == "AXExpanded" && element.role == "AXComboBox") {
+    const ElementId list = menuOf(application, element);
+    if (list != 0) return valueOf(application.openMenu == list);
+  }
+  if (const auto read = readOfScrolled(world, application, element, name)) return *read;
   const auto end = std::end(knownWithoutValue);
   return errorOf(std::find(std::begin(knownWithoutValue), end, name) == end
                      ? ax::Error::attributeUnsupported
@@ -210,6 +246,12 @@ ax::Error writeToElement(World& world, Application& application, Element& elemen
   if (name == "AXValue" && !isEnabled(element)) return ax::Error::attributeUnsupported;
   if (name == "AXValue" && element.role == "AXSlider" && element.attributes.count(name) > 0) {
     return writeSlider(element, value);
+  }
+  if (name == "AXValue" && isScrollBar(application, element.id)) {
+    const auto part = numberOf(value);
+    if (!part || !std::isfinite(*part)) return ax::Error::illegalArgument;
+    moveScrollBar(application, element.id, std::clamp(*part, 0.0, 1.0));
+    return ax::Error::success;
   }
   if (name == "AXMinimized" && element.role == "AXWindow") {
     const auto flag = numberOf(value);

@@ -21,6 +21,11 @@ const Element* ownerOf(const Application& application, const Element& item) {
   return each;
 }
 
+/// What a combo box shows while it is open.
+bool isListOfChoices(const Element& element) {
+  return element.role == "AXList" && element.presence == Presence::whileOpen;
+}
+
 double attributeOf(const Element& element, const char* name, double otherwise) {
   const auto found = element.attributes.find(name);
   return found == element.attributes.end() ? otherwise
@@ -47,9 +52,25 @@ ElementId menuOf(const Application& application, const Element& element) {
   const auto found =
       std::find_if(element.children.begin(), element.children.end(), [&](ElementId id) {
         const Element* child = findElement(application, id);
-        return child != nullptr && child->role == "AXMenu";
+        return child != nullptr && (child->role == "AXMenu" || isListOfChoices(*child));
       });
   return found == element.children.end() ? 0 : *found;
+}
+
+const Element* openerFor(const Application& application, const Element& element) {
+  const Element* around = findElement(application, element.parent);
+  const bool isPart =
+      element.role == "AXButton" && around != nullptr && around->role == "AXComboBox";
+  const Element* opener = isPart ? around : &element;
+  const bool opens = isPart || element.role == "AXPopUpButton" || element.role == "AXMenuButton" ||
+                     element.role == "AXMenuBarItem";
+  return opens && menuOf(application, *opener) != 0 ? opener : nullptr;
+}
+
+bool isItem(const Application& application, const Element& element) {
+  if (element.role == "AXMenuItem") return true;
+  const Element* around = findElement(application, element.parent);
+  return around != nullptr && isListOfChoices(*around);
 }
 
 bool isInOpenMenu(const Application& application, const Element& element) {
@@ -83,6 +104,11 @@ ElementId itemWithShortcut(const Application& application, std::string_view char
 void chooseItem(Application& application, ElementId id) {
   application.openMenu = 0;
   const Element& item = *findElement(application, id);
+  if (item.role != "AXMenuItem") {
+    Element& box = *findElement(application, findElement(application, item.parent)->parent);
+    setText(box, std::string(textOf(item)));
+    return;
+  }
   const Element* owner = ownerOf(application, item);
   if (owner == nullptr || owner->role != "AXPopUpButton") return;
   const auto title = item.attributes.find("AXTitle");

@@ -15,8 +15,16 @@ inline constexpr Point parkedMenus{0, 30'000};
 /// The height of a menu's item, in points.
 inline constexpr double menuItemHeight = 22;
 
-/// The menu that the element opens: the first AXMenu among its children. 0: it has none.
+/// The menu that the element opens: the first AXMenu among its children, or a combo box's list. 0:
+/// it has none.
 ElementId menuOf(const Application& application, const Element& element);
+
+/// Whose menu a press of the element opens or closes: its own, or for a combo box's button that
+/// one's. Null when it is no such button.
+const Element* openerFor(const Application& application, const Element& element);
+
+/// An item of a menu, or of a combo box's list: a press chooses it.
+bool isItem(const Application& application, const Element& element);
 
 /// The element is in the menu that is open, or is that menu.
 bool isInOpenMenu(const Application& application, const Element& element);

@@ -1,8 +1,10 @@
 #include "simulator/world/element_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include "base/numbers.h"
 #include "base/utf16.h"
 #include "simulator/world/roles.h"
 
@@ -54,6 +56,18 @@ const std::string* textAttribute(const Element& element, const std::string& name
 std::string_view textOf(const Element& element) {
   const std::string* text = textAttribute(element, "AXValue");
   return text == nullptr ? std::string_view() : *text;
+}
+
+std::string valueText(const Element& element) {
+  const auto found = element.attributes.find("AXValue");
+  if (found == element.attributes.end()) return "";
+  if (const auto* text = std::get_if<std::string>(&found->second)) return *text;
+  if (const auto* flag = std::get_if<bool>(&found->second)) return *flag ? "true" : "false";
+  if (const auto* integer = std::get_if<std::int64_t>(&found->second)) {
+    return std::to_string(*integer);
+  }
+  const auto* number = std::get_if<double>(&found->second);
+  return number == nullptr || !std::isfinite(*number) ? "" : driver::decimalText(*number);
 }
 
 void setText(Element& element, std::string text) {

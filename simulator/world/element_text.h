@@ -26,6 +26,10 @@ const std::string* textAttribute(const Element& element, const std::string& name
 /// The element's AXValue when it is a text; else empty. Borrowed.
 std::string_view textOf(const Element& element);
 
+/// The element's AXValue as a text: a number in the shortest form, a truth as true or false; empty
+/// for any other value.
+std::string valueText(const Element& element);
+
 /// Makes the text the element's AXValue. In an element that takes text the caret follows, to the
 /// end.
 void setText(Element& element, std::string text);

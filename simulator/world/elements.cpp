@@ -5,6 +5,7 @@
 
 #include "simulator/world/element_text.h"
 #include "simulator/world/roles.h"
+#include "simulator/world/sight.h"
 
 namespace simulator {
 
@@ -17,6 +18,9 @@ const Element* conditionAround(const Application& application, const Element* el
 bool isMet(const Application& application, const Window* window, const Element& element,
            const Element* around) {
   if (element.presence == Presence::whileOpen) return application.openMenu == element.id;
+  if (element.presence == Presence::whileHeld) {
+    return holds(application, *habitsOf(application, element.id).onlyWhile);
+  }
   return around != nullptr && around->frame && window != nullptr && window->hover &&
          driver::contains(*around->frame, *window->hover);
 }
@@ -33,6 +37,11 @@ void grow(Application& application, ElementId id, bool deeper) {
 }
 
 }  // namespace
+
+bool holds(const Application& application, const Condition& condition) {
+  const Element* element = findLabelled(application, condition.label);
+  return element != nullptr && (valueText(*element) == condition.text) != condition.negated;
+}
 
 const Habits& habitsOf(const Application& application, ElementId id) {
   static const Habits none;
@@ -77,6 +86,7 @@ std::optional<double> numberOf(const AttributeValue& value) {
 }
 
 bool isThere(const Application& application, const Window* window, const Element& element) {
+  if (element.scrolledBy != 0 && isScrolledAway(application, element)) return false;
   const Element* each = conditionAround(application, &element);
   if (element.dependsOn != 0 && each == nullptr) return false;
   while (each != nullptr) {
@@ -88,7 +98,7 @@ bool isThere(const Application& application, const Window* window, const Element
 }
 
 bool isThere(const World& world, const Application& application, const Element& element) {
-  if (element.dependsOn == 0) return true;
+  if (element.dependsOn == 0 && element.scrolledBy == 0) return true;
   return isThere(application, findWindow(world, element.window), element);
 }
 
@@ -107,9 +117,11 @@ Element& addElement(Application& application, ElementId parent, WindowNumber win
                     std::optional<Rect> frame, std::string role) {
   const auto id = static_cast<ElementId>(application.elements.size()) + 1;
   ElementId dependsOn = 0;
+  ElementId scrolledBy = 0;
   if (Element* around = findElement(application, parent)) {
     around->children.push_back(id);
     dependsOn = around->dependsOn;
+    scrolledBy = scrolledAs(role, application, around);
   }
   Element& element = application.elements.emplace_back();
   element.id = id;
@@ -118,6 +130,7 @@ Element& addElement(Application& application, ElementId parent, WindowNumber win
   element.role = std::move(role);
   element.frame = frame;
   element.dependsOn = dependsOn;
+  element.scrolledBy = scrolledBy;
   return element;
 }
 

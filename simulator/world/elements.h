@@ -12,6 +12,9 @@ namespace simulator {
 /// What is peculiar to the element; for most nothing is. Borrowed from the application.
 const Habits& habitsOf(const Application& application, ElementId id);
 
+/// Whether an element of the application with the condition's label meets it.
+bool holds(const Application& application, const Condition& condition);
+
 /// Whether AXEnabled lets it be used.
 bool isEnabled(const Element& element);
 

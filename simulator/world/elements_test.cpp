@@ -34,6 +34,56 @@ class element_trees : public testing::Test {
   World world_;
 };
 
+TEST_F(element_trees, the_contents_of_a_tab_are_there_only_while_it_is_chosen) {
+  build(R"(
+    AXTabGroup "Tabs" at 0,0 size 400x40
+        AXRadioButton "General" at 0,0 size 100x20 value 1
+        AXRadioButton "Mail" at 100,0 size 100x20
+        AXGroup "General page" at 0,20 size 400x20 only while General is 1
+            AXButton "Name" at 0,20 size 100x20
+        AXGroup "Other page" at 0,20 size 400x20 only while General is not 1
+            AXButton "Server" at 0,20 size 100x20)");
+  const ElementId tabs = idOf("Tabs");
+  const ElementId general = idOf("General page");
+  const ElementId other = idOf("Other page");
+  const Window& window = world_.windows[0];
+
+  EXPECT_EQ(children(tabs), (std::vector<ElementId>{tabs + 1, tabs + 2, general}));
+  EXPECT_EQ(elementAt(notes(), window, {5, 25}), idOf("Name"));
+  click(world_, 41, 7, {110, 5}, false);
+
+  EXPECT_EQ(children(tabs), (std::vector<ElementId>{tabs + 1, tabs + 2, other}));
+  EXPECT_EQ(elementAt(notes(), window, {5, 25}), idOf("Server"));
+  EXPECT_EQ(read(idOf("Name"), "AXTitle").error, ax::Error::invalidElement);
+  EXPECT_EQ(read(general, "AXTitle").error, ax::Error::invalidElement);
+}
+
+TEST_F(element_trees, a_combo_box_has_a_list_while_it_is_open) {
+  build(R"(
+    AXComboBox "Size" at 0,0 size 100x24 choices "Small" "Large" value "Other"
+    AXButton "Below" at 0,24 size 100x60)");
+  const ElementId box = idOf("Size");
+  const ElementId button = box + 1;
+  const ElementId list = box + 2;
+  const Window& window = world_.windows[0];
+
+  EXPECT_EQ(children(box), std::vector<ElementId>{button});
+  EXPECT_EQ(*read(box, "AXExpanded").value, AttributeValue(false));
+  EXPECT_EQ(elementAt(notes(), window, {5, 50}), idOf("Below"));
+  EXPECT_EQ(perform(world_, 41, button, "AXPress").outcome, "pressed AXButton");
+  EXPECT_EQ(children(box), (std::vector<ElementId>{button, list}));
+  EXPECT_EQ(*read(box, "AXExpanded").value, AttributeValue(true));
+  EXPECT_EQ(*read(list + 2, "AXValue").value, AttributeValue(std::string("Large")));
+  EXPECT_EQ(elementAt(notes(), window, {5, 50}), list + 2);
+  EXPECT_EQ(click(world_, 41, 7, {5, 50}, false), "pressed AXStaticText");
+
+  EXPECT_EQ(*read(box, "AXValue").value, AttributeValue(std::string("Large")));
+  EXPECT_EQ(children(box), std::vector<ElementId>{button});
+  click(world_, 41, 7, {95, 5}, false);
+  EXPECT_EQ(click(world_, 41, 7, {5, 5}, false), "closed a menu");
+  EXPECT_EQ(click(world_, 41, 7, {5, 5}, false), "focused AXComboBox \"Size\"");
+}
+
 TEST_F(element_trees, controls_of_a_row_are_there_only_while_the_pointer_is_over_it) {
   build(R"(
     AXRow "First" at 0,0 size 400x40

@@ -96,10 +96,26 @@ bool takesPaste(const Application& application, const Element& element) {
          (isTextInput(element) || habitsOf(application, element.id).takesFiles);
 }
 
+/// Where the picture of an attached file lies: at the foot, behind those that are there.
+std::optional<Rect> attachmentFrame(const Application& application, ElementId id) {
+  const Element& element = *findElement(application, id);
+  if (!element.frame) return std::nullopt;
+  const auto isPicture = [&](ElementId child) {
+    const Element* each = findElement(application, child);
+    return each != nullptr && each->role == "AXImage";
+  };
+  const auto before = std::count_if(element.children.begin(), element.children.end(), isPicture);
+  const Rect& around = *element.frame;
+  const double side = std::min(48.0, around.height - 4);
+  const double x = around.x + 4 + static_cast<double>(before) * (side + 4);
+  return Rect{x, around.y + around.height - side - 2, side, side};
+}
+
 void attach(Application& application, ElementId id, const std::vector<std::string>& paths) {
   const WindowNumber window = findElement(application, id)->window;
   for (const std::string& path : paths) {
-    Element& picture = addElement(application, id, window, std::nullopt, "AXImage");
+    const std::optional<Rect> frame = attachmentFrame(application, id);
+    Element& picture = addElement(application, id, window, frame, "AXImage");
     picture.attributes["AXTitle"] = path.substr(path.rfind('/') + 1);
     picture.attributes["AXURL"] = fileUrl(path);
   }

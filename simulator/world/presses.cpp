@@ -2,36 +2,38 @@
 
 #include <algorithm>
 
+#include "simulator/world/arranging.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/reactions.h"
+#include "simulator/world/sight.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
 
 namespace {
 
-/// A menu's own buttons open it; of anything else the menu is opened by the right button.
-bool opensMenu(const Application& application, const Element& element) {
-  const bool isButton = element.role == "AXPopUpButton" || element.role == "AXMenuButton" ||
-                        element.role == "AXMenuBarItem";
-  return isButton && menuOf(application, element) != 0;
-}
+/// A click as an element takes it.
+struct Click {
+  bool right = false;
+  bool second = false;  // of a double click
+};
 
-bool handles(const Application& application, const Element& element, bool right) {
-  if (right) return !element.onRightClick.empty();
-  return !element.onClick.empty() || isTextInput(element) || element.role == "AXMenuItem" ||
-         opensMenu(application, element);
+bool handles(const Application& application, const Element& element, Click click) {
+  if (click.right) return !element.onRightClick.empty();
+  if (click.second && !element.onDoubleClick.empty()) return true;
+  return !element.onClick.empty() || isTextInput(element) || isItem(application, element) ||
+         openerFor(application, element) != nullptr;
 }
 
 /// The element, or the nearest one around it within the window, that does something with a click.
-Element* receiver(Application& application, ElementId hit, bool right) {
+Element* receiver(Application& application, ElementId hit, Click click) {
   Element* element = findElement(application, hit);
   const WindowNumber window = element == nullptr ? 0 : element->window;
   while (element != nullptr && element->window == window &&
-         !handles(application, *element, right)) {
+         !handles(application, *element, click)) {
     element = findElement(application, element->parent);
   }
   return element != nullptr && element->window == window ? element : nullptr;
@@ -65,14 +67,21 @@ bool closesMenu(Application& application, const Window& window, ElementId clicke
 template <class Qualifies>
 ElementId hit(const Application& application, const Window* window, Point point,
               Qualifies qualifies) {
+  const auto isHit = [&](const Element& element) {
+    return !element.removed && element.frame && driver::contains(*element.frame, point) &&
+           qualifies(element) && isInSightAt(application, element, point) &&
+           isThere(application, window, element);
+  };
+  if (application.rearranged) {
+    const std::vector<const Element*> ordered = drawingOrder(application);
+    const auto last = std::find_if(ordered.rbegin(), ordered.rend(),
+                                   [&](const Element* element) { return isHit(*element); });
+    return last == ordered.rend() ? 0 : (*last)->id;
+  }
   // Ids follow the order in which elements are drawn: a child after its parent, a later sibling
   // after an earlier one with all that is in it.
-  const auto found = std::find_if(
-      application.elements.rbegin(), application.elements.rend(), [&](const Element& element) {
-        return !element.removed && element.frame && driver::contains(*element.frame, point) &&
-               qualifies(element) && isThere(application, window, element);
-      });
-  return found == application.elements.rend() ? 0 : found->id;
+  const auto last = std::find_if(application.elements.rbegin(), application.elements.rend(), isHit);
+  return last == application.elements.rend() ? 0 : last->id;
 }
 
 }  // namespace
@@ -108,11 +117,11 @@ ElementId elementAtPoint(const World& world, const Application& application, Poi
 std::string press(World& world, Application& application, ElementId id) {
   const Element& element = *findElement(application, id);
   std::string sentence = "pressed " + described(element);
-  const bool reacts = handles(application, element, false);
-  if (element.role == "AXMenuItem") {
+  const bool reacts = handles(application, element, Click());
+  if (isItem(application, element)) {
     chooseItem(application, id);
-  } else if (opensMenu(application, element)) {
-    toggleMenu(application, element);
+  } else if (const Element* opener = openerFor(application, element)) {
+    toggleMenu(application, *opener);
   }
   // An item is chosen before it reacts: a reaction may take the menu away, or open a window over
   // it.
@@ -120,7 +129,8 @@ std::string press(World& world, Application& application, ElementId id) {
   return sentence + (reacts ? said : ", which does nothing");
 }
 
-std::string click(World& world, Pid pid, WindowNumber number, Point point, bool right) {
+std::string click(World& world, Pid pid, WindowNumber number, Point point, bool right,
+                  std::int64_t state) {
   Application* application = findApplication(world, pid);
   const Window* window = findWindow(world, number);
   if (application == nullptr || window == nullptr || window->owner != pid) {
@@ -134,7 +144,7 @@ std::string click(World& world, Pid pid, WindowNumber number, Point point, bool 
   focusWindow(*application, *window);
   const ElementId hitElement = elementAt(*application, *window, point);
   if (closesMenu(*application, *window, hitElement)) return "closed a menu";
-  Element* element = receiver(*application, hitElement, right);
+  Element* element = receiver(*application, hitElement, {right, state == 2});
   const std::string verb = right ? "right-clicked " : "clicked ";
   if (element == nullptr) {
     const Element* below = findElement(*application, hitElement);
@@ -144,6 +154,10 @@ std::string click(World& world, Pid pid, WindowNumber number, Point point, bool 
   if (right) {
     const std::string sentence = verb + described(*element);
     return sentence + react(world, *application, element->id, true);
+  }
+  if (state == 2 && !element->onDoubleClick.empty()) {
+    const std::string sentence = "double-clicked " + described(*element);
+    return sentence + reactTo(world, *application, element->id, &Element::onDoubleClick);
   }
   if (!isTextInput(*element)) return press(world, *application, element->id);
   const std::string sentence = "focused " + described(*element);

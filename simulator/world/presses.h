@@ -23,7 +23,9 @@ std::string press(World& world, Application& application, ElementId id);
 
 /// Lets a click that landed at a global point of a window have its effect: the element under it
 /// gets the keyboard focus when it takes text, and its reactions run, in order. Gives one sentence
-/// of what happened, for the journal, for example `pressed AXButton "Send"`.
-std::string click(World& world, Pid pid, WindowNumber window, Point point, bool right);
+/// of what happened, for the journal, for example `pressed AXButton "Send"`. `state` counts the
+/// clicks in one place that follow each other: 2 for the second of a double click.
+std::string click(World& world, Pid pid, WindowNumber window, Point point, bool right,
+                  std::int64_t state = 1);
 
 }  // namespace simulator

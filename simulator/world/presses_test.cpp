@@ -108,6 +108,26 @@ TEST_F(clicks, the_right_button_has_its_own_reactions) {
   EXPECT_EQ(notes().focusedElement, 0);
 }
 
+TEST_F(clicks, the_second_of_two_has_its_own_reactions) {
+  build(R"(
+    AXGroup "Around" at 0,0 size 90x60 press: append "a" to Log
+        AXRow "A" at 0,0 size 50x20 press: append "p" to Log double: append "d" to Log
+        AXRow "B" at 0,20 size 50x20 press: append "p" to Log
+        AXRow "C" at 0,40 size 50x20 double: append "d" to Log
+    AXStaticText "Log")");
+  const auto twice = [&](Point point) {
+    simulator::click(world_, 41, 7, point, false, 1);
+    return simulator::click(world_, 41, 7, point, false, 2);
+  };
+
+  EXPECT_EQ(twice({5, 5}), "double-clicked AXRow \"A\"");
+  EXPECT_EQ(value("Log"), text("pd"));
+  EXPECT_EQ(twice({5, 25}), "pressed AXRow \"B\"");
+  EXPECT_EQ(value("Log"), text("pdpp"));
+  EXPECT_EQ(twice({5, 45}), "double-clicked AXRow \"C\"");
+  EXPECT_EQ(value("Log"), text("pdppad"));
+}
+
 TEST_F(clicks, a_text_takes_the_focus_with_its_caret_at_the_end) {
   build("    AXTextArea \"Body\" at 0,20 size 50x20 value \"a😀\" selection 0+1");
 

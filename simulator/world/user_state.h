@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/geometry.h"
 #include "platform/process.h"
 #include "platform/types.h"
 
@@ -25,6 +26,13 @@ struct Keyboard {
 struct HeldButton {
   platform::WindowNumber window = 0;  // that took the press; 0: none did
   bool dragged = false;
+};
+
+/// A click of the user's left button. One that follows soon enough in the same place is its second.
+struct UserClick {
+  std::int64_t at = 0;  // microseconds of virtual time
+  driver::Point point;
+  std::int64_t state = 0;  // how many there have been there
 };
 
 /// When the user last did something, in microseconds of virtual time.

@@ -215,17 +215,23 @@ void closeWindow(World& world, WindowNumber number) {
                 [&](WindowNumber each) { closeAlone(world, each); });
 }
 
-WindowNumber windowMeant(const Application& application, const Element& element) {
-  if (element.window != 0) return element.window;
+WindowNumber windowMeant(const Application& application, ElementId id) {
+  // One that has gone with its window means that one still, and no other.
+  const WindowNumber own =
+      id == 0 ? 0 : application.elements[static_cast<std::size_t>(id) - 1].window;
+  if (own != 0) return own;
   const Element* focused = findElement(application, application.focusedWindow);
   return focused == nullptr ? 0 : focused->window;
 }
 
-std::string closeOwnWindow(World& world, Application& application, Element& element,
-                           const Reaction& /*reaction*/) {
-  const WindowNumber window = windowMeant(application, element);
-  if (findWindow(world, window) == nullptr) return "finds no window";
-  closeWindow(world, window);
+std::string closeOwnWindow(const Reacting& with) {
+  const auto& title = with.reaction.window;
+  const Window* window = title
+                             ? findTitled(with.world, with.application.pid, *title)
+                             : findWindow(with.world, windowMeant(with.application, with.element));
+  if (window == nullptr)
+    return title ? "finds no window titled \"" + *title + '"' : "finds no window";
+  closeWindow(with.world, window->number);
   return "";
 }
 

@@ -40,12 +40,11 @@ void openSheet(World& world, Application& application, WindowNumber parent,
 void closeWindow(World& world, WindowNumber number);
 
 /// The window that a reaction of the element is about: its own, or for a menu's item, which is in
-/// none, the one that has its application's focus; 0 without such a window.
-WindowNumber windowMeant(const Application& application, const Element& element);
+/// none, and for no element, the one that has its application's focus; 0 without such a window.
+WindowNumber windowMeant(const Application& application, ElementId element);
 
 /// The effect of a reaction: the element's window closes so.
-std::string closeOwnWindow(World& world, Application& application, Element& element,
-                           const Reaction& reaction);
+ReactionEffect closeOwnWindow;
 
 /// The frontmost window on screen that contains the point; null when none does.
 Window* topmostAt(World& world, Point point);

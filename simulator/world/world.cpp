@@ -41,6 +41,15 @@ auto* elementIn(ApplicationType& application, ElementId given) {
   return exists ? &elements[static_cast<std::size_t>(id) - 1] : nullptr;
 }
 
+template <class ApplicationType>
+auto* labelledIn(ApplicationType& application, const std::string& label) {
+  auto& elements = application.elements;
+  const auto found = std::find_if(elements.begin(), elements.end(), [&](const Element& each) {
+    return !each.removed && !isWindowRole(each.role) && labelOf(each) == label;
+  });
+  return found == elements.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 Application* findApplication(World& world, Pid pid) {
@@ -63,24 +72,31 @@ const Element* findElement(const Application& application, ElementId id) {
   return elementIn(application, id);
 }
 
-const std::string& labelOf(const Element& element) {
+const std::string& labelAttributeOf(const Element& element) {
   static const std::string names[] = {"AXTitle", "AXDescription", "AXPlaceholderValue", "AXHelp"};
-  static const std::string none;
   for (const std::string& name : names) {
     const auto found = element.attributes.find(name);
     if (found == element.attributes.end()) continue;
     const auto* text = std::get_if<std::string>(&found->second);
-    if (text != nullptr && !text->empty()) return *text;
+    if (text != nullptr && !text->empty()) return name;
   }
-  return none;
+  return names[0];
+}
+
+const std::string& labelOf(const Element& element) {
+  static const std::string none;
+  const auto found = element.attributes.find(labelAttributeOf(element));
+  if (found == element.attributes.end()) return none;
+  const auto* text = std::get_if<std::string>(&found->second);
+  return text == nullptr ? none : *text;
 }
 
 Element* findLabelled(Application& application, const std::string& label) {
-  const auto found =
-      std::find_if(application.elements.begin(), application.elements.end(), [&](Element& each) {
-        return !each.removed && !isWindowRole(each.role) && labelOf(each) == label;
-      });
-  return found == application.elements.end() ? nullptr : &*found;
+  return labelledIn(application, label);
+}
+
+const Element* findLabelled(const Application& application, const std::string& label) {
+  return labelledIn(application, label);
 }
 
 Window* findTitled(World& world, Pid owner, const std::string& title) {

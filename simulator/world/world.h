@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -15,6 +16,7 @@
 #include "platform/workspace.h"
 #include "simulator/world/cover.h"
 #include "simulator/world/pasteboard.h"
+#include "simulator/world/random.h"
 #include "simulator/world/sharing.h"
 #include "simulator/world/user_state.h"
 
@@ -63,19 +65,68 @@ using AttributeValue = std::variant<Opaque, std::string, bool, std::int64_t, dou
 
 struct World;
 struct Application;
-struct Element;
 struct HappeningKind;
+struct Definitions;  // bodies of lines, in text/gathering.h
+struct Reacting;
+struct Addition;  // a call of a body of lines, in text/call.h
 
-/// What an element does when a click lands on it.
+/// What a reaction does: one of those in reactions.h, which say what they make of its parts. Gives
+/// what the journal is to say of it, as that it found nothing to act on; empty when there is
+/// nothing to say.
+using ReactionEffect = std::string(const Reacting& with);
+
+/// A time that is left to chance, both ends included; the middle in a world without a seed.
+struct Span {
+  Microseconds least = 0;
+  Microseconds most = 0;
+};
+
+/// What must be so for a reaction to take place: an element's value, as a text.
+struct Condition {
+  std::string label;
+  std::string text;
+  bool negated = false;
+};
+
+/// Where something goes that is put among others.
+enum class Placement { above, below, at };
+
+/// What an element does when a click lands on it, or an application by itself.
 struct Reaction {
-  /// One of those in reactions.h, which say what they do with the rest. Gives what the journal is
-  /// to say of it, as that it found nothing to act on; empty when there is nothing to say.
-  using Effect = std::string (*)(World& world, Application& application, Element& element,
-                                 const Reaction& reaction);
-  Effect effect = nullptr;
+  ReactionEffect* effect = nullptr;
   std::string text = {};
+  std::optional<std::string> textOf = {};  // the label of the element whose value is the text
   std::optional<std::string> target = {};  // the label of the element that it is about
   std::optional<std::string> window = {};  // the title of the application's window that it is about
+  std::optional<std::string> other = {};   // the label of what its target goes to
+  Placement placement = Placement::at;
+  Point point = {};
+  std::int64_t number = 0;
+  std::shared_ptr<const Addition> addition = nullptr;     // whose elements come
+  std::map<std::size_t, std::string> argumentsOf = {};    // by place: whose values are arguments
+  std::map<std::size_t, std::string> heldArguments = {};  // these values, when it takes place
+  std::optional<Span> after = {};                         // it takes place that much later
+  std::optional<Condition> when = {};         // of an element of its own application, by then
+  std::optional<std::string> elsewhere = {};  // the application that it is about, as it is written
+  Pid elsewherePid = 0;
+};
+
+/// A reaction that takes place, and what it has to do with.
+struct Reacting {
+  World& world;
+  Application& application;
+  ElementId element = 0;  // whose reaction it is; 0: the application's own
+  const Reaction& reaction;
+};
+
+/// A reaction that is due later.
+struct DueReaction {
+  Microseconds due = 0;
+  Pid pid = 0;
+  ElementId element = 0;
+  Reaction reaction;
+  Pid actor = 0;           // who has caused it, as for World::actor
+  bool recurring = false;  // as for World::recurring
 };
 
 /// When an element is there.
@@ -83,6 +134,7 @@ enum class Presence {
   always,
   whileHovered,  // the pointer is over what it is in
   whileOpen,     // it is the application's open menu
+  whileHeld,     // another element has a value, as its habits say
 };
 
 struct Element {
@@ -101,9 +153,11 @@ struct Element {
   std::vector<std::string> actions;
   std::vector<Reaction> onClick;
   std::vector<Reaction> onRightClick;
-  std::vector<Reaction> onSubmit;  // to the return key, in place of a line break
+  std::vector<Reaction> onDoubleClick;  // to the second of two clicks, in place of onClick
+  std::vector<Reaction> onSubmit;       // to the return key, in place of a line break
   Presence presence = Presence::always;
-  ElementId dependsOn = 0;  // itself, or the nearest around it, that is not always there; else 0
+  ElementId dependsOn = 0;   // itself, or the nearest around it, that is not always there; else 0
+  ElementId scrolledBy = 0;  // the nearest around it in which it scrolls; else 0
   bool removed = false;
 };
 
@@ -118,12 +172,17 @@ struct Transform {
 struct Habits {
   std::vector<Transform> transforms;  // of the whole text after a write, in order
   enum class Writes { taken, halved, ignored };
-  Writes writes = Writes::taken;  // of texts
-  Microseconds delay = 0;         // a text that is written lands that much later
-  bool showsPlaceholder = false;  // an empty field reads as its placeholder
-  bool isComposer = false;        // its AXValue shows as static texts in it, one for each line
-  bool hidesValue = false;        // of a composer: only the static texts can be read
-  bool takesFiles = false;        // pasted files become pictures in it, whatever else it takes
+  Writes writes = Writes::taken;       // of texts
+  Microseconds delay = 0;              // a text that is written lands that much later
+  bool showsPlaceholder = false;       // an empty field reads as its placeholder
+  bool isComposer = false;             // its AXValue shows as static texts in it, one for each line
+  bool hidesValue = false;             // of a composer: only the static texts can be read
+  bool takesFiles = false;             // pasted files become pictures in it, whatever else it takes
+  bool stacks = false;                 // its children lie one below the other, and close up
+  std::optional<Condition> onlyWhile;  // it is there only then
+  bool givesActions = false;           // its line says which actions it has
+  enum class Scrolling { none, whole, lazy };
+  Scrolling scrolling = Scrolling::none;  // of what is in it; of lazy ones out of sight is away
   std::map<std::string, ax::Error> rejecting;  // writes of these attributes give the error
   std::optional<double> step;                  // of AXIncrement and AXDecrement
   ax::Error actionError = ax::Error::success;  // what an action that ran answers
@@ -136,6 +195,15 @@ struct Copies {
   ElementId first = 0;  // the others follow
   std::int64_t count = 0;
   ElementId original = 0;
+};
+
+/// What is in an element scrolls there.
+struct ScrollArea {
+  ElementId id = 0;
+  Point offset = {};            // how far to the right and down, in points
+  bool isLazy = false;          // what is out of sight is not in the tree
+  ElementId verticalBar = 0;    // 0: none
+  ElementId horizontalBar = 0;  // 0: none
 };
 
 /// The first id of a copy.
@@ -185,12 +253,14 @@ struct Application {
   std::map<std::string, AttributeValue> attributes;
   std::map<std::string, ax::Error> failing;
 
-  std::vector<Element> elements;       // by id, from 1 at index 0
-  std::map<ElementId, Habits> habits;  // of the elements that have any
-  std::vector<Copies> copies;          // by id
-  ElementId openMenu = 0;              // the AXMenu of the one menu that is open; 0: none
-  std::vector<ElementId> windows;      // AXWindows, in the application's order
-  ElementId focusedWindow = 0;         // 0: none
+  std::vector<Element> elements;        // by id, from 1 at index 0
+  std::map<ElementId, Habits> habits;   // of the elements that have any
+  std::vector<Copies> copies;           // by id
+  std::vector<ScrollArea> scrollAreas;  // those around others before them
+  bool rearranged = false;              // ids do not tell any more in which order they are drawn
+  ElementId openMenu = 0;               // the AXMenu of the one menu that is open; 0: none
+  std::vector<ElementId> windows;       // AXWindows, in the application's order
+  ElementId focusedWindow = 0;          // 0: none
   ElementId focusedElement = 0;
 
   // What event records and events have made of it.
@@ -263,11 +333,35 @@ struct Happening {
   Display display = {};
   Pid addressee = 0;  // of input: the process that it names as its target; 0: none
   int number = 0;
+  std::vector<Reaction> reactions = {};
 };
 
+/// Something that happens at a time, and perhaps again.
 struct Scripted {
   Microseconds at = 0;
   Happening happening;
+  Microseconds latest = 0;                 // when it is above `at`, the time is left to chance
+  std::optional<Span> every = {};          // from one time to the next
+  std::optional<std::int64_t> times = {};  // how often it is still to happen; none: for ever
+  std::size_t place = 0;                   // in the text, which orders what has the same time
+  std::optional<Random> chance = {};       // for its times, where the world has a seed
+};
+
+/// Elements that have come while a Mac runs.
+struct Added {
+  std::size_t count = 0;  // of the outermost, which are the last children of what they are in
+  std::string error;      // why none has come
+};
+
+/// Adds what a reaction's call says to the element `parent` of the application.
+using Adder = Added(World& world, Pid pid, ElementId parent, const Reaction& reaction);
+
+/// The system's service for open and save panels, as far as a line says: which window its next
+/// panel is, and over which one it lies.
+struct PanelService {
+  Pid pid = 0;
+  WindowNumber number = 0;
+  WindowNumber over = 0;
 };
 
 /// A write, or a paste, that was accepted and has not had its effect yet.
@@ -296,10 +390,12 @@ struct World {
   Point pointer;
   Keyboard keyboard;
   std::map<std::uint32_t, HeldButton> heldButtons;  // by the event type of the press
+  std::optional<UserClick> lastClick;
   Activity activity;
   Pasteboard pasteboard;
   std::vector<Cover> covers;  // in the order of their showing, later ones in front
   System system;
+  std::vector<PanelService> panels;   // in the order of the text
   std::vector<Sharing> sharings;      // in the order of their starting
   std::set<std::string> missing;      // symbols, and libraries by the last component of their path
   std::set<Pid> processes;            // alive, besides applications
@@ -309,7 +405,12 @@ struct World {
   std::vector<Scripted> script;       // by time; equal times in the order of the text
   std::vector<PendingWrite> pending;  // by time; equal times in the order of the writes
   Microseconds present = 0;           // up to when they have had their effects
+  std::vector<DueReaction> due;       // by time; equal times in the order of their causes
+  bool recurring = false;             // what happens now does so again and again, for ever
   std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
+  std::shared_ptr<const Definitions> definitions;  // that its text gives; null: none
+  Adder* adder = nullptr;  // reads them when something is to be added; set by the text's reader
+  std::optional<Random> chance;  // for reactions, where there is a seed
 };
 
 /// One attribute of an element, as an application that answers gives it.
@@ -331,8 +432,12 @@ const Element* findElement(const Application& application, ElementId id);
 /// one character; empty when none is. Borrowed from the element.
 const std::string& labelOf(const Element& element);
 
+/// The attribute that its label is; AXTitle when it has none.
+const std::string& labelAttributeOf(const Element& element);
+
 /// The first element of the application with this label that is neither removed nor a window.
 Element* findLabelled(Application& application, const std::string& label);
+const Element* findLabelled(const Application& application, const std::string& label);
 
 /// The first window of the application with this title, on screen or not.
 Window* findTitled(World& world, Pid owner, const std::string& title);

@@ -2,6 +2,7 @@
 import json
 import subprocess
 import unittest
+from pathlib import Path
 
 from jsonschema import Draft202012Validator
 
@@ -66,6 +67,13 @@ class Lines(unittest.TestCase):
             self.check("value", mac.tell("value", "Notes", "Body"))
             self.check("value", self.refused(mac, "value", "Notes", "Nobody"))
             self.check("violations", mac.tell("violations"))
+            self.check("wait", mac.tell("wait", "1ms"))
+            self.check("wait", self.refused(mac, "wait", "until", "Notes", "shows", "nothing of that kind"))
+            self.check("clock", mac.tell("clock"))
+            self.check("clock", mac.tell("clock", "step"))
+            self.check("clock", mac.tell("clock", "run", "0.5"))
+            self.check("clock", self.refused(mac, "clock", "sideways"))
+            self.viewed(mac)
             self.check("written", mac.tell("screenshot", mac.path("screen.png")))
             kinds = {entry["kind"] for entry in self.check("journal", mac.tell("journal"))}
             self.assertLessEqual({"event", "focus", "write", "landing", "action", "happening", "process", "reply",
@@ -74,6 +82,7 @@ class Lines(unittest.TestCase):
                           [line["socket"] for line in self.check("list", mac.tell("list"))])
             self.check("done", mac.tell("stop"))
         self.recorded()
+        self.checked()
         self.assertEqual(set(self.validators), self.used)
 
     def live(self, mac):
@@ -102,11 +111,26 @@ class Lines(unittest.TestCase):
         self.assertFalse(self.check("state", mac.tell("state"))[0]["focus"][0]["by"]["alive"])
         guard.end()
 
+    def checked(self):
+        """What is wrong with worlds, and with a file that is not there."""
+        with Mac(WORLD) as mac:
+            self.check("check", mac.tell("check", "--json", mac.path("world")))
+            Path(mac.path("bad")).write_bytes(b"app A pid 1\n  AXButon \"\xff\" vlaue 1\ninclude \"none\"\n")
+            problems = self.check("check", self.refused(mac, "check", "--json", mac.path("bad")))[0]["problems"]
+            self.assertEqual(["warning", "error", "error"], [each["severity"] for each in problems])
+            self.check("check", self.refused(mac, "check", "--json", mac.path("nothing")))
+    def viewed(self, mac):
+        """A view tells where it is, and ends with the Mac or by itself."""
+        with subprocess.Popen([SIMULATED_MAC, "view"], stdout=subprocess.PIPE, text=True, env=mac.environment) as view:
+            url = self.check("view", view.stdout.read())[0]["url"]
+            self.check("view", self.refused(mac, "view", url.split(":")[2].split("/")[0]))
+            view.terminate()
+
     def recorded(self):
         """What a record holds besides the journal."""
         with Mac(WORLD) as mac:
             folder = mac.path("record")
-            subprocess.run([SIMULATED_MAC, "run", "--virtual", "--record", folder, mac.path("world"), "--",
+            subprocess.run([SIMULATED_MAC, "run", "--virtual", "--seed", "7", "--record", folder, mac.path("world"), "--",
                             DRIVER, "bg-click", "Notes", "150", "100"],
                            check=True, capture_output=True, env=plain_environment())
             with open(f"{folder}/record.jsonl", encoding="utf-8") as file:

@@ -14,6 +14,8 @@ from mac import DRIVER, ROOT
 
 BUILD = Path(os.environ.get("BUILD_FOLDER", ROOT / "build/release"))
 VERSION = (ROOT / "VERSION").read_text().strip()
+# ICU's data alone have 30 MB.
+EXECUTABLE_BYTES_MAX = 8_000_000
 COMPONENTS = {
     "driver": {"bin/driver", "share/driver/doctor", "share/man/man1/driver.1",
                "share/man/man7/driver-service.7", "share/bash-completion/completions/driver",
@@ -24,8 +26,11 @@ COMPONENTS = {
                       "share/zsh/site-functions/_simulated-mac",
                       "share/fish/vendor_completions.d/simulated-mac.fish",
                       "share/driver/contract/simulated-mac/journal.json",
-                      "share/driver/worlds/desk.world", "share/driver/worlds/mail.world",
-                      "share/driver/worlds/chat.world", "share/driver/worlds/settings.world"},
+                      "share/driver/examples/agent.py", "share/driver/examples/agent.sh",
+                      "share/driver/examples/agent_test.py", "share/driver/examples/test.sh",
+                      *(f"share/driver/worlds/{world.name}" for world in (ROOT / "demo").glob("*.world")),
+                      "share/driver/worlds/mail-client.world", "share/driver/worlds/README.md",
+                      "lib/simulated-mac/libvirtual_sleep.so"},
     "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
              "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
              "share/doc/driver/packaging/contract/README.md"}}
@@ -71,32 +76,66 @@ class Installation(Temporary):
         self.assertEqual([], list(broken_links(documents)))
 
 
+def packaged(installed):
+    """The files of the package for what is installed by hand."""
+    for name in installed:
+        name = name.replace("zsh/site-functions", "zsh/vendor-completions")
+        yield f"usr/{name}.gz" if "/man/" in name else f"usr/{name}"
+
+
 @unittest.skipUnless(shutil.which("dpkg-deb") and shutil.which("cpack"), "this is no Debian")
-class DebianPackage(Temporary):
+class DebianPackage(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="packages-")
+        cls.addClassCleanup(folder.cleanup)
+        cls.folder = Path(folder.name)
+        done("cpack", "-G", "DEB", "--config", BUILD / "CPackConfig.cmake", "-B", cls.folder)
+        machine = done("dpkg", "--print-architecture").strip()
+        cls.package = cls.folder / f"simulated-mac_{VERSION}_{machine}.deb"
+
     def test_installs_runs_and_leaves_nothing_behind(self):
-        done("cpack", "-G", "DEB", "--config", BUILD / "CPackConfig.cmake", "-B", self.folder)
-        package = self.folder / f"simulated-mac_{VERSION}.deb"
-        fields = done("dpkg-deb", "-f", package, "Package", "Version", "Depends")
+        fields = done("dpkg-deb", "-f", self.package, "Package", "Version", "Depends")
         self.assertIn("Package: simulated-mac", fields)
         self.assertIn(f"Version: {VERSION}", fields)
         self.assertIn("libcairo2", fields)
+        self.assertNotIn("libicu", fields, "what is used of it is in the programs")
 
         root = self.folder / "root"
         (root / "var/lib/dpkg/info").mkdir(parents=True)
         (root / "var/lib/dpkg/updates").mkdir()
         (root / "var/lib/dpkg/status").touch()
-        before = files_in(root / "usr") if (root / "usr").exists() else set()
         # There is nothing else in this root, so what the package needs is that of the machine.
         dpkg = ["dpkg", f"--root={root}", "--force-depends", "--force-not-root", "--log=/dev/null"]
-        done(*dpkg, "--install", package)
+        done(*dpkg, "--install", self.package)
         for wanted in COMPONENTS.values():
-            self.assertLessEqual({f"usr/{name}" for name in wanted}, files_in(root))
+            self.assertLessEqual(set(packaged(wanted)), files_in(root))
         line = done(root / "usr/bin/simulated-mac", "run", "--virtual",
                     root / "usr/share/driver/worlds/desk.world", "--",
                     root / "usr/bin/driver", "bg-click", "Notes", "340", "574")
         self.assertEqual('{"changed":true,"ok":true,"via":"background","window":7}\n', line)
+        for program in ("driver", "simulated-mac"):
+            self.assertLess((root / "usr/bin" / program).stat().st_size, EXECUTABLE_BYTES_MAX)
         done(*dpkg, "--purge", "simulated-mac")
-        self.assertEqual(before, files_in(root / "usr") if (root / "usr").exists() else set())
+        self.assertEqual(set(), files_in(root / "usr") if (root / "usr").exists() else set())
+
+    def test_has_examples_that_are_those_of_the_page(self):
+        done("dpkg-deb", "--extract", self.package, self.folder / "files")
+        page = (ROOT / "docs/AGENTS_ON_LINUX.md").read_text()
+        examples = self.folder / "files/usr/share/driver/examples"
+        found = {path.name: path.read_text() for path in examples.iterdir()}
+        self.assertEqual(dict(re.findall(r"^```\w+ title=(\S+)\n(.*?)^```$", page, re.M | re.S)), found)
+
+    def test_says_that_no_licence_has_been_chosen(self):
+        done("dpkg-deb", "--extract", self.package, self.folder / "notices")
+        text = (self.folder / "notices/usr/share/doc/simulated-mac/copyright").read_text()
+        self.assertIn("No licence has been chosen yet", text)
+        self.assertIn("Unicode, Inc.", text)
+        self.assertIn("No licence has been chosen yet", (ROOT / "README.md").read_text())
+
+    @unittest.skipUnless(shutil.which("lintian"), "there is no lintian here")
+    def test_is_as_debian_asks(self):
+        self.assertEqual("", done("lintian", "--allow-root", "--fail-on", "error,warning", self.package))
 
 
 class Identity(unittest.TestCase):
@@ -147,12 +186,35 @@ class Identity(unittest.TestCase):
 
 
 class Formula(unittest.TestCase):
+    @unittest.skipUnless(shutil.which("ruby"), "there is no ruby here")
+    def test_is_well_formed_and_passes_its_own_test(self):
+        formula = ROOT / "packaging/homebrew/driver.rb"
+        self.assertEqual("Syntax OK\n", done("ruby", "-wc", formula))
+        lines = done("ruby", Path(__file__).with_name("formula_standin.rb"), formula, DRIVER).splitlines()
+        self.assertEqual("tested", lines[-1])
+        self.assertEqual(["system cmake -S platform/macos -B build -DCMAKE_INSTALL_PREFIX=/prefix",
+                          "system cmake --build build", "system cmake --install build"],
+                         [line for line in lines if line.startswith("system ")])
+
     def test_expects_what_bare_driver_writes(self):
         formula = (ROOT / "packaging/homebrew/driver.rb").read_text()
         line = re.search(r'line = "(.*)"$', formula, re.M)[1].encode().decode("unicode_escape")
         status = re.search(r'shell_output\(bin/"driver", (\d)\)', formula)[1]
         run = subprocess.run([DRIVER], capture_output=True, text=True, check=False)
         self.assertEqual((line, int(status), ""), (run.stdout, run.returncode, run.stderr))
+
+
+class Image(unittest.TestCase):
+    """Building it takes a registry of images; the workflow "release" does so."""
+
+    def test_copies_and_runs_what_is_there(self):
+        text = (ROOT / "Containerfile").read_text()
+        self.assertIn("COPY packaging/image/install ", text)
+        self.assertIn("RUN /source/scripts/package-linux ", text)
+        done("sh", "-n", ROOT / "packaging/image/install")
+        done("bash", "-n", ROOT / "scripts/package-linux")
+        for name in ("packaging/image/install", "scripts/package-linux"):
+            self.assertTrue(os.access(ROOT / name, os.X_OK), name)
 
 
 class Scripts(unittest.TestCase):
@@ -209,9 +271,10 @@ class Scripts(unittest.TestCase):
                                   "PATH": f"{tools}:{os.environ['PATH']}"})
             return run, log.read_text().splitlines(), list(files.iterdir())
 
-    def test_that_the_workflow_runs_exist(self):
+    def test_that_the_workflows_run_exist(self):
         workflow = (ROOT / ".github/workflows/ci.yml").read_text()
-        names = set(re.findall(r"scripts/[a-z-]+", workflow))
+        release = (ROOT / ".github/workflows/release.yml").read_text()
+        names = set(re.findall(r"scripts/[a-z-]+", workflow + release))
         self.assertGreaterEqual(len(names), 4)
         for name in names:
             self.assertTrue(os.access(ROOT / name, os.X_OK), name)

@@ -83,6 +83,8 @@ class CompletionsOfTheCompanion(unittest.TestCase):
         (["leave", ""], ["console"]),
         (["user", "cl"], ["click"]),
         (["help", "hab"], ["habits"]),
+        (["wait", "un"], ["until"]),
+        (["check", "--j"], ["--json"]),
         (["user", "key", ""], []),
         (["lock", ""], [])]
 

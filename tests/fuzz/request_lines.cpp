@@ -1,5 +1,6 @@
 #include "tests/fuzz/request_lines.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -131,7 +132,20 @@ std::string complaintAbout(const std::string& line) {
   const auto shared = driver::sharedCommandOf(*request, app);
   if (shared && !isShared(*shared, app)) return "a command that is not shared";
   const auto written = json::write(driver::Value(request->entries));
-  return json::parse(written) == driver::Value(request->entries) ? "" : "it reads differently";
+  // A whole number that was written with an exponent is written without one.
+  const auto again = json::parse(written);
+  return again && json::write(*again) == written ? "" : "it reads differently";
+}
+
+std::string complaintAboutLines(const std::string& input) {
+  std::string_view rest = input;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find('\n'), rest.size());
+    std::string complaint = complaintAbout(std::string(rest.substr(0, end)));
+    if (!complaint.empty()) return complaint;
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  return "";
 }
 
 }  // namespace fuzz

@@ -17,4 +17,7 @@ std::string requestLine(Random& random);
 /// its session, its application, its scope and its command.
 std::string complaintAbout(const std::string& line);
 
+/// The same about each line of an input.
+std::string complaintAboutLines(const std::string& input);
+
 }  // namespace fuzz

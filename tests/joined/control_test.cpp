@@ -25,36 +25,6 @@ TEST(control, without_a_mac_says_so) {
                     "\\\"simulated-mac serve WORLD\\\" prints"));
 }
 
-TEST(control, explains_its_usage) {
-  const std::string path = simulatedMacPath();
-
-  EXPECT_EQ(
-      seen(run({path})),
-      failure(
-          "usage: simulated-mac "
-          "run|serve|stop|list|report|screenshot|state|tree|value|journal|trace|violations|fault|"
-          "advance|"
-          "lock|unlock|leave|return|quit|end|front|hang|recover|user|remove|connect|disconnect|"
-          "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
-          "\\\"simulated-mac --help\\\" tells more"));
-  EXPECT_EQ(
-      seen(run({path, "run", "world"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(
-      seen(run({path, "run", "world", "--"})),
-      failure(
-          "usage: simulated-mac run [--virtual] [--seed N] [--record DIR [--no-pictures]] WORLD -- "
-          "COMMAND [ARGUMENT]..."));
-  EXPECT_EQ(seen(run({path, "serve", "--frob", "world"})),
-            "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "
-            "[--record DIR "
-            "[--no-pictures]] [--socket NAME] [--until-closed] WORLD\",\"ok\":false}\n");
-  EXPECT_EQ(seen(run({path, "screenshot"})), failure("usage: simulated-mac screenshot OUT.png"));
-  EXPECT_EQ(seen(run({path, "advance"})), failure("usage: simulated-mac advance TIME"));
-}
-
 TEST(control, help_names_every_command) {
   const Finished help = run({simulatedMacPath(), "--help"});
 
@@ -104,6 +74,19 @@ TEST(control, leaves_the_console_and_returns) {
   EXPECT_EQ(seen(mac.driver({"session"})), session(false, false));
   EXPECT_EQ(seen(mac.command({"return", "to", "console"})), done);
   EXPECT_EQ(seen(mac.driver({"session"})), session(false, true));
+}
+
+TEST(control, an_application_acts_by_itself) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"in", "Notes", "set Body \"told; \"; append \"twice\" to Body"})),
+            done);
+  EXPECT_EQ(seen(mac.command({"in", "Notes", "set", "Bdy", "\"x\""})),
+            failure("no element of Notes is labelled \\\"Bdy\\\""));
+  EXPECT_EQ(
+      seen(mac.command({"journal", "--text"})),
+      "0     0 ms        -  happening 41/0 in pid:41 set Body \"told; \"; append \"twice\" to "
+      "Body\n");
 }
 
 TEST(control, the_user_acts) {

@@ -91,6 +91,14 @@ TEST_F(record, has_no_screens_when_none_are_wanted) {
   EXPECT_EQ(filesIn(folder_ + "/pictures"), 0U);
 }
 
+TEST_F(record, keeps_the_seed_that_was_told_in_place_of_the_worlds) {
+  EXPECT_EQ(seen(run({simulatedMacPath(), "run", "--virtual", "--seed", "7", "--record", folder_,
+                      world_, "--", "/bin/true"})),
+            "0 ");
+
+  EXPECT_NE(lines().find("\"seed\":7,\"time\":\"virtual\""), std::string::npos) << lines();
+}
+
 TEST_F(record, is_not_written_over) {
   EXPECT_EQ(kept({driverPath(), "session"}).status, 0);
   const std::string before = lines();
@@ -128,12 +136,12 @@ TEST_F(record, becomes_a_page_that_needs_nothing_else) {
 
   EXPECT_EQ(seen(report(page)), "0 {\"ok\":true,\"path\":\"" + page + "\"}\n");
   const std::string text = contentsOf(page);
-  EXPECT_EQ(occurrences(text, "</script>"), 2U);
+  EXPECT_EQ(occurrences(text, "</script>"), 3U);
   EXPECT_NE(text.find("\\u003c/script>\\u003cb>"), std::string::npos);
   EXPECT_EQ(occurrences(text, "http:") + occurrences(text, "https:") + occurrences(text, "src="),
             0U);
   EXPECT_EQ(
-      occurrences(text, "@RECORD@") + occurrences(text, "@STYLE@") + occurrences(text, "@SCRIPT@"),
+      occurrences(text, "@RECORD@") + occurrences(text, "@STYLE@") + occurrences(text, "@IMPORTS@"),
       0U);
 }
 

@@ -201,7 +201,9 @@ void Stage::requireStill(Microseconds until) const {
     return each.at > mac_.now && each.at <= until;
   };
   const auto& script = world().script;
-  if (std::any_of(script.begin(), script.end(), isDue) || mac_.comingLock) {
+  const auto& due = world().due;
+  const bool follows = !due.empty() && due.front().due <= until;
+  if (std::any_of(script.begin(), script.end(), isDue) || follows || mac_.comingLock) {
     throw NoOpinion{Silence::happening};
   }
 }

@@ -14,7 +14,7 @@
 // the reader at every two; and whatever can happen to the guard happens just before every call, and
 // before every two.
 
-namespace {
+namespace guard_schedule_test {
 
 using testing_support::deskWith;
 using testing_support::endedBy;
@@ -185,4 +185,4 @@ TEST(guard_schedules, everything_at_once_in_every_order) {
             (Outcomes{locked({endedBy("signal")}), locked({endedBy("user"), endedBy("signal")})}));
 }
 
-}  // namespace
+}  // namespace guard_schedule_test

@@ -10,7 +10,7 @@
 
 /// Every order in which the flows of a service can go on, up to two pre-emptions: its task, the
 /// flow that brings news of stopped sharing, and the main flow, which takes signals.
-namespace {
+namespace service_schedule_test {
 
 using namespace testing_support;
 
@@ -180,4 +180,4 @@ INSTANTIATE_TEST_SUITE_P(
                              {task, news}}),
     [](const auto& test) { return std::string(test.param.name); });
 
-}  // namespace
+}  // namespace service_schedule_test

@@ -6,7 +6,7 @@
 #include "tests/support/watching.h"
 
 /// The watcher of the user's input, with its two flows in every order.
-namespace {
+namespace watcher_schedule_test {
 
 using namespace testing_support;
 
@@ -62,4 +62,4 @@ TEST(watch_input_schedules, without_an_end_lose_no_line) {
                                             submission("com.example.browser", 2000)})}));
 }
 
-}  // namespace
+}  // namespace watcher_schedule_test

@@ -168,9 +168,15 @@ Case readCase(std::string_view world, std::string_view steps) {
   return one;
 }
 
-std::string inQuotes(std::string_view text) {
+std::string escaped(char byte) {
   constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  return {'\\', 'x', digits[value / 16], digits[value % 16]};
+}
+
+std::string inQuotes(std::string_view text) {
   std::string result = "\"";
+  result.reserve(text.size() + 2);
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (c == '"' || c == '\\') {
@@ -179,9 +185,7 @@ std::string inQuotes(std::string_view text) {
     } else if (c == '\n') {
       result += "\\n";
     } else if (byte < 0x20 || byte >= 0x7F) {
-      result += "\\x";
-      result += digits[byte / 16];
-      result += digits[byte % 16];
+      result += escaped(c);
     } else {
       result += c;
     }

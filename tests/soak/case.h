@@ -71,6 +71,9 @@ Case readCase(std::string_view world, std::string_view steps);
 /// A text in quotation marks, as worlds have it, of printable characters alone.
 std::string inQuotes(std::string_view text);
 
+/// A byte as worlds and shells have it in a text: "\xHH".
+std::string escaped(char byte);
+
 /// The text with each `name` replaced.
 std::string replaced(std::string text, std::string_view name, const std::string& replacement);
 

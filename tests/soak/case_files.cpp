@@ -11,14 +11,11 @@ namespace {
 
 /// A word as bash reads it, whatever is in it.
 std::string shellWord(std::string_view text) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
   std::string result = "$'";
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x20 || byte >= 0x7F || c == '\'' || c == '\\') {
-      result += "\\x";
-      result += digits[byte / 16];
-      result += digits[byte % 16];
+      result += escaped(c);
     } else {
       result += c;
     }
@@ -74,11 +71,12 @@ std::string attendedText(const Step& step, std::size_t number) {
   return text + ") &\n" + (step.beside ? "" : "wait $run\n");
 }
 
+}  // namespace
+
 std::string scriptText(const Case& one) {
   std::string text =
-      "#!/usr/bin/env bash\n# simulated-mac run --virtual case.world -- bash replay.sh, with "
-      "driver "
-      "and simulated-mac in the path\nfolder=$(mktemp -d)\nservice=0\n";
+      "#!/usr/bin/env bash\n# simulated-mac run --virtual case.world -- bash THIS, with driver and "
+      "simulated-mac in the path\nfolder=$(mktemp -d)\ncd \"$folder\"\nservice=0\n";
   for (const std::string& fault : one.faults) text += "simulated-mac fault " + fault + "\n";
   std::size_t number = 0;
   for (const Step& step : one.steps) {
@@ -92,6 +90,8 @@ std::string scriptText(const Case& one) {
   }
   return text + "wait\nsimulated-mac violations\n";
 }
+
+namespace {
 
 void writeFile(const std::string& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary);
@@ -112,7 +112,6 @@ void writeCase(const Case& one, const std::string& folder, const std::string& sa
   std::string comment = "# " + replaced(said, "\n", " ") + "\n";
   writeFile(folder + "/" + worldFile, worldText(one));
   writeFile(folder + "/" + stepsFile, comment + stepsText(one));
-  writeFile(folder + "/" + scriptFile, scriptText(one));
 }
 
 Case readCaseIn(const std::string& folder) {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "simulator/text/error.h"
+#include "tests/soak/play.h"
 #include "tests/soak/shrink.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -38,6 +40,17 @@ TEST(a_case, reads_back_as_it_was_written) {
 TEST(a_case, is_refused_when_a_line_makes_no_sense) {
   EXPECT_THROW(readCase("", "jump\n"), simulator::WorldError);
   EXPECT_THROW(readCase("", "run \"a\"\n    beyond 3us\n"), simulator::WorldError);
+}
+
+TEST(a_case, that_names_a_file_without_a_folder_writes_into_its_own) {
+  const testing_support::TemporaryFolder folder;
+  const Case one = readCase(R"(app "Notes" pid 41
+    window 7 "Inbox" at 0,0 size 300x200
+)",
+                            "run \"capture\" \"Notes\" \"nan\"\n");
+
+  EXPECT_EQ(play(one, folder.path("")).steps.at(0).status, 0);
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"nan"});
 }
 
 TEST(shrunk, leaves_what_the_failure_needs_and_no_more) {

@@ -83,6 +83,7 @@ class Drawer {
       const std::string& other = random_.pick(application_.controls).label;
       if (!other.empty()) line.options.push_back("also under " + inQuotes(other));
     }
+    if (features_.scrolling) addScrolling(role, line);
     if (random_.oneIn(10)) line.options.emplace_back("modal");
     addCommonHabits(random_, features_, line);
     line.lines = elementsIn(own, depth + 1);
@@ -90,6 +91,14 @@ class Drawer {
       for (WorldLine& each : line.lines) each.options.emplace_back("while hovered");
     }
     return line;
+  }
+
+  void addScrolling(std::string_view role, WorldLine& line) {
+    const bool isList = role == "AXList" || role == "AXTable" || role == "AXOutline";
+    if (isList && random_.oneIn(2)) line.options.emplace_back("stacks");
+    if (role == "AXScrollArea" || random_.oneIn(6)) {
+      line.options.emplace_back(random_.oneIn(3) ? "scrolls lazily" : "scrolls");
+    }
   }
 
   WorldLine control(const Place& around, std::string_view role) {
@@ -104,10 +113,32 @@ class Drawer {
   ApplicationSketch& application_;
 };
 
-std::string reaction(Random& random, const Features& features,
-                     const ApplicationSketch& application) {
+/// What makes something else of an element with this label.
+std::string change(Random& random, const Features& features, const std::string& target,
+                   const std::string& other) {
+  switch (random.below(6)) {
+    case 0:
+      return "enable " + target;
+    case 1:
+      return "disable " + target;
+    case 2:
+      return "relabel " + target + " " + inQuotes(label(random, features.oddTexts));
+    case 3:
+      return "count " + target + (random.oneIn(2) ? " up" : " down by 3");
+    case 4:
+      return "set " + target + " value of " + other;
+    default:
+      return "move " + target + (random.oneIn(2) ? " above " : " below ") + other;
+  }
+}
+
+std::string deed(Random& random, const Features& features, const ApplicationSketch& application) {
   std::string target;
   if (!application.controls.empty()) target = random.pick(application.controls).label;
+  if (features.changing && !target.empty() && random.oneIn(2)) {
+    const std::string& other = random.pick(application.controls).label;
+    return change(random, features, inQuotes(target), inQuotes(other.empty() ? target : other));
+  }
   if (features.deadlyActs && random.oneIn(5)) return random.oneIn(2) ? "quit" : "hang";
   if (features.windowActs && random.oneIn(2)) {
     const std::size_t kind = random.below(5);
@@ -128,6 +159,13 @@ std::string reaction(Random& random, const Features& features,
                          : "set " + inQuotes(target) + " " + text;
 }
 
+std::string delay(Random& random) {
+  const std::int64_t least = random.between(0, 2'000);
+  std::string text = "after " + std::to_string(least) + "ms";
+  if (random.oneIn(3)) text += ".." + std::to_string(least + random.between(0, 500)) + "ms";
+  return text + " ";
+}
+
 bool isField(const WorldLine& line) {
   for (const std::string_view role : fieldRoles) {
     if (line.head.starts_with(role)) return true;
@@ -136,6 +174,12 @@ bool isField(const WorldLine& line) {
 }
 
 }  // namespace
+
+std::string reaction(Random& random, const Features& features,
+                     const ApplicationSketch& application) {
+  const std::string before = features.later && random.oneIn(3) ? delay(random) : "";
+  return before + deed(random, features, application);
+}
 
 std::vector<WorldLine> someElements(Random& random, const Features& features, const Place& place,
                                     ApplicationSketch& application) {
@@ -150,9 +194,10 @@ void addReactions(Random& random, const Features& features, const ApplicationSke
     const bool isItem = line.head.starts_with("menu ") && !line.head.ends_with("> -");
     if (!isElement && !isItem) continue;
     if (random.oneIn(isItem ? 2 : 3)) {
-      const char* const way = isElement && isField(line)     ? "submit: "
-                              : isElement && random.oneIn(5) ? "right: "
-                                                             : "press: ";
+      const char* const way = isElement && isField(line)                          ? "submit: "
+                              : isElement && random.oneIn(5)                      ? "right: "
+                              : features.changing && isElement && random.oneIn(5) ? "double: "
+                                                                                  : "press: ";
       std::string text = way + reaction(random, features, application);
       if (random.oneIn(5)) text += "; " + reaction(random, features, application);
       line.options.push_back(std::move(text));

@@ -10,6 +10,11 @@ namespace soak {
 std::vector<WorldLine> someElements(Random& random, const Features& features, const Place& place,
                                     ApplicationSketch& application);
 
+/// Something that a press, or the application by itself, does; it has to do with what the
+/// application has.
+std::string reaction(Random& random, const Features& features,
+                     const ApplicationSketch& application);
+
 /// Gives some of the elements among the lines, and some items of menus, something that a press
 /// does; what it does has to do with what the application has.
 void addReactions(Random& random, const Features& features, const ApplicationSketch& application,

@@ -55,6 +55,9 @@ constexpr std::array shares = {
     Share{&Features::faults, 4},
     Share{&Features::living, 4},
     Share{&Features::latencies, 4},
+    Share{&Features::changing, 5},
+    Share{&Features::later, 5},
+    Share{&Features::scrolling, 5},
 };
 
 }  // namespace

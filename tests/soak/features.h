@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/random.h"
+#include "simulator/world/random.h"
 
 namespace soak {
 
@@ -31,6 +31,9 @@ struct Features {
   bool denials = false;        // permissions, private functions, sessions
   bool pasteboard = false;     // something is on it
   bool otherKeyboard = false;  // layout, languages, version
+  bool changing = false;       // rows that move, elements that come to be used or called otherwise
+  bool later = false;          // what follows a press later, and what applications do by themselves
+  bool scrolling = false;      // areas that scroll, lists that close up
 
   // Of what happens.
   bool userMoves = false;     // pointer, scrolling

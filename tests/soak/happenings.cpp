@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "tests/soak/elements.h"
 #include "tests/soak/mac.h"
 #include "tests/soak/texts.h"
 
@@ -78,6 +79,15 @@ std::string someSignal(Random& random, const MacSketch& /*mac*/) {
   return std::string(random.pick(acts));
 }
 
+/// What an application does by itself.
+std::string someDeed(Random& random, const MacSketch& mac) {
+  const ApplicationSketch& application = random.pick(mac.applications);
+  std::string deed = reaction(random, mac.features, application);
+  // These are about an element of their own.
+  if (deed.ends_with("toggle") || deed.ends_with("choose")) deed = "paste";
+  return "in " + applicationText(application) + " " + deed;
+}
+
 struct HappeningMaker {
   bool Features::*feature;
   std::string (*text)(Random& random, const MacSketch& mac);
@@ -93,6 +103,7 @@ constexpr std::array makers = {
     HappeningMaker{&Features::hardware, someHardware},
     HappeningMaker{&Features::system, someSystemAct},
     HappeningMaker{&Features::signals, someSignal},
+    HappeningMaker{&Features::later, someDeed},
 };
 
 /// Whoever reads what the runs write stops for a while.
@@ -104,6 +115,15 @@ void addStall(Random& random, Microseconds time,
 
 std::string atTime(Microseconds time, const std::string& happening) {
   return "at " + std::to_string(time) + "us " + happening;
+}
+
+/// Some happen again, though not for ever.
+std::string repeated(Random& random, std::string happening) {
+  if (!random.oneIn(8)) return happening;
+  const std::int64_t interval = random.between(1, 500'000);
+  const std::int64_t times = random.between(2, 5);
+  return "every " + std::to_string(interval) + "us " + std::to_string(times) + " times " +
+         std::move(happening);
 }
 
 }  // namespace
@@ -126,6 +146,7 @@ std::vector<WorldLine> someHappenings(Random random, const MacSketch& mac, Micro
     for (std::size_t each = 0; each < count; ++each) {
       std::string text = someHappening(random, mac);
       if (text.empty()) return {};
+      if (mac.features.later) text = repeated(random, std::move(text));
       happenings.emplace_back(time, std::move(text));
       time += random.between(0, random.oneIn(3) ? 300'000 : 15'000);
     }

@@ -67,11 +67,17 @@ int replay(const std::string& source) {
   return complaint ? 1 : 0;
 }
 
+int printScript(const std::string& source) {
+  print(scriptText(readCaseIn(source)));
+  return 0;
+}
+
 /// What is asked for besides playing seeds.
 int carryOut(const Options& options) {
   if (options.shows) return showCase(options.seed);
   if (options.shrunk) return shrinkSeed(options.seed, *options.shrunk);
   if (options.replayed) return replay(*options.replayed);
+  if (options.scripted) return printScript(*options.scripted);
   return playMany(options);
 }
 

@@ -29,6 +29,8 @@ class Reader {
       options_.jobs = static_cast<std::size_t>(number());
     } else if (option == "--coverage") {
       options_.showsCoverage = true;
+    } else if (option == "--first") {
+      options_.stopsAtFirst = true;
     } else if (option == "--show") {
       options_.seed = number();
       options_.shows = true;
@@ -37,6 +39,8 @@ class Reader {
       options_.shrunk = word();
     } else if (option == "--replay") {
       options_.replayed = word();
+    } else if (option == "--script") {
+      options_.scripted = word();
     } else {
       understood_ = false;
     }

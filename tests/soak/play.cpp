@@ -1,6 +1,7 @@
 #include "tests/soak/play.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
@@ -21,6 +22,23 @@ std::unique_ptr<Desktop> desktopOf(const Case& one, const simulator::World& worl
   for (const std::string& text : one.faults) faults.push_back(simulator::parseFault(text, world));
   return std::make_unique<Desktop>(world, faults);
 }
+
+/// While it lives, files without a folder of their own are in this one: a run may name any.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(const std::string& folder) : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder);
+  }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+  ~WorkingFolder() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+  }
+
+ private:
+  std::filesystem::path before_;
+};
 
 /// What plays the steps of a case, by either way.
 class Player {
@@ -166,6 +184,7 @@ bool runsAlone(const Case& one) {
 }
 
 Played play(const Case& one, const std::string& folder, Way way) {
+  const WorkingFolder there(folder);
   Player player(one, folder);
   const bool oneByOne = way == Way::fast && runsAlone(one);
   return oneByOne ? player.playOneByOne() : player.playTogether();

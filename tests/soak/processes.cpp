@@ -120,7 +120,7 @@ class Processes::Implementation {
 
   /// Time does not pass over what happens by itself: it may be that a process is told to end.
   void stopAtNextOwn() {
-    const auto own = desktop_.nextOwn();
+    const auto own = desktop_.nextOwnInRun();
     if (!own || *own == nextStop_) return;
     nextStop_ = *own;
     at(*own, [] {});

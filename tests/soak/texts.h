@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/random.h"
+#include "simulator/world/random.h"
 
 /// What is said and written in a case: few plain texts, so that the same one comes in several
 /// places, and odd ones.

@@ -19,8 +19,10 @@ namespace {
 /// A press may change which window the user's next click lands in, and so all that follows.
 bool changesWindows(const Reaction& reaction) {
   namespace effects = simulator::reactions;
-  constexpr std::array harmless = {effects::append, effects::set, effects::toggle, effects::choose,
-                                   effects::paste};
+  constexpr std::array harmless = {effects::append,  effects::set,     effects::toggle,
+                                   effects::choose,  effects::paste,   effects::enable,
+                                   effects::disable, effects::relabel, effects::count};
+  if (reaction.elsewhere) return true;
   return std::find(harmless.begin(), harmless.end(), reaction.effect) == harmless.end();
 }
 
@@ -32,7 +34,7 @@ bool hasPressesThatChangeWindows(const World& world) {
   return std::any_of(world.applications.begin(), world.applications.end(), [](const auto& app) {
     return std::any_of(app.elements.begin(), app.elements.end(), [](const Element& element) {
       return anyChangesWindows(element.onClick) || anyChangesWindows(element.onRightClick) ||
-             anyChangesWindows(element.onSubmit);
+             anyChangesWindows(element.onDoubleClick) || anyChangesWindows(element.onSubmit);
     });
   });
 }

@@ -36,14 +36,23 @@ struct Progress {
 /// Memory that this process and its children share.
 class SharedProgress {
  public:
-  explicit SharedProgress(std::size_t count) : bytes_(count * sizeof(Progress)) {
+  explicit SharedProgress(std::size_t count)
+      : bytes_(sizeof(std::atomic<std::uint64_t>) + count * sizeof(Progress)) {
     memory_ = mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    firstFailure() = std::numeric_limits<std::uint64_t>::max();
   }
   SharedProgress(const SharedProgress&) = delete;
   SharedProgress& operator=(const SharedProgress&) = delete;
   ~SharedProgress() { munmap(memory_, bytes_); }
 
-  Progress& of(std::size_t worker) { return static_cast<Progress*>(memory_)[worker]; }
+  /// The lowest seed that is known to have failed.
+  std::atomic<std::uint64_t>& firstFailure() const {
+    return *static_cast<std::atomic<std::uint64_t>*>(memory_);
+  }
+
+  Progress& of(std::size_t worker) {
+    return reinterpret_cast<Progress*>(&firstFailure() + 1)[worker];
+  }
 
  private:
   std::size_t bytes_;
@@ -115,15 +124,22 @@ class Workers {
       ++progress.cases;
       progress.runs += one.steps.size();
       if (complaint) {
-        writeFailure({progress.next, complaint->judge, complaint->text}, failuresOf(worker));
+        note({progress.next, complaint->judge, complaint->text}, worker);
       }
     }
     std::ofstream file(coverageOf(worker));
     for (const std::string& each : coverage_) file << each << '\n';
   }
 
+  void note(const Failure& failure, std::size_t worker) {
+    writeFailure(failure, failuresOf(worker));
+    auto& first = progress_.firstFailure();
+    std::uint64_t known = first;
+    while (failure.seed < known && !first.compare_exchange_weak(known, failure.seed)) continue;
+  }
+
   std::optional<Complaint> playOne(const Case& one, const std::string& folder, Progress& progress) {
-    const auto complaint = verdict(one, folder, [&](const Played& played) {
+    auto complaint = verdict(one, folder, [&](const Played& played) {
       progress.simulatedMicroseconds += static_cast<std::uint64_t>(played.desktop->mac().now);
       if (options_.showsCoverage) addCoverage(one, played, coverage_);
     });
@@ -132,6 +148,7 @@ class Workers {
   }
 
   bool goesOn(std::uint64_t seed) const {
+    if (options_.stopsAtFirst && seed > progress_.firstFailure()) return false;
     if (options_.seconds) {
       return std::chrono::duration<double>(Clock::now() - start_).count() < *options_.seconds;
     }
@@ -148,7 +165,7 @@ class Workers {
     const auto complaint = complaintOfEnd(status);
     if (!complaint) return;
     Progress& progress = progress_.of(worker);
-    writeFailure({progress.next, complaint->judge, complaint->text}, failuresOf(worker));
+    note({progress.next, complaint->judge, complaint->text}, worker);
     ++progress.cases;
     progress.next += jobs_;
     start(worker);

@@ -35,6 +35,7 @@ class DirectChannel : public platform::Channel {
     if (turns_) return callInTurn(std::move(call));
     const simulator::Microseconds since = desktop_.mac().now;
     simulator::Answer answer = desktop_.handle(client_, Call(call));
+    if (killed() && call.function != Function::dieBySignal) endWith(statusOfDeath());
     if (isToldToEnd()) return goOnBesideTheEnd(std::move(call), std::move(answer), since);
     if (answer.pending) return waitAlone(call, answer);
     passTime(since + answer.delay);
@@ -88,6 +89,7 @@ class DirectChannel : public platform::Channel {
     processor_.emplace();
     turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
                                      Turns::Run::closed);
+    turns_->stopWhen([this] { return killed(); });
     turn_ = mainFlow_ = turns_->joinRunning(client_);
   }
 
@@ -145,7 +147,7 @@ class DirectChannel : public platform::Channel {
   Datum waitAlone(const Call& call, simulator::Answer answer) {
     const simulator::Microseconds since = desktop_.mac().now;
     while (answer.pending) {
-      const auto own = desktop_.nextOwn();
+      const auto own = answer.deadline ? desktop_.nextOwn() : desktop_.nextOwnInRun();
       if (!own && !answer.deadline) endWith(stillRunning);
       desktop_.advanceTo(own && answer.deadline ? std::min(*own, *answer.deadline)
                                                 : own.value_or(answer.deadline.value_or(0)));

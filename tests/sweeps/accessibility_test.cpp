@@ -10,7 +10,7 @@
 
 /// As fault_sweep_test.cpp, for the commands that read and operate elements: every call with every
 /// outcome it may have, once and from there on.
-namespace {
+namespace accessibility_sweep_test {
 
 using namespace testing_support;
 
@@ -215,4 +215,4 @@ TEST(accessibility_sweep_scenarios, have_every_command_that_reads_or_operates_el
 INSTANTIATE_TEST_SUITE_P(commands, accessibility_sweep, testing::ValuesIn(scenarios()),
                          [](const auto& each) { return each.param.name; });
 
-}  // namespace
+}  // namespace accessibility_sweep_test

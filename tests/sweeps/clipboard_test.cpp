@@ -4,7 +4,7 @@
 
 /// Somebody copies something just before each call of a paste, and of one that fails. The rules are
 /// checked in each run.
-namespace {
+namespace clipboard_sweep_test {
 
 using namespace testing_support;
 
@@ -47,4 +47,4 @@ TEST(copies_at_any_call, are_lost_right_before_the_two_clearings_alone_when_the_
   EXPECT_EQ(losses("Notes /a.txt", {"pasteboard.items 1 absent"}, {}), std::vector<std::string>{});
 }
 
-}  // namespace
+}  // namespace clipboard_sweep_test

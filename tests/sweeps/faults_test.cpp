@@ -11,7 +11,7 @@
 /// Each function that a command calls fails once, in every way that is admissible. The rules are
 /// checked in each run, and contract_suite holds each reply to its schema; nothing else is
 /// asserted.
-namespace {
+namespace faults_sweep_test {
 
 using namespace testing_support;
 
@@ -60,4 +60,4 @@ TEST_P(every_command_sweep, breaks_no_rule) {
 INSTANTIATE_TEST_SUITE_P(commands, every_command_sweep, testing::ValuesIn(everyCommand()),
                          [](const auto& each) { return each.param.name; });
 
-}  // namespace
+}  // namespace faults_sweep_test

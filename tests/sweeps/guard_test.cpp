@@ -10,7 +10,7 @@
 // Every call of the guard, with every outcome it may have, once and from there on, and with
 // whatever can happen just before it.
 
-namespace {
+namespace guard_sweep_test {
 
 using platform::Function;
 using simulator::Fault;
@@ -121,4 +121,4 @@ TEST(guard_sweep, of_a_guard_whose_screens_change) {
   sweep({"1s connect display 2 800x600 at 1440,0", "2s disconnect display 1", "3s close input"});
 }
 
-}  // namespace
+}  // namespace guard_sweep_test

@@ -9,7 +9,7 @@
 
 /// Whatever the user and the system may do comes just before any call of any command that does not
 /// live on. The rules are checked in each run; nothing else is asserted.
-namespace {
+namespace happenings_sweep_test {
 
 using namespace testing_support;
 
@@ -47,6 +47,8 @@ std::vector<Happenings> happeningsAround(const simulator::Application& target) {
       {"quit " + name},
       {"hang " + name},
       {"hang " + name, "recover " + name},
+      {"in " + name + " open sheet \"Sure?\""},
+      {"in " + name + " close window"},
       {"lock"},
       {"lock", "unlock"},
       {"leave console"},
@@ -97,4 +99,4 @@ TEST(every_command, is_one_that_does_not_live_on) {
 INSTANTIATE_TEST_SUITE_P(commands, happenings_sweep, testing::ValuesIn(everyCommand()),
                          [](const auto& each) { return each.param.name; });
 
-}  // namespace
+}  // namespace happenings_sweep_test

@@ -12,7 +12,7 @@
 
 /// Every call of the commands that press keys, type and paste, with every outcome it may have, once
 /// and from there on. The rules are checked in each run; nothing else is asserted.
-namespace {
+namespace keyboard_sweep_test {
 
 using namespace testing_support;
 
@@ -233,4 +233,4 @@ TEST(keyboard_sweep_scenarios, have_every_command_in_the_background_but_the_capt
 INSTANTIATE_TEST_SUITE_P(commands, keyboard_sweep, testing::ValuesIn(scenarios()),
                          [](const auto& parameter) { return parameter.param.name; });
 
-}  // namespace
+}  // namespace keyboard_sweep_test

@@ -10,7 +10,7 @@
 // Every call of "keep-awake" and "lock-now", with every outcome it may have, once and from there
 // on, and with whatever can happen just before it. The rules are checked in each run.
 
-namespace {
+namespace lock_commands_sweep_test {
 
 using platform::Function;
 using simulator::Fault;
@@ -65,4 +65,4 @@ TEST(lock_now_sweep, locks_or_says_that_it_could_not) {
                       "143 " + toldToEnd + "\n", "-1 " + locked, "-1 "}));
 }
 
-}  // namespace
+}  // namespace lock_commands_sweep_test

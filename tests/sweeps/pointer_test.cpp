@@ -14,7 +14,7 @@
 
 /// Every call of every command, with every outcome it may have, once and from there on. The rules
 /// are checked in each run; nothing else is asserted.
-namespace {
+namespace pointer_sweep_test {
 
 using namespace testing_support;
 
@@ -172,4 +172,4 @@ TEST(fault_sweep_scenarios, have_every_command_of_the_capture_group) {
 INSTANTIATE_TEST_SUITE_P(commands, fault_sweep, testing::ValuesIn(scenarios()),
                          [](const auto& each) { return each.param.name; });
 
-}  // namespace
+}  // namespace pointer_sweep_test

@@ -7,7 +7,7 @@
 
 /// Whatever can happen to a capture service, just before every call of a session that does
 /// everything.
-namespace {
+namespace service_sweep_test {
 
 using namespace testing_support;
 using simulator::Microseconds;
@@ -97,4 +97,4 @@ TEST(capture_service_ending, nothing_that_happens_to_the_mac_breaks_a_rule_at_an
   }
 }
 
-}  // namespace
+}  // namespace service_sweep_test

@@ -9,7 +9,7 @@
 /// Somebody tells a run to end, by each signal that does so, at each call and at each millisecond
 /// of it. The rules are checked in each run: that nothing more is begun, that what is pressed is
 /// let go, that focus and clipboard come back, and in time.
-namespace {
+namespace told_to_end_sweep_test {
 
 using namespace testing_support;
 
@@ -107,4 +107,4 @@ TEST(told_to_end_twice, ends_at_once_and_writes_nothing) {
 INSTANTIATE_TEST_SUITE_P(commands, told_to_end, testing::ValuesIn(everyCommand()),
                          [](const auto& each) { return each.param.name; });
 
-}  // namespace
+}  // namespace told_to_end_sweep_test

@@ -9,7 +9,7 @@
 /// Every call of the watcher of the user's input, with every outcome it may have, once and from
 /// there on, and with whatever may happen to its streams, its tap and itself. The rules are checked
 /// in each run: what was written is whole lines. It ends as it should, or goes on.
-namespace {
+namespace watcher_sweep_test {
 
 using namespace testing_support;
 
@@ -79,4 +79,4 @@ TEST(watch_input_sweep, breaks_no_rule) {
   EXPECT_GT(runs, 1500U);
 }
 
-}  // namespace
+}  // namespace watcher_sweep_test

@@ -40,7 +40,7 @@ class Commands:
         return reply
 
     def capture_probe(self, **options: Any) -> contract.CaptureProbeSuccess:
-        """Tells whether screens can be captured. Takes a tiny picture of the first display and
+        """Says whether screens can be captured. Takes a tiny picture of the first display and
         throws it away. The argument is not used.
         """
         reply: contract.CaptureProbeSuccess = self.run("capture-probe", {}, **options)
@@ -78,12 +78,12 @@ class Commands:
         return reply
 
     def permissions(self, **options: Any) -> contract.PermissionsSuccess:
-        """Tells which permissions are granted; never prompts."""
+        """Says which permissions are granted; never prompts."""
         reply: contract.PermissionsSuccess = self.run("permissions", {}, **options)
         return reply
 
     def scene(self, **options: Any) -> contract.SceneSuccess:
-        """Tells the application in front and where the pointer is. Without an application in front
+        """Shows the application in front and where the pointer is. Without an application in front
         pid is 0 and bundleId empty.
         """
         reply: contract.SceneSuccess = self.run("scene", {}, **options)
@@ -95,7 +95,7 @@ class Commands:
         return reply
 
     def session(self, **options: Any) -> contract.SessionSuccess:
-        """Tells whether the screen is locked, or another user in front."""
+        """Says whether the screen is locked, or another user in front."""
         reply: contract.SessionSuccess = self.run("session", {}, **options)
         return reply
 
@@ -112,7 +112,7 @@ class Commands:
         return reply
 
     def ax_texts_at(self, app: str, x: float, y: float, **options: Any) -> contract.AxTextsAtSuccess:
-        """Tells the texts at a point."""
+        """Shows the texts at a point."""
         reply: contract.AxTextsAtSuccess = self.run("ax-texts-at", {"app": app, "x": x, "y": y}, **options)
         return reply
 
@@ -122,7 +122,7 @@ class Commands:
         return reply
 
     def ax_at(self, app: str, x: float, y: float, **options: Any) -> contract.AxAtSuccess:
-        """Tells the element at a point."""
+        """Shows the element at a point."""
         reply: contract.AxAtSuccess = self.run("ax-at", {"app": app, "x": x, "y": y}, **options)
         return reply
 
@@ -144,7 +144,7 @@ class Commands:
         return reply
 
     def ax_match(self, app: str, label: str, *, near_x: float = -1, near_y: float = -1, **options: Any) -> contract.AxMatchSuccess:
-        """Tells the element that matches a label best. The point, or -1 -1, decides between
+        """Shows the element that matches a label best. The point, or -1 -1, decides between
         several.
         """
         reply: contract.AxMatchSuccess = self.run("ax-match", {"app": app, "label": label, "nearX": near_x, "nearY": near_y}, **options)
@@ -220,7 +220,7 @@ class Commands:
         return reply
 
     def ax_focused(self, app: str, **options: Any) -> contract.AxFocusedSuccess:
-        """Tells the element that has the keyboard focus of its application."""
+        """Shows the element that has the keyboard focus of its application."""
         reply: contract.AxFocusedSuccess = self.run("ax-focused", {"app": app}, **options)
         return reply
 
@@ -300,7 +300,7 @@ class App:
         return reply
 
     def texts_at(self, x: float, y: float, **options: Any) -> contract.AxTextsAtSuccess:
-        """Tells the texts at a point."""
+        """Shows the texts at a point."""
         reply: contract.AxTextsAtSuccess = self.commands.ax_texts_at(self.name, x, y, **options)
         return reply
 
@@ -310,7 +310,7 @@ class App:
         return reply
 
     def at(self, x: float, y: float, **options: Any) -> contract.AxAtSuccess:
-        """Tells the element at a point."""
+        """Shows the element at a point."""
         reply: contract.AxAtSuccess = self.commands.ax_at(self.name, x, y, **options)
         return reply
 
@@ -332,7 +332,7 @@ class App:
         return reply
 
     def match(self, label: str, *, near_x: float = -1, near_y: float = -1, **options: Any) -> contract.AxMatchSuccess:
-        """Tells the element that matches a label best. The point, or -1 -1, decides between
+        """Shows the element that matches a label best. The point, or -1 -1, decides between
         several.
         """
         reply: contract.AxMatchSuccess = self.commands.ax_match(self.name, label, near_x=near_x, near_y=near_y, **options)
@@ -408,7 +408,7 @@ class App:
         return reply
 
     def focused(self, **options: Any) -> contract.AxFocusedSuccess:
-        """Tells the element that has the keyboard focus of its application."""
+        """Shows the element that has the keyboard focus of its application."""
         reply: contract.AxFocusedSuccess = self.commands.ax_focused(self.name, **options)
         return reply
 
@@ -452,7 +452,7 @@ class AsyncCommands:
         return reply
 
     async def capture_probe(self, **options: Any) -> contract.CaptureProbeSuccess:
-        """Tells whether screens can be captured. Takes a tiny picture of the first display and
+        """Says whether screens can be captured. Takes a tiny picture of the first display and
         throws it away. The argument is not used.
         """
         reply: contract.CaptureProbeSuccess = await self.run("capture-probe", {}, **options)
@@ -490,12 +490,12 @@ class AsyncCommands:
         return reply
 
     async def permissions(self, **options: Any) -> contract.PermissionsSuccess:
-        """Tells which permissions are granted; never prompts."""
+        """Says which permissions are granted; never prompts."""
         reply: contract.PermissionsSuccess = await self.run("permissions", {}, **options)
         return reply
 
     async def scene(self, **options: Any) -> contract.SceneSuccess:
-        """Tells the application in front and where the pointer is. Without an application in front
+        """Shows the application in front and where the pointer is. Without an application in front
         pid is 0 and bundleId empty.
         """
         reply: contract.SceneSuccess = await self.run("scene", {}, **options)
@@ -507,7 +507,7 @@ class AsyncCommands:
         return reply
 
     async def session(self, **options: Any) -> contract.SessionSuccess:
-        """Tells whether the screen is locked, or another user in front."""
+        """Says whether the screen is locked, or another user in front."""
         reply: contract.SessionSuccess = await self.run("session", {}, **options)
         return reply
 
@@ -524,7 +524,7 @@ class AsyncCommands:
         return reply
 
     async def ax_texts_at(self, app: str, x: float, y: float, **options: Any) -> contract.AxTextsAtSuccess:
-        """Tells the texts at a point."""
+        """Shows the texts at a point."""
         reply: contract.AxTextsAtSuccess = await self.run("ax-texts-at", {"app": app, "x": x, "y": y}, **options)
         return reply
 
@@ -534,7 +534,7 @@ class AsyncCommands:
         return reply
 
     async def ax_at(self, app: str, x: float, y: float, **options: Any) -> contract.AxAtSuccess:
-        """Tells the element at a point."""
+        """Shows the element at a point."""
         reply: contract.AxAtSuccess = await self.run("ax-at", {"app": app, "x": x, "y": y}, **options)
         return reply
 
@@ -556,7 +556,7 @@ class AsyncCommands:
         return reply
 
     async def ax_match(self, app: str, label: str, *, near_x: float = -1, near_y: float = -1, **options: Any) -> contract.AxMatchSuccess:
-        """Tells the element that matches a label best. The point, or -1 -1, decides between
+        """Shows the element that matches a label best. The point, or -1 -1, decides between
         several.
         """
         reply: contract.AxMatchSuccess = await self.run("ax-match", {"app": app, "label": label, "nearX": near_x, "nearY": near_y}, **options)
@@ -632,7 +632,7 @@ class AsyncCommands:
         return reply
 
     async def ax_focused(self, app: str, **options: Any) -> contract.AxFocusedSuccess:
-        """Tells the element that has the keyboard focus of its application."""
+        """Shows the element that has the keyboard focus of its application."""
         reply: contract.AxFocusedSuccess = await self.run("ax-focused", {"app": app}, **options)
         return reply
 
@@ -712,7 +712,7 @@ class AsyncApp:
         return reply
 
     async def texts_at(self, x: float, y: float, **options: Any) -> contract.AxTextsAtSuccess:
-        """Tells the texts at a point."""
+        """Shows the texts at a point."""
         reply: contract.AxTextsAtSuccess = await self.commands.ax_texts_at(self.name, x, y, **options)
         return reply
 
@@ -722,7 +722,7 @@ class AsyncApp:
         return reply
 
     async def at(self, x: float, y: float, **options: Any) -> contract.AxAtSuccess:
-        """Tells the element at a point."""
+        """Shows the element at a point."""
         reply: contract.AxAtSuccess = await self.commands.ax_at(self.name, x, y, **options)
         return reply
 
@@ -744,7 +744,7 @@ class AsyncApp:
         return reply
 
     async def match(self, label: str, *, near_x: float = -1, near_y: float = -1, **options: Any) -> contract.AxMatchSuccess:
-        """Tells the element that matches a label best. The point, or -1 -1, decides between
+        """Shows the element that matches a label best. The point, or -1 -1, decides between
         several.
         """
         reply: contract.AxMatchSuccess = await self.commands.ax_match(self.name, label, near_x=near_x, near_y=near_y, **options)
@@ -820,7 +820,7 @@ class AsyncApp:
         return reply
 
     async def focused(self, **options: Any) -> contract.AxFocusedSuccess:
-        """Tells the element that has the keyboard focus of its application."""
+        """Shows the element that has the keyboard focus of its application."""
         reply: contract.AxFocusedSuccess = await self.commands.ax_focused(self.name, **options)
         return reply
 

@@ -38,7 +38,7 @@ export abstract class Commands {
   }
 
   /**
-   * Tells whether screens can be captured. Takes a tiny picture of the first display and throws it
+   * Says whether screens can be captured. Takes a tiny picture of the first display and throws it
    * away. The argument is not used.
    */
   captureProbe(more: RunOptions = {}): Promise<contract.CaptureProbeSuccess> {
@@ -77,13 +77,13 @@ export abstract class Commands {
     return this.run("bg-paste-files", { app, paths, ...more });
   }
 
-  /** Tells which permissions are granted; never prompts. */
+  /** Says which permissions are granted; never prompts. */
   permissions(more: RunOptions = {}): Promise<contract.PermissionsSuccess> {
     return this.run("permissions", { ...more });
   }
 
   /**
-   * Tells the application in front and where the pointer is. Without an application in front pid
+   * Shows the application in front and where the pointer is. Without an application in front pid
    * is 0 and bundleId empty.
    */
   scene(more: RunOptions = {}): Promise<contract.SceneSuccess> {
@@ -95,7 +95,7 @@ export abstract class Commands {
     return this.run("lock-now", { ...more });
   }
 
-  /** Tells whether the screen is locked, or another user in front. */
+  /** Says whether the screen is locked, or another user in front. */
   session(more: RunOptions = {}): Promise<contract.SessionSuccess> {
     return this.run("session", { ...more });
   }
@@ -110,7 +110,7 @@ export abstract class Commands {
     return this.run("ax-find-text", { app, texts, ...more });
   }
 
-  /** Tells the texts at a point. */
+  /** Shows the texts at a point. */
   axTextsAt(app: string, x: number, y: number, more: RunOptions = {}): Promise<contract.AxTextsAtSuccess> {
     return this.run("ax-texts-at", { app, x, y, ...more });
   }
@@ -120,7 +120,7 @@ export abstract class Commands {
     return this.run("ax-press-child", { app, row, child, ...more });
   }
 
-  /** Tells the element at a point. */
+  /** Shows the element at a point. */
   axAt(app: string, x: number, y: number, more: RunOptions = {}): Promise<contract.AxAtSuccess> {
     return this.run("ax-at", { app, x, y, ...more });
   }
@@ -143,7 +143,7 @@ export abstract class Commands {
     return this.run("ax-press-exact", { app, label, ...more });
   }
 
-  /** Tells the element that matches a label best. The point, or -1 -1, decides between several. */
+  /** Shows the element that matches a label best. The point, or -1 -1, decides between several. */
   axMatch(app: string, label: string, more: { nearX?: number; nearY?: number } & RunOptions = {}): Promise<contract.AxMatchSuccess> {
     return this.run("ax-match", { app, label, ...more });
   }
@@ -215,7 +215,7 @@ export abstract class Commands {
     return this.run("ax-modal-press", { app, text, button, ...more });
   }
 
-  /** Tells the element that has the keyboard focus of its application. */
+  /** Shows the element that has the keyboard focus of its application. */
   axFocused(app: string, more: RunOptions = {}): Promise<contract.AxFocusedSuccess> {
     return this.run("ax-focused", { app, ...more });
   }
@@ -294,7 +294,7 @@ export class App {
     return this.commands.axFindText(this.name, texts, more);
   }
 
-  /** Tells the texts at a point. */
+  /** Shows the texts at a point. */
   textsAt(x: number, y: number, more: RunOptions = {}): Promise<contract.AxTextsAtSuccess> {
     return this.commands.axTextsAt(this.name, x, y, more);
   }
@@ -304,7 +304,7 @@ export class App {
     return this.commands.axPressChild(this.name, row, child, more);
   }
 
-  /** Tells the element at a point. */
+  /** Shows the element at a point. */
   at(x: number, y: number, more: RunOptions = {}): Promise<contract.AxAtSuccess> {
     return this.commands.axAt(this.name, x, y, more);
   }
@@ -327,7 +327,7 @@ export class App {
     return this.commands.axPressExact(this.name, label, more);
   }
 
-  /** Tells the element that matches a label best. The point, or -1 -1, decides between several. */
+  /** Shows the element that matches a label best. The point, or -1 -1, decides between several. */
   match(label: string, more: { nearX?: number; nearY?: number } & RunOptions = {}): Promise<contract.AxMatchSuccess> {
     return this.commands.axMatch(this.name, label, more);
   }
@@ -399,7 +399,7 @@ export class App {
     return this.commands.axModalPress(this.name, text, button, more);
   }
 
-  /** Tells the element that has the keyboard focus of its application. */
+  /** Shows the element that has the keyboard focus of its application. */
   focused(more: RunOptions = {}): Promise<contract.AxFocusedSuccess> {
     return this.commands.axFocused(this.name, more);
   }

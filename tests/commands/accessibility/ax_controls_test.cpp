@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "reveal", "ax-popup-items" and "ax-slider".
-namespace {
+namespace ax_controls_test {
 
 using namespace testing_support;
 
@@ -246,4 +246,4 @@ TEST(ax_slider, needs_its_words) {
   EXPECT_EQ(seen(mac.driver("ax-slider Nobody Size up")), failure("app not running: Nobody"));
 }
 
-}  // namespace
+}  // namespace ax_controls_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-dump": everything that an application's windows hold.
-namespace {
+namespace ax_dump_test {
 
 using namespace testing_support;
 
@@ -146,4 +146,4 @@ TEST(ax_dump, ends_80_levels_below_the_windows) {
   EXPECT_EQ(dumpOf(world), dumped(entries));
 }
 
-}  // namespace
+}  // namespace ax_dump_test

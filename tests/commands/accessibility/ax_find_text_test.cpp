@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-find-text" and "ax-texts-at": where texts are, and which are at a point.
-namespace {
+namespace ax_find_text_test {
 
 using namespace testing_support;
 
@@ -197,4 +197,4 @@ TEST(ax_texts_at, see_only_the_windows_in_scope) {
   EXPECT_EQ(textsAt(world, "1 1", {{"CU_WINDOW", "inbox"}}), texts(R"("Inbox")"));
 }
 
-}  // namespace
+}  // namespace ax_find_text_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-focus", "ax-focused" and "ax-set-value".
-namespace {
+namespace ax_focus_test {
 
 using namespace testing_support;
 
@@ -252,4 +252,4 @@ TEST(ax_set_value, needs_its_words) {
   EXPECT_EQ(seen(mac.driver("ax-set-value Nobody 1 2 x")), failure("app not running: Nobody"));
 }
 
-}  // namespace
+}  // namespace ax_focus_test

@@ -4,7 +4,7 @@
 
 /// Text entry, menus and controls of an application that does not answer: two time-outs of 1.5 s
 /// are all it costs.
-namespace {
+namespace ax_hung_test {
 
 using namespace testing_support;
 using Words = std::vector<std::string>;
@@ -78,4 +78,4 @@ TEST(ax_hung, application_that_is_only_slow_is_waited_for) {
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "abc");
 }
 
-}  // namespace
+}  // namespace ax_hung_test

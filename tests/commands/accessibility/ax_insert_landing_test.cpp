@@ -4,7 +4,7 @@
 
 /// "ax-insert": when a text has landed, in fields that do with it what they like; and whose content
 /// nobody misses.
-namespace {
+namespace ax_insert_landing_test {
 
 using namespace testing_support;
 
@@ -287,4 +287,4 @@ TEST(transient_field, is_none_when_a_parent_is_missing) {
   EXPECT_EQ(replacedIn(window("subrole AXDialog", "            " + lost)), "old");
 }
 
-}  // namespace
+}  // namespace ax_insert_landing_test

@@ -6,7 +6,7 @@
 
 /// "ax-insert": where a text goes, in UTF-16 units, and what comes of a selection that cannot be
 /// written.
-namespace {
+namespace ax_insert_range_test {
 
 using namespace testing_support;
 
@@ -211,4 +211,4 @@ TEST(ax_insert_locked, reports_what_had_been_written_before) {
   EXPECT_EQ(seen(insertAt(whole, "message", "X")), reply("abc", "value", "X", true));
 }
 
-}  // namespace
+}  // namespace ax_insert_range_test

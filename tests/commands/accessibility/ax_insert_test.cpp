@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-insert": which field is taken, what it refuses, and where each mode puts the text.
-namespace {
+namespace ax_insert_test {
 
 using namespace testing_support;
 using Words = std::vector<std::string>;
@@ -288,4 +288,4 @@ TEST(ax_insert, takes_whatever_is_editable) {
                     R"("label":"Page","role":"AXGroup","value":"x"},"method":"value","ok":true})"));
 }
 
-}  // namespace
+}  // namespace ax_insert_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-list": the controls that show.
-namespace {
+namespace ax_list_test {
 
 using namespace testing_support;
 
@@ -242,4 +242,4 @@ TEST(ax_list, survives_answers_of_the_wrong_kind) {
             listed(plain("AXButton", "A")));
 }
 
-}  // namespace
+}  // namespace ax_list_test

@@ -6,7 +6,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-match" and "ax-press-match": the control that a label describes, near a point.
-namespace {
+namespace ax_match_test {
 
 using namespace testing_support;
 
@@ -292,4 +292,4 @@ TEST(ax_press_match, of_nothing_is_refused) {
   EXPECT_EQ(seen(mac.driver("ax-press-match Notes Other 1 1")), noElement);
 }
 
-}  // namespace
+}  // namespace ax_match_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-menu" and "ax-menubar".
-namespace {
+namespace ax_menu_test {
 
 using namespace testing_support;
 using Words = std::vector<std::string>;
@@ -190,4 +190,4 @@ TEST(ax_menubar, lists_the_titles_in_order_empty_ones_included) {
             success(R"({"menus":["File","","Edit"],"ok":true})"));
 }
 
-}  // namespace
+}  // namespace ax_menu_test

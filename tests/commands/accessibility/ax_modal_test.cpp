@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-modal" and "ax-modal-press".
-namespace {
+namespace ax_modal_test {
 
 using namespace testing_support;
 using Words = std::vector<std::string>;
@@ -233,4 +233,4 @@ TEST(ax_modal_press, needs_its_words) {
             failure("app not running: Nobody"));
 }
 
-}  // namespace
+}  // namespace ax_modal_test

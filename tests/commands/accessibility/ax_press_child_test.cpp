@@ -5,7 +5,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-press-child": a control in a row, which may only show under the pointer.
-namespace {
+namespace ax_press_child_test {
 
 using namespace testing_support;
 
@@ -238,4 +238,4 @@ TEST(ax_press_child, hovers_at_the_centre_of_the_row_in_its_scope) {
             refused(R"(no row matching \"letter\")"));
 }
 
-}  // namespace
+}  // namespace ax_press_child_test

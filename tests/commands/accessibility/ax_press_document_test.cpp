@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-press-in-document": a button of the only conversation that is open.
-namespace {
+namespace ax_press_document_test {
 
 using namespace testing_support;
 
@@ -174,4 +174,4 @@ TEST(ax_press_in_document, that_fails_tells_the_platforms_code) {
                     R"("pressed":"Send"})"));
 }
 
-}  // namespace
+}  // namespace ax_press_document_test

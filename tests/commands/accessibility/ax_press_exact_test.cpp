@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-press-exact": the control with exactly a label, perhaps in a named container.
-namespace {
+namespace ax_press_exact_test {
 
 using namespace testing_support;
 
@@ -207,4 +207,4 @@ TEST(ax_press_exact, looks_80_levels_below_its_windows_or_its_container) {
             refused(R"(no element labelled \"Send\")"));
 }
 
-}  // namespace
+}  // namespace ax_press_exact_test

@@ -5,7 +5,7 @@
 #include "tests/support/simulated_run.h"
 
 /// "ax-at" and "ax-press": the control at a point.
-namespace {
+namespace ax_press_test {
 
 using namespace testing_support;
 
@@ -229,4 +229,4 @@ TEST(ax_press, of_a_control_that_goes_with_it_tells_no_more_of_it) {
             success(R"({"axError":0,"element":{"label":"","role":""},"ok":true})"));
 }
 
-}  // namespace
+}  // namespace ax_press_test

@@ -6,7 +6,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Searches and presses in applications that hang or go, and in trees without an end.
-namespace {
+namespace ax_search_hung_test {
 
 using namespace testing_support;
 
@@ -118,4 +118,4 @@ TEST(a_search, ends_in_a_tree_that_shrinks_while_it_is_read) {
             count(2));
 }
 
-}  // namespace
+}  // namespace ax_search_hung_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// What the commands that search and press elements say before they look at any.
-namespace {
+namespace ax_usage_test {
 
 using namespace testing_support;
 
@@ -135,4 +135,4 @@ TEST(writes_of_attributes, that_are_answered_as_unknown_are_obeyed) {
             "    0 ms  write 41/0 AXEnhancedUserInterface true: obeyed, and answered as unknown\n");
 }
 
-}  // namespace
+}  // namespace ax_usage_test

@@ -6,7 +6,7 @@
 #include "tests/support/temporary_folder.h"
 
 /// Which display a capture shows, which part of it, and at which scale.
-namespace {
+namespace capture_displays_test {
 
 using namespace testing_support;
 
@@ -220,4 +220,4 @@ TEST(capture_probe, needs_a_display) {
   EXPECT_EQ(seen(mac.driver("capture-probe")), failure("no display"));
 }
 
-}  // namespace
+}  // namespace capture_displays_test

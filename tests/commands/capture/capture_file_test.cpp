@@ -7,7 +7,7 @@
 #include "tests/support/temporary_folder.h"
 
 /// The file that a capture writes.
-namespace {
+namespace capture_file_test {
 
 using namespace testing_support;
 
@@ -172,4 +172,4 @@ TEST(capture_file, is_not_written_under_another_name_than_the_one_given) {
   EXPECT_TRUE(fs::is_empty(folder.path("")));
 }
 
-}  // namespace
+}  // namespace capture_file_test

@@ -7,7 +7,7 @@
 #include "tests/support/temporary_folder.h"
 
 /// The windows of other processes that a capture shows.
-namespace {
+namespace capture_helpers_test {
 
 using namespace testing_support;
 
@@ -189,4 +189,4 @@ TEST(captured_helpers, ignore_the_window_scope) {
   EXPECT_EQ(seen(run), success(with(wider, candidates("b"))));
 }
 
-}  // namespace
+}  // namespace capture_helpers_test

@@ -6,7 +6,7 @@
 #include "tests/support/temporary_folder.h"
 
 /// "capture": what it replies, what it asks the system for, and what it refuses.
-namespace {
+namespace capture_test {
 
 using namespace testing_support;
 
@@ -188,4 +188,4 @@ TEST(capture, of_a_window_that_goes_before_the_screenshot_is_a_thrown_error) {
   EXPECT_TRUE(folder.names().empty());
 }
 
-}  // namespace
+}  // namespace capture_test

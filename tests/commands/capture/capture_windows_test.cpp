@@ -5,7 +5,7 @@
 #include "tests/support/temporary_folder.h"
 
 /// Which windows of the application a capture shows, and which of them is its anchor.
-namespace {
+namespace capture_windows_test {
 
 using namespace testing_support;
 
@@ -161,4 +161,4 @@ TEST(captured_anchor, without_a_normal_window_is_the_largest) {
             "7");
 }
 
-}  // namespace
+}  // namespace capture_windows_test

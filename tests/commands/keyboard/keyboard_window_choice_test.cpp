@@ -5,7 +5,7 @@
 #include "tests/support/posted_keys.h"
 
 /// Which window gets the keyboard, and when none does.
-namespace {
+namespace keyboard_window_choice_test {
 
 using namespace testing_support;
 
@@ -226,4 +226,4 @@ TEST(keyboard_window, without_the_accessibility_permission_is_none) {
   EXPECT_EQ(typing(std::string(inbox) + "    deny accessibility\n"), noWindow);
 }
 
-}  // namespace
+}  // namespace keyboard_window_choice_test

@@ -4,7 +4,7 @@
 #include "tests/support/posted_keys.h"
 
 /// How the keyboard's window gets and loses focus, and what that needs.
-namespace {
+namespace keyboard_window_focus_test {
 
 using namespace testing_support;
 
@@ -293,4 +293,4 @@ TEST(keyboard_focus, needs_to_know_the_foreground_when_it_starts) {
   }
 }
 
-}  // namespace
+}  // namespace keyboard_window_focus_test

@@ -4,7 +4,7 @@
 #include "tests/support/posted_keys.h"
 
 /// A save panel, which a service of the system shows over an application's window, gets its keys.
-namespace {
+namespace keyboard_window_panel_test {
 
 using namespace testing_support;
 
@@ -178,4 +178,4 @@ TEST(save_panel, gets_nothing_when_the_screen_locks_or_the_capture_service_goes)
   }
 }
 
-}  // namespace
+}  // namespace keyboard_window_panel_test

@@ -4,7 +4,7 @@
 #include "tests/support/posted_keys.h"
 
 /// After input a field of a Chromium application gets back the focus that it lost to its window.
-namespace {
+namespace keyboard_window_restore_test {
 
 using namespace testing_support;
 
@@ -231,4 +231,4 @@ TEST(focus_of_appkit, is_not_given_back) {
   EXPECT_EQ(run.elapsed, 154'000);
 }
 
-}  // namespace
+}  // namespace keyboard_window_restore_test

@@ -5,7 +5,7 @@
 #include "tests/support/posted_keys.h"
 
 /// What "bg-key" posts: which events, in which order, and when.
-namespace {
+namespace keys_events_test {
 
 using namespace testing_support;
 
@@ -229,4 +229,4 @@ TEST(key_commands, without_exactly_two_arguments_tell_how_they_are_used) {
   }
 }
 
-}  // namespace
+}  // namespace keys_events_test

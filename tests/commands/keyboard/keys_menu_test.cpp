@@ -4,7 +4,7 @@
 #include "tests/support/posted_keys.h"
 
 /// "bg-key" with the command key presses the menu item that has the shortcut, if there is one.
-namespace {
+namespace keys_menu_test {
 
 using namespace testing_support;
 
@@ -278,4 +278,4 @@ TEST(menu_shortcut, of_a_user_with_another_layout_is_known_by_its_character) {
   }
 }
 
-}  // namespace
+}  // namespace keys_menu_test

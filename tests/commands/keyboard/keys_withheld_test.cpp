@@ -8,7 +8,7 @@
 
 /// A chord stops when the session becomes unusable, when the capture service goes and when the
 /// target quits, whichever of its events is next; focus is given back in any case.
-namespace {
+namespace keys_withheld_test {
 
 using namespace testing_support;
 
@@ -248,4 +248,4 @@ TEST(keys, are_refused_without_the_capture_service_before_anything_else) {
   }
 }
 
-}  // namespace
+}  // namespace keys_withheld_test

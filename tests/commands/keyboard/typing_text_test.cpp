@@ -7,7 +7,7 @@
 #include "tests/support/posted_keys.h"
 
 /// What "bg-type" posts, and what arrives of it.
-namespace {
+namespace typing_text_test {
 
 using namespace testing_support;
 
@@ -268,4 +268,4 @@ TEST(a_text, of_the_application_in_front_goes_where_the_user_types) {
   EXPECT_EQ(run.elapsed, pair);
 }
 
-}  // namespace
+}  // namespace typing_text_test

@@ -8,7 +8,7 @@
 
 /// A text stops when the session becomes unusable and when the capture service goes, whichever of
 /// its events is next; and what becomes of one while the user does something else.
-namespace {
+namespace typing_withheld_test {
 
 using namespace testing_support;
 
@@ -159,4 +159,4 @@ TEST(typing, into_a_target_in_front_ends_when_the_user_leaves_in_mid_text) {
   EXPECT_EQ(run.effects.find("give"), std::string::npos);
 }
 
-}  // namespace
+}  // namespace typing_withheld_test

@@ -8,7 +8,7 @@
 
 /// The user goes to another window of the target while keys are on their way: what is left of them
 /// stays away, and the reply says how far they came.
-namespace {
+namespace user_elsewhere_test {
 
 using namespace testing_support;
 
@@ -329,4 +329,4 @@ TEST(a_user_somewhere_else, is_not_known_to_be_in_the_target) {
   EXPECT_EQ(seen(mac.driver("bg-type Notes hello")), typed);
 }
 
-}  // namespace
+}  // namespace user_elsewhere_test

@@ -7,7 +7,7 @@
 #include "tests/support/pasting.h"
 
 /// What becomes of the user's clipboard, whoever else uses it meanwhile.
-namespace {
+namespace paste_clipboard_test {
 
 using namespace testing_support;
 
@@ -243,4 +243,4 @@ TEST(paste_clipboard, is_the_users_again_for_an_application_that_reads_it_later_
   EXPECT_EQ(pastedAfter(2000), "old");
 }
 
-}  // namespace
+}  // namespace paste_clipboard_test

@@ -7,7 +7,7 @@
 #include "tests/support/posted_events.h"
 
 /// Pastes that do not end as usual: the user has clipboard and focus back all the same.
-namespace {
+namespace paste_endings_test {
 
 using namespace testing_support;
 
@@ -235,4 +235,4 @@ TEST(paste_ending, without_events_gives_the_clipboard_back) {
   EXPECT_EQ(clipboard(mac), usersClipboard);
 }
 
-}  // namespace
+}  // namespace paste_endings_test

@@ -4,7 +4,7 @@
 #include "tests/support/posted_events.h"
 
 /// Pastes that arrive: what they post, how long they take and what they ask of the Mac.
-namespace {
+namespace paste_files_test {
 
 using namespace testing_support;
 
@@ -278,4 +278,4 @@ TEST(bg_paste_files, makes_exactly_these_calls) {
                                                  "loop.sleep"}));
 }
 
-}  // namespace
+}  // namespace paste_files_test

@@ -3,7 +3,7 @@
 #include "tests/support/pasting.h"
 
 /// Pastes that are refused before the clipboard is touched.
-namespace {
+namespace paste_refusals_test {
 
 using namespace testing_support;
 
@@ -141,4 +141,4 @@ app Docs pid 43
   }
 }
 
-}  // namespace
+}  // namespace paste_refusals_test

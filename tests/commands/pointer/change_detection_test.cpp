@@ -6,7 +6,7 @@
 #include "tests/support/simulated_run.h"
 
 /// How long a pointer command watches for a change, and what it takes for one.
-namespace {
+namespace change_detection_test {
 
 using namespace testing_support;
 
@@ -166,4 +166,4 @@ TEST(change_detection, takes_509_ms_for_a_double_click_in_front) {
   EXPECT_EQ(slow.driver("bg-click Notes 130 95 left 2").elapsed, 909'000);
 }
 
-}  // namespace
+}  // namespace change_detection_test

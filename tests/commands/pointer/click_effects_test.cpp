@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// What clicks do in the applications they land in, and how that shows in the reply.
-namespace {
+namespace click_effects_test {
 
 using namespace testing_support;
 
@@ -238,4 +238,4 @@ TEST(click_effects, the_users_pointer_and_front_application_stay) {
   EXPECT_EQ(windowTitles(mac), "5 Start, 7 Inbox, 9 Chat");
 }
 
-}  // namespace
+}  // namespace click_effects_test

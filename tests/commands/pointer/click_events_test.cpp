@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Every event of a click, field by field.
-namespace {
+namespace click_events_test {
 
 using namespace testing_support;
 
@@ -178,4 +178,4 @@ TEST(click_events, are_posted_without_a_source_when_the_system_gives_none) {
   EXPECT_EQ(postedEvents(mac).find(", source"), std::string::npos);
 }
 
-}  // namespace
+}  // namespace click_events_test

@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// When clicks give the target focus and take it back, and what they need for it.
-namespace {
+namespace click_focus_test {
 
 using namespace testing_support;
 
@@ -256,4 +256,4 @@ TEST(click_count, beyond_two_or_below_one_posts_nothing) {
   }
 }
 
-}  // namespace
+}  // namespace click_focus_test

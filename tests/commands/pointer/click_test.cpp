@@ -2,7 +2,7 @@
 
 #include "tests/support/simulated_run.h"
 
-namespace {
+namespace click_test {
 
 using namespace testing_support;
 
@@ -35,4 +35,4 @@ TEST(bg_click, primes_clicks_and_gives_focus_back) {
   EXPECT_EQ(mac.valueOf("Notes", "Body"), "hello sent");
 }
 
-}  // namespace
+}  // namespace click_test

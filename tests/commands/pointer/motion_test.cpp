@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Scrolls and moves, field by field; drags, which are refused.
-namespace {
+namespace motion_test {
 
 using namespace testing_support;
 
@@ -49,6 +49,29 @@ TEST(scroll, in_appkit_takes_the_public_route_alone) {
 )");
   EXPECT_EQ(run.elapsed, 342'000);
   EXPECT_EQ(mac.world().windows[1].scrolledLines, (simulator::Point{2, -3}));
+}
+
+TEST(scroll, moves_the_list_under_its_point_as_far_as_it_goes) {
+  TestMac mac(deskWith(R"(
+    app Mail pid 43
+        window 10 "Mail" at 400,80 size 300x300
+            AXScrollArea "Messages" at 410,120 size 280x100 scrolls
+                AXRow "First" at 410,120 size 280x80
+                AXRow "Second" at 410,200 size 280x50
+)"));
+
+  const Result down = mac.driver("bg-scroll Mail 420 150 0 -1");
+  EXPECT_EQ(seen(down), done(10, true));
+  EXPECT_EQ(down.effects, R"(    0 ms  focus 43/10 give
+   40 ms  post 43/10 scroll 420,150 public: scrolled AXScrollArea "Messages" by 0,17
+  102 ms  focus 43/10 take
+)");
+  EXPECT_EQ(seen(mac.driver("bg-scroll Mail 420 150 0 -1")), done(10, true));
+  EXPECT_EQ(mac.world().applications[3].elements[3].frame, (simulator::Rect{410, 170, 280, 50}));
+  const Result atEnd = mac.driver("bg-scroll Mail 420 150 0 -1");
+
+  EXPECT_EQ(seen(atEnd), done(10, false));
+  EXPECT_EQ(mac.world().windows[3].scrolledLines, (simulator::Point{0, 0}));
 }
 
 TEST(scroll, in_chromium_takes_the_private_route_alone) {
@@ -265,4 +288,4 @@ TEST(drag, is_refused_in_front_too) {
                                "the target window"));
 }
 
-}  // namespace
+}  // namespace motion_test

@@ -3,7 +3,7 @@
 #include "tests/support/simulated_run.h"
 
 /// The command lines of the capture group.
-namespace {
+namespace pointer_arguments_test {
 
 using namespace testing_support;
 
@@ -208,4 +208,4 @@ TEST(capture_group, names_are_exact) {
   }
 }
 
-}  // namespace
+}  // namespace pointer_arguments_test

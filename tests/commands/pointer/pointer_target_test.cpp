@@ -4,7 +4,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Which application and which window a pointer command goes to.
-namespace {
+namespace pointer_target_test {
 
 using namespace testing_support;
 
@@ -218,4 +218,4 @@ TEST(pointer_display, the_point_that_stands_for_off_screen_is_one_like_any_other
   EXPECT_EQ(seen(move), success(R"({"changed":true,"ok":true,"via":"background","window":9})"));
 }
 
-}  // namespace
+}  // namespace pointer_target_test

@@ -7,7 +7,7 @@
 #include "tests/support/simulated_run.h"
 
 /// Pointer input stops when the session becomes unusable and when the capture service goes.
-namespace {
+namespace pointer_withheld_test {
 
 using namespace testing_support;
 
@@ -229,4 +229,4 @@ TEST(pointer_after_the_services_death, a_lock_does_not_hide_it) {
   EXPECT_EQ(postingTimes(mac), "40");
 }
 
-}  // namespace
+}  // namespace pointer_withheld_test

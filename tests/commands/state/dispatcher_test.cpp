@@ -9,7 +9,7 @@
 #include "tests/support/inside.h"
 
 namespace driver {
-namespace {
+namespace dispatcher_test {
 
 using namespace testing_support;
 
@@ -173,5 +173,5 @@ TEST(driver, proceeds_while_the_service_is_alive) {
             success(R"({"locked":false,"ok":true,"onConsole":true})"));
 }
 
-}  // namespace
+}  // namespace dispatcher_test
 }  // namespace driver

@@ -5,7 +5,7 @@
 #include "tests/support/guarded.h"
 #include "tests/support/inside.h"
 
-namespace {
+namespace display_hold_test {
 
 using testing_support::failure;
 using testing_support::Mode;
@@ -107,4 +107,4 @@ TEST(removed_lock_commands, say_what_there_is_instead) {
   }
 }
 
-}  // namespace
+}  // namespace display_hold_test

@@ -2,7 +2,7 @@
 
 #include "tests/support/simulated_run.h"
 
-namespace {
+namespace focus_release_test {
 
 using namespace testing_support;
 
@@ -106,4 +106,4 @@ TEST(focus_release, refuses_any_other_arguments) {
   }
 }
 
-}  // namespace
+}  // namespace focus_release_test

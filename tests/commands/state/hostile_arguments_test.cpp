@@ -4,7 +4,7 @@
 
 /// Arguments as nobody should write them: one clear line each, and nothing done.
 namespace driver {
-namespace {
+namespace hostile_arguments_test {
 
 using namespace testing_support;
 
@@ -128,5 +128,5 @@ TEST(environment, may_be_anything) {
                     R"("pid":41,"running":true,"windows":[]})"));
 }
 
-}  // namespace
+}  // namespace hostile_arguments_test
 }  // namespace driver

@@ -4,7 +4,7 @@
 #include "tests/support/inside.h"
 
 namespace driver {
-namespace {
+namespace running_app_test {
 
 using namespace testing_support;
 
@@ -87,5 +87,5 @@ TEST(runningApp, does_not_find_an_application_that_has_quit) {
   });
 }
 
-}  // namespace
+}  // namespace running_app_test
 }  // namespace driver

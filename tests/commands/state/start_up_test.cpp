@@ -4,7 +4,7 @@
 
 /// The calls of short commands, all of them, in their exact order: a run does nothing it need not.
 namespace driver {
-namespace {
+namespace start_up_test {
 
 using namespace testing_support;
 
@@ -133,5 +133,5 @@ TEST(bg_commands, that_go_no_further_make_only_the_calls_of_their_preconditions)
   EXPECT_EQ(mac.driver("bg-click Notes 1").calls, preconditions);
 }
 
-}  // namespace
+}  // namespace start_up_test
 }  // namespace driver

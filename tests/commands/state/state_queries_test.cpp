@@ -7,7 +7,7 @@
 #include "tests/support/inside.h"
 
 namespace driver {
-namespace {
+namespace state_queries_test {
 
 using namespace testing_support;
 using platform::Function;
@@ -115,5 +115,5 @@ TEST(isRegularApp, holds_for_applications_in_the_dock) {
   });
 }
 
-}  // namespace
+}  // namespace state_queries_test
 }  // namespace driver

@@ -8,7 +8,7 @@
 #include "tests/support/inside.h"
 
 namespace driver {
-namespace {
+namespace windows_test {
 
 using namespace testing_support;
 using platform::Function;
@@ -188,5 +188,5 @@ TEST(window_list, repairs_titles) {
                     "\"title\":\"a\uFFFD\\\"\",\"width\":300,\"x\":1,\"y\":2}]}"));
 }
 
-}  // namespace
+}  // namespace windows_test
 }  // namespace driver

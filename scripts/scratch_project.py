@@ -1,0 +1,121 @@
+"""Copies of the project's sources in which one thing at a time is made wrong, with build folders of their
+own, so that only what that touches is built anew."""
+import re
+import shutil
+import subprocess
+
+from source_files import ROOT
+
+ADAPTERS = "platform/macos/"
+
+# What is wrong may keep a simulated Mac going for ever.
+PATIENCE_SECONDS = 600
+
+
+class DoesNotBuild(Exception):
+    """What the compiler says."""
+
+
+def failure_in(suite, tests="*", patience=PATIENCE_SECONDS):
+    """The first of the suite's tests that fails, and the rules that were seen broken; None when all
+    pass."""
+    try:
+        run = subprocess.run([suite, "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=" + tests],
+                             capture_output=True, text=True, errors="replace", timeout=patience)
+    except subprocess.TimeoutExpired:
+        return f"{suite.name} does not end"
+    if run.returncode == 0:
+        return None
+    failed = re.search(r"\[  FAILED  \] ([^\s,]+)", run.stdout)
+    rules = sorted(set(re.findall(r"\b([IP]\d+): ", run.stdout)))
+    return " ".join([failed.group(1) if failed else "the run ended early", *rules])
+
+
+class Project:
+    """What is built of a copy: executables of tests, the quickest first, and those that have only tests
+    that somebody names."""
+
+    def __init__(self, source, build, folder, suites, named_suites, options):
+        self.source, self.folder, self.suites = source, build / folder, suites
+        self.named_suites, self.path, self.options = named_suites, build, options
+
+    def configure(self):
+        subprocess.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.path, *self.options],
+                       check=True, stdout=subprocess.DEVNULL)
+
+    def build(self, target):
+        """Builds an executable and gives its path. Throws DoesNotBuild."""
+        built = subprocess.run(["cmake", "--build", self.path, "--parallel", "2", "--target", target],
+                               capture_output=True, text=True, errors="replace")
+        if built.returncode != 0:
+            raise DoesNotBuild(built.stdout)
+        return self.folder / target
+
+    def first_failure(self, tests="*", patience=PATIENCE_SECONDS):
+        """The first of the tests that fails; None when all pass. Each suite is built when its turn comes:
+        that needs time, and the first one mostly tells."""
+        suites = self.suites if tests == "*" else (*self.suites, *self.named_suites)
+        for suite in suites:
+            failure = failure_in(self.build(suite), tests, patience)
+            if failure is not None:
+                return failure
+        return None
+
+
+def launcher():
+    return ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+
+
+class Scratch:
+    """A copy, by its number, and its two projects."""
+
+    def __init__(self, number=1):
+        self.source = ROOT / "build" / "scratch" / str(number) / "source"
+        build = self.source.parent
+        # The executables whose tests run the driver inside themselves, optimised, but for the tests:
+        # they run far more often than they are built. What is changed is compiled by itself.
+        self.core = Project(
+            self.source, build / "build", "tests",
+            ("unit_tests", "command_tests", "cost_tests", "service_tests", "tree_tests", "sweep_tests"),
+            ("joined_tests",),
+            ["-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG -w",
+             "-DDRIVER_APART=core;simulated;simulator", *launcher()])
+        self.adapters = Project(
+            self.source / ADAPTERS / "standins", build / "adapters", ".",
+            ("macos_loop_tests", "macos_adapter_tests", "macos_adapter_thread_tests"), (),
+            ["-DCMAKE_CXX_COMPILER=" + (shutil.which("clang++-14") or "clang++"), *launcher()])
+
+    def project_of(self, file):
+        return self.adapters if file.startswith(ADAPTERS) else self.core
+
+    def copy_sources(self):
+        listed = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard"],
+                                cwd=ROOT, capture_output=True, text=True, check=True).stdout.split("\n")
+        there = {path for path in self.source.rglob("*") if path.is_file()}
+        for path in there - {self.source / name for name in listed if (ROOT / name).is_file()}:
+            path.unlink()
+        for name in filter(None, listed):
+            source, target = ROOT / name, self.source / name
+            if not source.is_file():
+                continue
+            content = source.read_bytes()
+            if target.exists() and target.read_bytes() == content:
+                continue
+            target.parent.mkdir(parents=True, exist_ok=True)
+            target.write_bytes(content)
+
+    def changed(self, file, text):
+        """While it is entered, the copy's file has another text."""
+        return Changed(self.source / file, text)
+
+
+class Changed:
+    def __init__(self, path, text):
+        self.path, self.text = path, text
+
+    def __enter__(self):
+        self.original = self.path.read_text()
+        self.path.write_text(self.text)
+
+    def __exit__(self, *_):
+        self.path.write_text(self.original)

@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "mac.h"
+
+namespace joined {
+namespace {
+
+constexpr const char* mail = R"(
+app Mail pid 41 frontmost
+    window 7 "Inbox" at 0,30 size 600x500
+        AXButton "Send" at 10,40 size 60x20 press: append "sent" to Status; show window "Done"
+        AXTextField "Search" at 80,40 size 90x20 late 700ms
+        AXStaticText "Status" at 10,70 size 200x20 value ""
+    window 8 "Done" at 100,100 size 200x100 closed
+        AXButton "OK" at 120,120 size 60x20 press: close window
+app Other pid 42
+at 2500ms user click 20,45
+at 4s user click 130,125
+at 6s quit Mail
+)";
+
+std::string came(const char* now, const char* waited) {
+  return std::string("0 {\"now\":") + now + ",\"ok\":true,\"waited\":" + waited + "}\n";
+}
+
+std::string failed(const std::string& cause) {
+  return "1 {\"error\":\"" + cause + "\",\"ok\":false}\n";
+}
+
+TEST(wait, moves_virtual_time_as_far_as_it_says) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "500ms"})), came("500.0", "500.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "250us"})), came("500.25", "0.25"));
+}
+
+TEST(wait, moves_virtual_time_to_when_it_is_so) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Inbox"})), came("0.0", "0.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sen"})), came("2500.0", "2500.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "value", "Status", "sent"})),
+            came("2500.0", "0.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "element", "OK"})), came("2500.0", "0.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "gone"})),
+            came("4000.0", "1500.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "element", "OK", "gone"})),
+            came("4000.0", "0.0"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "gone", "within", "1min"})),
+            failed("'within' needs a time such as 250us, 100ms or 1.5s, not '1min'"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "gone", "within", "60s"})),
+            came("6000.0", "2000.0"));
+}
+
+TEST(wait, sees_a_text_that_lands_late) {
+  const ServedMac mac(mail);
+  mac.driver({"ax-set-value", "Mail", "Search", "minutes"});
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "minutes"})).substr(0, 2), "0 ");
+}
+
+TEST(wait, gives_up_in_time) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "2s"})),
+            failed("waited 2000.0 ms in vain: Mail shows sent"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "a \"word\""})),
+            failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\""));
+}
+
+TEST(wait, says_what_it_can_wait_for) {
+  const ServedMac mac(mail);
+  const std::string form =
+      "\\\"wait\\\" needs a time, or until APP and one of: shows TEXT, window TITLE, element "
+      "LABEL, value LABEL TEXT, each with gone behind it or not; gone alone: it has quit";
+
+  EXPECT_EQ(seen(mac.command({"wait", "soon"})),
+            failed("'wait' needs a time such as 250us, 100ms or 1.5s, not 'soon'"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "says", "hello"})), failed(form));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail"})), failed(form));
+  EXPECT_EQ(seen(mac.command({"wait", "500ms", "more"})), failed(form));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Nobody", "gone"})),
+            failed("no application 'Nobody'"));
+}
+
+TEST(wait, takes_its_time_on_a_mac_in_real_time) {
+  const ServedMac mac("app Mail pid 41 frontmost\nat 300ms quit Mail\n", {});
+  const auto start = std::chrono::steady_clock::now();
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "gone"})).substr(0, 2), "0 ");
+  EXPECT_EQ(seen(mac.command({"wait", "400ms"})).substr(0, 2), "0 ");
+
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(400));
+}
+
+TEST(polling, in_vain_is_told_once) {
+  const Folder folder;
+  const std::string ask =
+      "for i in $(seq 120); do " + simulatedMacPath() + " value Mail Status > /dev/null; done";
+  const Finished finished = run(
+      {simulatedMacPath(), "run", "--virtual", folder.file("world", mail), "--", "sh", "-c", ask});
+
+  EXPECT_EQ(seen(finished),
+            "0 STANDARD ERROR: simulated-mac: virtual time stood still while the same was asked 50 "
+            "times: value Mail Status; let time pass by \"simulated-mac wait 500ms\" or "
+            "\"simulated-mac wait until APP shows TEXT\", or start the Mac by \"simulated-mac run "
+            "--virtual --sleep\"\n");
+}
+
+TEST(polling, with_time_between_is_none) {
+  const Folder folder;
+  const std::string mac = simulatedMacPath();
+  const std::string ask = "for i in $(seq 60); do " + mac + " value Mail Status > /dev/null; " +
+                          mac + " wait 1ms > /dev/null; done";
+
+  EXPECT_EQ(seen(run({mac, "run", "--virtual", folder.file("world", mail), "--", "sh", "-c", ask})),
+            "0 ");
+}
+
+}  // namespace
+}  // namespace joined

@@ -1,7 +1,0 @@
-#!/usr/bin/env bash
-# simulated-mac run --virtual case.world -- bash replay.sh, with driver and simulated-mac in the path
-folder=$(mktemp -d)
-service=0
-env driver $'lock-guard'
-wait
-simulated-mac violations
