@@ -26,8 +26,8 @@ class Grammar:
             first, *rest = form.split()
             self.summaries.setdefault(first, re.sub(r" \(in no world: .*\)$", "", summary))
             self.options.setdefault(first, set()).update(re.findall(r"--[a-z-]+\w", form))
-            for word in rest[0].split("|") if rest else []:
-                if re.fullmatch(r"[a-z-]+", word):
+            for word in rest[0].strip("[]").split("|") if rest else []:
+                if re.fullmatch(r"[a-z][a-z-]*", word):
                     self.second.setdefault(first, []).append(word)
             if re.search(r"WORLD|DIR|\.png|FILE", form):
                 self.files.add(first)

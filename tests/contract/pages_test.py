@@ -84,7 +84,6 @@ class CompletionsOfTheCompanion(unittest.TestCase):
         (["user", "cl"], ["click"]),
         (["help", "hab"], ["habits"]),
         (["wait", "un"], ["until"]),
-        (["check", "--j"], ["--json"]),
         (["user", "key", ""], []),
         (["lock", ""], [])]
 
