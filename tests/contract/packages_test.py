@@ -30,7 +30,7 @@ COMPONENTS = {
                       "share/driver/examples/agent_test.py", "share/driver/examples/test.sh",
                       *(f"share/driver/worlds/{world.name}" for world in (ROOT / "demo").glob("*.world")),
                       "share/driver/worlds/mail-client.world", "share/driver/worlds/README.md",
-                      "lib/simulated-mac/libvirtual_sleep.so"},
+                      "libexec/simulated-mac/libvirtual_sleep.so"},
     "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
              "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
              "share/doc/driver/packaging/contract/README.md"}}
