@@ -337,6 +337,11 @@ std::optional<Microseconds> Desktop::nextReaction() const {
   return mac_.world.due.front().due;
 }
 
+std::optional<Microseconds> Desktop::nextLanding() const {
+  if (mac_.world.pending.empty()) return std::nullopt;
+  return mac_.world.pending.front().due;
+}
+
 std::optional<Microseconds> Desktop::nextLock() const {
   if (!mac_.comingLock) return std::nullopt;
   return mac_.comingLock->due;

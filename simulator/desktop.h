@@ -74,6 +74,9 @@ class Desktop {
   /// When something happens next that no client causes: by the script, or by the Mac itself.
   std::optional<Microseconds> nextOwn() const;
 
+  /// When a write or a paste has its effect next that was accepted before.
+  std::optional<Microseconds> nextLanding() const;
+
   /// The same, for a run in which nobody waits for a time: what happens again and again for ever
   /// moves time for `quietMax` at most after the last thing that does not.
   std::optional<Microseconds> nextOwnInRun() const;

@@ -149,12 +149,19 @@ std::optional<Turns::Woken> Turns::wake(Microseconds now, std::optional<Flow> pr
   return std::nullopt;
 }
 
+/// A write or a paste that lands, which nobody is told of: it may be what a watcher waits for.
+std::optional<Microseconds> Turns::awaitedLanding() const {
+  const bool isAwaited = std::any_of(states_.begin(), states_.end(),
+                                     [](const auto& each) { return each.second.ask != nullptr; });
+  return isAwaited ? desktop_.nextLanding() : std::nullopt;
+}
+
 std::optional<Microseconds> Turns::nextInstant() const {
   const auto due = scheduler_.nextDue();
   const auto own = desktop_.nextOwn();
   const auto round = scheduler_.nextRound();
   const bool isReal = scheduler_.time() == Scheduler::Time::real;
-  if (due || isReal) return earliest({due, own, round});
+  if (due || isReal) return earliest({due, own, round, awaitedLanding()});
   // An open run stands still for a script alone: its next client is still to come.
   if (run_ == Run::open) return std::nullopt;
   const auto ownInRun = desktop_.nextOwnInRun();

@@ -102,6 +102,7 @@ class Turns {
   std::optional<driver::Datum> settle(Flow flow, platform::Call call, Answer answer);
   std::optional<driver::Datum> startFlow(Flow parent, platform::Call call);
   void retryBlocked();
+  std::optional<Microseconds> awaitedLanding() const;
   void endFlows(std::size_t client, std::optional<Flow> except);
 
   Desktop& desktop_;

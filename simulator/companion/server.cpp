@@ -41,9 +41,10 @@ Server::Server(simulator::World world, const ServerSettings& settings)
   }
 }
 
-/// One that is about to go on, or has just been started, may look idle for an instant.
+/// One that is about to go on, or has just been started, may look idle for an instant; and one that
+/// has asked for something looks idle until it is answered.
 bool Server::mayMove() {
-  constexpr int looks = 2;
+  constexpr int looks = 3;
   quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
   looksAgain_ = quietLooks_ < looks;
   return !looksAgain_;
@@ -129,6 +130,7 @@ void Server::waitForEvents(std::vector<pollfd>& own) {
     for (pollfd& each : own) each.revents = 0;
     return;
   }
+  quietLooks_ = 0;
   std::copy_n(watched.begin(), own.size(), own.begin());
   std::size_t next = own.size();
   for (Client& client : clients_) {

@@ -99,7 +99,7 @@ class Server {
   Pace pace_;
   bool stopped_ = false;
   bool looksAgain_ = false;  // whether processes are still at work
-  int quietLooks_ = 0;       // one after the other at which none was
+  int quietLooks_ = 0;       // one after the other at which none was, and nothing came
   std::chrono::steady_clock::time_point start_;
   std::list<Client> clients_;
 };

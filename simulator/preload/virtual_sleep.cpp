@@ -170,6 +170,11 @@ Nanoseconds now(clockid_t clock) {
   return nanosecondsOf(time);
 }
 
+Nanoseconds roundedUp(Nanoseconds length) {
+  constexpr Nanoseconds step = 100 * microsecond;
+  return (length + step - 1) / step * step;
+}
+
 }  // namespace
 
 extern "C" {
@@ -195,7 +200,9 @@ time_t time(time_t* result) noexcept {
 
 int clock_nanosleep(clockid_t clock, int flags, const timespec* request, timespec* left) {
   const bool isAbsolute = (flags & TIMER_ABSTIME) != 0;
-  const Nanoseconds length = nanosecondsOf(*request) - (isAbsolute ? now(clock) : 0);
+  Nanoseconds length = nanosecondsOf(*request);
+  // Whoever says until when has looked at the clock just before, which has gone on since.
+  if (isAbsolute) length = roundedUp(length - now(clock));
   const Outcome outcome = isOfTheWorld(clock) ? sleepFor(length) : Outcome::impossible;
   if (outcome == Outcome::slept) return 0;
   if (outcome == Outcome::interrupted) {

@@ -227,10 +227,15 @@ test("says so when the Mac has gone", async () => {
 
 test("asks the Mac for nothing while nobody looks", async () => {
   const other = await Mac.start();
-  const [view] = readFileSync(`/proc/${other.process.pid}/task/${other.process.pid}/children`, "utf8").split(" ");
-  const turns = () => /voluntary_ctxt_switches:\s*(\d+)/.exec(readFileSync(`/proc/${view}/status`, "utf8"))[1];
-  const before = turns();
-  await other.driver("bg-click", "Notes", "340", "574");
-  assert.equal(turns(), before);
-  await other.stop();
+  try {
+    const [view] = readFileSync(`/proc/${other.process.pid}/task/${other.process.pid}/children`, "utf8").split(" ");
+    const status = () => readFileSync(`/proc/${view}/status`, "utf8");
+    const turns = () => /\nvoluntary_ctxt_switches:\s*(\d+)/.exec(status())[1];
+    while (!/^State:\s*S/m.test(status())) continue;
+    const before = turns();
+    await other.driver("bg-click", "Notes", "340", "574");
+    assert.equal(turns(), before);
+  } finally {
+    await other.stop();
+  }
 });

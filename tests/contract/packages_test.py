@@ -21,7 +21,7 @@ COMPONENTS = {
                "share/man/man7/driver-service.7", "share/bash-completion/completions/driver",
                "share/zsh/site-functions/_driver", "share/fish/vendor_completions.d/driver.fish",
                "share/driver/contract/errors.json"},
-    "simulated-mac": {"bin/simulated-mac", "share/man/man1/simulated-mac.1",
+    "simulated-mac": {"bin/simulated-mac", "bin/simulated-mac-view", "share/man/man1/simulated-mac.1",
                       "share/bash-completion/completions/simulated-mac",
                       "share/zsh/site-functions/_simulated-mac",
                       "share/fish/vendor_completions.d/simulated-mac.fish",

@@ -74,7 +74,7 @@ TEST(check, warns_of_what_is_hardly_meant) {
       "app A pid 1\n"
       "  window 7 at 0,0 size 100x100 subrole AXDialgo\n"
       "    AXButon \"Two\" at 90,0 size 20x20 actions AXPress,AXPres,none press: set Two \"\"\n"
-      "    AXStaticText \"Two\" attribute AXTitel \"x\" failing AXHelp -25200 subrole \"AX\"\n"
+      "    AXStaticText \"Two\" attribute AXTitel \"x\" failing AXHelp -25200\n"
       "    AXScrollArea at 0,0 size 100x100\n"
       "      AXRow at 0,5000 size 9x9\n";
 
@@ -106,7 +106,7 @@ TEST(check, warns_of_what_is_hardly_meant) {
       "                                                                            ^~~\n"
       "standard input:4:34: warning: macOS knows no attribute 'AXTitel'; did you mean "
       "'AXTitle'?\n"
-      "    AXStaticText \"Two\" attribute AXTitel \"x\" failing AXHelp -25200 subrole \"AX\"\n"
+      "    AXStaticText \"Two\" attribute AXTitel \"x\" failing AXHelp -25200\n"
       "                                 ^~~~~~~\n"
       "1 world, 0 errors, 8 warnings\n");
 }
