@@ -26,5 +26,8 @@ file(WRITE ${documents}/changelog "simulated-mac (${CPACK_PACKAGE_VERSION}) stab
 file(GLOB pages ${root}/usr/share/man/man*/*.[0-9])
 execute_process(COMMAND gzip -9nf ${documents}/changelog ${pages} COMMAND_ERROR_IS_FATAL ANY)
 
+# simulated-mac starts it; its manual has both.
+file(CREATE_LINK simulated-mac.1.gz ${root}/usr/share/man/man1/simulated-mac-view.1.gz SYMBOLIC)
+
 # Where Debian's zsh looks for what packages bring.
 file(RENAME ${root}/usr/share/zsh/site-functions ${root}/usr/share/zsh/vendor-completions)

@@ -26,9 +26,9 @@ install(FILES "${product_folder}/packaging/contract/errors.json"
   DESTINATION ${CMAKE_INSTALL_DATADIR}/driver/contract COMPONENT driver)
 
 if(TARGET simulated-mac)
-  install(TARGETS simulated-mac RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  install(TARGETS simulated-mac simulated-mac-view RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     COMPONENT simulated-mac)
-  install(TARGETS virtual_sleep LIBRARY DESTINATION lib/simulated-mac COMPONENT simulated-mac)
+  install(TARGETS virtual_sleep LIBRARY DESTINATION libexec/simulated-mac COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/man/simulated-mac.1"
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT simulated-mac)
   install(FILES "${product_folder}/packaging/completions/simulated-mac.bash"

@@ -11,7 +11,7 @@ namespace loop {
 namespace {
 
 constexpr std::uint32_t microsecondsPerSecond = 1'000'000;
-constexpr std::int32_t nanosecondsPerMicrosecond = 1'000;
+constexpr long nanosecondsPerMicrosecond = 1'000;
 constexpr double nanosecondsPerSecond = 1e9;
 
 }  // namespace
@@ -28,7 +28,7 @@ void sleepMicroseconds(std::uint32_t microseconds) {
   timespec rest = {};
   rest.tv_sec = microseconds / microsecondsPerSecond;
   rest.tv_nsec =
-      static_cast<std::int32_t>(microseconds % microsecondsPerSecond) * nanosecondsPerMicrosecond;
+      static_cast<long>(microseconds % microsecondsPerSecond) * nanosecondsPerMicrosecond;
   while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
   }
 }

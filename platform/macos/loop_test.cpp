@@ -20,7 +20,8 @@ struct Played {
   std::vector<std::pair<long, long>> sleeps;  // asked for: seconds, nanoseconds
   int interruptions = 0;                      // of sleeps, by signals, each with 7 ns left
   int failure = 0;                            // of the sleep that comes next
-  int turnsLeft = 0;                          // of a wait, until it is over
+  int turns = 0;                              // of the run loop
+  int pauses = 0;
 };
 
 Played& played() {
@@ -38,8 +39,10 @@ using secondsSince1970 = Loop;
 using suspend = Loop;
 using uptimeNanoseconds = Loop;
 
-void turn() {
-  if (played().turnsLeft-- == 0) throw Over();
+constexpr int patience = 3;  // turns or pauses
+
+void count(int& rounds) {
+  if (++rounds == patience) throw Over();
 }
 
 double systemSeconds() {
@@ -66,11 +69,11 @@ int nanosleep(const timespec* asked, timespec* left) {
 }
 
 int pause() {
-  turn();
+  count(played().pauses);
   return -1;
 }
 
-void CFRunLoopRun() { turn(); }
+void CFRunLoopRun() { count(played().turns); }
 }
 
 TEST_F(uptimeNanoseconds, are_of_the_clock_that_stands_still_while_the_mac_sleeps) {
@@ -102,11 +105,11 @@ TEST_F(sleepMicroseconds, gives_up_when_the_system_refuses) {
 }
 
 TEST_F(park, turns_the_run_loop_again_whenever_it_ends) {
-  played().turnsLeft = 3;
   EXPECT_THROW(loop::park(), Over);
+  EXPECT_EQ(played().turns, patience);
 }
 
 TEST_F(suspend, waits_on_after_signals) {
-  played().turnsLeft = 3;
   EXPECT_THROW(loop::suspend(), Over);
+  EXPECT_EQ(played().pauses, patience);
 }

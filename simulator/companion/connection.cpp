@@ -31,7 +31,7 @@ std::optional<driver::Datum> Connection::next() {
   std::uint32_t length = 0;
   if (input_.size() < sizeof length) return std::nullopt;
   std::memcpy(&length, input_.data(), sizeof length);
-  if (length > messageLengthMax) throw driver::MalformedDatum();
+  if (length > longest_) throw driver::MalformedDatum();
   return simulated::takeFrame(input_);
 }
 

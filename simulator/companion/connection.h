@@ -12,11 +12,12 @@ namespace companion {
 /// One process's socket: whole messages in, whole messages out, and never a wait.
 class Connection {
  public:
-  /// The largest message that is taken, in bytes. Longer than any command line the host allows.
+  /// The largest message that a Mac takes, in bytes. Longer than any command line the host allows.
   static constexpr std::size_t messageLengthMax = 8U << 20U;
 
-  /// `descriptor` is non-blocking.
-  explicit Connection(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+  /// `descriptor` is non-blocking. A longer message than `longest` is none.
+  explicit Connection(Descriptor descriptor, std::size_t longest = messageLengthMax)
+      : descriptor_(std::move(descriptor)), longest_(longest) {}
 
   int descriptor() const { return descriptor_.number(); }
 
@@ -34,6 +35,7 @@ class Connection {
 
  private:
   Descriptor descriptor_;
+  std::size_t longest_;
   std::string input_;
   std::string output_;
 };

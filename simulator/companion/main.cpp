@@ -15,7 +15,6 @@
 #include "simulator/companion/import.h"
 #include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
-#include "simulator/companion/view.h"
 #include "simulator/text/happenings.h"
 
 namespace companion {

@@ -1,6 +1,8 @@
 #include "simulator/companion/news.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "base/numbers.h"
 #include "simulator/companion/about.h"
@@ -13,12 +15,12 @@ namespace companion {
 namespace {
 
 using nlohmann::json;
-using simulator::JournalEntry;
 using simulator::Mac;
 using simulator::World;
 
 /// Nobody reads more at once. Of what came before he is told how much it was.
-constexpr std::int64_t newsEntriesMax = 2'000;
+constexpr std::size_t newsEntriesMax = 2'000;
+constexpr std::size_t newsBytesMax = std::size_t{4} << 20U;
 
 json framed(const simulator::Rect& frame) {
   return {{"height", frame.height}, {"width", frame.width}, {"x", frame.x}, {"y", frame.y}};
@@ -55,6 +57,20 @@ json summaryOf(const Watched& watched) {
           {"time", timeName(watched.time)}};
 }
 
+/// The lines of what came after an entry, the latest first.
+std::vector<std::string> latestLines(const Mac& mac, std::int64_t known) {
+  std::vector<std::string> lines;
+  std::size_t bytes = 0;
+  const auto first = simulator::entriesAfter(mac, known);
+  for (auto entry = mac.journal.end(); entry != first && lines.size() < newsEntriesMax;) {
+    std::string line = simulator::journalLine(*--entry);
+    bytes += line.size();
+    if (bytes > newsBytesMax) break;
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::optional<Known> knownOf(const std::vector<std::string>& words) {
@@ -83,12 +99,10 @@ ControlAnswer newsOf(const Watched& watched, const Known& known) {
     summary["frame"] = framed(screens.source);
     if (summary["look"] != known.look) picture = simulator::encodedPicture(screens);
   }
-  const std::int64_t first = std::max(known.entry, mac.entries - newsEntriesMax);
-  summary["skipped"] = first - known.entry;
+  auto lines = latestLines(mac, known.entry);
+  summary["skipped"] = mac.entries - known.entry - static_cast<std::int64_t>(lines.size());
   ControlAnswer answer{true, {simulator::jsonLine(summary), picture}, 0};
-  for (const JournalEntry& entry : mac.journal) {
-    if (entry.number > first) answer.lines.push_back(simulator::journalLine(entry));
-  }
+  std::move(lines.rbegin(), lines.rend(), std::back_inserter(answer.lines));
   return answer;
 }
 

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -87,9 +86,7 @@ std::string Recorder::newLines(const Desktop& desktop) {
   }
   bool looks = false;
   const auto& journal = mac.journal;
-  auto entry = std::find_if(journal.begin(), journal.end(),
-                            [&](const JournalEntry& each) { return each.number > kept_; });
-  for (; entry != journal.end(); ++entry) {
+  for (auto entry = simulator::entriesAfter(mac, kept_); entry != journal.end(); ++entry) {
     lines += simulator::journalLine(*entry) + "\n";
     looks = looks || isOccasion(entry->kind);
   }

@@ -87,6 +87,14 @@ pid_t start(const Start& how, const std::string& socketName, const Signals& sign
   becomeCommand(how.command);
 }
 
+/// The program lies beside this one.
+std::string viewProgram() {
+  std::error_code error;
+  const auto own = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) throw Failure("cannot find simulated-mac-view: " + error.message());
+  return own.parent_path() / "simulated-mac-view";
+}
+
 /// Shows the Mac in a browser, by a process of its own that ends with this one: what it draws and
 /// sends does not keep the Mac waiting. Gives the line that it prints. Throws Failure.
 std::string startView(const std::string& port, const std::string& socketName,
@@ -96,7 +104,7 @@ std::string startView(const std::string& port, const std::string& socketName,
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw systemFailure("cannot make a pipe");
   const Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
-  start({{"/proc/self/exe", "view", port}, false, writing.number()}, socketName, signals);
+  start({{viewProgram(), port}, false, writing.number()}, socketName, signals);
   writing = Descriptor();
   std::string line = posix::readToEnd(reading.number());
   const auto told = nlohmann::json::parse(line, nullptr, false);
@@ -170,6 +178,10 @@ int serveCommand(const std::vector<std::string>& words) {
   }
   mac.end();
   return 0;
+}
+
+int viewCommand(const std::vector<std::string>& words) {
+  becomeCommand({viewProgram(), words.size() > 1 ? words[1] : "0"});
 }
 
 int runCommand(const std::vector<std::string>& words) {

@@ -23,6 +23,12 @@ std::vector<std::string> shownArguments(const Client& client) {
   return arguments;
 }
 
+std::vector<JournalEntry>::const_iterator entriesAfter(const Mac& mac, std::int64_t number) {
+  const auto& journal = mac.journal;
+  const auto count = static_cast<std::int64_t>(journal.size());
+  return journal.end() - std::clamp<std::int64_t>(mac.entries - number, 0, count);
+}
+
 void passTimeTo(Mac& mac, Microseconds time) {
   for (SettledWrite& write : settleWrites(mac.world, time)) {
     mac.now = std::max(mac.now, write.at);

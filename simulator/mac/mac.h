@@ -107,6 +107,9 @@ inline constexpr std::size_t journalEntriesMax = 200'000;
 /// Adds an entry to the journal, which is of now, and done by whose call is answered.
 void enter(Mac& mac, JournalEntry entry);
 
+/// Where in the journal the entries begin that came after the one of this number.
+std::vector<JournalEntry>::const_iterator entriesAfter(const Mac& mac, std::int64_t number);
+
 /// The clock moves on, and the writes and pastes that are due by then land, which the journal
 /// tells.
 void passTimeTo(Mac& mac, Microseconds time);

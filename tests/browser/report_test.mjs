@@ -26,7 +26,7 @@ before(async () => {
   assert.equal(made.status, 0);
   browser = await launch();
   page = await open(browser, `file://${files.path("report.html")}`);
-  page.setDefaultTimeout(5000);
+  page.setDefaultTimeout(20_000);
 });
 after(async () => {
   await browser.close();

@@ -21,7 +21,7 @@ COMPONENTS = {
                "share/man/man7/driver-service.7", "share/bash-completion/completions/driver",
                "share/zsh/site-functions/_driver", "share/fish/vendor_completions.d/driver.fish",
                "share/driver/contract/errors.json"},
-    "simulated-mac": {"bin/simulated-mac", "share/man/man1/simulated-mac.1",
+    "simulated-mac": {"bin/simulated-mac", "bin/simulated-mac-view", "share/man/man1/simulated-mac.1",
                       "share/bash-completion/completions/simulated-mac",
                       "share/zsh/site-functions/_simulated-mac",
                       "share/fish/vendor_completions.d/simulated-mac.fish",
@@ -30,7 +30,7 @@ COMPONENTS = {
                       "share/driver/examples/agent_test.py", "share/driver/examples/test.sh",
                       *(f"share/driver/worlds/{world.name}" for world in (ROOT / "demo").glob("*.world")),
                       "share/driver/worlds/mail-client.world", "share/driver/worlds/README.md",
-                      "lib/simulated-mac/libvirtual_sleep.so"},
+                      "libexec/simulated-mac/libvirtual_sleep.so"},
     "docs": {"share/doc/driver/README.md", "share/doc/driver/SECURITY.md",
              "share/doc/driver/docs/COMMANDS.md", "share/doc/driver/docs/ERRORS.md",
              "share/doc/driver/packaging/contract/README.md"}}

@@ -19,7 +19,7 @@ class Pages(unittest.TestCase):
     def test_are_all_in_the_navigation(self):
         settings = yaml.safe_load((ROOT / "packaging/site.yml").read_text())
         listed = list(SITE.pages_of(settings["nav"]))
-        here = {str(path.relative_to(ROOT)) for folder in (".", "docs", "docs/decisions", "packaging/contract")
+        here = {str(path.relative_to(ROOT)) for folder in (".", "docs", "docs/decisions", "packaging/contract", "worlds")
                 for path in (ROOT / folder).glob("*.md")}
         here |= {str(path.relative_to(ROOT)) for path in (ROOT / "clients").glob("*/README.md")}
         self.assertEqual(sorted(here), sorted(listed))

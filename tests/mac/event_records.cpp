@@ -92,23 +92,46 @@ Effect prescribedPair(Front& front) {
   return pairWith(front, [](Record record) { return record; });
 }
 
-/// Each byte that is set left out in turn, and other locations. What is prescribed stays the
-/// measure.
+/// The same for the record that gives focus, alone.
+template <class Change>
+Effect focusWith(Front& front, const Change& change) {
+  return effectOf(front, [&](Receiver& receiver) {
+    return probe::post(receiver.pid(), change(probe::focusRecord(receiver.window(1), true)));
+  });
+}
+
+/// Where what begins at this place of a record ends.
+int endOf(int at) {
+  constexpr int numberBytes = 4;
+  if (at == probe::offset::windowLocation) return probe::offset::windowLocationEnd;
+  return at + (at == probe::offset::window ? numberBytes : 1);
+}
+
+Record without(Record record, int at) {
+  for (int index = at; index < endOf(at); ++index) record[static_cast<std::size_t>(index)] = 0;
+  return record;
+}
+
+std::string nameWithout(const char* what, int at) {
+  char name[60];
+  std::snprintf(name, sizeof name, "%s without 0x%02X", what, static_cast<unsigned>(at));
+  return name;
+}
+
+/// All that is set left out in turn, and other locations. What is prescribed stays the measure.
 int eventRecord(const std::string& assumption, Front& front) {
   const Effect prescribed = prescribedPair(front);
   Evidence evidence;
   evidence.add("as prescribed", prescribed.shown());
   for (const int at : {probe::offset::length, probe::offset::type, probe::offset::keyFlag,
                        probe::offset::window, probe::offset::windowLocation}) {
-    char name[40];
-    std::snprintf(name, sizeof name, "without 0x%02X", static_cast<unsigned>(at));
-    const Effect effect = pairWith(front, [at](Record record) {
-      const int end =
-          at == probe::offset::windowLocation ? probe::offset::windowLocationEnd : at + 1;
-      for (int index = at; index < end; ++index) record[static_cast<std::size_t>(index)] = 0;
-      return record;
-    });
-    evidence.add(name, effect.shown());
+    const Effect effect = pairWith(front, [at](Record record) { return without(record, at); });
+    evidence.add(nameWithout("key records", at), effect.shown());
+  }
+  for (const int at : {probe::offset::length, probe::offset::type, probe::offset::window,
+                       probe::offset::focusChange}) {
+    const Effect effect = focusWith(front, [at](Record record) { return without(record, at); });
+    evidence.add(nameWithout("the focus record", at), effect.shown());
   }
   const auto at = [&](const char* name, double x, double y) {
     const Effect effect =

@@ -1,7 +1,10 @@
-// Has an application of our own open a panel for files, and looks whose window that is.
+// Has an application of our own open a panel for files, and looks whose window that is, and whether
+// it is the same one each time.
 #import <AppKit/AppKit.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "support/answer.h"
 #include "support/receiver.h"
@@ -11,28 +14,88 @@ namespace {
 
 using probe::Evidence;
 using probe::Verdict;
+using Numbers = std::vector<long long>;
 
-constexpr const char* expected = "com.apple.appkit.xpc.openAndSavePanelService";
+constexpr const char* service = "com.apple.appkit.xpc.openAndSavePanelService";
+constexpr const char* own = "com.zentrove.desk.receiver";
 constexpr int panelMilliseconds = 4'000;
 
+long long number(CFDictionaryRef window, CFStringRef key) {
+  std::int64_t value = 0;
+  const auto found = static_cast<CFNumberRef>(CFDictionaryGetValue(window, key));
+  if (found != nullptr) CFNumberGetValue(found, kCFNumberSInt64Type, &value);
+  return value;
+}
+
 std::string identifierOf(CFDictionaryRef window) {
-  std::int64_t pid = 0;
-  const auto number = static_cast<CFNumberRef>(CFDictionaryGetValue(window, kCGWindowOwnerPID));
-  if (number != nullptr) CFNumberGetValue(number, kCFNumberSInt64Type, &pid);
-  NSRunningApplication* owner =
-      [NSRunningApplication runningApplicationWithProcessIdentifier:static_cast<pid_t>(pid)];
+  const auto pid = static_cast<pid_t>(number(window, kCGWindowOwnerPID));
+  NSRunningApplication* owner = [NSRunningApplication runningApplicationWithProcessIdentifier:pid];
   return owner.bundleIdentifier == nil ? "" : owner.bundleIdentifier.UTF8String;
 }
 
-long long countOwnedBy(const std::string& identifier) {
+/// The windows on the screen of the application with this identifier.
+Numbers windowsOf(const std::string& identifier) {
+  Numbers numbers;
   CFArrayRef list = CGWindowListCopyWindowInfo(kCGWindowListOptionOnScreenOnly, kCGNullWindowID);
-  if (list == nullptr) return 0;
-  long long count = 0;
-  for (CFIndex index = 0; index < CFArrayGetCount(list); ++index)
-    count += identifierOf(static_cast<CFDictionaryRef>(CFArrayGetValueAtIndex(list, index))) ==
-             identifier;
+  if (list == nullptr) return numbers;
+  for (CFIndex index = 0; index < CFArrayGetCount(list); ++index) {
+    const auto window = static_cast<CFDictionaryRef>(CFArrayGetValueAtIndex(list, index));
+    if (identifierOf(window) == identifier) numbers.push_back(number(window, kCGWindowNumber));
+  }
   CFRelease(list);
-  return count;
+  return numbers;
+}
+
+std::string shown(const Numbers& numbers) {
+  std::string text;
+  for (const long long each : numbers) text += (text.empty() ? "" : ", ") + std::to_string(each);
+  return "[" + text + "]";
+}
+
+/// What is in the second and not in the first.
+Numbers added(const Numbers& before, const Numbers& after) {
+  Numbers result;
+  for (const long long each : after)
+    if (std::find(before.begin(), before.end(), each) == before.end()) result.push_back(each);
+  return result;
+}
+
+/// The windows that the service shows for a panel, which is closed again.
+Numbers panelOf(probe::Receiver& receiver) {
+  const Numbers before = windowsOf(service);
+  receiver.tell("panel");
+  probe::sleepMilliseconds(panelMilliseconds);
+  const Numbers panel = added(before, windowsOf(service));
+  receiver.tell("close-panel");
+  probe::sleepMilliseconds(panelMilliseconds);
+  return panel;
+}
+
+int process(const std::string& assumption, probe::Receiver& receiver) {
+  const Numbers before = windowsOf(service);
+  const Numbers ownBefore = windowsOf(own);
+  receiver.tell("panel");
+  probe::sleepMilliseconds(panelMilliseconds);
+  const Numbers after = windowsOf(service);
+  const Numbers ownAfter = windowsOf(own);
+  const bool isItsProcess = after.size() > before.size();
+  const bool isShown = isItsProcess || ownAfter.size() > ownBefore.size();
+  return probe::answer(assumption, isShown ? probe::verdictOf(isItsProcess) : Verdict::notShown,
+                       Evidence()
+                           .addJson("windows of the panel's process before", shown(before))
+                           .addJson("after", shown(after))
+                           .addJson("windows of the application before", shown(ownBefore))
+                           .addJson("afterwards", shown(ownAfter)));
+}
+
+int panelNumbers(const std::string& assumption, probe::Receiver& receiver) {
+  const Numbers first = panelOf(receiver);
+  const Numbers second = panelOf(receiver);
+  const bool areShown = !first.empty() && !second.empty();
+  return probe::answer(
+      assumption,
+      areShown ? probe::verdictOf(added(first, second).size() == second.size()) : Verdict::notShown,
+      Evidence().addJson("the first panel", shown(first)).addJson("the next one", shown(second)));
 }
 
 }  // namespace
@@ -43,18 +106,8 @@ int main(int count, char** words) {
     CGMainDisplayID();
     probe::Receiver receiver;
     if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
-    const long long before = countOwnedBy(expected);
-    const long long ownBefore = countOwnedBy("com.zentrove.desk.receiver");
-    receiver.tell("panel");
-    probe::sleepMilliseconds(panelMilliseconds);
-    const long long after = countOwnedBy(expected);
-    const long long ownAfter = countOwnedBy("com.zentrove.desk.receiver");
-    const bool isShown = after > before || ownAfter > ownBefore;
-    return probe::answer(assumption, isShown ? probe::verdictOf(after > before) : Verdict::notShown,
-                         Evidence()
-                             .add("windows of the panel's process before", before)
-                             .add("after", after)
-                             .add("windows of the application before", ownBefore)
-                             .add("afterwards", ownAfter));
+    if (assumption == "panel-process") return process(assumption, receiver);
+    if (assumption == "panel-numbers") return panelNumbers(assumption, receiver);
+    return probe::notShown(assumption, "it is not asked here");
   }
 }

@@ -157,9 +157,18 @@ enum : NSWindowOrderingMode { NSWindowAbove = 1 };
 - (void)toggleFullScreen:(nullable id)sender;
 @end
 
+typedef NSInteger NSScrollerStyle;
+enum : NSScrollerStyle { NSScrollerStyleLegacy = 0 };
+@interface NSScrollView : NSView
+@property NSScrollerStyle scrollerStyle;
+@property BOOL hasVerticalScroller;
+@property(nullable, strong) __kindof NSView* documentView;
+@end
+
 @interface NSOpenPanel : NSPanel
 + (NSOpenPanel*)openPanel;
 - (void)beginWithCompletionHandler:(void (^)(NSInteger result))handler;
+- (void)cancel:(nullable id)sender;
 @end
 
 @interface NSPasteboard (ProbeAdditions)

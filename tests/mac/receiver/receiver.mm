@@ -24,6 +24,8 @@ constexpr NSUInteger applicationDefinedType = 13;
 NSWindow* windows[2];
 NSWindow* childWindow;
 NSButton* button;
+NSScrollView* scrollArea;
+NSOpenPanel* panel;
 
 long long field(NSEvent* event, int number) {
   return CGEventGetIntegerValueField(event.CGEvent, static_cast<CGEventField>(number));
@@ -168,8 +170,22 @@ void overlap() {
 }
 
 void openPanel() {
-  [[NSOpenPanel openPanel] beginWithCompletionHandler:^(NSInteger){
+  panel = [NSOpenPanel openPanel];
+  [panel beginWithCompletionHandler:^(NSInteger){
   }];
+}
+
+/// An area with more in it than it shows: a button at the end that is out of sight.
+void addScrollArea() {
+  scrollArea = [[NSScrollView alloc] initWithFrame:{{20, 20}, {200, 150}}];
+  scrollArea.scrollerStyle = NSScrollerStyleLegacy;
+  scrollArea.hasVerticalScroller = YES;
+  NSView* content = [[NSView alloc] initWithFrame:{{0, 0}, {180, 2'000}}];
+  scrollArea.documentView = content;
+  button = [NSButton buttonWithTitle:@"Probe" target:nil action:nil];
+  button.frame = {{20, 1'900}, {100, 30}};
+  [content addSubview:button];
+  [windows[1].contentView addSubview:scrollArea];
 }
 
 void obey(const std::string& command) {
@@ -185,6 +201,9 @@ void obey(const std::string& command) {
   if (command == "close") [windows[0] close];
   if (command == "full-screen") [windows[0] toggleFullScreen:nil];
   if (command == "panel") openPanel();
+  if (command == "close-panel") [panel cancel:nil];
+  if (command == "scroll-area") addScrollArea();
+  if (command == "short-content") scrollArea.documentView.frame = {{0, 0}, {180, 100}};
   if (command == "tree") addTree();
   if (command == "end") std::exit(0);
   if (command != "state") tell("done");

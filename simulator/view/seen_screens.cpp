@@ -1,7 +1,8 @@
-#include "simulator/companion/seen_screens.h"
+#include "simulator/view/seen_screens.h"
 
 #include <algorithm>
 
+#include "base/datum.h"
 #include "simulator/drawing/picture_codec.h"
 
 namespace companion {
@@ -14,7 +15,12 @@ void SeenScreens::add(std::string look, std::string picture) {
 std::shared_ptr<const std::string> SeenScreens::png(const std::string& look) {
   const auto found = std::find_if(seen_.begin(), seen_.end(),
                                   [&](const auto& each) { return each.first == look; });
-  return found == seen_.end() ? nullptr : drawn_.png(simulator::decodedPicture(found->second));
+  if (found == seen_.end()) return nullptr;
+  try {
+    return drawn_.png(simulator::decodedPicture(found->second));
+  } catch (const driver::MalformedDatum&) {
+    return nullptr;  // a Mac of another version
+  }
 }
 
 }  // namespace companion

@@ -18,7 +18,7 @@ class SeenScreens {
   /// A picture, as `encodedPicture` gives it, by the name of its look.
   void add(std::string look, std::string picture);
 
-  /// Null when there is none of this name any more.
+  /// Null when there is none of this name any more, or it cannot be drawn.
   std::shared_ptr<const std::string> png(const std::string& look);
 
  private:

@@ -1,4 +1,4 @@
-#include "simulator/companion/view.h"
+#include "simulator/view/view.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,10 +15,10 @@
 #include "simulator/companion/failure.h"
 #include "simulator/companion/only_line.h"
 #include "simulator/companion/page_files.h"
-#include "simulator/companion/seen_screens.h"
 #include "simulator/companion/socket.h"
-#include "simulator/companion/web_server.h"
 #include "simulator/mac/json_text.h"
+#include "simulator/view/seen_screens.h"
+#include "simulator/view/web_server.h"
 
 namespace companion {
 
@@ -30,6 +30,11 @@ using nlohmann::json;
 
 /// A page that has gone is noticed when it is answered: no question stays open for longer.
 constexpr std::chrono::seconds questionMax{20};
+
+/// The tree of a large application, or a long journal, is longer than what a Mac takes.
+constexpr std::size_t answerLengthMax = std::size_t{64} << 20U;  // bytes
+
+constexpr std::uint32_t portMax = 65'535;
 
 constexpr const char* jsonType = "application/json";
 constexpr const char* plainType = "text/plain; charset=utf-8";
@@ -131,8 +136,8 @@ std::optional<WebReply> View::ask(const WebRequest& request, WebServer::Ticket t
   try {
     Descriptor socket = connectToMac(mac_);
     fcntl(socket.number(), F_SETFL, O_NONBLOCK);
-    questions_.push_back(
-        {ticket, Connection(std::move(socket)), words->front() == "news", Clock::now()});
+    questions_.push_back({ticket, Connection(std::move(socket), answerLengthMax),
+                          words->front() == "news", Clock::now()});
   } catch (const Failure& failure) {
     return failed(503, failure.what());
   }
@@ -174,9 +179,14 @@ bool View::attend(Question& question) {
     server_.reply(question.ticket, failed(503, "the Mac has gone"));
     return true;
   }
-  const auto answer = question.connection.next();
-  if (answer) server_.reply(question.ticket, replyTo(question, *answer));
-  return answer.has_value();
+  try {
+    const auto answer = question.connection.next();
+    if (answer) server_.reply(question.ticket, replyTo(question, *answer));
+    return answer.has_value();
+  } catch (const driver::MalformedDatum&) {
+    server_.reply(question.ticket, failed(502, "the Mac's answer is too long, or makes no sense"));
+    return true;
+  }
 }
 
 WebReply View::replyTo(const Question& question, const Datum& answer) {
@@ -201,13 +211,12 @@ WebReply View::newsFrom(const std::vector<std::string>& lines) {
 
 }  // namespace
 
-int viewCommand(const std::vector<std::string>& words) {
-  const auto port = words.size() > 1 ? driver::parseUint32(words[1]) : 0;
-  if (!port || *port > 65'535) throw UsageError();
-  View view(macFromEnvironment(), static_cast<std::uint16_t>(*port));
+void viewMac(const std::string& port) {
+  const auto number = driver::parseUint32(port);
+  if (!number || *number > portMax) throw Failure(port + " is no port");
+  View view(macFromEnvironment(), static_cast<std::uint16_t>(*number));
   printOnly(simulator::jsonLine({{"ok", true}, {"url", view.address()}}));
   view.run();
-  return 0;
 }
 
 }  // namespace companion

@@ -1,4 +1,4 @@
-#include "simulator/companion/web_server.h"
+#include "simulator/view/web_server.h"
 
 #include <arpa/inet.h>
 #include <microhttpd.h>
