@@ -4,6 +4,7 @@
 #include <microhttpd.h>
 #include <netinet/in.h>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -16,7 +17,8 @@ namespace companion {
 namespace {
 
 constexpr unsigned int idleSecondsMax = 60;
-constexpr std::size_t headersLengthMax = 16U << 10U;  // bytes, of a connection
+constexpr MHD_UNSIGNED_LONG_LONG timeoutMax = 60'000;  // milliseconds
+constexpr std::size_t headersLengthMax = 16U << 10U;   // bytes, of a connection
 
 /// Takes as long whatever the first difference: nobody is to find a token by time.
 bool isSame(std::string_view a, std::string_view b) {
@@ -138,7 +140,7 @@ int WebServer::descriptor() const {
 std::optional<int> WebServer::timeout() const {
   MHD_UNSIGNED_LONG_LONG milliseconds = 0;
   if (MHD_get_timeout(daemon_.get(), &milliseconds) != MHD_YES) return std::nullopt;
-  return static_cast<int>(std::min<MHD_UNSIGNED_LONG_LONG>(milliseconds, idleSecondsMax * 1000));
+  return static_cast<int>(std::min<MHD_UNSIGNED_LONG_LONG>(milliseconds, timeoutMax));
 }
 
 void WebServer::run() { MHD_run(daemon_.get()); }
