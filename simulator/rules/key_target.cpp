@@ -39,6 +39,12 @@ WindowNumber keysOf(const World& world, const Application* application) {
   return key == 0 ? 0 : innermostSheet(world, key);
 }
 
+/// Whether a reading gives something.
+bool isTold(const Answer& answer) {
+  const auto told = driver::unpack<platform::WireReadings>(answer.value);
+  return !told.slots.empty() && !told.slots.front().value.isNothing();
+}
+
 bool reads(const Call& call, std::string_view name) {
   if (call.function == Function::axAttribute) return Arguments(call).text(1) == name;
   if (call.function != Function::axAttributes) return false;
@@ -115,6 +121,7 @@ void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
     hasAskedSince_ = true;
     if (!seen.faulty) noteFocusedWindow(seen.call);
   }
+  if (reads(seen.call, "AXChildren") && isTold(answer)) noteSheets(seen.call);
   if (reads(seen.call, "AXMenuBar")) {
     if (!hasJustAsked_)
       violations.push_back("I14: menus are searched without a look at the key window");
@@ -153,6 +160,21 @@ void KeyTargetRules::noteFocusedWindow(const Call& call) {
   if (window == nullptr) return;
   if (!titleInScope(run_.client, rootOf(world, *window).title.value_or(""))) return;
   meant_.emplace(pid, key);
+}
+
+/// The run takes the sheet that it finds in the window with the keyboard. One that comes up after
+/// that may not be noticed.
+void KeyTargetRules::noteSheets(const Call& call) {
+  const auto read = Arguments(call).get<platform::ElementReference>(0);
+  const World& world = run_.mac.world;
+  const Application* application = findApplication(world, read.pid);
+  const Element* element = application == nullptr ? nullptr : findElement(*application, read.id);
+  if (element == nullptr || element->parent != 0) return;
+  sheetsRead_[element->window] = openSheets(world, element->window).size();
+  const auto meant = meant_.find(read.pid);
+  const Window* window = meant == meant_.end() ? nullptr : findWindow(world, meant->second);
+  if (window == nullptr || rootOf(world, *window).number != element->window) return;
+  if (chosen_.insert(read.pid).second) meant->second = keysOf(world, application);
 }
 
 void KeyTargetRules::checkPost(const Call& call, Violations& violations) {
@@ -223,7 +245,9 @@ void KeyTargetRules::checkSheet(WindowNumber number, Violations& violations) con
   if (window == nullptr || window->sheetOf == 0) return;
   const Application* owner = findApplication(world, window->owner);
   if (owner == nullptr || keyWindowOf(*owner) == number) return;
-  if (openSheets(world, window->sheetOf).size() > 1) {
+  const auto read = sheetsRead_.find(window->sheetOf);
+  const bool isRead = read != sheetsRead_.end();
+  if ((isRead ? read->second : openSheets(world, window->sheetOf).size()) > 1) {
     violations.push_back("I12: keys for one of several sheets");
   }
 }

@@ -30,6 +30,7 @@ class KeyTargetRules : public Rule {
   Owner owner() const;
   void noteReading(const ObservedCall& seen, const Answer& answer, Violations& violations);
   void noteFocusedWindow(const platform::Call& call);
+  void noteSheets(const platform::Call& call);
   void checkSearch(Pid pid, Violations& violations);
   void checkPost(const platform::Call& call, Violations& violations);
   void checkAct(Pid pid, bool needsLook, Violations& violations);
@@ -41,10 +42,12 @@ class KeyTargetRules : public Rule {
   bool hasFocus(Pid pid) const;
 
   std::map<Pid, WindowNumber> meant_;   // where the keys for a process are to go
+  std::set<Pid> chosen_;                // processes whose sheets have been read then
   std::set<Pid> toldInFront_;           // processes
   std::set<Pid> givenFocus_;            // by the client
   std::set<WindowNumber> toldNumbers_;  // of windows, by accessibility
   std::set<WindowNumber> checkedWindows_;
+  std::map<WindowNumber, std::size_t> sheetsRead_;  // open ones, when the window was last read
 
   // A look is a question for the foreground.
   Owner found_;              // when the latest look began

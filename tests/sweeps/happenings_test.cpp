@@ -47,6 +47,7 @@ std::vector<Happenings> happeningsAround(const simulator::Application& target) {
       {"quit " + name},
       {"hang " + name},
       {"hang " + name, "recover " + name},
+      {"in " + name + " open sheet \"Sure?\""},
       {"in " + name + " close window"},
       {"lock"},
       {"lock", "unlock"},
