@@ -1,9 +1,11 @@
 // A browser, Macs for it to look at, and what is asked of every page.
 import assert from "node:assert/strict";
 import { execFile, spawn } from "node:child_process";
+import { once } from "node:events";
 import { mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
+import { createInterface } from "node:readline";
 import { promisify } from "node:util";
 import { chromium } from "playwright-core";
 
@@ -56,10 +58,11 @@ export class Mac {
     const mac = new Mac();
     mac.process = spawn(simulatedMac, ["serve", ...options, "--view", "--until-closed", world]);
     let socket = "";
-    let line = "";
     mac.process.stdout.on("data", (data) => { socket += data; });
-    mac.process.stderr.on("data", (data) => { line += data; });
-    await new Promise((resolve) => { mac.process.stdout.on("end", resolve); });
+    const told = new Promise((resolve) => { mac.process.stdout.on("end", resolve); });
+    // The two streams come as they like.
+    const [[line]] = await Promise.all([
+      once(createInterface({ input: mac.process.stderr }), "line"), told]);
     mac.environment = { SIMULATED_MAC: socket.trim() };
     mac.address = JSON.parse(line).url;
     return mac;
