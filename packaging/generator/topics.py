@@ -13,7 +13,7 @@ MANUAL = ROOT / "packaging/man/simulated-mac.1"
 
 # The columns whose cells are names, or lists of names, that a reader types or sees as they are.
 NAMES = {"calls": {"CALL", "OUTCOMES"}, "outcomes": {"OUTCOME"},
-         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"}}
+         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"}, "releases": {"LINE"}}
 
 PLACE = re.compile(r"(?P<begin>^[^\n]*\bbegin: simulated-mac help (?P<topic>[a-z]+)[^\n]*\n)"
                    r"(?P<table>.*?)"
