@@ -97,7 +97,7 @@ Table releases() {
   }
   table.front().emplace_back("WITHOUT");
   const auto addVersion = [&](process::Version version) {
-    Row row = {versionLine(version), "the version that the system tells"};
+    Row row = {versionLine(version), "the version of the system"};
     for (const simulator::Release& release : simulator::releases) {
       row.emplace_back(mark(release.version == version));
     }

@@ -13,8 +13,8 @@ constexpr std::array rows = {
                    {true, false, false},
                    [](System& system) { system.asksForRecording = false; }},
     ReleaseSetting{"recording-question before-capture",
-                   "the next screenshot or sharing brings up that question, which comes to front; "
-                   "until the user answers both fail, with -3801",
+                   "the next screenshot or sharing brings up that question, which comes to front. "
+                   "Until the user answers, both fail with -3801",
                    {false, true, true},
                    [](System& system) { system.asksForRecording = true; }},
     ReleaseSetting{"pasteboard-reads free",
@@ -39,17 +39,17 @@ constexpr std::array rows = {
                    [](System& system) { system.givesKeyTaps = false; }},
     ReleaseSetting{
         "closed-window goes-on",
-        "a sharing whose window has closed goes on, and its process is not told",
+        "a sharing whose window has closed goes on, and its process gets no notice",
         {true, false, false},
         [](System& system) { system.closedWindowSharing = ClosedWindowSharing::goesOn; }},
     ReleaseSetting{
         "closed-window inactive",
-        "so it does, without frames until it gets another window",
+        "it goes on too, but without frames until it gets another window",
         {false, true, true},
         [](System& system) { system.closedWindowSharing = ClosedWindowSharing::inactive; }},
     ReleaseSetting{
         "closed-window stopped",
-        "the system stops it, and tells its process so, with -3815",
+        "the system stops it, and its process gets the error -3815",
         {false, false, false},
         [](System& system) { system.closedWindowSharing = ClosedWindowSharing::stopped; }},
 };
