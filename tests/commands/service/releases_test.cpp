@@ -31,9 +31,9 @@ TEST(releases, ask_again_before_a_picture_is_taken) {
     const TemporaryFolder folder;
     const std::string line = "capture Notes " + folder.path("out.png");
 
-    EXPECT_EQ(seen(mac.driver(line)), failure(declined));
+    EXPECT_EQ(seen(mac.driver(line)), testing_support::refused(declined));
     EXPECT_EQ(front(mac), 300);
-    EXPECT_EQ(seen(mac.driver(line)), failure(declined));
+    EXPECT_EQ(seen(mac.driver(line)), testing_support::refused(declined));
     EXPECT_EQ(folder.names(), std::vector<std::string>{});
     answerQuestion(mac);
     EXPECT_EQ(front(mac), 40);
