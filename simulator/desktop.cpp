@@ -5,6 +5,7 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/chance.h"
+#include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
 #include "simulator/mac/sharing_streams.h"
@@ -85,6 +86,12 @@ void putAgain(World& world, std::size_t index) {
   if (now->times) --*now->times;
   const auto next = std::upper_bound(now + 1, world.script.end(), *now, comesBefore);
   std::rotate(now, now + 1, next);
+}
+
+/// What follows when something has been done to the Mac.
+void goOn(Mac& mac) {
+  letWaitingInputGoOn(mac);
+  noticeClosedWindows(mac);
 }
 
 std::string endOf(const Client& client) {
@@ -191,7 +198,7 @@ Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds si
 /// What follows the answer of a call, whenever it comes.
 Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
                          std::size_t flow) {
-  noticeClosedWindows(mac_);
+  goOn(mac_);
   rules_[clientIndex]->after(call, result, faulty, flow, violations_);
   tellOfViolations(mac_.clients[clientIndex]->pid);
   // Half at a time: to drop them one by one would move all others each time.
@@ -251,7 +258,7 @@ void Desktop::letReactionTakePlace() {
   const Acting acting(mac_.world, first.actor);
   const Recurring recurring(mac_, first.recurring);
   SettledReaction settled = settleReaction(mac_.world);
-  noticeClosedWindows(mac_);
+  goOn(mac_);
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
@@ -273,7 +280,7 @@ void Desktop::happen(const Happening& happening) {
   const Acting nobody(mac_.world, 0);
   mac_.arrived.clear();
   simulator::happen(mac_, happening);
-  noticeClosedWindows(mac_);
+  goOn(mac_);
   std::string outcome;
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,

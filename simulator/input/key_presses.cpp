@@ -4,12 +4,14 @@
 #include <optional>
 #include <vector>
 
+#include "simulator/input/composing.h"
 #include "simulator/input/key_window.h"
 #include "simulator/input/typing.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/keyboard_layouts.h"
+#include "simulator/world/marking.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/presses.h"
 #include "simulator/world/reactions.h"
@@ -190,6 +192,60 @@ std::string takeInField(const Taking& taking) {
   return type(taking, text, "typed \"" + text + "\" into " + name);
 }
 
+/// The accent of a dead key comes before its letter, marked.
+std::optional<std::string> takeDeadKey(const Taking& taking) {
+  const Keyboard& keyboard = taking.world.keyboard;
+  if (!keyboard.hasDeadKeys || taking.holds(optionFlag)) return std::nullopt;
+  const std::string accent(deadKeyOf(keyboard.layout, taking.press.code, taking.holds(shiftFlag)));
+  if (accent.empty()) return std::nullopt;
+  const std::string name = described(*taking.field);
+  addMarked(taking.application, taking.field->id, accent, true);
+  return "marked \"" + accent + "\" in " + name;
+}
+
+/// The last character of marked text goes.
+std::string shortenMarked(const Taking& taking, Marked marked) {
+  Application& application = taking.application;
+  const std::string name = described(*taking.field);
+  const std::int64_t end = marked.range.location + marked.range.length;
+  taking.field->attributes["AXSelectedTextRange"] = ax::Range{end, 0};
+  deleteBackward(application, marked.element);
+  const std::int64_t caret = selectionOf(*findElement(application, marked.element)).location;
+  marked.range.length = caret - marked.range.location;
+  if (marked.range.length > 0) application.marked = marked;
+  return "deleted marked text in " + name;
+}
+
+/// What a key does first, or alone, while the field has marked text; nothing where it goes on as
+/// ever, with that text committed.
+std::optional<std::string> takeWhileMarked(const Taking& taking) {
+  Application& application = taking.application;
+  const auto range = markedIn(application, taking.field->id);
+  if (!range) return std::nullopt;
+  const Marked marked{taking.field->id, *range, application.marked->isDeadKey};
+  const std::string name = described(*taking.field);
+  const bool isReturn =
+      taking.press.code == key_codes::returnKey || taking.press.code == key_codes::keypadEnter;
+  if (taking.press.code == key_codes::escape ||
+      (marked.isDeadKey && taking.press.code == key_codes::deleteKey)) {
+    cancelMarked(application);
+    return "took marked text back in " + name;
+  }
+  if (taking.press.code == key_codes::deleteKey) return shortenMarked(taking, marked);
+  const std::string text(taking.holds(optionFlag) ? "" : taking.character(taking.holds(shiftFlag)));
+  if (isReturn || text.empty() || taking.press.code == key_codes::tab) {
+    commitMarked(application);
+    if (!isReturn || marked.isDeadKey) return std::nullopt;
+    return "committed marked text in " + name;
+  }
+  if (marked.isDeadKey) {
+    typeBehindDeadKey(application, marked.element, text);
+    return "typed \"" + text + "\" behind a dead key into " + name;
+  }
+  addMarked(application, marked.element, text, false);
+  return "marked \"" + text + "\" in " + name;
+}
+
 }  // namespace
 
 std::string takeKey(World& world, Application& application, const KeyPress& press) {
@@ -198,9 +254,17 @@ std::string takeKey(World& world, Application& application, const KeyPress& pres
   }
   if (application.hangs) return hangingSentence;
   const Taking taking{world, application, press, keyboardField(world, application)};
-  if (taking.holds(commandFlag) || taking.holds(controlFlag)) return takeShortcut(taking);
+  if (taking.holds(commandFlag) || taking.holds(controlFlag)) {
+    commitMarked(application);
+    return takeShortcut(taking);
+  }
   if (taking.field == nullptr) return noField;
-  if (press.text.empty()) return takeInField(taking);
+  if (press.text.empty()) {
+    if (auto said = takeWhileMarked(taking)) return *said;
+    if (auto said = takeDeadKey(taking)) return *said;
+    return takeInField(taking);
+  }
+  makeWayForText(application, *taking.field);
   return type(taking, press.text, "typed \"" + press.text + "\" into " + described(*taking.field));
 }
 

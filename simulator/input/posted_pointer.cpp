@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "simulator/input/key_window.h"
+#include "simulator/input/menu_tracking.h"
 #include "simulator/input/posted_keys.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/presses.h"
@@ -19,6 +20,7 @@ using quartz::Field;
 
 namespace {
 
+constexpr const char* notUsable = "the session is locked or not on the console";
 constexpr Point offScreen{-1, -1};
 constexpr std::int64_t touchSubtype = 3;
 constexpr std::int64_t clickEventNumber = 3;
@@ -237,10 +239,30 @@ Landing route(Delivery& delivery) {
   return landing;
 }
 
-Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
-  if (!mac.world.session.isUsable()) {
-    return refused("the session is locked or not on the console");
+/// The application takes the event, or keeps it for later. `sameOperation`: it has come by the
+/// other route before.
+Landing take(Mac& mac, Application& application, const EventImage& event, Route by,
+             bool sameOperation) {
+  if (waitsForMenu(mac.world, application, event)) {
+    application.waiting.push_back({event, by == Route::privateRoute, mac.world.actor});
+    return refused("waits until a menu has closed");
   }
+  if (isKeyEvent(event)) return takeKeyEvent(mac.world, application, event, by);
+  Delivery delivery{mac, application, event, by, nullptr};
+  // Events off screen are posted by each route for Chromium: the second posting of one that was
+  // taken changes nothing.
+  if (sameOperation && application.lastPostTaken && routeTaken(delivery)) {
+    return {true, "already taken by the other route"};
+  }
+  const Pid pid = application.pid;
+  Landing landing = route(delivery);
+  // The event may have made the application quit.
+  if (Application* still = findApplication(mac.world, pid)) still->lastPostTaken = landing.landed;
+  return landing;
+}
+
+Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
+  if (!mac.world.session.isUsable()) return refused(notUsable);
   Application* application = findApplication(mac.world, pid);
   if (application == nullptr) return refused("no such application");
   if (!mac.world.accessibilityAllowed) return refused("posting is not permitted");
@@ -253,17 +275,17 @@ Landing receive(Mac& mac, Pid pid, const EventImage& event, Route by) {
   application->lastPostTooSoon = tooSoon;
   application->lastPostIdentity = event.identity;
   if (tooSoon) return refused("came less than 12 ms after the one before");
-  if (isKeyEvent(event)) return takeKeyEvent(mac.world, *application, event, by);
-  Delivery delivery{mac, *application, event, by, nullptr};
-  // Events off screen are posted by each route for Chromium: the second posting of one that was
-  // taken changes nothing.
-  if (sameOperation && application->lastPostTaken && routeTaken(delivery)) {
-    return {true, "already taken by the other route"};
-  }
-  Landing landing = route(delivery);
-  // The event may have made the application quit.
-  if (Application* still = findApplication(mac.world, pid)) still->lastPostTaken = landing.landed;
-  return landing;
+  return take(mac, *application, event, by, sameOperation);
+}
+
+/// An event that has waited for a menu arrives, whenever it was posted.
+Landing receiveLate(Mac& mac, Pid pid, const EventImage& event, Route by) {
+  Application* application = findApplication(mac.world, pid);
+  if (application == nullptr) return refused("no such application");
+  if (!mac.world.session.isUsable()) return refused(notUsable);
+  const bool sameOperation = event.identity == application->lastPostIdentity;
+  application->lastPostIdentity = event.identity;
+  return take(mac, *application, event, by, sameOperation);
 }
 
 /// What has the keyboard, or what is under the pointer: before the event comes, which may change
@@ -281,9 +303,8 @@ std::optional<ElementName> meantElement(World& world, Pid pid, WindowNumber numb
   return elementName(*element);
 }
 
-}  // namespace
-
-void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
+/// What the journal says of an event that comes now; what came of it is still to be said.
+JournalEntry entryOf(Mac& mac, Pid pid, const EventImage& event, Route by) {
   JournalEntry entry{.at = mac.now, .kind = JournalEntry::Kind::event, .target = pid};
   entry.route = by == Route::privateRoute ? "private" : "public";
   if (isKeyEvent(event)) {
@@ -297,10 +318,39 @@ void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
     entry.point = event.location;
   }
   entry.element = meantElement(mac.world, pid, entry.window, event);
-  Landing landing = receive(mac, pid, event, by);
+  return entry;
+}
+
+void note(Mac& mac, JournalEntry entry, Landing landing) {
   entry.landed = landing.landed;
   entry.outcome = std::move(landing.outcome);
   enter(mac, std::move(entry));
+}
+
+void deliverAgain(Mac& mac, Pid pid, const WaitingEvent& waiting) {
+  const Route by = waiting.isPrivate ? Route::privateRoute : Route::publicRoute;
+  JournalEntry entry = entryOf(mac, pid, waiting.event, by);
+  note(mac, std::move(entry), receiveLate(mac, pid, waiting.event, by));
+}
+
+}  // namespace
+
+void deliver(Mac& mac, Pid pid, const EventImage& event, Route by) {
+  JournalEntry entry = entryOf(mac, pid, event, by);
+  note(mac, std::move(entry), receive(mac, pid, event, by));
+}
+
+void letWaitingInputGoOn(Mac& mac) {
+  for (std::size_t i = 0; i < mac.world.applications.size(); ++i) {
+    Application& application = mac.world.applications[i];
+    if (application.waiting.empty() || isTrackingMenu(application)) continue;
+    const Pid actor = mac.world.actor;
+    for (const WaitingEvent& each : std::exchange(application.waiting, {})) {
+      mac.world.actor = each.actor;
+      deliverAgain(mac, application.pid, each);
+    }
+    mac.world.actor = actor;
+  }
 }
 
 }  // namespace simulator

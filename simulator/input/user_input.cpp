@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "simulator/input/key_presses.h"
+#include "simulator/input/menu_tracking.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/keyboard_layouts.h"
 #include "simulator/world/presses.h"
@@ -54,6 +55,12 @@ Button typesOf(MouseButton button) {
   return {leftDown, leftUp, leftDragged};
 }
 
+/// What the user presses for a character, or for an accent that waits for its letter.
+std::optional<KeyStroke> strokeOf(const Keyboard& keyboard, const std::string& key) {
+  const auto dead = keyboard.hasDeadKeys ? deadStrokeFor(keyboard.layout, key) : std::nullopt;
+  return dead ? dead : strokeFor(keyboard.layout, key);
+}
+
 /// Turns what the user does into events, one after the other.
 class Maker {
  public:
@@ -87,7 +94,7 @@ class Maker {
   void addKey() {
     const std::string& key = happening_.text;
     const auto named = codeNamed(key);
-    const auto stroke = named ? std::nullopt : strokeFor(world_.keyboard.layout, key);
+    const auto stroke = named ? std::nullopt : strokeOf(world_.keyboard, key);
     std::uint64_t needed = happening_.modifiers;
     if (stroke && stroke->shift) needed |= shiftFlag;
     needed &= ~world_.keyboard.modifiers;
@@ -145,6 +152,7 @@ std::string toldOf(const Application& application, const std::string& sentence) 
 
 std::string pressButton(World& world, std::uint32_t type, Point point) {
   world.heldButtons[type] = {};
+  if (std::string closed = closeTrackedMenu(world, point); !closed.empty()) return closed;
   const Window* window = topmostAt(world, point);
   const Application* owner = window == nullptr ? nullptr : findApplication(world, window->owner);
   if (owner == nullptr) return noWindowThere;
@@ -201,6 +209,10 @@ std::string takeUserKey(World& world, const InputEvent& input) {
   Application* front = findApplication(world, world.frontmost);
   if (front == nullptr) return "no application is in front";
   const std::string name = toldOf(*front, "");
+  const std::int64_t code = input.event.keyCode;
+  if (isTrackingMenu(*front) && modifierWithCode(code) == nullptr) {
+    return name + takeKeyInMenu(*front, code);
+  }
   return name + takeKey(world, *front, {input.event.keyCode, input.event.flags, input.text});
 }
 

@@ -15,6 +15,10 @@ namespace simulator {
 std::vector<ElementId> addDefined(World& world, std::size_t application, ElementId parent,
                                   const Call& call);
 
+/// Opens the windows that a call says in the application at this index, in front of its others;
+/// gives their numbers. Throws WorldError as `addDefined` does, and then nothing has come.
+std::vector<WindowNumber> openDefined(World& world, std::size_t application, const Call& call);
+
 /// For `World::adder`: the same for a reaction's call, with the values that it has found.
 Added addForReaction(World& world, Pid pid, ElementId parent, const Reaction& reaction);
 

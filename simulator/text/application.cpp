@@ -19,7 +19,7 @@ struct ApplicationReading {
   bool unbundled = false;
 };
 
-constexpr std::array<Option<ApplicationReading>, 19> applicationOptions = {{
+constexpr std::array<Option<ApplicationReading>, 20> applicationOptions = {{
     {"pid",
      [](Words& words, ApplicationReading& reading) {
        reading.draft.application.pid = static_cast<Pid>(
@@ -80,6 +80,11 @@ constexpr std::array<Option<ApplicationReading>, 19> applicationOptions = {{
        readFailingOption(words, reading.draft.application.failing);
      },
      true},
+    {"tracks",
+     [](Words& words, ApplicationReading& reading) {
+       words.expect("tracks", "menus");
+       reading.draft.application.tracksMenus = true;
+     }},
     {"pastes",
      [](Words& words, ApplicationReading& reading) {
        words.expect("pastes", "after");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "simulator/text/application.h"
@@ -46,8 +47,6 @@ std::array<std::vector<Reaction>*, 4> listsOf(Element& element) {
   return {&element.onClick, &element.onRightClick, &element.onDoubleClick, &element.onSubmit};
 }
 
-constexpr std::int64_t timesMax = 1'000'000'000;
-
 }  // namespace
 
 void WorldBuilder::claimPid(const Words& words, Pid pid) const {
@@ -58,19 +57,8 @@ void WorldBuilder::claimPid(const Words& words, Pid pid) const {
 }
 
 void WorldBuilder::addToScript(Words& words) {
-  Scripted scripted;
-  const Span span = words.span("at");
-  scripted.at = span.least;
-  scripted.latest = span.most;
+  Scripted scripted = readTimes(words);
   scripted.place = script_.size();
-  if (words.take("every")) {
-    scripted.every = words.span("every");
-    if (scripted.every->least == 0) words.fail("'every' needs a time above 0");
-    if (words.nextIsNumber()) {
-      scripted.times = words.integer("every", "a number from 1", 1, timesMax);
-      words.expect("every", "times");
-    }
-  }
   script_.push_back({std::move(scripted), words.rest()});
 }
 
@@ -110,6 +98,13 @@ bool WorldBuilder::isTaken(WindowNumber number) const {
                      [&](const PanelService& each) { return each.number == number; });
 }
 
+WindowNumber WorldBuilder::newNumber(const Words& words) const {
+  if (world_.lastWindow == std::numeric_limits<WindowNumber>::max()) {
+    words.fail("no window number is left");
+  }
+  return world_.lastWindow + 1;
+}
+
 void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links) {
   for (LinkDraft& link : links) {
     links_.push_back({words.spot(), place.application, place.element, std::move(link)});
@@ -119,6 +114,7 @@ void WorldBuilder::addLinks(const Words& words, const Place& place, std::vector<
 WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
   WindowDraft draft = readWindow(words);
   Window& window = draft.window;
+  if (draft.isNew) window.number = newNumber(words);
   if (isTaken(window.number)) {
     words.fail("window number " + std::to_string(window.number) + " is taken");
   }
@@ -179,6 +175,7 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   element.window = parent.window;
   if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
   settlePresence(words, application, element, draft);
+  placeMarkedText(words, application, element, draft);
   if (draft.focused) focus(words, application, element);
   noteReactions({words.spot(), parent.application, id});
   const Place place{Place::Kind::element, "element", parent.application, parent.window, id};
@@ -218,8 +215,11 @@ void WorldBuilder::noteLabels(const std::vector<Reaction>& list) {
 void WorldBuilder::noteAddedLabels(const Addition& addition) {
   if (world_.definitions == nullptr) return;
   const auto note = [&](const Line& line) {
-    const bool isLabelled = line.tokens.size() > 1 && line.tokens[1].kind == Token::Kind::text;
-    if (isLabelled) labels_.addComing(line.tokens[1].text);
+    const auto& tokens = line.tokens;
+    const bool isWindow = !tokens.empty() && tokens[0].text == "window";
+    const std::size_t place = isWindow ? 2 : 1;
+    if (tokens.size() <= place || tokens[place].kind != Token::Kind::text) return;
+    isWindow ? labels_.addComingTitle(tokens[place].text) : labels_.addComing(tokens[place].text);
   };
   try {
     expandCall(*world_.definitions, addition.call, note);

@@ -94,6 +94,7 @@ class WorldBuilder {
   void settleScript();
 
   bool isTaken(WindowNumber number) const;
+  WindowNumber newNumber(const Words& words) const;
 
   World& world_;
   const Complain& complain_;

@@ -37,6 +37,7 @@ struct ElementDraft {
   std::optional<Size> size;
   std::optional<Layout> layout;
   bool focused = false;
+  std::optional<ax::Range> marked;  // marked text in a field
   std::vector<LinkDraft> links;
   std::optional<Habits> habits;
   std::vector<std::string> alsoUnder;  // labels of further parents

@@ -7,6 +7,7 @@
 #include "simulator/text/habits.h"
 #include "simulator/text/layout.h"
 #include "simulator/world/element_text.h"
+#include "simulator/world/elements.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/roles.h"
 
@@ -126,8 +127,11 @@ ElementDraft readElement(Words& words) {
 
 WindowDraft readWindow(Words& words) {
   WindowDraft draft;
-  draft.window.number = static_cast<WindowNumber>(
-      words.integer("window", "a number from 1 on", 1, std::numeric_limits<WindowNumber>::max()));
+  draft.isNew = words.take("new");
+  if (!draft.isNew) {
+    draft.window.number = static_cast<WindowNumber>(
+        words.integer("window", "a number from 1 on", 1, std::numeric_limits<WindowNumber>::max()));
+  }
   if (words.nextIs(Token::Kind::text)) draft.window.title = words.text("window", "");
   readOptions(words, windowOptions, draft);
   const auto frame = frameOf(words, draft.body);
@@ -148,6 +152,17 @@ WindowDraft readWindow(Words& words) {
   }
   if (draft.window.title) element.attributes.emplace("AXTitle", *draft.window.title);
   return draft;
+}
+
+void placeMarkedText(const Words& words, Application& application, Element& element,
+                     const ElementDraft& draft) {
+  if (!draft.marked) return;
+  if (!isTextInput(element)) words.fail("only a field has marked text");
+  if (application.marked) words.fail("a second field of one application has marked text");
+  const ax::Range& range = *draft.marked;
+  if (range.location < 0 || range.length < 0) words.fail("'marked' needs numbers from 0");
+  application.marked = Marked{element.id, range, false};
+  element.attributes.emplace("AXSelectedTextRange", ax::Range{range.location + range.length, 0});
 }
 
 void placeCaret(Element& element) {

@@ -12,8 +12,9 @@
 namespace simulator {
 
 struct WindowDraft {
-  Window window;      // without owner and element
-  ElementDraft body;  // what it shows to accessibility
+  Window window;       // without owner and element; without number when it is new
+  bool isNew = false;  // its number is the next one
+  ElementDraft body;   // what it shows to accessibility
   bool hasElement = true;
   bool closed = false;
 };
@@ -21,6 +22,11 @@ struct WindowDraft {
 /// Reads the whole line.
 ElementDraft readElement(Words& words);
 WindowDraft readWindow(Words& words);
+
+/// Marks a part of the element's text, when its line says so, and puts the caret behind it unless
+/// the line says where that is.
+void placeMarkedText(const Words& words, Application& application, Element& element,
+                     const ElementDraft& draft);
 
 /// Puts the caret behind the last character, when the element takes text and nothing else says
 /// where it is.

@@ -20,13 +20,14 @@ const std::string statementWords =
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
-    "pastes";
+    "tracks, pastes";
 const std::string windowWords =
     "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
     "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
-    "subrole, disabled, modal, focused, selection, actions, attribute, failing, range, choices, "
+    "subrole, disabled, modal, focused, selection, marked, actions, attribute, failing, range, "
+    "choices, "
     "while, only, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "
     "right:, double:, stacks, scrolls, takes, submit:";
@@ -219,7 +220,7 @@ TEST(world_text_errors, of_elements) {
       {"AXButton press: append \"x\" to B", "no element of A is labelled \"B\""},
       {"AXButton right: set B \"x\"", "no element of A is labelled \"B\""},
       {"AXButton press: set B", "'set' needs a quoted text"},
-      {"AXButton press: open \"T\"", "unexpected \"T\"; expected sheet, panel"},
+      {"AXButton press: open \"T\"", "unexpected \"T\"; expected sheet, window, panel"},
       {"AXButton press: after soon quit",
        "'after' needs a time such as 250us, 100ms or 1.5s, not 'soon'"},
       {"AXButton press: after 2s..1s quit",

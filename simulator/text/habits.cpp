@@ -259,6 +259,15 @@ constexpr std::array knownHabits = {
                          words.range("selection"));
           },
           once},
+    Habit{"marked", "START+LENGTH [lost]",
+          "of a field: this part of its value is marked text, which an input method has not "
+          "committed. Keys go on composing it, return commits it, escape takes it back; another "
+          "text commits it or, `lost`, takes its place",
+          [](Words& words, ElementDraft& draft) {
+            draft.marked = words.range("marked");
+            if (words.take("lost")) habitsOf(draft).losesMarked = true;
+          },
+          once},
     Habit{
         "actions", "AXPress,AXShowMenu|none",
         "its actions. Without it `AXPress` for elements that can be pressed (and `AXShowMenu` for "

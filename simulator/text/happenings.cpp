@@ -205,6 +205,22 @@ Happening happeningCalled(std::string_view phrase) {
   return happening;
 }
 
+Scripted readTimes(Words& words) {
+  constexpr std::int64_t timesMax = 1'000'000'000;
+  Scripted scripted;
+  const Span span = words.span("at");
+  scripted.at = span.least;
+  scripted.latest = span.most;
+  if (!words.take("every")) return scripted;
+  scripted.every = words.span("every");
+  if (scripted.every->least == 0) words.fail("'every' needs a time above 0");
+  if (words.nextIsNumber()) {
+    scripted.times = words.integer("every", "a number from 1", 1, timesMax);
+    words.expect("every", "times");
+  }
+  return scripted;
+}
+
 Happening readHappening(Words& words, const World& world) {
   const Phrases phrases = phrasesOf(knownHappenings);
   if (words.atEnd()) words.fail("something must happen: " + firstWords(phrases));

@@ -42,6 +42,9 @@ std::string formOf(const HappeningKind& kind);
 /// A happening of the kind with this phrase, which there must be. What it is about is left open.
 Happening happeningCalled(std::string_view phrase);
 
+/// Reads when, and how often, something is to happen.
+Scripted readTimes(Words& words);
+
 /// Reads a happening up to the end of the line. Applications are those of the world; what an
 /// application's reactions name is still to be settled.
 Happening readHappening(Words& words, const World& world);

@@ -54,10 +54,14 @@ void readPlace(Words& words, const char* owner, Reaction& reaction) {
   reaction.other = words.name("above", aLabel);
 }
 
-void readAddition(Words& words, const char* owner, Reaction& reaction) {
+void readCallOf(Words& words, const char* owner, Reaction& reaction) {
   Call call = readCall(words, owner);
   reaction.argumentsOf = call.held;
   reaction.addition = std::make_shared<const Addition>(Addition{std::move(call)});
+}
+
+void readAddition(Words& words, const char* owner, Reaction& reaction) {
+  readCallOf(words, owner, reaction);
   if (words.take("to")) {
     reaction.placement = Placement::at;
   } else {
@@ -76,14 +80,18 @@ std::string argumentText(const Call& call, std::size_t place) {
   return token.kind == Token::Kind::text ? inQuotes(token.text) : token.text;
 }
 
-std::string additionText(const Reaction& reaction) {
+std::string callText(const Reaction& reaction) {
   const Call& call = reaction.addition->call;
   std::string text = call.name + "(";
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     text += (i == 0 ? "" : ", ") + argumentText(call, i);
   }
-  constexpr const char* placements[] = {") above ", ") below ", ") to "};
-  return text + placements[static_cast<int>(reaction.placement)] + targetOf(reaction);
+  return text + ")";
+}
+
+std::string additionText(const Reaction& reaction) {
+  constexpr const char* placements[] = {" above ", " below ", " to "};
+  return callText(reaction) + placements[static_cast<int>(reaction.placement)] + targetOf(reaction);
 }
 
 std::string placeText(const Reaction& reaction) {
@@ -193,6 +201,8 @@ constinit const ReactionArguments place = {"Label above|below Label|to X,Y", rea
 
 constinit const ReactionArguments addition = {"NAME(argument, ...) to|above|below Label",
                                               readAddition, additionText};
+
+constinit const ReactionArguments call = {"NAME(argument, ...)", readCallOf, callText};
 
 constinit const ReactionArguments steps = {"Label up|down [by N]", readSteps, stepsText};
 

@@ -33,6 +33,7 @@ extern const ReactionArguments window;         // `window`
 extern const ReactionArguments ownOrWindow;    // `window`, or none for the element's
 extern const ReactionArguments place;          // `target`, `placement`, and `other` or `point`
 extern const ReactionArguments addition;  // `addition`, `argumentsOf`, `target` and `placement`
+extern const ReactionArguments call;      // `addition` and `argumentsOf`
 extern const ReactionArguments steps;     // `target` and `number`
 
 }  // namespace reaction_arguments

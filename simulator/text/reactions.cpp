@@ -75,6 +75,11 @@ constexpr std::array knownReactions = {
         "the elements of a defined body of lines come into the element with this label, behind its "
         "others, or above or below it; an argument may be `value of Label`",
         reactions::add},
+    ReactionKind{
+        "open window", behind::call,
+        "the windows that a body of lines describes come in front of the application's others, and "
+        "the last has its focus; their numbers are best `new`, for each time another one",
+        reactions::openWindow},
     ReactionKind{"enable", behind::target, "the element with this label can be used",
                  reactions::enable},
     ReactionKind{"disable", behind::target, "the element with this label cannot be used",
@@ -167,7 +172,8 @@ class Settler {
     for (const Window& each : windows) {
       if (each.owner == application.pid && each.title) titles.push_back(*each.title);
     }
-    if (std::find(titles.begin(), titles.end(), title) != titles.end()) return;
+    const bool isThere = std::find(titles.begin(), titles.end(), title) != titles.end();
+    if (isThere || labels_.isComingTitle(title)) return;
     throw WorldError({place_.spot,
                       "no window of " + nameOf(application) + " is titled \"" + title + '"',
                       nearest(title, titles),

@@ -46,10 +46,13 @@ class KnownLabels {
   const World& world() const { return world_; }
   void addComing(const std::string& label) { coming_.insert(label); }
   bool has(const Application& application, const std::string& label);
+  void addComingTitle(const std::string& title) { comingTitles_.insert(title); }
+  bool isComingTitle(const std::string& title) const { return comingTitles_.contains(title); }
 
  private:
   const World& world_;
   std::set<std::string> coming_;
+  std::set<std::string> comingTitles_;
   std::map<Pid, std::set<std::string>> held_;
 };
 

@@ -23,6 +23,7 @@ constexpr std::array<Option<Keyboard>, 4> layouts = {{
 void readKeyboard(Words& words, World& world) {
   if (words.atEnd()) words.failNeeding("keyboard", oneOf(phrasesOf(layouts)).c_str());
   layouts[takePhrase(words, phrasesOf(layouts))].read(words, world.keyboard);
+  world.keyboard.hasDeadKeys = words.take("dead-keys");
 }
 
 void readPasteboardItem(Words& words, World& world) {

@@ -106,7 +106,10 @@ void joinWindow(Application& application, ElementId id, const Element& parent) {
     Element& element = *findElement(application, each);
     element.window = parent.window;
     const Element& around = *findElement(application, element.parent);
-    element.scrolledBy = scrolledAs(element.role, application, &around);
+    // Bars stay where they are when what is in their area moves.
+    element.scrolledBy = isScrollBar(application, each)
+                             ? around.scrolledBy
+                             : scrolledAs(element.role, application, &around);
     element.dependsOn = element.presence == Presence::always ? around.dependsOn : element.id;
   }
 }

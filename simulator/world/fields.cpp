@@ -6,6 +6,7 @@
 #include "base/utf16.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/marking.h"
 #include "simulator/world/pasteboard.h"
 
 namespace simulator {
@@ -15,6 +16,7 @@ namespace {
 constexpr const char* valueAttribute = "AXValue";
 constexpr const char* selectionAttribute = "AXSelectedTextRange";
 constexpr const char* selectedAttribute = "AXSelectedText";
+constexpr const char* markedAttribute = "AXTextInputMarkedRange";
 constexpr double lineHeight = 18;  // points, of a composer's static texts
 
 std::string placeholderOf(const Element& element) {
@@ -81,7 +83,8 @@ void holdText(Application& application, ElementId id, std::string text,
 
 /// The write has its effect.
 void land(Application& application, ElementId id, const std::string& name, std::string text) {
-  const Element& element = *findElement(application, id);
+  Element& element = *findElement(application, id);
+  makeWayForText(application, element);
   if (habitsOf(application, id).writes == Habits::Writes::halved) text = firstHalf(text);
   if (name == selectedAttribute) {
     typeInto(application, id, selectionOf(element), text);
@@ -130,7 +133,7 @@ struct Pasted {
 
 /// The application reads the pasteboard, and what asked for a paste takes what is there now.
 Pasted landPaste(const World& world, Application& application, ElementId id) {
-  const Element* element = findElement(application, id);
+  Element* element = findElement(application, id);
   if (element == nullptr) return {false, "", "what asked for the paste is gone"};
   if (application.hangs) return {false, "", "the application hangs"};
   const std::string name = described(*element);
@@ -144,6 +147,7 @@ Pasted landPaste(const World& world, Application& application, ElementId id) {
   }
   if (!text) return {false, "", "there is neither text nor a file on the pasteboard"};
   if (!isTextInput(*element)) return {false, *text, name + " takes no text"};
+  makeWayForText(application, *element);
   typeInto(application, id, selectionOf(*element), *text);
   return {true, *text, (files.empty() ? "pasted into " : "pasted paths as text into ") + name};
 }
@@ -201,6 +205,7 @@ void putText(Application& application, ElementId id, std::string text) {
   Element* element = findElement(application, id);
   if (element == nullptr) return;
   setText(*element, std::move(text));
+  if (markedIn(application, id)) commitMarked(application);
   if (habitsOf(application, id).isComposer) mirrorText(application, id);
 }
 
@@ -253,6 +258,7 @@ std::string requestPaste(World& world, Application& application) {
 }
 
 void focusField(Application& application, Element& element) {
+  if (application.focusedElement != element.id) commitMarked(application);
   application.focusedElement = element.id;
   element.attributes.emplace(selectionAttribute, ax::Range{utf16Length(textOf(element)), 0});
 }
@@ -266,6 +272,11 @@ std::optional<AttributeResult> readField(const Application& application, const E
   if (isText) return AttributeResult{shownText(application, element), ax::Error::success};
   if (element.attributes.count(name) > 0) return std::nullopt;
   if (name == selectionAttribute) return AttributeResult{ax::Range{}, ax::Error::success};
+  if (name == markedAttribute) {
+    const auto marked = markedIn(application, element.id);
+    if (!marked) return std::nullopt;
+    return AttributeResult{*marked, ax::Error::success};
+  }
   if (name == "AXNumberOfCharacters") {
     return AttributeResult{utf16Length(textOf(element)), ax::Error::success};
   }

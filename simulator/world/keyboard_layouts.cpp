@@ -48,6 +48,18 @@ constexpr Key japaneseKeys[] = {
     {42, "]", "}"},  {50, "", ""},   {93, "¥", "|"}, {94, "_", "_"},
 };
 
+struct DeadKey {
+  KeyboardLayout layout;
+  KeyStroke stroke;
+  std::string_view accent;
+};
+
+constexpr DeadKey deadKeys[] = {
+    {KeyboardLayout::german, {10, false}, "^"}, {KeyboardLayout::german, {24, false}, "´"},
+    {KeyboardLayout::german, {24, true}, "`"},  {KeyboardLayout::french, {33, false}, "^"},
+    {KeyboardLayout::french, {33, true}, "¨"},
+};
+
 struct Keys {
   const Key* first;
   const Key* last;
@@ -141,6 +153,21 @@ std::optional<KeyStroke> strokeFor(KeyboardLayout layout, std::string_view chara
   if (character.empty()) return std::nullopt;
   if (const auto own = strokeIn(layout, differing(layout), character)) return own;
   return strokeIn(layout, {std::begin(usKeys), std::end(usKeys)}, character);
+}
+
+std::string_view deadKeyOf(KeyboardLayout layout, std::int64_t code, bool shift) {
+  for (const DeadKey& key : deadKeys) {
+    const bool isKey = key.stroke.code == code && key.stroke.shift == shift;
+    if (isKey && key.layout == layout) return key.accent;
+  }
+  return {};
+}
+
+std::optional<KeyStroke> deadStrokeFor(KeyboardLayout layout, std::string_view accent) {
+  for (const DeadKey& key : deadKeys) {
+    if (key.layout == layout && key.accent == accent) return key.stroke;
+  }
+  return std::nullopt;
 }
 
 std::string_view characterOf(KeyboardLayout layout, std::int64_t code, bool shift) {

@@ -66,6 +66,12 @@ struct KeyStroke {
 /// None when the layout has no key for the character.
 std::optional<KeyStroke> strokeFor(KeyboardLayout layout, std::string_view character);
 
+/// The accent of a key that types none before a letter follows; empty for other keys.
+std::string_view deadKeyOf(KeyboardLayout layout, std::int64_t code, bool shift);
+
+/// The key for such an accent; none when the layout has it on no such key.
+std::optional<KeyStroke> deadStrokeFor(KeyboardLayout layout, std::string_view accent);
+
 /// The character of a key, shifted or not; empty when the key types none.
 std::string_view characterOf(KeyboardLayout layout, std::int64_t code, bool shift);
 

@@ -7,6 +7,7 @@
 #include "simulator/world/controls.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/marking.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/sight.h"
 #include "simulator/world/windows.h"
@@ -44,11 +45,14 @@ void focusWindow(Application& application, const Window& window) {
   if (window.element == 0) return;
   application.focusedWindow = window.element;
   const Element* focused = findElement(application, application.focusedElement);
-  if (focused != nullptr && focused->window != window.number) application.focusedElement = 0;
+  if (focused == nullptr || focused->window == window.number) return;
+  application.focusedElement = 0;
+  commitMarked(application);
 }
 
 /// Unlike `focusField`: the user's click says where the caret is to be, and here that is the end.
 void takeFocus(Application& application, Element& element) {
+  commitMarked(application);
   application.focusedElement = element.id;
   element.attributes["AXSelectedTextRange"] = ax::Range{utf16Length(textOf(element)), 0};
 }

@@ -14,10 +14,6 @@ namespace {
 constexpr double pointsPerLine = 17;
 constexpr double barBreadth = 15;
 
-bool isBarOf(const ScrollArea& area, ElementId id) {
-  return id != 0 && (id == area.verticalBar || id == area.horizontalBar);
-}
-
 /// How far the area can scroll to the right and down.
 Point roomOf(const Application& application, const ScrollArea& area) {
   const Element* element = findElement(application, area.id);
@@ -79,8 +75,9 @@ ElementId addBar(Application& application, ElementId areaId, bool isVertical) {
 }
 
 /// Those around elements come before those within.
-void findAreas(Application& application) {
+void findAreas(Application& application, ElementId latest) {
   for (const Element& element : application.elements) {
+    if (element.id <= latest) continue;
     const Habits::Scrolling scrolling = habitsOf(application, element.id).scrolling;
     const bool scrolls =
         scrolling != Habits::Scrolling::none && element.frame && driver::isFinite(*element.frame);
@@ -94,14 +91,17 @@ std::string numberText(double value) { return std::to_string(std::llround(value)
 
 }  // namespace
 
-void settleScrollAreas(Application& application) {
-  findAreas(application);
+void settleScrollAreas(Application& application, ElementId latest) {
+  const std::size_t known = application.scrollAreas.size();
+  findAreas(application, latest);
   if (application.scrollAreas.empty()) return;
   for (Element& element : application.elements) {
+    if (element.id <= latest) continue;
     const Element* parent = findElement(application, element.parent);
     element.scrolledBy = scrolledAs(element.role, application, parent);
   }
-  for (ScrollArea& area : application.scrollAreas) {
+  for (std::size_t i = known; i < application.scrollAreas.size(); ++i) {
+    ScrollArea& area = application.scrollAreas[i];
     if (findElement(application, area.id)->role != "AXScrollArea") continue;
     area.verticalBar = addBar(application, area.id, true);
     if (roomOf(application, area).x > 0) area.horizontalBar = addBar(application, area.id, false);
@@ -155,12 +155,6 @@ std::string scrollToVisible(Application& application, ElementId id) {
     showOnBars(application, *area);
   }
   return "scrolled to " + described(*element);
-}
-
-bool isScrollBar(const Application& application, ElementId id) {
-  const auto& areas = application.scrollAreas;
-  return std::any_of(areas.begin(), areas.end(),
-                     [&](const ScrollArea& area) { return isBarOf(area, id); });
 }
 
 void moveScrollBar(Application& application, ElementId bar, double part) {

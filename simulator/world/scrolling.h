@@ -8,8 +8,9 @@
 /// Areas that scroll: what is in them moves, and is cut at their edges.
 namespace simulator {
 
-/// At the start: makes areas of the elements with the habit, with their bars.
-void settleScrollAreas(Application& application);
+/// At the start, or when elements have come, which are those with an id above `latest`: makes areas
+/// of those with the habit, with their bars.
+void settleScrollAreas(Application& application, ElementId latest = 0);
 
 /// What is in areas may have changed its size or its number: none is scrolled further than it has
 /// something to show, and its bars say where it is.
@@ -23,9 +24,7 @@ std::optional<std::string> scrollOver(Application& application, ElementId hit, P
 /// journal.
 std::string scrollToVisible(Application& application, ElementId id);
 
-/// Whether the element is the bar of an area; and moves that area to a part of its way, from 0
-/// to 1.
-bool isScrollBar(const Application& application, ElementId id);
+/// Moves the area of a bar to a part of its way, from 0 to 1.
 void moveScrollBar(Application& application, ElementId bar, double part);
 
 }  // namespace simulator

@@ -23,6 +23,16 @@ ScrollArea* findScrollArea(Application& application, ElementId id) {
   return areaIn(application.scrollAreas, id);
 }
 
+bool isBarOf(const ScrollArea& area, ElementId id) {
+  return id != 0 && (id == area.verticalBar || id == area.horizontalBar);
+}
+
+bool isScrollBar(const Application& application, ElementId id) {
+  const auto& areas = application.scrollAreas;
+  return std::any_of(areas.begin(), areas.end(),
+                     [&](const ScrollArea& area) { return isBarOf(area, id); });
+}
+
 ElementId scrolledWithin(const Application& application, const Element* parent) {
   if (parent == nullptr) return 0;
   return findScrollArea(application, parent->id) == nullptr ? parent->scrolledBy : parent->id;

@@ -12,6 +12,10 @@ namespace simulator {
 const ScrollArea* findScrollArea(const Application& application, ElementId id);
 ScrollArea* findScrollArea(Application& application, ElementId id);
 
+/// Whether the element is a bar of the area, or of any.
+bool isBarOf(const ScrollArea& area, ElementId id);
+bool isScrollBar(const Application& application, ElementId id);
+
 /// In which area the children of the element scroll: itself, or the one in which it does; 0: none.
 ElementId scrolledWithin(const Application& application, const Element* parent);
 

@@ -19,6 +19,7 @@ enum class KeyboardLayout { us, german, french, japanese };
 
 struct Keyboard {
   KeyboardLayout layout = KeyboardLayout::us;
+  bool hasDeadKeys = false;     // those of the layout wait for a letter; else they type nothing
   std::uint64_t modifiers = 0;  // that the user holds down, as quartz::Modifier has them
 };
 

@@ -235,6 +235,19 @@ std::string closeOwnWindow(const Reacting& with) {
   return "";
 }
 
+void presentWindows(World& world, Application& application,
+                    const std::vector<WindowNumber>& numbers) {
+  for (const WindowNumber number : numbers) {
+    Window& window = *findWindow(world, number);
+    if (!window.onScreen) continue;
+    setOnScreen(application, window, true);
+    if (window.element != 0) application.focusedWindow = window.element;
+    raiseWithin(world, number);
+  }
+  sortLayers(world);
+  if (world.frontmost == application.pid) bringToFront(world, application.pid);
+}
+
 Window* topmostAt(World& world, Point point) {
   const auto found =
       std::find_if(world.windows.begin(), world.windows.end(), [&](const Window& window) {
@@ -267,6 +280,16 @@ std::vector<WindowNumber> openSheets(const World& world, WindowNumber number) {
   }
   return numbers;
 }
+
+namespace reactions {
+
+std::string openWindow(const Reacting& with) {
+  const Added added = with.world.adder(with.world, with.application.pid, 0, with.reaction);
+  if (!added.error.empty()) return "can open nothing: " + added.error;
+  return added.count == 0 ? "opens no window" : "";
+}
+
+}  // namespace reactions
 
 void quitApplication(World& world, Pid pid) {
   Application* application = findApplication(world, pid);

@@ -46,6 +46,11 @@ WindowNumber windowMeant(const Application& application, ElementId element);
 /// The effect of a reaction: the element's window closes so.
 ReactionEffect closeOwnWindow;
 
+/// Windows have come: those on screen go in front of the application's others, in their order, and
+/// the last has its focus.
+void presentWindows(World& world, Application& application,
+                    const std::vector<WindowNumber>& numbers);
+
 /// The frontmost window on screen that contains the point; null when none does.
 Window* topmostAt(World& world, Point point);
 
@@ -57,6 +62,12 @@ const Window* sheetOf(const World& world, WindowNumber number);
 
 /// The numbers of the window's open sheets, front to back.
 std::vector<WindowNumber> openSheets(const World& world, WindowNumber number);
+
+namespace reactions {
+
+ReactionEffect openWindow;  // the windows that its call says come
+
+}  // namespace reactions
 
 /// The application ends: its windows go, and when it was in front another comes to front.
 void quitApplication(World& world, Pid pid);

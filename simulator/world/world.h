@@ -12,6 +12,7 @@
 
 #include "base/geometry.h"
 #include "platform/ax.h"
+#include "platform/call.h"
 #include "platform/types.h"
 #include "platform/workspace.h"
 #include "simulator/world/cover.h"
@@ -177,6 +178,7 @@ struct Habits {
   bool showsPlaceholder = false;       // an empty field reads as its placeholder
   bool isComposer = false;             // its AXValue shows as static texts in it, one for each line
   bool hidesValue = false;             // of a composer: only the static texts can be read
+  bool losesMarked = false;            // what comes into it takes the place of its marked text
   bool takesFiles = false;             // pasted files become pictures in it, whatever else it takes
   bool stacks = false;                 // its children lie one below the other, and close up
   std::optional<Condition> onlyWhile;  // it is there only then
@@ -226,6 +228,20 @@ struct HeldKey {
   friend bool operator==(const HeldKey&, const HeldKey&) = default;
 };
 
+/// What an input method, or a dead key, shows in a field and has not committed yet.
+struct Marked {
+  ElementId element = 0;
+  ax::Range range;         // of the field's text, in UTF-16 units
+  bool isDeadKey = false;  // an accent that waits for its letter
+};
+
+/// An event that was posted to an application and waits for its menu to close.
+struct WaitingEvent {
+  platform::EventImage event;
+  bool isPrivate = false;  // the route by which it came
+  Pid actor = 0;           // the process that posted it
+};
+
 enum class ApplicationKind { appKit, chromium };
 
 struct Application {
@@ -245,6 +261,7 @@ struct Application {
   bool treeOnDemand = false;     // the tree exists only `treeDelay` after both writes
   Microseconds treeDelay = 0;
   Microseconds pasteDelay = 50'000;  // from the asking for a paste to its reading the pasteboard
+  bool tracksMenus = false;          // while one is open it takes no other input
   bool manualAccessibility = false;
   bool enhancedUserInterface = false;
   std::optional<Microseconds> enabledAt;  // when the second of the two writes came
@@ -262,6 +279,7 @@ struct Application {
   std::vector<ElementId> windows;       // AXWindows, in the application's order
   ElementId focusedWindow = 0;          // 0: none
   ElementId focusedElement = 0;
+  std::optional<Marked> marked;  // of one of its fields
 
   // What event records and events have made of it.
   WindowNumber focusByRecord = 0;  // 0: it holds no focus by record
@@ -269,6 +287,7 @@ struct Application {
   WindowNumber keyByRecord = 0;    // 0: no first record of a pair waits for its second
   WindowNumber madeKey = 0;        // by such a pair, since it has held focus by record; 0: none
   std::vector<HeldKey> keysDown;
+  std::vector<WaitingEvent> waiting;  // in the order in which they came
   ClickProgress click;
   std::optional<Microseconds> lastPost;
   std::int64_t lastPostIdentity = -1;
@@ -347,13 +366,15 @@ struct Scripted {
   std::optional<Random> chance = {};       // for its times, where the world has a seed
 };
 
-/// Elements that have come while a Mac runs.
+/// Elements, or windows, that have come while a Mac runs.
 struct Added {
-  std::size_t count = 0;  // of the outermost, which are the last children of what they are in
+  std::size_t count = 0;  // of windows, or of the outermost elements, which are the last children
+                          // of what they are in
   std::string error;      // why none has come
 };
 
-/// Adds what a reaction's call says to the element `parent` of the application.
+/// Adds what a reaction's call says to the element `parent` of the application, or windows to the
+/// application itself, which is 0.
 using Adder = Added(World& world, Pid pid, ElementId parent, const Reaction& reaction);
 
 /// The system's service for open and save panels, as far as a line says: which window its next

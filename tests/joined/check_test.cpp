@@ -20,7 +20,8 @@ TEST(check, says_nothing_of_a_world_that_is_well) {
 
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
-    "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, pastes";
+    "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
+    "tracks, pastes";
 
 TEST(check, shows_all_errors_with_the_part_of_the_line_and_what_was_meant) {
   const std::string world =

@@ -10,6 +10,8 @@ std::string nameOf(Silence silence) {
       return "the screens are covered";
     case Silence::pendingWrite:
       return "an earlier write has not landed";
+    case Silence::waitingInput:
+      return "input waits for a menu";
     case Silence::askedUser:
       return "the system asks whether the screen may be recorded";
     case Silence::unreadableBoard:

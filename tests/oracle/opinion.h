@@ -10,6 +10,7 @@ enum class Silence {
   // The Mac is not still: what a command meets depends on more than the commands' reference says.
   happening,     // something is scripted for a time that the command lives through
   covered,       // a guard covers the screens
+  waitingInput,  // events wait for a menu that an application tracks
   pendingWrite,  // a write of an earlier command has not landed yet
   hanging,       // the application asked does not answer; how long a run asks is a limit of its own
   restless,      // an element's children change whenever they are read

@@ -56,6 +56,9 @@ Stage::Stage(const simulator::Mac& before, std::map<std::string, std::string> en
   mac_.comingLock = before.comingLock;
   client_.pid = 2'000'000'000;  // nobody else's
   if (!mac_.world.covers.empty()) throw NoOpinion{Silence::covered};
+  for (const simulator::Application& each : mac_.world.applications) {
+    if (!each.waiting.empty()) throw NoOpinion{Silence::waitingInput};
+  }
   if (!mac_.world.pending.empty()) throw NoOpinion{Silence::pendingWrite};
 }
 

@@ -30,6 +30,7 @@ void addManners(Random& random, const Features& features, WorldLine& line) {
     if (random.oneIn(2)) options.push_back("tree after " + millisecondsText(random, 900));
     if (random.oneIn(4)) options.emplace_back("rejects-enabling");
   }
+  if (features.tracking) options.emplace_back("tracks menus");
   if (features.slow && random.oneIn(2)) {
     options.push_back("answers after " + millisecondsText(random, random.oneIn(10) ? 7000 : 20));
   }
@@ -120,13 +121,16 @@ void addMenus(Random& random, const Features& features, ApplicationSketch& sketc
 }
 
 /// One element of an application has the keyboard, most often.
-bool focusField(Random& random, std::vector<WorldLine>& lines) {
+bool focusField(Random& random, const Features& features, std::vector<WorldLine>& lines) {
   for (WorldLine& line : lines) {
     if (line.head.starts_with("AXText") && random.oneIn(2)) {
       line.options.insert(line.options.begin(), "focused");
+      if (features.marking && random.oneIn(2)) {
+        line.options.emplace_back(random.oneIn(2) ? "marked 0+2" : "marked 1+3 lost");
+      }
       return true;
     }
-    if (focusField(random, line.lines)) return true;
+    if (focusField(random, features, line.lines)) return true;
   }
   return false;
 }
@@ -157,7 +161,7 @@ void addApplication(Random& random, std::size_t number, bool frontmost, MacSketc
   addManners(random, features, line);
   addWindows(random, 1 + place * windowsOfEach, mac, sketch, line);
   if (features.menus) addMenus(random, features, sketch, line);
-  if (!random.oneIn(4)) focusField(random, line.lines);
+  if (!random.oneIn(4)) focusField(random, features, line.lines);
   addReactions(random, features, sketch, line.lines);
   world.push_back(std::move(line));
   mac.applications.push_back(std::move(sketch));

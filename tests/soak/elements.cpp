@@ -139,6 +139,11 @@ std::string deed(Random& random, const Features& features, const ApplicationSket
     const std::string& other = random.pick(application.controls).label;
     return change(random, features, inQuotes(target), inQuotes(other.empty() ? target : other));
   }
+  if (features.templates && random.oneIn(3)) {
+    const std::string name = inQuotes(title(random, features.oddTexts));
+    if (target.empty() || random.oneIn(2)) return "open window Letter(" + name + ")";
+    return "add Pages(" + name + ") to " + inQuotes(target);
+  }
   if (features.deadlyActs && random.oneIn(5)) return random.oneIn(2) ? "quit" : "hang";
   if (features.windowActs && random.oneIn(2)) {
     const std::size_t kind = random.below(5);

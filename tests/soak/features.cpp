@@ -59,6 +59,9 @@ constexpr std::array shares = {
     Share{&Features::later, 5},
     Share{&Features::scrolling, 5},
     Share{&Features::releases, 6},
+    Share{&Features::tracking, 8},
+    Share{&Features::marking, 8},
+    Share{&Features::templates, 6},
 };
 
 }  // namespace

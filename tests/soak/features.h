@@ -34,6 +34,9 @@ struct Features {
   bool changing = false;       // rows that move, elements that come to be used or called otherwise
   bool later = false;          // what follows a press later, and what applications do by themselves
   bool scrolling = false;      // areas that scroll, lists that close up
+  bool tracking = false;       // applications that track their menus
+  bool templates = false;      // windows and areas that come from a body of lines
+  bool marking = false;        // marked text, dead keys
   bool releases = false;       // of macOS, and single settings of theirs
 
   // Of what happens.

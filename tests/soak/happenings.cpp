@@ -31,6 +31,7 @@ std::string someClick(Random& random, const MacSketch& mac) {
 }
 
 std::string someKey(Random& random, const MacSketch& mac) {
+  if (mac.features.marking && random.oneIn(4)) return "user key ^";
   constexpr std::array<std::string_view, 12> keys = {
       "a",     "q",    "Z",         "return", "shift return", "cmd s",
       "cmd v", "left", "backspace", "tab",    "escape",       "option shift x"};

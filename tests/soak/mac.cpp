@@ -82,6 +82,19 @@ void addHabitsOfUser(Random& random, std::vector<WorldLine>& world) {
   if (random.oneIn(3)) world.push_back({"pointer " + pointText(random.between(-10, 900), 200)});
 }
 
+/// What reactions open windows and add areas from.
+void addTemplates(std::vector<WorldLine>& world) {
+  WorldLine letter{"define Letter(title)"};
+  letter.lines = {{"window new {title} at 60,50 size 240x160"}};
+  letter.lines[0].lines = {{"AXTextArea {title} at 70,90 size 200x60 focused"},
+                           {"AXButton \"Close it\" at 70,60 size 80x20 press: close window"}};
+  WorldLine pages{"define Pages(title)"};
+  pages.lines = {{"AXScrollArea {title} at 70,60 size 80x40 scrolls"}};
+  pages.lines[0].lines = {{"AXButton \"Page\" at 70,60 size 80x90 press: remove \"Page\""}};
+  world.push_back(std::move(letter));
+  world.push_back(std::move(pages));
+}
+
 /// A release of macOS, at times with a setting of its own. A read of the pasteboard that does not
 /// come back leaves a run that nothing ends.
 void addRelease(Random& random, std::vector<WorldLine>& world) {
@@ -124,6 +137,11 @@ GeneratedMac someMac(Random random, const Features& features) {
     addApplication(random, i, i == front, mac.sketch, mac.world);
   }
   if (features.panel) addPanel(random, mac);
+  if (features.templates) addTemplates(mac.world);
+  if (features.marking) {
+    mac.world.push_back(
+        {random.oneIn(2) ? "keyboard german dead-keys" : "keyboard french dead-keys"});
+  }
   if (features.releases) addRelease(random, mac.world);
   return mac;
 }

@@ -46,6 +46,12 @@ bool runs(const Case& one, std::initializer_list<std::string_view> names) {
   });
 }
 
+/// While a menu is open nobody else gets the user's click.
+bool hasTrackedMenus(const World& world) {
+  return std::any_of(world.applications.begin(), world.applications.end(),
+                     [](const Application& each) { return each.tracksMenus; });
+}
+
 /// The system has asked the user whether the screen may be recorded, and has come to front for
 /// that.
 bool hasAskedUser(const World& before, const World& world) {
@@ -56,7 +62,7 @@ bool hasAskedUser(const World& before, const World& world) {
 /// changes windows. With faults the Mac that is compared with would be another one.
 bool mayDiffer(const Case& one, const World& world) {
   return !one.faults.empty() || runs(one, {"lock-now", "lock-guard", "reveal"}) ||
-         hasPressesThatChangeWindows(world);
+         hasTrackedMenus(world) || hasPressesThatChangeWindows(world);
 }
 
 std::string pointerMoved(const World& alone, const World& played) {
