@@ -119,7 +119,9 @@ std::string readFault(const simulator::Line& line) {
   std::string text;
   for (std::size_t i = 1; i < line.tokens.size(); ++i) {
     const Token& token = line.tokens[i];
-    if (i > 1) text += " ";
+    // The parentheses of a call stand at its arguments.
+    const bool closes = token.kind == Token::Kind::word && token.text.starts_with(')');
+    if (i > 1 && !closes && !text.ends_with('(')) text += " ";
     text += token.kind == Token::Kind::text ? inQuotes(token.text) : token.text;
   }
   return text;
