@@ -57,6 +57,7 @@ struct Features {
   bool living = false;  // services, guards, watchers
   bool faults = false;
   bool latencies = false;
+  bool turns = false;  // flows go on in any order
 };
 
 /// The features of a case.

@@ -60,6 +60,9 @@ Case generate(std::uint64_t seed) {
   for (WorldLine& line : someHappenings(random.branch(), mac.sketch, duration)) {
     one.world.push_back(std::move(line));
   }
+  Random turns = random.branch();
+  const bool hasSeveralFlows = features.living || features.signals;
+  if (features.turns && hasSeveralFlows) one.turns = turns.below(1'000'000);
   return one;
 }
 

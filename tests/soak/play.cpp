@@ -58,7 +58,7 @@ class Player {
     driver::exchangeGlobals(nullptr);
     const long before = simulated::liveHandles();
     {
-      Processes processes(desktop());
+      Processes processes(desktop(), case_.turns);
       processes_ = &processes;
       scheduleStep(0);
       processes.run();
@@ -177,7 +177,7 @@ class Player {
 }  // namespace
 
 bool runsAlone(const Case& one) {
-  return std::all_of(one.steps.begin(), one.steps.end(), [](const Step& step) {
+  return !one.turns && std::all_of(one.steps.begin(), one.steps.end(), [](const Step& step) {
     const bool livesOn = !step.words.empty() && simulator::isLongLived(step.words.front());
     return !livesOn && !step.beside && step.deliveries.empty();
   });

@@ -34,7 +34,8 @@ struct Played {
 /// How a case is played: runs of which none is beside another need no flows, which is faster.
 enum class Way { fast, inFlows };
 
-/// Whether all of its runs follow each other, none lives on, and none gets anything from outside.
+/// Whether all of its runs follow each other, none lives on, none gets anything from outside, and no
+/// chance decides which flow goes on.
 bool runsAlone(const Case& one);
 
 /// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is

@@ -120,6 +120,7 @@ class Workers {
     for (; goesOn(progress.next); progress.next += jobs_) {
       alarm(caseSecondsMax);
       const Case one = generate(progress.next);
+      if (!isChosen(one)) continue;
       const auto complaint = playOne(one, folder.path(""), progress);
       ++progress.cases;
       progress.runs += one.steps.size();
@@ -145,6 +146,14 @@ class Workers {
     });
     if (complaint || progress.next % repeatedOneIn != 0) return complaint;
     return repetition(one, folder);
+  }
+
+  bool isChosen(const Case& one) const {
+    const auto& names = options_.commands;
+    return names.empty() || std::any_of(one.steps.begin(), one.steps.end(), [&](const Step& step) {
+             return !step.words.empty() &&
+                    std::find(names.begin(), names.end(), step.words.front()) != names.end();
+           });
   }
 
   bool goesOn(std::uint64_t seed) const {
