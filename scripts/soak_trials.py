@@ -8,8 +8,10 @@ import time
 
 from scratch_project import ADAPTERS, PATIENCE_SECONDS, must_be_alone
 from soak_table import SoakTable, commands_that_run
+from variants import DoesNotBuild
 
 FOREVER = float("inf")
+DOES_NOT_BUILD = "does not build"
 
 
 def found_by(soak, cases, commands=()):
@@ -32,24 +34,31 @@ class Trials:
         self.scratch, self.planted, self.arguments, self.names = scratch, planted, arguments, names
         self.table = SoakTable()
         self.ends = time.monotonic() + arguments.seconds
-        self.tried, self.missed = 0, 0
+        self.tried, self.missed, self.broken = 0, 0, []
 
     def cases_for(self, mistake):
         return self.table.cases_allowed(mistake["name"]) if self.arguments.check else self.arguments.runs
 
     def attempt(self, mistake):
-        """(what was found, seconds to build, seconds to find); None when time is out."""
+        """(what was found, seconds to build, seconds to find), or that it does not build; None when time is
+        out."""
         if time.monotonic() > self.ends:
             return None
         start = time.monotonic()
-        with self.scratch.changed(mistake["file"], self.planted(mistake)) as changed:
-            soak = changed.build("soak")
-            built = time.monotonic()
-            found = found_by(soak, self.cases_for(mistake), commands_that_run(mistake["file"]))
+        try:
+            with self.scratch.changed(mistake["file"], self.planted(mistake)) as changed:
+                soak = changed.build("soak")
+                built = time.monotonic()
+                found = found_by(soak, self.cases_for(mistake), commands_that_run(mistake["file"]))
+        except DoesNotBuild:
+            return DOES_NOT_BUILD
         return found, built - start, time.monotonic() - built
 
     def note(self, mistake, result):
         if result is None:
+            return
+        if result == DOES_NOT_BUILD:
+            self.broken.append(mistake["name"])
             return
         found, build_seconds, find_seconds = result
         cases = self.cases_for(mistake)
@@ -92,5 +101,7 @@ def try_by_soak(scratch, mistakes, planted, arguments, names):
     if found_by(scratch.core.build("soak"), 1000) is not None:
         sys.exit("a generated case fails without any mistake")
     trials.run(chosen)
+    for name in trials.broken:
+        print(f"{name} does not build")
     print(f"{trials.tried - trials.missed} of {trials.tried} planted mistakes found by soak")
-    return 1 if arguments.check and trials.missed else 0
+    return 1 if trials.broken or (arguments.check and trials.missed) else 0
