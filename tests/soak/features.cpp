@@ -59,6 +59,8 @@ constexpr std::array shares = {
     Share{&Features::later, 5},
     Share{&Features::scrolling, 5},
     Share{&Features::turns, 2},
+    Share{&Features::fewTexts, 4},
+    Share{&Features::aimed, 3},
 };
 
 }  // namespace

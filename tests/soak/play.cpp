@@ -43,9 +43,10 @@ class WorkingFolder {
 /// What plays the steps of a case, by either way.
 class Player {
  public:
-  Player(const Case& one, const std::string& folder) : case_(one), folder_(folder) {
+  Player(const Case& one, const std::string& folder, Trace trace) : case_(one), folder_(folder) {
     played_.before = simulator::parseWorld(worldText(one));
     played_.desktop = desktopOf(one, played_.before);
+    if (trace == Trace::none) played_.desktop->keepNoTrace();
     played_.steps.resize(one.steps.size());
   }
 
@@ -183,9 +184,9 @@ bool runsAlone(const Case& one) {
   });
 }
 
-Played play(const Case& one, const std::string& folder, Way way) {
+Played play(const Case& one, const std::string& folder, Way way, Trace trace) {
   const WorkingFolder there(folder);
-  Player player(one, folder);
+  Player player(one, folder, trace);
   const bool oneByOne = way == Way::fast && runsAlone(one);
   return oneByOne ? player.playOneByOne() : player.playTogether();
 }

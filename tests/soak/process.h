@@ -31,7 +31,8 @@ class Process : public platform::Channel {
   /// The first flow, which runs the driver, and waits for its turn.
   void begin(std::vector<std::string> commandLine);
 
-  /// At each call its flow is put aside when this says so: it goes on when it is given the turn again.
+  /// At each call its flow is put aside when this says so: it goes on when it is given the turn
+  /// again.
   void putAsideWhen(std::function<bool()> isPutAside) { isPutAside_ = std::move(isPutAside); }
 
   /// Whether the flow is one of this process that has not ended.

@@ -157,7 +157,7 @@ class Processes::Implementation {
   std::map<Turns::Flow, std::function<void()>> acts_;
   Microseconds nextStop_ = -1;  // the latest such instant
   std::optional<simulator::Random> chance_;
-  std::deque<Entry> entries_;   // what one lets begin as it ends is added
+  std::deque<Entry> entries_;  // what one lets begin as it ends is added
 };
 
 Processes::Processes(simulator::Desktop& desktop, std::optional<std::uint64_t> seed)
