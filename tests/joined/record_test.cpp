@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -28,6 +29,16 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
   std::size_t count = 0;
   for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
   return count;
+}
+
+/// Asks again and again, for half a minute.
+template <class Ask>
+bool isSeenInTime(Ask ask) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (std::chrono::steady_clock::now() < end) {
+    if (ask()) return true;
+  }
+  return false;
 }
 
 /// A page's pictures, with an ellipsis for what is in them.
@@ -137,13 +148,15 @@ TEST_F(record, says_at_its_end_what_was_left_behind) {
   const ServedMac mac(notes, {"--virtual", "--record", folder_});
   mac.command({"clock", "stop"});
   Process click(driverCommand({"bg-click", "Notes", "130", "95"}), mac.environment());
-  while (mac.command({"journal"}).output.empty()) continue;
-  while (mac.command({"state"}).output.find("\"focus\":[]") != std::string::npos) {
+  EXPECT_TRUE(isSeenInTime([&] { return !mac.command({"journal"}).output.empty(); }));
+  EXPECT_TRUE(isSeenInTime([&] {
     mac.command({"clock", "step"});
-  }
+    return mac.command({"state"}).output.find("\"focus\":[]") == std::string::npos;
+  }));
   click.signal(SIGKILL);
   click.finish();
-  while (mac.command({"state"}).output.find("\"processes\":[]") == std::string::npos) continue;
+  EXPECT_TRUE(isSeenInTime(
+      [&] { return mac.command({"state"}).output.find("\"processes\":[]") != std::string::npos; }));
   mac.command({"stop"});
 
   const std::string text = lines();

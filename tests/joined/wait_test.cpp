@@ -71,6 +71,15 @@ TEST(wait, gives_up_in_time) {
             failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\""));
 }
 
+TEST(wait, does_not_see_a_window_that_is_closed) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "within", "1s"})),
+            failed("waited 1000.0 ms in vain: Mail window Done"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "gone"})),
+            came("1000.0", "0.0"));
+}
+
 TEST(wait, sees_what_comes_at_the_last_instant) {
   const ServedMac mac(mail);
 
