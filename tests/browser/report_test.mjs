@@ -51,6 +51,13 @@ test("opens from disk, and asks for nothing", async () => {
     /^3 processes, 2 steps with failures, [\d.]+ ms of virtual time\. Seed 7\. simulated-mac /);
 });
 
+test("says in a line why it failed, or what came of it", async () => {
+  const reasons = await page.locator(".item > summary").evaluateAll((lines) =>
+    lines.map((line) => line.querySelector(".reason")?.textContent ?? ""));
+  assert.deepEqual(reasons, ["", 'Browser: pressed AXCheckBox "Show wind"', 'no element labelled "Nowhere"',
+    "the screen locked; input was withheld from the lock screen", "", ""]);
+});
+
 test("finds what is searched for", async () => {
   const search = page.getByRole("searchbox", { name: "Search" });
   await page.keyboard.press("/");
