@@ -67,7 +67,7 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from journal' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from trace' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from wait; and test (count (commandline -opc)) -eq 2' -a 'until'
 complete -c simulated-mac -n '__fish_seen_subcommand_from clock; and test (count (commandline -opc)) -eq 2' -a 'stop step run'
-complete -c simulated-mac -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -a 'calls outcomes happenings reactions habits'
+complete -c simulated-mac -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -a 'calls outcomes happenings reactions habits releases'
 complete -c simulated-mac -n '__fish_seen_subcommand_from leave; and test (count (commandline -opc)) -eq 2' -a 'console'
 complete -c simulated-mac -n '__fish_seen_subcommand_from return; and test (count (commandline -opc)) -eq 2' -a 'to'
 complete -c simulated-mac -n '__fish_seen_subcommand_from end; and test (count (commandline -opc)) -eq 2' -a 'process'

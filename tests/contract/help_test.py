@@ -10,7 +10,8 @@ import topics
 
 # The page that has a topic's whole table.
 PAGES = {"calls": "docs/SIMULATED_MAC.md", "outcomes": "docs/SIMULATED_MAC.md",
-         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md"}
+         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md",
+         "releases": "docs/WORLDS.md"}
 
 
 def topic_names():
