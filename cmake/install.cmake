@@ -55,7 +55,7 @@ install(FILES "${product_folder}/README.md" "${product_folder}/CHANGELOG.md"
   "${product_folder}/CONTRIBUTING.md" "${product_folder}/SECURITY.md"
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
 install(DIRECTORY "${product_folder}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs
-  FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
 install(DIRECTORY "${product_folder}/worlds" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT docs)
 install(DIRECTORY "${product_folder}/packaging/contract"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT docs)

@@ -13,23 +13,26 @@ KINDS = (('looked up', 'Functions that are looked up'), ('number', 'Numbers'),
 
 INTRODUCTION = '''# What a Mac has to have
 
-Everything that `driver` uses of macOS, where it is described, and how sure of it we are: for somebody with a Mac who
-wants to verify it, or who has seen something go wrong. What is assumed comes first, private functions before
-everything; what merely has to be there stands behind.
+This page has everything that `driver` uses of macOS, where it is described, and how sure of it we
+are. It is for a reader with a Mac who wants to verify it, or who has seen something go wrong.
+Assumptions come first, private functions before all others. The symbols that merely have to be
+there follow.
 
-`scripts/generate-mac-symbols` writes this page: the symbols are read off the executable, the objects that it is linked
-from and our sources, the rest stands in `platform/macos/symbols.toml`. `scripts/check-macos` fails when a symbol is used
-that has no entry there, or an entry's symbol is not used, and when this page is not up to date.
+`scripts/generate-mac-symbols` writes this page. It reads the symbols from the executable, from the
+objects that it is linked from and from our sources. The rest stands in
+`platform/macos/symbols.toml`. `scripts/check-macos` fails when a used symbol has no entry there,
+when the symbol of an entry is not used, and when this page is not up to date.
 
-The first thing that a Mac settles is the build: with the SDK's own headers the compiler checks all declarations and values
-that the adapters use, and the linker every import and the library it comes from. Private functions, names and numbers, and
-how things behave, are seen only when `driver` runs; begin with `scripts/doctor`.
+The first thing that a Mac settles is the build. With the SDK's own headers the compiler checks all
+declarations and values that the adapters use, and the linker checks every import and its library.
+Private functions, names and numbers, and all behaviour, show only when `driver` runs. Begin with
+`scripts/doctor`.
 
-Each assumption has a name, and a probe that asks a Mac about it, or a reason why a person is needed. `scripts/mac-facts`
-runs the probes, and `scripts/mac-facts --apply` writes what Macs have answered into this page and into
-[SIMULATOR.md](SIMULATOR.md), where what rests on an assumption names it.
+Each assumption has a name, and a probe that asks a Mac about it, or a reason why a person is
+needed. `scripts/mac-facts` runs the probes. `scripts/mac-facts --apply` writes the answers of Macs
+into this page and into [SIMULATOR.md](SIMULATOR.md), where each rule names its assumptions.
 
-Files without a folder are in `platform/macos`. An asterisk marks what an assumption is made of.
+Files without a folder are in `platform/macos`. An asterisk marks the symbols of an assumption.
 
 ## How sure
 
@@ -39,9 +42,9 @@ Files without a folder are in `platform/macos`. An asterisk marks what an assump
 
 WITHOUT = '''## What is not used
 
-No notification is observed, neither of the process nor of the workspace nor a distributed one: the application object tells
-its delegate what there is to know. No pasteboard type is named, since items travel as they are. No user default is read,
-and no tool but `dscl` is started.
+`driver` observes no notification, neither of the process nor of the workspace nor a distributed one:
+the application object informs its delegate. It names no pasteboard type, since items travel as they
+are. It reads no user default, and starts no tool but `dscl`.
 '''
 
 

@@ -35,7 +35,7 @@
           {Shape::list, emptyList}, {Shape::text, emptyText},                             \
           {Shape::optionalList, emptyWindows}, {Shape::items, noItems},                   \
           {Shape::content, emptyContent})                                                 \
-  row(wrong, "wrong", "", "values of other types than expected, or that are no numbers",  \
+  row(wrong, "wrong", "", "values of other types than expected, or that are not numbers", \
           {Shape::number, wrongNumber}, {Shape::optionalList, wrongWindows},              \
           {Shape::items, unreadableItem}, {Shape::readings, wrongReadings},               \
           {Shape::content, wrongContent})                                                 \

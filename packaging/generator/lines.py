@@ -1,21 +1,24 @@
-"""JSON Schemas (2020-12) of the lines of simulated-mac, and the page that tells of them."""
+"""JSON Schemas (2020-12) of the lines of simulated-mac, and the page of them."""
 import functools
 
 import schemas
 import table
+from pages import filled
 
-FAILURE = {"title": "MacFailure", "description": "What was asked cannot be done.", "type": "object",
-           "properties": {"error": {"description": "Why.", "type": "string"}, "ok": {"const": False}},
+FAILURE = {"title": "MacFailure", "description": "The request cannot be carried out.", "type": "object",
+           "properties": {"error": {"description": "The reason.", "type": "string"}, "ok": {"const": False}},
            "required": ["error", "ok"], "additionalProperties": False}
 
 HEAD = """# The lines of `simulated-mac`
 
-Every line is one object of JSON, in well-formed UTF-8; keys are sorted. Schemas of them are in
-[`packaging/contract/simulated-mac`](../packaging/contract/simulated-mac), from which this page is made too
-(`scripts/generate-contract`). `serve` prints the name of its socket instead, `run` what its command prints, and
-`--text` asks for text in place of JSON. Bytes that are no text are `{"hex":"0d00ff"}` where a text stands.
+Every line is one object of JSON, in well-formed UTF-8, with sorted keys. Their schemas are in
+[`packaging/contract/simulated-mac`](../packaging/contract/simulated-mac), and
+`scripts/generate-contract` makes them and this page from one list. `serve` prints the name of its
+socket instead, `run` prints the output of its command, and `--text` asks for text in place of JSON.
+In place of a text, bytes that are not text are `{"hex":"0d00ff"}`.
 
-Whatever goes wrong is one line, `{"error":"…","ok":false}`, with status 1; of `serve` on standard error.
+Every failure is one line, `{"error":"…","ok":false}`, with status 1. `serve` writes it to standard
+error.
 """
 
 
@@ -75,22 +78,22 @@ def rows(one, prefix=""):
 
 
 def section(heading, one):
-    lines = [f"{heading}{one['description']}", "", "| Key | Value | Meaning |", "|---|---|---|"]
+    lines = [*filled(f"{heading}{one['description']}"), "", "| Key | Value | Meaning |", "|---|---|---|"]
     return [*lines, *(f"| {key} | {kind} | {meaning} |" for key, kind, meaning in rows(one)), ""]
 
 
 def page():
     lines = [HEAD]
     for name, entry in told()["lines"].items():
-        lines += [f"## {name}", "", f"{entry['description']} Schema: `{name}.json`.", ""]
+        lines += [f"## {name}", "", *filled(f"{entry['description']} Schema: `{name}.json`."), ""]
         for one in entry["lines"]:
             lines += section("", one)
-    lines += ["## What stands in several of them", ""]
+    lines += ["## Parts of several lines", ""]
     for name, one in told()["definitions"].items():
         if "properties" in one:
             lines += section(f"**{name}**: ", one)
         elif "description" in one:
-            lines += [f"**{name}**: {one['description']}", ""]
+            lines += [*filled(f"**{name}**: {one['description']}"), ""]
     return "\n".join(lines).rstrip() + "\n"
 
 

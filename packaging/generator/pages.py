@@ -1,8 +1,11 @@
 """docs/ERRORS.md and the manual page driver(1)."""
 import json
 import re
+import textwrap
 
 import table
+
+LINE_CHARACTERS_MAX = 100
 
 SECTIONS = ("State", "Pictures", "Background pointer", "Background keyboard", "Accessibility",
             "Capture service", "Focus", "The user's input", "Lock guard")
@@ -19,29 +22,48 @@ def code(text):
     return "`` " + text + " ``" if "`" in text else "`" + text + "`"
 
 
+def filled(text):
+    """The lines of a paragraph; what stands between backticks stays on one."""
+    kept = re.sub(r"`[^`]*`", lambda code: code[0].replace(" ", "\0"), text)
+    return [line.replace("\0", " ") for line in
+            textwrap.wrap(kept, LINE_CHARACTERS_MAX, break_long_words=False, break_on_hyphens=False)]
+
+
+def by_command():
+    """The failures of each group of commands, and of each command."""
+    failures = {}
+    for entry in table.errors():
+        for name in entry["commands"] or ["the command line"]:
+            failures.setdefault(name, []).append(f"[{entry['id']}](#{entry['id']})")
+    lines = ["## By command", "", "A command has the failures of its row, and those of the groups that it is in.", "",
+             "| Group | Commands | Failures |", "|---|---|---|",
+             f"| | {'the command line'} | {', '.join(failures['the command line'])} |"]
+    for name, members in table.groups().items():
+        text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
+        lines.append(f"| {name[1:]} | {text} | {', '.join(failures.get(name, []))} |")
+    for command in table.commands():
+        if command.name in failures:
+            lines.append(f"| | `{command.name}` | {', '.join(failures[command.name])} |")
+    return [*lines, ""]
+
+
 def errors_page():
     lines = [
         "# Errors", "",
-        "A failure of `driver` carries one of these texts under `error`, or none at all. What stands "
-        "in braces is filled in. `packaging/contract/errors.json` has the same for machines. This page is made by "
-        "`scripts/generate-contract`.", "",
-        "Status is the exit status of a run of its own. In the capture service a refusal with status "
-        "0 stands under `reply`, and every failure with status 1 ends the service. "
+        "Most failures of `driver` have one of these texts under `error`. Words in braces are filled in.",
+        "[`errors.json`](../packaging/contract/README.md) has the same for machines.",
+        "`scripts/generate-contract` makes this page.", "",
+        "Status is the exit status of a run of its own. In the capture service a refusal with status",
+        "0 stands under `reply`, and every failure with status 1 ends the service.",
         "`\"locked\":true` is part of the replies that are marked so.", "",
-        "What the platform itself did not carry out has no text: a press or a write that the "
-        "application did not accept has `axError`, the platform's code; `ax-focus`, `ax-slider`, "
-        "`lock-now` and `keep-awake` say `\"ok\":false` alone.", "",
-        "When an application seems to have no windows, elements, menus or titles, a permission may be "
-        "missing: without Accessibility it shows none of them, takes no events and says nothing of "
-        "it; without Screen Recording windows have no titles, and scopes go by these. "
-        "`scripts/doctor` tells.", ""]
-    lines += ["| Group | Commands |", "|---|---|"]
-    for name, members in table.groups().items():
-        text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
-        lines.append(f"| {name[1:]} | {text} |")
-    lines.append("")
+        "Some failures come from the platform and have no text. A press or a write that the application",
+        "did not accept has `axError`, the platform's code. `ax-focus`, `ax-slider`, `lock-now` and",
+        "`keep-awake` say only `\"ok\":false`.", "",
+        "When an application seems to have no windows, elements, menus or titles, a",
+        "[permission](ON_A_MAC.md#permissions) may be missing.", ""]
+    lines += by_command()
     for entry in table.errors():
-        lines += [f"## {code(table.whole_message(entry))}", ""]
+        lines += [f'<a id="{entry["id"]}"></a>', "", f"## {code(table.whole_message(entry))}", ""]
         who = [name[1:] if name.startswith("@") else f"`{name}`" for name in entry["commands"]]
         marks = [STATUSES.get(entry["status"], f"status {entry['status']}")]
         if entry.get("locked"):
@@ -49,8 +71,9 @@ def errors_page():
         if entry.get("platform"):
             marks.append(PLATFORMS[entry["platform"]])
         origin = "From: " + ", ".join(who) if who else "From: the command line"
-        lines += [f"Id `{entry['id']}`. {origin}. {', '.join(marks).capitalize()}.", ""]
-        lines += [f"{entry['cause']} *What to do:* {entry['next']}", ""]
+        marked = ", ".join(marks)
+        lines += [*filled(f"Id `{entry['id']}`. {origin}. {marked[0].upper()}{marked[1:]}."), ""]
+        lines += [*filled(f"{entry['cause']} *What to do:* {entry['next']}"), ""]
     return "\n".join(lines).rstrip() + "\n"
 
 

@@ -11,9 +11,11 @@ from table import ROOT
 
 MANUAL = ROOT / "packaging/man/simulated-mac.1"
 
-# The columns whose cells are names, or lists of names, that a reader types or sees as they are.
+# The columns whose cells are names that a reader types or sees as they are, and those of lists of names.
 NAMES = {"calls": {"CALL", "OUTCOMES"}, "outcomes": {"OUTCOME"},
-         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"}}
+         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"},
+         "releases": {"LINE"}}
+LISTS = {"OUTCOMES"}
 
 PLACE = re.compile(r"(?P<begin>^[^\n]*\bbegin: simulated-mac help (?P<topic>[a-z]+)[^\n]*\n)"
                    r"(?P<table>.*?)"
@@ -35,7 +37,8 @@ def markdown(topic, table):
         cells = []
         for heading, cell in zip(headings, row, strict=True):
             if heading in NAMES[topic] and cell != "-":
-                cell = ", ".join(f"`{name}`" for name in cell.split(", "))
+                names = cell.split(", ") if heading in LISTS else [cell]
+                cell = ", ".join(f"`{name}`" for name in names)
             cells.append(cell.replace("|", "\\|"))
         lines.append("| " + " | ".join(cells) + " |")
     return "\n".join(["", *lines, "", ""])

@@ -63,6 +63,7 @@ std::string reportPage(const std::string& record) {
   fill(page, "@IMPORTS@", importMap(false, [](const File& file) {
          return "data:text/javascript;base64," + base64(file.text);
        }));
+  fill(page, "@FILTER@", textOf("filter.html"));
   fill(page, "@RECORD@", record);
   return page;
 }
@@ -71,6 +72,7 @@ std::string livePage(const std::string& nonce) {
   std::string page(textOf("live.html"));
   fill(page, "@NONCE@", nonce);
   fill(page, "@NONCE@", nonce);
+  fill(page, "@FILTER@", textOf("filter.html"));
   fill(page, "@IMPORTS@",
        importMap(true, [](const File& file) { return "./" + std::string(file.name); }));
   return page;

@@ -198,14 +198,16 @@ constexpr std::array knownHabits = {
     Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",
           [](Words& words, ElementDraft& draft) { draft.size = words.size("size"); }, once},
     Habit{"below", "previous|Label [gap N]",
-          "under the one before it, or under the one with this label, in the same element; as "
-          "large as that one, unless it says otherwise. The first one is at the top left",
+          "under the element before it, or under the one with this label, in the same element; as "
+          "large as that one, unless its line has a size. The first one is at the top left",
           readBelow, once},
     Habit{"right of", "previous|Label [gap N]", "the same to the right", readRightOf, once},
     Habit{"inside", "N",
-          "so far inside the edges of what it is in, which it fills unless it says otherwise",
+          "so far inside the edges of the element around it, which it fills unless its line has a "
+          "size",
           readInside, once},
-    Habit{"fill", "[width|height]", "as far as what it is in goes, less `inside`", readFill, once},
+    Habit{"fill", "[width|height]", "up to the edges of the element around it, less `inside`",
+          readFill, once},
     Habit{"width", "N", "how wide it is", readWidth, once},
     Habit{"height", "N", "how high it is", readHeight, once},
     Habit{"value", "VALUE",
@@ -257,15 +259,16 @@ constexpr std::array knownHabits = {
                          words.range("selection"));
           },
           once},
-    Habit{"actions", "AXPress,AXShowMenu|none",
-          "its actions. Without it `AXPress` for what can be pressed (and `AXShowMenu` for pop-up "
-          "and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for menus, "
-          "none for others",
-          [](Words& words, ElementDraft& draft) {
-            draft.element.actions = readActions(words);
-            habitsOf(draft).givesActions = true;
-          },
-          once},
+    Habit{
+        "actions", "AXPress,AXShowMenu|none",
+        "its actions. Without it `AXPress` for elements that can be pressed (and `AXShowMenu` for "
+        "pop-up and menu buttons), `AXIncrement` and `AXDecrement` for sliders, `AXCancel` for "
+        "menus, none for others",
+        [](Words& words, ElementDraft& draft) {
+          draft.element.actions = readActions(words);
+          habitsOf(draft).givesActions = true;
+        },
+        once},
     Habit{"attribute", "AXFoo VALUE", "any attribute",
           [](Words& words, ElementDraft& draft) {
             readAttributeOption(words, draft.element.attributes, draft.links);
@@ -283,28 +286,29 @@ constexpr std::array knownHabits = {
           "a closed menu with these items. The first is the value without `value`. A combo box has "
           "none at first, and a button that opens a list of them",
           readChoices, once},
-    Habit{"while hovered", "", "it is there only while the pointer is over what it is in",
+    Habit{"while hovered", "", "it is there only while the pointer is over the element around it",
           readWhileHovered, once},
-    Habit{"only while", "Label is [not] VALUE",
-          "it is there only while the `AXValue` of the element with this label is so, as the "
-          "contents "
-          "of a tab or of an open row are",
-          readOnlyWhile, once},
+    Habit{
+        "only while", "Label is [not] VALUE",
+        "it is there only while the element with this label has this `AXValue`, or has not, as the "
+        "contents of a tab or of an open row are",
+        readOnlyWhile, once},
     Habit{"also under", "Label", "it is also a child of the element with this label", readAlsoUnder,
           severalTimes},
-    Habit{"repeat", "N",
-          "that many of it, 1,000,000 at most. They share everything but their identity; one is "
-          "drawn",
-          readRepeat, once},
-    Habit{"open", "", "of an `AXMenu`: it is open at the start",
+    Habit{
+        "repeat", "N",
+        "so many of the element, 1,000,000 at most. They share everything but their identity; one "
+        "is drawn",
+        readRepeat, once},
+    Habit{"open", "", "for an `AXMenu`: it is open at the start",
           [](Words& words, ElementDraft& draft) { readMenuState(words, draft, true); }, once},
-    Habit{"closed", "", "of an `AXMenu`: it is there only while it is open",
+    Habit{"closed", "", "for an `AXMenu`: it is there only while it is open",
           [](Words& words, ElementDraft& draft) { readMenuState(words, draft, false); }, once},
     Habit{"transform", "upper|lower|trim|one-line|first N characters",
-          "what becomes of the whole text after a write, a key or a paste (letters and blanks of "
+          "it changes the whole text so after a write, a key or a paste (letters and blanks of "
           "ASCII; line breaks become spaces); several go in order",
           readTransform, severalTimes},
-    Habit{"ignores writes", "", "a text that is written is accepted and changes nothing",
+    Habit{"ignores writes", "", "it accepts a text that is written, and does not change",
           readIgnoresWrites, once},
     Habit{"half of writes", "", "only the first half of its characters arrives", readHalfOfWrites,
           once},
@@ -312,12 +316,12 @@ constexpr std::array knownHabits = {
     Habit{"shows placeholder", "", "while it is empty the placeholder reads as its value",
           readShowsPlaceholder, once},
     Habit{"composer", "[without value]",
-          "its text shows as `AXStaticText`s in it, one for each line that is not empty; without "
-          "value `AXValue` reads as none. The text at the start is the value, or that of the "
+          "its text shows as `AXStaticText`s in it, one for each line that is not empty; `without "
+          "value`: its `AXValue` reads as none. The text at the start is the value, or that of the "
           "static texts below it",
           readComposer, once},
     Habit{"rejects", "AXValue [CODE]",
-          "writes of the attribute give an error, -25205 without a code. Of any element",
+          "writes of the attribute give an error, -25205 without a code. For any element",
           readRejects, severalTimes},
     Habit{"replying", "CODE", "its actions run, and answer with this code, below 0", readReplying,
           once},
@@ -325,36 +329,35 @@ constexpr std::array knownHabits = {
           "after each read of its `AXChildren` it has one more, or one more that does the same",
           readGrows, once},
     Habit{"shrinks", "", "after each read of its `AXChildren` it has one less", readShrinks, once},
-    Habit{"press:", "REACTION; ...", "what a click does",
+    Habit{"press:", "REACTION; ...", "the effect of a click",
           [](Words& words, ElementDraft& draft) {
             draft.element.onClick = readReactions(words, "press:");
           },
           once},
-    Habit{"right:", "REACTION; ...", "what a right click does",
+    Habit{"right:", "REACTION; ...", "the effect of a right click",
           [](Words& words, ElementDraft& draft) {
             draft.element.onRightClick = readReactions(words, "right:");
           },
           once},
     Habit{"double:", "REACTION; ...",
-          "what the second of two clicks does, in place of what a click does",
+          "the effect of the second of two clicks, in place of that of a click",
           [](Words& words, ElementDraft& draft) {
             draft.element.onDoubleClick = readReactions(words, "double:");
           },
           once},
     Habit{"stacks", "",
-          "its children lie one below the other: those below one that goes or moves away close up, "
-          "and make room for one that comes",
+          "its children lie one below the other: when one goes or moves away, those below it close "
+          "up, and when one comes they make room",
           readStacks, once},
-    Habit{
-        "scrolls", "[lazily]",
-        "what is in it is cut at its edges and scrolls; lazily: what is out of sight is not in the "
-        "tree. It needs a frame; an `AXScrollArea` gets its `AXScrollBar`s",
-        readScrolls, once},
+    Habit{"scrolls", "[lazily]",
+          "its contents are cut at its edges and scroll; `lazily`: the tree has only the visible "
+          "ones. It needs a frame; an `AXScrollArea` gets its `AXScrollBar`s",
+          readScrolls, once},
     Habit{"takes files", "",
           "files that are pasted become `AXImage`s in it, titled with their names; other things "
           "are pasted if it takes text",
           readTakesFiles, once},
-    Habit{"submit:", "REACTION; ...", "what the return key does, in place of a line break",
+    Habit{"submit:", "REACTION; ...", "the effect of the return key, in place of a line break",
           [](Words& words, ElementDraft& draft) {
             draft.element.onSubmit = readReactions(words, "submit:");
           },

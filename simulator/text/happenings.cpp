@@ -47,7 +47,7 @@ constexpr std::array knownHappenings = {
         "the application quits. If it was in front, the next regular one comes to front",
         does([](Mac& mac, const Happening& what) { quitApplication(mac.world, what.pid); }), told},
     HappeningKind{
-        "end process", with::process, "a process that is no application ends",
+        "end process", with::process, "a process that is not an application ends",
         does([](Mac& mac, const Happening& what) { mac.world.processes.erase(what.pid); }), told},
     HappeningKind{"front", with::application,
                   "the user brings the application to front, with all its windows",
@@ -64,14 +64,14 @@ constexpr std::array knownHappenings = {
                   does([](Mac& mac, const Happening& what) { setHanging(mac, what.pid, false); }),
                   told},
     HappeningKind{"in", with::reactions,
-                  "the application does so by itself, as a reaction of none of its elements",
+                  "the application does so by itself, not as a reaction of an element",
                   does([](Mac& mac, const Happening& what) {
                     for (std::string& said : reactByItself(mac.world, what.pid, what.reactions)) {
                       mac.arrived.push_back(std::move(said));
                     }
                   }),
                   told},
-    HappeningKind{"user key", with::key, "the user presses a key, modifiers held meanwhile",
+    HappeningKind{"user key", with::key, "the user presses a key while holding the modifiers",
                   sends(keyInput), told},
     HappeningKind{"user click", with::click,
                   "the user clicks, with the left button or another: the window there comes to "
@@ -90,8 +90,7 @@ constexpr std::array knownHappenings = {
     HappeningKind{"user release", with::modifier, "the user lets a modifier key go",
                   sends(releaseInput), told},
     HappeningKind{
-        "user copy", with::copied,
-        "the user copies a text: it is all that is on the pasteboard from then on",
+        "user copy", with::copied, "the user copies a text: the pasteboard then has nothing but it",
         does([](Mac& mac, const Happening& what) { copyText(mac.world.pasteboard, what.text); }),
         told},
     HappeningKind{"remove displays", with::nothing, "every display is unplugged",
@@ -124,18 +123,18 @@ constexpr std::array knownHappenings = {
                     for (Client* client : living(mac)) client->inputClosed = true;
                   }),
                   ownStreams},
-    HappeningKind{"close output", with::nothing, "nobody reads any more what the processes write",
+    HappeningKind{"close output", with::nothing, "the reader of the processes' output has gone",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->outputClosed = true;
                   }),
                   ownStreams},
     HappeningKind{"stall output", with::nothing,
-                  "whoever reads what the processes write stops for now",
+                  "the reader of the processes' output stops for now",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->readerStalls = true;
                   }),
                   ownStreams},
-    HappeningKind{"resume output", with::nothing, "whoever reads what the processes write goes on",
+    HappeningKind{"resume output", with::nothing, "the reader of the processes' output goes on",
                   does([](Mac& mac, const Happening&) {
                     for (Client* client : living(mac)) client->readerStalls = false;
                   }),
@@ -152,29 +151,28 @@ constexpr std::array knownHappenings = {
         told},
     HappeningKind{
         "stop sharing", with::sharing,
-        "the system stops what shares a window of the application, as if the user wanted "
-        "so, or for another reason",
+        "the system stops each sharing of a window of the application, as if the user had "
+        "asked for it, or for another reason",
         does([](Mac& mac, const Happening& what) { stopSharing(mac, what.pid, what.text); }), told},
     HappeningKind{"withdraw recording", with::nothing,
-                  "the screen may not be recorded any more, which stops all sharing",
+                  "the permission to record the screen is withdrawn, which stops all sharing",
                   does([](Mac& mac, const Happening&) {
                     mac.world.screenRecordingAllowed = false;
                     stopSharing(mac, 0, captureDeclined);
                   }),
                   told},
-    HappeningKind{
-        "withdraw accessibility", with::nothing,
-        "the permission for Accessibility is withdrawn: event taps hear nothing more, and one that "
-        "filters holds all input until its process has gone",
-        does([](Mac& mac, const Happening&) { withdrawAccessibility(mac); }), told},
-    HappeningKind{"silence taps", with::nothing, "every event tap is disabled, and nobody is told",
+    HappeningKind{"withdraw accessibility", with::nothing,
+                  "the permission for Accessibility is withdrawn: event taps hear nothing more, "
+                  "and a tap that filters holds all input until its process has gone",
+                  does([](Mac& mac, const Happening&) { withdrawAccessibility(mac); }), told},
+    HappeningKind{"silence taps", with::nothing, "every event tap is disabled, without a notice",
                   does([](Mac& mac, const Happening&) { silenceTaps(mac); }), told},
     HappeningKind{"invalidate taps", with::nothing,
-                  "the ports of all event taps become invalid, and nobody is told",
+                  "the ports of all event taps become invalid, without a notice",
                   does([](Mac& mac, const Happening&) { invalidateTaps(mac); }), told},
     HappeningKind{
         "disable taps", with::timeout,
-        "the system disables every event tap, as if the user wanted so, or for being slow",
+        "the system disables every event tap, as if the user had asked for it, or for being slow",
         does([](Mac& mac, const Happening& what) {
           disableTaps(mac, what.number == 1 ? tap::disabledByTimeout : tap::disabledByUserInput);
         }),

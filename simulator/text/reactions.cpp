@@ -22,9 +22,11 @@ constexpr bool isOwn = true;
 
 /// The order is that of error messages and of pages.
 constexpr std::array knownReactions = {
-    ReactionKind{"append", behind::textAndTarget,
-                 "behind the `AXValue` of the element with this label; its caret follows",
-                 reactions::append},
+    ReactionKind{
+        "append", behind::textAndTarget,
+        "the text comes to the end of the `AXValue` of the element with this label; its caret "
+        "follows",
+        reactions::append},
     ReactionKind{"set", behind::targetAndText,
                  "the `AXValue` of the element with this label becomes the text", reactions::set},
     ReactionKind{
@@ -58,23 +60,25 @@ constexpr std::array knownReactions = {
         "the element's own `AXValue`, or that of the one with this label, becomes 1, that of its "
         "siblings of the same role 0. A radio button without `press:` does so",
         reactions::choose, isOwn},
-    ReactionKind{"paste", behind::nothing,
-                 "what has the keyboard takes what is on the pasteboard when the application comes "
-                 "to read it",
-                 reactions::paste},
+    ReactionKind{
+        "paste", behind::nothing,
+        "the element with the keyboard takes the contents of the pasteboard, at the time when "
+        "the application reads it",
+        reactions::paste},
     ReactionKind{
         "move", behind::place,
-        "the element with the first label goes above or below the other one, and into what "
-        "that is in; or to another place, where it is in",
+        "the element with the first label goes above or below the other one, into the element "
+        "around that; or it goes to another place in the element around itself",
         reactions::move},
     ReactionKind{
         "add", behind::addition,
-        "what a body of lines says comes into the element with this label, behind all that "
-        "is there, or above or below it; an argument may be `value of Label`",
+        "the elements of a defined body of lines come into the element with this label, behind its "
+        "others, or above or below it; an argument may be `value of Label`",
         reactions::add},
     ReactionKind{"enable", behind::target, "the element with this label can be used",
                  reactions::enable},
-    ReactionKind{"disable", behind::target, "it cannot", reactions::disable},
+    ReactionKind{"disable", behind::target, "the element with this label cannot be used",
+                 reactions::disable},
     ReactionKind{"relabel", behind::targetAndText,
                  "the element gets another label, by which it is named from then on",
                  reactions::relabel},
@@ -87,7 +91,8 @@ constexpr std::array knownReactions = {
                  "the system's panel for opening files comes up over the application's window; the "
                  "world has a line `panel` for it",
                  reactions::openPanel},
-    ReactionKind{"save panel", behind::nothing, "the one for saving does", reactions::savePanel},
+    ReactionKind{"save panel", behind::nothing, "the same with the panel for saving",
+                 reactions::savePanel},
 };
 
 constexpr bool isWholeReaction(const ReactionKind& kind) {

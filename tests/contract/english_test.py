@@ -29,7 +29,7 @@ class Findings(unittest.TestCase):
 
     def test_are_none_where_the_words_mean_something_other(self):
         for line in ("It is no longer in front.", "Somebody else copied a text; nothing else happens.",
-                     "There are no more than three.", "The reply is `is no such file`.",
+                     "There are no more than three.", "There is no file.", "The reply is `is no such file`.",
                      'It says "no more input, else".', "What is a world? A description of a Mac.",
                      "A mark tells apart two windows with one title: it tells apart by number."):
             with self.subTest(line=line):
@@ -42,9 +42,9 @@ class Findings(unittest.TestCase):
                 self.assertEqual(texts, list(ENGLISH.texts_of_script(line)))
 
     def test_leave_code_and_published_texts_alone(self):
-        page = "A line.\n\n```\nis no more\n```\n| a row |\n"
-        self.assertEqual([(1, "A line.", False), (2, "", False), (6, "| a row |", True)],
-                         list(ENGLISH.prose_of_page(page)))
+        page = "# A heading\nA line that\nis two.\n- an entry\n\n```\nis no more\n```\n| a row |\n| another |\n"
+        self.assertEqual([(1, "# A heading"), (2, "A line that is two."), (4, "- an entry"),
+                          (9, "| a row |"), (10, "| another |")], list(ENGLISH.paragraphs_of_page(page)))
         self.assertEqual(["a cause", "one"], list(ENGLISH.texts_of_catalogue(
             {"inside": {"message": "is no file", "cause": "a cause"}, "id": "is no id", "names": ["one"]})))
 

@@ -107,9 +107,8 @@ int answerFor(const std::string& assumption, AXUIElementRef window) {
 
 int main(int count, char** words) {
   const std::string assumption = probe::asked(count, words);
-  if (!AXIsProcessTrusted()) return probe::notShown(assumption, "Accessibility is not granted");
-  if (!probe::privateFunctions().isComplete())
-    return probe::notShown(assumption, "a private function is missing");
+  if (const auto missing = probe::missingForElements())
+    return probe::notShown(assumption, *missing);
   probe::Receiver receiver;
   if (!receiver.isReady()) return probe::notShown(assumption, "the receiver has not started");
   receiver.tell("fields");

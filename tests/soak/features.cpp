@@ -61,6 +61,7 @@ constexpr std::array shares = {
     Share{&Features::turns, 2},
     Share{&Features::fewTexts, 4},
     Share{&Features::aimed, 3},
+    Share{&Features::releases, 6},
 };
 
 }  // namespace

@@ -13,8 +13,8 @@ class Commands:
     run: Callable[..., Any]
 
     def capture(self, app: str, path: str, **options: Any) -> Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture]:
-        """Writes a picture of the application's windows. Writes a PNG file of what the user would
-        see of the application's windows within the scope, on the display that shows its main
+        """Writes a picture of the application's windows. Writes a PNG file of the application's
+        windows within the scope as the user would see them, on the display that shows its main
         window.
         """
         reply: Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture] = self.run("capture", {"app": app, "path": path}, **options)
@@ -55,8 +55,8 @@ class Commands:
         return reply
 
     def bg_key(self, app: str, combo: str, **options: Any) -> contract.BgKeySuccess:
-        """Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the
-        shortcut of an enabled menu item presses that item.
+        """Presses a key combination. A combination is written as cmd+shift+s. A combination with
+        cmd that is the shortcut of an enabled menu item presses that item.
         """
         reply: contract.BgKeySuccess = self.run("bg-key", {"app": app, "combo": combo}, **options)
         return reply
@@ -67,12 +67,12 @@ class Commands:
         return reply
 
     def bg_paste_files(self, app: str, paths: Sequence[str], **options: Any) -> contract.BgPasteFilesSuccess:
-        """Pastes files, and puts the user's clipboard back. As if the files had been copied in the
-        file manager. Relative paths start at the current directory. What somebody else copies
-        meanwhile is left alone. Any reply may also say "copyLost": true (somebody copied
-        something in the very instant at which the clipboard was cleared, and it is gone) and
-        "clipboardRestored": false (the system did not take back what had been on the clipboard,
-        which is empty).
+        """Pastes files, and puts the user's clipboard back. Works as if the files had been copied
+        in the file manager. Relative paths start at the current directory. A copy that somebody
+        else makes in the meantime is left alone. Any reply may also say "copyLost": true (a
+        copy that somebody made in the very instant of clearing the clipboard is lost) and
+        "clipboardRestored": false (the system did not take the old contents of the clipboard
+        back, and it is empty).
         """
         reply: contract.BgPasteFilesSuccess = self.run("bg-paste-files", {"app": app, "paths": paths}, **options)
         return reply
@@ -83,8 +83,8 @@ class Commands:
         return reply
 
     def scene(self, **options: Any) -> contract.SceneSuccess:
-        """Shows the application in front and where the pointer is. Without an application in front
-        pid is 0 and bundleId empty.
+        """Shows the application in front and the place of the pointer. Without an application in
+        front pid is 0 and bundleId empty.
         """
         reply: contract.SceneSuccess = self.run("scene", {}, **options)
         return reply
@@ -100,14 +100,14 @@ class Commands:
         return reply
 
     def windows(self, app: str, **options: Any) -> Union[contract.WindowsNotRunning, contract.WindowsRunning]:
-        """Lists an application's windows on screen, front to back. None smaller than 40 by 40
-        points.
+        """Lists an application's windows on screen, front to back. It leaves out windows smaller
+        than 40 by 40 points.
         """
         reply: Union[contract.WindowsNotRunning, contract.WindowsRunning] = self.run("windows", {"app": app}, **options)
         return reply
 
     def ax_find_text(self, app: str, texts: Sequence[str], **options: Any) -> contract.AxFindTextSuccess:
-        """Counts where texts are shown."""
+        """Counts the elements that show texts."""
         reply: contract.AxFindTextSuccess = self.run("ax-find-text", {"app": app, "texts": texts}, **options)
         return reply
 
@@ -137,8 +137,8 @@ class Commands:
         return reply
 
     def ax_press_exact(self, app: str, label: str, *, which: Literal['only', 'last'] = 'only', container: Optional[str] = None, **options: Any) -> contract.AxPressExactSuccess:
-        """Presses the control of exactly a label. The only one, or with last the lowest one; with
-        a container's label only within that group.
+        """Presses the control of exactly a label. It must be the only one; with last it is the
+        lowest one. With a container's label it is looked for only within that group.
         """
         reply: contract.AxPressExactSuccess = self.run("ax-press-exact", {"app": app, "label": label, "which": which, "container": container}, **options)
         return reply
@@ -170,11 +170,11 @@ class Commands:
     def ax_insert(self, app: str, label: str, mode: Literal['replace', 'message', 'end', 'new_line', 'caret'], text: str, *, near_x: float = -1, near_y: float = -1, owned_texts: Sequence[str] = (), **options: Any) -> contract.AxInsertSuccess:
         """Writes into a field and reads it back. replace makes the text the whole content, but
         refuses to destroy text that is not among the texts of the last argument, a JSON list of
-        what the agent wrote itself; fields of a single line in sheets, pop-overs and dialogs
-        are exempt. message does the same without that guard. end puts the text behind what the
-        field holds, new_line on a new line there, caret in place of the selection. Any other
-        word, a misspelt one too, is as end. A value that equals the field's label or
-        placeholder counts as nothing.
+        the texts that the agent itself wrote. Fields of a single line in sheets, pop-overs and
+        dialogs are exempt. message does the same without that guard. end puts the text behind
+        the contents of the field, new_line on a new line there, caret in place of the
+        selection. Any other word, a misspelt one too, works as end. A value that equals the
+        field's label or placeholder counts as empty.
         """
         reply: contract.AxInsertSuccess = self.run("ax-insert", {"app": app, "label": label, "mode": mode, "text": text, "nearX": near_x, "nearY": near_y, "ownedTexts": owned_texts}, **options)
         return reply
@@ -225,7 +225,7 @@ class Commands:
         return reply
 
     def ax_set_value(self, app: str, x: float, y: float, text: str, **options: Any) -> contract.AxSetValueSuccess:
-        """Writes the value of what is at a point, unguarded."""
+        """Writes the value of the element at a point, without a guard."""
         reply: contract.AxSetValueSuccess = self.run("ax-set-value", {"app": app, "x": x, "y": y, "text": text}, **options)
         return reply
 
@@ -238,8 +238,8 @@ class App:
         self.name = name
 
     def capture(self, path: str, **options: Any) -> Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture]:
-        """Writes a picture of the application's windows. Writes a PNG file of what the user would
-        see of the application's windows within the scope, on the display that shows its main
+        """Writes a picture of the application's windows. Writes a PNG file of the application's
+        windows within the scope as the user would see them, on the display that shows its main
         window.
         """
         reply: Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture] = self.commands.capture(self.name, path, **options)
@@ -265,8 +265,8 @@ class App:
         return reply
 
     def key(self, combo: str, **options: Any) -> contract.BgKeySuccess:
-        """Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the
-        shortcut of an enabled menu item presses that item.
+        """Presses a key combination. A combination is written as cmd+shift+s. A combination with
+        cmd that is the shortcut of an enabled menu item presses that item.
         """
         reply: contract.BgKeySuccess = self.commands.bg_key(self.name, combo, **options)
         return reply
@@ -277,25 +277,25 @@ class App:
         return reply
 
     def paste_files(self, paths: Sequence[str], **options: Any) -> contract.BgPasteFilesSuccess:
-        """Pastes files, and puts the user's clipboard back. As if the files had been copied in the
-        file manager. Relative paths start at the current directory. What somebody else copies
-        meanwhile is left alone. Any reply may also say "copyLost": true (somebody copied
-        something in the very instant at which the clipboard was cleared, and it is gone) and
-        "clipboardRestored": false (the system did not take back what had been on the clipboard,
-        which is empty).
+        """Pastes files, and puts the user's clipboard back. Works as if the files had been copied
+        in the file manager. Relative paths start at the current directory. A copy that somebody
+        else makes in the meantime is left alone. Any reply may also say "copyLost": true (a
+        copy that somebody made in the very instant of clearing the clipboard is lost) and
+        "clipboardRestored": false (the system did not take the old contents of the clipboard
+        back, and it is empty).
         """
         reply: contract.BgPasteFilesSuccess = self.commands.bg_paste_files(self.name, paths, **options)
         return reply
 
     def windows(self, **options: Any) -> Union[contract.WindowsNotRunning, contract.WindowsRunning]:
-        """Lists an application's windows on screen, front to back. None smaller than 40 by 40
-        points.
+        """Lists an application's windows on screen, front to back. It leaves out windows smaller
+        than 40 by 40 points.
         """
         reply: Union[contract.WindowsNotRunning, contract.WindowsRunning] = self.commands.windows(self.name, **options)
         return reply
 
     def find_text(self, texts: Sequence[str], **options: Any) -> contract.AxFindTextSuccess:
-        """Counts where texts are shown."""
+        """Counts the elements that show texts."""
         reply: contract.AxFindTextSuccess = self.commands.ax_find_text(self.name, texts, **options)
         return reply
 
@@ -325,8 +325,8 @@ class App:
         return reply
 
     def press(self, label: str, *, which: Literal['only', 'last'] = 'only', container: Optional[str] = None, **options: Any) -> contract.AxPressExactSuccess:
-        """Presses the control of exactly a label. The only one, or with last the lowest one; with
-        a container's label only within that group.
+        """Presses the control of exactly a label. It must be the only one; with last it is the
+        lowest one. With a container's label it is looked for only within that group.
         """
         reply: contract.AxPressExactSuccess = self.commands.ax_press_exact(self.name, label, which=which, container=container, **options)
         return reply
@@ -358,11 +358,11 @@ class App:
     def insert(self, label: str, mode: Literal['replace', 'message', 'end', 'new_line', 'caret'], text: str, *, near_x: float = -1, near_y: float = -1, owned_texts: Sequence[str] = (), **options: Any) -> contract.AxInsertSuccess:
         """Writes into a field and reads it back. replace makes the text the whole content, but
         refuses to destroy text that is not among the texts of the last argument, a JSON list of
-        what the agent wrote itself; fields of a single line in sheets, pop-overs and dialogs
-        are exempt. message does the same without that guard. end puts the text behind what the
-        field holds, new_line on a new line there, caret in place of the selection. Any other
-        word, a misspelt one too, is as end. A value that equals the field's label or
-        placeholder counts as nothing.
+        the texts that the agent itself wrote. Fields of a single line in sheets, pop-overs and
+        dialogs are exempt. message does the same without that guard. end puts the text behind
+        the contents of the field, new_line on a new line there, caret in place of the
+        selection. Any other word, a misspelt one too, works as end. A value that equals the
+        field's label or placeholder counts as empty.
         """
         reply: contract.AxInsertSuccess = self.commands.ax_insert(self.name, label, mode, text, near_x=near_x, near_y=near_y, owned_texts=owned_texts, **options)
         return reply
@@ -413,7 +413,7 @@ class App:
         return reply
 
     def set_value(self, x: float, y: float, text: str, **options: Any) -> contract.AxSetValueSuccess:
-        """Writes the value of what is at a point, unguarded."""
+        """Writes the value of the element at a point, without a guard."""
         reply: contract.AxSetValueSuccess = self.commands.ax_set_value(self.name, x, y, text, **options)
         return reply
 
@@ -425,8 +425,8 @@ class AsyncCommands:
     run: Callable[..., Awaitable[Any]]
 
     async def capture(self, app: str, path: str, **options: Any) -> Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture]:
-        """Writes a picture of the application's windows. Writes a PNG file of what the user would
-        see of the application's windows within the scope, on the display that shows its main
+        """Writes a picture of the application's windows. Writes a PNG file of the application's
+        windows within the scope as the user would see them, on the display that shows its main
         window.
         """
         reply: Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture] = await self.run("capture", {"app": app, "path": path}, **options)
@@ -467,8 +467,8 @@ class AsyncCommands:
         return reply
 
     async def bg_key(self, app: str, combo: str, **options: Any) -> contract.BgKeySuccess:
-        """Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the
-        shortcut of an enabled menu item presses that item.
+        """Presses a key combination. A combination is written as cmd+shift+s. A combination with
+        cmd that is the shortcut of an enabled menu item presses that item.
         """
         reply: contract.BgKeySuccess = await self.run("bg-key", {"app": app, "combo": combo}, **options)
         return reply
@@ -479,12 +479,12 @@ class AsyncCommands:
         return reply
 
     async def bg_paste_files(self, app: str, paths: Sequence[str], **options: Any) -> contract.BgPasteFilesSuccess:
-        """Pastes files, and puts the user's clipboard back. As if the files had been copied in the
-        file manager. Relative paths start at the current directory. What somebody else copies
-        meanwhile is left alone. Any reply may also say "copyLost": true (somebody copied
-        something in the very instant at which the clipboard was cleared, and it is gone) and
-        "clipboardRestored": false (the system did not take back what had been on the clipboard,
-        which is empty).
+        """Pastes files, and puts the user's clipboard back. Works as if the files had been copied
+        in the file manager. Relative paths start at the current directory. A copy that somebody
+        else makes in the meantime is left alone. Any reply may also say "copyLost": true (a
+        copy that somebody made in the very instant of clearing the clipboard is lost) and
+        "clipboardRestored": false (the system did not take the old contents of the clipboard
+        back, and it is empty).
         """
         reply: contract.BgPasteFilesSuccess = await self.run("bg-paste-files", {"app": app, "paths": paths}, **options)
         return reply
@@ -495,8 +495,8 @@ class AsyncCommands:
         return reply
 
     async def scene(self, **options: Any) -> contract.SceneSuccess:
-        """Shows the application in front and where the pointer is. Without an application in front
-        pid is 0 and bundleId empty.
+        """Shows the application in front and the place of the pointer. Without an application in
+        front pid is 0 and bundleId empty.
         """
         reply: contract.SceneSuccess = await self.run("scene", {}, **options)
         return reply
@@ -512,14 +512,14 @@ class AsyncCommands:
         return reply
 
     async def windows(self, app: str, **options: Any) -> Union[contract.WindowsNotRunning, contract.WindowsRunning]:
-        """Lists an application's windows on screen, front to back. None smaller than 40 by 40
-        points.
+        """Lists an application's windows on screen, front to back. It leaves out windows smaller
+        than 40 by 40 points.
         """
         reply: Union[contract.WindowsNotRunning, contract.WindowsRunning] = await self.run("windows", {"app": app}, **options)
         return reply
 
     async def ax_find_text(self, app: str, texts: Sequence[str], **options: Any) -> contract.AxFindTextSuccess:
-        """Counts where texts are shown."""
+        """Counts the elements that show texts."""
         reply: contract.AxFindTextSuccess = await self.run("ax-find-text", {"app": app, "texts": texts}, **options)
         return reply
 
@@ -549,8 +549,8 @@ class AsyncCommands:
         return reply
 
     async def ax_press_exact(self, app: str, label: str, *, which: Literal['only', 'last'] = 'only', container: Optional[str] = None, **options: Any) -> contract.AxPressExactSuccess:
-        """Presses the control of exactly a label. The only one, or with last the lowest one; with
-        a container's label only within that group.
+        """Presses the control of exactly a label. It must be the only one; with last it is the
+        lowest one. With a container's label it is looked for only within that group.
         """
         reply: contract.AxPressExactSuccess = await self.run("ax-press-exact", {"app": app, "label": label, "which": which, "container": container}, **options)
         return reply
@@ -582,11 +582,11 @@ class AsyncCommands:
     async def ax_insert(self, app: str, label: str, mode: Literal['replace', 'message', 'end', 'new_line', 'caret'], text: str, *, near_x: float = -1, near_y: float = -1, owned_texts: Sequence[str] = (), **options: Any) -> contract.AxInsertSuccess:
         """Writes into a field and reads it back. replace makes the text the whole content, but
         refuses to destroy text that is not among the texts of the last argument, a JSON list of
-        what the agent wrote itself; fields of a single line in sheets, pop-overs and dialogs
-        are exempt. message does the same without that guard. end puts the text behind what the
-        field holds, new_line on a new line there, caret in place of the selection. Any other
-        word, a misspelt one too, is as end. A value that equals the field's label or
-        placeholder counts as nothing.
+        the texts that the agent itself wrote. Fields of a single line in sheets, pop-overs and
+        dialogs are exempt. message does the same without that guard. end puts the text behind
+        the contents of the field, new_line on a new line there, caret in place of the
+        selection. Any other word, a misspelt one too, works as end. A value that equals the
+        field's label or placeholder counts as empty.
         """
         reply: contract.AxInsertSuccess = await self.run("ax-insert", {"app": app, "label": label, "mode": mode, "text": text, "nearX": near_x, "nearY": near_y, "ownedTexts": owned_texts}, **options)
         return reply
@@ -637,7 +637,7 @@ class AsyncCommands:
         return reply
 
     async def ax_set_value(self, app: str, x: float, y: float, text: str, **options: Any) -> contract.AxSetValueSuccess:
-        """Writes the value of what is at a point, unguarded."""
+        """Writes the value of the element at a point, without a guard."""
         reply: contract.AxSetValueSuccess = await self.run("ax-set-value", {"app": app, "x": x, "y": y, "text": text}, **options)
         return reply
 
@@ -650,8 +650,8 @@ class AsyncApp:
         self.name = name
 
     async def capture(self, path: str, **options: Any) -> Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture]:
-        """Writes a picture of the application's windows. Writes a PNG file of what the user would
-        see of the application's windows within the scope, on the display that shows its main
+        """Writes a picture of the application's windows. Writes a PNG file of the application's
+        windows within the scope as the user would see them, on the display that shows its main
         window.
         """
         reply: Union[contract.CaptureNotRunning, contract.CaptureNoWindow, contract.CapturePicture] = await self.commands.capture(self.name, path, **options)
@@ -677,8 +677,8 @@ class AsyncApp:
         return reply
 
     async def key(self, combo: str, **options: Any) -> contract.BgKeySuccess:
-        """Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the
-        shortcut of an enabled menu item presses that item.
+        """Presses a key combination. A combination is written as cmd+shift+s. A combination with
+        cmd that is the shortcut of an enabled menu item presses that item.
         """
         reply: contract.BgKeySuccess = await self.commands.bg_key(self.name, combo, **options)
         return reply
@@ -689,25 +689,25 @@ class AsyncApp:
         return reply
 
     async def paste_files(self, paths: Sequence[str], **options: Any) -> contract.BgPasteFilesSuccess:
-        """Pastes files, and puts the user's clipboard back. As if the files had been copied in the
-        file manager. Relative paths start at the current directory. What somebody else copies
-        meanwhile is left alone. Any reply may also say "copyLost": true (somebody copied
-        something in the very instant at which the clipboard was cleared, and it is gone) and
-        "clipboardRestored": false (the system did not take back what had been on the clipboard,
-        which is empty).
+        """Pastes files, and puts the user's clipboard back. Works as if the files had been copied
+        in the file manager. Relative paths start at the current directory. A copy that somebody
+        else makes in the meantime is left alone. Any reply may also say "copyLost": true (a
+        copy that somebody made in the very instant of clearing the clipboard is lost) and
+        "clipboardRestored": false (the system did not take the old contents of the clipboard
+        back, and it is empty).
         """
         reply: contract.BgPasteFilesSuccess = await self.commands.bg_paste_files(self.name, paths, **options)
         return reply
 
     async def windows(self, **options: Any) -> Union[contract.WindowsNotRunning, contract.WindowsRunning]:
-        """Lists an application's windows on screen, front to back. None smaller than 40 by 40
-        points.
+        """Lists an application's windows on screen, front to back. It leaves out windows smaller
+        than 40 by 40 points.
         """
         reply: Union[contract.WindowsNotRunning, contract.WindowsRunning] = await self.commands.windows(self.name, **options)
         return reply
 
     async def find_text(self, texts: Sequence[str], **options: Any) -> contract.AxFindTextSuccess:
-        """Counts where texts are shown."""
+        """Counts the elements that show texts."""
         reply: contract.AxFindTextSuccess = await self.commands.ax_find_text(self.name, texts, **options)
         return reply
 
@@ -737,8 +737,8 @@ class AsyncApp:
         return reply
 
     async def press(self, label: str, *, which: Literal['only', 'last'] = 'only', container: Optional[str] = None, **options: Any) -> contract.AxPressExactSuccess:
-        """Presses the control of exactly a label. The only one, or with last the lowest one; with
-        a container's label only within that group.
+        """Presses the control of exactly a label. It must be the only one; with last it is the
+        lowest one. With a container's label it is looked for only within that group.
         """
         reply: contract.AxPressExactSuccess = await self.commands.ax_press_exact(self.name, label, which=which, container=container, **options)
         return reply
@@ -770,11 +770,11 @@ class AsyncApp:
     async def insert(self, label: str, mode: Literal['replace', 'message', 'end', 'new_line', 'caret'], text: str, *, near_x: float = -1, near_y: float = -1, owned_texts: Sequence[str] = (), **options: Any) -> contract.AxInsertSuccess:
         """Writes into a field and reads it back. replace makes the text the whole content, but
         refuses to destroy text that is not among the texts of the last argument, a JSON list of
-        what the agent wrote itself; fields of a single line in sheets, pop-overs and dialogs
-        are exempt. message does the same without that guard. end puts the text behind what the
-        field holds, new_line on a new line there, caret in place of the selection. Any other
-        word, a misspelt one too, is as end. A value that equals the field's label or
-        placeholder counts as nothing.
+        the texts that the agent itself wrote. Fields of a single line in sheets, pop-overs and
+        dialogs are exempt. message does the same without that guard. end puts the text behind
+        the contents of the field, new_line on a new line there, caret in place of the
+        selection. Any other word, a misspelt one too, works as end. A value that equals the
+        field's label or placeholder counts as empty.
         """
         reply: contract.AxInsertSuccess = await self.commands.ax_insert(self.name, label, mode, text, near_x=near_x, near_y=near_y, owned_texts=owned_texts, **options)
         return reply
@@ -825,6 +825,6 @@ class AsyncApp:
         return reply
 
     async def set_value(self, x: float, y: float, text: str, **options: Any) -> contract.AxSetValueSuccess:
-        """Writes the value of what is at a point, unguarded."""
+        """Writes the value of the element at a point, without a guard."""
         reply: contract.AxSetValueSuccess = await self.commands.ax_set_value(self.name, x, y, text, **options)
         return reply

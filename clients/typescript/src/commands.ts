@@ -9,8 +9,8 @@ export abstract class Commands {
   abstract run<Reply>(command: string, given: Record<string, unknown>): Promise<Reply>;
 
   /**
-   * Writes a picture of the application's windows. Writes a PNG file of what the user would see of
-   * the application's windows within the scope, on the display that shows its main window.
+   * Writes a picture of the application's windows. Writes a PNG file of the application's windows
+   * within the scope as the user would see them, on the display that shows its main window.
    */
   capture(app: string, path: string, more: RunOptions = {}): Promise<contract.CaptureNotRunning | contract.CaptureNoWindow | contract.CapturePicture> {
     return this.run("capture", { app, path, ...more });
@@ -54,8 +54,8 @@ export abstract class Commands {
   }
 
   /**
-   * Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the shortcut of
-   * an enabled menu item presses that item.
+   * Presses a key combination. A combination is written as cmd+shift+s. A combination with cmd
+   * that is the shortcut of an enabled menu item presses that item.
    */
   bgKey(app: string, combo: string, more: RunOptions = {}): Promise<contract.BgKeySuccess> {
     return this.run("bg-key", { app, combo, ...more });
@@ -67,11 +67,11 @@ export abstract class Commands {
   }
 
   /**
-   * Pastes files, and puts the user's clipboard back. As if the files had been copied in the file
-   * manager. Relative paths start at the current directory. What somebody else copies meanwhile is
-   * left alone. Any reply may also say "copyLost": true (somebody copied something in the very
-   * instant at which the clipboard was cleared, and it is gone) and "clipboardRestored": false
-   * (the system did not take back what had been on the clipboard, which is empty).
+   * Pastes files, and puts the user's clipboard back. Works as if the files had been copied in the
+   * file manager. Relative paths start at the current directory. A copy that somebody else makes
+   * in the meantime is left alone. Any reply may also say "copyLost": true (a copy that somebody
+   * made in the very instant of clearing the clipboard is lost) and "clipboardRestored": false
+   * (the system did not take the old contents of the clipboard back, and it is empty).
    */
   bgPasteFiles(app: string, paths: string[], more: RunOptions = {}): Promise<contract.BgPasteFilesSuccess> {
     return this.run("bg-paste-files", { app, paths, ...more });
@@ -83,8 +83,8 @@ export abstract class Commands {
   }
 
   /**
-   * Shows the application in front and where the pointer is. Without an application in front pid
-   * is 0 and bundleId empty.
+   * Shows the application in front and the place of the pointer. Without an application in front
+   * pid is 0 and bundleId empty.
    */
   scene(more: RunOptions = {}): Promise<contract.SceneSuccess> {
     return this.run("scene", { ...more });
@@ -100,12 +100,15 @@ export abstract class Commands {
     return this.run("session", { ...more });
   }
 
-  /** Lists an application's windows on screen, front to back. None smaller than 40 by 40 points. */
+  /**
+   * Lists an application's windows on screen, front to back. It leaves out windows smaller than 40
+   * by 40 points.
+   */
   windows(app: string, more: RunOptions = {}): Promise<contract.WindowsNotRunning | contract.WindowsRunning> {
     return this.run("windows", { app, ...more });
   }
 
-  /** Counts where texts are shown. */
+  /** Counts the elements that show texts. */
   axFindText(app: string, texts: string[], more: RunOptions = {}): Promise<contract.AxFindTextSuccess> {
     return this.run("ax-find-text", { app, texts, ...more });
   }
@@ -136,8 +139,8 @@ export abstract class Commands {
   }
 
   /**
-   * Presses the control of exactly a label. The only one, or with last the lowest one; with a
-   * container's label only within that group.
+   * Presses the control of exactly a label. It must be the only one; with last it is the lowest
+   * one. With a container's label it is looked for only within that group.
    */
   axPressExact(app: string, label: string, more: { which?: "only" | "last"; container?: string } & RunOptions = {}): Promise<contract.AxPressExactSuccess> {
     return this.run("ax-press-exact", { app, label, ...more });
@@ -165,11 +168,12 @@ export abstract class Commands {
 
   /**
    * Writes into a field and reads it back. replace makes the text the whole content, but refuses
-   * to destroy text that is not among the texts of the last argument, a JSON list of what the
-   * agent wrote itself; fields of a single line in sheets, pop-overs and dialogs are exempt.
-   * message does the same without that guard. end puts the text behind what the field holds,
-   * new_line on a new line there, caret in place of the selection. Any other word, a misspelt one
-   * too, is as end. A value that equals the field's label or placeholder counts as nothing.
+   * to destroy text that is not among the texts of the last argument, a JSON list of the texts
+   * that the agent itself wrote. Fields of a single line in sheets, pop-overs and dialogs are
+   * exempt. message does the same without that guard. end puts the text behind the contents of the
+   * field, new_line on a new line there, caret in place of the selection. Any other word, a
+   * misspelt one too, works as end. A value that equals the field's label or placeholder counts as
+   * empty.
    */
   axInsert(app: string, label: string, mode: "replace" | "message" | "end" | "new_line" | "caret", text: string, more: { nearX?: number; nearY?: number; ownedTexts?: string[] } & RunOptions = {}): Promise<contract.AxInsertSuccess> {
     return this.run("ax-insert", { app, label, mode, text, ...more });
@@ -220,7 +224,7 @@ export abstract class Commands {
     return this.run("ax-focused", { app, ...more });
   }
 
-  /** Writes the value of what is at a point, unguarded. */
+  /** Writes the value of the element at a point, without a guard. */
   axSetValue(app: string, x: number, y: number, text: string, more: RunOptions = {}): Promise<contract.AxSetValueSuccess> {
     return this.run("ax-set-value", { app, x, y, text, ...more });
   }
@@ -232,8 +236,8 @@ export class App {
   constructor(readonly commands: Commands, readonly name: string) {}
 
   /**
-   * Writes a picture of the application's windows. Writes a PNG file of what the user would see of
-   * the application's windows within the scope, on the display that shows its main window.
+   * Writes a picture of the application's windows. Writes a PNG file of the application's windows
+   * within the scope as the user would see them, on the display that shows its main window.
    */
   capture(path: string, more: RunOptions = {}): Promise<contract.CaptureNotRunning | contract.CaptureNoWindow | contract.CapturePicture> {
     return this.commands.capture(this.name, path, more);
@@ -261,8 +265,8 @@ export class App {
   }
 
   /**
-   * Presses a key combination. Such as cmd+shift+s. A combination with cmd that is the shortcut of
-   * an enabled menu item presses that item.
+   * Presses a key combination. A combination is written as cmd+shift+s. A combination with cmd
+   * that is the shortcut of an enabled menu item presses that item.
    */
   key(combo: string, more: RunOptions = {}): Promise<contract.BgKeySuccess> {
     return this.commands.bgKey(this.name, combo, more);
@@ -274,22 +278,25 @@ export class App {
   }
 
   /**
-   * Pastes files, and puts the user's clipboard back. As if the files had been copied in the file
-   * manager. Relative paths start at the current directory. What somebody else copies meanwhile is
-   * left alone. Any reply may also say "copyLost": true (somebody copied something in the very
-   * instant at which the clipboard was cleared, and it is gone) and "clipboardRestored": false
-   * (the system did not take back what had been on the clipboard, which is empty).
+   * Pastes files, and puts the user's clipboard back. Works as if the files had been copied in the
+   * file manager. Relative paths start at the current directory. A copy that somebody else makes
+   * in the meantime is left alone. Any reply may also say "copyLost": true (a copy that somebody
+   * made in the very instant of clearing the clipboard is lost) and "clipboardRestored": false
+   * (the system did not take the old contents of the clipboard back, and it is empty).
    */
   pasteFiles(paths: string[], more: RunOptions = {}): Promise<contract.BgPasteFilesSuccess> {
     return this.commands.bgPasteFiles(this.name, paths, more);
   }
 
-  /** Lists an application's windows on screen, front to back. None smaller than 40 by 40 points. */
+  /**
+   * Lists an application's windows on screen, front to back. It leaves out windows smaller than 40
+   * by 40 points.
+   */
   windows(more: RunOptions = {}): Promise<contract.WindowsNotRunning | contract.WindowsRunning> {
     return this.commands.windows(this.name, more);
   }
 
-  /** Counts where texts are shown. */
+  /** Counts the elements that show texts. */
   findText(texts: string[], more: RunOptions = {}): Promise<contract.AxFindTextSuccess> {
     return this.commands.axFindText(this.name, texts, more);
   }
@@ -320,8 +327,8 @@ export class App {
   }
 
   /**
-   * Presses the control of exactly a label. The only one, or with last the lowest one; with a
-   * container's label only within that group.
+   * Presses the control of exactly a label. It must be the only one; with last it is the lowest
+   * one. With a container's label it is looked for only within that group.
    */
   press(label: string, more: { which?: "only" | "last"; container?: string } & RunOptions = {}): Promise<contract.AxPressExactSuccess> {
     return this.commands.axPressExact(this.name, label, more);
@@ -349,11 +356,12 @@ export class App {
 
   /**
    * Writes into a field and reads it back. replace makes the text the whole content, but refuses
-   * to destroy text that is not among the texts of the last argument, a JSON list of what the
-   * agent wrote itself; fields of a single line in sheets, pop-overs and dialogs are exempt.
-   * message does the same without that guard. end puts the text behind what the field holds,
-   * new_line on a new line there, caret in place of the selection. Any other word, a misspelt one
-   * too, is as end. A value that equals the field's label or placeholder counts as nothing.
+   * to destroy text that is not among the texts of the last argument, a JSON list of the texts
+   * that the agent itself wrote. Fields of a single line in sheets, pop-overs and dialogs are
+   * exempt. message does the same without that guard. end puts the text behind the contents of the
+   * field, new_line on a new line there, caret in place of the selection. Any other word, a
+   * misspelt one too, works as end. A value that equals the field's label or placeholder counts as
+   * empty.
    */
   insert(label: string, mode: "replace" | "message" | "end" | "new_line" | "caret", text: string, more: { nearX?: number; nearY?: number; ownedTexts?: string[] } & RunOptions = {}): Promise<contract.AxInsertSuccess> {
     return this.commands.axInsert(this.name, label, mode, text, more);
@@ -404,7 +412,7 @@ export class App {
     return this.commands.axFocused(this.name, more);
   }
 
-  /** Writes the value of what is at a point, unguarded. */
+  /** Writes the value of the element at a point, without a guard. */
   setValue(x: number, y: number, text: string, more: RunOptions = {}): Promise<contract.AxSetValueSuccess> {
     return this.commands.axSetValue(this.name, x, y, text, more);
   }

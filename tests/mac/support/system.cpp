@@ -115,4 +115,10 @@ void sleepMilliseconds(int milliseconds) {
 
 void runLoop(double seconds) { CFRunLoopRunInMode(kCFRunLoopDefaultMode, seconds, false); }
 
+std::optional<std::string> missingForElements() {
+  if (!AXIsProcessTrusted()) return "Accessibility is not granted";
+  if (!privateFunctions().isComplete()) return "a private function is missing";
+  return std::nullopt;
+}
+
 }  // namespace probe

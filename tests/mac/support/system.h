@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 /// What several probes ask the system for, and the private functions as driver declares them.
 namespace probe {
@@ -25,6 +26,10 @@ struct PrivateFunctions {
   bool isComplete() const;
 };
 const PrivateFunctions& privateFunctions();
+
+/// Why elements of other applications and their windows cannot be asked here: the permission for
+/// Accessibility is not given, or a private function is missing. None when they can.
+std::optional<std::string> missingForElements();
 
 /// A process as the window server numbers it; none when it does not.
 using SerialNumber = std::array<std::uint32_t, 2>;
