@@ -14,13 +14,13 @@ FOREVER = float("inf")
 DOES_NOT_BUILD = "does not build"
 
 
-def found_by(soak, cases, commands=()):
+def found_by(soak, cases, commands=(), first=1):
     """(seed, complaint) of the first of so many cases that fails; None when none does. Played are those that
     run one of the commands; all, when none is given."""
     chosen = ["--of", ",".join(commands)] if commands else []
     try:
-        run = subprocess.run([soak, "--runs", str(cases), "--first", *chosen], capture_output=True, text=True,
-                             errors="replace", timeout=PATIENCE_SECONDS)
+        run = subprocess.run([soak, "--seed", str(first), "--runs", str(cases), "--first", *chosen],
+                             capture_output=True, text=True, errors="replace", timeout=PATIENCE_SECONDS)
     except subprocess.TimeoutExpired:
         return None
     failed = [(int(seed), text) for seed, text in re.findall(r"^seed (\d+): (.*)$", run.stdout, re.M)]
@@ -30,8 +30,9 @@ def found_by(soak, cases, commands=()):
 class Trials:
     """Takes mistakes until time is out, several at once, and notes in the table what comes of them."""
 
-    def __init__(self, scratch, planted, arguments, names):
-        self.scratch, self.planted, self.arguments, self.names = scratch, planted, arguments, names
+    def __init__(self, scratch, soak, planted, arguments, names):
+        self.scratch, self.soak, self.planted = scratch, soak, planted
+        self.arguments, self.names = arguments, names
         self.table = SoakTable()
         self.ends = time.monotonic() + arguments.seconds
         self.tried, self.missed, self.broken = 0, 0, []
@@ -52,6 +53,8 @@ class Trials:
                 found = found_by(soak, self.cases_for(mistake), commands_that_run(mistake["file"]))
         except DoesNotBuild:
             return DOES_NOT_BUILD
+        if found is not None and found_by(self.soak, 1, first=found[0]) is not None:
+            sys.exit(f"case {found[0]} fails without any mistake")
         return found, built - start, time.monotonic() - built
 
     def note(self, mistake, result):
@@ -94,13 +97,13 @@ def chosen_of(mistakes, arguments, table):
 
 def try_by_soak(scratch, mistakes, planted, arguments, names):
     """The status to end with. The names are those of all mistakes there are."""
-    trials = Trials(scratch, planted, arguments, names)
-    chosen = chosen_of(mistakes, arguments, trials.table)
     scratch.copy_sources()
     scratch.core.configure()
-    if found_by(scratch.core.build("soak"), 1000) is not None:
+    soak = scratch.core.build("soak")
+    if found_by(soak, 1000) is not None:
         sys.exit("a generated case fails without any mistake")
-    trials.run(chosen)
+    trials = Trials(scratch, soak, planted, arguments, names)
+    trials.run(chosen_of(mistakes, arguments, trials.table))
     for name in trials.broken:
         print(f"{name} does not build")
     print(f"{trials.tried - trials.missed} of {trials.tried} planted mistakes found by soak")
