@@ -48,7 +48,14 @@ test("opens from disk, and asks for nothing", async () => {
   assert.deepEqual(page.asked.filter((url) => !url.startsWith("data:")), [`file://${file("report.html")}`]);
   assert.deepEqual(page.errors, []);
   assert.match(await page.locator("#summary").textContent(),
-    /^3 processes, 2 steps with failures, [\d.]+ ms of virtual time\. Seed 7\. simulated-mac /);
+    /^Processes: 3\. Steps with failures: 2\. [\d.]+ ms of virtual time\. Seed 7\. simulated-mac /);
+});
+
+test("says in a line why it failed, or what came of it", async () => {
+  const reasons = await page.locator(".item > summary").evaluateAll((lines) =>
+    lines.map((line) => line.querySelector(".reason")?.textContent ?? ""));
+  assert.deepEqual(reasons, ["", 'Browser: pressed AXCheckBox "Show wind"', 'no element labelled "Nowhere"',
+    "the screen locked; input was withheld from the lock screen", "", ""]);
 });
 
 test("finds what is searched for", async () => {
