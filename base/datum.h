@@ -53,6 +53,17 @@ concept Structure = requires {
   Members<T>::members;
 };
 
+/// What travels in a form of its own, in place of the one that its type would have. Specialised for
+/// each such type with `static Datum pack(const T& value)` and `static T unpack(const Datum&
+/// datum)`.
+template <class T>
+struct OwnForm;
+
+template <class T>
+concept HasOwnForm = requires(const Datum& datum) {
+  OwnForm<T>::unpack(datum);
+};
+
 namespace datum_detail {
 
 template <class T>
@@ -70,70 +81,106 @@ const T& as(const Datum& datum) {
   throw MalformedDatum();
 }
 
-}  // namespace datum_detail
-
-/// A value as a datum. Integers and enumerations travel as 64-bit integers.
 template <class T>
-Datum pack(const T& value) {
-  if constexpr (std::is_same_v<T, Datum>) {
-    return value;
-  } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, double>) {
-    return Datum(value);
-  } else if constexpr (std::is_integral_v<T> || std::is_enum_v<T>) {
-    return Datum(static_cast<std::int64_t>(value));
-  } else if constexpr (std::is_convertible_v<T, std::string_view>) {
-    return Datum(std::string(std::string_view(value)));
-  } else if constexpr (datum_detail::IsOptional<T>::value) {
-    return value ? Datum(Datum::List{pack(*value)}) : Datum();
-  } else if constexpr (datum_detail::IsVector<T>::value) {
-    Datum::List list;
-    list.reserve(value.size());
-    for (const auto& item : value) list.push_back(pack(item));
-    return Datum(std::move(list));
+T&& as(Datum&& datum) {
+  if (T* value = std::get_if<T>(&datum.data)) return std::move(*value);
+  throw MalformedDatum();
+}
+
+/// The item of a list: given away when the list is.
+template <class List>
+decltype(auto) item(List&& list, std::size_t index) {
+  if constexpr (std::is_lvalue_reference_v<List>) {
+    return (list[index]);
   } else {
-    static_assert(Structure<T>);
-    return std::apply(
-        [&](auto... members) {
-          Datum::List list;
-          list.reserve(sizeof...(members));
-          (list.push_back(pack(value.*members)), ...);
-          return Datum(std::move(list));
-        },
-        Members<T>::members);
+    return std::move(list[index]);
   }
 }
 
-/// The value in a datum. Throws MalformedDatum when it has another form.
+}  // namespace datum_detail
+
+/// A list of these. An initialiser would copy each.
+template <class... Items>
+Datum listOf(Items&&... items) {
+  Datum::List list;
+  list.reserve(sizeof...(items));
+  (list.push_back(std::forward<Items>(items)), ...);
+  return Datum(std::move(list));
+}
+
+/// A value as a datum. Integers and enumerations travel as 64-bit integers. What is given away is
+/// not copied.
 template <class T>
-T unpack(const Datum& datum) {
+Datum pack(T&& value) {
+  using Value = std::remove_cvref_t<T>;
+  if constexpr (std::is_same_v<Value, Datum>) {
+    return std::forward<T>(value);
+  } else if constexpr (HasOwnForm<Value>) {
+    return OwnForm<Value>::pack(value);
+  } else if constexpr (std::is_same_v<Value, bool> || std::is_same_v<Value, double>) {
+    return Datum(Value(value));
+  } else if constexpr (std::is_integral_v<Value> || std::is_enum_v<Value>) {
+    return Datum(static_cast<std::int64_t>(value));
+  } else if constexpr (std::is_same_v<Value, std::string>) {
+    return Datum(std::string(std::forward<T>(value)));
+  } else if constexpr (std::is_convertible_v<Value, std::string_view>) {
+    return Datum(std::string(std::string_view(value)));
+  } else if constexpr (datum_detail::IsOptional<Value>::value) {
+    return value ? listOf(pack(*std::forward<T>(value))) : Datum();
+  } else if constexpr (datum_detail::IsVector<Value>::value) {
+    Datum::List list;
+    list.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      list.push_back(pack(datum_detail::item(std::forward<T>(value), i)));
+    }
+    return Datum(std::move(list));
+  } else {
+    static_assert(Structure<Value>);
+    return std::apply(
+        [&](auto... members) { return listOf(pack(std::forward<T>(value).*members)...); },
+        Members<Value>::members);
+  }
+}
+
+/// The value in a datum. Throws MalformedDatum when it has another form. What is in a datum that is
+/// given away is not copied.
+template <class T, class From>
+T unpack(From&& datum) {
+  static_assert(std::is_same_v<std::remove_cvref_t<From>, Datum>);
   using datum_detail::as;
+  using datum_detail::item;
   if constexpr (std::is_same_v<T, Datum>) {
-    return datum;
+    return std::forward<From>(datum);
+  } else if constexpr (HasOwnForm<T>) {
+    return OwnForm<T>::unpack(datum);
   } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, double> ||
                        std::is_same_v<T, std::string>) {
-    return as<T>(datum);
+    return as<T>(std::forward<From>(datum));
   } else if constexpr (std::is_integral_v<T> || std::is_enum_v<T>) {
     return static_cast<T>(as<std::int64_t>(datum));
   } else if constexpr (datum_detail::IsOptional<T>::value) {
     if (datum.isNothing()) return std::nullopt;
-    const auto& list = as<Datum::List>(datum);
+    auto&& list = as<Datum::List>(std::forward<From>(datum));
     if (list.size() != 1) throw MalformedDatum();
-    return unpack<typename T::value_type>(list[0]);
+    return unpack<typename T::value_type>(item(std::forward<decltype(list)>(list), 0));
   } else if constexpr (datum_detail::IsVector<T>::value) {
     T items;
-    const auto& list = as<Datum::List>(datum);
+    auto&& list = as<Datum::List>(std::forward<From>(datum));
     items.reserve(list.size());
-    for (const auto& item : list) items.push_back(unpack<typename T::value_type>(item));
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      items.push_back(unpack<typename T::value_type>(item(std::forward<decltype(list)>(list), i)));
+    }
     return items;
   } else {
     static_assert(Structure<T>);
     T value{};
-    const auto& list = as<Datum::List>(datum);
+    auto&& list = as<Datum::List>(std::forward<From>(datum));
     std::apply(
         [&](auto... members) {
           if (list.size() != sizeof...(members)) throw MalformedDatum();
           std::size_t next = 0;
-          ((value.*members = unpack<std::remove_cvref_t<decltype(value.*members)>>(list[next++])),
+          ((value.*members = unpack<std::remove_cvref_t<decltype(value.*members)>>(
+                item(std::forward<decltype(list)>(list), next++))),
            ...);
         },
         Members<T>::members);

@@ -48,7 +48,7 @@ class OwnMac : public platform::Channel {
 
   driver::Datum call(platform::Call call) override {
     std::unique_lock lock(mutex_);
-    auto answer = desktop_.handle(0, std::move(call));
+    auto answer = desktop_.handle(0, call);
     while (answer.pending) never_.wait(lock);
     return std::move(answer.value);
   }

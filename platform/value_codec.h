@@ -27,7 +27,7 @@ constexpr ValueKind kindOf() {
 
 /// A value of this kind, with what is in it.
 inline driver::Datum tagged(ValueKind kind, driver::Datum payload) {
-  return driver::Datum(driver::Datum::List{driver::pack(kind), std::move(payload)});
+  return driver::listOf(driver::pack(kind), std::move(payload));
 }
 
 template <class T>

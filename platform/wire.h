@@ -203,26 +203,28 @@ struct Members<platform::WireHit> {
 
 // An event's fields travel as one flat list: every post carries a dozen.
 template <>
-inline Datum pack(const std::vector<platform::EventField>& fields) {
-  Datum::List list;
-  list.reserve(2 * fields.size());
-  for (const auto& [field, value] : fields) {
-    list.emplace_back(static_cast<std::int64_t>(field));
-    list.emplace_back(value);
+struct OwnForm<std::vector<platform::EventField>> {
+  static Datum pack(const std::vector<platform::EventField>& fields) {
+    Datum::List list;
+    list.reserve(2 * fields.size());
+    for (const auto& [field, value] : fields) {
+      list.emplace_back(static_cast<std::int64_t>(field));
+      list.emplace_back(value);
+    }
+    return Datum(std::move(list));
   }
-  return Datum(std::move(list));
-}
-template <>
-inline std::vector<platform::EventField> unpack(const Datum& datum) {
-  const auto& list = datum_detail::as<Datum::List>(datum);
-  if (list.size() % 2 != 0) throw MalformedDatum();
-  std::vector<platform::EventField> fields;
-  fields.reserve(list.size() / 2);
-  for (std::size_t i = 0; i < list.size(); i += 2) {
-    fields.push_back({unpack<std::uint32_t>(list[i]), unpack<std::int64_t>(list[i + 1])});
+  static std::vector<platform::EventField> unpack(const Datum& datum) {
+    const auto& list = datum_detail::as<Datum::List>(datum);
+    if (list.size() % 2 != 0) throw MalformedDatum();
+    std::vector<platform::EventField> fields;
+    fields.reserve(list.size() / 2);
+    for (std::size_t i = 0; i < list.size(); i += 2) {
+      fields.push_back(
+          {driver::unpack<std::uint32_t>(list[i]), driver::unpack<std::int64_t>(list[i + 1])});
+    }
+    return fields;
   }
-  return fields;
-}
+};
 template <>
 struct Members<platform::EventImage> {
   using Event = platform::EventImage;

@@ -165,7 +165,7 @@ const Fault* Desktop::strike(platform::Function function) {
   return struck;
 }
 
-Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
+Answer Desktop::handle(std::size_t clientIndex, const Call& call, std::size_t flow) {
   Client& client = *mac_.clients[clientIndex];
   const Acting acting(mac_.world, client.pid);
   const Fault* fault = strike(call.function);
@@ -183,7 +183,7 @@ Answer Desktop::handle(std::size_t clientIndex, Call call, std::size_t flow) {
   if (outcome != nullptr) result.delay += delayOf(*outcome);
   if (chance_) result.delay += chanceDelay(*chance_, call.function);
   if (result.pending) return result;
-  return conclude(clientIndex, std::move(call), std::move(result), outcome != nullptr, flow);
+  return conclude(clientIndex, call, std::move(result), outcome != nullptr, flow);
 }
 
 Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds since,
@@ -196,16 +196,18 @@ Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds si
 }
 
 /// What follows the answer of a call, whenever it comes.
-Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
+Answer Desktop::conclude(std::size_t clientIndex, const Call& call, Answer result, bool faulty,
                          std::size_t flow) {
   goOn(mac_);
   rules_[clientIndex]->after(call, result, faulty, flow, violations_);
   tellOfViolations(mac_.clients[clientIndex]->pid);
-  // Half at a time: to drop them one by one would move all others each time.
-  if (trace_.size() == traceEntriesMax) {
-    trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
+  if (keepsTrace_) {
+    // Half at a time: to drop them one by one would move all others each time.
+    if (trace_.size() == traceEntriesMax) {
+      trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
+    }
+    trace_.push_back({mac_.now, clientIndex, call, result.value, faulty});
   }
-  trace_.push_back({mac_.now, clientIndex, std::move(call), result.value, faulty});
   if (mac_.clients[clientIndex]->exited) leave(clientIndex);
   return result;
 }

@@ -54,7 +54,7 @@ class Desktop {
   /// Answers one call: asks for a fault, lets the world answer, writes the trace, checks the rules.
   /// The answer is due `delay` after now. Throws MalformedDatum for a call that makes no sense.
   /// `flow` tells the process's flows apart; 0 is the first.
-  Answer handle(std::size_t client, platform::Call call, std::size_t flow = 0);
+  Answer handle(std::size_t client, const platform::Call& call, std::size_t flow = 0);
 
   /// Asks again for the answer of a call that was pending, made at `since`.
   Answer retry(std::size_t client, const platform::Call& call, Microseconds since,
@@ -88,15 +88,17 @@ class Desktop {
   const Client& client(std::size_t client) const { return *mac_.clients[client]; }
   /// The process id of a client, also when it was forgotten.
   static Pid pidOf(std::size_t client);
-  /// The latest calls, 100,000 at least.
+  /// The latest calls, 100,000 at least, unless they are not kept.
   const std::vector<TraceEntry>& trace() const { return trace_; }
+  /// From now on calls are not kept: a copy of each costs as much as its answer.
+  void keepNoTrace() { keepsTrace_ = false; }
 
   /// The invariants broken so far, one sentence each.
   const std::vector<std::string>& violations() const { return violations_; }
 
  private:
   const Fault* strike(platform::Function function);
-  Answer conclude(std::size_t client, platform::Call call, Answer answer, bool faulty,
+  Answer conclude(std::size_t client, const platform::Call& call, Answer answer, bool faulty,
                   std::size_t flow);
   std::optional<Microseconds> nextScripted() const;
   std::optional<Microseconds> nextReaction() const;
@@ -116,6 +118,7 @@ class Desktop {
   std::vector<ArmedFault> faults_;
   std::size_t scripted_ = 0;  // how many have happened
   std::vector<TraceEntry> trace_;
+  bool keepsTrace_ = true;
   std::vector<std::string> violations_;
   std::size_t violationsTold_ = 0;  // how many the journal has
   std::optional<Random> chance_;    // where the world has a seed

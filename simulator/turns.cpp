@@ -58,9 +58,9 @@ void Turns::await(Flow flow, Microseconds deadline, Ask ask) {
 }
 
 /// The new flow counts as running until it arrives, so that time does not run away from it.
-std::optional<Datum> Turns::startFlow(Flow parent, Call call) {
+std::optional<Datum> Turns::startFlow(Flow parent, const Call& call) {
   const std::size_t client = states_.at(parent).client;
-  desktop_.handle(client, std::move(call), states_.at(parent).index);
+  desktop_.handle(client, call, states_.at(parent).index);
   const Flow flow = add(client);
   states_.at(flow).announced = true;
   scheduler_.run(flow);
@@ -68,13 +68,12 @@ std::optional<Datum> Turns::startFlow(Flow parent, Call call) {
 }
 
 std::optional<Datum> Turns::call(Flow flow, Call call) {
-  if (call.function == Function::startFlow) return startFlow(flow, std::move(call));
+  if (call.function == Function::startFlow) return startFlow(flow, call);
   const State& state = states_.at(flow);
   const bool isOutside = call.function == Function::leaveDesktop;
   const bool returns = call.function == Function::returnToDesktop;
   const bool ends = call.function == Function::exit || call.function == Function::dieBySignal;
-  Call copy = call;  // one that waits for its answer is asked again
-  Answer answer = desktop_.handle(state.client, std::move(call), state.index);
+  Answer answer = desktop_.handle(state.client, call, state.index);
   if (ends) endFlows(state.client, flow);
   if (isOutside) scheduler_.goOutside(flow);
   // Who was outside comes back as a flow that has its turn like any other: it might run beside one
@@ -83,7 +82,7 @@ std::optional<Datum> Turns::call(Flow flow, Call call) {
     wait(flow, std::move(answer.value), desktop_.mac().now);
     return std::nullopt;
   }
-  return settle(flow, std::move(copy), std::move(answer));
+  return settle(flow, std::move(call), std::move(answer));
 }
 
 void Turns::awaitAnswer(Flow flow, Call call, Answer answer, Microseconds since) {

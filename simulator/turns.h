@@ -100,7 +100,7 @@ class Turns {
 
   Flow add(std::size_t client);
   std::optional<driver::Datum> settle(Flow flow, platform::Call call, Answer answer);
-  std::optional<driver::Datum> startFlow(Flow parent, platform::Call call);
+  std::optional<driver::Datum> startFlow(Flow parent, const platform::Call& call);
   void retryBlocked();
   std::optional<Microseconds> awaitedLanding() const;
   void endFlows(std::size_t client, std::optional<Flow> except);

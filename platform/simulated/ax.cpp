@@ -51,6 +51,7 @@ Readings attributes(const Element& element, const std::vector<const char*>& name
   const auto wire = simulated::askFor<platform::WireReadings>(Function::axAttributes,
                                                               referenceOf(element), names);
   Readings readings{{}, wire.outcome};
+  readings.slots.reserve(wire.slots.size());
   for (const auto& slot : wire.slots) readings.slots.push_back(slotOf(slot));
   return readings;
 }

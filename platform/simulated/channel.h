@@ -35,12 +35,11 @@ T askFor(platform::Function function, const Arguments&... arguments) {
 template <class T, class... Arguments>
 T askOrThrow(platform::Function function, const Arguments&... arguments) {
   // A platform::Thrown, taken apart without copies.
-  const driver::Datum answer = ask(function, arguments...);
-  const auto& parts = driver::datum_detail::as<driver::Datum::List>(answer);
+  auto parts = driver::datum_detail::as<driver::Datum::List>(ask(function, arguments...));
   if (parts.size() != 2) throw driver::MalformedDatum();
   const auto error = driver::unpack<std::optional<std::string>>(parts[0]);
   if (error) throw platform::PlatformError(*error);
-  return driver::unpack<T>(parts[1]);
+  return driver::unpack<T>(std::move(parts[1]));
 }
 
 /// How many handles made by `makeHandle` are alive.

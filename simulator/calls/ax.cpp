@@ -178,10 +178,10 @@ Answer axAttribute(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const Message message = send(mac, element.pid);
   platform::WireReadings readings{{}, message.outcome};
   if (message.application != nullptr) {
-    readings.slots = {readSlot(mac, *message.application, element.id, arguments.text(1))};
+    readings.slots.push_back(readSlot(mac, *message.application, element.id, arguments.text(1)));
     readings.outcome.error = readings.slots[0].error;
   }
-  return {pack(readings), message.delay};
+  return {pack(std::move(readings)), message.delay};
 }
 
 Answer axAttributes(Mac& mac, Client& /*client*/, const Arguments& arguments) {
@@ -191,11 +191,14 @@ Answer axAttributes(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   if (message.application != nullptr && gone(mac.world, *message.application, element.id)) {
     readings.outcome.error = ax::Error::invalidElement;
   } else if (message.application != nullptr) {
-    for (const auto& name : arguments.get<std::vector<std::string>>(1)) {
-      readings.slots.push_back(readSlot(mac, *message.application, element.id, name));
+    const Datum::List& names = arguments.borrowed<Datum::List>(1);
+    readings.slots.reserve(names.size());
+    for (const Datum& name : names) {
+      readings.slots.push_back(readSlot(mac, *message.application, element.id,
+                                        driver::datum_detail::as<std::string>(name)));
     }
   }
-  return {pack(readings), message.delay};
+  return {pack(std::move(readings)), message.delay};
 }
 
 Answer axActionNames(Mac& mac, Client& /*client*/, const Arguments& arguments) {

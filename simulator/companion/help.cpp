@@ -123,10 +123,10 @@ struct Topic {
 
 constexpr std::array topics = {
     Topic{"calls",
-          "what a process can ask of a Mac, the form of the answer, how a fault can change it",
+          "the calls that a process can make, the form of the answer, how a fault can change it",
           calls},
-    Topic{"outcomes", "what a fault can make of a call, and of which forms of answers", outcomes},
-    Topic{"happenings", "what a world can script, and which of it a running Mac can be told",
+    Topic{"outcomes", "what a fault can do to a call, and to which forms of answers", outcomes},
+    Topic{"happenings", "what a world can script, and which of it a running Mac accepts",
           happenings},
     Topic{"reactions", "what an element can do when it is clicked", reactions},
     Topic{"habits", "what a world can say of an element", habits},

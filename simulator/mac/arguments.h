@@ -25,6 +25,13 @@ class Arguments {
     return driver::unpack<T>(list_[index]);
   }
 
+  /// A text or a list as it came.
+  template <class T>
+  const T& borrowed(std::size_t index) const {
+    if (index >= list_.size()) throw driver::MalformedDatum();
+    return driver::datum_detail::as<T>(list_[index]);
+  }
+
   std::string text(std::size_t index) const { return get<std::string>(index); }
 
  private:

@@ -184,6 +184,13 @@ TEST_F(broken_run, that_lives_on_and_ends_within_a_line) {
   EXPECT_EQ(end("{\"ok\":true}\n{\"e", 1), Sentences{"I7: the last line is not whole"});
 }
 
+TEST_F(broken_run, that_lives_on_and_fails_as_if_it_had_not) {
+  client_.arguments = {"driver", "keep-awake"};
+
+  EXPECT_EQ(end("{\"ok\":true}\n{\"ok\":false}\n", 0),
+            Sentences{"I7: the last line is a failure, the status is not"});
+}
+
 TEST_F(broken_run, that_was_killed_is_not_held_to_its_end) {
   focusRecord(true);
   post(event(leftDown));

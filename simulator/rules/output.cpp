@@ -29,10 +29,16 @@ std::vector<std::string> endingFaults(const Client& client) {
     if (refused && !reply.saysWhy) faults.emplace_back("a failure without an \"error\"");
     rest.remove_prefix(length);
   }
-  if (refused && client.exited && !client.diedBySignal && client.status != 1) {
-    faults.emplace_back("the last line is a failure, the status is not");
-  }
   return faults;
+}
+
+/// Of lines, all of them whole.
+bool endInFailure(std::string_view lines) {
+  if (lines.empty()) return false;
+  const std::size_t before = lines.substr(0, lines.size() - 1).rfind('\n');
+  const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+  const ReplyFacts last = readReply(std::string(lines.substr(start)));
+  return last.faults.empty() && !last.ok;
 }
 
 }  // namespace
@@ -53,6 +59,9 @@ void OutputRules::checkLines(Violations& violations) const {
   for (const std::string& fault : lineFaults(lines)) violations.push_back("I7: " + fault);
   if (client.exited && !client.diedBySignal && output.empty()) {
     violations.push_back("I7: the run ended without a line");
+  }
+  if (client.exited && !client.diedBySignal && client.status != 1 && endInFailure(lines)) {
+    violations.push_back("I7: the last line is a failure, the status is not");
   }
   if (run_.livenessFailed && !isLivenessRefusal(output)) {
     violations.push_back("I2: the run did not end with the refusal");

@@ -73,7 +73,10 @@ void addWindows(Random& random, std::int64_t firstNumber, const MacSketch& mac,
     window.place = {display.x + random.between(-50, 500), display.y + random.between(0, 300), 0, 0};
     window.place.width = random.between(30, 500);
     window.place.height = random.between(30, 400);
-    window.title = title(random, features.oddTexts);
+    // As much of it on one display as on the other.
+    const bool isHalved = mac.aim != nullptr && mac.displays.size() > 1 && random.oneIn(3);
+    if (isHalved) window.place.x = mac.displays.front().width - window.place.width / 2;
+    window.title = title(random, features);
     if (features.oddWindows && random.oneIn(4)) window.title.clear();
     if (isTwin) {
       window.title = sketch.windows.back().title;
@@ -90,7 +93,7 @@ void addWindows(Random& random, std::int64_t firstNumber, const MacSketch& mac,
     }
     if (!hasElement) line.options.emplace_back("no-element");
     if (features.hidden && hasElement && random.oneIn(6)) line.options.emplace_back("minimized");
-    if (hasElement) line.lines = someElements(random, features, window.place, sketch);
+    if (hasElement) line.lines = someElements(random, mac, window.place, sketch);
     // A sheet hangs on the first window, which must have an element.
     if (i == 0 && !hasElement && features.sheets) line.options.pop_back();
     application.lines.push_back(std::move(line));
@@ -106,8 +109,9 @@ void addMenus(Random& random, const Features& features, ApplicationSketch& sketc
   const std::size_t count = 1 + random.below(5);
   for (std::size_t i = 0; i < count; ++i) {
     std::vector<std::string> path = {std::string(random.pick(bars))};
-    path.push_back(random.oneIn(4) ? "Paste" : label(random, features.oddTexts));
-    if (random.oneIn(4)) path.push_back(label(random, features.oddTexts));
+    path.push_back(random.oneIn(4) ? "Paste" : label(random, features));
+    if (random.oneIn(4)) path.back() += random.oneIn(2) ? "\u2026" : "...";
+    if (random.oneIn(4)) path.push_back(label(random, features));
     WorldLine line{"menu"};
     for (std::size_t word = 0; word < path.size(); ++word) {
       line.head += (word == 0 ? " " : " > ") + inQuotes(path[word]);
@@ -159,6 +163,9 @@ void addApplication(Random& random, std::size_t number, bool frontmost, MacSketc
   }
   if (frontmost) line.options.emplace_back("frontmost");
   addManners(random, features, line);
+  if (mac.aim != nullptr && mac.aim->command == "ax-focused" && random.oneIn(2)) {
+    line.options.emplace_back("failing AXFocusedUIElement -25212");
+  }
   addWindows(random, 1 + place * windowsOfEach, mac, sketch, line);
   if (features.menus) addMenus(random, features, sketch, line);
   if (!random.oneIn(4)) focusField(random, features, line.lines);

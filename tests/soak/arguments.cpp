@@ -15,8 +15,6 @@ struct Drawing {
   const MacSketch& mac;
   const ApplicationSketch& application;
   CommandLine& words;
-
-  bool odd() const { return mac.features.oddTexts; }
 };
 
 void putApplication(const Drawing& drawing) {
@@ -42,7 +40,7 @@ std::string someLabel(const Drawing& drawing) {
     const std::string& known = drawing.random.pick(controls).label;
     if (!known.empty()) return known;
   }
-  return label(drawing.random, drawing.odd());
+  return label(drawing.random, drawing.mac.features);
 }
 
 void putLabel(const Drawing& drawing) { drawing.words.push_back(someLabel(drawing)); }
@@ -67,14 +65,15 @@ void putChild(const Drawing& drawing) {
 }
 
 void putText(const Drawing& drawing) {
-  drawing.words.push_back(prose(drawing.random, drawing.odd()));
+  drawing.words.push_back(prose(drawing.random, drawing.mac.features));
 }
 
 void putLongText(const Drawing& drawing) {
   if (!drawing.random.oneIn(8)) return putText(drawing);
   std::string text;
   const std::size_t pieces = 1 + drawing.random.below(12);
-  for (std::size_t i = 0; i < pieces; ++i) text += prose(drawing.random, drawing.odd()) + ", ";
+  for (std::size_t i = 0; i < pieces; ++i)
+    text += prose(drawing.random, drawing.mac.features) + ", ";
   drawing.words.push_back(std::move(text));
 }
 
@@ -141,14 +140,25 @@ void putMode(const Drawing& drawing) {
 }
 
 void putOwned(const Drawing& drawing) {
-  putOneOf(drawing, std::array<std::string_view, 6>{"[\"hello\"]", "[]", "[\"hello\",\"a\"]", "[1]",
-                                                    "{", "[\"hello \"]"});
+  putOneOf(drawing, std::array<std::string_view, 8>{"[\"hello\"]", "[]", "[\"hello\",\"a\"]", "[1]",
+                                                    "{", "[\"hello \"]", "[\"hello\",1]",
+                                                    "[\"hello\",\"a\",\"line\\n\"]"});
+}
+
+std::string withoutEllipsis(std::string text) {
+  for (const std::string_view ellipsis : {"\u2026", "..."}) {
+    if (text.ends_with(ellipsis)) text.resize(text.size() - ellipsis.size());
+  }
+  return text;
 }
 
 void putMenuPath(const Drawing& drawing) {
   const auto& menus = drawing.application.menus;
   if (menus.empty() || drawing.random.oneIn(6)) return putLabel(drawing);
-  const auto& path = drawing.random.pick(menus);
+  auto path = drawing.random.pick(menus);
+  if (drawing.random.oneIn(4)) {
+    for (std::string& word : path) word = withoutEllipsis(std::move(word));
+  }
   drawing.words.insert(drawing.words.end(), path.begin(), path.end());
 }
 

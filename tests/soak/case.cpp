@@ -1,6 +1,7 @@
 #include "tests/soak/case.h"
 
 #include <array>
+#include <limits>
 
 #include "simulator/text/error.h"
 #include "simulator/text/scanner.h"
@@ -135,12 +136,14 @@ void readSteps(std::string_view text, Case& one) {
     } else if (words.take("fault")) {
       one.faults.push_back(readFault(line));
       continue;
+    } else if (words.take("turns")) {
+      one.turns = words.integer("turns", "a number", 0, std::numeric_limits<std::int64_t>::max());
     } else if (words.nextIs("run") || words.nextIs("beside")) {
       Step& step = one.steps.emplace_back();
       step.beside = words.take("beside") || !words.take("run");
       while (!words.atEnd()) step.words.push_back(words.text("run", "quoted texts"));
     } else {
-      words.failUnknown("fault, run or beside");
+      words.failUnknown("turns, fault, run or beside");
     }
     words.expectEnd();
   }
@@ -156,6 +159,7 @@ std::string worldText(const Case& one) {
 
 std::string stepsText(const Case& one) {
   std::string text;
+  if (one.turns) text += "turns " + std::to_string(*one.turns) + "\n";
   for (const std::string& fault : one.faults) text += "fault " + fault + "\n";
   for (const Step& step : one.steps) writeStep(step, text);
   return text;

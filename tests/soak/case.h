@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,6 +57,8 @@ struct Case {
   std::vector<WorldLine> world;
   std::vector<std::string> faults = {};  // as simulator::parseFault reads them
   std::vector<Step> steps;
+  /// What decides by chance which flow goes on when several could; absent: each until it waits.
+  std::optional<std::uint64_t> turns = {};
 
   friend bool operator==(const Case&, const Case&) = default;
 };

@@ -18,7 +18,8 @@ constexpr const char* world = R"(app "Notes" pid 41
 at 100us lock
 )";
 
-constexpr const char* steps = R"(fault private.post 3+ refused
+constexpr const char* steps = R"(turns 7
+fault private.post 3+ refused
 fault any 7 before user copy "a b"
 run "windows" "Notes"
     after 200us

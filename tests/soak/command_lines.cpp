@@ -85,7 +85,7 @@ CommandLine wordsOf(Random& random, const Form& form, const MacSketch& mac,
 }
 
 /// Makes the words such that they may make no sense any more.
-void disturb(Random& random, bool odd, CommandLine& words) {
+void disturb(Random& random, const Features& features, CommandLine& words) {
   const std::size_t place = random.below(words.size());
   switch (random.below(6)) {
     case 0:
@@ -98,7 +98,7 @@ void disturb(Random& random, bool odd, CommandLine& words) {
       words[place] = oddText(random);
       break;
     case 3:
-      words.push_back(prose(random, odd));
+      words.push_back(prose(random, features));
       break;
     case 4:
       std::swap(words[place], words.back());
@@ -109,7 +109,14 @@ void disturb(Random& random, bool odd, CommandLine& words) {
   }
 }
 
-const Form& someForm(Random& random, const Features& features) {
+const Form& formOf(std::string_view name) {
+  return *std::find_if(forms.begin(), forms.end(),
+                       [&](const Form& each) { return each.name == name; });
+}
+
+const Form& someForm(Random& random, const MacSketch& mac) {
+  if (mac.aim != nullptr && !random.oneIn(3)) return formOf(mac.aim->command);
+  const Features& features = mac.features;
   for (std::size_t attempt = 0; attempt < 40; ++attempt) {
     const Form& form = random.pick(forms);
     if (form.feature == nullptr ? random.oneIn(6) : features.*form.feature) return form;
@@ -122,10 +129,10 @@ const Form& someForm(Random& random, const Features& features) {
 Step someRun(Random& random, const MacSketch& mac) {
   const ApplicationSketch& application = random.pick(mac.applications);
   Step step;
-  const Form& form = someForm(random, mac.features);
+  const Form& form = someForm(random, mac);
   step.words = wordsOf(random, form, mac, application);
   if (mac.features.oddArguments && random.oneIn(3)) {
-    disturb(random, mac.features.oddTexts, step.words);
+    disturb(random, mac.features, step.words);
   }
   step.environment = someEnvironment(random, mac);
   return step;
@@ -134,9 +141,7 @@ Step someRun(Random& random, const MacSketch& mac) {
 CommandLine someSharedCommand(Random& random, const MacSketch& mac,
                               const ApplicationSketch& application) {
   const std::string_view name = random.pick(sharedNames);
-  const auto* const form =
-      std::find_if(forms.begin(), forms.end(), [&](const Form& each) { return each.name == name; });
-  return wordsOf(random, *form, mac, application);
+  return wordsOf(random, formOf(name), mac, application);
 }
 
 std::map<std::string, std::string> someEnvironment(Random& random, const MacSketch& mac) {
@@ -145,7 +150,7 @@ std::map<std::string, std::string> someEnvironment(Random& random, const MacSket
     const ApplicationSketch& application = random.pick(mac.applications);
     const bool isKnown = !application.windows.empty() && !random.oneIn(4);
     environment["CU_WINDOW"] =
-        isKnown ? random.pick(application.windows).title : title(random, mac.features.oddTexts);
+        isKnown ? random.pick(application.windows).title : title(random, mac.features);
   }
   if (mac.features.service) {
     environment["CU_CAPTURE_PID"] =

@@ -1,5 +1,6 @@
 #include "tests/soak/elements.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -21,11 +22,22 @@ constexpr std::array<std::string_view, 14> containerRoles = {
     "AXGroup", "AXScrollArea", "AXToolbar",    "AXTable",   "AXRow",   "AXCell",  "AXList",
     "AXRow",   "AXWebArea",    "AXSplitGroup", "AXPopover", "AXSheet", "AXGroup", "AXOutline"};
 
+bool isField(const WorldLine& line) {
+  for (const std::string_view role : fieldRoles) {
+    if (line.head.starts_with(role)) return true;
+  }
+  return false;
+}
+
+bool isContainer(std::string_view role) {
+  return std::find(containerRoles.begin(), containerRoles.end(), role) != containerRoles.end();
+}
+
 /// The elements of one window.
 class Drawer {
  public:
-  Drawer(Random& random, const Features& features, ApplicationSketch& application)
-      : random_(random), features_(features), application_(application) {}
+  Drawer(Random& random, const MacSketch& mac, ApplicationSketch& application)
+      : random_(random), features_(mac.features), aim_(mac.aim), application_(application) {}
 
   std::vector<WorldLine> elementsIn(const Place& place, std::size_t depth) {
     std::vector<WorldLine> lines;
@@ -38,8 +50,14 @@ class Drawer {
  private:
   WorldLine element(const Place& around, std::size_t depth) {
     const std::size_t depthMax = features_.deepTrees ? 7 : 2;
+    const bool isDeepest = depth >= depthMax;
+    if (aim_ != nullptr && !aim_->roles.empty() && !random_.oneIn(3)) {
+      const std::string_view role = aimedRole(random_, *aim_);
+      return isContainer(role) && !isDeepest ? container(around, depth, role)
+                                             : control(around, role);
+    }
     const std::size_t kind = random_.below(8);
-    if (kind < 2 && depth < depthMax) return container(around, depth);
+    if (kind < 2 && !isDeepest) return container(around, depth, random_.pick(containerRoles));
     if (kind < 5) return control(around, random_.pick(controlRoles));
     return control(around, random_.pick(fieldRoles));
   }
@@ -58,7 +76,7 @@ class Drawer {
   WorldLine headed(std::string_view role, const Place& around) {
     ControlSketch sketch;
     sketch.role = role;
-    if (!random_.oneIn(3)) sketch.label = label(random_, features_.oddTexts);
+    if (!random_.oneIn(3)) sketch.label = label(random_, features_);
     sketch.place = placeWithin(around);
     WorldLine line{std::string(role)};
     if (!sketch.label.empty()) line.head += " " + inQuotes(sketch.label);
@@ -69,8 +87,7 @@ class Drawer {
     return line;
   }
 
-  WorldLine container(const Place& around, std::size_t depth) {
-    const std::string_view role = random_.pick(containerRoles);
+  WorldLine container(const Place& around, std::size_t depth, std::string_view role) {
     WorldLine line = headed(role, around);
     const Place own = application_.controls.back().place.value_or(around);
     if (features_.endlessTrees && random_.oneIn(3)) {
@@ -105,11 +122,18 @@ class Drawer {
     WorldLine line = headed(role, around);
     addHabits(random_, features_, role, line);
     addCommonHabits(random_, features_, line);
+    // More than one may say so.
+    const bool isAskedForFocus =
+        aim_ != nullptr && aim_->command == "ax-focused" && !features_.lies;
+    if (isAskedForFocus && isField(line) && random_.oneIn(3)) {
+      line.options.emplace_back("attribute AXFocused true");
+    }
     return line;
   }
 
   Random& random_;
   const Features& features_;
+  const Aim* aim_;
   ApplicationSketch& application_;
 };
 
@@ -122,7 +146,7 @@ std::string change(Random& random, const Features& features, const std::string& 
     case 1:
       return "disable " + target;
     case 2:
-      return "relabel " + target + " " + inQuotes(label(random, features.oddTexts));
+      return "relabel " + target + " " + inQuotes(label(random, features));
     case 3:
       return "count " + target + (random.oneIn(2) ? " up" : " down by 3");
     case 4:
@@ -147,7 +171,7 @@ std::string deed(Random& random, const Features& features, const ApplicationSket
   if (features.deadlyActs && random.oneIn(5)) return random.oneIn(2) ? "quit" : "hang";
   if (features.windowActs && random.oneIn(2)) {
     const std::size_t kind = random.below(5);
-    const std::string name = title(random, features.oddTexts);
+    const std::string name = title(random, features);
     if (kind == 0) return "open sheet " + inQuotes(name);
     if (kind == 1) return "close window";
     if (kind == 2) return "retitle " + inQuotes(name);
@@ -158,7 +182,7 @@ std::string deed(Random& random, const Features& features, const ApplicationSket
     }
   }
   if (target.empty()) return random.oneIn(2) ? "toggle" : "choose";
-  const std::string text = inQuotes(prose(random, features.oddTexts));
+  const std::string text = inQuotes(prose(random, features));
   if (random.oneIn(6)) return "paste";
   return random.oneIn(2) ? "append " + text + " to " + inQuotes(target)
                          : "set " + inQuotes(target) + " " + text;
@@ -171,13 +195,6 @@ std::string delay(Random& random) {
   return text + " ";
 }
 
-bool isField(const WorldLine& line) {
-  for (const std::string_view role : fieldRoles) {
-    if (line.head.starts_with(role)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 std::string reaction(Random& random, const Features& features,
@@ -186,9 +203,9 @@ std::string reaction(Random& random, const Features& features,
   return before + deed(random, features, application);
 }
 
-std::vector<WorldLine> someElements(Random& random, const Features& features, const Place& place,
+std::vector<WorldLine> someElements(Random& random, const MacSketch& mac, const Place& place,
                                     ApplicationSketch& application) {
-  return Drawer(random, features, application).elementsIn(place, 0);
+  return Drawer(random, mac, application).elementsIn(place, 0);
 }
 
 void addReactions(Random& random, const Features& features, const ApplicationSketch& application,

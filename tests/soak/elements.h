@@ -7,7 +7,7 @@ namespace soak {
 
 /// What stands in a window, at the place; adds it to the application's controls. What their presses
 /// do is left to `addReactions`.
-std::vector<WorldLine> someElements(Random& random, const Features& features, const Place& place,
+std::vector<WorldLine> someElements(Random& random, const MacSketch& mac, const Place& place,
                                     ApplicationSketch& application);
 
 /// Something that a press, or the application by itself, does; it has to do with what the

@@ -23,10 +23,44 @@ std::string someInterruption(Random& random, const MacSketch& mac) {
   return "any " + std::to_string(call) + " before " + happening;
 }
 
+using platform::Function;
+
+/// What most runs call, and what those do that live on.
+constexpr std::array callsOfRuns = {Function::createMouseEvent,
+                                    Function::createKeyboardEvent,
+                                    Function::privatePost,
+                                    Function::publicPost,
+                                    Function::postRecord,
+                                    Function::frontProcess,
+                                    Function::frontmost,
+                                    Function::session,
+                                    Function::axAttribute,
+                                    Function::axAttributes,
+                                    Function::axActionNames,
+                                    Function::axPerform,
+                                    Function::axSetAttribute,
+                                    Function::windows,
+                                    Function::nullSignal,
+                                    Function::pasteboardItems,
+                                    Function::writeFilesToPasteboard,
+                                    Function::writePasteboard,
+                                    Function::writeOutput};
+constexpr std::array callsOfLivingRuns = {
+    Function::createTap,          Function::tapIsEnabled, Function::tapCanBeMade,
+    Function::lockScreen,         Function::screens,      Function::showPanel,
+    Function::axTrusted,          Function::toolOutput,   Function::writeOutput,
+    Function::shareContent,       Function::startStream,  Function::updateFilter,
+    Function::stopStream,         Function::frontProcess, Function::postRecord,
+    Function::preventDisplaySleep};
+
+Function someFunction(Random& random, const Features& features) {
+  if (random.oneIn(2)) return static_cast<Function>(random.below(platform::functionNames.size()));
+  return features.living ? random.pick(callsOfLivingRuns) : random.pick(callsOfRuns);
+}
+
 std::string someFault(Random& random, const MacSketch& mac) {
   if (random.oneIn(3)) return someInterruption(random, mac);
-  const std::size_t number = random.below(platform::functionNames.size());
-  const auto function = static_cast<platform::Function>(number);
+  const Function function = someFunction(random, mac.features);
   const auto names = simulator::outcomeNames(platform::shapeOf(function));
   std::string outcome(random.pick(names));
   if (outcome == "before") {

@@ -61,6 +61,11 @@ struct Features {
   bool living = false;  // services, guards, watchers
   bool faults = false;
   bool latencies = false;
+  bool turns = false;  // flows go on in any order
+
+  // Of both.
+  bool fewTexts = false;  // so that many are equal
+  bool aimed = false;     // most runs are of one command, and the Mac has what it is for
 };
 
 /// The features of a case.

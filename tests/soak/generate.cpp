@@ -1,5 +1,8 @@
 #include "tests/soak/generate.h"
 
+#include <array>
+
+#include "tests/soak/aims.h"
 #include "tests/soak/command_lines.h"
 #include "tests/soak/faults.h"
 #include "tests/soak/happenings.h"
@@ -39,12 +42,25 @@ void addLivingRuns(Random random, const MacSketch& mac, Microseconds duration,
   }
 }
 
+/// Something happens, and something goes wrong.
+void disturb(Random& random, Features& features) {
+  constexpr std::array happenings = {&Features::userClicks, &Features::userTypes,
+                                     &Features::userCopies, &Features::session,
+                                     &Features::signals,    &Features::system};
+  features.*random.pick(happenings) = true;
+  features.faults = true;
+}
+
 }  // namespace
 
 Case generate(std::uint64_t seed) {
   Random random(seed);
-  const Features features = drawFeatures(random.branch());
-  GeneratedMac mac = someMac(random.branch(), features);
+  Features features = drawFeatures(random.branch());
+  Random aiming = random.branch();
+  const Aim* aim = features.aimed ? &someAim(aiming) : nullptr;
+  if (aim != nullptr && aim->feature != nullptr) features.*aim->feature = true;
+  if (aim != nullptr && aiming.oneIn(2)) disturb(aiming, features);
+  GeneratedMac mac = someMac(random.branch(), features, aim);
   Case one;
   one.steps = someSteps(random.branch(), mac.sketch);
   const Microseconds duration = aSecond * static_cast<Microseconds>(one.steps.size());
@@ -60,6 +76,9 @@ Case generate(std::uint64_t seed) {
   for (WorldLine& line : someHappenings(random.branch(), mac.sketch, duration)) {
     one.world.push_back(std::move(line));
   }
+  Random turns = random.branch();
+  const bool hasSeveralFlows = features.living || features.signals;
+  if (features.turns && hasSeveralFlows) one.turns = turns.below(1'000'000);
   return one;
 }
 

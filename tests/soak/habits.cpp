@@ -54,10 +54,10 @@ void addFieldHabit(Random& random, WorldLine& line) {
 
 void addToField(Random& random, const Features& features, WorldLine& line) {
   if (!random.oneIn(3)) {
-    line.options.push_back("value " + inQuotes(prose(random, features.oddTexts)));
+    line.options.push_back("value " + inQuotes(prose(random, features)));
   }
   if (random.oneIn(4)) {
-    line.options.push_back("placeholder " + inQuotes(prose(random, features.oddTexts)));
+    line.options.push_back("placeholder " + inQuotes(prose(random, features)));
   }
   if (features.fieldHabits && random.oneIn(2)) addFieldHabit(random, line);
 }
@@ -112,13 +112,13 @@ void addHabits(Random& random, const Features& features, std::string_view role, 
     addToField(random, features, line);
   } else if (isText) {
     if (!random.oneIn(5)) {
-      line.options.push_back("value " + inQuotes(prose(random, features.oddTexts)));
+      line.options.push_back("value " + inQuotes(prose(random, features)));
     }
   } else if (role == "AXSlider") {
     if (!random.oneIn(8)) addToSlider(random, line);
   } else if (role == "AXPopUpButton") {
-    const std::string first = inQuotes(label(random, features.oddTexts));
-    const std::string second = inQuotes(label(random, features.oddTexts));
+    const std::string first = inQuotes(label(random, features));
+    const std::string second = inQuotes(label(random, features));
     line.options.push_back("choices " + first + " " + second);
   }
 }
@@ -126,7 +126,7 @@ void addHabits(Random& random, const Features& features, std::string_view role, 
 void addCommonHabits(Random& random, const Features& features, WorldLine& line) {
   if (random.oneIn(12)) line.options.emplace_back("disabled");
   if (random.oneIn(12)) {
-    line.options.push_back("help " + inQuotes(label(random, features.oddTexts)));
+    line.options.push_back("help " + inQuotes(label(random, features)));
   }
   if (random.oneIn(16)) {
     line.options.emplace_back(random.oneIn(2) ? "actions none" : "actions AXPress,AXShowMenu");

@@ -43,7 +43,7 @@ std::string someKey(Random& random, const MacSketch& mac) {
 }
 
 std::string someCopy(Random& random, const MacSketch& mac) {
-  return "user copy " + inQuotes(prose(random, mac.features.oddTexts));
+  return "user copy " + inQuotes(prose(random, mac.features));
 }
 
 std::string someSwitch(Random& random, const MacSketch& mac) {

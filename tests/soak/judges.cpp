@@ -61,9 +61,9 @@ std::optional<Complaint> judge(const Case& one, const Played& played) {
 }
 
 std::optional<Complaint> verdict(const Case& one, const std::string& folder,
-                                 const std::function<void(const Played&)>& observe) {
+                                 const std::function<void(const Played&)>& observe, Trace trace) {
   try {
-    const Played played = play(one, folder);
+    const Played played = play(one, folder, Way::fast, trace);
     observe(played);
     return judge(one, played);
   } catch (const simulator::WorldError& error) {

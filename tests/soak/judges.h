@@ -32,7 +32,8 @@ std::optional<Complaint> judge(const Case& one, const Played& played);
 /// happened is shown to `observe` before.
 std::optional<Complaint> verdict(
     const Case& one, const std::string& folder,
-    const std::function<void(const Played&)>& observe = [](const Played&) {});
+    const std::function<void(const Played&)>& observe = [](const Played&) {},
+    Trace trace = Trace::none);
 
 /// Plays a case twice, the second time as its files read back and by flows: every call must be the
 /// same, with the same answer. `verdict` has found the case playable.

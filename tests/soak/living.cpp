@@ -51,7 +51,7 @@ std::string jsonText(std::string_view text) {
 std::string opening(Random& random, const MacSketch& mac, const std::string& head) {
   const ApplicationSketch& application = random.pick(mac.applications);
   std::string line = head + ",\"app\":" + jsonText(address(random, application));
-  if (random.oneIn(4)) line += ",\"window\":" + jsonText(title(random, mac.features.oddTexts));
+  if (random.oneIn(4)) line += ",\"window\":" + jsonText(title(random, mac.features));
   return line + "}";
 }
 
@@ -83,6 +83,8 @@ void addInput(Random& random, Microseconds duration, std::string text, Step& ste
 
 Step captureService(Random& random, const MacSketch& mac, Microseconds duration) {
   Step step{{"capture-service", "FOLDER/lock"}};
+  // A service depends on none.
+  if (mac.features.service && random.oneIn(4)) step.environment["CU_CAPTURE_PID"] = "7";
   const ApplicationSketch& first = random.pick(mac.applications);
   step.deliveries.push_back(
       {Delivery::Kind::input, 0,
@@ -103,10 +105,15 @@ Step guard(Random& random, const MacSketch& mac, Microseconds duration) {
   if (random.oneIn(4)) environment["ZENTROVE_DESK_LANG"] = "zh";
   if (random.oneIn(4)) environment["ZENTROVE_COVER_FACE"] = "/face.png";
   if (random.oneIn(4)) {
-    environment["ZENTROVE_COVER_NAME"] = label(random, mac.features.oddTexts);
+    environment["ZENTROVE_COVER_NAME"] = label(random, mac.features);
   }
-  constexpr std::array<std::string_view, 5> lines = {"operating\n", "minding\n", "  minding \n",
-                                                     "operat", "what?\n"};
+  constexpr std::array<std::string_view, 7> lines = {"operating\n",
+                                                     "minding\n",
+                                                     "  minding \n",
+                                                     "operat",
+                                                     "what?\n",
+                                                     "operating\r\n",
+                                                     "minding\noperating\nminding\noperating\n"};
   const std::size_t count = random.below(4);
   for (std::size_t i = 0; i < count; ++i) {
     addInput(random, duration, std::string(random.pick(lines)), step);
@@ -133,6 +140,7 @@ void addEnd(Random& random, Microseconds duration, Step& step) {
   const bool livesForEver = step.words.front() == "keep-awake";
   Delivery end;
   end.at = random.between(duration / 2, duration);
+  if (random.oneIn(6)) end.at = random.between(0, duration / 200);
   if (livesForEver || random.oneIn(3)) {
     end.kind = Delivery::Kind::signal;
     end.signal = random.pick(endings);
@@ -149,7 +157,7 @@ void addEnd(Random& random, Microseconds duration, Step& step) {
 Step someLivingRun(Random& random, const MacSketch& mac, Microseconds duration) {
   Step step = random.pick(livingMakers)(random, mac, duration);
   if (mac.features.scope && random.oneIn(3)) {
-    step.environment["CU_WINDOW"] = title(random, mac.features.oddTexts);
+    step.environment["CU_WINDOW"] = title(random, mac.features);
   }
   addEnd(random, duration, step);
   step.beside = true;

@@ -66,7 +66,7 @@ void addPasteboard(Random& random, const Features& features, std::vector<WorldLi
   const std::size_t count = 1 + random.below(3);
   for (std::size_t i = 0; i < count; ++i) {
     WorldLine line{"pasteboard item \"public.utf8-plain-text\" " +
-                   inQuotes(prose(random, features.oddTexts))};
+                   inQuotes(prose(random, features))};
     if (random.oneIn(3)) line.options.emplace_back("\"public.rtf\" \"{old}\"");
     if (random.oneIn(5)) line.options.emplace_back("promises \"com.example.lazy\"");
     world.push_back(std::move(line));
@@ -122,16 +122,17 @@ void addPanel(Random& random, GeneratedMac& mac) {
 
 }  // namespace
 
-GeneratedMac someMac(Random random, const Features& features) {
+GeneratedMac someMac(Random random, const Features& features, const Aim* aim) {
   GeneratedMac mac;
   mac.sketch.features = features;
+  mac.sketch.aim = aim;
   addDisplays(random, mac);
   mac.sketch.processes.push_back(servicePid);
   mac.world.push_back({"process " + std::to_string(servicePid)});
   if (features.denials) addDenials(random, mac.world);
   if (features.pasteboard) addPasteboard(random, features, mac.world);
   if (features.otherKeyboard) addHabitsOfUser(random, mac.world);
-  const std::size_t count = 1 + random.below(applicationsMax);
+  const std::size_t count = 1 + random.below(aim == nullptr ? applicationsMax : 2);
   const std::size_t front = random.below(count + 1);  // at times none
   for (std::size_t i = 0; i < count; ++i) {
     addApplication(random, i, i == front, mac.sketch, mac.world);

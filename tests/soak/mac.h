@@ -11,7 +11,7 @@ struct GeneratedMac {
   MacSketch sketch;
 };
 
-GeneratedMac someMac(Random random, const Features& features);
+GeneratedMac someMac(Random random, const Features& features, const Aim* aim);
 
 /// The process that has this id is none of the applications.
 inline constexpr std::int64_t servicePid = 900;

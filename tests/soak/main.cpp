@@ -28,11 +28,14 @@ int playMany(const Options& options) {
     print("seed " + std::to_string(failure.seed) + ": " + failure.judge + ": " + failure.text +
           "\n");
   }
-  std::printf("%llu cases, %llu runs, %llu simulated seconds in %.1f s: %.0f cases a second\n",
+  std::printf("%llu cases, %llu runs, %llu simulated seconds in %.1f s\n",
               static_cast<unsigned long long>(tally.cases),
               static_cast<unsigned long long>(tally.runs),
-              static_cast<unsigned long long>(tally.simulatedSeconds), tally.seconds,
-              static_cast<double>(tally.cases) / tally.seconds);
+              static_cast<unsigned long long>(tally.simulatedSeconds), tally.seconds);
+  std::printf("%.0f cases and %.0f simulated seconds for each of %.1f s of processor time\n",
+              static_cast<double>(tally.cases) / tally.processorSeconds,
+              static_cast<double>(tally.simulatedSeconds) / tally.processorSeconds,
+              tally.processorSeconds);
   if (options.showsCoverage) print(whatNeverOccurred(tally.coverage));
   std::printf("%zu seeds failed\n", tally.failures.size());
   return tally.failures.empty() ? 0 : 1;

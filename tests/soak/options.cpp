@@ -6,6 +6,18 @@ namespace soak {
 
 namespace {
 
+std::vector<std::string> piecesOf(const std::string& text) {
+  std::vector<std::string> pieces(1);
+  for (const char c : text) {
+    if (c == ',') {
+      pieces.emplace_back();
+    } else {
+      pieces.back() += c;
+    }
+  }
+  return pieces;
+}
+
 class Reader {
  public:
   explicit Reader(const std::vector<std::string>& words) : words_(words) {}
@@ -31,6 +43,8 @@ class Reader {
       options_.showsCoverage = true;
     } else if (option == "--first") {
       options_.stopsAtFirst = true;
+    } else if (option == "--of") {
+      options_.commands = piecesOf(word());
     } else if (option == "--show") {
       options_.seed = number();
       options_.shows = true;

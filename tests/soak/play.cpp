@@ -43,9 +43,10 @@ class WorkingFolder {
 /// What plays the steps of a case, by either way.
 class Player {
  public:
-  Player(const Case& one, const std::string& folder) : case_(one), folder_(folder) {
+  Player(const Case& one, const std::string& folder, Trace trace) : case_(one), folder_(folder) {
     played_.before = simulator::parseWorld(worldText(one));
     played_.desktop = desktopOf(one, played_.before);
+    if (trace == Trace::none) played_.desktop->keepNoTrace();
     played_.steps.resize(one.steps.size());
   }
 
@@ -58,7 +59,7 @@ class Player {
     driver::exchangeGlobals(nullptr);
     const long before = simulated::liveHandles();
     {
-      Processes processes(desktop());
+      Processes processes(desktop(), case_.turns);
       processes_ = &processes;
       scheduleStep(0);
       processes.run();
@@ -177,15 +178,15 @@ class Player {
 }  // namespace
 
 bool runsAlone(const Case& one) {
-  return std::all_of(one.steps.begin(), one.steps.end(), [](const Step& step) {
+  return !one.turns && std::all_of(one.steps.begin(), one.steps.end(), [](const Step& step) {
     const bool livesOn = !step.words.empty() && simulator::isLongLived(step.words.front());
     return !livesOn && !step.beside && step.deliveries.empty();
   });
 }
 
-Played play(const Case& one, const std::string& folder, Way way) {
+Played play(const Case& one, const std::string& folder, Way way, Trace trace) {
   const WorkingFolder there(folder);
-  Player player(one, folder);
+  Player player(one, folder, trace);
   const bool oneByOne = way == Way::fast && runsAlone(one);
   return oneByOne ? player.playOneByOne() : player.playTogether();
 }

@@ -34,13 +34,18 @@ struct Played {
 /// How a case is played: runs of which none is beside another need no flows, which is faster.
 enum class Way { fast, inFlows };
 
-/// Whether all of its runs follow each other, none lives on, and none gets anything from outside.
+/// Whether all of its runs follow each other, none lives on, none gets anything from outside, and
+/// no chance decides which flow goes on.
 bool runsAlone(const Case& one);
+
+/// Whether every call is kept, which takes time.
+enum class Trace { kept, none };
 
 /// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is
 /// the path of one that exists. Throws simulator::WorldError for a case that says something
 /// impossible.
-Played play(const Case& one, const std::string& folder, Way way = Way::fast);
+Played play(const Case& one, const std::string& folder, Way way = Way::fast,
+            Trace trace = Trace::kept);
 
 /// Whether a signal has ended the run before it could say so.
 bool isKilled(const PlayedStep& step);

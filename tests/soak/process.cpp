@@ -50,6 +50,12 @@ bool Process::has(Flow flow) const {
   return thread != threads_.end() && !thread->second.over;
 }
 
+void Process::addFlows(std::vector<Flow>& flows) const {
+  for (const auto& [flow, thread] : threads_) {
+    if (!thread.over) flows.push_back(flow);
+  }
+}
+
 void Process::install() {
   driver::exchangeGlobals(std::move(globals_));
   simulated::exchangeState(std::move(state_));
@@ -121,7 +127,7 @@ Datum Process::call(Call call) {
   auto answer = turns_.call(self, std::move(call));
   if (isLast) return answer.value_or(Datum());
   // Who is killed, or told to end, does not go on with the answer.
-  if (answer && (isKilled() || isToldToEnd())) {
+  if (answer && (isKilled() || isToldToEnd() || isPutAside_())) {
     turns_.wait(self, *std::exchange(answer, std::nullopt), desktop_.mac().now);
   }
   return answer ? std::move(*answer) : awaitTurn();

@@ -31,8 +31,15 @@ class Process : public platform::Channel {
   /// The first flow, which runs the driver, and waits for its turn.
   void begin(std::vector<std::string> commandLine);
 
+  /// At each call its flow is put aside when this says so: it goes on when it is given the turn
+  /// again.
+  void putAsideWhen(std::function<bool()> isPutAside) { isPutAside_ = std::move(isPutAside); }
+
   /// Whether the flow is one of this process that has not ended.
   bool has(Flow flow) const;
+
+  /// Adds all those flows.
+  void addFlows(std::vector<Flow>& flows) const;
 
   /// Lets a flow go on with an answer, until it gives back the turn.
   void giveTurn(Flow flow, driver::Datum answer);
@@ -83,6 +90,7 @@ class Process : public platform::Channel {
   Flow present_ = 0;  // whose turn it is
   std::binary_semaphore turnIsBack_{0};
   std::function<void(int)> endingHandler_;
+  std::function<bool()> isPutAside_ = [] { return false; };
   bool isEnding_ = false;
   std::optional<int> status_;
 

@@ -16,10 +16,11 @@ using simulator::Turns;
 
 class Processes::Implementation {
  public:
-  explicit Implementation(simulator::Desktop& desktop)
+  Implementation(simulator::Desktop& desktop, std::optional<std::uint64_t> seed)
       : desktop_(desktop),
         turns_(desktop, simulator::Scheduler::Time::virtualTime, Turns::Run::closed) {
     driver::exchangeGlobals(nullptr);
+    if (seed) chance_.emplace(*seed);
   }
 
   // Who comes next needs a state again.
@@ -37,6 +38,7 @@ class Processes::Implementation {
     const std::size_t client = desktop_.join(commandLine, environment);
     Entry& entry = entries_.emplace_back();
     entry.process = std::make_unique<Process>(desktop_, turns_, client);
+    if (chance_) entry.process->putAsideWhen([this] { return chance_->oneIn(putAsideOneIn); });
     entry.ended = std::move(ended);
     entry.process->begin(commandLine);
     return client;
@@ -51,7 +53,8 @@ class Processes::Implementation {
   void run() {
     for (;;) {
       endKilled();
-      const auto preferred = startEndings();
+      auto preferred = startEndings();
+      if (!preferred) preferred = flowByChance();
       stopAtNextOwn();
       auto woken = turns_.wake(desktop_.mac().now, preferred);
       if (!woken) break;
@@ -135,16 +138,30 @@ class Processes::Implementation {
     return first;
   }
 
+  /// One that is to go on if it can, most often.
+  std::optional<Turns::Flow> flowByChance() {
+    if (!chance_ || chance_->oneIn(4)) return std::nullopt;
+    std::vector<Turns::Flow> flows;
+    for (const Entry& entry : entries_) {
+      if (!entry.isOver) entry.process->addFlows(flows);
+    }
+    return flows.empty() ? std::nullopt : std::optional(chance_->pick(flows));
+  }
+
+  /// A flow is put aside at so many of its calls.
+  static constexpr std::size_t putAsideOneIn = 8;
+
   simulator::Desktop& desktop_;
   testing_support::OneProcessor processor_;
   Turns turns_;
   std::map<Turns::Flow, std::function<void()>> acts_;
   Microseconds nextStop_ = -1;  // the latest such instant
-  std::deque<Entry> entries_;   // what one lets begin as it ends is added
+  std::optional<simulator::Random> chance_;
+  std::deque<Entry> entries_;  // what one lets begin as it ends is added
 };
 
-Processes::Processes(simulator::Desktop& desktop)
-    : implementation_(std::make_unique<Implementation>(desktop)) {}
+Processes::Processes(simulator::Desktop& desktop, std::optional<std::uint64_t> seed)
+    : implementation_(std::make_unique<Implementation>(desktop, seed)) {}
 
 Processes::~Processes() = default;
 

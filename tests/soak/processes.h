@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,8 +20,9 @@ class Processes {
  public:
   using Microseconds = simulator::Microseconds;
 
-  /// The desktop outlives this object.
-  explicit Processes(simulator::Desktop& desktop);
+  /// The desktop outlives this object. With a seed, chance decides at each call which of the flows
+  /// that could go on does so; without, each goes on until it waits.
+  explicit Processes(simulator::Desktop& desktop, std::optional<std::uint64_t> seed = {});
   Processes(const Processes&) = delete;
   Processes& operator=(const Processes&) = delete;
   ~Processes();

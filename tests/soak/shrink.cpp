@@ -14,6 +14,7 @@ class Shrinker {
   Case smallest() {
     do {
       isSmaller_ = false;
+      tryValue(case_.turns, std::optional<std::uint64_t>());
       thin(case_.steps);
       thin(case_.faults);
       thinLines(case_.world);

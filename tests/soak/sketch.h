@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/soak/aims.h"
 #include "tests/soak/features.h"
 
 /// What the generator knows of the Mac that it has made, so that what happens there and what the
@@ -42,6 +43,7 @@ struct ApplicationSketch {
 
 struct MacSketch {
   Features features;
+  const Aim* aim = nullptr;                     // null: none; borrowed for ever
   std::vector<ApplicationSketch> applications;  // at least one
   std::vector<Place> displays;
   std::vector<std::int64_t> processes;

@@ -82,21 +82,31 @@ constexpr std::array<std::string_view, 26> oddNumbers = {"0",
                                                          "-1.5",
                                                          "1e18"};
 
+constexpr std::array<std::string_view, 3> fewLabels = {"Send", "Sending", "Body"};
+constexpr std::array<std::string_view, 2> fewTitles = {"Inbox", "News — Inbox"};
+constexpr std::array<std::string_view, 5> fewProses = {"hello", "hello", "a", "line\n", ""};
+
+/// One of the plain texts, or of the few.
+template <class Plain, class Few>
+std::string pick(Random& random, const Features& features, const Plain& plain, const Few& few) {
+  return std::string(features.fewTexts ? random.pick(few) : random.pick(plain));
+}
+
 }  // namespace
 
-std::string label(Random& random, bool odd) {
-  if (odd && random.oneIn(3)) return oddText(random);
-  return std::string(random.pick(plainLabels));
+std::string label(Random& random, const Features& features) {
+  if (features.oddTexts && random.oneIn(3)) return oddText(random);
+  return pick(random, features, plainLabels, fewLabels);
 }
 
-std::string title(Random& random, bool odd) {
-  if (odd && random.oneIn(3)) return oddText(random);
-  return std::string(random.pick(plainTitles));
+std::string title(Random& random, const Features& features) {
+  if (features.oddTexts && random.oneIn(3)) return oddText(random);
+  return pick(random, features, plainTitles, fewTitles);
 }
 
-std::string prose(Random& random, bool odd) {
-  if (odd && random.oneIn(2)) return oddText(random);
-  return std::string(random.pick(plainProses));
+std::string prose(Random& random, const Features& features) {
+  if (features.oddTexts && random.oneIn(2)) return oddText(random);
+  return pick(random, features, plainProses, fewProses);
 }
 
 std::string oddText(Random& random) {

@@ -2,6 +2,7 @@
 
 #include <malloc.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +65,15 @@ std::string oneLine(std::string text) {
   return text;
 }
 
+double processorSecondsOfChildren() {
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 void writeFailure(const Failure& failure, const std::string& path) {
   std::ofstream file(path, std::ios::app);
   file << failure.seed << '\t' << failure.judge << '\t' << oneLine(failure.text) << '\n';
@@ -115,11 +125,14 @@ class Workers {
     // What one case has had of the free store the next one needs again.
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_ARENA_MAX, 1);
+    // What is freed is not gathered each time that something large comes.
+    mallopt(M_MXFAST, 0);
     const testing_support::TemporaryFolder folder;
     Progress& progress = progress_.of(worker);
     for (; goesOn(progress.next); progress.next += jobs_) {
       alarm(caseSecondsMax);
       const Case one = generate(progress.next);
+      if (!isChosen(one)) continue;
       const auto complaint = playOne(one, folder.path(""), progress);
       ++progress.cases;
       progress.runs += one.steps.size();
@@ -139,12 +152,22 @@ class Workers {
   }
 
   std::optional<Complaint> playOne(const Case& one, const std::string& folder, Progress& progress) {
-    auto complaint = verdict(one, folder, [&](const Played& played) {
+    const auto observe = [&](const Played& played) {
       progress.simulatedMicroseconds += static_cast<std::uint64_t>(played.desktop->mac().now);
       if (options_.showsCoverage) addCoverage(one, played, coverage_);
-    });
+    };
+    auto complaint =
+        verdict(one, folder, observe, options_.showsCoverage ? Trace::kept : Trace::none);
     if (complaint || progress.next % repeatedOneIn != 0) return complaint;
     return repetition(one, folder);
+  }
+
+  bool isChosen(const Case& one) const {
+    const auto& names = options_.commands;
+    return names.empty() || std::any_of(one.steps.begin(), one.steps.end(), [&](const Step& step) {
+             return !step.words.empty() &&
+                    std::find(names.begin(), names.end(), step.words.front()) != names.end();
+           });
   }
 
   bool goesOn(std::uint64_t seed) const {
@@ -187,6 +210,7 @@ class Workers {
       for (std::string line; std::getline(file, line);) tally.coverage.insert(line);
     }
     tally.simulatedSeconds = simulated_ / 1'000'000;
+    tally.processorSeconds = processorSecondsOfChildren();
     tally.seconds = std::chrono::duration<double>(Clock::now() - start_).count();
     std::sort(tally.failures.begin(), tally.failures.end(),
               [](const Failure& a, const Failure& b) { return a.seed < b.seed; });

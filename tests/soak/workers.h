@@ -22,6 +22,7 @@ struct Tally {
   std::uint64_t runs = 0;              // of the driver
   std::uint64_t simulatedSeconds = 0;  // in virtual time
   double seconds = 0;                  // in real time
+  double processorSeconds = 0;         // of all jobs
   std::vector<Failure> failures;       // by seed
   Coverage coverage;                   // where it was asked for
 };

@@ -34,7 +34,7 @@ class DirectChannel : public platform::Channel {
   Datum call(Call call) override {
     if (turns_) return callInTurn(std::move(call));
     const simulator::Microseconds since = desktop_.mac().now;
-    simulator::Answer answer = desktop_.handle(client_, Call(call));
+    simulator::Answer answer = desktop_.handle(client_, call);
     if (killed() && call.function != Function::dieBySignal) endWith(statusOfDeath());
     if (isToldToEnd()) return goOnBesideTheEnd(std::move(call), std::move(answer), since);
     if (answer.pending) return waitAlone(call, answer);

@@ -68,7 +68,7 @@ void serve(simulator::Desktop& desktop, std::size_t client, int descriptor) {
     auto parts = driver::unpack<std::vector<Datum>>(*frame);
     platform::Call call{driver::unpack<platform::Function>(parts.at(0)),
                         driver::unpack<Datum::List>(parts.at(1))};
-    const simulator::Answer answer = desktop.handle(client, std::move(call));
+    const simulator::Answer answer = desktop.handle(client, call);
     desktop.advanceTo(desktop.mac().now + answer.delay);
     simulated::writeFrame(descriptor, answer.value);
   }

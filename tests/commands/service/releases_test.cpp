@@ -30,10 +30,12 @@ TEST(releases, ask_again_before_a_picture_is_taken) {
     TestMac mac(std::string(serviceDesk) + "    " + release + "\n");
     const TemporaryFolder folder;
     const std::string line = "capture Notes " + folder.path("out.png");
+    const std::string refused =
+        success(std::string(R"({"error":")") + declined + R"(","ok":false})");
 
-    EXPECT_EQ(seen(mac.driver(line)), testing_support::refused(declined));
+    EXPECT_EQ(seen(mac.driver(line)), refused);
     EXPECT_EQ(front(mac), 300);
-    EXPECT_EQ(seen(mac.driver(line)), testing_support::refused(declined));
+    EXPECT_EQ(seen(mac.driver(line)), refused);
     EXPECT_EQ(folder.names(), std::vector<std::string>{});
     answerQuestion(mac);
     EXPECT_EQ(front(mac), 40);

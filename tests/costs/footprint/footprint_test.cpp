@@ -79,6 +79,16 @@ TEST(a_million_children, are_walked_to_the_limits_of_each_command) {
   }
 }
 
+TEST(footprint_of_searches_for_controls, is_a_handle_for_each_child_that_lies_too_deep) {
+  for (const char* line : {"ax-match Notes Nothing -1 -1", "ax-popup-items Notes"}) {
+    SCOPED_TRACE(line);
+    const Measure few = measured(line, Shape::fringe, small);
+    const Measure many = measured(line, Shape::fringe, large);
+    EXPECT_EQ(many.messages, few.messages);
+    EXPECT_LE(perElement(few.peakBytes, many.peakBytes), 24);
+  }
+}
+
 TEST(footprint_of_find_text, does_not_grow_with_what_it_finds) {
   // All the texts together in one reply would be some 500 kB.
   const Measure few = measured("ax-find-text Notes tttt bbbb", Shape::bushy, small);

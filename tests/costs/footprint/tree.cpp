@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t chainLength = 50;
 constexpr std::size_t branches = 8;
+constexpr std::size_t controlDepth = 60;
 constexpr platform::Pid applicationPid = 41;
 
 struct Node {
@@ -43,6 +44,8 @@ std::size_t parentOf(std::size_t node, Shape shape) {
       return node % chainLength == 1 ? 0 : node - 1;
     case Shape::bushy:
       return (node - 1) / branches;
+    case Shape::fringe:
+      return std::min(node - 1, controlDepth);
   }
   return 0;
 }

@@ -7,9 +7,10 @@
 namespace footprint {
 
 enum class Shape {
-  wide,   // all under one window
-  deep,   // chains of 50 elements
-  bushy,  // eight under each
+  wide,    // all under one window
+  deep,    // chains of 50 elements
+  bushy,   // eight under each
+  fringe,  // all under the last of a chain of as many as searches for controls go down
 };
 
 /// The tree of the only application: so many elements, the window among them. A quarter are buttons
