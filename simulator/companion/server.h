@@ -100,7 +100,7 @@ class Server {
   bool stopped_ = false;
   bool looksAgain_ = false;  // whether processes are still at work
   int quietLooks_ = 0;       // one after the other at which none was, and nothing came
-  std::chrono::steady_clock::time_point start_;
+  std::chrono::steady_clock::time_point start_;  // of the Mac's own time
   std::list<Client> clients_;
 };
 

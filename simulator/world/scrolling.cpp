@@ -94,13 +94,17 @@ std::string numberText(double value) { return std::to_string(std::llround(value)
 
 }  // namespace
 
-void settleScrollAreas(Application& application) {
-  findAreas(application);
+void settleScrolledBy(Application& application) {
   if (application.scrollAreas.empty()) return;
   for (Element& element : application.elements) {
     const Element* parent = findElement(application, element.parent);
     element.scrolledBy = scrolledAs(element.role, application, parent);
   }
+}
+
+void settleScrollAreas(Application& application) {
+  findAreas(application);
+  settleScrolledBy(application);
   for (ScrollArea& area : application.scrollAreas) {
     if (findElement(application, area.id)->role != "AXScrollArea") continue;
     area.verticalBar = addBar(application, area.id, true);

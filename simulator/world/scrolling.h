@@ -11,6 +11,9 @@ namespace simulator {
 /// At the start: makes areas of the elements with the habit, with their bars.
 void settleScrollAreas(Application& application);
 
+/// Each element of an application with areas learns in which it scrolls.
+void settleScrolledBy(Application& application);
+
 /// What is in areas may have changed its size or its number: none is scrolled further than it has
 /// something to show, and its bars say where it is.
 void settleScrolling(Application& application);
