@@ -272,7 +272,8 @@ std::string differenceInMembers(const std::string& path, const Whole& one, const
 
 template <class Value>
 std::string differenceIn(const std::string& path, const Value& one, const Value& other) {
-  if constexpr (std::is_same_v<Value, std::map<ElementId, Habits>>) {
+  if constexpr (std::is_same_v<Value, std::map<ElementId, Habits>> ||
+                std::is_same_v<Value, std::vector<Display>>) {
     return isSame(one, other) ? "" : path;
   } else if constexpr (std::is_same_v<Value, std::vector<Application>> ||
                        std::is_same_v<Value, std::vector<Window>> ||

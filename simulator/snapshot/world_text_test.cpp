@@ -75,6 +75,7 @@ class Change {
     } else if constexpr (isElsewhere<Value> && !std::is_same_v<Value, std::vector<Application>> &&
                          !std::is_same_v<Value, std::vector<Window>> &&
                          !std::is_same_v<Value, std::vector<Element>> &&
+                         !std::is_same_v<Value, std::vector<Display>> &&
                          !std::is_same_v<Value, std::map<ElementId, Habits>>) {
       others_.insert(path);
     } else if constexpr (Structure<Value>) {
@@ -196,7 +197,8 @@ const std::set<std::string> namedBy = {
 /// States that no Mac comes to are refused.
 bool isUnsound(const UnwritableWorld& unwritable) {
   const std::string text = unwritable.what();
-  for (const char* cause : {"is in itself", "has no element", "needs a frame"}) {
+  for (const char* cause : {"is in itself", "has no element", "needs a frame",
+                            "there is no process", "scrolls in nothing"}) {
     if (text.find(cause) != text.npos) return true;
   }
   return false;

@@ -1,6 +1,7 @@
 #include "simulator/text/now.h"
 
 #include <limits>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -28,7 +29,17 @@ void readMembers(Words& words, Whole& whole, ReadOther readOther) {
 }
 
 /// The application has ids up to this one; those that no line has are of elements that have gone.
-void makeIdsUpTo(Application& application, ElementId last) {
+void makeIdsUpTo(const Words& words, const World& world, Application& application, ElementId last) {
+  const auto gap = last - static_cast<ElementId>(application.elements.size());
+  if (gap > 1) {
+    // Many that have gone stand in no line: there is a limit to what a line may ask for.
+    ElementId all = gap;
+    for (const Application& each : world.applications) {
+      all += static_cast<ElementId>(each.elements.size());
+    }
+    if (all > elementIdMax) words.fail("more than 500,000 elements");
+    application.elements.reserve(static_cast<std::size_t>(last));
+  }
   while (static_cast<ElementId>(application.elements.size()) < last) {
     Element& gone = application.elements.emplace_back();
     gone.id = static_cast<ElementId>(application.elements.size());
@@ -45,7 +56,10 @@ void orderWindows(Words& words, World& world) {
     if (window == nullptr) words.fail("there is no window " + std::to_string(number));
     ordered.push_back(*window);
   }
-  if (ordered.size() != world.windows.size()) words.fail("each window has its place once");
+  const std::set<WindowNumber> different(numbers.begin(), numbers.end());
+  if (ordered.size() != world.windows.size() || different.size() != ordered.size()) {
+    words.fail("each window has its place once");
+  }
   world.windows = std::move(ordered);
 }
 
@@ -57,12 +71,14 @@ void readNowOfWorld(Words& words, World& world) {
   });
 }
 
-void readNowOfApplication(Words& words, Application& application) {
+void readNowOfApplication(Words& words, const World& world, Application& application) {
+  const Pid pid = application.pid;
   readMembers(words, application, [&](const std::string& word) {
     if (word != now_words::lastElement) return false;
-    makeIdsUpTo(application, words.integer("last-element", "an id", 0, elementIdMax));
+    makeIdsUpTo(words, world, application, words.integer("last-element", "an id", 0, elementIdMax));
     return true;
   });
+  application.pid = pid;
 }
 
 void readNowOfElement(Words& words, Application& application, ElementId id) {
@@ -94,7 +110,7 @@ void readNowOfWindow(Words& words, World& world, const Place& place) {
 void readNow(Words& words, World& world, const Place& place) {
   switch (place.kind) {
     case Place::Kind::application:
-      readNowOfApplication(words, world.applications[place.application]);
+      readNowOfApplication(words, world, world.applications[place.application]);
       break;
     case Place::Kind::window:
       readNowOfWindow(words, world, place);
@@ -136,7 +152,7 @@ Element& putElement(const Words& words, const World& world, Application& applica
   auto& elements = application.elements;
   if (id != 0) requireEarlierRun(words, world, "id");
   if (id == 0) id = static_cast<ElementId>(elements.size()) + 1;
-  makeIdsUpTo(application, id);
+  makeIdsUpTo(words, world, application, id);
   Element& place = elements[static_cast<std::size_t>(id) - 1];
   if (!place.removed) words.fail("element id " + std::to_string(id) + " is taken");
   place = std::move(element);

@@ -35,6 +35,9 @@ TEST(lines_of_snapshots, say_what_cannot_be_so) {
             "line 2: expected numbers such as 1,4..7, or none");
   EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 3\n    AXGroup id 3"),
             "line 4: element id 3 is taken");
+  EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 400000\n"
+                    "app Mail pid 42\n    AXGroup id 400000"),
+            "line 5: more than 500,000 elements");
 }
 
 TEST(lines_of_snapshots, say_nothing_that_no_mac_comes_to) {
@@ -45,6 +48,9 @@ TEST(lines_of_snapshots, say_nothing_that_no_mac_comes_to) {
   EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    window 7 at 0,0 size 9x9\n"
                     "        now sheet-of 7"),
             "line 1: window 7 is a sheet of itself");
+  EXPECT_EQ(errorOf("clock 5s\nnow frontmost 41"), "line 1: there is no process 41");
+  EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 3\n        now scrolled-by 3"),
+            "line 1: element 3 scrolls in nothing");
   EXPECT_EQ(errorOf("clock 5s\nnow pending ( ( due 6s pid 41 element 1 ) )"),
             "line 1: there is no process 41");
   EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 3\n"

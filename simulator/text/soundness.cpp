@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "simulator/world/sight.h"
+
 namespace simulator {
 
 namespace {
@@ -61,6 +63,11 @@ void checkElements(const Words& words, const Application& application, const Ids
       ids.check(id);
     }
   }
+  for (const Element& element : application.elements) {
+    const bool isInArea = element.scrolledBy == 0 || element.removed ||
+                          findScrollArea(application, element.scrolledBy) != nullptr;
+    if (!isInArea) words.fail("element " + std::to_string(element.id) + " scrolls in nothing");
+  }
   checkWays(words, application, [](const Element& each) { return each.parent; });
   checkWays(words, application, [](const Element& each) { return each.scrolledBy; });
   checkWays(words, application, [&](const Element& each) {
@@ -96,6 +103,10 @@ void checkApplication(const Words& words, const Application& application) {
   }
 }
 
+[[noreturn]] void failWithout(const Words& words, Pid pid) {
+  words.fail("there is no process " + std::to_string(pid));
+}
+
 void checkWindows(const Words& words, const World& world) {
   for (const Window& window : world.windows) {
     const Window* each = &window;
@@ -106,7 +117,8 @@ void checkWindows(const Words& words, const World& world) {
       each = findWindow(world, each->sheetOf);
     }
     const Application* owner = findApplication(world, window.owner);
-    if (owner != nullptr) Ids(words, *owner).check({window.element, window.hadKeyboard});
+    if (owner == nullptr) failWithout(words, window.owner);
+    Ids(words, *owner).check({window.element, window.hadKeyboard});
   }
 }
 
@@ -119,7 +131,7 @@ const Application* applicationWith(const World& world, Pid pid) {
 void checkComing(const Words& words, const World& world) {
   const auto check = [&](Pid pid, ElementId element) {
     const Application* application = applicationWith(world, pid);
-    if (application == nullptr) words.fail("there is no process " + std::to_string(pid));
+    if (application == nullptr) failWithout(words, pid);
     Ids(words, *application).check(element);
   };
   for (const DueReaction& each : world.due) {
@@ -129,16 +141,32 @@ void checkComing(const Words& words, const World& world) {
   for (const PendingWrite& each : world.pending) check(each.pid, each.element);
 }
 
+/// Numbers go on from here, and times are compared: there must be room.
+void checkNumbers(const Words& words, const World& world) {
+  constexpr std::int64_t most = 1'000'000'000'000'000;
+  constexpr std::size_t processesMax = 10'000'000;
+  const auto check = [&](std::int64_t number) {
+    if (number < -most || number > most) words.fail("a number is beyond 1,000,000,000,000,000");
+  };
+  check(world.pasteboard.changeCount);
+  if (world.lastClick) check(world.lastClick->state);
+  for (const auto& [type, time] : world.activity.lastTimes) check(time);
+  const Resumption resumption = world.resumption.value_or(Resumption());
+  check(resumption.numbers);
+  check(resumption.lastSerial);
+  if (resumption.processes > processesMax) words.fail("more than 10,000,000 processes have joined");
+}
+
 }  // namespace
 
 void checkSoundness(const Words& words, const World& world) {
-  constexpr std::size_t processesMax = 10'000'000;
   for (const Application& each : world.applications) checkApplication(words, each);
   checkWindows(words, world);
   checkComing(words, world);
-  if (world.resumption && world.resumption->processes > processesMax) {
-    words.fail("more than 10,000,000 processes have joined");
-  }
+  checkNumbers(words, world);
+  const bool isFrontRunning =
+      world.frontmost == 0 || findApplication(world, world.frontmost) != nullptr;
+  if (!isFrontRunning) failWithout(words, world.frontmost);
 }
 
 }  // namespace simulator

@@ -18,6 +18,9 @@ namespace value_text {
 
 namespace {
 
+/// As far before the start as a time may be behind it.
+constexpr Microseconds earliestMax = 1'000'000'000'000'000;
+
 /// More than any list of a Mac's has.
 constexpr std::size_t runLengthMax = 2'000'000;
 
@@ -112,7 +115,7 @@ Microseconds readTime(Words& words) {
   const auto time = word.ends_with("us")
                         ? driver::parseInt64(std::string_view(word).substr(0, word.size() - 2))
                         : std::nullopt;
-  if (!time) words.failAtLast("expected a time such as -250us");
+  if (!time || *time < -earliestMax) words.failAtLast("expected a time such as -250us");
   return *time;
 }
 

@@ -278,6 +278,7 @@ struct ValueText<std::map<Key, Value>> {
 /// What is written in lines of its own, or goes with its process, is no member of a `now` line.
 template <class Value>
 inline constexpr bool isElsewhere =
+    std::is_same_v<Value, std::vector<Display>> ||
     std::is_same_v<Value, std::vector<Application>> || std::is_same_v<Value, std::vector<Window>> ||
     std::is_same_v<Value, std::vector<Element>> ||
     std::is_same_v<Value, std::map<ElementId, Habits>> ||
