@@ -94,7 +94,7 @@ class AttributeWords {
 
   std::string takeSubrole() {
     const auto found = attributes_.find("AXSubrole");
-    if (found == attributes_.end()) return "";
+    if (found == attributes_.end() || said_.contains("AXSubrole")) return "";
     const auto* subrole = std::get_if<std::string>(&found->second);
     if (subrole == nullptr || !isBare(*subrole)) return "";
     said_.insert("AXSubrole");
@@ -122,6 +122,11 @@ class AttributeWords {
   }
 
   void say(const std::string& name) { said_.insert(name); }
+  /// What comes of itself need not be said.
+  void sayIf(const std::string& name, const std::string& value) {
+    const auto found = attributes_.find(name);
+    if (found != attributes_.end() && found->second == AttributeValue(value)) say(name);
+  }
   std::string others() const { return attributesText(attributes_, said_); }
 
  private:
@@ -297,6 +302,7 @@ std::string windowLine(const World& world, const Application& application, const
   if (application.focusedWindow == element->id) text += " focused";
   AttributeWords words(element->attributes);
   if (window.title) words.say("AXTitle");
+  if (window.sheetOf == 0) words.sayIf("AXSubrole", "AXStandardWindow");
   text += words.takeSubrole();
   return text + words.others() + failingText(element->failing);
 }

@@ -35,8 +35,8 @@ TEST(lines_of_snapshots, say_what_cannot_be_so) {
             "line 2: expected numbers such as 1,4..7, or none");
   EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 3\n    AXGroup id 3"),
             "line 4: element id 3 is taken");
-  EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 400000\n"
-                    "app Mail pid 42\n    AXGroup id 400000"),
+  EXPECT_EQ(errorOf("clock 5s\napp Notes pid 41\n    AXGroup id 300000\n"
+                    "app Mail pid 42\n    AXGroup id 300000"),
             "line 5: more than 500,000 elements");
 }
 
