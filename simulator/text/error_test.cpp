@@ -15,7 +15,8 @@ struct BadWorld {
 
 const std::string statementWords =
     "app, user, pointer, display, deny, session, missing, process, file, image, at, "
-    "panel, seed, keyboard, pasteboard, idle, languages, macos, directory, tool, link, define, "
+    "panel, seed, clock, keyboard, pasteboard, idle, languages, macos, directory, tool, link, "
+    "define, "
     "use, "
     "repeat, include";
 const std::string applicationWords =
@@ -23,10 +24,12 @@ const std::string applicationWords =
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
     "pastes";
 const std::string windowWords =
-    "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
+    "id, at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, "
+    "modal, "
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
-    "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
+    "id, at, size, below, right, inside, fill, width, height, value, description, placeholder, "
+    "help, "
     "subrole, disabled, modal, focused, selection, actions, attribute, failing, range, choices, "
     "while, only, also, repeat, open, closed, "
     "transform, ignores, half, late, shows, composer, rejects, replying, grows, shrinks, press:, "

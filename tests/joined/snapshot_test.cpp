@@ -9,7 +9,7 @@
 namespace joined {
 namespace {
 
-std::string contentsOf(const std::string& path) {
+std::string bytesOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -23,14 +23,14 @@ TEST(snapshot, makes_a_mac_that_goes_on_where_the_other_one_was) {
 
   EXPECT_EQ(seen(mac.command({"snapshot", folder.path("world")})),
             "0 {\"ok\":true,\"path\":\"" + folder.path("world") + "\"}\n");
-  const ServedMac after(contentsOf(folder.path("world")));
+  const ServedMac after(bytesOf(folder.path("world")));
 
   for (const char* what : {"state", "tree"}) {
     EXPECT_EQ(seen(after.command({what})), seen(mac.command({what})));
   }
   mac.command({"screenshot", folder.path("before.png")});
   after.command({"screenshot", folder.path("after.png")});
-  EXPECT_EQ(contentsOf(folder.path("after.png")), contentsOf(folder.path("before.png")));
+  EXPECT_EQ(bytesOf(folder.path("after.png")), bytesOf(folder.path("before.png")));
   EXPECT_EQ(seen(after.driver({"bg-click", "Notes", "150", "100"})),
             seen(mac.driver({"bg-click", "Notes", "150", "100"})));
   EXPECT_EQ(seen(after.driver({"ax-dump", "Notes"})), seen(mac.driver({"ax-dump", "Notes"})));
@@ -55,7 +55,7 @@ TEST(snapshot, of_the_end_of_a_run_is_written_by_itself) {
   EXPECT_EQ(seen(run({simulatedMacPath(), "run", "--virtual", "--snapshot", path, world, "--",
                       driverPath(), "bg-click", "Notes", "150", "100"})),
             "0 {\"changed\":true,\"ok\":true,\"via\":\"background\",\"window\":7}\n");
-  const ServedMac after(contentsOf(path));
+  const ServedMac after(bytesOf(path));
 
   EXPECT_EQ(seen(after.command({"value", "Notes", "Body"})),
             "0 {\"element\":3,\"ok\":true,\"role\":\"AXTextArea\",\"value\":\"hello sent\","
