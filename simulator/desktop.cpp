@@ -216,6 +216,7 @@ Answer Desktop::retry(std::size_t clientIndex, const Call& call, Microseconds si
 /// What follows the answer of a call, whenever it comes.
 Answer Desktop::conclude(std::size_t clientIndex, Call call, Answer result, bool faulty,
                          std::size_t flow) {
+  noticeClosedWindows(mac_);
   rules_[clientIndex]->after(call, result, faulty, flow, violations_);
   tellOfViolations(mac_.clients[clientIndex]->pid);
   // Half at a time: to drop them one by one would move all others each time.
@@ -275,6 +276,7 @@ void Desktop::letReactionTakePlace() {
   const Acting acting(mac_.world, first.actor);
   const Recurring recurring(mac_, first.recurring);
   SettledReaction settled = settleReaction(mac_.world);
+  noticeClosedWindows(mac_);
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
@@ -296,6 +298,7 @@ void Desktop::happen(const Happening& happening) {
   const Acting nobody(mac_.world, 0);
   mac_.arrived.clear();
   simulator::happen(mac_, happening);
+  noticeClosedWindows(mac_);
   std::string outcome;
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,

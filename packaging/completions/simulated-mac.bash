@@ -20,7 +20,7 @@ _simulated_mac() {
       trace) words='--text' ;;
       wait) if [ "$COMP_CWORD" -eq 2 ]; then words+=' until'; fi ;;
       clock) if [ "$COMP_CWORD" -eq 2 ]; then words+=' stop step run'; fi ;;
-      help) if [ "$COMP_CWORD" -eq 2 ]; then words+=' calls outcomes happenings reactions habits'; fi ;;
+      help) if [ "$COMP_CWORD" -eq 2 ]; then words+=' calls outcomes happenings reactions habits releases'; fi ;;
       leave) if [ "$COMP_CWORD" -eq 2 ]; then words+=' console'; fi ;;
       return) if [ "$COMP_CWORD" -eq 2 ]; then words+=' to'; fi ;;
       end) if [ "$COMP_CWORD" -eq 2 ]; then words+=' process'; fi ;;

@@ -24,7 +24,7 @@ class Grammar:
         self.summaries, self.second, self.options, self.files = {}, {}, {}, set()
         for form, summary in pairs:
             first, *rest = form.split()
-            self.summaries.setdefault(first, re.sub(r" \(in no world: .*\)$", "", summary))
+            self.summaries.setdefault(first, re.sub(r" \(not in worlds: .*\)$", "", summary))
             self.options.setdefault(first, set()).update(re.findall(r"--[a-z-]+\w", form))
             for word in rest[0].strip("[]").split("|") if rest else []:
                 if re.fullmatch(r"[a-z][a-z-]*", word):

@@ -29,6 +29,24 @@ def filled(text):
             textwrap.wrap(kept, LINE_CHARACTERS_MAX, break_long_words=False, break_on_hyphens=False)]
 
 
+def by_command():
+    """The failures of each group of commands, and of each command."""
+    failures = {}
+    for entry in table.errors():
+        for name in entry["commands"] or ["the command line"]:
+            failures.setdefault(name, []).append(f"[{entry['id']}](#{entry['id']})")
+    lines = ["## By command", "", "A command has the failures of its row, and those of the groups that it is in.", "",
+             "| Group | Commands | Failures |", "|---|---|---|",
+             f"| | {'the command line'} | {', '.join(failures['the command line'])} |"]
+    for name, members in table.groups().items():
+        text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
+        lines.append(f"| {name[1:]} | {text} | {', '.join(failures.get(name, []))} |")
+    for command in table.commands():
+        if command.name in failures:
+            lines.append(f"| | `{command.name}` | {', '.join(failures[command.name])} |")
+    return [*lines, ""]
+
+
 def errors_page():
     lines = [
         "# Errors", "",
@@ -43,13 +61,9 @@ def errors_page():
         "`keep-awake` say only `\"ok\":false`.", "",
         "When an application seems to have no windows, elements, menus or titles, a",
         "[permission](ON_A_MAC.md#permissions) may be missing.", ""]
-    lines += ["| Group | Commands |", "|---|---|"]
-    for name, members in table.groups().items():
-        text = members if isinstance(members, str) else ", ".join(f"`{member}`" for member in members)
-        lines.append(f"| {name[1:]} | {text} |")
-    lines.append("")
+    lines += by_command()
     for entry in table.errors():
-        lines += [f"## {code(table.whole_message(entry))}", ""]
+        lines += [f'<a id="{entry["id"]}"></a>', "", f"## {code(table.whole_message(entry))}", ""]
         who = [name[1:] if name.startswith("@") else f"`{name}`" for name in entry["commands"]]
         marks = [STATUSES.get(entry["status"], f"status {entry['status']}")]
         if entry.get("locked"):

@@ -13,7 +13,8 @@ MANUAL = ROOT / "packaging/man/simulated-mac.1"
 
 # The columns whose cells are names that a reader types or sees as they are, and those of lists of names.
 NAMES = {"calls": {"CALL", "OUTCOMES"}, "outcomes": {"OUTCOME"},
-         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"}}
+         "happenings": {"HAPPENING"}, "reactions": {"REACTION"}, "habits": {"HABIT"},
+         "releases": {"LINE"}}
 LISTS = {"OUTCOMES"}
 
 PLACE = re.compile(r"(?P<begin>^[^\n]*\bbegin: simulated-mac help (?P<topic>[a-z]+)[^\n]*\n)"

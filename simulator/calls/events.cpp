@@ -95,7 +95,7 @@ Answer tapIsEnabled(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 }
 
 Answer tapCanBeMade(Mac& mac, Client& /*client*/, const Arguments& arguments) {
-  return {pack(canMakeTap(mac, arguments.get<std::uint64_t>(1))), 0};
+  return {pack(canMakeTap(mac, arguments.get<tap::Kind>(0), arguments.get<std::uint64_t>(1))), 0};
 }
 
 Answer tapVerdict(Mac& mac, Client& /*client*/, const Arguments& arguments) {

@@ -30,8 +30,20 @@ Answer written(Mac& mac, const Client& client, std::string what,
 
 }  // namespace
 
-Answer pasteboardItems(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {
-  return {pack(std::optional(readableItems(mac.world.pasteboard))), 0};
+Answer pasteboardItems(Mac& mac, Client& client, const Arguments& /*arguments*/) {
+  const Pasteboard& pasteboard = mac.world.pasteboard;
+  auto items = readableItems(pasteboard);
+  if (pasteboard.owner == client.pid) return {pack(std::optional(items)), 0};
+  switch (mac.world.system.pasteboardReads) {
+    case PasteboardReads::free:
+      break;
+    case PasteboardReads::refused:
+      for (pasteboard::Item& item : items) item.clear();
+      break;
+    case PasteboardReads::hanging:
+      return {driver::Datum(), 0, true};
+  }
+  return {pack(std::optional(items)), 0};
 }
 
 Answer pasteboardChangeCount(Mac& mac, Client& /*client*/, const Arguments& /*arguments*/) {

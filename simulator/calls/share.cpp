@@ -3,7 +3,7 @@
 #include "simulator/calls/calls.h"
 #include "simulator/drawing/digest.h"
 #include "simulator/drawing/pictures.h"
-#include "simulator/mac/sharing_streams.h"
+#include "simulator/mac/recording_question.h"
 
 namespace simulator::calls {
 
@@ -107,7 +107,7 @@ Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& arguments) {
 Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
   const auto filter = arguments.get<platform::WireFilter>(0);
   const auto configuration = arguments.get<share::Configuration>(1);
-  if (!mac.world.screenRecordingAllowed) return thrown(captureDeclined);
+  if (!allowsCapture(mac)) return thrown(captureDeclined);
   auto picture = filter.kind == 0 ? windowPicture(mac.world, filter)
                                   : displayPicture(mac.world, filter, configuration);
   if (!picture) return thrown(noSource);

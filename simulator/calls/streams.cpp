@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "simulator/calls/calls.h"
+#include "simulator/mac/recording_question.h"
 #include "simulator/mac/sharing_streams.h"
 
 /// How the Mac answers what shares a window by a stream.
@@ -75,7 +76,7 @@ Sharing* streamOf(Mac& mac, const Client& client, const Arguments& arguments) {
 Answer startStream(Mac& mac, Client& client, const Arguments& arguments) {
   const auto filter = arguments.get<platform::WireFilter>(0);
   const auto configuration = arguments.get<share::StreamConfiguration>(1);
-  if (!mac.world.screenRecordingAllowed) return thrown(captureDeclined);
+  if (!allowsCapture(mac)) return thrown(captureDeclined);
   const Window* window = sourceOf(mac.world, filter);
   if (window == nullptr) return thrown(noSource);
   if (!isValid(mac.world, configuration)) return thrown(invalidParameter);
@@ -90,8 +91,7 @@ Answer updateFilter(Mac& mac, Client& client, const Arguments& arguments) {
   if (sharing == nullptr) return thrown(notFilterable);
   const Window* window = sourceOf(mac.world, arguments.get<platform::WireFilter>(1));
   if (window == nullptr) return thrown(noSource);
-  sharing->window = window->number;
-  sharing->owner = window->owner;
+  shareInPlace(*sharing, *window, mac.now);
   note(mac, *sharing, "move here", "");
   return result(Datum());
 }

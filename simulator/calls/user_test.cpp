@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 #include "simulator/calls/calls.h"
 #include "simulator/input/taps.h"
@@ -77,6 +78,31 @@ TEST_F(user_calls, have_defaults_of_their_own) {
   EXPECT_EQ(ask<process::Version>(Function::operatingSystemVersion), (process::Version{14, 2}));
   begin("directory \"\"");
   EXPECT_EQ(ask<std::string>(Function::currentDirectory), "");
+}
+
+constexpr const char* copied = "pasteboard item \"public.rtf\" \"{a}\" \"public.png\" \"b\"\n";
+
+TEST_F(user_calls, tell_what_is_on_the_pasteboard_as_far_as_the_system_lets_them) {
+  using Items = std::optional<std::vector<pasteboard::Item>>;
+  client_.pid = 5'000'000;
+  begin(copied);
+  EXPECT_EQ(ask<Items>(Function::pasteboardItems),
+            (Items{{{{"public.rtf", "{a}"}, {"public.png", "b"}}}}));
+  begin((copied + std::string("system pasteboard-reads refused")).c_str());
+  EXPECT_EQ(ask<Items>(Function::pasteboardItems), Items(std::in_place, 1));
+  begin((copied + std::string("system pasteboard-reads hanging")).c_str());
+  EXPECT_TRUE(answer(mac_, client_, {Function::pasteboardItems, {}}, 0).pending);
+}
+
+TEST_F(user_calls, tell_what_they_have_copied_themselves) {
+  using Items = std::vector<pasteboard::Item>;
+  client_.pid = 5'000'000;
+  for (const char* setting : {"refused", "hanging"}) {
+    begin((std::string("system pasteboard-reads ") + setting).c_str());
+    ask<std::int64_t>(Function::clearPasteboard);
+    EXPECT_TRUE(ask<bool>(Function::writePasteboard, {pack(Items{{{"own", "ours"}}})}));
+    EXPECT_EQ(ask<std::optional<Items>>(Function::pasteboardItems), (Items{{{"own", "ours"}}}));
+  }
 }
 
 TEST_F(user_calls, tell_whether_an_application_has_ended) {

@@ -9,6 +9,7 @@
 #include "simulator/text/habits.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/reactions.h"
+#include "simulator/text/releases.h"
 
 namespace companion {
 
@@ -81,6 +82,39 @@ Table habits() {
   return table;
 }
 
+std::string versionLine(process::Version version) {
+  return "macos " + std::to_string(version.major) + "." + std::to_string(version.minor);
+}
+
+const char* mark(bool isSo) { return isSo ? "yes" : "-"; }
+
+/// The lines that each release stands for, and in the last column those that a world has without.
+Table releases() {
+  const simulator::System unset;
+  Table table = {{"LINE", "MEANING"}};
+  for (const simulator::Release& release : simulator::releases) {
+    table.front().push_back(std::to_string(release.number));
+  }
+  table.front().emplace_back("WITHOUT");
+  const auto addVersion = [&](process::Version version) {
+    Row row = {versionLine(version), "the version of the system"};
+    for (const simulator::Release& release : simulator::releases) {
+      row.emplace_back(mark(release.version == version));
+    }
+    row.emplace_back(mark(unset.version == version));
+    table.push_back(std::move(row));
+  };
+  addVersion(unset.version);
+  for (const simulator::Release& release : simulator::releases) addVersion(release.version);
+  for (const simulator::ReleaseSetting& setting : simulator::releaseSettings()) {
+    Row row = {"system " + std::string(setting.phrase), setting.description};
+    for (const bool isSo : setting.isSetBy) row.emplace_back(mark(isSo));
+    row.emplace_back(mark(isSet(unset, setting)));
+    table.push_back(std::move(row));
+  }
+  return table;
+}
+
 struct Topic {
   std::string_view name;
   std::string_view summary;
@@ -89,13 +123,14 @@ struct Topic {
 
 constexpr std::array topics = {
     Topic{"calls",
-          "what a process can ask of a Mac, the form of the answer, how a fault can change it",
+          "the calls that a process can make, the form of the answer, how a fault can change it",
           calls},
-    Topic{"outcomes", "what a fault can make of a call, and of which forms of answers", outcomes},
-    Topic{"happenings", "what a world can script, and which of it a running Mac can be told",
+    Topic{"outcomes", "what a fault can do to a call, and to which forms of answers", outcomes},
+    Topic{"happenings", "what a world can script, and which of it a running Mac accepts",
           happenings},
     Topic{"reactions", "what an element can do when it is clicked", reactions},
     Topic{"habits", "what a world can say of an element", habits},
+    Topic{"releases", "what the releases of macOS stand for that a world can name", releases},
 };
 
 std::vector<std::size_t> widths(const Table& table) {

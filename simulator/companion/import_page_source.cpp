@@ -110,8 +110,8 @@ ImportedApplication applicationOf(const pugi::xml_node& node, std::int64_t pid) 
   application.bundle = textAt(node, "bundleId");
   application.pid = pid;
   application.remarks = {
-      "From a page source, which tells neither process ids nor numbers of windows (they are made "
-      "up), nor actions, nor what is in front."};
+      "From a page source, which has no process ids and no numbers of windows (they are made up), "
+      "no actions, and no application in front."};
   std::size_t depth = 0;
   for (auto each = following(node, node, depth); each; each = following(each, node, depth)) {
     if (!isElement(each)) continue;

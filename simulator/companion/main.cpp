@@ -42,7 +42,7 @@ constexpr const char* asks = "it only asks";
 constexpr const char* tellsWhen = "its lines say when they happen";
 constexpr const char* endsRun = "its run ends with its processes";
 
-/// Whatever else can be told is a happening.
+/// All other words begin a happening.
 constexpr std::array commands = {
     Command{"run",
             "[--virtual [--sleep]] [--seed N] [--record DIR [--no-pictures]] [--snapshot FILE] "
@@ -58,27 +58,27 @@ constexpr std::array commands = {
     Command{"list", "", "the Macs of this user that run now", "", 0, 0, listCommand},
     Command{"view", "[PORT]", "show a Mac in a browser, at an address that is printed", asks, 0, 1,
             viewCommand},
-    Command{"report", "DIR -o FILE", "write a page that shows what a record holds", "", 3, 3,
+    Command{"report", "DIR -o FILE", "write a page that shows the contents of a record", "", 3, 3,
             reportCommand},
     Command{"check", "[--json] WORLD...",
-            "say all that is wrong with worlds, and what in them is hardly meant", "", 1, unlimited,
+            "show all errors in worlds, and things that are probably not meant", "", 1, unlimited,
             checkCommand},
-    Command{
-        "import", "FILE... -o WORLD",
-        "make a world of replies of windows, ax-dump and ax-menubar, or of a page source in XML",
-        "", 3, unlimited, importCommand},
+    Command{"import", "FILE... -o WORLD",
+            "make a world from replies of windows, ax-dump and ax-menubar, or from a page source "
+            "in XML",
+            "", 3, unlimited, importCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
             fileCommand},
     Command{"snapshot", "FILE",
             "write the present state as a world, with which a Mac goes on from it", asks, 1, 1,
             fileCommand},
     Command{"state", "[--user]",
-            "the user's front application, keyboard, pointer, clipboard and session, and unless "
-            "--user is given what processes hold: focus, keys, covers, taps, shared windows",
+            "the user's front application, keyboard, pointer, clipboard and session; without "
+            "--user also what processes hold: focus, keys, covers, taps, shared windows",
             asks, 0, 1, controlCommand},
     Command{"tree", "[APP] [--text]",
-            "the whole truth about applications, whatever accessibility would answer", asks, 0, 2,
-            controlCommand},
+            "applications as they really are, also the parts that accessibility would not show",
+            asks, 0, 2, controlCommand},
     Command{"value", "APP LABEL", "the value of the element with this label", asks, 2, 2,
             controlCommand},
     Command{"journal", "[--text]", "what was done to the Mac and happened in it", asks, 0, 1,
@@ -89,7 +89,7 @@ constexpr std::array commands = {
             controlCommand},
     Command{"fault", "CALL WHICH OUTCOME",
             "let a call fail, for example windowserver.session 1 absent",
-            "a world says what is there, a fault what a process is told of it", 1, unlimited,
+            "a world says what is there, a fault which answer a process gets", 1, unlimited,
             controlCommand},
     Command{"wait",
             "TIME|until APP [shows TEXT|window TITLE|element LABEL|value LABEL TEXT] [gone] "
@@ -115,13 +115,10 @@ constexpr const char* introduction =
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
-    "All commands but run, serve, list, report, check, import and help go to the Mac that "
-    "SIMULATED_MAC names. "
-    "They "
-    "print\n"
-    "lines of JSON; whatever goes wrong is one line with an \"error\", and status 1. Of serve it "
-    "is\n"
-    "on standard error: its standard output has the socket's name alone.\n"
+    "All commands but run, serve, list, report, check, import and help go to the Mac that\n"
+    "SIMULATED_MAC names. They print lines of JSON. Every failure is one line with an \"error\",\n"
+    "and status 1; serve writes it to standard error, so that standard output has the socket's\n"
+    "name alone.\n"
     "\n";
 
 std::string formOf(const Command& command) {
@@ -174,7 +171,7 @@ void printCommand(const std::string& form, std::string_view summary) {
 void printCommand(const Command& command) {
   std::string summary(command.summary);
   if (!command.notInWorlds.empty()) {
-    summary += " (in no world: " + std::string(command.notInWorlds) + ")";
+    summary += " (not in worlds: " + std::string(command.notInWorlds) + ")";
   }
   printCommand(formOf(command), summary);
 }

@@ -10,7 +10,6 @@
 #include "simulator/companion/control.h"
 #include "simulator/companion/failure.h"
 #include "simulator/companion/messages.h"
-#include "simulator/companion/processes.h"
 #include "simulator/companion/socket.h"
 #include "simulator/mac/json_text.h"
 
@@ -41,12 +40,9 @@ Server::Server(simulator::World world, const ServerSettings& settings)
   }
 }
 
-/// One that is about to go on, or has just been started, may look idle for an instant; and one that
-/// has asked for something looks idle until it is answered.
+/// Whoever has asked for something before all slept is heard first.
 bool Server::mayMove() {
-  constexpr int looks = 10;
-  quietLooks_ = isAnyBelowAtWork() ? 0 : quietLooks_ + 1;
-  looksAgain_ = quietLooks_ < looks;
+  looksAgain_ = !below_.areAtRest() || isAnythingWaiting();
   return !looksAgain_;
 }
 
@@ -96,7 +92,6 @@ void Server::wakeDue() {
     const auto client = std::find_if(clients_.begin(), clients_.end(),
                                      [&](const Client& each) { return each.flow == woken->flow; });
     client->waits = false;
-    quietLooks_ = 0;
     deliver(*client, woken->answer);
     takeMessages(*client);
     dropGone();
@@ -114,30 +109,41 @@ std::optional<Microseconds> Server::timeToWait() {
   return next ? std::optional(std::max<Microseconds>(*next - now(), 0)) : std::nullopt;
 }
 
-void Server::waitForEvents(std::vector<pollfd>& own) {
-  std::vector<pollfd> watched = own;
+/// What may have something to do: the clients in their order, then who wants to become one.
+std::vector<pollfd> Server::watched() const {
+  std::vector<pollfd> all;
   for (const Client& client : clients_) {
     const bool listens = !client.waits && !client.connection.hasOutput() && !client.ended;
     const int events = (listens ? POLLIN : 0) | (client.connection.hasOutput() ? POLLOUT : 0);
-    watched.push_back({client.connection.descriptor(), static_cast<short>(events), 0});
+    all.push_back({client.connection.descriptor(), static_cast<short>(events), 0});
   }
-  if (clients_.size() < clientsMax) watched.push_back({settings_.listeningDescriptor, POLLIN, 0});
+  if (clients_.size() < clientsMax) all.push_back({settings_.listeningDescriptor, POLLIN, 0});
+  return all;
+}
+
+bool Server::isAnythingWaiting() const {
+  std::vector<pollfd> all = watched();
+  return poll(all.data(), all.size(), 0) > 0;
+}
+
+void Server::waitForEvents(std::vector<pollfd>& own) {
+  std::vector<pollfd> all = own;
+  for (const pollfd& each : watched()) all.push_back(each);
 
   const auto left = timeToWait();
   const timespec limit = {left.value_or(0) / microsecondsInSecond,
                           left.value_or(0) % microsecondsInSecond * 1000};
-  if (ppoll(watched.data(), watched.size(), left ? &limit : nullptr, nullptr) <= 0) {
+  if (ppoll(all.data(), all.size(), left ? &limit : nullptr, nullptr) <= 0) {
     for (pollfd& each : own) each.revents = 0;
     return;
   }
-  quietLooks_ = 0;
-  std::copy_n(watched.begin(), own.size(), own.begin());
+  std::copy_n(all.begin(), own.size(), own.begin());
   std::size_t next = own.size();
   for (Client& client : clients_) {
-    const short events = watched[next++].revents;
+    const short events = all[next++].revents;
     if (events != 0) attend(client, events);
   }
-  if (next < watched.size() && watched[next].revents != 0) acceptWaiting();
+  if (next < all.size() && all[next].revents != 0) acceptWaiting();
 }
 
 void Server::acceptWaiting() {

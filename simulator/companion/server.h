@@ -13,6 +13,7 @@
 #include "simulator/companion/news.h"
 #include "simulator/companion/pace.h"
 #include "simulator/companion/polling_hint.h"
+#include "simulator/companion/processes.h"
 #include "simulator/companion/record.h"
 #include "simulator/desktop.h"
 #include "simulator/turns.h"
@@ -72,6 +73,8 @@ class Server {
 
   void holdTime();
   void wakeDue();
+  std::vector<pollfd> watched() const;
+  bool isAnythingWaiting() const;
   void waitForEvents(std::vector<pollfd>& own);
   void acceptWaiting();
   void attend(Client& client, short events);
@@ -98,8 +101,8 @@ class Server {
   PollingHint polling_;
   Pace pace_;
   bool stopped_ = false;
-  bool looksAgain_ = false;  // whether processes are still at work
-  int quietLooks_ = 0;       // one after the other at which none was, and nothing came
+  ProcessesBelow below_;
+  bool looksAgain_ = false;                      // whether processes are still at work
   std::chrono::steady_clock::time_point start_;  // of the Mac's own time
   std::list<Client> clients_;
 };

@@ -137,7 +137,7 @@ void disableTaps(Mac& mac, std::uint32_t notice) {
 
 std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place place,
                                       tap::Kind kind, std::uint64_t mask) {
-  if (!canMakeTap(mac, mask)) return std::nullopt;
+  if (!canMakeTap(mac, kind, mask)) return std::nullopt;
   auto& taps = mac.tapLine.taps;
   const Tap tap{++mac.numbers, client.pid, kind == tap::Kind::filters, false,
                 grantedMask(mac.world, mask)};
@@ -145,7 +145,9 @@ std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place
   return tap.number;
 }
 
-bool canMakeTap(const Mac& mac, std::uint64_t mask) {
+bool canMakeTap(const Mac& mac, tap::Kind kind, std::uint64_t mask) {
+  const bool filtersKeys = kind == tap::Kind::filters && (mask & keys) != 0;
+  if (filtersKeys && !mac.world.system.givesKeyTaps) return false;
   return mac.world.accessibilityAllowed && grantedMask(mac.world, mask) != 0;
 }
 

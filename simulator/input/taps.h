@@ -27,8 +27,8 @@ std::optional<std::int64_t> createTap(Mac& mac, const Client& client, tap::Place
                                       tap::Kind kind, std::uint64_t mask);
 
 /// Whether the system would give such a tap: keys may be taken out of its mask, and then nothing
-/// may be left of it.
-bool canMakeTap(const Mac& mac, std::uint64_t mask);
+/// may be left of it; or it gives none that filters keys.
+bool canMakeTap(const Mac& mac, tap::Kind kind, std::uint64_t mask);
 
 void enableTap(Mac& mac, std::int64_t number);
 

@@ -227,18 +227,26 @@ TEST_F(taps, need_the_permission) {
 
 TEST_F(taps, get_no_keys_where_the_system_takes_them_out_of_masks) {
   mac_.world.keysInTapsAllowed = false;
-  EXPECT_FALSE(canMakeTap(mac_, keys));
-  EXPECT_TRUE(canMakeTap(mac_, keys | movements));
+  EXPECT_FALSE(canMakeTap(mac_, Kind::listens, keys));
+  EXPECT_TRUE(canMakeTap(mac_, Kind::listens, keys | movements));
   add(Place::head, Kind::listens, keys | movements);
   happen("user key a");
   happen("user move 5,7");
   EXPECT_EQ(told(), Lines{"1:5"});
 }
 
+TEST_F(taps, that_filter_keys_are_not_given_where_the_system_refuses_them) {
+  mac_.world.system.givesKeyTaps = false;
+  EXPECT_FALSE(canMakeTap(mac_, Kind::filters, keys | movements));
+  EXPECT_EQ(createTap(mac_, client(), Place::head, Kind::filters, keys), std::nullopt);
+  EXPECT_TRUE(canMakeTap(mac_, Kind::filters, movements));
+  EXPECT_TRUE(canMakeTap(mac_, Kind::listens, keys));
+}
+
 TEST_F(taps, that_filter_hold_everything_once_their_permission_has_gone) {
   const std::int64_t tap = add(Place::head, Kind::filters);
   happen("withdraw accessibility");
-  EXPECT_FALSE(canMakeTap(mac_, movements));
+  EXPECT_FALSE(canMakeTap(mac_, Kind::filters, movements));
   happen("user key a");
   happen("user move 5,7");
   EXPECT_EQ(told(), Lines{});

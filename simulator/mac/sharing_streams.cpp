@@ -20,18 +20,12 @@ Client* clientOf(Mac& mac, Pid pid) {
   return client == mac.clients.end() ? nullptr : client->get();
 }
 
-}  // namespace
-
-std::int64_t framesOf(const Sharing& sharing, Microseconds now) {
-  const Microseconds interval =
-      std::max<std::int64_t>(sharing.configuration.frameIntervalSeconds, 1) * microsecondsPerSecond;
-  return (now - sharing.since) / interval + 1;
-}
-
-void stopSharing(Mac& mac, Pid owner, const std::string& description) {
+/// The system stops the streams that `isMeant` says, and tells their processes why.
+template <class Predicate>
+void stopThose(Mac& mac, Predicate isMeant, const std::string& description) {
   auto& sharings = mac.world.sharings;
   for (auto sharing = sharings.begin(); sharing != sharings.end();) {
-    if (owner != 0 && sharing->owner != owner) {
+    if (!isMeant(*sharing)) {
       ++sharing;
       continue;
     }
@@ -41,6 +35,51 @@ void stopSharing(Mac& mac, Pid owner, const std::string& description) {
     }
     sharing = sharings.erase(sharing);
   }
+}
+
+void makeInactive(Mac& mac, Sharing& sharing) {
+  note(mac, sharing, "inactive without its window");
+  sharing.earlier = framesOf(sharing, mac.now);
+  sharing.isActive = false;
+}
+
+}  // namespace
+
+std::int64_t framesOf(const Sharing& sharing, Microseconds now) {
+  if (!sharing.isActive) return sharing.earlier;
+  const Microseconds interval =
+      std::max<std::int64_t>(sharing.configuration.frameIntervalSeconds, 1) * microsecondsPerSecond;
+  return sharing.earlier + (now - sharing.since) / interval + 1;
+}
+
+void shareInPlace(Sharing& sharing, const Window& window, Microseconds now) {
+  sharing.window = window.number;
+  sharing.owner = window.owner;
+  if (!sharing.isActive) sharing.since = now;
+  sharing.isActive = true;
+}
+
+void noticeClosedWindows(Mac& mac) {
+  const auto isClosed = [&](const Sharing& sharing) {
+    return sharing.isActive && findWindow(mac.world, sharing.window) == nullptr;
+  };
+  switch (mac.world.system.closedWindowSharing) {
+    case ClosedWindowSharing::goesOn:
+      return;
+    case ClosedWindowSharing::inactive:
+      for (Sharing& sharing : mac.world.sharings) {
+        if (isClosed(sharing)) makeInactive(mac, sharing);
+      }
+      return;
+    case ClosedWindowSharing::stopped:
+      stopThose(mac, isClosed, noSource);
+      return;
+  }
+}
+
+void stopSharing(Mac& mac, Pid owner, const std::string& description) {
+  const auto isMeant = [&](const Sharing& sharing) { return owner == 0 || sharing.owner == owner; };
+  stopThose(mac, isMeant, description);
 }
 
 void forgetSharing(Mac& mac, Pid client) {

@@ -104,6 +104,67 @@ TEST(streams, go_on_without_their_window) {
   });
 }
 
+std::string deskWithClosedWindow(const std::string& what) {
+  return std::string(serviceDesk) +
+         "    at 2500ms in Notes close window\n    system closed-window " + what + "\n";
+}
+
+/// What the journal says of streams.
+std::vector<std::string> sharingEntries(const TestMac& mac) {
+  std::vector<std::string> entries;
+  for (const JournalEntry& entry : mac.desktop().mac().journal) {
+    if (entry.kind == JournalEntry::Kind::sharing) entries.push_back(entry.what);
+  }
+  return entries;
+}
+
+std::int64_t framesOfFirst(const TestMac& mac) {
+  return framesOf(mac.world().sharings.at(0), mac.desktop().mac().now);
+}
+
+TEST(streams, have_no_frames_without_their_window_where_they_become_inactive) {
+  TestMac mac(deskWithClosedWindow("inactive"));
+  runInside(mac, [&] {
+    const share::Stream stream = start(7);
+    mac.desktop().advanceTo(5'000'000);
+    EXPECT_EQ(framesOfFirst(mac), 3);
+    share::updateFilter(stream, {}, {8});
+    EXPECT_EQ(framesOfFirst(mac), 4);
+    mac.desktop().advanceTo(6'000'000);
+    EXPECT_EQ(framesOfFirst(mac), 5);
+    share::stopStream(stream);
+  });
+  EXPECT_EQ(sharingEntries(mac),
+            (std::vector<std::string>{"start 640x480 as a sharing", "inactive without its window",
+                                      "move here", "stop"}));
+}
+
+TEST(streams, are_stopped_without_their_window_where_the_system_does_so) {
+  TestMac mac(deskWithClosedWindow("stopped"));
+  auto told = std::make_shared<std::vector<std::string>>();
+  runInside(mac, [&] {
+    const auto note = [told](const std::string& why) { told->push_back(why); };
+    const share::Stream stream = share::startStream({}, {7}, valid(), "queue", note);
+    const share::Stream other = share::startStream({}, {8}, valid(), "queue", note);
+    mac.desktop().advanceTo(3'000'000);
+    loop::sleepMicroseconds(1'000);
+    EXPECT_EQ(*told, std::vector<std::string>{noSource});
+    EXPECT_EQ(codeOf([&] { share::stopStream(stream); }), -3808);
+    EXPECT_EQ(codeOf([&] { share::stopStream(other); }), 0);
+  });
+}
+
+TEST(streams, of_an_application_that_quits_have_lost_their_window) {
+  TestMac mac(std::string(serviceDesk) + "    macos 15\n    system recording-question never\n" +
+              "    at 1ms quit Notes\n");
+  runInside(mac, [&] {
+    const share::Stream stream = start(7);
+    mac.desktop().advanceTo(9'000'000);
+    EXPECT_EQ(framesOfFirst(mac), 1);
+    share::stopStream(stream);
+  });
+}
+
 TEST(streams, that_the_system_stops_are_told_of_once) {
   TestMac mac(serviceDesk);
   auto told = std::make_shared<std::vector<std::string>>();

@@ -152,6 +152,16 @@ TEST_F(broken_run, that_changes_the_front_application) {
   EXPECT_EQ(end(), Sentences{"I3: the front application changed"});
 }
 
+TEST_F(broken_run, is_not_one_that_brings_up_the_systems_own_question) {
+  mac_.world.system.asksForRecording = true;
+  before(Function::screenshot, {});
+  mac_.world.system.asksForRecording = false;
+  mac_.world.frontmost = 41;
+  after(Function::screenshot, {}, {});
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
 TEST_F(broken_run, is_not_one_whose_target_quits_in_front_by_its_own_reaction) {
   before(Function::publicPost, {pack(Pid{40}), pack(event(moved, 5))});
   mac_.world.applications[0].running = false;

@@ -62,6 +62,7 @@ void UserRules::look() {
   const World& world = run_.mac.world;
   pointerBefore_ = world.pointer;
   frontBefore_ = world.frontmost;
+  isToBeAsked_ = world.system.asksForRecording;
   const Application* front = findApplication(world, frontBefore_);
   keyboardBefore_ = front == nullptr ? 0 : front->focusedWindow;
 }
@@ -92,6 +93,8 @@ void UserRules::checkUntouched(const Call& call, Violations& violations) const {
   const World& world = run_.mac.world;
   if (world.pointer != pointerBefore_) violations.push_back("I3: the user's pointer moved");
   if (frontBefore_ != 0 && actsOn(call) == frontBefore_) return;
+  // The system's own question comes up when it will, and no run can know of it before.
+  if (isToBeAsked_ && !world.system.asksForRecording) return;
   if (world.frontmost != frontBefore_) {
     violations.push_back("I3: the front application changed");
     return;

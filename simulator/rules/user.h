@@ -23,6 +23,7 @@ class UserRules : public Rule {
 
   Point pointerBefore_;
   Pid frontBefore_ = 0;
+  bool isToBeAsked_ = false;      // the user, before the next capture
   ElementId keyboardBefore_ = 0;  // the front application's focused window
   Pid toldInFront_ = 0;           // when the run last asked; 0 for none
   bool isJustTold_ = false;       // nothing but records has come since, in the flow that asked

@@ -14,9 +14,8 @@ struct BadWorld {
 };
 
 const std::string statementWords =
-    "app, user, pointer, display, deny, session, missing, process, file, image, at, "
-    "panel, seed, clock, keyboard, pasteboard, idle, languages, macos, directory, tool, link, "
-    "define, "
+    "app, user, pointer, display, deny, session, missing, process, file, image, at, panel, seed, "
+    "clock, keyboard, pasteboard, idle, languages, macos, system, directory, tool, link, define, "
     "use, "
     "repeat, include";
 const std::string applicationWords =

@@ -195,7 +195,8 @@ TEST(including, tells_which_file_and_which_lines_led_there) {
                  {"worlds/b.world", "\nproces 7\n"}}),
       "worlds/b.world: line 2: unknown word 'proces'; expected app, user, pointer, display, "
       "deny, session, missing, process, file, image, at, panel, seed, clock, keyboard, pasteboard, "
-      "idle, languages, macos, directory, tool, link, define, use, repeat, include; did you "
+      "idle, languages, macos, system, directory, tool, link, define, use, repeat, include; "
+      "did you "
       "mean 'process'? (included in line 2 of the world)");
   EXPECT_EQ(errorWith({{"worlds/a.world", "process 1\ninclude \"b.world\"\nuse P(1)\n"},
                        {"worlds/b.world", "define P(n)\n  process {n}\n"}}),

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "simulator/text/releases.h"
 
 namespace simulator {
 
@@ -49,10 +50,26 @@ void readLanguages(Words& words, World& world) {
   }
 }
 
+std::string releaseNames() {
+  std::string names;
+  for (const Release& release : releases) {
+    names += (names.empty() ? "" : ", ") + std::to_string(release.number);
+  }
+  return names;
+}
+
+/// A release of macOS with all that goes with it, or a version alone.
 void readVersion(Words& words, World& world) {
   const std::string text = words.word("macos", "a version such as 14.2");
   const std::size_t dot = text.find('.');
   const auto major = driver::parseInt32(std::string_view(text).substr(0, dot));
+  if (major && dot == text.npos) {
+    if (!applyRelease(world.system, *major)) {
+      words.fail("unknown release '" + text + "'; those known are " + releaseNames() +
+                 ", beside versions such as 14.2");
+    }
+    return;
+  }
   const auto minor =
       dot == text.npos ? std::nullopt : driver::parseInt32(std::string_view(text).substr(dot + 1));
   if (!major || !minor) words.fail("'macos' needs a version such as 14.2, not '" + text + "'");
@@ -86,7 +103,7 @@ void readTool(Words& words, World& world) {
   }
 }
 
-constexpr std::array<Option<World>, 8> userStatements = {{
+constexpr std::array<Option<World>, 9> userStatements = {{
     {"keyboard", readKeyboard},
     {"pasteboard", readPasteboardItem},
     {"idle",
@@ -96,6 +113,7 @@ constexpr std::array<Option<World>, 8> userStatements = {{
      }},
     {"languages", readLanguages},
     {"macos", readVersion},
+    {"system", readReleaseSetting},
     {"directory",
      [](Words& words, World& world) { world.system.directory = words.text("directory", aPath); }},
     {"tool", readTool},

@@ -83,7 +83,7 @@ TEST(world_text_user, refuses_what_it_cannot_read) {
       {"pasteboard item promises", "'promises' needs a quoted type"},
       {"idle", "'idle' needs a time such as 250us, 100ms or 1.5s"},
       {"languages en,,de", "'languages' has an empty tag in 'en,,de'"},
-      {"macos 14", "'macos' needs a version such as 14.2, not '14'"},
+      {"macos 14.", "'macos' needs a version such as 14.2, not '14.'"},
       {"macos x.y", "'macos' needs a version such as 14.2, not 'x.y'"},
       {"directory tmp", "'directory' needs a quoted path, not 'tmp'"},
       {"tool \"/a\"", "'tool' needs output or photo behind its path"},

@@ -94,6 +94,8 @@ SIMULATOR_NAMES(Habits::Scrolling, "none", "whole", "lazy");
 SIMULATOR_NAMES(Habits::Children, "steady", "grow", "grow-deeper", "shrink");
 SIMULATOR_NAMES(ApplicationKind, "appkit", "chromium");
 SIMULATOR_NAMES(workspace::ActivationPolicy, "regular", "accessory", "prohibited");
+SIMULATOR_NAMES(PasteboardReads, "free", "refused", "hanging");
+SIMULATOR_NAMES(ClosedWindowSharing, "goes-on", "inactive", "stopped");
 SIMULATOR_NAMES(KeyboardLayout, "us", "german", "french", "japanese");
 
 #undef SIMULATOR_NAMES

@@ -138,11 +138,24 @@ std::string neededAfter(const Phrases& following) {
   return oneOf(following);
 }
 
+/// The next bare word; empty where something other comes.
+std::string_view nextWordOf(const Words& words) {
+  return words.nextIs(Token::Kind::word) ? std::string_view(words.peek()->text) : "";
+}
+
+/// Most phrases begin with another letter: worlds have many words, and each is looked for among
+/// all.
+bool beginsWith(std::string_view phrase, std::string_view word) {
+  if (phrase.empty() || word.empty() || phrase[0] != word[0]) return false;
+  return phrase.starts_with(word) && (phrase.size() == word.size() || phrase[word.size()] == ' ');
+}
+
 /// The first of those that go on with the next word.
 std::vector<Remainder>::const_iterator nextOf(const Words& words,
                                               const std::vector<Remainder>& open) {
+  const std::string_view next = nextWordOf(words);
   return std::find_if(open.begin(), open.end(),
-                      [&](const Remainder& each) { return words.nextIs(firstWord(each.text)); });
+                      [&](const Remainder& each) { return beginsWith(each.text, next); });
 }
 
 /// Passes over the next word, and leaves what goes on with it open.
@@ -337,7 +350,11 @@ std::string oneOf(const Phrases& phrases) { return "one of " + firstWords(phrase
 
 std::size_t takePhrase(Words& words, const Phrases& phrases) {
   std::vector<Remainder> open;
-  for (std::size_t i = 0; i < phrases.size(); ++i) open.push_back({i, phrases[i]});
+  const std::string_view next = nextWordOf(words);
+  for (std::size_t i = 0; i < phrases.size(); ++i) {
+    if (beginsWith(phrases[i], next)) open.push_back({i, phrases[i]});
+  }
+  if (open.empty()) words.failUnknown(firstWords(phrases));
   std::string last = takeWord(words, open);
   while (!open.front().text.empty()) {
     if (nextOf(words, open) == open.end()) {

@@ -118,6 +118,7 @@ using Phrases = std::vector<std::string_view>;
 template <class Row, std::size_t count>
 Phrases phrasesOf(const std::array<Row, count>& rows) {
   Phrases phrases;
+  phrases.reserve(count);
   for (const Row& row : rows) phrases.emplace_back(row.phrase);
   return phrases;
 }

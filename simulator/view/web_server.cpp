@@ -143,7 +143,19 @@ std::optional<int> WebServer::timeout() const {
   return static_cast<int>(std::min<MHD_UNSIGNED_LONG_LONG>(milliseconds, timeoutMax));
 }
 
-void WebServer::run() { MHD_run(daemon_.get()); }
+unsigned int WebServer::connections() const {
+  return MHD_get_daemon_info(daemon_.get(), MHD_DAEMON_INFO_CURRENT_CONNECTIONS)->num_connections;
+}
+
+/// Once there were as many connections as there may be, the library takes those that wait only in
+/// the run after the one in which others ended; and its descriptor does not say that they wait.
+void WebServer::run() {
+  unsigned int before = 0;
+  do {
+    before = connections();
+    MHD_run(daemon_.get());
+  } while (connections() < before);
+}
 
 void WebServer::reply(Ticket ticket, WebReply reply) {
   const auto found = exchanges_.find(ticket);

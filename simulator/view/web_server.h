@@ -67,6 +67,7 @@ class WebServer {
 
   std::optional<WebReply> refusalOf(MHD_Connection* connection, const std::string& url) const;
   int proceed(MHD_Connection* connection, Exchange& exchange);
+  unsigned int connections() const;  // that are open
 
   Handler handler_;
   std::string token_;

@@ -70,7 +70,8 @@ SIMULATOR_MEMBERS(Activity, before, lastTimes);
 SIMULATOR_MEMBERS(Pasteboard::Entry, type, data);
 SIMULATOR_MEMBERS(Pasteboard, items, changeCount, owner);
 SIMULATOR_MEMBERS(process::Version, major, minor);
-SIMULATOR_MEMBERS(System, languages, version, directory, tools, links);
+SIMULATOR_MEMBERS(System, languages, version, asksForRecording, pasteboardReads, givesKeyTaps,
+                  closedWindowSharing, directory, tools, links);
 SIMULATOR_MEMBERS(Scripted, at, happening, latest, every, times, place, chance);
 SIMULATOR_MEMBERS(PanelService, pid, number, over);
 SIMULATOR_MEMBERS(PendingWrite, due, pid, element, attribute, text, pastes, actor);

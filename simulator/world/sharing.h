@@ -26,7 +26,9 @@ struct Sharing {
   platform::WindowNumber window = 0;
   platform::Pid owner = 0;  // of the window, which may have gone since
   share::StreamConfiguration configuration;
-  std::int64_t since = 0;  // when it started, in microseconds of virtual time
+  std::int64_t since = 0;    // when it began to have frames, in microseconds of virtual time
+  std::int64_t earlier = 0;  // frames of the time before
+  bool isActive = true;      // it has frames
 };
 
 }  // namespace simulator

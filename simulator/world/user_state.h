@@ -41,10 +41,28 @@ struct Activity {
   std::map<std::uint32_t, std::int64_t> lastTimes;  // by event type
 };
 
-/// The system as it is set up.
+/// What a process gets when it reads what others have copied.
+enum class PasteboardReads {
+  free,     // all of it
+  refused,  // the items without their data
+  hanging   // no answer
+};
+
+/// What becomes of the stream of a shared window that has closed.
+enum class ClosedWindowSharing {
+  goesOn,    // nothing
+  inactive,  // it has no frames until it gets another window
+  stopped    // the system stops it and says why
+};
+
+/// The system as it is set up. What its releases make of it is in text/releases.h.
 struct System {
   std::vector<std::string> languages = {"en"};
   process::Version version{14, 2};
+  bool asksForRecording = false;  // the user, before the next capture
+  PasteboardReads pasteboardReads = PasteboardReads::free;
+  bool givesKeyTaps = true;  // those that filter keys, to processes that have no windows
+  ClosedWindowSharing closedWindowSharing = ClosedWindowSharing::goesOn;
   std::optional<std::string> directory;          // absent: the user's home
   std::map<std::string, platform::Bytes> tools;  // what the programs at these paths write
   std::map<std::string, std::string> links;      // symbolic links, by their paths

@@ -3,22 +3,23 @@ import assert from "node:assert/strict";
 import http from "node:http";
 import net from "node:net";
 import { networkInterfaces } from "node:os";
-import { after, before, test } from "node:test";
-import { Mac } from "./support.mjs";
+import { before } from "node:test";
+import { Needs, test } from "./needs.mjs";
+import { within } from "./programs.mjs";
 
+const needs = Needs.ofFile();
 let mac;
 let port;
 let path;
 
 before(async () => {
-  mac = await Mac.start();
+  mac = await needs.mac();
   ({ port, pathname: path } = new URL(mac.address));
 });
-after(() => mac.stop());
 
 /** The status and the text of an answer. */
 function ask(options = {}, body = "") {
-  return new Promise((resolve, reject) => {
+  return within("an answer of the view", new Promise((resolve, reject) => {
     const request = http.request({ host: "127.0.0.1", port, path, agent: false, ...options }, (answer) => {
       let text = "";
       answer.on("data", (data) => { text += data; });
@@ -26,7 +27,7 @@ function ask(options = {}, body = "") {
     });
     request.on("error", reject);
     request.end(body);
-  });
+  }));
 }
 
 const status = async (...words) => (await ask(...words)).slice(0, 2);
@@ -86,13 +87,13 @@ test("it listens on this machine alone", async () => {
 });
 
 test("so many connections and no more", async () => {
-  const open = await Promise.all(Array.from({ length: 32 }, () => new Promise((resolve) => {
-    const socket = net.connect(port, "127.0.0.1", () => resolve(socket));
+  const open = await Promise.all(Array.from({ length: 32 }, () => new Promise((resolve, reject) => {
+    const socket = net.connect(port, "127.0.0.1", () => resolve(socket)).on("error", reject);
   })));
   let isAnswered = false;
   const next = ask().then(([code]) => { isAnswered = true; return code; });
   await mac.tell("state");
   assert.equal(isAnswered, false);
-  await Promise.all(open.map((socket) => new Promise((resolve) => { socket.on("close", resolve).end(); })));
+  open.forEach((socket) => socket.destroy());
   assert.equal(await next, 200);
 });

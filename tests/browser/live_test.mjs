@@ -1,37 +1,25 @@
 // The page that shows a running Mac, and lets its user be played.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
-import { after, afterEach, before, beforeEach, test as testOf } from "node:test";
-import { Mac, assertIsForEverybody, folder, launch, open } from "./support.mjs";
+import { before, beforeEach } from "node:test";
+import { assertIsForEverybody } from "./everybody.mjs";
+import { Needs, test } from "./needs.mjs";
+import { patience, until } from "./programs.mjs";
 
+const needsOfAll = Needs.ofFile();
+const needs = Needs.ofEachTest();
 let browser;
-let files;
 let mac;
 let page;
 
 before(async () => {
-  browser = await launch();
-  files = folder();
-});
-after(async () => {
-  await browser.close();
-  files.remove();
+  browser = await needsOfAll.browser();
 });
 beforeEach(async () => {
-  mac = await Mac.start();
-  page = await open(browser, mac.address);
-  page.setDefaultTimeout(20_000);
+  mac = await needs.mac();
+  page = await needs.page(browser, mac.address);
   await page.locator("#screen[src]").waitFor();
 });
-afterEach(async () => {
-  const errors = page.errors;
-  await page.close();
-  await mac.stop();
-  assert.deepEqual(errors, []);
-});
-
-/** What hangs fails. */
-const test = (name, body) => testOf(name, { timeout: 60_000 }, body);
 
 const button = (name) => page.getByRole("button", { name, exact: true });
 const field = (name) => page.getByRole("textbox", { name, exact: true });
@@ -49,7 +37,7 @@ async function happened(count) {
   const begin = Date.now();
   for (;;) {
     const told = await mac.happenings();
-    if (told.length >= count || Date.now() - begin > 20_000) return told;
+    if (told.length >= count || Date.now() - begin > patience) return told;
   }
 }
 
@@ -76,6 +64,15 @@ test("shows a run as it happens", async () => {
   await item.getByText("pressed AXButton").first().waitFor();
   assert.deepEqual(await item.locator("img").evaluateAll((all) => all.map((each) => each.alt)),
     ["The screens before, with where it clicked", "The screens after"]);
+});
+
+test("leaves the screens where they are, whatever it says", async () => {
+  const before = await page.locator("#stage").boundingBox();
+  await field("Anything else").fill(`quit "${"x".repeat(500)}"`);
+  await button("Tell the Mac").click();
+  await page.locator("#told.bad").waitFor();
+  await page.evaluate(() => window.scrollTo(0, 0));
+  assert.deepEqual(await page.locator("#stage").boundingBox(), before);
 });
 
 test("lets the user click, drag, scroll and type on the screens", async () => {
@@ -139,13 +136,13 @@ test("lets the user copy, switch, lock, unlock, plug and unplug", async () => {
 });
 
 test("lets the user stop a sharing", async () => {
-  const { run, ended } = mac.begin("capture-service", files.path("lock"));
-  run.stdin.write('{"op":"open","session":"s","app":"Notes"}\n');
-  while ((await mac.tell("state"))[0].sharing.length === 0) continue;
+  const service = mac.begin("capture-service", needs.folder()("lock"));
+  service.write('{"op":"open","session":"s","app":"Notes"}\n');
+  await until("a sharing", async () => (await mac.tell("state"))[0].sharing.length > 0);
   await page.getByRole("combobox", { name: "Application" }).selectOption("Notes");
   await button("Stop sharing").click();
 
-  assert.equal(await ended, 1);
+  assert.equal(await service.ended(), 1);
 });
 
 test("arms a fault, and says what the Mac refuses", async () => {
@@ -161,18 +158,20 @@ test("arms a fault, and says what the Mac refuses", async () => {
 test("stops time, steps, advances and lets it go", async () => {
   await button("Stop").click();
   await page.getByText("0 ms, virtual time, which stands.").waitFor();
-  const { ended } = mac.begin("bg-click", "Notes", "340", "574");
+  const run = mac.begin("bg-click", "Notes", "340", "574");
   await lineOf("driver bg-click Notes 340 574").waitFor();
-  while ((await mac.tell("clock"))[0].now < 40) {
+  await until("40 ms of virtual time", async () => {
+    if ((await mac.tell("clock"))[0].now >= 40) return true;
     const answer = page.waitForResponse((each) => each.request().postData() === '["clock","step"]');
     await button("Step").click();
     await answer;
-  }
+    return false;
+  });
   await page.getByText("40 ms, virtual time, which stands.", { exact: true }).waitFor();
   await button("Advance").click();
   await page.getByText("140 ms, virtual time, which stands.").waitFor();
   await page.getByRole("combobox", { name: "Speed" }).selectOption("10 times real time");
-  assert.equal(await ended, 0);
+  assert.equal(await run.ended(), 0);
   await page.getByText("584 ms, virtual time, 10 times real.").waitFor();
 });
 
@@ -202,11 +201,11 @@ test("shows the state as it changes", async () => {
 test("tells of a rule that is broken", async () => {
   await page.getByText("No rule is broken.").waitFor();
   await mac.tell("clock", "stop");
-  const { run, ended } = mac.begin("bg-click", "Notes", "340", "574");
+  const run = mac.begin("bg-click", "Notes", "340", "574");
   await lineOf("driver bg-click Notes 340 574").waitFor();
-  while ((await mac.tell("clock", "step"))[0].now < 100) continue;
-  run.kill("SIGKILL");
-  assert.equal(await ended, "SIGKILL");
+  await until("100 ms of virtual time", async () => (await mac.tell("clock", "step"))[0].now >= 100);
+  run.kill();
+  assert.equal(await run.ended(), "SIGKILL");
   await page.getByRole("list", { name: "Broken rules" }).getByText(/^I27: /).first().waitFor();
 });
 
@@ -220,22 +219,18 @@ test("is for everybody, in light and dark", async () => {
 });
 
 test("says so when the Mac has gone", async () => {
+  page.admits = /ERR_|503/;
   await mac.tell("stop");
   await page.locator("#told.bad", { hasText: "The Mac is no more to be seen" }).waitFor();
-  page.errors = page.errors.filter((each) => !/ERR_|503/.test(each));
 });
 
 test("asks the Mac for nothing while nobody looks", async () => {
-  const other = await Mac.start();
-  try {
-    const [view] = readFileSync(`/proc/${other.process.pid}/task/${other.process.pid}/children`, "utf8").split(" ");
-    const status = () => readFileSync(`/proc/${view}/status`, "utf8");
-    const turns = () => /\nvoluntary_ctxt_switches:\s*(\d+)/.exec(status())[1];
-    while (!/^State:\s*S/m.test(status())) continue;
-    const before = turns();
-    await other.driver("bg-click", "Notes", "340", "574");
-    assert.equal(turns(), before);
-  } finally {
-    await other.stop();
-  }
+  const other = await needs.mac();
+  const [view] = readFileSync(`/proc/${other.program.pid}/task/${other.program.pid}/children`, "utf8").split(" ");
+  const status = () => readFileSync(`/proc/${view}/status`, "utf8");
+  const turns = () => /\nvoluntary_ctxt_switches:\s*(\d+)/.exec(status())[1];
+  await until("a view that waits", async () => /^State:\s*S/m.test(status()));
+  const before = turns();
+  await other.driver("bg-click", "Notes", "340", "574");
+  assert.equal(turns(), before);
 });

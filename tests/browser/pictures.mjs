@@ -1,24 +1,25 @@
 // Takes the pictures of the pages that the documents show: pictures.mjs FOLDER.
 import { join } from "node:path";
-import { Mac, desk, driver, folder, launch, open, run, simulatedMac } from "./support.mjs";
+import { Needs } from "./needs.mjs";
+import { desk, driver, run, simulatedMac } from "./programs.mjs";
 
 const target = process.argv[2];
 const script = '"$0" bg-click Notes 340 574; "$1" user click 620,256; "$0" ax-press-exact Chat Nowhere; true';
-const browser = await launch();
+const needs = new Needs();
+const browser = await needs.browser();
+const file = needs.folder();
 
-const files = folder();
-await run(simulatedMac, ["run", "--virtual", "--record", files.path("record"), desk, "--", "sh", "-c", script, driver,
+await run(simulatedMac, ["run", "--virtual", "--record", file("record"), desk, "--", "sh", "-c", script, driver,
   simulatedMac]);
-await run(simulatedMac, ["report", files.path("record"), "-o", files.path("report.html")]);
-const report = await open(browser, `file://${files.path("report.html")}`, { viewport: { width: 1100, height: 860 } });
+await run(simulatedMac, ["report", file("record"), "-o", file("report.html")]);
+const report = await needs.page(browser, `file://${file("report.html")}`, { viewport: { width: 1100, height: 860 } });
 await report.locator(".item > summary").first().click();
 await report.waitForFunction(() => [...document.querySelectorAll("canvas")].length === 2);
 await report.locator("canvas").last().scrollIntoViewIfNeeded();
 await report.screenshot({ path: join(target, "report.png"), fullPage: true });
-files.remove();
 
-const mac = await Mac.start();
-const live = await open(browser, mac.address, { viewport: { width: 1400, height: 900 } });
+const mac = await needs.mac();
+const live = await needs.page(browser, mac.address, { viewport: { width: 1400, height: 900 } });
 await mac.driver("bg-click", "Notes", "340", "574");
 await mac.driver("ax-press-exact", "Chat", "Nowhere");
 await live.locator("#items .item").nth(1).waitFor();
@@ -27,5 +28,4 @@ await live.getByRole("combobox", { name: "Of" }).selectOption("Notes");
 await live.getByRole("button", { name: 'AXTextArea "Body"' }).hover();
 await live.waitForFunction(() => document.getElementById("screen").naturalWidth > 0);
 await live.screenshot({ path: join(target, "live.png") });
-await mac.stop();
-await browser.close();
+await needs.end();

@@ -1,8 +1,9 @@
 // The page of a report, opened from disk.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
-import { assertIsForEverybody, desk, driver, folder, launch, open, run, simulatedMac }
-  from "./support.mjs";
+import { before } from "node:test";
+import { assertIsForEverybody } from "./everybody.mjs";
+import { Needs, test } from "./needs.mjs";
+import { desk, driver, run, simulatedMac } from "./programs.mjs";
 
 const script = `
 "$0" bg-click Notes 340 574
@@ -13,24 +14,17 @@ const script = `
 "$1" unlock
 true`;
 
-let files;
-let browser;
+const needs = Needs.ofFile();
+const file = needs.folder();
 let page;
 
 before(async () => {
-  files = folder();
-  const words = ["run", "--virtual", "--seed", "7", "--record", files.path("record"), desk, "--", "sh", "-c", script,
+  const words = ["run", "--virtual", "--seed", "7", "--record", file("record"), desk, "--", "sh", "-c", script,
     driver, simulatedMac];
   assert.equal((await run(simulatedMac, words)).status, 0);
-  const made = await run(simulatedMac, ["report", files.path("record"), "-o", files.path("report.html")]);
+  const made = await run(simulatedMac, ["report", file("record"), "-o", file("report.html")]);
   assert.equal(made.status, 0);
-  browser = await launch();
-  page = await open(browser, `file://${files.path("report.html")}`);
-  page.setDefaultTimeout(20_000);
-});
-after(async () => {
-  await browser.close();
-  files.remove();
+  page = await needs.page(await needs.browser(), `file://${file("report.html")}`);
 });
 
 /** The lines that are shown: what was done, and its marks. */
@@ -51,10 +45,17 @@ const all = [
 
 test("opens from disk, and asks for nothing", async () => {
   assert.deepEqual(await shown(), all);
-  assert.deepEqual(page.asked.filter((url) => !url.startsWith("data:")), [`file://${files.path("report.html")}`]);
+  assert.deepEqual(page.asked.filter((url) => !url.startsWith("data:")), [`file://${file("report.html")}`]);
   assert.deepEqual(page.errors, []);
   assert.match(await page.locator("#summary").textContent(),
-    /^3 processes, 2 steps with failures, [\d.]+ ms of virtual time\. Seed 7\. simulated-mac /);
+    /^Processes: 3\. Steps with failures: 2\. [\d.]+ ms of virtual time\. Seed 7\. simulated-mac /);
+});
+
+test("says in a line why it failed, or what came of it", async () => {
+  const reasons = await page.locator(".item > summary").evaluateAll((lines) =>
+    lines.map((line) => line.querySelector(".reason")?.textContent ?? ""));
+  assert.deepEqual(reasons, ["", 'Browser: pressed AXCheckBox "Show wind"', 'no element labelled "Nowhere"',
+    "the screen locked; input was withheld from the lock screen", "", ""]);
 });
 
 test("finds what is searched for", async () => {

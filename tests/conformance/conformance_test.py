@@ -372,7 +372,7 @@ class OnAMac(InFolder):
         with mac.Mac("deny screen-recording\n" + world(LAYOUT, [])) as desk:
             with mock.patch.dict(os.environ, {"SIMULATED_MAC": desk.environment["SIMULATED_MAC"]}):
                 self.assertEqual(
-                    (2, "permission missing: screenRecording; scripts/doctor tells more\n"),
+                    (2, "permission missing: screenRecording; scripts/doctor says more\n"),
                     self.play())
 
 

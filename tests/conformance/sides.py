@@ -173,7 +173,7 @@ class RealMac:
         granted = self._ask("permissions")
         missing = [name for name in ("accessibility", "screenRecording") if not granted[name]]
         if missing:
-            raise Trouble(f"permission missing: {', '.join(missing)}; scripts/doctor tells more")
+            raise Trouble(f"permission missing: {', '.join(missing)}; scripts/doctor says more")
         session = self._ask("session")
         if session["locked"] or not session["onConsole"]:
             raise Trouble("the screen must be unlocked, and this user in front")

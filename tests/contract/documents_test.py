@@ -2,12 +2,15 @@
 import json
 import re
 import subprocess
+import tempfile
 import unittest
+from pathlib import Path
 
 from links import broken_links
 from mac import DRIVER, ROOT, Mac
 
-DOCUMENTS = [*ROOT.glob("*.md"), *(ROOT / "docs").rglob("*.md"), *(ROOT / "packaging").rglob("*.md")]
+DOCUMENTS = [*ROOT.glob("*.md"), *(ROOT / "docs").rglob("*.md"), *(ROOT / "packaging").rglob("*.md"),
+             *(ROOT / "worlds").glob("*.md"), *(ROOT / "clients").glob("*/*.md")]
 ATTEMPTS_MAX = 50
 DESK = """
 pasteboard item "public.utf8-plain-text" "the user's"
@@ -20,9 +23,20 @@ app Notes pid 41
 
 
 class Links(unittest.TestCase):
-    def test_lead_to_files_that_are_there(self):
-        self.assertGreater(len(DOCUMENTS), 15)
+    def test_lead_to_files_and_places_that_are_there(self):
+        self.assertGreater(len(DOCUMENTS), 25)
         self.assertEqual([], list(broken_links(DOCUMENTS)))
+
+    def test_that_lead_nowhere_are_found(self):
+        with tempfile.TemporaryDirectory(prefix="links-") as name:
+            page = Path(name) / "page.md"
+            page.write_text("# One `word`\n\n## Two, three\n\n## Two, three\n\n<a id=\"four\"></a>\n"
+                            "```\n# five\n[x](code.md)\n```\n`[x](span.md)`\n"
+                            "[a](#one-word) [b](page.md#two-three-1) [c](#four) [d](https://example.com/#x)\n"
+                            "[e](#five) [f](other.md) [g](page.md#two-three-2) ![h](picture.png)\n")
+            self.assertEqual([(str(page), link) for link in
+                              ("#five", "other.md", "page.md#two-three-2", "picture.png")],
+                             list(broken_links([page])))
 
     def test_are_there_for_every_page(self):
         readme = (ROOT / "README.md").read_text()

@@ -10,7 +10,8 @@ import topics
 
 # The page that has a topic's whole table.
 PAGES = {"calls": "docs/SIMULATED_MAC.md", "outcomes": "docs/SIMULATED_MAC.md",
-         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md"}
+         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md",
+         "releases": "docs/WORLDS.md"}
 
 
 def topic_names():
@@ -31,6 +32,15 @@ class Help(unittest.TestCase):
         for path in topics.pages():
             with self.subTest(page=path.name):
                 self.assertEqual(topics.as_it_should_be(path, SIMULATED_MAC), path.read_text())
+
+    def test_has_the_grammar_of_the_page(self):
+        text = subprocess.run([SIMULATED_MAC, "help"], capture_output=True, text=True, check=True).stdout
+        page = (ROOT / "docs/SIMULATED_MAC.md").read_text()
+        forms = re.findall(r"^simulated-mac ((?:run|serve) \[.*)$", page, re.M)
+        self.assertEqual(2, len(forms))
+        for form in forms:
+            with self.subTest(form=form):
+                self.assertIn(f"\n  {form}\n", text)
 
     def test_is_what_completions_are_made_of(self):
         for name, text in mac_completions.files(SIMULATED_MAC):

@@ -7,7 +7,7 @@ from mac import ROOT, SIMULATED_MAC
 import topics
 
 # What an element does and what happens is tried in a world, an outcome in a fault.
-TOPICS = ("happenings", "reactions", "habits", "outcomes")
+TOPICS = ("happenings", "reactions", "habits", "outcomes", "releases")
 
 RULES = ROOT / "simulator/rules"
 

@@ -53,7 +53,8 @@ TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
   EXPECT_EQ(
       seen(run({path, "help", "weather"})),
       failure(
-          "unknown topic: weather; the topics are calls, outcomes, happenings, reactions, habits"));
+          "unknown topic: weather; the topics are calls, outcomes, happenings, reactions, habits, "
+          "releases"));
   EXPECT_EQ(seen(run({path, "help", "calls", "outcomes"})),
             failure("usage: simulated-mac help [TOPIC]"));
 }

@@ -106,8 +106,8 @@ TEST(import, reads_a_page_source) {
 
   EXPECT_EQ(
       textOf(world),
-      "# From a page source, which tells neither process ids nor numbers of windows (they are "
-      "made up), nor actions, nor what is in front.\n"
+      "# From a page source, which has no process ids and no numbers of windows (they are made "
+      "up), no actions, and no application in front.\n"
       "app \"Notes\" pid 500 bundle \"com.example.notes\"\n"
       "  # The number of this window is made up.\n"
       "  window 1000 \"Inbox\" at 100,80 size 800x600 failing AXSubrole -25212 attribute "

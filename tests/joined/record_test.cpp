@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "mac.h"
 #include "worlds.h"
@@ -26,6 +29,16 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
   std::size_t count = 0;
   for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
   return count;
+}
+
+/// Asks again and again, for half a minute.
+template <class Ask>
+bool isSeenInTime(Ask ask) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (std::chrono::steady_clock::now() < end) {
+    if (ask()) return true;
+  }
+  return false;
 }
 
 /// A page's pictures, with an ellipsis for what is in them.
@@ -133,6 +146,43 @@ TEST_F(record, has_what_was_acknowledged_when_the_mac_is_killed) {
   EXPECT_EQ(report(files_.path("report.html")).status, 0);
 }
 
+TEST_F(record, has_what_was_asked_before_it_is_answered) {
+  ServedMac mac(notes, {"--virtual", "--record", folder_, "--no-pictures"});
+  // The system ends the Mac as soon as it writes more.
+  const rlimit full = {lines().size(), lines().size()};
+  ASSERT_EQ(prlimit(mac.process().pid(), RLIMIT_FSIZE, &full, nullptr), 0);
+
+  EXPECT_EQ(seen(mac.command({"lock"})),
+            "1 {\"error\":\"the simulated Mac at " + mac.socket() + " has gone\",\"ok\":false}\n");
+}
+
+TEST_F(record, says_at_its_end_what_was_left_behind) {
+  const ServedMac mac(notes, {"--virtual", "--record", folder_});
+  mac.command({"clock", "stop"});
+  Process click(driverCommand({"bg-click", "Notes", "130", "95"}), mac.environment());
+  EXPECT_TRUE(isSeenInTime(
+      [&] { return mac.command({"state"}).output.find("\"focus\":[]") == std::string::npos; }));
+  click.signal(SIGKILL);
+  click.finish();
+  EXPECT_TRUE(isSeenInTime(
+      [&] { return mac.command({"state"}).output.find("\"processes\":[]") != std::string::npos; }));
+  mac.command({"stop"});
+
+  const std::string text = lines();
+  EXPECT_EQ(
+      text.substr(text.rfind("{\"at\"")),
+      "{\"at\":0.0,\"kind\":\"end\",\"violations\":[\"I27: focus is held in window 7 of Notes "
+      "by process 5000000, which was killed\"]}\n");
+}
+
+TEST_F(record, that_was_cut_off_is_reported_as_far_as_it_goes) {
+  const std::string page = files_.path("report.html");
+  EXPECT_EQ(kept({driverPath(), "session"}).status, 0);
+  std::ofstream(folder_ + "/record.jsonl", std::ios::app) << "{\"at\":0.0,\"ki";
+
+  EXPECT_EQ(seen(report(page)), "0 {\"ok\":true,\"path\":\"" + page + "\"}\n");
+}
+
 TEST_F(record, ends_when_the_mac_is_stopped) {
   const ServedMac mac(notes, {"--virtual", "--record", folder_});
 
@@ -155,6 +205,25 @@ TEST_F(record, becomes_a_page_that_needs_nothing_else) {
   EXPECT_EQ(
       occurrences(text, "@RECORD@") + occurrences(text, "@STYLE@") + occurrences(text, "@IMPORTS@"),
       0U);
+}
+
+TEST_F(record, has_every_entry_on_its_page) {
+  const std::string page = files_.path("report.html");
+  const std::string all =
+      "\"$0\" user move 1,1; \"$1\" session; \"$0\" lock; \"$0\" user move 9,9; "
+      "\"$0\" fault any 1 before unlock; \"$1\" bg-click Notes 130 95";
+  EXPECT_EQ(kept({"/bin/sh", "-c", all, simulatedMacPath(), driverPath()}).status, 0);
+  EXPECT_EQ(report(page).status, 0);
+
+  std::istringstream stream(lines());
+  std::string entries;
+  for (std::string line; std::getline(stream, line);) {
+    const bool isEntry = line.find("\"kind\":\"picture\"") == line.npos &&
+                         line.find("\"kind\":\"record\"") == line.npos &&
+                         line.find("\"kind\":\"end\"") == line.npos;
+    if (isEntry) entries += (entries.empty() ? "" : ",") + line;
+  }
+  EXPECT_NE(contentsOf(page).find("\"entries\":[" + entries + "],"), std::string::npos) << entries;
 }
 
 TEST_F(record, shows_on_its_page_what_has_changed_on_the_screens) {

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
 
 #include "mac.h"
+#include "wire.h"
 #include "worlds.h"
 
 namespace joined {
@@ -157,6 +159,8 @@ TEST(serve, is_listed_while_it_runs_wherever_it_listens) {
   EXPECT_FALSE(listed(path));
 }
 
+constexpr uid_t strangersId = 65534;
+
 /// Only root can be somebody else.
 TEST(serve, tells_another_user_whose_it_is) {
   if (geteuid() != 0) GTEST_SKIP() << "not root";
@@ -173,6 +177,18 @@ TEST(serve, tells_another_user_whose_it_is) {
   EXPECT_EQ(asStranger({simulatedMacPath(), "list"}), "0 ");
   EXPECT_EQ(asStranger({driverPath(), "session"}),
             failure("the simulated Mac at " + mac.socket() + " is another user's"));
+}
+
+TEST(serve, takes_nothing_from_another_user) {
+  if (geteuid() != 0) GTEST_SKIP() << "not root";
+  const ServedMac mac(notes);
+  ASSERT_EQ(seteuid(strangersId), 0);
+  const Wire stranger(mac.socket());
+  ASSERT_EQ(seteuid(0), 0);
+
+  stranger.send(frame(list({text("control"), text("lock")})));
+  EXPECT_EQ(stranger.receive(), "closed");
+  EXPECT_EQ(seen(mac.command({"journal"})), "0 ");
 }
 
 TEST(serve, tells_its_version) {

@@ -2,10 +2,14 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdint>
+#include <iterator>
+#include <list>
 #include <regex>
 #include <string>
 
@@ -30,23 +34,56 @@ Address addressIn(const std::string& line) {
   return parts.empty() ? Address() : Address{parts[1], parts[2]};
 }
 
-/// All that a server sends back to one request, which ends the connection.
-std::string exchanged(const std::string& port, const std::string& request) {
-  const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in server{};
-  server.sin_family = AF_INET;
-  server.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port)));
-  server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  std::string answer;
-  if (connect(connection, reinterpret_cast<sockaddr*>(&server), sizeof server) == 0 &&
-      write(connection, request.data(), request.size()) == static_cast<ssize_t>(request.size())) {
+/// A connection to a server of this machine. Whoever reads waits for half a minute at most.
+class Connection {
+ public:
+  explicit Connection(const std::string& port, const char* host = "127.0.0.1")
+      : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    const timeval patience = {30, 0};
+    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    sockaddr_in server{};
+    server.sin_family = AF_INET;
+    server.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port)));
+    server.sin_addr.s_addr = inet_addr(host);
+    isOpen_ = connect(socket_, reinterpret_cast<sockaddr*>(&server), sizeof server) == 0;
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() { close(socket_); }
+
+  bool isOpen() const { return isOpen_; }
+
+  void ask(const std::string& request) const {
+    EXPECT_EQ(write(socket_, request.data(), request.size()), std::ssize(request));
+  }
+
+  /// What comes until there is this text in it, or until the server says no more.
+  std::string read(const std::string& until) const {
+    std::string answer;
     char bytes[4096];
-    for (ssize_t count = 0; (count = read(connection, bytes, sizeof bytes)) > 0;) {
+    while (until.empty() || answer.find(until) == answer.npos) {
+      const ssize_t count = ::read(socket_, bytes, sizeof bytes);
+      if (count <= 0) break;
       answer.append(bytes, static_cast<std::size_t>(count));
     }
+    return answer;
   }
-  close(connection);
-  return answer;
+
+ private:
+  int socket_;
+  bool isOpen_ = false;
+};
+
+/// All that a server sends back to one request, which ends the connection.
+std::string exchanged(const std::string& port, const std::string& request) {
+  const Connection connection(port);
+  connection.ask(request);
+  return connection.read("");
+}
+
+/// A request for the page, by another name of the server.
+std::string headByName(const Address& address, const std::string& name) {
+  return "GET " + address.path + " HTTP/1.1\r\nHost: " + name + "\r\nConnection: close\r\n";
 }
 
 std::string head(const Address& address, const std::string& what) {
@@ -105,18 +142,61 @@ TEST_F(view, tells_what_is_new_and_has_its_picture) {
   EXPECT_EQ(picture.substr(0, 8), "200 \x89PNG");
 }
 
-TEST_F(view, lets_in_whoever_knows_its_address_alone) {
+TEST_F(view, lets_in_who_knows_its_address_and_keeps_to_the_limits) {
   const std::string wrong = "GET /" + std::string(32, '0') + "/";
   EXPECT_EQ(statusAndBody(exchanged(address_.port, head(address_, wrong) + "\r\n")),
             "404 not the address that was printed\n");
-  EXPECT_EQ(statusAndBody(exchanged(address_.port, "GET " + address_.path +
-                                                       " HTTP/1.1\r\nHost: evil.example\r\n"
-                                                       "Connection: close\r\n\r\n")),
-            "403 not a name of this Mac\n");
   EXPECT_EQ(statusAndBody(exchanged(address_.port, head(address_, "GET " + address_.path) +
                                                        "Origin: http://evil.example\r\n\r\n")),
             "403 not a page of this Mac\n");
   EXPECT_EQ(answered(address_, "[\"" + std::string(70'000, 'x') + "\"]"), "413 too long\n");
+}
+
+TEST_F(view, lets_in_nobody_who_has_a_digit_wrong) {
+  for (std::size_t i = 1; i <= 32; ++i) {
+    std::string wrong = address_.path;
+    wrong[i] = wrong[i] == '0' ? '1' : '0';
+    const std::string answer =
+        statusAndBody(exchanged(address_.port, head(address_, "GET " + wrong) + "\r\n"));
+    EXPECT_EQ(answer.substr(0, 36), "404 not the address that was printed") << i;
+  }
+}
+
+TEST_F(view, is_called_by_its_own_names_alone) {
+  const std::string next = std::to_string(std::stoi(address_.port) + 1);
+  const auto answer = [&](const std::string& name) {
+    return statusAndBody(exchanged(address_.port, headByName(address_, name) + "\r\n"))
+        .substr(0, 26);
+  };
+  EXPECT_EQ(answer("localhost:" + address_.port).substr(0, 4), "200 ");
+  for (const std::string& name : {std::string("127.0.0.1"), "127.0.0.1:" + next,
+                                  "evil.example:" + address_.port, std::string("localhost")}) {
+    EXPECT_EQ(answer(name), "403 not a name of this Mac") << name;
+  }
+}
+
+TEST_F(view, is_reached_at_one_address_of_this_machine) {
+  EXPECT_TRUE(Connection(address_.port).isOpen());
+  EXPECT_FALSE(Connection(address_.port, "127.0.0.2").isOpen());
+}
+
+TEST_F(view, answers_who_has_waited_when_all_others_go_at_once) {
+  const std::string page =
+      "HEAD " + address_.path + " HTTP/1.1\r\nHost: 127.0.0.1:" + address_.port;
+  std::list<Connection> others;  // as many as there may be
+  for (int i = 0; i < 32; ++i) {
+    others.emplace_back(address_.port).ask(page + "\r\n\r\n");
+    EXPECT_EQ(others.back().read("\r\n\r\n").substr(0, 12), "HTTP/1.1 200");
+  }
+  const Connection next(address_.port);
+  next.ask(page + "\r\nConnection: close\r\n\r\n");
+  // As a busy machine would have it: the view gets its turn when all have gone.
+  process_.signal(SIGSTOP);
+  ASSERT_EQ(waitpid(process_.pid(), nullptr, WUNTRACED), process_.pid());
+  others.clear();
+  process_.signal(SIGCONT);
+
+  EXPECT_EQ(next.read("").substr(0, 12), "HTTP/1.1 200");
 }
 
 TEST_F(view, ends_with_its_mac) {

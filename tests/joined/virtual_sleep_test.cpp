@@ -52,6 +52,13 @@ TEST(virtual_sleep, of_a_shell_that_polls_until_something_has_happened) {
             "0 seen\n30000.0\n");
 }
 
+TEST(virtual_sleep, of_processes_beside_each_other_ends_in_order) {
+  EXPECT_EQ(slept({"sh", "-c",
+                   "(sleep 3; echo three; sleep 3; echo six) & (sleep 1; echo one; sleep 4; echo "
+                   "five) & sleep 2; echo two; wait"}),
+            "0 one\ntwo\nthree\nfive\nsix\n6000.0\n");
+}
+
 TEST(virtual_sleep, of_python_moves_its_clocks) {
   EXPECT_EQ(slept({"python3", "-c",
                    "import time, select\n"
@@ -76,6 +83,32 @@ TEST(virtual_sleep, of_pythons_event_loop) {
                    "asyncio.run(main())\n"},
                   hasClicked),
             "0 first\nsecond\nhere\n");
+}
+
+TEST(virtual_sleep, of_pythons_event_loop_waits_for_its_children_and_not_beyond) {
+  EXPECT_EQ(slept({"python3", "-c",
+                   "import asyncio, os, subprocess\n"
+                   "async def main():\n"
+                   "    run = await asyncio.create_subprocess_exec(os.environ['DRIVER'],\n"
+                   "        'windows', 'Mail', stdout=subprocess.PIPE)\n"
+                   "    out, _ = await asyncio.wait_for(run.communicate(), 5)\n"
+                   "    print(b'Inbox' in out)\n"
+                   "    await asyncio.sleep(13)\n"
+                   "    done = subprocess.run(['sleep', '13'])\n"
+                   "    print(done.returncode)\n"
+                   "asyncio.run(main())\n"},
+                  hasClicked),
+            "0 True\n0\nhere\n");
+}
+
+TEST(virtual_sleep, of_node_waits_for_its_children_and_not_beyond) {
+  EXPECT_EQ(slept({"node", "-e",
+                   "const { execFile } = require('child_process');\n"
+                   "setTimeout(() => execFile(process.env.DRIVER, ['windows', 'Mail'],\n"
+                   "  { timeout: 60000 }, (error, out) =>\n"
+                   "  console.log(error, out.includes('Inbox'))), 40000);\n"},
+                  hasClicked),
+            "0 null true\nhere\n");
 }
 
 TEST(virtual_sleep, of_node) {

@@ -71,6 +71,24 @@ TEST(wait, gives_up_in_time) {
             failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\""));
 }
 
+TEST(wait, does_not_see_a_window_that_is_closed) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "within", "1s"})),
+            failed("waited 1000.0 ms in vain: Mail window Done"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "gone"})),
+            came("1000.0", "0.0"));
+}
+
+TEST(wait, sees_what_comes_at_the_last_instant) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "2499999us"})),
+            failed("waited 2499.999 ms in vain: Mail shows sent"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "1us"})),
+            came("2500.0", "0.001"));
+}
+
 TEST(wait, says_what_it_can_wait_for) {
   const ServedMac mac(mail);
   const std::string form =

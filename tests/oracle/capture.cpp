@@ -181,6 +181,7 @@ Json capture(Stage& stage, const Words& words) {
   if (kept.empty()) {
     return {{"ok", true}, {"running", true}, {"rect", nullptr}, {"windows", Json::array()}};
   }
+  stage.requireNoQuestion();
   const Json reply = captured(stage, *pid, kept);
   stage.noteFile(words[1]);
   requireWritable(words[1]);
@@ -190,6 +191,7 @@ Json capture(Stage& stage, const Words& words) {
 Json captureProbe(Stage& stage) {
   if (!stage.world().screenRecordingAllowed) return refusal(simulator::captureDeclined);
   if (stage.world().displays.empty()) throw Failure{"no display"};
+  stage.requireNoQuestion();
   return {{"ok", true}};
 }
 

@@ -176,6 +176,9 @@ std::string absolutePath(const Stage& stage, const std::string& path) {
 void withClipboard(Stage& stage, const std::vector<std::string>& paths,
                    const std::function<void()>& use) {
   const auto saved = simulator::readableItems(stage.world().pasteboard);
+  if (stage.world().system.pasteboardReads != simulator::PasteboardReads::free) {
+    throw NoOpinion{Silence::unreadableBoard};
+  }
   std::vector<pasteboard::Item> kept;
   for (const auto& item : saved) {
     if (!item.empty()) kept.push_back(item);

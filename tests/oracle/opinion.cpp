@@ -10,6 +10,10 @@ std::string nameOf(Silence silence) {
       return "the screens are covered";
     case Silence::pendingWrite:
       return "an earlier write has not landed";
+    case Silence::askedUser:
+      return "the system asks whether the screen may be recorded";
+    case Silence::unreadableBoard:
+      return "the clipboard of others cannot be read";
     case Silence::hanging:
       return "the application hangs";
     case Silence::restless:

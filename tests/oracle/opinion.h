@@ -15,6 +15,10 @@ enum class Silence {
   restless,      // an element's children change whenever they are read
   slowTree,      // a tree that comes with time, of an application that answers slowly
 
+  // The system asks the user, or lets nobody read: the reference says nothing of that.
+  askedUser,        // whether the screen may be recorded
+  unreadableBoard,  // the clipboard cannot be read
+
   // The command does not end by itself, or does what only a process of its own can show.
   livesOn,
   outsideTheMac,  // the reply depends on a file of the machine that the test runs on

@@ -11,6 +11,7 @@
 #include "simulator/drawing/pictures.h"
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/records.h"
+#include "simulator/mac/recording_question.h"
 #include "simulator/world/actions.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
@@ -240,9 +241,16 @@ void Stage::noteFile(const std::string& path) {
   simulator::enter(mac_, {.kind = simulator::JournalEntry::Kind::file, .what = path});
 }
 
+void Stage::requireNoQuestion() const {
+  if (world().system.asksForRecording || simulator::awaitsRecordingAnswer(world())) {
+    throw NoOpinion{Silence::askedUser};
+  }
+}
+
 std::optional<std::uint64_t> Stage::look(WindowNumber window) const {
   const auto* found = simulator::findWindow(world(), window);
   if (!world().screenRecordingAllowed || found == nullptr) return std::nullopt;
+  requireNoQuestion();
   if (!found->onScreen || !found->capturable) return std::nullopt;
   simulator::Picture picture;
   picture.windows.push_back(simulator::pictureOf(world(), *found));

@@ -78,6 +78,9 @@ class Stage {
   void writeFiles(const std::vector<std::string>& paths);
   void noteFile(const std::string& path);  // that was put in place
 
+  /// Throws where a picture would bring up the system's question, or wait for its answer.
+  void requireNoQuestion() const;
+
   /// What a picture of the window would show; none when there is no picture of it.
   std::optional<std::uint64_t> look(WindowNumber window) const;
 

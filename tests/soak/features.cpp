@@ -58,6 +58,7 @@ constexpr std::array shares = {
     Share{&Features::changing, 5},
     Share{&Features::later, 5},
     Share{&Features::scrolling, 5},
+    Share{&Features::releases, 6},
 };
 
 }  // namespace

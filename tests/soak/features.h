@@ -34,6 +34,7 @@ struct Features {
   bool changing = false;       // rows that move, elements that come to be used or called otherwise
   bool later = false;          // what follows a press later, and what applications do by themselves
   bool scrolling = false;      // areas that scroll, lists that close up
+  bool releases = false;       // of macOS, and single settings of theirs
 
   // Of what happens.
   bool userMoves = false;     // pointer, scrolling

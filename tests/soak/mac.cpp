@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "simulator/text/releases.h"
 #include "tests/soak/applications.h"
 #include "tests/soak/texts.h"
 
@@ -81,6 +82,17 @@ void addHabitsOfUser(Random& random, std::vector<WorldLine>& world) {
   if (random.oneIn(3)) world.push_back({"pointer " + pointText(random.between(-10, 900), 200)});
 }
 
+/// A release of macOS, at times with a setting of its own. A read of the pasteboard that does not
+/// come back leaves a run that nothing ends.
+void addRelease(Random& random, std::vector<WorldLine>& world) {
+  constexpr std::array<std::string_view, 5> settings = {
+      "recording-question never", "pasteboard-reads refused", "key-taps refused",
+      "closed-window inactive", "closed-window stopped"};
+  const auto& release = random.pick(simulator::releases);
+  world.push_back({"macos " + std::to_string(release.number)});
+  if (random.oneIn(2)) world.push_back({"system " + std::string(random.pick(settings))});
+}
+
 void addPanel(Random& random, GeneratedMac& mac) {
   const ApplicationSketch& below = random.pick(mac.sketch.applications);
   if (below.windows.empty()) return;
@@ -112,6 +124,7 @@ GeneratedMac someMac(Random random, const Features& features) {
     addApplication(random, i, i == front, mac.sketch, mac.world);
   }
   if (features.panel) addPanel(random, mac);
+  if (features.releases) addRelease(random, mac.world);
   return mac;
 }
 

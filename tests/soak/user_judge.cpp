@@ -46,6 +46,12 @@ bool runs(const Case& one, std::initializer_list<std::string_view> names) {
   });
 }
 
+/// The system has asked the user whether the screen may be recorded, and has come to front for
+/// that.
+bool hasAskedUser(const World& before, const World& world) {
+  return before.system.asksForRecording && !world.system.asksForRecording;
+}
+
 /// What a run may do to the user's state by design: lock the screen, bring windows back, press what
 /// changes windows. With faults the Mac that is compared with would be another one.
 bool mayDiffer(const Case& one, const World& world) {
@@ -124,7 +130,7 @@ std::string otherValue(const Case& one, const World& alone, const World& played)
 
 std::string disturbanceOfUser(const Case& one, const Played& played) {
   const World& world = played.desktop->mac().world;
-  if (mayDiffer(one, world)) return "";
+  if (mayDiffer(one, world) || hasAskedUser(played.before, world)) return "";
   simulator::Desktop alone(played.before);
   alone.advanceTo(played.desktop->mac().now);
   const World& undisturbed = alone.mac().world;

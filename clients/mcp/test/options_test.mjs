@@ -152,7 +152,7 @@ test("resources tell of the screen, of windows and of trees", async () => {
     }
     await assert.rejects(client.readResource({ uri: "driver://tree/Nobody" }), {
       code: -32603,
-      message: /app not running: Nobody\. What to do: The command windows shows whether it runs\./
+      message: /app not running: Nobody\. What to do: Use windows to check whether it runs\./
     });
   });
 });

@@ -115,14 +115,14 @@ test("a failure is an error with its remedy", async () => {
       id: "several-elements-labelled",
       error: 'ax-press-exact: 2 elements labelled "Like"',
       parts: { count: "2", label: "Like" },
-      remedy: "Name the container, or say last if the lowest one is meant.",
+      remedy: "Name the container, or pass last for the lowest one.",
       reply: { error: '2 elements labelled "Like"', ok: false }
     };
     assert.equal(told.isError, true);
     assert.deepEqual(told.structuredContent, failure);
     assert.equal(
       told.content[0].text,
-      'ax-press-exact: 2 elements labelled "Like"\nWhat to do: Name the container, or say last if the lowest one is meant.'
+      'ax-press-exact: 2 elements labelled "Like"\nWhat to do: Name the container, or pass last for the lowest one.'
     );
     assert.deepEqual(JSON.parse(told.content[1].text), failure);
     const unseen = await call("find_wait", { app: "Chat", texts: ["nowhere"], secondsMax: 0 });

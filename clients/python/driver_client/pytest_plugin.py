@@ -1,20 +1,37 @@
-"""A fixture for pytest: Macs of a test's own, which are checked when it ends."""
+"""A fixture for pytest: Macs of a test's own, which are checked when it ends. Of a test that fails, what happened on them
+is written to pages beside its temporary files."""
 from __future__ import annotations
 
 import contextlib
-from typing import Any, Callable, Iterator
+from pathlib import Path
+from typing import Any, Callable, Iterator, List, Union
 
 import pytest
 
 from .testing import SimulatedMac, simulated_mac
 
+HAS_FAILED = pytest.StashKey[bool]()
+
+
+def pytest_exception_interact(node: Union[pytest.Item, pytest.Collector], report: Any) -> None:
+    """Lets the fixture know that the test has failed."""
+    if report.when == "call":
+        node.stash[HAS_FAILED] = True
+
 
 @pytest.fixture(name="simulated_mac")
-def _simulated_mac() -> Iterator[Callable[..., SimulatedMac]]:
+def _simulated_mac(request: pytest.FixtureRequest, tmp_path: Path) -> Iterator[Callable[..., SimulatedMac]]:
     """Starts a Mac from the text of a world. The test fails when a rule of safe input was broken, or the
     user's state is another than before."""
-    with contextlib.ExitStack() as macs:
+    pages: List[Path] = []
+    macs: List[SimulatedMac] = []
+    with contextlib.ExitStack() as stack:
         def start(world: str, **options: Any) -> SimulatedMac:
-            return macs.enter_context(simulated_mac(world, **options))
+            pages.append(tmp_path / f"report-{len(pages) + 1}.html")
+            macs.append(stack.enter_context(simulated_mac(world, **{"report": pages[-1], **options})))
+            return macs[-1]
 
         yield start
+        if request.node.stash.get(HAS_FAILED, False):
+            for mac, page in zip(macs, pages):
+                print(f"what happened on the simulated Mac: {mac.report(page)}")

@@ -38,7 +38,8 @@ class SimulatedMac:
         self._folder = tempfile.TemporaryDirectory(prefix="simulated-mac-")
         self._program = simulated_mac
         Path(self.path("world")).write_text(world, encoding="utf-8")
-        words = ["serve", *([] if real_time else ["--virtual"]), "--until-closed", self.path("world")]
+        time = [] if real_time else ["--virtual"]
+        words = ["serve", *time, "--record", self.path("record"), "--until-closed", self.path("world")]
         self._server = start_child(simulated_mac, words, dict(os.environ), subprocess.PIPE)
         assert self._server.stdout is not None and self._server.stderr is not None
         #: What SIMULATED_MAC is for processes on this Mac.
@@ -83,6 +84,14 @@ class SimulatedMac:
         if after != self._before:
             raise DriverError(f"the user's state was {self._before} and is {after}")
 
+    def report(self, path: "os.PathLike[str] | str") -> str:
+        """Writes a page that shows all that has happened so far, for a browser. Gives its path."""
+        made = subprocess.run([self._program, "report", self.path("record"), "-o", str(path)], capture_output=True,
+                              check=False)
+        if made.returncode != 0:
+            raise DriverError(f"no report: {made.stdout.decode(errors='replace').strip()}")
+        return str(path)
+
     def settle(self) -> None:
         """Takes the user's present state for the one to be kept: after the user has acted."""
         self._before = self.state()
@@ -97,11 +106,17 @@ class SimulatedMac:
 
 
 @contextlib.contextmanager
-def simulated_mac(world: str, **options: Any) -> Iterator[SimulatedMac]:
-    """A Mac for a block; checks afterwards that the user has noticed nothing."""
+def simulated_mac(world: str, *, report: "os.PathLike[str] | str | None" = None,
+                  **options: Any) -> Iterator[SimulatedMac]:
+    """A Mac for a block; checks afterwards that the user has noticed nothing. When the block or the check
+    fails, what happened is written to the page `report`."""
     simulated = SimulatedMac(world, **options)
     try:
         yield simulated
         simulated.check()
+    except BaseException:
+        if report is not None:
+            print(f"what happened on the simulated Mac: {simulated.report(report)}")
+        raise
     finally:
         simulated.end()

@@ -1,5 +1,7 @@
 """What becomes of runs that are cut off, of two acts on one application, and of what a test leaves."""
 import asyncio
+import contextlib
+import io
 import os
 import re
 import signal
@@ -227,6 +229,9 @@ def test_that_passes(simulated_mac):
 
 def test_that_leaves_a_locked_mac(simulated_mac):
     simulated_mac(WORLD, **PROGRAMS).tell("lock")
+
+def test_that_fails(simulated_mac):
+    simulated_mac(WORLD, **PROGRAMS).mac.app("Chat").press("Nowhere")
 """
         with tempfile.TemporaryDirectory() as folder:
             (Path(folder) / "some_test.py").write_text(tests, encoding="utf-8")
@@ -236,8 +241,23 @@ def test_that_leaves_a_locked_mac(simulated_mac):
                 env={**os.environ, "PYTHONPATH": str(HERE.parent)}, check=False)
         if "No module named pytest" in done.stderr:
             self.skipTest("there is no pytest here")
-        self.assertRegex(done.stdout, r"2 passed, 1 error in")
+        self.assertRegex(done.stdout, r"1 failed, 2 passed, 1 error in")
         self.assertIn("ERROR some_test.py::test_that_leaves_a_locked_mac", done.stdout)
+        pages = re.findall(r"^what happened on the simulated Mac: (.*)$", done.stdout, re.M)
+        self.assertEqual(2, len(pages), done.stdout)
+        for page, shown in zip(pages, ("lock", "no element labelled")):
+            self.assertIn(shown, Path(page).read_text(encoding="utf-8"))
+
+    def test_write_a_report_when_a_block_fails(self):
+        with tempfile.TemporaryDirectory() as folder:
+            page = Path(folder) / "report.html"
+            with contextlib.redirect_stdout(io.StringIO()) as told, self.assertRaises(CommandError):
+                with on_mac(report=page) as simulated:
+                    simulated.mac.app("Chat").press("Nowhere")
+            self.assertEqual(f"what happened on the simulated Mac: {page}\n", told.getvalue())
+            self.assertIn("no element labelled", page.read_text(encoding="utf-8"))
+            with on_mac() as simulated, self.assertRaisesRegex(DriverError, "no report: "):
+                simulated.report(Path(folder) / "nowhere" / "report.html")
 
 
 class Examples(unittest.TestCase):

@@ -575,7 +575,7 @@ export const failureRows: FailureRow[] = [
   {"id": "no-window-on-display", "pattern": "^no window on the display$", "parts": [], "commands": ["capture", "capture-service"], "remedy": "Try again."},
   {"id": "invalid-session", "pattern": "^invalid capture session$", "parts": [], "commands": ["capture-service"], "remedy": "Correct the client."},
   {"id": "unknown-session", "pattern": "^unknown capture session$", "parts": [], "commands": ["capture-service"], "remedy": "Correct the client."},
-  {"id": "no-element-labelled", "pattern": "^no element labelled \"([\\s\\S]*)\"$", "parts": ["label"], "commands": ["ax-press-exact"], "remedy": "Take the label from ax-list, character by character."},
+  {"id": "no-element-labelled", "pattern": "^no element labelled \"([\\s\\S]*)\"$", "parts": ["label"], "commands": ["ax-press-exact"], "remedy": "Take the label from ax-list, character by character. If ax-list shows the text of an inner element as the label, use ax-press-match."},
   {"id": "menu-item-disabled", "pattern": "^menu item ([\\s\\S]*) is disabled$", "parts": ["path"], "commands": ["ax-menu"], "remedy": "Do what it needs first: select something, for example."},
   {"id": "invalid-focus-release", "pattern": "^invalid focus release$", "parts": [], "commands": ["focus-release"], "remedy": "Pass \"focusPid\" and \"focusWindow\" of the reply to bg-focus-hold."},
   {"id": "several-elements-labelled", "pattern": "^([\\s\\S]*) elements labelled \"([\\s\\S]*)\"$", "parts": ["count", "label"], "commands": ["ax-press-exact"], "remedy": "Name the container, or pass last for the lowest one."},

@@ -12,6 +12,8 @@ export interface SimulatedMacOptions {
   simulatedMac?: string;
   /** Real time; without it no wait takes any. */
   realTime?: boolean;
+  /** Where `withSimulatedMac` writes a page of what happened, when the test fails. */
+  report?: string;
 }
 
 /** A Mac of a test's own, made from a world. */
@@ -41,7 +43,8 @@ export class SimulatedMac {
     writeFileSync(file, world);
     const program = options.simulatedMac ?? "simulated-mac";
     const time = options.realTime === true ? [] : ["--virtual"];
-    const server = startChild(program, ["serve", ...time, "--until-closed", file], process.env);
+    const record = ["--record", join(folder, "record")];
+    const server = startChild(program, ["serve", ...time, ...record, "--until-closed", file], process.env);
     const socket = await outputOf(server);
     if (!socket.startsWith("@")) {
       rmSync(folder, { recursive: true });
@@ -77,6 +80,12 @@ export class SimulatedMac {
     if (after !== this.#before) throw new DriverError(`the user's state was ${this.#before} and is ${after}`);
   }
 
+  /** Writes a page that shows all that has happened so far, for a browser. */
+  async report(path: string): Promise<void> {
+    const answer = await outputOf(startChild(this.#program, ["report", this.path("record"), "-o", path], process.env));
+    if (JSON.parse(answer).ok !== true) throw new DriverError(`no report: ${answer.trim()}`);
+  }
+
   /** Takes the user's present state for the one to be kept: after the user has acted. */
   async settle(): Promise<void> { this.#before = JSON.stringify(await this.state()); }
 
@@ -110,6 +119,9 @@ export async function withSimulatedMac<Result>(world: string, test: (simulated: 
     const result = await test(simulated);
     await simulated.check();
     return result;
+  } catch (error) {
+    if (options.report !== undefined) await simulated.report(options.report);
+    throw error;
   } finally {
     await simulated.end();
   }

@@ -1,7 +1,9 @@
 // What becomes of runs that are cut off, of two acts on one application, and of what a test leaves.
 import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
-import { readdirSync, readFileSync } from "node:fs";
+import { mkdtempSync, readdirSync, readFileSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { test } from "node:test";
 import { createInterface } from "node:readline";
 import { fileURLToPath } from "node:url";
@@ -167,6 +169,16 @@ test("the fixture fails a test in which the user's state has changed or a rule w
   await assert.rejects(onMac(desk, (simulated) => simulated.tell("lock")), DriverError);
   await assert.rejects(startMac("nonsense"), DriverError);
   await assert.rejects(onMac(desk, (simulated) => simulated.tell("nonsense")), DriverError);
+});
+
+test("the fixture writes a report of what happened when the test fails", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "report-"));
+  const page = join(folder, "report.html");
+  await assert.rejects(onMac(desk, ({ mac }) => mac.app("Chat").press("Nowhere"), { report: page }), DriverError);
+  assert.match(readFileSync(page, "utf8"), /no element labelled/);
+  await onMac(desk, (simulated) =>
+    assert.rejects(simulated.report(join(folder, "nowhere", "report.html")), /no report: /));
+  rmSync(folder, { recursive: true });
 });
 
 test("the example of the page does what the page says", () => {

@@ -1,6 +1,6 @@
 // The list of items: each a line that opens, with search, filters and keys.
 import { byId, element, milliseconds } from "dom";
-import { commandLineOf, deedOf, endedBadly, hasFailed, headingOf, isRefused, timesOf }
+import { commandLineOf, deedOf, endedBadly, hasFailed, headingOf, isRefused, reasonOf, timesOf }
   from "journal";
 
 const wanted = {
@@ -42,7 +42,7 @@ export class ItemList {
     details.dataset.state = item.broken.length > 0 ? "broken" : hasFailed(item) ? "failed" : "fine";
     details.firstElementChild.replaceChildren(
       element("span", { className: "time", textContent: milliseconds(item.first.at) }),
-      element("span", { className: "line", textContent: headingOf(item) }), tagsOf(item));
+      titleOf(item), tagsOf(item));
     details.dataset.filled = "";
     if (details.open) this.#fill(details, item);
     this.#filterOne(item);
@@ -119,6 +119,14 @@ export class ItemList {
     }
     return table;
   }
+}
+
+/** What an item is, and below it why it failed or what came of it. */
+function titleOf(item) {
+  const reason = reasonOf(item);
+  return element("span", { className: "title" },
+    element("span", { className: "line", textContent: headingOf(item) }),
+    reason === "" ? null : element("span", { className: "reason", textContent: reason }));
 }
 
 function tag(text, kind) {

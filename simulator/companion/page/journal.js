@@ -61,6 +61,15 @@ export function hasFailed(item) {
   return isRefused(item) || endedBadly(item) || item.lost.length > 0 || item.broken.length > 0;
 }
 
+/** Why an item failed, or what came of an act of the user; empty when there is nothing to say. */
+export function reasonOf(item) {
+  const errors = item.replies.map(({ value }) => value?.error ?? value?.reply?.error);
+  const acts = item.kind === "user" ? [item.first.outcome] : [];
+  const reasons = [...item.broken.map((each) => each.what), ...errors,
+    ...item.lost.map((each) => `LOST: ${each.outcome}`), ...acts];
+  return reasons.find((each) => typeof each === "string") ?? "";
+}
+
 function replyOf(entry) {
   const text = textOf(entry.text);
   try {

@@ -14,11 +14,11 @@ const list = new ItemList(names, screensOf);
 function summarise() {
   const runs = new Set(journal.items.filter((item) => item.run !== null).map((item) => item.run));
   const failed = journal.items.filter(hasFailed).length;
-  const end = record.end === null ? "cut off: the Mac did not end by itself"
+  const end = record.end === null ? "Cut off: the Mac did not end by itself"
     : `${milliseconds(record.end.at)} of ${record.header.time} time`;
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
-  byId("summary").textContent = `${runs.size} processes, ${failed} steps with failures, ${end}.` +
-    `${seed} ${record.header.program}.`;
+  byId("summary").textContent = `Processes: ${runs.size}. Steps with failures: ${failed}. ` +
+    `${end}.${seed} ${record.header.program}.`;
   if (record.endWorld !== null) byId("summary").append(" ", wayToEnd());
 }
 
