@@ -5,10 +5,10 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/chance.h"
+#include "simulator/departure.h"
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
-#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
@@ -68,13 +68,19 @@ bool comesBefore(const Scripted& one, const Scripted& other) {
   return std::pair(one.at, one.place) < std::pair(other.at, other.place);
 }
 
-/// What happens at times that are left to chance gets its times. Each line has a chance of its own,
-/// so that what runs do changes no time of what happens by itself.
+/// Each line of the script has a chance of its own, so that what runs do changes no time of what
+/// happens by itself.
+void giveChances(World& world) {
+  world.chance = Random(*world.seed).branch();
+  for (Scripted& each : world.script) each.chance = Random(*world.seed + each.place).branch();
+}
+
+/// What happens at times that are left to chance gets its times.
 void settleTimes(World& world) {
-  if (world.seed) world.chance = Random(*world.seed).branch();
+  if (world.seed) giveChances(world);
   for (Scripted& each : world.script) {
-    if (world.seed) each.chance = Random(*world.seed + each.place).branch();
     if (each.latest > each.at) each.at = timeWithin(each.chance, {each.at, each.latest});
+    each.latest = each.at;
   }
   std::stable_sort(world.script.begin(), world.script.end(), comesBefore);
 }
@@ -94,6 +100,13 @@ void goOn(Mac& mac) {
   noticeClosedWindows(mac);
 }
 
+/// A fault's application may have quit since, and the elements it names may have gone.
+Fault faultOf(World world, const std::string& text) {
+  world.resumption.emplace();
+  for (Application& each : world.applications) each.running = true;
+  return parseFault(text, world);
+}
+
 std::string endOf(const Client& client) {
   if (client.diedBySignal) return "signal " + std::to_string(*client.diedBySignal);
   return client.exited ? "status " + std::to_string(client.status) : "gone, without a word";
@@ -104,9 +117,32 @@ std::string endOf(const Client& client) {
 Desktop::Desktop(World world, const std::vector<Fault>& faults)
     : mac_{std::move(world), 0, {}, 0, {}} {
   for (const Fault& fault : faults) addFault(fault);
+  if (mac_.world.resumption) {
+    resume();
+    return;
+  }
   if (mac_.world.seed) chance_.emplace(*mac_.world.seed);
   settleTimes(mac_.world);
   advanceTo(0);  // what the script says of time 0 has happened when the first process joins
+}
+
+/// Goes on where another Mac was when its world was written. What is due by now happens when the
+/// clock is asked to go on: it had not happened then.
+void Desktop::resume() {
+  Resumption with = *std::exchange(mac_.world.resumption, std::nullopt);
+  mac_.now = mac_.world.present;
+  mac_.numbers = with.numbers;
+  mac_.tapLine.lastSerial = with.lastSerial;
+  mac_.lastNews = with.lastNews;
+  mac_.comingLock = with.comingLock;
+  mac_.screensChanged = with.screensChanged;
+  mac_.killed = std::move(with.killed);
+  mac_.clients.resize(with.processes);  // all of them forgotten
+  rules_.resize(with.processes);
+  chance_ = with.chance;
+  for (const WaitingFault& each : with.faults) {
+    faults_.push_back({faultOf(mac_.world, each.text), each.counted});
+  }
 }
 
 std::size_t Desktop::join(std::vector<std::string> arguments,
@@ -126,17 +162,7 @@ std::size_t Desktop::join(std::vector<std::string> arguments,
 void Desktop::leave(std::size_t index) {
   Client& client = *mac_.clients[index];
   const Acting acting(mac_.world, client.pid);
-  mac_.world.processes.erase(client.pid);
-  client.pictures.clear();
-  forgetSharing(mac_, client.pid);
-  std::erase_if(mac_.world.covers, [&](const Cover& cover) { return cover.owner == client.pid; });
-  if (!client.displayHolds.empty()) {
-    enter(mac_, {.kind = JournalEntry::Kind::awake,
-                 .target = client.pid,
-                 .what = "display released with its process"});
-  }
-  client.displayHolds.clear();
-  dropTaps(mac_, client);
+  endWithProcess(mac_, client);
   if (!std::exchange(client.left, true)) tellOfEnd(client);
   // Who may post nothing more leaves what is down, also when it dies of a reader that has gone.
   const bool isKilled = !client.exited && !rules_[index]->inputWasEnded();
@@ -362,6 +388,13 @@ std::optional<Microseconds> Desktop::nextLock() const {
 std::optional<Microseconds> Desktop::nextScripted() const {
   if (scripted_ >= mac_.world.script.size()) return std::nullopt;
   return mac_.world.script[scripted_].at;
+}
+
+void reseed(World& world, std::uint64_t seed) {
+  world.seed = seed;
+  if (!world.resumption) return;
+  world.resumption->chance.emplace(seed);
+  giveChances(world);
 }
 
 std::string traceLine(const TraceEntry& entry) {

@@ -71,6 +71,12 @@ class Desktop {
 
   const std::vector<ArmedFault>& faults() const { return faults_; }
 
+  /// How many lines of the world's script have happened for the last time.
+  std::size_t scripted() const { return scripted_; }
+
+  /// By which calls take time, where the world has a seed.
+  const std::optional<Random>& chance() const { return chance_; }
+
   /// When something happens next that no client causes: by the script, or by the Mac itself.
   std::optional<Microseconds> nextOwn() const;
 
@@ -97,6 +103,7 @@ class Desktop {
   const std::vector<std::string>& violations() const { return violations_; }
 
  private:
+  void resume();
   const Fault* strike(platform::Function function);
   Answer conclude(std::size_t client, const platform::Call& call, Answer answer, bool faulty,
                   std::size_t flow);
@@ -123,6 +130,10 @@ class Desktop {
   std::size_t violationsTold_ = 0;  // how many the journal has
   std::optional<Random> chance_;    // where the world has a seed
 };
+
+/// The world has this seed in place of its own, if it has any: what is left to chance is drawn
+/// anew, but for the next time of what happens by the script of a Mac that has run before.
+void reseed(World& world, std::uint64_t seed);
 
 /// One line of a trace: time, function, arguments and answer.
 std::string traceLine(const TraceEntry& entry);

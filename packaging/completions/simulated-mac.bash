@@ -3,16 +3,17 @@ _simulated_mac() {
   local word=${COMP_WORDS[COMP_CWORD]} files=
   local words=
   if [ "$COMP_CWORD" -eq 1 ]; then
-    words='run serve stop list view report check import screenshot state tree value journal trace violations fault wait advance clock help lock unlock leave return quit end front hang recover in user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
+    words='run serve stop list view report check import screenshot snapshot state tree value journal trace violations fault wait advance clock help lock unlock leave return quit end front hang recover in user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
   else
     case "${COMP_WORDS[1]}" in
-      run) words='--no-pictures --record --seed --sleep --virtual'; files=yes ;;
+      run) words='--no-pictures --record --seed --sleep --snapshot --virtual'; files=yes ;;
       serve) words='--no-pictures --record --seed --socket --until-closed --view --virtual'; files=yes ;;
       stop) if [ "$COMP_CWORD" -eq 2 ]; then words+=' sharing'; fi ;;
       report) files=yes ;;
       check) words='--json'; files=yes ;;
       import) files=yes ;;
       screenshot) files=yes ;;
+      snapshot) files=yes ;;
       state) words='--user' ;;
       tree) words='--text' ;;
       journal) words='--text' ;;

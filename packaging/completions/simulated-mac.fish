@@ -9,6 +9,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a report -
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a check -d 'show all errors in worlds, and things that are probably not meant'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a import -d 'make a world from replies of windows, ax-dump and ax-menubar, or from a page source in XML'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a screenshot -d 'draw the screens as the user sees them'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a snapshot -d 'write the present state as a world, with which a Mac goes on from it'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a state -d 'the user’s front application, keyboard, pointer, clipboard and session; without --user also what processes hold; focus, keys, covers, taps, shared windows'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a tree -d 'applications as they really are, also the parts that accessibility would not show'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a value -d 'the value of the element with this label'
@@ -45,6 +46,7 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l no-pictures
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l record
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l seed
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l sleep
+complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l snapshot
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -l virtual
 complete -c simulated-mac -n '__fish_seen_subcommand_from run' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from serve' -l no-pictures
@@ -61,6 +63,7 @@ complete -c simulated-mac -n '__fish_seen_subcommand_from check' -l json
 complete -c simulated-mac -n '__fish_seen_subcommand_from check' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from import' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from screenshot' -F
+complete -c simulated-mac -n '__fish_seen_subcommand_from snapshot' -F
 complete -c simulated-mac -n '__fish_seen_subcommand_from state' -l user
 complete -c simulated-mac -n '__fish_seen_subcommand_from tree' -l text
 complete -c simulated-mac -n '__fish_seen_subcommand_from journal' -l text

@@ -98,7 +98,7 @@ Descriptor connectToMac(const std::string& mac) {
 
 int controlCommand(const std::vector<std::string>& words) { return print(ask(words)); }
 
-int screenshotCommand(const std::vector<std::string>& words) {
+int fileCommand(const std::vector<std::string>& words) {
   const Answer answer = ask({words[0]});
   if (!answer.ok) return print(answer);
   writeFile(words[1], answer.lines.at(0));

@@ -24,7 +24,7 @@ int stopCommand(const std::vector<std::string>& words);
 /// "list": a line for each Mac of this user, or of anybody when root asks.
 int listCommand(const std::vector<std::string>& words);
 
-/// "screenshot" and the file that is to hold the picture.
-int screenshotCommand(const std::vector<std::string>& words);
+/// "screenshot" or "snapshot", and the file that is to hold what the Mac gives.
+int fileCommand(const std::vector<std::string>& words);
 
 }  // namespace companion

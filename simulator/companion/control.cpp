@@ -13,6 +13,8 @@
 #include "simulator/drawing/pictures.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/rules/left_behind.h"
+#include "simulator/snapshot/snapshot.h"
+#include "simulator/snapshot/world_text.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 
@@ -42,6 +44,11 @@ ControlAnswer screenshot(const Request& request) {
   const auto png = mac.drawn.png(simulator::screenPicture(mac.world));
   if (!png) throw Failure("no display can be seen, or they are larger than 16,384 pixels");
   return {true, {*png}, 0};
+}
+
+ControlAnswer snapshot(const Request& request) {
+  if (request.words.size() != 1) throw Failure("\"snapshot\" takes nothing from its caller");
+  return {true, {simulator::snapshotText(request.desktop)}, 0};
 }
 
 /// Whether the one option that a command has is given.
@@ -170,8 +177,9 @@ struct ControlCommand {
 };
 
 /// Any other command is a happening.
-constexpr std::array<ControlCommand, 10> controlCommands = {{
+constexpr std::array<ControlCommand, 11> controlCommands = {{
     {"screenshot", screenshot},
+    {"snapshot", snapshot},
     {"state", state},
     {"tree", tree},
     {"value", value},
@@ -216,6 +224,8 @@ ControlAnswer control(Desktop& desktop, Scheduler::Time time, const Words& words
     return carriedOut({desktop, time, words});
   } catch (const simulator::WorldError& error) {
     return {false, {failureLine(causeOf(error))}, 0};
+  } catch (const simulator::UnwritableWorld& unwritable) {
+    return {false, {failureLine(unwritable.what())}, 0};
   } catch (const Failure& failure) {
     return {false, {failureLine(failure.what())}, 0};
   }

@@ -21,9 +21,10 @@ inline constexpr const char* notVirtual =
 /// What a command to the Mac gives.
 struct ControlAnswer {
   bool ok = true;
-  std::vector<std::string> lines;  // for standard output; a picture instead for "screenshot"
-  Microseconds delay = 0;          // after which the answer is due
-  std::optional<Wait> wait = {};   // in place of all that: what is to come before the answer
+  std::vector<std::string>
+      lines;  // for standard output; for "screenshot" a picture, for "snapshot" a world
+  Microseconds delay = 0;         // after which the answer is due
+  std::optional<Wait> wait = {};  // in place of all that: what is to come before the answer
 };
 
 /// The answer to `wait`, which began at `since`.

@@ -45,8 +45,8 @@ constexpr const char* endsRun = "its run ends with its processes";
 /// All other words begin a happening.
 constexpr std::array commands = {
     Command{"run",
-            "[--virtual [--sleep]] [--seed N] [--record DIR [--no-pictures]] WORLD -- COMMAND "
-            "[ARGUMENT]...",
+            "[--virtual [--sleep]] [--seed N] [--record DIR [--no-pictures]] [--snapshot FILE] "
+            "WORLD -- COMMAND [ARGUMENT]...",
             "run a command with a Mac of its own, and pass on its exit status", "", 0, unlimited,
             startRun},
     Command{"serve",
@@ -68,7 +68,10 @@ constexpr std::array commands = {
             "in XML",
             "", 3, unlimited, importCommand},
     Command{"screenshot", "OUT.png", "draw the screens as the user sees them", asks, 1, 1,
-            screenshotCommand},
+            fileCommand},
+    Command{"snapshot", "FILE",
+            "write the present state as a world, with which a Mac goes on from it", asks, 1, 1,
+            fileCommand},
     Command{"state", "[--user]",
             "the user's front application, keyboard, pointer, clipboard and session; without "
             "--user also what processes hold: focus, keys, covers, taps, shared windows",

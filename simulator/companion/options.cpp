@@ -31,6 +31,9 @@ bool readWords(const Words& words, bool serves, Options& options) {
       const auto seed = driver::parseInt64(words[++i]);
       if (!seed || *seed < 0) return false;
       options.seed = static_cast<std::uint64_t>(*seed);
+    } else if (word == "--snapshot" && !serves && i + 1 < words.size()) {
+      options.snapshot = words[++i];
+      if (options.snapshot.empty()) return false;
     } else if (word == "--sleep" && !serves) {
       options.sleeps = true;
     } else if (word == "--view" && serves) {

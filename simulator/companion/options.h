@@ -22,6 +22,7 @@ struct Options {
   std::optional<std::uint64_t> seed;  // in place of the world's
   std::optional<std::string> view;    // whether a browser is shown the Mac, and at which port
   RecordOptions record;               // what is kept of it
+  std::string snapshot;               // the file that holds its state at the end; empty: none
   std::vector<std::string> command;   // what follows "--"
 };
 

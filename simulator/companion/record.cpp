@@ -16,6 +16,8 @@
 #include "simulator/drawing/picture_codec.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/rules/left_behind.h"
+#include "simulator/snapshot/snapshot.h"
+#include "simulator/snapshot/world_text.h"
 
 namespace companion {
 
@@ -76,6 +78,11 @@ void Recorder::finish(const Desktop& desktop) {
                  {"kind", "end"},
                  {"violations", violations}};
   write(newLines(desktop) + simulator::jsonLine(end) + "\n");
+  try {
+    writeFile(folder_ + "/" + record_format::endFile, simulator::snapshotText(desktop));
+  } catch (const simulator::UnwritableWorld&) {
+    return;  // the record is whole without it
+  }
 }
 
 std::string Recorder::newLines(const Desktop& desktop) {

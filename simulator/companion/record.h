@@ -30,7 +30,7 @@ class Recorder {
   /// Keeps what has come since. Throws Failure when it cannot be written.
   void update(const simulator::Desktop& desktop);
 
-  /// The same, and ends the record with the rules that were broken.
+  /// The same, and ends the record with the rules that were broken, and a snapshot.
   void finish(const simulator::Desktop& desktop);
 
  private:

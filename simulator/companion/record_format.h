@@ -8,6 +8,7 @@ inline constexpr int version = 1;
 
 inline constexpr const char* linesFile = "record.jsonl";
 inline constexpr const char* worldFile = "world";
+inline constexpr const char* endFile = "end.world";  // the state at the end, unless it has no text
 inline constexpr const char* picturesFolder = "pictures";
 
 }  // namespace companion::record_format

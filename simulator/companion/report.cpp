@@ -97,9 +97,21 @@ class Pictures {
   std::unique_ptr<simulator::Canvas> before_;
 };
 
+/// The world with which the Mac can go on from its end; null where there is none.
+json endOf(const std::string& folder) {
+  try {
+    return simulator::textJson(readFile(folder + "/" + record_format::endFile));
+  } catch (const Failure&) {
+    return nullptr;
+  }
+}
+
 /// All that the page shows.
 json recordOf(const std::string& folder) {
-  json record{{"end", nullptr}, {"entries", json::array()}, {"pictures", json::array()}};
+  json record{{"end", nullptr},
+              {"endWorld", endOf(folder)},
+              {"entries", json::array()},
+              {"pictures", json::array()}};
   Pictures pictures(folder);
   for (json& line : linesOf(folder)) {
     const std::string kind = line["kind"];

@@ -33,7 +33,7 @@ Server::Server(simulator::World world, const ServerSettings& settings)
       turns_(desktop_, settings.time, Turns::Run::open),
       settings_(settings),
       polling_(settings.time),
-      start_(std::chrono::steady_clock::now()) {
+      start_(std::chrono::steady_clock::now() - std::chrono::microseconds(desktop_.mac().now)) {
   if (settings_.recorder != nullptr) settings_.recorder->update(desktop_);
   if (settings_.heedsProcesses) {
     turns_.setMayMove([this] { return mayMove(); });

@@ -102,8 +102,8 @@ class Server {
   Pace pace_;
   bool stopped_ = false;
   ProcessesBelow below_;
-  bool looksAgain_ = false;  // whether processes are still at work
-  std::chrono::steady_clock::time_point start_;
+  bool looksAgain_ = false;                      // whether processes are still at work
+  std::chrono::steady_clock::time_point start_;  // of the Mac's own time
   std::list<Client> clients_;
 };
 

@@ -14,6 +14,7 @@
 
 #include "platform/posix/descriptors.h"
 #include "simulator/companion/failure.h"
+#include "simulator/companion/files.h"
 #include "simulator/companion/only_line.h"
 #include "simulator/companion/options.h"
 #include "simulator/companion/record.h"
@@ -21,6 +22,8 @@
 #include "simulator/companion/signals.h"
 #include "simulator/companion/socket.h"
 #include "simulator/companion/world_file.h"
+#include "simulator/snapshot/snapshot.h"
+#include "simulator/snapshot/world_text.h"
 
 namespace companion {
 
@@ -129,9 +132,9 @@ void passOn(const signalfd_siginfo& signal, pid_t child) {
 class ServedMac {
  public:
   ServedMac(const Options& options, const std::string& socketName, bool canBeStopped)
-      : file_(readWorldFile(options.world)) {
+      : file_(readWorldFile(options.world)), snapshot_(options.snapshot) {
     simulator::World world = worldOf(file_);
-    if (options.seed) world.seed = options.seed;
+    if (options.seed) simulator::reseed(world, *options.seed);
     socket_ = std::make_unique<ListeningSocket>(socketName);
     if (!options.record.folder.empty()) {
       recorder_ = std::make_unique<Recorder>(options.record, file_.wholeText(), options.time);
@@ -146,13 +149,26 @@ class ServedMac {
   /// What is kept of it is whole.
   void end() const {
     if (recorder_) recorder_->finish(server_->desktop());
+    if (!snapshot_.empty()) writeSnapshot();
   }
 
   Server& server() const { return *server_; }
   const std::string& socketName() const { return socket_->name(); }
 
  private:
+  /// What the command has said stays its last word: that there is no snapshot is told beside it.
+  void writeSnapshot() const {
+    try {
+      writeFile(snapshot_, simulator::snapshotText(server_->desktop()));
+    } catch (const simulator::UnwritableWorld& unwritable) {
+      std::cerr << failureLine(unwritable.what()) << std::endl;
+    } catch (const Failure& failure) {
+      std::cerr << failureLine(failure.what()) << std::endl;
+    }
+  }
+
   WorldFile file_;
+  std::string snapshot_;  // the file; empty: none
   std::unique_ptr<ListeningSocket> socket_;
   std::unique_ptr<Recorder> recorder_;
   std::unique_ptr<Server> server_;

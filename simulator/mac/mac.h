@@ -31,13 +31,6 @@ struct Timer {
   static constexpr std::int64_t forEver = -1;
 };
 
-/// The login window that a call has asked for, and that does not show yet.
-struct ComingLock {
-  Microseconds asked = 0;
-  Microseconds due = 0;
-  Pid caller = 0;
-};
-
 /// A signal by which somebody has told a process to end.
 struct ToldToEnd {
   int signal = 0;

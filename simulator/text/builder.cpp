@@ -13,14 +13,15 @@
 #include "simulator/text/menus.h"
 #include "simulator/text/naming.h"
 #include "simulator/text/nearest.h"
+#include "simulator/text/now.h"
 #include "simulator/text/reactions.h"
+#include "simulator/text/settling.h"
 #include "simulator/world/controls.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/fields.h"
 #include "simulator/world/panels.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/scrolling.h"
-#include "simulator/world/windows.h"
 
 namespace simulator {
 
@@ -57,7 +58,7 @@ void WorldBuilder::claimPid(const Words& words, Pid pid) const {
 }
 
 void WorldBuilder::addToScript(Words& words) {
-  Scripted scripted = readTimes(words);
+  Scripted scripted = readTimes(words, world_);
   scripted.place = script_.size();
   script_.push_back({std::move(scripted), words.rest()});
 }
@@ -70,7 +71,7 @@ WorldBuilder::Place WorldBuilder::addApplication(Words& words) {
     if (world_.frontmost != 0) words.fail("a second application is marked frontmost");
     world_.frontmost = pid;
   }
-  world_.files.insert(draft.files.begin(), draft.files.end());
+  if (!hasRunBefore(world_)) world_.files.insert(draft.files.begin(), draft.files.end());
   world_.applications.push_back(std::move(draft.application));
   withoutFocusedWindow_.push_back(draft.withoutFocusedWindow);
   const Place place{Place::Kind::application, "app", world_.applications.size() - 1, 0, 0};
@@ -122,8 +123,8 @@ WorldBuilder::Place WorldBuilder::addWindow(Words& words, const Place& parent) {
   window.owner = application.pid;
   Place place{Place::Kind::window, "window", parent.application, window.number, 0};
   if (draft.hasElement) {
-    Element& element = application.elements.emplace_back(std::move(draft.body.element));
-    element.id = static_cast<ElementId>(application.elements.size());
+    Element& element =
+        putElement(words, world_, application, std::move(draft.body.element), draft.body.id);
     element.window = window.number;
     window.element = place.element = element.id;
     if (window.sheetOf != 0) {
@@ -167,10 +168,9 @@ WorldBuilder::Place WorldBuilder::addElement(Words& words, const Place& parent) 
   }
   ElementDraft draft = readElement(words);
   Application& application = world_.applications[parent.application];
-  const auto id = static_cast<ElementId>(application.elements.size()) + 1;
+  Element& element = putElement(words, world_, application, std::move(draft.element), draft.id);
+  const ElementId id = element.id;
   if (parent.element != 0) findElement(application, parent.element)->children.push_back(id);
-  Element& element = application.elements.emplace_back(std::move(draft.element));
-  element.id = id;
   element.parent = parent.element;
   element.window = parent.window;
   if (draft.layout) element.frame = frameOf(words, application, element, *draft.layout);
@@ -293,15 +293,6 @@ void WorldBuilder::settleParent(const PlacedParent& placed) {
   labelled(placed.child.spot, application, placed.label).children.push_back(placed.child.element);
 }
 
-/// The bars that `menu` lines made lie on the main display, which may come last in the text.
-void WorldBuilder::settleMenuBars() {
-  for (Application& application : world_.applications) {
-    for (Element& element : application.elements) {
-      if (isUnplacedMenuBar(element)) element.frame = menuBarFrame(world_.displays.front().frame);
-    }
-  }
-}
-
 void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
   const ReactionPlace place{placed.spot, application.pid};
@@ -311,28 +302,6 @@ void WorldBuilder::settleReactions(const PlacedElement& placed) {
       attempt(complain_, [&] { settleReaction(place, labels_, each); });
     }
   }
-}
-
-void WorldBuilder::settleFocus() {
-  for (std::size_t i = 0; i < world_.applications.size(); ++i) {
-    Application& application = world_.applications[i];
-    if (application.focusedWindow != 0 || withoutFocusedWindow_[i]) continue;
-    const Element* focused = findElement(application, application.focusedElement);
-    const Window* window = focused == nullptr ? nullptr : findWindow(world_, focused->window);
-    if (window != nullptr) {
-      application.focusedWindow = window->element;
-    } else if (!application.windows.empty()) {
-      application.focusedWindow = application.windows.front();
-    }
-  }
-}
-
-void WorldBuilder::settleWindows() {
-  for (Application& application : world_.applications) {
-    if (application.hidden) setHidden(world_, application, true);
-  }
-  sortLayers(world_);
-  if (world_.frontmost != 0) bringToFront(world_, world_.frontmost);
 }
 
 void WorldBuilder::readScript() {
@@ -351,8 +320,7 @@ void WorldBuilder::settleScript() {
             [&] { settleHappening(spotOf(pending.line), labels_, pending.scripted.happening); });
     world_.script.push_back(std::move(pending.scripted));
   }
-  std::stable_sort(world_.script.begin(), world_.script.end(),
-                   [](const Scripted& a, const Scripted& b) { return a.at < b.at; });
+  sortScript(world_);
 }
 
 /// What a line names that may come later in the text, but for reactions.
@@ -382,18 +350,43 @@ void WorldBuilder::settleElements() {
   settleReactions();
 }
 
+/// Nothing but what the lines say: it has come to be so while the Mac ran.
+void WorldBuilder::finishLater() {
+  for (const PlacedLink& placed : links_) {
+    attempt(complain_, [&] { settleLink(placed); });
+  }
+  readScript();
+  for (const PlacedElement& placed : reactions_) {
+    Application& application = world_.applications[placed.application];
+    for (auto* list : listsOf(*findElement(application, placed.element))) {
+      attempt(complain_, [&] { settleApplications(placed.spot, world_, *list); });
+    }
+  }
+  for (PendingHappening& pending : script_) {
+    auto& reactions = pending.scripted.happening.reactions;
+    attempt(complain_, [&] { settleApplications(spotOf(pending.line), world_, reactions); });
+    world_.script.push_back(std::move(pending.scripted));
+  }
+  sortScript(world_);
+  now_.read(complain_);
+}
+
 void WorldBuilder::finish() {
+  if (hasRunBefore(world_)) {
+    finishLater();
+    return;
+  }
   if (world_.displays.empty()) world_.displays.push_back({1, {0, 0, 1440, 900}, 2, true});
   settleNames();
-  settleMenuBars();
+  placeMenuBars(world_);
   for (Application& application : world_.applications) {
     settleScrollAreas(application);
     settleScrolling(application);
   }
   readScript();
   settleReactions();
-  settleFocus();
-  settleWindows();
+  settleFocus(world_, withoutFocusedWindow_);
+  settleWindows(world_);
   settleScript();
 }
 

@@ -5,6 +5,7 @@
 
 #include "simulator/text/elements.h"
 #include "simulator/text/gathering.h"
+#include "simulator/text/now.h"
 #include "simulator/text/reactions.h"
 #include "simulator/text/words.h"
 #include "simulator/world/world.h"
@@ -18,15 +19,7 @@ class WorldBuilder {
   /// Borrows the world, which need not be empty, and who is told what cannot be settled.
   WorldBuilder(World& world, const Complain& complain) : world_(world), complain_(complain) {}
 
-  /// Where a line stands: what the lines below it, indented further, belong to.
-  struct Place {
-    enum class Kind { top, application, window, element, other, unread };
-    Kind kind = Kind::top;
-    const char* statement = "";   // of an `other`
-    std::size_t application = 0;  // index
-    WindowNumber window = 0;      // of a window and of the elements in it
-    ElementId element = 0;        // 0 for an application and for a window without an element
-  };
+  using Place = LinePlace;
 
   /// Each reads the rest of a line, and adds what it describes.
   Place addApplication(Words& words);
@@ -35,6 +28,10 @@ class WorldBuilder {
   Place addMenuItem(Words& words, const Place& application);
   void addPanel(Words& words);
   void addToScript(Words& words);
+
+  /// What is so of what stands at the place, in a Mac that has run before: then its lines say all
+  /// there is, and nothing comes of itself.
+  void addNow(Words& words, const Place& place) { now_.add(words, place); }
 
   /// Throws when the process id is in use.
   void claimPid(const Words& words, Pid pid) const;
@@ -70,6 +67,7 @@ class WorldBuilder {
     Line line;
   };
 
+  void finishLater();
   void addLinks(const Words& words, const Place& place, std::vector<LinkDraft> links);
   void addToSheets(const Words& words, const Place& place, Element& element, const Window& window,
                    bool closed);
@@ -79,7 +77,6 @@ class WorldBuilder {
   void settlePresence(const Words& words, Application& application, Element& element,
                       const ElementDraft& draft);
   void settleParent(const PlacedParent& placed);
-  void settleMenuBars();
   void focus(const Words& words, Application& application, Element& element);
   void settleLink(const PlacedLink& placed);
   void settleNames();
@@ -88,8 +85,6 @@ class WorldBuilder {
   void noteAddedLabels(const Addition& addition);
   void settleReactions();
   void settleReactions(const PlacedElement& placed);
-  void settleFocus();
-  void settleWindows();
   void readScript();
   void settleScript();
 
@@ -105,6 +100,7 @@ class WorldBuilder {
   std::vector<PlacedParent> conditions_;
   std::vector<PlacedElement> composers_;
   std::vector<PendingHappening> script_;
+  NowLines now_{world_};
   std::vector<bool> withoutFocusedWindow_;  // by application
 };
 

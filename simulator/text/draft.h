@@ -32,7 +32,8 @@ struct Layout {
 
 /// An element as its line of a world's text describes it.
 struct ElementDraft {
-  Element element;  // without id, parent, window
+  Element element;   // without id, parent, window
+  ElementId id = 0;  // where the line says which; else 0
   std::optional<Point> position;
   std::optional<Size> size;
   std::optional<Layout> layout;

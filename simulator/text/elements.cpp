@@ -6,6 +6,7 @@
 #include "simulator/text/attributes.h"
 #include "simulator/text/habits.h"
 #include "simulator/text/layout.h"
+#include "simulator/text/now.h"
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/reactions.h"
@@ -27,7 +28,8 @@ const char* labelAttribute(const std::string& role) {
   return role == "AXStaticText" || takesText(role) ? "AXDescription" : "AXTitle";
 }
 
-constexpr std::array<Option<WindowDraft>, 16> windowOptions = {{
+constexpr std::array<Option<WindowDraft>, 17> windowOptions = {{
+    {"id", [](Words& words, WindowDraft& draft) { draft.body.id = readElementId(words); }},
     {"at", [](Words& words, WindowDraft& draft) { draft.body.position = words.point("at"); }},
     {"size", [](Words& words, WindowDraft& draft) { draft.body.size = words.size("size"); }},
     {"layer",

@@ -15,17 +15,20 @@ struct BadWorld {
 
 const std::string statementWords =
     "app, user, pointer, display, deny, session, missing, process, file, image, at, panel, seed, "
-    "keyboard, pasteboard, idle, languages, macos, system, directory, tool, link, define, use, "
+    "clock, keyboard, pasteboard, idle, languages, macos, system, directory, tool, link, define, "
+    "use, "
     "repeat, include";
 const std::string applicationWords =
     "pid, bundle, path, unbundled, unnamed, chromium, appkit, accessory, prohibited, frontmost, "
     "hidden, no-focused-window, hangs, answers, rejects-enabling, tree, attribute, failing, "
     "tracks, pastes";
 const std::string windowWords =
-    "at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, modal, "
+    "id, at, size, layer, off-screen, not-capturable, no-element, focused, closed, minimized, "
+    "modal, "
     "sheet, subrole, attribute, failing, unnumbered, listed";
 const std::string elementWords =
-    "at, size, below, right, inside, fill, width, height, value, description, placeholder, help, "
+    "id, at, size, below, right, inside, fill, width, height, value, description, placeholder, "
+    "help, "
     "subrole, disabled, modal, focused, selection, marked, actions, attribute, failing, range, "
     "choices, "
     "while, only, also, repeat, open, closed, "

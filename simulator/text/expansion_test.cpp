@@ -190,13 +190,14 @@ TEST(including, defines_the_same_once) {
 }
 
 TEST(including, tells_which_file_and_which_lines_led_there) {
-  EXPECT_EQ(errorWith({{"worlds/a.world", "app A pid 1\ninclude \"b.world\"\n"},
-                       {"worlds/b.world", "\nproces 7\n"}}),
-            "worlds/b.world: line 2: unknown word 'proces'; expected app, user, pointer, display, "
-            "deny, session, missing, process, file, image, at, panel, seed, keyboard, pasteboard, "
-            "idle, languages, macos, system, directory, tool, link, define, use, repeat, include; "
-            "did you "
-            "mean 'process'? (included in line 2 of the world)");
+  EXPECT_EQ(
+      errorWith({{"worlds/a.world", "app A pid 1\ninclude \"b.world\"\n"},
+                 {"worlds/b.world", "\nproces 7\n"}}),
+      "worlds/b.world: line 2: unknown word 'proces'; expected app, user, pointer, display, "
+      "deny, session, missing, process, file, image, at, panel, seed, clock, keyboard, pasteboard, "
+      "idle, languages, macos, system, directory, tool, link, define, use, repeat, include; "
+      "did you "
+      "mean 'process'? (included in line 2 of the world)");
   EXPECT_EQ(errorWith({{"worlds/a.world", "process 1\ninclude \"b.world\"\nuse P(1)\n"},
                        {"worlds/b.world", "define P(n)\n  process {n}\n"}}),
             "worlds/b.world: line 2: process id 1 is taken (used in line 3 of the world)");

@@ -7,6 +7,7 @@
 #include "base/numbers.h"
 #include "simulator/text/attributes.h"
 #include "simulator/text/layout.h"
+#include "simulator/text/now.h"
 #include "simulator/text/reactions.h"
 
 namespace simulator {
@@ -193,6 +194,8 @@ constexpr bool severalTimes = true;
 
 /// The order is that of error messages and of pages.
 constexpr std::array knownHabits = {
+    Habit{"id", "N", "its number in its application; only in snapshots",
+          [](Words& words, ElementDraft& draft) { draft.id = readElementId(words); }, once},
     Habit{"at", "X,Y", "where it is; with `size`",
           [](Words& words, ElementDraft& draft) { draft.position = words.point("at"); }, once},
     Habit{"size", "WIDTHxHEIGHT", "how large it is; with `at`",

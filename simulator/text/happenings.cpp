@@ -8,6 +8,8 @@
 #include "simulator/input/taps.h"
 #include "simulator/input/user_input.h"
 #include "simulator/mac/sharing_streams.h"
+#include "simulator/text/now.h"
+#include "simulator/text/value_text.h"
 #include "simulator/world/pasteboard.h"
 #include "simulator/world/reactions.h"
 #include "simulator/world/windows.h"
@@ -205,12 +207,16 @@ Happening happeningCalled(std::string_view phrase) {
   return happening;
 }
 
-Scripted readTimes(Words& words) {
+Scripted readTimes(Words& words, const World& world) {
   constexpr std::int64_t timesMax = 1'000'000'000;
   Scripted scripted;
   const Span span = words.span("at");
   scripted.at = span.least;
   scripted.latest = span.most;
+  if (words.take("drawn")) {
+    requireEarlierRun(words, world, "drawn");
+    readValue(words, scripted.chance);
+  }
   if (!words.take("every")) return scripted;
   scripted.every = words.span("every");
   if (scripted.every->least == 0) words.fail("'every' needs a time above 0");

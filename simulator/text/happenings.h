@@ -43,7 +43,7 @@ std::string formOf(const HappeningKind& kind);
 Happening happeningCalled(std::string_view phrase);
 
 /// Reads when, and how often, something is to happen.
-Scripted readTimes(Words& words);
+Scripted readTimes(Words& words, const World& world);
 
 /// Reads a happening up to the end of the line. Applications are those of the world; what an
 /// application's reactions name is still to be settled.

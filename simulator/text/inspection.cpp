@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "simulator/text/nearest.h"
+#include "simulator/text/now.h"
 #include "simulator/world/windows.h"
 
 namespace simulator {
@@ -102,12 +103,14 @@ void Inspection::inspect(const Line& line, const WorldBuilder::Place& place) {
       place.kind == Kind::application || place.kind == Kind::window || place.kind == Kind::element;
   if (!isApplications || line.damage) return;
   inspectNames(line);
-  if (place.kind != Kind::element) return;
+  // What a Mac has come to is not a mistake of somebody who wrote it.
+  if (place.kind != Kind::element || hasRunBefore(world_)) return;
   inspectFrame(line, place);
   reacting_.push_back({spotOf(line), place.application, place.element});
 }
 
 void Inspection::finish(bool couldBeRead) {
+  if (hasRunBefore(world_)) return;
   if (couldBeRead && world_.frontmost == 0) warn({{1, nullptr}, "no application is in front"});
   std::map<std::size_t, std::map<std::string, int>> labels;
   for (const Placed& placed : reacting_) {

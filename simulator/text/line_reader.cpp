@@ -14,10 +14,20 @@ namespace {
 
 using Place = WorldBuilder::Place;
 
+/// A line about what it stands in, rather than of something else there.
+Place readNowLine(Words& words, WorldBuilder& builder, const Place& place) {
+  builder.addNow(words, place);
+  return {Place::Kind::other, "now", 0, 0, 0};
+}
+
 Place readInApplication(Words& words, WorldBuilder& builder, const Place& application) {
   if (words.take("window")) return builder.addWindow(words, application);
   if (words.take("menu")) return builder.addMenuItem(words, application);
   if (words.nextIsRole()) return builder.addElement(words, application);
+  if (words.take("gone")) {
+    readGone(words, builder.world(), application);
+    return {Place::Kind::other, "gone", 0, 0, 0};
+  }
   words.failUnknown("window, menu or an element's role such as AXButton");
 }
 
@@ -28,6 +38,8 @@ Place readInElement(Words& words, WorldBuilder& builder, const Place& parent) {
 }
 
 Place readLine(Words& words, WorldBuilder& builder, const Place& parent) {
+  const bool canBeSo = parent.kind != Place::Kind::other && parent.kind != Place::Kind::unread;
+  if (canBeSo && words.take("now")) return readNowLine(words, builder, parent);
   switch (parent.kind) {
     case Place::Kind::top:
       return readStatement(words, builder);

@@ -218,12 +218,14 @@ void addChoices(Application& application, ElementId button,
   }
 }
 
-bool isUnplacedMenuBar(const Element& element) {
-  return element.role == "AXMenuBar" && element.frame == Rect();
-}
-
-Rect menuBarFrame(const Rect& display) {
-  return {display.x, display.y, display.width, menuBarHeight};
+void placeMenuBars(World& world) {
+  const Rect& display = world.displays.front().frame;
+  for (Application& application : world.applications) {
+    for (Element& element : application.elements) {
+      const bool isUnplaced = element.role == "AXMenuBar" && element.frame == Rect();
+      if (isUnplaced) element.frame = Rect{display.x, display.y, display.width, menuBarHeight};
+    }
+  }
 }
 
 }  // namespace simulator

@@ -30,8 +30,7 @@ ElementId addMenuItem(Application& application, const MenuItemDraft& draft);
 /// Gives a pop-up button a closed menu with an item for each title. Nothing without titles.
 void addChoices(Application& application, ElementId button, const std::vector<std::string>& titles);
 
-/// A menu bar that `addMenuItem` made and that no display has been given to.
-bool isUnplacedMenuBar(const Element& element);
-Rect menuBarFrame(const Rect& display);
+/// The bars that `addMenuItem` made lie on the main display from then on.
+void placeMenuBars(World& world);
 
 }  // namespace simulator

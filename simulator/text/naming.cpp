@@ -13,13 +13,18 @@ std::string nameOf(const Application& application) {
   return application.name.value_or("pid " + std::to_string(application.pid));
 }
 
+std::optional<Pid> pidWritten(std::string_view name) {
+  if (!name.starts_with(pidPrefix)) return std::nullopt;
+  return driver::parseInt32(name.substr(pidPrefix.size()));
+}
+
 Pid applicationNamed(const Spot& spot, const World& world, const std::string& name) {
   const auto& all = world.applications;
   const auto fail = [&](const std::string& cause, const std::string& meant = "") {
     throw WorldError({spot, cause, meant, {}, name});
   };
   if (name.starts_with(pidPrefix)) {
-    const auto pid = driver::parseInt32(std::string_view(name).substr(pidPrefix.size()));
+    const auto pid = pidWritten(name);
     if (!pid || findApplication(world, *pid) == nullptr) {
       fail("no application '" + name + "' is running");
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,9 @@ std::string nameOf(const Application& application);
 
 /// An application is written as its name, or as this with its process id.
 inline constexpr std::string_view pidPrefix = "pid:";
+
+/// The process id that is written so; none for a name.
+std::optional<Pid> pidWritten(std::string_view name);
 
 /// The running application that is written so. Throws WorldError for the line when there is none,
 /// or more than one.

@@ -8,6 +8,8 @@
 #include "simulator/text/happenings.h"
 #include "simulator/text/inspection.h"
 #include "simulator/text/line_reader.h"
+#include "simulator/text/now.h"
+#include "simulator/text/reactions.h"
 #include "simulator/text/scanner.h"
 #include "simulator/text/words.h"
 
@@ -47,6 +49,10 @@ Happening parseHappening(std::string_view text, const World& world) {
   const Line line = lines.empty() ? Line{1, 0, {}} : Line{1, 0, lines.front().tokens};
   Words words(line);
   Happening happening = readHappening(words, world);
+  if (hasRunBefore(world)) {
+    settleApplications(spotOf(line), world, happening.reactions);
+    return happening;
+  }
   KnownLabels labels(world);
   settleHappening(spotOf(line), labels, happening);
   return happening;

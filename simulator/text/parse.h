@@ -25,7 +25,8 @@ WorldReading readWorld(std::string_view text, const WorldFiles& files = {},
 World parseWorld(std::string_view text, const WorldFiles& files = {});
 
 /// One line of what may happen, as in a script or from outside: "lock", "quit Notes",
-/// "user click 10,20" … Applications are named by name or "pid:N". Throws WorldError with line 1.
+/// "user click 10,20" … Applications are named by name or "pid:N". What it is about must be there,
+/// but in a world that has run before it may have gone. Throws WorldError with line 1.
 Happening parseHappening(std::string_view text, const World& world);
 
 /// A time such as "100ms", "2s", "1.5s" or "250us". Throws WorldError with line 1, which says that

@@ -117,7 +117,10 @@ void readPrefixes(Words& words, Reaction& reaction) {
     reaction.when = readCondition(words, "when");
     words.expect("when", "then");
   }
-  if (words.take("in")) reaction.elsewhere = words.name("in", "an application's name or pid:N");
+  if (words.take("in")) {
+    reaction.elsewhere = words.name("in", "an application's name or pid:N");
+    reaction.elsewherePid = pidWritten(*reaction.elsewhere).value_or(0);
+  }
 }
 
 std::string prefixesText(const Reaction& reaction) {
@@ -258,6 +261,13 @@ bool KnownLabels::has(const Application& application, const std::string& label) 
 
 void settleReaction(const ReactionPlace& place, KnownLabels& labels, Reaction& reaction) {
   Settler(place, labels).settle(reaction);
+}
+
+void settleApplications(const Spot& spot, const World& world, std::vector<Reaction>& reactions) {
+  for (Reaction& each : reactions) {
+    const bool isOpen = each.elsewhere && each.elsewherePid == 0;
+    if (isOpen) each.elsewherePid = applicationNamed(spot, world, *each.elsewhere);
+  }
 }
 
 void settleReactions(const ReactionPlace& place, KnownLabels& labels,

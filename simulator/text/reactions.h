@@ -66,6 +66,8 @@ struct ReactionPlace {
 /// Settles which applications are meant. Throws WorldError when something that a reaction names is
 /// not there.
 void settleReaction(const ReactionPlace& place, KnownLabels& labels, Reaction& reaction);
+/// Settles only which applications are meant: the rest was there once, and may be gone.
+void settleApplications(const Spot& spot, const World& world, std::vector<Reaction>& reactions);
 void settleReactions(const ReactionPlace& place, KnownLabels& labels,
                      std::vector<Reaction>& reactions);
 

@@ -52,7 +52,7 @@ void addDisplay(Words& words, WorldBuilder& builder) {
   displays.push_back(display);
 }
 
-constexpr std::array<Option<WorldBuilder>, 12> statements = {{
+constexpr std::array<Option<WorldBuilder>, 13> statements = {{
     {"user",
      [](Words& words, WorldBuilder& builder) {
        User& user = builder.world().user;
@@ -99,6 +99,7 @@ constexpr std::array<Option<WorldBuilder>, 12> statements = {{
        builder.world().seed = static_cast<std::uint64_t>(
            words.integer("seed", "a number from 0", 0, std::numeric_limits<std::int64_t>::max()));
      }},
+    {"clock", [](Words& words, WorldBuilder& builder) { readClock(words, builder.world()); }},
 }};
 
 void refuseOrphan(const Words& words) {

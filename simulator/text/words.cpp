@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/utf8.h"
 #include "simulator/text/error.h"
 #include "simulator/text/nearest.h"
 
@@ -87,6 +88,28 @@ std::optional<Span> spanOf(std::string_view text) {
   const auto most = dots == text.npos ? least : timeOf(text.substr(dots + 2));
   if (!least || !most || *most < *least) return std::nullopt;
   return Span{*least, *most};
+}
+
+/// How many bytes the first character takes; 0 for a byte that is of none.
+std::size_t lengthOfCharacter(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  for (std::size_t length = 1; length <= std::min(longest, text.size()); ++length) {
+    if (driver::isUtf8(text.substr(0, length))) return length;
+  }
+  return 0;
+}
+
+/// A single byte as it stands in quotation marks.
+std::string writtenByte(char c) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  constexpr unsigned char firstPrintable = 0x20;
+  constexpr unsigned char lastPrintable = 0x7E;
+  const auto byte = static_cast<unsigned char>(c);
+  if (c == '\n') return "\\n";
+  if (c == '\t') return "\\t";
+  if (c == '"' || c == '\\') return {'\\', c};
+  if (byte >= firstPrintable && byte <= lastPrintable) return {c};
+  return {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
 }
 
 /// What is still to be read of a phrase, and its place among the phrases.
@@ -285,21 +308,22 @@ Span Words::span(const char* owner) {
 }
 
 std::string quotedWord(std::string_view word) {
-  if (!word.empty() && word.find_first_of(" \t\r\n;\"#") == std::string_view::npos) {
-    return std::string(word);
-  }
-  return inQuotes(word);
+  std::string quoted = inQuotes(word);
+  const bool isPlain = !word.empty() && word.find_first_of(" \t\r\n;\"#") == word.npos;
+  const bool hasOddBytes = quoted.find("\\x") != quoted.npos;
+  return isPlain && !hasOddBytes ? std::string(word) : quoted;
 }
 
 std::string inQuotes(std::string_view text) {
   std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '\n') {
-      quoted += "\\n";
-      continue;
+  while (!text.empty()) {
+    const std::size_t length = lengthOfCharacter(text);
+    if (length > 1) {
+      quoted += text.substr(0, length);
+    } else {
+      quoted += writtenByte(text.front());
     }
-    if (c == '"' || c == '\\') quoted += '\\';
-    quoted += c;
+    text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return quoted + '"';
 }

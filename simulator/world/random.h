@@ -38,6 +38,9 @@ class Random {
     return list[below(list.size())];
   }
 
+  /// What a stream made of it goes on with.
+  std::uint64_t state() const { return state_; }
+
   /// A stream of its own: what it is used for does not disturb the others.
   Random branch() { return Random(next()); }
 

@@ -91,15 +91,19 @@ std::string numberText(double value) { return std::to_string(std::llround(value)
 
 }  // namespace
 
-void settleScrollAreas(Application& application, ElementId latest) {
-  const std::size_t known = application.scrollAreas.size();
-  findAreas(application, latest);
+void settleScrolledBy(Application& application, ElementId latest) {
   if (application.scrollAreas.empty()) return;
   for (Element& element : application.elements) {
     if (element.id <= latest) continue;
     const Element* parent = findElement(application, element.parent);
     element.scrolledBy = scrolledAs(element.role, application, parent);
   }
+}
+
+void settleScrollAreas(Application& application, ElementId latest) {
+  const std::size_t known = application.scrollAreas.size();
+  findAreas(application, latest);
+  settleScrolledBy(application, latest);
   for (std::size_t i = known; i < application.scrollAreas.size(); ++i) {
     ScrollArea& area = application.scrollAreas[i];
     if (findElement(application, area.id)->role != "AXScrollArea") continue;

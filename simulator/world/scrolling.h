@@ -12,6 +12,9 @@ namespace simulator {
 /// of those with the habit, with their bars.
 void settleScrollAreas(Application& application, ElementId latest = 0);
 
+/// Each element with an id above `latest` learns in which area it scrolls, if there is one.
+void settleScrolledBy(Application& application, ElementId latest = 0);
+
 /// What is in areas may have changed its size or its number: none is scrolled further than it has
 /// something to show, and its bars say where it is.
 void settleScrolling(Application& application);

@@ -396,6 +396,32 @@ struct PendingWrite {
   Pid actor = 0;        // who has asked for it, as for World::actor
 };
 
+/// The login window that a call has asked for, and that does not show yet.
+struct ComingLock {
+  Microseconds asked = 0;
+  Microseconds due = 0;
+  Pid caller = 0;
+};
+
+/// A fault that has still to strike, as a text, and how many of its calls there have been.
+struct WaitingFault {
+  std::string text;
+  std::size_t counted = 0;
+};
+
+/// What a Mac goes on with that has run before, beside its world.
+struct Resumption {
+  std::size_t processes = 0;    // that have joined so far
+  std::int64_t numbers = 0;     // the last one given to an event, source, picture, tap or stream
+  std::int64_t lastSerial = 0;  // of an event that a tap was asked about
+  Microseconds lastNews = 0;    // when the latest entry came that tells of something new
+  std::optional<ComingLock> comingLock = {};
+  std::optional<Microseconds> screensChanged = {};  // when they last did
+  std::set<Pid> killed = {};                        // processes that were, and held something then
+  std::vector<WaitingFault> faults = {};
+  std::optional<Random> chance = {};  // for how long calls take, where there is a seed
+};
+
 struct World {
   std::vector<Display> displays;
   std::vector<Application> applications;  // in the workspace's order
@@ -431,7 +457,8 @@ struct World {
   std::optional<std::uint64_t> seed;  // of what is left to chance; absent: nothing is
   std::shared_ptr<const Definitions> definitions;  // that its text gives; null: none
   Adder* adder = nullptr;  // reads them when something is to be added; set by the text's reader
-  std::optional<Random> chance;  // for reactions, where there is a seed
+  std::optional<Random> chance;          // for reactions, where there is a seed
+  std::optional<Resumption> resumption;  // of a world that was written of a running Mac
 };
 
 /// One attribute of an element, as an application that answers gives it.

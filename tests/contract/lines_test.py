@@ -75,6 +75,7 @@ class Lines(unittest.TestCase):
             self.check("clock", self.refused(mac, "clock", "sideways"))
             self.viewed(mac)
             self.check("written", mac.tell("screenshot", mac.path("screen.png")))
+            self.check("written", mac.tell("snapshot", mac.path("snapshot.world")))
             kinds = {entry["kind"] for entry in self.check("journal", mac.tell("journal"))}
             self.assertLessEqual({"event", "focus", "write", "landing", "action", "happening", "process", "reply",
                                   "request", "fault", "capture", "sharing", "cover", "input", "awake"}, kinds)

@@ -140,7 +140,8 @@ TEST(check, prints_json_for_editors) {
       "mean 'AXButton'?\",\"severity\":\"warning\",\"text\":\"  AXButon\"},{\"column\":1,"
       "\"file\":\"standard input\",\"length\":4,\"line\":3,\"message\":\"unknown word 'quit'; "
       "expected app, user, pointer, display, deny, session, missing, process, file, image, "
-      "at, panel, seed, keyboard, pasteboard, idle, languages, macos, system, directory, tool, "
+      "at, panel, seed, clock, keyboard, pasteboard, idle, languages, macos, system, directory, "
+      "tool, "
       "link, "
       "define, use, repeat, include\",\"severity\":\"error\",\"text\":\"quit 3\"}]}\n");
 }

@@ -89,6 +89,18 @@ TEST_F(record, has_the_world_the_journal_the_screens_and_an_end) {
   EXPECT_EQ(filesIn(folder_ + "/pictures"), 2U);
 }
 
+TEST_F(record, has_a_world_that_goes_on_from_its_end) {
+  EXPECT_EQ(kept({driverPath(), "bg-click", "Notes", "130", "95"}).status, 0);
+  const ServedMac after(contentsOf(folder_ + "/end.world"));
+
+  EXPECT_EQ(seen(after.command({"value", "Notes", "Body"})),
+            "0 {\"element\":3,\"ok\":true,\"role\":\"AXTextArea\",\"value\":\"hello sent\","
+            "\"window\":7}\n");
+  const std::string page = files_.path("report.html");
+  EXPECT_EQ(report(page).status, 0);
+  EXPECT_NE(contentsOf(page).find("\"endWorld\":\"# A Mac that has run before"), std::string::npos);
+}
+
 TEST_F(record, keeps_a_look_once_however_often_it_is_seen) {
   const std::string back = "\"$0\" user move 1,1; \"$0\" user move 0,0; \"$0\" user move 1,1";
   EXPECT_EQ(kept({"/bin/sh", "-c", back, simulatedMacPath()}).status, 0);

@@ -15,17 +15,18 @@ TEST(usage, is_explained) {
       seen(run({path})),
       refusal(
           "usage: simulated-mac "
-          "run|serve|stop|list|view|report|check|import|screenshot|state|tree|value|journal|trace|"
+          "run|serve|stop|list|view|report|check|import|screenshot|snapshot|state|tree|value|"
+          "journal|trace|"
           "violations|fault|wait|advance|clock|"
           "lock|unlock|leave|return|quit|end|front|hang|recover|in|user|remove|connect|disconnect|"
           "replug|request|end-loop|withdraw|silence|invalidate|disable ...; "
           "\\\"simulated-mac --help\\\" tells more"));
   EXPECT_EQ(seen(run({path, "run", "world"})),
             refusal("usage: simulated-mac run [--virtual [--sleep]] [--seed N] [--record DIR "
-                    "[--no-pictures]] WORLD -- COMMAND [ARGUMENT]..."));
+                    "[--no-pictures]] [--snapshot FILE] WORLD -- COMMAND [ARGUMENT]..."));
   EXPECT_EQ(seen(run({path, "run", "world", "--"})),
             refusal("usage: simulated-mac run [--virtual [--sleep]] [--seed N] [--record DIR "
-                    "[--no-pictures]] WORLD -- COMMAND [ARGUMENT]..."));
+                    "[--no-pictures]] [--snapshot FILE] WORLD -- COMMAND [ARGUMENT]..."));
   EXPECT_EQ(
       seen(run({path, "serve", "--frob", "world"})),
       "1 STANDARD ERROR: {\"error\":\"usage: simulated-mac serve [--virtual] [--seed N] "

@@ -126,7 +126,7 @@ TEST(virtual_sleep, is_of_virtual_time_alone) {
   EXPECT_EQ(
       seen(run({simulatedMacPath(), "run", "--sleep", folder.file("world", mail), "--", "true"})),
       "1 {\"error\":\"usage: simulated-mac run [--virtual [--sleep]] [--seed N] [--record DIR "
-      "[--no-pictures]] WORLD -- COMMAND [ARGUMENT]...\",\"ok\":false}\n");
+      "[--no-pictures]] [--snapshot FILE] WORLD -- COMMAND [ARGUMENT]...\",\"ok\":false}\n");
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ namespace {
   alarm(caseSecondsMax);
   auto complaint = verdict(one, folder);
   if (!complaint) complaint = repetition(one, folder);
+  if (!complaint) complaint = resumption(one, folder);
   if (complaint) posix::writeAll(descriptor, complaint->judge + "\n" + complaint->text);
   _exit(0);
 }

@@ -164,7 +164,7 @@ std::string deed(Random& random, const Features& features, const ApplicationSket
     return change(random, features, inQuotes(target), inQuotes(other.empty() ? target : other));
   }
   if (features.templates && random.oneIn(3)) {
-    const std::string name = inQuotes(title(random, features.oddTexts));
+    const std::string name = inQuotes(title(random, features));
     if (target.empty() || random.oneIn(2)) return "open window Letter(" + name + ")";
     return "add Pages(" + name + ") to " + inQuotes(target);
   }

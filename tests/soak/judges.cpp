@@ -7,6 +7,7 @@
 #include "simulator/text/error.h"
 #include "tests/soak/contract_judge.h"
 #include "tests/soak/oracle_judge.h"
+#include "tests/soak/resumption.h"
 #include "tests/soak/user_judge.h"
 #include "tests/support/channels.h"
 
@@ -40,6 +41,17 @@ constexpr std::array allJudges = {
     Judge{"handles", keptHandles},    Judge{"contract", lineOutsideOfContract},
     Judge{"user", disturbanceOfUser}, Judge{"oracle", difference},
 };
+
+/// The first lines in which they differ.
+std::optional<Complaint> differenceOfTraces(const char* judge, const std::string& first,
+                                            const std::string& second) {
+  if (first == second) return std::nullopt;
+  const auto difference = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
+  const auto place = static_cast<std::size_t>(difference.first - first.begin());
+  const std::size_t start = place == 0 ? 0 : first.rfind('\n', place - 1) + 1;
+  return Complaint{judge, "first " + first.substr(start, first.find('\n', start) - start) +
+                              ", then " + second.substr(start, second.find('\n', start) - start)};
+}
 
 /// Of a rule's sentence, which begins with its name: "rules I5".
 std::string nameWithRule(const Judge& judge, const std::string& complaint) {
@@ -80,14 +92,27 @@ std::optional<Complaint> repetition(const Case& one, const std::string& folder) 
   if (worldText(again) != worldText(one) || stepsText(again) != stepsText(one)) {
     return Complaint{"repetition", "the case reads back as another one"};
   }
-  const std::string second = traceOf(play(again, folder, Way::inFlows));
-  if (first == second) return std::nullopt;
-  const auto difference = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
-  const auto place = static_cast<std::size_t>(difference.first - first.begin());
-  const std::size_t start = first.rfind('\n', place) + 1;
-  return Complaint{"repetition", "first " + first.substr(start, first.find('\n', start) - start) +
-                                     ", then " +
-                                     second.substr(start, second.find('\n', start) - start)};
+  return differenceOfTraces("repetition", first, traceOf(play(again, folder, Way::inFlows)));
+}
+
+std::optional<Complaint> resumption(const Case& one, const std::string& folder) {
+  if (!runsAlone(one)) return std::nullopt;
+  const Played straight = play(one, folder);
+  try {
+    const Played resumed = play(one, folder, Way::resumed);
+    for (std::size_t i = 0; i < straight.steps.size(); ++i) {
+      const PlayedStep& first = straight.steps[i];
+      const PlayedStep& second = resumed.steps[i];
+      const bool isSame = first.status == second.status && first.output == second.output &&
+                          first.began == second.began && first.ended == second.ended;
+      if (!isSame) {
+        return Complaint{"resumption", "first " + first.output + ", then " + second.output};
+      }
+    }
+    return differenceOfTraces("resumption", traceOf(straight), traceOf(resumed));
+  } catch (const ResumptionFailure& failure) {
+    return Complaint{"resumption", failure.what()};
+  }
 }
 
 }  // namespace soak

@@ -39,4 +39,8 @@ std::optional<Complaint> verdict(
 /// same, with the same answer. `verdict` has found the case playable.
 std::optional<Complaint> repetition(const Case& one, const std::string& folder);
 
+/// Plays a case twice, the second time each of its runs on a Mac that was made of a snapshot of the
+/// one before: every call must be the same, with the same answer. Only of runs that are alone.
+std::optional<Complaint> resumption(const Case& one, const std::string& folder);
+
 }  // namespace soak

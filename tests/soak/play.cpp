@@ -8,6 +8,7 @@
 #include "simulator/rules/replies.h"
 #include "simulator/text/parse.h"
 #include "tests/soak/processes.h"
+#include "tests/soak/resumption.h"
 #include "tests/support/channels.h"
 
 namespace soak {
@@ -40,6 +41,12 @@ class WorkingFolder {
   std::filesystem::path before_;
 };
 
+std::string traceOf(const Desktop& desktop) {
+  std::string text;
+  for (const auto& entry : desktop.trace()) text += simulator::traceLine(entry) + "\n";
+  return text;
+}
+
 /// What plays the steps of a case, by either way.
 class Player {
  public:
@@ -52,6 +59,19 @@ class Player {
 
   Played playOneByOne() {
     for (std::size_t i = 0; i < case_.steps.size(); ++i) playAlone(i);
+    return std::move(played_);
+  }
+
+  /// On another Mac for each step, and for the second half of the pause before it.
+  Played playResumed() {
+    for (std::size_t i = 0; i < case_.steps.size(); ++i) {
+      const Microseconds half = case_.steps[i].after / 2;
+      const Microseconds start = now() + case_.steps[i].after;
+      desktop().advanceTo(now() + half);
+      resume();
+      runAlone(i, start);
+      resume();
+    }
     return std::move(played_);
   }
 
@@ -109,15 +129,28 @@ class Player {
     result.ended = now();
   }
 
+  void resume() {
+    auto next = resumed(desktop());
+    played_.earlierTrace += traceOf(desktop());
+    played_.desktop = std::move(next);
+  }
+
   void playAlone(std::size_t index) {
     const Step& step = case_.steps[index];
-    PlayedStep& result = played_.steps[index];
     desktop().advanceTo(now() + step.after);
-    const auto words = commandLine(step);
     if (mayBeForetold()) {
-      result.expected =
+      const auto words = commandLine(step);
+      played_.steps[index].expected =
           oracle::expected(desktop().mac(), {words.begin() + 1, words.end()}, environment(step));
     }
+    runAlone(index, now());
+  }
+
+  void runAlone(std::size_t index, Microseconds start) {
+    const Step& step = case_.steps[index];
+    PlayedStep& result = played_.steps[index];
+    desktop().advanceTo(start);
+    const auto words = commandLine(step);
     result.entriesBefore = desktop().mac().entries;
     result.client = desktop().join(words, environment(step));
     noteService(step, result.client);
@@ -187,16 +220,13 @@ bool runsAlone(const Case& one) {
 Played play(const Case& one, const std::string& folder, Way way, Trace trace) {
   const WorkingFolder there(folder);
   Player player(one, folder, trace);
+  if (way == Way::resumed) return player.playResumed();
   const bool oneByOne = way == Way::fast && runsAlone(one);
   return oneByOne ? player.playOneByOne() : player.playTogether();
 }
 
 bool isKilled(const PlayedStep& step) { return step.status > 128 && step.output.empty(); }
 
-std::string traceOf(const Played& played) {
-  std::string text;
-  for (const auto& entry : played.desktop->trace()) text += simulator::traceLine(entry) + "\n";
-  return text;
-}
+std::string traceOf(const Played& played) { return played.earlierTrace + traceOf(*played.desktop); }
 
 }  // namespace soak

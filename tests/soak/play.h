@@ -29,10 +29,12 @@ struct Played {
   std::unique_ptr<simulator::Desktop> desktop;  // as it was at the end
   std::vector<PlayedStep> steps;                // as those of the case
   long handlesLeft = 0;                         // more than the runs were to leave behind
+  std::string earlierTrace;                     // of the Macs that went before this desktop's
 };
 
 /// How a case is played: runs of which none is beside another need no flows, which is faster.
-enum class Way { fast, inFlows };
+/// Or each on a Mac that was made of a snapshot of the one before: only those that are alone.
+enum class Way { fast, inFlows, resumed };
 
 /// Whether all of its runs follow each other, none lives on, none gets anything from outside, and
 /// no chance decides which flow goes on.
@@ -43,7 +45,7 @@ enum class Trace { kept, none };
 
 /// Plays a case in this process, in virtual time, with every rule of the simulated Mac. `folder` is
 /// the path of one that exists. Throws simulator::WorldError for a case that says something
-/// impossible.
+/// impossible, and ResumptionFailure.
 Played play(const Case& one, const std::string& folder, Way way = Way::fast,
             Trace trace = Trace::kept);
 

@@ -26,6 +26,9 @@ using Clock = std::chrono::steady_clock;
 /// So many cases are played twice.
 constexpr std::uint64_t repeatedOneIn = 16;
 
+/// And so many of those a third time, by snapshots.
+constexpr std::uint64_t resumedOneIn = 64;
+
 /// What a worker tells while it works, so that it is known when it ends.
 struct Progress {
   std::atomic<std::uint64_t> next;  // the seed that is being played
@@ -159,7 +162,9 @@ class Workers {
     auto complaint =
         verdict(one, folder, observe, options_.showsCoverage ? Trace::kept : Trace::none);
     if (complaint || progress.next % repeatedOneIn != 0) return complaint;
-    return repetition(one, folder);
+    complaint = repetition(one, folder);
+    if (complaint || progress.next % resumedOneIn != 0) return complaint;
+    return resumption(one, folder);
   }
 
   bool isChosen(const Case& one) const {

@@ -19,6 +19,13 @@ function summarise() {
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
   byId("summary").textContent = `Processes: ${runs.size}. Steps with failures: ${failed}. ` +
     `${end}.${seed} ${record.header.program}.`;
+  if (record.endWorld !== null) byId("summary").append(" ", wayToEnd());
+}
+
+/** The Mac goes on from its end when it is started with this world. */
+function wayToEnd() {
+  const href = `data:text/plain;charset=utf-8,${encodeURIComponent(textOf(record.endWorld))}`;
+  return element("a", { textContent: "Its end as a world", download: "end.world", href });
 }
 
 /** Each broken rule, with the way to where it was broken. */
