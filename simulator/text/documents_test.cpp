@@ -34,8 +34,14 @@ std::vector<std::string> worldsIn(const std::string& page) {
 
 /// The examples of the manual.
 std::vector<std::string> examples() {
-  std::ifstream file(DRIVER_SOURCE_DIR "/docs/WORLDS.md", std::ios::binary);
-  return worldsIn({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
+  std::vector<std::string> worlds;
+  for (const char* page : {"/docs/WORLDS.md", "/docs/WORLD_REFERENCE.md"}) {
+    std::ifstream file(std::string(DRIVER_SOURCE_DIR) + page, std::ios::binary);
+    const auto found =
+        worldsIn({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
+    worlds.insert(worlds.end(), found.begin(), found.end());
+  }
+  return worlds;
 }
 
 TEST(world_documents, every_example_of_the_manual_can_be_read) {

@@ -10,8 +10,8 @@ import topics
 
 # The page that has a topic's whole table.
 PAGES = {"calls": "docs/SIMULATED_MAC.md", "outcomes": "docs/SIMULATED_MAC.md",
-         "happenings": "docs/WORLDS.md", "reactions": "docs/WORLDS.md", "habits": "docs/WORLDS.md",
-         "releases": "docs/WORLDS.md"}
+         "happenings": "docs/WORLD_REFERENCE.md", "reactions": "docs/WORLD_REFERENCE.md", "habits": "docs/WORLD_REFERENCE.md",
+         "releases": "docs/WORLD_REFERENCE.md"}
 
 
 def topic_names():

@@ -110,9 +110,10 @@ class Folder:
         for name in ("programs/your-agent", "agent-tests"):
             (self.path / name).write_text("#!/bin/sh\nexec driver scene\n")
             (self.path / name).chmod(0o755)
-        for block in blocks_of(ROOT / "docs/AGENTS_ON_LINUX.md"):
-            if block.title:
-                (self.path / block.title).write_text(block.text)
+        for page in ("AGENTS_ON_LINUX", "WORLDS"):
+            for block in blocks_of(ROOT / f"docs/{page}.md"):
+                if block.title:
+                    (self.path / block.title).write_text(block.text)
         self.server = subprocess.Popen([SIMULATED_MAC, "serve", "--virtual", "--until-closed", ROOT / world],
                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.environment = {**plain_environment(), "SIMULATED_MAC": self.server.stdout.readline().strip(), "SEED": "7",
