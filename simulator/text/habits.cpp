@@ -46,7 +46,7 @@ ax::Error readError(Words& words, const char* owner) {
       words.integer(owner, anErrorCode, std::numeric_limits<std::int32_t>::min(), -1));
 }
 
-constexpr std::array<Option<Transform>, 5> transforms = {{
+constexpr std::array<Option<Transform>, 5> knownTransforms = {{
     {"upper", [](Words&, Transform& transform) { transform.kind = Transform::Kind::upper; }},
     {"lower", [](Words&, Transform& transform) { transform.kind = Transform::Kind::lower; }},
     {"trim", [](Words&, Transform& transform) { transform.kind = Transform::Kind::trim; }},
@@ -111,9 +111,9 @@ void readMenuState(Words& words, ElementDraft& draft, bool open) {
 }
 
 void readTransform(Words& words, ElementDraft& draft) {
-  if (words.atEnd()) words.failNeeding("transform", oneOf(phrasesOf(transforms)).c_str());
+  if (words.atEnd()) words.failNeeding("transform", oneOf(phrasesOf(knownTransforms)).c_str());
   Transform& transform = habitsOf(draft).transforms.emplace_back();
-  transforms[takePhrase(words, phrasesOf(transforms))].read(words, transform);
+  knownTransforms[takePhrase(words, phrasesOf(knownTransforms))].read(words, transform);
 }
 
 void readIgnoresWrites(Words& words, ElementDraft& draft) {
