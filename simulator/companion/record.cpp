@@ -61,7 +61,8 @@ Recorder::Recorder(const RecordOptions& options, const std::string& world,
   if (error) throw Failure("cannot make " + folder_ + ": " + error.message());
   const std::string path = folder_ + "/" + record_format::linesFile;
   file_ = Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0666));
-  if (file_.number() < 0 && errno == EEXIST) throw Failure(folder_ + " has a record already");
+  if (file_.number() < 0 && errno == EEXIST)
+    throw Failure(folder_ + " has a record already; remove it, or name another folder");
   if (file_.number() < 0) throw systemFailure("cannot write " + path);
   writeFile(folder_ + "/" + record_format::worldFile, world);
 }

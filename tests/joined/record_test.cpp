@@ -129,7 +129,8 @@ TEST_F(record, is_not_written_over) {
   const std::string before = lines();
 
   EXPECT_EQ(seen(kept({driverPath(), "session"})),
-            "1 {\"error\":\"" + folder_ + " has a record already\",\"ok\":false}\n");
+            "1 {\"error\":\"" + folder_ +
+                " has a record already; remove it, or name another folder\",\"ok\":false}\n");
   EXPECT_EQ(lines(), before);
 }
 

@@ -14,7 +14,7 @@ const list = new ItemList(names, screensOf);
 function summarise() {
   const runs = new Set(journal.items.filter((item) => item.run !== null).map((item) => item.run));
   const failed = journal.items.filter(hasFailed).length;
-  const end = record.end === null ? "Cut off: the Mac did not end by itself"
+  const end = record.end === null ? "The record ends before the Mac does: it still ran, or was cut off"
     : `${milliseconds(record.end.at)} of ${record.header.time} time`;
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
   byId("summary").textContent = `Processes: ${runs.size}. Steps with failures: ${failed}. ` +
