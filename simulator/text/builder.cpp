@@ -316,8 +316,10 @@ void WorldBuilder::readScript() {
 
 void WorldBuilder::settleScript() {
   for (PendingHappening& pending : script_) {
-    attempt(complain_,
-            [&] { settleHappening(spotOf(pending.line), labels_, pending.scripted.happening); });
+    const ReactionPlace place{spotOf(pending.line), pending.scripted.happening.pid, false};
+    for (Reaction& each : pending.scripted.happening.reactions) {
+      attempt(complain_, [&] { settleReaction(place, labels_, each); });
+    }
     world_.script.push_back(std::move(pending.scripted));
   }
   sortScript(world_);

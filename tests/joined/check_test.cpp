@@ -69,6 +69,21 @@ TEST(check, shows_all_errors_with_the_part_of_the_line_and_what_was_meant) {
                 "1 world, 8 errors, 0 warnings\n");
 }
 
+TEST(check, shows_every_name_in_a_line_that_names_nothing) {
+  const std::string world =
+      "app Mail pid 41 frontmost\n"
+      "at 1s in Mail remove Lettr; set Statuss \"x\"\n";
+
+  EXPECT_EQ(seen(check({"-"}, world)),
+            "1 standard input:2:22: error: no element of Mail is labelled \"Lettr\"\n"
+            "at 1s in Mail remove Lettr; set Statuss \"x\"\n"
+            "                     ^~~~~\n"
+            "standard input:2:33: error: no element of Mail is labelled \"Statuss\"\n"
+            "at 1s in Mail remove Lettr; set Statuss \"x\"\n"
+            "                                ^~~~~~~\n"
+            "1 world, 2 errors, 0 warnings\n");
+}
+
 TEST(check, warns_of_what_is_hardly_meant) {
   const std::string world =
       "\xEF\xBB\xBF"
