@@ -297,10 +297,12 @@ void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
   const ReactionPlace place{placed.spot, application.pid};
   Element& element = *findElement(application, placed.element);
-  for (std::vector<Reaction>* list : listsOf(element)) {
-    for (Reaction& each : *list) {
-      attempt(complain_, [&] { settleReaction(place, labels_, each); });
-    }
+  for (std::vector<Reaction>* list : listsOf(element)) settleEach(place, *list);
+}
+
+void WorldBuilder::settleEach(const ReactionPlace& place, std::vector<Reaction>& reactions) {
+  for (Reaction& each : reactions) {
+    attempt(complain_, [&] { settleReaction(place, labels_, each); });
   }
 }
 
@@ -316,10 +318,8 @@ void WorldBuilder::readScript() {
 
 void WorldBuilder::settleScript() {
   for (PendingHappening& pending : script_) {
-    const ReactionPlace place{spotOf(pending.line), pending.scripted.happening.pid, false};
-    for (Reaction& each : pending.scripted.happening.reactions) {
-      attempt(complain_, [&] { settleReaction(place, labels_, each); });
-    }
+    Happening& happening = pending.scripted.happening;
+    settleEach({spotOf(pending.line), happening.pid, false}, happening.reactions);
     world_.script.push_back(std::move(pending.scripted));
   }
   sortScript(world_);

@@ -85,6 +85,7 @@ class WorldBuilder {
   void noteAddedLabels(const Addition& addition);
   void settleReactions();
   void settleReactions(const PlacedElement& placed);
+  void settleEach(const ReactionPlace& place, std::vector<Reaction>& reactions);
   void readScript();
   void settleScript();
 

@@ -240,11 +240,6 @@ Happening readHappening(Words& words, const World& world) {
   return happening;
 }
 
-void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening) {
-  if (happening.reactions.empty()) return;
-  settleReactions({spot, happening.pid, false}, labels, happening.reactions);
-}
-
 std::string happeningText(const Happening& happening) {
   const std::string arguments = happening.kind->arguments.text(happening);
   return happening.kind->phrase + (arguments.empty() ? "" : " " + arguments) +

@@ -46,11 +46,8 @@ Happening happeningCalled(std::string_view phrase);
 Scripted readTimes(Words& words, const World& world);
 
 /// Reads a happening up to the end of the line. Applications are those of the world; what an
-/// application's reactions name is still to be settled.
+/// application's reactions name is still to be settled, by `settleReactions`.
 Happening readHappening(Words& words, const World& world);
-
-/// Settles that, as `settleReactions` does.
-void settleHappening(const Spot& spot, KnownLabels& labels, Happening& happening);
 
 /// The happening as such a line, for a journal too.
 std::string happeningText(const Happening& happening);

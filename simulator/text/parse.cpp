@@ -54,7 +54,7 @@ Happening parseHappening(std::string_view text, const World& world) {
     return happening;
   }
   KnownLabels labels(world);
-  settleHappening(spotOf(line), labels, happening);
+  settleReactions({spotOf(line), happening.pid, false}, labels, happening.reactions);
   return happening;
 }
 
