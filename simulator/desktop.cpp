@@ -9,6 +9,7 @@
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
@@ -211,6 +212,9 @@ Answer Desktop::handle(std::size_t clientIndex, const Call& call, std::size_t fl
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
   if (chance_) result.delay += chanceDelay(*chance_, call.function);
+  // The platform waits no longer, whatever the application has done by then.
+  auto none = result.delay >= messagingTimeout ? answerOfHanging(call) : std::nullopt;
+  if (none) result = std::move(*none);
   if (result.pending) return result;
   return conclude(clientIndex, call, std::move(result), outcome != nullptr, flow);
 }
