@@ -10,13 +10,13 @@ import pytest
 
 from .testing import SimulatedMac, simulated_mac
 
-HAS_FAILED = pytest.StashKey[bool]()
+FAILURE = pytest.StashKey[BaseException]()
 
 
-def pytest_exception_interact(node: Union[pytest.Item, pytest.Collector], report: Any) -> None:
-    """Lets the fixture know that the test has failed."""
-    if report.when == "call":
-        node.stash[HAS_FAILED] = True
+def pytest_exception_interact(node: Union[pytest.Item, pytest.Collector], call: Any, report: Any) -> None:
+    """Lets the fixture know that the test has failed, and why."""
+    if getattr(report, "when", None) == "call":
+        node.stash[FAILURE] = call.excinfo.value
 
 
 @pytest.fixture(name="simulated_mac")
@@ -32,6 +32,8 @@ def _simulated_mac(request: pytest.FixtureRequest, tmp_path: Path) -> Iterator[C
             return macs[-1]
 
         yield start
-        if request.node.stash.get(HAS_FAILED, False):
+        failure = request.node.stash.get(FAILURE, None)
+        if failure is not None:
             for mac, page in zip(macs, pages):
+                mac.note_failure(failure)
                 print(f"what happened on the simulated Mac: {mac.report(page)}")
