@@ -16,6 +16,9 @@ from .service import CaptureService, CaptureSession
 
 Result = TypeVar("Result")
 
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
 
 async def in_thread(work: Callable[[Cancellation], Result]) -> Result:
     """Does the work in a thread of its own; a cancelling is handed on, and its end waited for."""

@@ -21,6 +21,9 @@ from .turns import Turns
 if TYPE_CHECKING:
     from .service import CaptureService
 
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
 # Two messages that a hung application does not answer: docs/WORST_CASE.md.
 HUNG_SECONDS = 12.0
 # Those that put right what a capture service has left: they run also when it has gone.

@@ -4,11 +4,15 @@ from __future__ import annotations
 
 import contextlib
 from pathlib import Path
-from typing import Any, Callable, Iterator, List, Union
+from typing import Any, Callable, Iterator, List, Optional, Union
 
 import pytest
 
+from .errors import DriverError
 from .testing import SimulatedMac, simulated_mac
+
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
 
 FAILURE = pytest.StashKey[BaseException]()
 
@@ -25,15 +29,22 @@ def _simulated_mac(request: pytest.FixtureRequest, tmp_path: Path) -> Iterator[C
     user's state is another than before."""
     pages: List[Path] = []
     macs: List[SimulatedMac] = []
-    with contextlib.ExitStack() as stack:
-        def start(world: str, **options: Any) -> SimulatedMac:
-            pages.append(tmp_path / f"report-{len(pages) + 1}.html")
-            macs.append(stack.enter_context(simulated_mac(world, **{"report": pages[-1], **options})))
-            return macs[-1]
+    problem: Optional[str] = None
+    try:
+        with contextlib.ExitStack() as stack:
+            def start(world: str, **options: Any) -> SimulatedMac:
+                pages.append(tmp_path / f"report-{len(pages) + 1}.html")
+                macs.append(stack.enter_context(simulated_mac(world, **{"report": pages[-1], **options})))
+                return macs[-1]
 
-        yield start
-        failure = request.node.stash.get(FAILURE, None)
-        if failure is not None:
-            for mac, page in zip(macs, pages):
-                mac.note_failure(failure)
-                print(f"what happened on the simulated Mac: {mac.report(page)}")
+            yield start
+            failure = request.node.stash.get(FAILURE, None)
+            if failure is not None:
+                for mac, page in zip(macs, pages):
+                    mac.note_failure(failure)
+                    print(f"what happened on the simulated Mac: {mac.report(page)}")
+    except DriverError as error:
+        problem = str(error)
+    if problem is not None:
+        # It is all there is to know: no line of the test is to blame.
+        pytest.fail(problem, pytrace=False)

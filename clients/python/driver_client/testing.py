@@ -16,6 +16,9 @@ from .errors import SHOWN_MAX, DriverError, Reply
 from .mac import Mac
 
 
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
 HERE = Path(__file__).parent
 
 

@@ -247,6 +247,8 @@ def test_that_fails(simulated_mac):
             self.skipTest("there is no pytest here")
         self.assertRegex(done.stdout, r"1 failed, 2 passed, 1 error in")
         self.assertIn("ERROR some_test.py::test_that_leaves_a_locked_mac", done.stdout)
+        self.assertIn("\nthe user's state is not as before: locked was false and is true\n", done.stdout)
+        self.assertNotIn("/driver_client/", done.stdout)
         pages = re.findall(r"^what happened on the simulated Mac: (.*)$", done.stdout, re.M)
         self.assertEqual(2, len(pages), done.stdout)
         shown = ["DriverError: the user's state is not as before: locked was false and is true",
