@@ -9,6 +9,7 @@
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
@@ -290,7 +291,7 @@ void Desktop::letReactionTakePlace() {
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
-               .what = reactionText(settled.due.reaction),
+               .what = reactionText(settled.due.reaction, &mac_.world),
                .landed = settled.landed,
                .outcome = std::move(settled.outcome),
                .element = std::move(settled.element)});
@@ -313,7 +314,7 @@ void Desktop::happen(const Happening& happening) {
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening),
+               .what = happeningText(happening, &mac_.world),
                .outcome = std::move(outcome)});
 }
 

@@ -93,7 +93,7 @@ TEST_F(passing_time, says_what_is_missing_when_it_is_due) {
   press("Send");
   desktop_->advanceTo(2'000'000);
 
-  EXPECT_EQ(journal(), (Lines{" 1000 ms  happening 41/0 in pid:41 remove Log",
+  EXPECT_EQ(journal(), (Lines{" 1000 ms  happening 41/0 in Notes remove Log",
                               " 2000 ms  landing 41/7 set Log \"sent\": finds nothing labelled "
                               "\"Log\""}));
 }
