@@ -121,11 +121,11 @@ TEST_F(passing_time, lets_applications_do_by_themselves_whatever_a_press_may_do)
   EXPECT_EQ(held("Log"), "one");
   EXPECT_EQ(
       journal(),
-      (Lines{" 1000 ms  happening 42/0 in pid:42 set Bell \"one\"; after 500ms append "
-             "\" two\" to Bell; in pid:41 set Log value of Bell",
+      (Lines{" 1000 ms  happening 42/0 in Other set Bell \"one\"; after 500ms append "
+             "\" two\" to Bell; in Notes set Log value of Bell",
              " 1500 ms  landing 42/0 append \" two\" to Bell",
-             " 2000 ms  happening 42/0 in pid:42 quit",
-             " 3000 ms  happening 42/0 in pid:42 set Bell \"late\": the application is gone"}));
+             " 2000 ms  happening 42/0 in Other quit",
+             " 3000 ms  happening 42/0 in Other set Bell \"late\": the application is gone"}));
 }
 
 TEST_F(passing_time, repeats_what_happens_as_often_as_it_is_told) {

@@ -138,10 +138,10 @@ TEST(check, warns_of_a_reaction_behind_one_with_a_condition) {
 
   EXPECT_EQ(
       seen(check({"-"}, world)),
-      "0 standard input:3:72: warning: this takes place anyway: 'when' is about the one reaction "
+      "0 standard input:3:70: warning: this takes place anyway: 'when' is about the one reaction "
       "before ';'\n"
       "    AXCheckBox \"On\" at 0,0 size 20x20 press: when On is 1 then quit; set Log \"x\"\n"
-      "                                                                       ^~~\n"
+      "                                                                     ^~~\n"
       "standard input:5:36: warning: this takes place anyway: 'when' is about the one reaction "
       "before ';'\n"
       "at 1s in A when On is 1 then hang; quit\n"
