@@ -101,11 +101,12 @@ void goOn(Mac& mac) {
   noticeClosedWindows(mac);
 }
 
-/// A fault's application may have quit since, and the elements it names may have gone.
-Fault faultOf(World world, const std::string& text) {
+/// The world in which a waiting fault is read again: its application may have quit since, and the
+/// elements it names may have gone.
+World worldOfFaults(World world) {
   world.resumption.emplace();
   for (Application& each : world.applications) each.running = true;
-  return parseFault(text, world);
+  return world;
 }
 
 std::string endOf(const Client& client) {
@@ -141,8 +142,10 @@ void Desktop::resume() {
   mac_.clients.resize(with.processes);  // all of them forgotten
   rules_.resize(with.processes);
   chance_ = with.chance;
+  if (with.faults.empty()) return;
+  const World world = worldOfFaults(mac_.world);
   for (const WaitingFault& each : with.faults) {
-    faults_.push_back({faultOf(mac_.world, each.text), each.counted});
+    faults_.push_back({parseFault(each.text, world), each.counted});
   }
 }
 
