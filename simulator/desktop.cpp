@@ -297,7 +297,7 @@ void Desktop::letReactionTakePlace() {
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
-               .what = reactionText(settled.due.reaction),
+               .what = reactionText(settled.due.reaction, &mac_.world),
                .landed = settled.landed,
                .outcome = std::move(settled.outcome),
                .element = std::move(settled.element)});
@@ -320,7 +320,7 @@ void Desktop::happen(const Happening& happening) {
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening),
+               .what = happeningText(happening, &mac_.world),
                .outcome = std::move(outcome)});
 }
 
