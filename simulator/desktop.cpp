@@ -9,6 +9,7 @@
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
