@@ -1,5 +1,6 @@
-"""The tests of the preset "release", with many mistakes compiled into the sources of some libraries (schemata.py).
-What the preset has built is taken as it is; the rest is below build/mutants, where Ninja builds it."""
+"""Executables of tests with many mistakes compiled into the sources that they test (schemata.py). What a project's own
+build folder has is taken as it is; the rest is below build/mutants, where Ninja builds it."""
+import collections
 import json
 import re
 import shlex
@@ -12,123 +13,138 @@ from schemata import Schema
 from source_files import ROOT
 from variants import Commands, DoesNotBuild, ran
 
-PRESET = ROOT / "build/release"
-FOLDER = ROOT / "build/mutants"
-HEADER = "tests/mutants/mutant.h"
-FLAGS = f"-w -Wno-narrowing -include {HEADER}"
+FLAGS = "-w -Wno-narrowing -include tests/mutants/mutant.h"
+OWN_SOURCES = ("mutant", "listener")
 
-RULES = f"""rule compile
-  command = cd {PRESET} && $compile -MD -MF $out.d -o $out -c $in
+RULES = """rule compile
+  command = cd {folder} && $compile -MD -MF $out.d -o $out -c $in
   depfile = $out.d
   deps = gcc
 rule archive
   command = rm -f $out && ar rcsT $out $in
 rule link
-  command = cd {PRESET} && $link
+  command = cd {folder} && $link
 """
 
 # What the compiler says of one expression, whatever it said of others before.
 OF_TYPES = re.compile("not convert|invalid initialization|different types|no match for|call to non-|invalid operands|"
-                      "cannot bind|discards qualifiers|lvalue required")
+                      "cannot bind|discards qualifiers|lvalue required|no viable|incompatible operand|not assignable")
+
+# A source below ROOT, the command that compiles it, without input and output, and what it becomes part of: a target's
+# library, or, in an executable, an object.
+Unit = collections.namedtuple("Unit", "file command target object")
 
 
-def compilations(library):
-    """The source below ROOT and the command, without its input and output, of each source of a library."""
-    for each in Commands(PRESET).compilations:
+def units(folder, targets):
+    """Those of the targets whose build folder this is."""
+    for each in Commands(folder).compilations:
         words = shlex.split(each["command"])
-        output, path = words[words.index("-o") + 1], Path(each["file"])
-        if f"/{library}.dir/" not in "/" + output or path.name.startswith("cmake_pch"):
+        built, path = words[words.index("-o") + 1], Path(each["file"])
+        target = next((target for target in targets if f"/{target}.dir/" in "/" + built), None)
+        if target is None or path.name.startswith("cmake_pch"):
             continue
         command = re.sub(" -O[23] ", " -O1 ", each["command"].split(" -o ")[0])
-        # The sources of a folder are one unit for the preset.
+        # The sources of a folder may be one unit.
         included = re.findall(r'^#include "(.*)"$', path.read_text(), re.M) if "Unity" in path.parts else [path]
         for source in included:
-            yield Path(source).relative_to(ROOT), command
+            yield Unit(Path(source).relative_to(ROOT), command, target, built)
 
 
 class Build:
-    """Executables of tests with mistakes in libraries; mistakes are numbered from 1."""
+    """The executables; mistakes are numbered from 1."""
 
-    def __init__(self, libraries, suites, numbered, jobs):
-        self.libraries, self.suites, self.numbered = libraries, suites, numbered
-        self.ninja = ["ninja", "-C", FOLDER, "-j", str(jobs)]
-        self.commands = {library: dict(compilations(library)) for library in libraries}
-        self.links = Commands(PRESET)
+    def __init__(self, folder, its_units, suites, numbered, jobs):
+        """The folder has built the suites, whose paths there are given."""
+        self.preset, self.folder, self.numbered = folder, ROOT / "build/mutants" / folder.name, numbered
+        self.suites = {Path(path).name: path for path in suites}
+        self.units = {unit.file: unit for unit in its_units}
+        self.commands = Commands(folder)
+        self.ninja = ["ninja", "-C", self.folder, "-j", str(jobs), "-k", "0"]
         self.schemata, self.left_out = {}, set()
 
     # --- the sources
 
-    def numbered_in(self, file):
-        return [number for number, each in self.numbered.items() if each.file == str(file)]
+    def mutations_in(self, file):
+        return {number: each.mutation for number, each in self.numbered.items() if each.file == str(file)}
 
     def write_source(self, file):
-        numbers, text = self.numbered_in(file), (ROOT / file).read_text()
-        schema = Schema(text, {number: self.numbered[number].mutation for number in numbers
-                               if number not in self.left_out})
-        self.left_out |= set(numbers) - schema.compiled_in
+        mutations, text = self.mutations_in(file), (ROOT / file).read_text()
+        schema = Schema(text, {number: each for number, each in mutations.items() if number not in self.left_out})
+        self.left_out |= set(mutations) - schema.compiled_in
         self.schemata[file] = schema
-        write(FOLDER / "source" / file, schema.text)
-        self.left_out_file(file).write_text(json.dumps(
-            {"of": text, "left out": [place for place, each in enumerate(numbers) if each in self.left_out]}))
+        write(self.folder / "source" / file, schema.text)
+        left_out = [(each.start, each.end, each.text) for number, each in mutations.items() if number in self.left_out]
+        write(self.left_out_file(file), json.dumps({"of": text, "left out": left_out}))
 
     def left_out_file(self, file):
-        return FOLDER / "source" / (str(file) + ".json")
+        return self.folder / "source" / (str(file) + ".json")
 
     def remember_left_out(self, file):
         """What the compiler complained of the last time, unless the source is another one since."""
-        path, numbers = self.left_out_file(file), self.numbered_in(file)
-        known = json.loads(path.read_text()) if path.exists() else {}
-        if numbers and known.get("of") == (ROOT / file).read_text():
-            self.left_out |= {numbers[place] for place in known["left out"]}
-
-    def object_of(self, file):
-        return FOLDER / "objects" / file.with_suffix(".o")
+        path = self.left_out_file(file)
+        known = json.loads(path.read_text()) if path.exists() else {"of": None}
+        if known["of"] == (ROOT / file).read_text():
+            left_out = {tuple(each) for each in known["left out"]}
+            self.left_out |= {number for number, each in self.mutations_in(file).items()
+                              if (each.start, each.end, each.text) in left_out}
 
     # --- what Ninja builds
 
-    def link_of(self, suite, archives, folder):
-        """The preset's command for an executable, with other archives, and in another folder."""
-        command = self.links.link_of(path_of(suite))
-        own = [FOLDER / "objects/mutant.o"]
-        if suite.endswith("_tests"):
-            own.append(FOLDER / "objects/listener.o")
-        command = command.replace(f" -o {path_of(suite)} ", f" {' '.join(map(str, own))} -o {folder / suite} ")
-        for library, archive in archives.items():
-            command = re.sub(rf" \S*\blib{library}\.a(?= )", f" {archive}", command)
+    def object_of(self, file):
+        return self.folder / "objects" / file.with_suffix(".o")
+
+    def archive_of(self, target):
+        return self.folder / f"lib{target}.a"
+
+    def own_objects(self):
+        return [self.folder / "objects" / f"{name}.o" for name in OWN_SOURCES]
+
+    def is_library(self, unit):
+        return Path(self.suites.get(unit.target, "")).name != unit.target
+
+    def link_of(self, suite, replaced, folder):
+        """The project's command for an executable, in another folder, with other archives and objects."""
+        path = self.suites[suite]
+        own = " ".join(map(str, self.own_objects()))
+        command = self.commands.link_of(path).replace(f" -o {path} ", f" {own} -o {folder / suite} ")
+        for name, other in replaced.items():
+            command = re.sub(rf" (\S*/)?{re.escape(name)}(?= )", f" {other}", command)
         return command.replace("-fuse-ld=gold", "-fuse-ld=lld") if shutil.which("ld.lld") else command
 
-    def archives(self):
-        return {library: FOLDER / f"lib{library}.a" for library in self.libraries}
+    def replaced(self):
+        return {f"lib{unit.target}.a" if self.is_library(unit) else unit.object:
+                self.archive_of(unit.target) if self.is_library(unit) else self.object_of(unit.file)
+                for unit in self.units.values()}
+
+    def in_library(self, target):
+        return [unit.file for unit in self.units.values() if unit.target == target]
 
     def write_rules(self):
-        lines, archives = [RULES], self.archives()
-        for library, commands in self.commands.items():
-            for file, command in commands.items():
-                lines.append(f"build {self.object_of(file)}: compile {FOLDER / 'source' / file}\n"
-                             f"  compile = {command} {FLAGS}")
-            objects = " ".join(str(self.object_of(file)) for file in commands)
-            lines.append(f"build {archives[library]}: archive {objects}")
-        for name in ("mutant", "listener"):
-            lines.append(f"build {FOLDER}/objects/{name}.o: compile {ROOT}/tests/mutants/{name}.cpp\n"
+        lines = [RULES.format(folder=self.preset)]
+        for unit in self.units.values():
+            lines.append(f"build {self.object_of(unit.file)}: compile {self.folder / 'source' / unit.file}\n"
+                         f"  compile = {unit.command} {FLAGS}")
+        for target in {unit.target for unit in self.units.values() if self.is_library(unit)}:
+            objects = " ".join(str(self.object_of(file)) for file in self.in_library(target))
+            lines.append(f"build {self.archive_of(target)}: archive {objects}")
+        for name, its_object in zip(OWN_SOURCES, self.own_objects()):
+            lines.append(f"build {its_object}: compile {ROOT}/tests/mutants/{name}.cpp\n"
                          f"  compile = c++ -std=c++20 -O2 -I{ROOT}")
-        for suite in self.suites:
-            needed = f"{PRESET / path_of(suite)} {FOLDER}/objects/mutant.o {FOLDER}/objects/listener.o " + \
-                " ".join(map(str, archives.values()))
-            lines.append(f"build {FOLDER / suite}: link | {needed}\n"
-                         f"  link = {self.link_of(suite, archives, FOLDER)}")
-        write(FOLDER / "build.ninja", "\n".join(lines) + "\n")
+        needed = " ".join(map(str, [*self.replaced().values(), *self.own_objects()]))
+        for suite, path in self.suites.items():
+            lines.append(f"build {self.folder / suite}: link | {self.preset / path} {needed}\n"
+                         f"  link = {self.link_of(suite, self.replaced(), self.folder)}")
+        write(self.folder / "build.ninja", "\n".join(lines) + "\n")
 
-    def compile(self):
-        """All sources; mistakes that do not compile beside the original are left out."""
-        for commands in self.commands.values():
-            for file in commands:
-                self.remember_left_out(file)
-                self.write_source(file)
+    def build(self):
+        """Mistakes that do not compile beside the original are left out."""
+        for file in self.units:
+            self.remember_left_out(file)
+            self.write_source(file)
         self.write_rules()
-        targets = [str(archive) for archive in self.archives().values()]
         while True:
-            done = subprocess.run([*self.ninja, "-k", "0", *targets], capture_output=True, text=True,
-                                  errors="replace")
+            done = subprocess.run([*self.ninja, *[str(self.folder / suite) for suite in self.suites]],
+                                  capture_output=True, text=True, errors="replace")
             if done.returncode == 0:
                 return
             before = len(self.left_out)
@@ -140,28 +156,19 @@ class Build:
     def leave_out(self, said):
         """The files of which the compiler complains."""
         files, names = set(), no_constants(said)
-        for path, line in first_errors(said, FOLDER / "source"):
+        for path, line in first_errors(said, self.folder / "source"):
             schema = self.schemata[path]
             constants = [schema.names[name] for name in names if name in schema.names]
             self.left_out |= set().union(*constants) or schema.blamed(line)
             files.add(path)
         return files
 
-    def build(self):
-        self.compile()
-        ran([*self.ninja, *[str(FOLDER / suite) for suite in self.suites]], FOLDER)
-
-    # --- a mistake by itself
-
-    def alone(self, mutant):
-        return Alone(self, mutant)
-
 
 class Alone:
     """The executables with one mistake that is compiled by itself, while it is entered. Throws DoesNotBuild."""
 
     def __init__(self, build, mutant):
-        self.build, self.file = build, Path(mutant.file)
+        self.build, self.unit = build, build.units[Path(mutant.file)]
         self.text = mutant.mutation.applied((ROOT / mutant.file).read_text())
 
     def __enter__(self):
@@ -171,26 +178,22 @@ class Alone:
     def __exit__(self, *_):
         shutil.rmtree(self.folder)
 
-    def archives(self):
-        own = self.folder / "own.o"
-        source = self.folder / self.file
+    def replaced(self):
+        """What is linked for what the project has built."""
+        build, unit, own = self.build, self.unit, self.folder / "own.o"
+        source = self.folder / unit.file
         write(source, self.text)
-        archives = self.build.archives()
-        for library, commands in self.build.commands.items():
-            if self.file in commands:
-                ran(f"{commands[self.file]} {FLAGS} -o {own} -c {source}", PRESET)
-                objects = [own if file == self.file else self.build.object_of(file) for file in commands]
-                archives[library] = self.folder / f"lib{library}.a"
-                ran(["ar", "rcsT", archives[library], *objects], self.folder)
-        return archives
+        ran(f"{unit.command} {FLAGS} -o {own} -c {source}", build.preset)
+        if not build.is_library(unit):
+            return {**build.replaced(), unit.object: own}
+        archive = self.folder / f"lib{unit.target}.a"
+        objects = [own if file == unit.file else build.object_of(file) for file in build.in_library(unit.target)]
+        ran(["ar", "rcsT", archive, *objects], self.folder)
+        return {**build.replaced(), f"lib{unit.target}.a": archive}
 
-    def link(self, suite, archives):
-        ran(self.build.link_of(suite, archives, self.folder), PRESET)
+    def link(self, suite, replaced):
+        ran(self.build.link_of(suite, replaced, self.folder), self.build.preset)
         return self.folder / suite
-
-
-def path_of(suite):
-    return f"tests/{suite}" if suite.endswith("_tests") else suite
 
 
 def write(path, text):
@@ -205,7 +208,7 @@ def first_errors(said, folder):
     """(source, line) of what the compiler complains of: of each source the first complaint, and those that follow
     from no other."""
     seen = set()
-    complaint = rf"^{re.escape(str(folder))}/([^:\n]+):(\d+):\d+:\s+(?:error: (.*)|  required from here)"
+    complaint = rf"^{re.escape(str(folder))}/([^:\n]+):(\d+):\d+:\s+(?:(?:fatal )?error: (.*)|  required from here)"
     for found in re.finditer(complaint, said, re.M):
         path, line = Path(found[1]), int(found[2])
         if path not in seen or OF_TYPES.search(found[3] or ""):

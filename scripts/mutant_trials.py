@@ -6,8 +6,6 @@ import resource
 import subprocess
 from pathlib import Path
 
-from mutant_build import FOLDER
-
 # The kernel takes no longer word on a command line.
 FILTER_CHARACTERS_MAX = 100_000
 
@@ -38,7 +36,7 @@ def failure(executable, number, names, milliseconds):
     command = [executable, "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=" + ":".join(names)]
     try:
         run = subprocess.run(command, env={**os.environ, "MUTANT": str(number)}, capture_output=True, text=True,
-                             errors="replace", timeout=10 * seconds, preexec_fn=limits(seconds), cwd=FOLDER)
+                             errors="replace", timeout=10 * seconds, preexec_fn=limits(seconds), cwd=executable.parent)
     except subprocess.TimeoutExpired:
         return f"{executable.name} does not end"
     if run.returncode == 0:
@@ -48,32 +46,36 @@ def failure(executable, number, names, milliseconds):
     return " ".join([failed[1] if failed else f"{executable.name} ended early: {run.returncode}", *rules])
 
 
+def run(executable, path):
+    """Writes what its tests reach."""
+    new = Path(str(path) + ".new")
+    done = subprocess.run([executable, "--gtest_brief=1"], capture_output=True, text=True, errors="replace",
+                          env={**os.environ, "MUTANT": "-1", "REACHED": str(new)}, cwd=executable.parent)
+    if done.returncode != 0:
+        raise SystemExit(f"{executable.name} fails without any mistake:\n{done.stdout[-3000:]}")
+    new.rename(path)
+
+
 class Reached:
     """Which tests reach the place of each mistake."""
 
-    def __init__(self, suites):
-        self.suites, self.tests_of = suites, collections.defaultdict(list)
-        self.all_of = collections.defaultdict(list)
+    def __init__(self, build):
+        """Runs each suite without mistakes. It has to pass."""
+        self.folder, self.suites = build.folder, tuple(build.suites)
+        self.tests_of, self.all_of = collections.defaultdict(list), collections.defaultdict(list)
+        for suite in self.suites:
+            self.read(suite)
 
-    def note(self, suite):
-        """Runs a suite without mistakes. It has to pass."""
-        path = FOLDER / f"{suite}.reached"
-        if not path.exists() or path.stat().st_mtime < (FOLDER / suite).stat().st_mtime:
-            self.run(suite, path)
+    def read(self, suite):
+        executable, path = self.folder / suite, self.folder / f"{suite}.reached"
+        if not path.exists() or path.stat().st_mtime < executable.stat().st_mtime:
+            run(executable, path)
         for line in path.read_text().splitlines():
             name, milliseconds, *numbers = line.split(" ")
             test = Test(suite, name, int(milliseconds))
             self.all_of[suite].append(test)
             for number in numbers:
                 self.tests_of[int(number)].append(test)
-
-    @staticmethod
-    def run(suite, path):
-        run = subprocess.run([FOLDER / suite, "--gtest_brief=1"], capture_output=True, text=True, errors="replace",
-                             env={**os.environ, "MUTANT": "-1", "REACHED": str(path) + ".new"}, cwd=FOLDER)
-        if run.returncode != 0:
-            raise SystemExit(f"{suite} fails without any mistake:\n{run.stdout[-3000:]}")
-        Path(str(path) + ".new").rename(path)
 
     def rounds(self, number):
         """(suite, tests): of each suite its quickest tests, and then the others of each."""
@@ -106,18 +108,18 @@ def in_filters(tests):
 def killer_in_schema(reached, number):
     """The first test that fails with a mistake that is compiled in; None when none does."""
     for suite, tests in reached.rounds(number):
-        found = failure(FOLDER / suite, number, [each.name for each in tests],
+        found = failure(reached.folder / suite, number, [each.name for each in tests],
                         sum(each.milliseconds for each in tests))
         if found is not None:
             return found
     return None
 
 
-def killer_alone(alone, reached, suites):
+def killer_alone(alone, reached):
     """The same of one that is compiled by itself: nobody knows which tests reach it."""
-    archives = alone.archives()
-    for suite in suites:
-        executable = alone.link(suite, archives)
+    replaced = alone.replaced()
+    for suite in reached.suites:
+        executable = alone.link(suite, replaced)
         tests = sum(each.milliseconds for each in reached.all_of[suite])
         found = failure(executable, 0, ["*"], tests)
         if found is not None:

@@ -14,7 +14,7 @@ SWAPPED = {
 }
 
 # Between blanks a sign is one of two operands; elsewhere it belongs to a type or to a template.
-BETWEEN_BLANKS = {"<", "<=", ">", ">=", "+", "-", "*", "/", "|", "&"}
+BETWEEN_BLANKS = {"&&", "||", "<", "<=", ">", ">=", "+", "-", "*", "/", "|", "&"}
 
 WHOLE = re.compile(r"\d[\d']*[uUlL]*")
 CALL_OR_ASSIGNMENT = re.compile(r"\s+(?!(?:return|throw|break|continue|using|delete|case|const|static)\b)"

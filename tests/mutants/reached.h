@@ -5,7 +5,7 @@
 namespace mutant {
 
 /// Numbers are below this.
-constexpr int numbersMax = 65'536;
+constexpr int numbersMax = 500'000;
 
 /// The mistakes whose places were reached since the last time. Only when they are noted.
 std::vector<int> takeReached();

@@ -64,6 +64,9 @@ class Rewriting(unittest.TestCase):
         made = schema("std::array<int, 4> table;\n", "5")
         self.assertEqual((made.text, made.compiled_in), ("std::array<int, 4> table;\n", set()))
 
+    def test_a_reference_is_no_operator(self):
+        self.assertEqual(rewritten("void f(T&& x) {\n  g(&x);\n}\n", "||", "|"), "void f(T&& x) { g(&x); }")
+
     def test_texts_are_only_added(self):
         self.assertEqual(rewritten('auto f() { return "a" + b; }\n', "-"), 'auto f() { return "a" + b; }')
 
