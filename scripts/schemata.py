@@ -58,13 +58,15 @@ class Tokens:
     def expression(self, first, last):
         """(start, end) in characters of the expression around the tokens from first to last."""
         own = {self.text(place) for place in range(first, last + 1)}
-        separators = SEPARATORS if own & ASSIGNMENTS else SEPARATORS | ASSIGNMENTS
+        before = SEPARATORS if own & ASSIGNMENTS else SEPARATORS | ASSIGNMENTS
+        # What is assigned may be a choice.
+        behind = SEPARATORS - {"?", ":"} if own & ASSIGNMENTS else before
         start, end = first, last
-        while not self.is_start(start - 1, separators):
+        while not self.is_start(start - 1, before):
             start -= 1
             if self.text(start) in PAIRS.values():
                 start = self.partner.get(start, start)
-        while not self.is_end(end + 1, separators):
+        while not self.is_end(end + 1, behind):
             end += 1
             if self.text(end) in PAIRS:
                 end = self.partner.get(end, end)

@@ -31,6 +31,10 @@ class Rewriting(unittest.TestCase):
                          "int f() { return ( mutant::is(1) ? (a - g(b + c)) : (a + g( ( mutant::is(2) ? (b - c) : "
                          "(b + c)) ))) ; }")
 
+    def test_an_assignment_takes_a_choice_with_it(self):
+        self.assertEqual(rewritten("void f() {\n  if (c) a += b ? d : e;\n}\n", "-="),
+                         "void f() { if (c) ( mutant::is(1) ? (a -= b ? d : e) : (a += b ? d : e)) ; }")
+
     def test_a_statement_is_left_out(self):
         self.assertEqual(rewritten("void f() {\n  if (a)\n    g(b);\n}\n", ";"),
                          "void f() { if (a) {if (!mutant::is(1)) g(b);} }")
