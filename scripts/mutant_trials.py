@@ -70,12 +70,16 @@ class Reached:
         executable, path = self.folder / suite, self.folder / f"{suite}.reached"
         if not path.exists() or path.stat().st_mtime < executable.stat().st_mtime:
             run(executable, path)
-        for line in path.read_text().splitlines():
+        before, *lines = path.read_text().splitlines()
+        for line in lines:
             name, milliseconds, *numbers = line.split(" ")
             test = Test(suite, name, int(milliseconds))
             self.all_of[suite].append(test)
             for number in numbers:
                 self.tests_of[int(number)].append(test)
+        # Made before any test, as in a constant.
+        for number in before.split(" ")[2:]:
+            self.tests_of[int(number)] += self.all_of[suite]
 
     def rounds(self, number):
         """(suite, tests): of each suite its quickest tests, and then the others of each."""
