@@ -218,4 +218,5 @@ def first_errors(said, folder):
 
 def no_constants(said):
     """Names that the compiler misses as constants."""
-    return set(re.findall(r"‘[^’]*?(\w+)’ (?:is not usable in a constant expression|was not declared ‘constexpr’)", said))
+    missed = r"‘[^’]*?(\w+)’ (?:is not usable in a constant expression|was not declared ‘constexpr’)"
+    return set(re.findall(missed, said))

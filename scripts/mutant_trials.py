@@ -9,7 +9,7 @@ from pathlib import Path
 # The kernel takes no longer word on a command line.
 FILTER_CHARACTERS_MAX = 100_000
 
-# A try: the quickest tests of a suite, so that most mistakes need no more.
+# A try: the quickest tests of a suite, which most mistakes do not survive.
 FIRST_TESTS = 30
 FIRST_MILLISECONDS = 300
 
