@@ -9,6 +9,7 @@
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
@@ -100,11 +101,12 @@ void goOn(Mac& mac) {
   noticeClosedWindows(mac);
 }
 
-/// A fault's application may have quit since, and the elements it names may have gone.
-Fault faultOf(World world, const std::string& text) {
+/// What faults may name that wait since before: their applications may have quit, and the elements
+/// may have gone.
+World withWhatHasGone(World world) {
   world.resumption.emplace();
   for (Application& each : world.applications) each.running = true;
-  return parseFault(text, world);
+  return world;
 }
 
 std::string endOf(const Client& client) {
@@ -140,8 +142,10 @@ void Desktop::resume() {
   mac_.clients.resize(with.processes);  // all of them forgotten
   rules_.resize(with.processes);
   chance_ = with.chance;
+  if (with.faults.empty()) return;
+  const World named = withWhatHasGone(mac_.world);
   for (const WaitingFault& each : with.faults) {
-    faults_.push_back({faultOf(mac_.world, each.text), each.counted});
+    faults_.push_back({parseFault(each.text, named), each.counted});
   }
 }
 
@@ -229,10 +233,8 @@ Answer Desktop::conclude(std::size_t clientIndex, const Call& call, Answer resul
   tellOfViolations(mac_.clients[clientIndex]->pid);
   if (keepsTrace_) {
     // Half at a time: to drop them one by one would move all others each time.
-    if (trace_.size() == traceEntriesMax) {
-      trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
-    }
-    trace_.push_back({mac_.now, clientIndex, call, result.value, faulty});
+    if (trace_.size() == traceEntriesMax) trace_.forget(traceEntriesMax / 2);
+    trace_.add(mac_.now, clientIndex, call, result.value, faulty);
   }
   if (mac_.clients[clientIndex]->exited) leave(clientIndex);
   return result;
