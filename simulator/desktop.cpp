@@ -236,10 +236,8 @@ Answer Desktop::conclude(std::size_t clientIndex, const Call& call, Answer resul
   tellOfViolations(mac_.clients[clientIndex]->pid);
   if (keepsTrace_) {
     // Half at a time: to drop them one by one would move all others each time.
-    if (trace_.size() == traceEntriesMax) {
-      trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
-    }
-    trace_.push_back({mac_.now, clientIndex, call, result.value, faulty});
+    if (trace_.size() == traceEntriesMax) trace_.forget(traceEntriesMax / 2);
+    trace_.add(mac_.now, clientIndex, call, result.value, faulty);
   }
   if (mac_.clients[clientIndex]->exited) leave(clientIndex);
   return result;

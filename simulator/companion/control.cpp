@@ -11,6 +11,7 @@
 #include "simulator/companion/state.h"
 #include "simulator/companion/trace_text.h"
 #include "simulator/companion/tree.h"
+#include "simulator/drawing/drawn_pictures.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/rules/left_behind.h"
@@ -42,8 +43,8 @@ struct Request {
 ControlAnswer line(const json& object) { return {true, {simulator::jsonLine(object)}, 0}; }
 
 ControlAnswer screenshot(const Request& request) {
-  simulator::Mac& mac = request.desktop.mac();
-  const auto png = mac.drawn.png(simulator::screenPicture(mac.world));
+  const simulator::World& world = request.desktop.mac().world;
+  const auto png = simulator::drawnPictures().png(simulator::screenPicture(world));
   if (!png) throw Failure("no display can be seen, or they are larger than 16,384 pixels");
   return {true, {*png}, 0};
 }

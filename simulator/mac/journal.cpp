@@ -1,7 +1,7 @@
 #include "simulator/mac/journal.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -26,8 +26,9 @@ const char* nameOf(Kind kind) { return kindNames[static_cast<std::size_t>(kind)]
 
 std::string number(double value) {
   std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.15g", value);
-  return text.data();
+  char* const start = text.data();
+  const auto end = std::to_chars(start, start + text.size(), value, std::chars_format::general, 15);
+  return {start, end.ptr};
 }
 
 /// Of a text a line for people shows no more than this.

@@ -9,13 +9,8 @@ namespace simulator {
 using platform::Call;
 using platform::Function;
 
-const std::string& WatchedRun::command() const {
-  static const std::string none;
-  return client.arguments.size() > 1 ? client.arguments[1] : none;
-}
-
 bool WatchedRun::pressesKeys() const {
-  const std::string& name = command();
+  const std::string_view name = command();
   return name == "bg-key" || name == "bg-type" || name == "bg-paste-files";
 }
 

@@ -47,7 +47,9 @@ struct WatchedRun {
   std::optional<ReplyFacts> reply;
 
   /// The command's name; empty for a run without one.
-  const std::string& command() const;
+  std::string_view command() const {
+    return client.arguments.size() > 1 ? std::string_view(client.arguments[1]) : "";
+  }
 
   /// A capture service: one request of it is what to others is a run, as far as pace and targets
   /// go.
