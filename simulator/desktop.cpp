@@ -9,6 +9,7 @@
 #include "simulator/input/posted_pointer.h"
 #include "simulator/input/taps.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
@@ -211,6 +212,9 @@ Answer Desktop::handle(std::size_t clientIndex, const Call& call, std::size_t fl
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
   if (chance_) result.delay += chanceDelay(*chance_, call.function);
+  // The platform waits no longer, whatever the application has done by then.
+  auto none = result.delay >= messagingTimeout ? answerOfHanging(call) : std::nullopt;
+  if (none) result = std::move(*none);
   if (result.pending) return result;
   return conclude(clientIndex, call, std::move(result), outcome != nullptr, flow);
 }
@@ -293,7 +297,7 @@ void Desktop::letReactionTakePlace() {
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
-               .what = reactionText(settled.due.reaction),
+               .what = reactionText(settled.due.reaction, &mac_.world),
                .landed = settled.landed,
                .outcome = std::move(settled.outcome),
                .element = std::move(settled.element)});
@@ -316,7 +320,7 @@ void Desktop::happen(const Happening& happening) {
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening),
+               .what = happeningText(happening, &mac_.world),
                .outcome = std::move(outcome)});
 }
 
