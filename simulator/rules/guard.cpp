@@ -184,6 +184,10 @@ void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violation
     reenableOwed_ = false;
     if (!tapStarted_) tapStarted_ = run_.mac.now;
   }
+  // Grace begins once the system has said that the tap works, for which it may take its time.
+  if (call.function == Function::tapIsEnabled && !watches_) {
+    tapStarted_ = run_.mac.now + answer.delay;
+  }
 }
 
 void GuardRules::atEnd(Violations& violations) {

@@ -40,7 +40,7 @@ class GuardRules : public Rule {
   void takeItem(const platform::WireItem& item);
   void noteWait(const platform::Call& call);
 
-  std::optional<Microseconds> tapStarted_;  // when the tap was enabled first
+  std::optional<Microseconds> tapStarted_;  // when the tap was enabled first, and seen to work
   bool watches_ = false;                    // the first line has been tried to write
   bool reenableOwed_ = false;
   std::optional<tap::Event> event_;               // that the tap looks at, until its verdict

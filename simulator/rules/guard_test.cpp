@@ -147,6 +147,26 @@ TEST_F(guard_rules, forbid_the_users_reason_after_another_when_nobody_had_come) 
   EXPECT_EQ(violations_, Sentences{"I16: the guard says more than once why it ends"});
 }
 
+TEST_F(guard_rules, count_grace_from_when_the_tap_is_known_to_work) {
+  client_.environment["ZENTROVE_COVER_GRACE"] = "2";
+  call(Function::findSymbol, {driver::pack(3), driver::pack("SACLockScreenImmediate")},
+       driver::pack(true));
+  call(Function::enableTap);
+  const platform::Call asks{Function::tapIsEnabled, {}};
+  rules_.after({asks}, {driver::pack(true), 1'000'000}, violations_);
+  mac_.now = 1'000'000;
+  write("{\"covers\":1,\"keepAwake\":true,\"ok\":true}");
+  mac_.now = 2'999'999;
+  comes(key);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences());
+
+  mac_.now = 3'000'000;
+  comes(key);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences{"I16: the user is back and the screen is not locked"});
+}
+
 TEST_F(guard_rules, forbid_grace_where_there_is_none) {
   start();
   mac_.now = 3'000'000;
