@@ -14,8 +14,10 @@ struct Repair {
 
 TEST(utf8, leaves_well_formed_text_as_it_is) {
   for (const std::string text :
-       {"", "plain", "caf\u00E9", "cafe\u0301", "\u4F60\u597D", "\U0001F600", "\u0080", "\u07FF",
-        "\u0800", "\uD7FF", "\uE000", "\uFFFD", "\uFFFF", "\U00010000", "\U0010FFFF", "\x7F"}) {
+       {"",           "plain",      "caf\u00E9",  "cafe\u0301", "\u4F60\u597D",
+        "\U0001F600", "\u0080",     "\u07FF",     "\u0800",     "\uD7FF",
+        "\uE000",     "\uFFFD",     "\uFFFF",     "\U00010000", "\U0003FFFF",
+        "\U00040000", "\U000FFFFF", "\U00100000", "\U0010FFFF", "\x7F"}) {
     EXPECT_TRUE(isUtf8(text)) << text;
     EXPECT_EQ(repairedUtf8(text), text);
   }
@@ -55,6 +57,12 @@ TEST(utf8, puts_one_replacement_for_each_maximal_ill_formed_part) {
     EXPECT_FALSE(isUtf8(repair.bytes)) << testing::PrintToString(repair.bytes);
     EXPECT_EQ(repairedUtf8(repair.bytes), repair.repaired) << testing::PrintToString(repair.bytes);
   }
+}
+
+TEST(utf8, ends_where_its_view_ends) {
+  const std::string_view character = "\u00E9";
+  EXPECT_FALSE(isUtf8(character.substr(0, 1)));
+  EXPECT_EQ(repairedUtf8(character.substr(0, 1)), mark);
 }
 
 TEST(utf8, repairs_every_sequence_of_two_bytes_into_well_formed_text) {

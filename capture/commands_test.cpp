@@ -86,6 +86,17 @@ TEST(captureCommand, refuses_to_hold_focus_by_itself) {
             R"({"error":"input focus must be held by a capture session","ok":false})");
 }
 
+TEST(captureCommand, takes_no_picture_for_a_path_that_ends_early) {
+  TestMac mac(commandsDesk);
+
+  const Result run = runInside(mac, [] {
+    replyOf({"driver", "capture", "pid:41", std::string("/tmp/a\0b", 8)});
+  });
+
+  EXPECT_EQ(seen(run), failure("cannot write \\/tmp\\/a\\u0000b"));
+  EXPECT_TRUE(callsOf(mac, platform::Function::shareContent).empty());
+}
+
 TEST(captureCommand, probes_the_screen_whatever_the_argument) {
   TestMac mac(commandsDesk);
 

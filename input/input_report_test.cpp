@@ -177,6 +177,8 @@ TEST(whole_milliseconds, are_0_when_there_is_no_such_number) {
   EXPECT_EQ(wholeMilliseconds(nan), 0);
   EXPECT_EQ(wholeMilliseconds(std::numeric_limits<double>::max()), 0);
   EXPECT_EQ(wholeMilliseconds(1e17), 0);
+  // Of milliseconds 9e18 is the least that is too many.
+  EXPECT_EQ(wholeMilliseconds(9e15), 0);
 }
 
 }  // namespace

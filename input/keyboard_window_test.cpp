@@ -75,6 +75,25 @@ TEST(innermostSheet, ends_after_64_sheets_that_hold_each_other) {
   EXPECT_EQ(run.calls.size(), 64U + 64U + 1U);
 }
 
+TEST(innermostSheet, counts_to_two) {
+  TestMac mac(std::string(notes) +
+              "            AXSheet \"Save\"\n            AXSheet \"Print\"\n"
+              "            AXButton repeat 5\n");
+  const ax::Element window = elementOf(mac, "Notes", "Inbox");
+  const Result run = runInside(mac, [&] { innermostSheet(window); });
+  // The window's children, and the roles of the two.
+  EXPECT_EQ(run.calls.size(), 1U + 2U);
+}
+
+TEST(innermostSheet, looks_at_20000_elements) {
+  const auto sheetBehind = [](int others) {
+    return sheetOf("            AXButton repeat " + std::to_string(others) +
+                   "\n            AXSheet \"Save\"\n");
+  };
+  EXPECT_EQ(sheetBehind(19'999), "Save");
+  EXPECT_EQ(sheetBehind(20'000), "Inbox");
+}
+
 TEST(hasSheet, looks_at_all_windows) {
   TestMac without(notes);
   EXPECT_FALSE(valueInside(without, [&] { return hasSheet(applicationOf(without, "Notes")); }));

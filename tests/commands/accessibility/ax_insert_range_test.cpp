@@ -36,6 +36,15 @@ Result insertAt(TestMac& mac, const std::string& mode, const std::string& text) 
   return mac.driverWith({"ax-insert", "Notes", "Body", "200", "200", mode, text});
 }
 
+/// The calls that write a selection, with its location and length.
+std::string writtenRanges(const TestMac& mac) {
+  std::string ranges;
+  for (const std::string& call : callsOf(mac, platform::Function::axSetAttribute)) {
+    if (call.find("AXSelectedTextRange") != std::string::npos) ranges += call + "\n";
+  }
+  return ranges;
+}
+
 TEST(ax_insert_caret, replaces_the_selection) {
   TestMac mac(deskWith("value \"one two\" selection 4+3"));
   EXPECT_EQ(seen(insertAt(mac, "caret", "three")), reply("one two", "selected", "one three", true));
@@ -47,14 +56,21 @@ TEST(ax_insert_caret, puts_the_text_at_the_caret) {
 }
 
 TEST(ax_insert_caret, clamps_a_selection_to_the_text) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"range 9+1", "abcX"},  {"range 2+9", "abX"},        {"range -5+1", "Xbc"},
-      {"range 1+-4", "aXbc"}, {"range 1000000+5", "abcX"}, {"range 0+3", "X"},
-      {"range 3+0", "abcX"}};
-  for (const auto& [range, after] : cases) {
-    SCOPED_TRACE(range);
-    TestMac mac(deskWith("value \"abc\" attribute AXSelectedTextRange " + std::string(range)));
-    EXPECT_EQ(seen(insertAt(mac, "caret", "X")), reply("abc", "selected", after, true));
+  struct Case {
+    const char* told;
+    const char* written;
+    const char* after;
+  };
+  const Case cases[] = {{"9+1", "[3 0]", "abcX"},       {"2+9", "[2 1]", "abX"},
+                        {"-5+1", "[0 1]", "Xbc"},       {"1+-4", "[1 0]", "aXbc"},
+                        {"1000000+5", "[3 0]", "abcX"}, {"0+3", "[0 3]", "X"},
+                        {"3+0", "[3 0]", "abcX"}};
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.told);
+    TestMac mac(
+        deskWith("value \"abc\" attribute AXSelectedTextRange range " + std::string(each.told)));
+    EXPECT_EQ(seen(insertAt(mac, "caret", "X")), reply("abc", "selected", each.after, true));
+    EXPECT_NE(writtenRanges(mac).find(each.written), std::string::npos) << writtenRanges(mac);
   }
 }
 
@@ -96,11 +112,7 @@ TEST(ax_insert_range, is_the_end_of_the_text_in_utf16_units) {
 
   EXPECT_EQ(seen(insertAt(mac, "end", "X")),
             reply("a\U0001F600e\u0301", "selected", "a\U0001F600e\u0301X", true));
-  std::string ranges;
-  for (const std::string& call : callsOf(mac, platform::Function::axSetAttribute)) {
-    if (call.find("AXSelectedTextRange") != std::string::npos) ranges += call + "\n";
-  }
-  EXPECT_NE(ranges.find("[5 0]"), std::string::npos) << ranges;
+  EXPECT_NE(writtenRanges(mac).find("[5 0]"), std::string::npos) << writtenRanges(mac);
 }
 
 TEST(ax_insert_range, of_a_new_line_is_the_end_whatever_is_selected) {
