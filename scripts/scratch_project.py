@@ -121,7 +121,7 @@ class Scratch:
         self.core = Project(
             self.source, "", build / "build", "tests",
             ("unit_tests", "command_tests", "cost_tests", "service_tests", "tree_tests", "sweep_tests"),
-            ("joined_tests",),
+            ("soak_tests", "joined_tests"),
             ["-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG -w",
              "-DDRIVER_APART=core;simulated;simulator", *launcher()])
         self.adapters = Project(

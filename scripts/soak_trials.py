@@ -6,8 +6,8 @@ import subprocess
 import sys
 import time
 
-from scratch_project import ADAPTERS, PATIENCE_SECONDS, must_be_alone
-from soak_table import SoakTable, commands_that_run
+from scratch_project import PATIENCE_SECONDS, must_be_alone
+from soak_table import SoakTable, commands_that_run, folder_beyond
 from variants import DoesNotBuild
 
 FOREVER = float("inf")
@@ -30,9 +30,9 @@ def found_by(soak, cases, commands=(), first=1):
 class Trials:
     """Takes mistakes until time is out, several at once, and notes in the table what comes of them."""
 
-    def __init__(self, scratch, soak, planted, arguments, names):
+    def __init__(self, scratch, soak, planted, arguments, every):
         self.scratch, self.soak, self.planted = scratch, soak, planted
-        self.arguments, self.names = arguments, names
+        self.arguments, self.every = arguments, every
         self.table = SoakTable()
         self.ends = time.monotonic() + arguments.seconds
         self.tried, self.missed, self.broken = 0, 0, []
@@ -70,7 +70,7 @@ class Trials:
         print(f"{mistake['name']} ({build_seconds:.0f} s + {find_seconds:.0f} s): {said}", flush=True)
         if not self.arguments.check:
             self.table.note(mistake["name"], found and found[0], cases)
-            self.table.write(self.names)
+            self.table.write(self.every)
 
     def run(self, mistakes):
         """What must be alone comes last."""
@@ -84,8 +84,8 @@ class Trials:
 
 
 def chosen_of(mistakes, arguments, table):
-    """Those that are to be tried; generated cases do not meet the adapters."""
-    chosen = [each for each in mistakes if not each["file"].startswith(ADAPTERS)]
+    """Those that are to be tried."""
+    chosen = [each for each in mistakes if folder_beyond(each["file"]) is None]
     if arguments.check:
         chosen = [each for each in chosen if table.cases_allowed(each["name"]) is not None]
     if arguments.lost:
@@ -95,16 +95,19 @@ def chosen_of(mistakes, arguments, table):
     return chosen
 
 
-def try_by_soak(scratch, mistakes, planted, arguments, names):
-    """The status to end with. The names are those of all mistakes there are."""
+def try_by_soak(scratch, mistakes, planted, arguments, every):
+    """The status to end with. `every` has all mistakes there are."""
+    gaps = SoakTable().gaps(mistakes) if arguments.check else []
+    for name in gaps:
+        print(f"{name} is neither found nor explained")
     scratch.copy_sources()
     scratch.core.configure()
     soak = scratch.core.build("soak")
     if found_by(soak, 1000) is not None:
         sys.exit("a generated case fails without any mistake")
-    trials = Trials(scratch, soak, planted, arguments, names)
+    trials = Trials(scratch, soak, planted, arguments, every)
     trials.run(chosen_of(mistakes, arguments, trials.table))
     for name in trials.broken:
         print(f"{name} does not build")
     print(f"{trials.tried - trials.missed} of {trials.tried} planted mistakes found by soak")
-    return 1 if trials.broken or (arguments.check and trials.missed) else 0
+    return 1 if gaps or trials.broken or (arguments.check and trials.missed) else 0

@@ -101,9 +101,9 @@ void goOn(Mac& mac) {
   noticeClosedWindows(mac);
 }
 
-/// What faults may name that wait since before: their applications may have quit, and the elements
-/// may have gone.
-World withWhatHasGone(World world) {
+/// The world in which a waiting fault is read again: its application may have quit since, and the
+/// elements it names may have gone.
+World worldOfFaults(World world) {
   world.resumption.emplace();
   for (Application& each : world.applications) each.running = true;
   return world;
@@ -143,9 +143,9 @@ void Desktop::resume() {
   rules_.resize(with.processes);
   chance_ = with.chance;
   if (with.faults.empty()) return;
-  const World named = withWhatHasGone(mac_.world);
+  const World world = worldOfFaults(mac_.world);
   for (const WaitingFault& each : with.faults) {
-    faults_.push_back({parseFault(each.text, named), each.counted});
+    faults_.push_back({parseFault(each.text, world), each.counted});
   }
 }
 
@@ -212,6 +212,9 @@ Answer Desktop::handle(std::size_t clientIndex, const Call& call, std::size_t fl
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
   if (chance_) result.delay += chanceDelay(*chance_, call.function);
+  // The platform waits no longer, whatever the application has done by then.
+  auto none = result.delay >= messagingTimeout ? answerOfHanging(call) : std::nullopt;
+  if (none) result = std::move(*none);
   if (result.pending) return result;
   return conclude(clientIndex, call, std::move(result), outcome != nullptr, flow);
 }
@@ -292,7 +295,7 @@ void Desktop::letReactionTakePlace() {
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
-               .what = reactionText(settled.due.reaction),
+               .what = reactionText(settled.due.reaction, &mac_.world),
                .landed = settled.landed,
                .outcome = std::move(settled.outcome),
                .element = std::move(settled.element)});
@@ -315,7 +318,7 @@ void Desktop::happen(const Happening& happening) {
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening),
+               .what = happeningText(happening, &mac_.world),
                .outcome = std::move(outcome)});
 }
 

@@ -16,11 +16,11 @@ using Kind = JournalEntry::Kind;
 
 /// The kinds, in their order, as a journal's line calls them.
 constexpr const char* kindNames[] = {
-    "event",   "focus",     "key",        "input",   "action", "write",  "landing",
-    "capture", "sharing",   "pasteboard", "cover",   "awake",  "screen", "policy",
-    "file",    "happening", "process",    "request", "reply",  "fault",  "violation",
+    "event",   "focus",      "key",   "input", "action",    "write",  "landing", "capture",
+    "sharing", "pasteboard", "cover", "awake", "screen",    "policy", "file",    "happening",
+    "process", "request",    "reply", "fault", "violation", "wait",   "failure",
 };
-static_assert(std::size(kindNames) == static_cast<std::size_t>(Kind::violation) + 1);
+static_assert(std::size(kindNames) == static_cast<std::size_t>(Kind::failure) + 1);
 
 const char* nameOf(Kind kind) { return kindNames[static_cast<std::size_t>(kind)]; }
 
@@ -58,6 +58,7 @@ std::string objectOf(const JournalEntry& entry) {
     case Kind::pasteboard:
     case Kind::request:
     case Kind::reply:
+    case Kind::failure:
       return entry.text.empty() ? text : text + " " + textIn(entry);
     default:
       return text;
@@ -83,7 +84,8 @@ std::string deedOf(const JournalEntry& entry) {
   line += objectOf(entry) + commandLineOf(entry);
   if (entry.landed && !*entry.landed) return line + " LOST: " + entry.outcome;
   const bool tells = entry.landed.value_or(false) || entry.kind == Kind::happening ||
-                     entry.kind == Kind::process || entry.kind == Kind::fault;
+                     entry.kind == Kind::process || entry.kind == Kind::fault ||
+                     entry.kind == Kind::wait;
   return tells && !entry.outcome.empty() ? line + ": " + entry.outcome : line;
 }
 
@@ -139,6 +141,8 @@ std::string effectLine(const JournalEntry& entry, Microseconds start) {
     case Kind::reply:
     case Kind::fault:
     case Kind::violation:
+    case Kind::wait:
+    case Kind::failure:
       return "";
     default:
       return printable(timeOf(entry.at - start) + deedOf(entry));

@@ -74,9 +74,9 @@ bool GuardStateRules::isWatched() const {
 Microseconds GuardStateRules::coveredUntil() const {
   const Mac& mac = run_.mac;
   if (!mac.screensChanged) return 0;
-  // What comes once the lock has been asked for is covered by the login window.
-  if (mac.comingLock && *mac.screensChanged >= mac.comingLock->asked) return mac.comingLock->due;
-  return *mac.screensChanged + newScreenMax;
+  const Microseconds known = *mac.screensChanged + newScreenMax;
+  // A guard that has asked for the lock by then leaves the screen to the login window.
+  return lock_ && lock_->asked <= known ? std::max(known, lock_->due) : known;
 }
 
 void GuardStateRules::before(const ObservedCall& seen, Violations& violations) {
@@ -121,6 +121,7 @@ void GuardStateRules::checkHeldInput(Violations& violations) {
 }
 
 void GuardStateRules::checkExposure(Violations& violations) {
+  if (run_.mac.comingLock) lock_ = run_.mac.comingLock;
   const Microseconds now = run_.mac.now;
   const bool isExposed = isOwed() && isUnlocked();
   const Microseconds covered = std::max(bareSince_.value_or(0), coveredUntil());

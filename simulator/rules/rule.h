@@ -105,4 +105,14 @@ inline constexpr std::int64_t ownEventTag = 0x5A545256;
 /// Whether the call posts an event, by either route.
 bool isPost(platform::Function function);
 
+/// Whether the call performs an action of an element, or writes one of its attributes: the two that
+/// enable an application's tree do not count.
+bool actsOnElement(const platform::Call& call);
+
+/// Whether the call reads this attribute of an element, by itself or with others.
+bool readsAttribute(const platform::Call& call, std::string_view name);
+
+/// Whether the attribute is one of the two that enable an application's tree.
+bool isEnablingAttribute(std::string_view name);
+
 }  // namespace simulator

@@ -89,6 +89,14 @@ TEST(snapshotText, says_which_processes_it_leaves_out) {
   EXPECT_EQ(after.client(after.join({"driver"}, {})).pid, Desktop::pidOf(client + 1));
 }
 
+TEST(presentWorld, has_nothing_of_the_processes_that_are_left_out) {
+  Desktop desktop(parseWorld("app Notes pid 41"));
+  const std::size_t client = desktop.join({"/bin/driver", "lock-guard"}, {});
+  desktop.mac().world.covers.emplace_back().owner = desktop.client(client).pid;
+
+  EXPECT_TRUE(presentWorld(desktop).covers.empty());
+}
+
 TEST(snapshotText, keeps_a_fault_that_is_about_elements_which_have_gone) {
   const World world = parseWorld(
       "app Notes pid 41\n    window 7 \"A\" at 0,0 size 300x300\n        AXTextField \"Save\"");

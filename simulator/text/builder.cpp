@@ -296,8 +296,9 @@ void WorldBuilder::settleParent(const PlacedParent& placed) {
 void WorldBuilder::settleReactions(const PlacedElement& placed) {
   Application& application = world_.applications[placed.application];
   const ReactionPlace place{placed.spot, application.pid};
-  Element& element = *findElement(application, placed.element);
-  for (std::vector<Reaction>* list : listsOf(element)) settleEach(place, *list);
+  Element* const element = findElement(application, placed.element);
+  if (element == nullptr) return;  // a static text of a composer, which has made its texts anew
+  for (std::vector<Reaction>* list : listsOf(*element)) settleEach(place, *list);
 }
 
 void WorldBuilder::settleEach(const ReactionPlace& place, std::vector<Reaction>& reactions) {

@@ -208,6 +208,14 @@ TEST_F(fields, a_composers_text_may_be_that_of_its_static_texts_and_hidden) {
             (std::vector<std::string>{"AXStaticText new", "AXGroup -", "AXTextField @ada"}));
 }
 
+TEST_F(fields, a_composers_static_texts_go_with_what_they_would_do) {
+  build(
+      "AXTextArea \"F\" composer\n"
+      "        AXStaticText press: set F \"pressed\"");
+
+  EXPECT_EQ(lines(), std::vector<std::string>{});
+}
+
 TEST_F(fields, an_empty_composer_may_hold_its_placeholder) {
   build(R"(AXTextArea "F" placeholder "Message" composer shows placeholder)");
 

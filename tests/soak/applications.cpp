@@ -64,7 +64,8 @@ std::string windowHead(const WindowSketch& window) {
 void addWindows(Random& random, std::int64_t firstNumber, const MacSketch& mac,
                 ApplicationSketch& sketch, WorldLine& application) {
   const Features& features = mac.features;
-  const std::size_t count = random.below(random.oneIn(4) ? 5 : 3);
+  const std::size_t least = mac.aim == nullptr ? 0 : 1;
+  const std::size_t count = least + random.below(random.oneIn(4) ? 5 : 3);
   for (std::size_t i = 0; i < count; ++i) {
     const bool isTwin = i > 0 && random.oneIn(8);
     WindowSketch window;
@@ -99,6 +100,29 @@ void addWindows(Random& random, std::int64_t firstNumber, const MacSketch& mac,
     application.lines.push_back(std::move(line));
     sketch.windows.push_back(std::move(window));
   }
+}
+
+/// A menu bar as an application with menus of its own making tells of it: items have the character
+/// of a shortcut, and not all of them its modifiers.
+void addMenuBarOfElements(Random& random, const Features& features, ApplicationSketch& sketch,
+                          WorldLine& application) {
+  WorldLine menu{"AXMenu"};
+  const std::size_t count = 1 + random.below(4);
+  for (std::size_t i = 0; i < count; ++i) {
+    constexpr std::array<std::string_view, 4> characters = {"S", "V", "Z", "A"};
+    const std::string title = label(random, features);
+    WorldLine item{"AXMenuItem " + inQuotes(title)};
+    const std::string character(random.pick(characters));
+    item.options.push_back("attribute AXMenuItemCmdChar " + inQuotes(character));
+    if (random.oneIn(2)) {
+      const std::string modifiers = std::to_string(random.below(4));
+      item.options.push_back("attribute AXMenuItemCmdModifiers " + modifiers);
+    }
+    menu.lines.push_back(std::move(item));
+    sketch.menus.push_back({"File", title});
+  }
+  WorldLine file{"AXMenuBarItem \"File\"", {}, {std::move(menu)}};
+  application.lines.push_back({"AXMenuBar", {}, {std::move(file)}});
 }
 
 void addMenus(Random& random, const Features& features, ApplicationSketch& sketch,
@@ -167,7 +191,10 @@ void addApplication(Random& random, std::size_t number, bool frontmost, MacSketc
     line.options.emplace_back("failing AXFocusedUIElement -25212");
   }
   addWindows(random, 1 + place * windowsOfEach, mac, sketch, line);
-  if (features.menus) addMenus(random, features, sketch, line);
+  if (features.menus) {
+    const auto add = random.oneIn(3) ? addMenuBarOfElements : addMenus;
+    add(random, features, sketch, line);
+  }
   if (!random.oneIn(4)) focusField(random, features, line.lines);
   addReactions(random, features, sketch, line.lines);
   world.push_back(std::move(line));

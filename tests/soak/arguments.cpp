@@ -57,11 +57,13 @@ void putLabelOf(const Drawing& drawing, std::string_view role) {
 
 void putField(const Drawing& drawing) { putLabelOf(drawing, "AXText"); }
 void putRow(const Drawing& drawing) { putLabelOf(drawing, "AXRow"); }
+void putGroup(const Drawing& drawing) { putLabelOf(drawing, "AXGroup"); }
+void putNamedButton(const Drawing& drawing) { putLabelOf(drawing, "AXButton"); }
 void putDocument(const Drawing& drawing) { putLabelOf(drawing, "AXWebArea"); }
 void putSlider(const Drawing& drawing) { putLabelOf(drawing, "AXSlider"); }
 
 void putChild(const Drawing& drawing) {
-  drawing.words.push_back(drawing.random.oneIn(4) ? "last" : someLabel(drawing));
+  drawing.words.push_back(drawing.random.oneIn(2) ? "last" : someLabel(drawing));
 }
 
 void putText(const Drawing& drawing) {
@@ -115,14 +117,14 @@ void putWindow(const Drawing& drawing) {
 }
 
 void putCombination(const Drawing& drawing) {
-  putOneOf(drawing, std::array<std::string_view, 16>{
+  putOneOf(drawing, std::array<std::string_view, 18>{
                         "a", "cmd+s", "cmd+v", "shift+a", "ctrl+shift+a", "cmd+shift+alt+ctrl+x",
                         "return", "cmd+shift+s", "escape", "Tab", "cmd+z", "alt+left", "f13", "cmd",
-                        "+", "cmd+option+s"});
+                        "+", "cmd+option+s", "cmd+shift+v", "cmd+shift+a"});
 }
 
 void putRole(const Drawing& drawing) {
-  putOneOf(drawing, std::array<std::string_view, 4>{"AXRow", "AXCell", "AXGroup", "AXButton"});
+  putOneOf(drawing, std::array<std::string_view, 4>{"AXRow", "AXRow", "AXRow", "AXCell"});
 }
 
 void putWhich(const Drawing& drawing) {
@@ -191,6 +193,8 @@ constexpr std::array argumentKinds = {
     ArgumentKind{"menu", putMenuPath},
     ArgumentKind{"field", putField},
     ArgumentKind{"row", putRow},
+    ArgumentKind{"group", putGroup},
+    ArgumentKind{"named-button", putNamedButton},
     ArgumentKind{"document", putDocument},
     ArgumentKind{"slider", putSlider},
 };

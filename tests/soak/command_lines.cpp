@@ -46,7 +46,7 @@ constexpr std::array forms = {
     Form{"ax-at", "application point", &Features::accessibility},
     Form{"ax-press", "application point", &Features::accessibility},
     Form{"ax-press-in-document", "application document label", &Features::accessibility},
-    Form{"ax-press-exact", "application label ? which label", &Features::accessibility},
+    Form{"ax-press-exact", "application label ? which ? group", &Features::accessibility},
     Form{"ax-match", "application label near", &Features::accessibility},
     Form{"ax-press-match", "application label near", &Features::accessibility},
     Form{"ax-popup-items", "application", &Features::accessibility},
@@ -60,7 +60,7 @@ constexpr std::array forms = {
     Form{"ax-list", "application", &Features::accessibility},
     Form{"ax-dump", "application", &Features::accessibility},
     Form{"ax-modal", "application", &Features::accessibility},
-    Form{"ax-modal-press", "application text label", &Features::accessibility},
+    Form{"ax-modal-press", "application text named-button", &Features::accessibility},
     Form{"ax-focused", "application", &Features::accessibility},
     Form{"ax-set-value", "application point text", &Features::accessibility},
 };
@@ -87,7 +87,7 @@ CommandLine wordsOf(Random& random, const Form& form, const MacSketch& mac,
 /// Makes the words such that they may make no sense any more.
 void disturb(Random& random, const Features& features, CommandLine& words) {
   const std::size_t place = random.below(words.size());
-  switch (random.below(6)) {
+  switch (random.below(7)) {
     case 0:
       words.resize(place);
       break;
@@ -103,19 +103,25 @@ void disturb(Random& random, const Features& features, CommandLine& words) {
     case 4:
       std::swap(words[place], words.back());
       break;
+    case 5:
+      words.front() += "s";  // no command
+      break;
     default:
       words[place] += "x";
       break;
   }
 }
 
-const Form& formOf(std::string_view name) {
-  return *std::find_if(forms.begin(), forms.end(),
-                       [&](const Form& each) { return each.name == name; });
+/// Null for a command that lives on.
+const Form* formOf(std::string_view name) {
+  const auto found =
+      std::find_if(forms.begin(), forms.end(), [&](const Form& each) { return each.name == name; });
+  return found == forms.end() ? nullptr : &*found;
 }
 
 const Form& someForm(Random& random, const MacSketch& mac) {
-  if (mac.aim != nullptr && !random.oneIn(3)) return formOf(mac.aim->command);
+  const Form* const aimed = mac.aim == nullptr ? nullptr : formOf(mac.aim->command);
+  if (aimed != nullptr && !random.oneIn(3)) return *aimed;
   const Features& features = mac.features;
   for (std::size_t attempt = 0; attempt < 40; ++attempt) {
     const Form& form = random.pick(forms);
@@ -141,7 +147,7 @@ Step someRun(Random& random, const MacSketch& mac) {
 CommandLine someSharedCommand(Random& random, const MacSketch& mac,
                               const ApplicationSketch& application) {
   const std::string_view name = random.pick(sharedNames);
-  return wordsOf(random, formOf(name), mac, application);
+  return wordsOf(random, *formOf(name), mac, application);
 }
 
 std::map<std::string, std::string> someEnvironment(Random& random, const MacSketch& mac) {

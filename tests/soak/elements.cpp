@@ -42,7 +42,8 @@ class Drawer {
   std::vector<WorldLine> elementsIn(const Place& place, std::size_t depth) {
     std::vector<WorldLine> lines;
     const std::size_t most = features_.largeTrees ? 40 : 6;
-    const std::size_t count = depth == 0 ? 1 + random_.below(most) : random_.below(5);
+    const std::size_t least = depth == 0 || aim_ != nullptr ? 1 : 0;
+    const std::size_t count = least + random_.below(depth == 0 ? most : 5);
     for (std::size_t i = 0; i < count; ++i) lines.push_back(element(place, depth));
     return lines;
   }
@@ -54,12 +55,12 @@ class Drawer {
     if (aim_ != nullptr && !aim_->roles.empty() && !random_.oneIn(3)) {
       const std::string_view role = aimedRole(random_, *aim_);
       return isContainer(role) && !isDeepest ? container(around, depth, role)
-                                             : control(around, role);
+                                             : control(around, depth, role);
     }
     const std::size_t kind = random_.below(8);
     if (kind < 2 && !isDeepest) return container(around, depth, random_.pick(containerRoles));
-    if (kind < 5) return control(around, random_.pick(controlRoles));
-    return control(around, random_.pick(fieldRoles));
+    if (kind < 5) return control(around, depth, random_.pick(controlRoles));
+    return control(around, depth, random_.pick(fieldRoles));
   }
 
   std::optional<Place> placeWithin(const Place& around) {
@@ -72,11 +73,22 @@ class Drawer {
     return Place{x, y, width, height};
   }
 
+  /// The label of the latest element of this role; empty when there is none.
+  std::string labelBefore(std::string_view role) const {
+    const auto& controls = application_.controls;
+    const auto before = std::find_if(controls.rbegin(), controls.rend(), [&](const auto& each) {
+      return each.role == role && !each.label.empty();
+    });
+    return before == controls.rend() ? "" : before->label;
+  }
+
   /// The role, a label at times, a place at times.
   WorldLine headed(std::string_view role, const Place& around) {
     ControlSketch sketch;
     sketch.role = role;
-    if (!random_.oneIn(3)) sketch.label = label(random_, features_);
+    if (features_.twins && random_.oneIn(2)) sketch.label = labelBefore(role);
+    if (role == "AXRow" && random_.oneIn(2)) sketch.label = random_.oneIn(2) ? "Row 1" : "Row 2";
+    if (sketch.label.empty() && !random_.oneIn(3)) sketch.label = label(random_, features_);
     sketch.place = placeWithin(around);
     WorldLine line{std::string(role)};
     if (!sketch.label.empty()) line.head += " " + inQuotes(sketch.label);
@@ -118,10 +130,37 @@ class Drawer {
     }
   }
 
-  WorldLine control(const Place& around, std::string_view role) {
+  /// A menu that is open: one of an application.
+  WorldLine openMenu(const Place& around) {
+    application_.hasOpenMenu = true;
+    WorldLine menu{"AXMenu", {placeText({around.x, around.y, 120, 40}), "open"}, {}};
+    for (const std::int64_t top : {0, 20}) {
+      WorldLine item = headed("AXMenuItem", around);
+      item.options = {placeText({around.x, around.y + top, 120, 20})};
+      menu.lines.push_back(std::move(item));
+    }
+    return menu;
+  }
+
+  /// What stands in a control: a menu, or, in a field that makes no texts by itself, anything.
+  void addContents(const Place& around, std::size_t depth, WorldLine& line) {
+    const bool isWithMenu = line.head.starts_with("AXMenuButton") && !application_.hasOpenMenu;
+    if (isWithMenu && random_.oneIn(2)) line.lines = {openMenu(around)};
+    const bool isComposer =
+        std::any_of(line.options.begin(), line.options.end(),
+                    [](const auto& each) { return each.starts_with("composer"); });
+    const bool isField = line.head.starts_with("AXTextArea") && features_.fieldHabits;
+    if (isField && !isComposer && depth < 2 && random_.oneIn(4)) {
+      line.lines = elementsIn(around, depth + 1);
+    }
+  }
+
+  WorldLine control(const Place& around, std::size_t depth, std::string_view role) {
     WorldLine line = headed(role, around);
+    const Place own = application_.controls.back().place.value_or(around);
     addHabits(random_, features_, role, line);
     addCommonHabits(random_, features_, line);
+    addContents(own, depth, line);
     // More than one may say so.
     const bool isAskedForFocus =
         aim_ != nullptr && aim_->command == "ax-focused" && !features_.lies;

@@ -1,6 +1,7 @@
 #include "tests/soak/faults.h"
 
 #include <array>
+#include <vector>
 
 #include "simulator/fault_outcomes.h"
 #include "tests/soak/happenings.h"
@@ -19,7 +20,8 @@ std::string someCode(Random& random) {
 std::string someInterruption(Random& random, const MacSketch& mac) {
   const std::string happening = someHappening(random, mac);
   if (happening.empty()) return "";
-  const auto call = random.between(1, random.oneIn(3) ? 1000 : 120);
+  constexpr std::array callsMax = {30, 120, 120, 1000};
+  const auto call = random.between(1, random.pick(callsMax));
   return "any " + std::to_string(call) + " before " + happening;
 }
 
@@ -53,14 +55,27 @@ constexpr std::array callsOfLivingRuns = {
     Function::stopStream,         Function::frontProcess, Function::postRecord,
     Function::preventDisplaySleep};
 
-Function someFunction(Random& random, const Features& features) {
+/// One whose name begins so.
+Function functionOf(Random& random, std::string_view beginning) {
+  std::vector<Function> fitting;
+  for (std::size_t i = 0; i < platform::functionNames.size(); ++i) {
+    if (platform::functionNames[i].starts_with(beginning)) {
+      fitting.push_back(static_cast<Function>(i));
+    }
+  }
+  return random.pick(fitting);
+}
+
+Function someFunction(Random& random, const MacSketch& mac) {
+  const bool isAimed = mac.aim != nullptr && !mac.aim->calls.empty();
+  if (isAimed && random.oneIn(2)) return functionOf(random, mac.aim->calls);
   if (random.oneIn(2)) return static_cast<Function>(random.below(platform::functionNames.size()));
-  return features.living ? random.pick(callsOfLivingRuns) : random.pick(callsOfRuns);
+  return mac.features.living ? random.pick(callsOfLivingRuns) : random.pick(callsOfRuns);
 }
 
 std::string someFault(Random& random, const MacSketch& mac) {
   if (random.oneIn(3)) return someInterruption(random, mac);
-  const Function function = someFunction(random, mac.features);
+  const Function function = someFunction(random, mac);
   const auto names = simulator::outcomeNames(platform::shapeOf(function));
   std::string outcome(random.pick(names));
   if (outcome == "before") {

@@ -25,6 +25,7 @@ struct Features {
   bool endlessTrees = false;   // that grow while they are read
   bool lies = false;           // attributes that are not so, and reads that fail
   bool fieldHabits = false;    // fields that make something else of a text
+  bool twins = false;          // elements that are labelled as others of their role
   bool windowActs = false;     // presses that open, close and retitle windows
   bool deadlyActs = false;     // presses that quit the application or let it hang
   bool displays = false;       // several
@@ -49,6 +50,7 @@ struct Features {
   bool hardware = false;      // displays
   bool system = false;        // permissions, taps, sharing
   bool signals = false;       // every process is told to end
+  bool serviceEnds = false;   // the service that runs depend on
 
   // Of the agent.
   bool scope = false;

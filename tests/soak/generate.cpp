@@ -42,13 +42,14 @@ void addLivingRuns(Random random, const MacSketch& mac, Microseconds duration,
   }
 }
 
-/// Something happens, and something goes wrong.
+/// Something goes wrong, and at times something happens beside what the aim has happen.
 void disturb(Random& random, Features& features) {
-  constexpr std::array happenings = {&Features::userClicks, &Features::userTypes,
-                                     &Features::userCopies, &Features::session,
-                                     &Features::signals,    &Features::system};
-  features.*random.pick(happenings) = true;
   features.faults = true;
+  if (random.oneIn(2)) return;
+  constexpr std::array happenings = {
+      &Features::userClicks, &Features::userTypes, &Features::userCopies, &Features::session,
+      &Features::signals,    &Features::system,    &Features::later,      &Features::serviceEnds};
+  features.*random.pick(happenings) = true;
 }
 
 }  // namespace
@@ -58,13 +59,16 @@ Case generate(std::uint64_t seed) {
   Features features = drawFeatures(random.branch());
   Random aiming = random.branch();
   const Aim* aim = features.aimed ? &someAim(aiming) : nullptr;
-  if (aim != nullptr && aim->feature != nullptr) features.*aim->feature = true;
+  if (aim != nullptr) addFeatures(*aim, features);
   if (aim != nullptr && aiming.oneIn(2)) disturb(aiming, features);
+  if (features.serviceEnds) features.service = true;
   GeneratedMac mac = someMac(random.branch(), features, aim);
   Case one;
   one.steps = someSteps(random.branch(), mac.sketch);
-  const Microseconds duration = aSecond * static_cast<Microseconds>(one.steps.size());
+  Microseconds duration = aSecond * static_cast<Microseconds>(one.steps.size());
   Random living = random.branch();
+  // Some of what lives on looks after itself but once a second.
+  if (features.living && living.oneIn(3)) duration *= 5;
   if (features.living) addLivingRuns(living, mac.sketch, duration, one.steps);
   Random faults = random.branch();
   if (features.faults) one.faults = someFaults(faults, mac.sketch);

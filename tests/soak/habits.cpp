@@ -43,6 +43,7 @@ void addFieldHabit(Random& random, WorldLine& line) {
       const std::size_t start = random.below(6);
       const std::size_t length = random.below(4);
       line.options.push_back("selection " + std::to_string(start) + "+" + std::to_string(length));
+      if (random.oneIn(3)) line.options.back() = "attribute AXSelectedTextRange range 1+90";
       break;
     }
     default:

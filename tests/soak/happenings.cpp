@@ -18,16 +18,27 @@ std::string somePoint(Random& random, const MacSketch& mac) {
   return pointText(point.x, point.y);
 }
 
+/// Input of the user's, at times the tool's own in the user's place, or for one application.
+std::string input(Random& random, const MacSketch& mac, std::string text) {
+  if (random.oneIn(12)) text += " tagged";
+  if (random.oneIn(20)) text += " for " + applicationText(random.pick(mac.applications));
+  return text;
+}
+
 std::string someMove(Random& random, const MacSketch& mac) {
-  if (random.oneIn(3)) return "user scroll 0," + std::to_string(random.between(-3, 3));
-  return "user move " + somePoint(random, mac);
+  const std::string text = random.oneIn(3)
+                               ? "user scroll 0," + std::to_string(random.between(-3, 3))
+                               : "user move " + somePoint(random, mac);
+  return input(random, mac, text);
 }
 
 std::string someClick(Random& random, const MacSketch& mac) {
-  const std::string point = somePoint(random, mac);
-  if (random.oneIn(8)) return "user drag " + point + " to " + somePoint(random, mac);
   if (random.oneIn(3)) return "front " + applicationText(random.pick(mac.applications));
-  return "user click " + point + (random.oneIn(6) ? " right" : "");
+  const std::string point = somePoint(random, mac);
+  std::string text = "user click " + point;
+  if (random.oneIn(8)) text = "user drag " + point + " to " + somePoint(random, mac);
+  if (random.oneIn(6)) text += " right";
+  return input(random, mac, text);
 }
 
 std::string someKey(Random& random, const MacSketch& mac) {
@@ -37,9 +48,7 @@ std::string someKey(Random& random, const MacSketch& mac) {
       "cmd v", "left", "backspace", "tab",    "escape",       "option shift x"};
   std::string text = "user key " + std::string(random.pick(keys));
   if (random.oneIn(6)) text = random.oneIn(2) ? "user press shift" : "user release shift";
-  if (random.oneIn(20)) text += " tagged";
-  if (random.oneIn(20)) text += " for " + applicationText(random.pick(mac.applications));
-  return text;
+  return input(random, mac, text);
 }
 
 std::string someCopy(Random& random, const MacSketch& mac) {
@@ -80,6 +89,10 @@ std::string someSignal(Random& random, const MacSketch& /*mac*/) {
   return std::string(random.pick(acts));
 }
 
+std::string someEndOfService(Random& /*random*/, const MacSketch& /*mac*/) {
+  return "end process " + std::to_string(servicePid);
+}
+
 /// What an application does by itself.
 std::string someDeed(Random& random, const MacSketch& mac) {
   const ApplicationSketch& application = random.pick(mac.applications);
@@ -104,6 +117,7 @@ constexpr std::array makers = {
     HappeningMaker{&Features::hardware, someHardware},
     HappeningMaker{&Features::system, someSystemAct},
     HappeningMaker{&Features::signals, someSignal},
+    HappeningMaker{&Features::serviceEnds, someEndOfService},
     HappeningMaker{&Features::later, someDeed},
 };
 
@@ -111,7 +125,8 @@ constexpr std::array makers = {
 void addStall(Random& random, Microseconds time,
               std::vector<std::pair<Microseconds, std::string>>& happenings) {
   happenings.emplace_back(time, "stall output");
-  happenings.emplace_back(time + random.between(1, 400'000), "resume output");
+  const Microseconds longest = random.oneIn(4) ? 3'000'000 : 400'000;
+  happenings.emplace_back(time + random.between(1, longest), "resume output");
 }
 
 std::string atTime(Microseconds time, const std::string& happening) {
@@ -121,7 +136,9 @@ std::string atTime(Microseconds time, const std::string& happening) {
 /// Some happen again, though not for ever.
 std::string repeated(Random& random, std::string happening) {
   if (!random.oneIn(8)) return happening;
-  const std::int64_t interval = random.between(1, 500'000);
+  constexpr std::int64_t quarterOfASecond = 250'000;
+  const std::int64_t interval =
+      random.oneIn(4) ? quarterOfASecond : random.between(1, 2 * quarterOfASecond);
   const std::int64_t times = random.between(2, 5);
   return "every " + std::to_string(interval) + "us " + std::to_string(times) + " times " +
          std::move(happening);

@@ -13,8 +13,6 @@ namespace soak {
 
 namespace {
 
-constexpr std::array<std::string_view, 2> sessionNames = {"one", "two"};
-
 /// Requests that are none.
 constexpr std::array<std::string_view, 12> otherLines = {
     "",
@@ -48,50 +46,77 @@ std::string jsonText(std::string_view text) {
   return result + '"';
 }
 
-std::string opening(Random& random, const MacSketch& mac, const std::string& head) {
+/// A session of the service, and the application that it is most often about.
+struct Session {
+  std::string_view name;
+  const ApplicationSketch* application;
+  std::string address;  // as the client writes it
+};
+
+Session someSession(Random& random, const MacSketch& mac, std::string_view name) {
   const ApplicationSketch& application = random.pick(mac.applications);
-  std::string line = head + ",\"app\":" + jsonText(address(random, application));
-  if (random.oneIn(4)) line += ",\"window\":" + jsonText(title(random, mac.features));
-  return line + "}";
+  return {name, &application, address(random, application)};
 }
 
-std::string commanding(Random& random, const MacSketch& mac, const std::string& head) {
-  const ApplicationSketch& application = random.pick(mac.applications);
+std::string opening(Random& random, const MacSketch& mac, const Session& session) {
+  std::string rest = ",\"app\":" + jsonText(session.address);
+  if (random.oneIn(4)) rest += ",\"window\":" + jsonText(title(random, mac.features));
+  return rest;
+}
+
+std::string commanding(Random& random, const MacSketch& mac, const Session& session) {
+  CommandLine words = someSharedCommand(random, mac, *session.application);
+  // Of another application it is refused.
+  if (!random.oneIn(12)) words[1] = session.address;
   std::string list;
-  for (const std::string& word : someSharedCommand(random, mac, application)) {
-    list += (list.empty() ? "" : ",") + jsonText(word);
-  }
-  return head + ",\"args\":[" + list + "]}";
+  for (const std::string& word : words) list += (list.empty() ? "" : ",") + jsonText(word);
+  return ",\"args\":[" + list + "]";
 }
 
-std::string request(Random& random, const MacSketch& mac) {
-  if (random.oneIn(25)) return std::string(random.pick(otherLines));
-  constexpr std::array<std::string_view, 7> kinds = {"open",    "open",    "command", "command",
-                                                     "command", "refresh", "close"};
+std::string lineOf(const Session& session, const std::string& kind, const std::string& rest) {
+  return "{\"op\":\"" + kind + "\",\"session\":\"" + std::string(session.name) + "\"" + rest +
+         "}\n";
+}
+
+std::string request(Random& random, const MacSketch& mac, const Session& session) {
+  if (random.oneIn(25)) return std::string(random.pick(otherLines)) + "\n";
+  constexpr std::array<std::string_view, 10> kinds = {"command", "command", "command", "command",
+                                                      "refresh", "refresh", "refresh", "close",
+                                                      "close",   "open"};
   const std::string kind(random.pick(kinds));
-  const std::string session(random.pick(sessionNames));
-  const std::string head = "{\"op\":\"" + kind + "\",\"session\":\"" + session + "\"";
-  if (kind == "open") return opening(random, mac, head);
-  if (kind == "command") return commanding(random, mac, head);
-  return head + "}";
+  std::string rest;
+  if (kind == "open") rest = opening(random, mac, session);
+  if (kind == "command") rest = commanding(random, mac, session);
+  return lineOf(session, kind, rest);
 }
 
-void addInput(Random& random, Microseconds duration, std::string text, Step& step) {
-  step.deliveries.push_back(
-      {Delivery::Kind::input, random.between(0, duration), std::move(text), 0});
+void addInput(Microseconds at, std::string text, Step& step) {
+  step.deliveries.push_back({Delivery::Kind::input, at, std::move(text), 0});
+}
+
+/// The session is opened, most often shares a window, and at times holds focus.
+void addBeginning(Random& random, const MacSketch& mac, const Session& session, Step& step) {
+  addInput(0, lineOf(session, "open", opening(random, mac, session)), step);
+  if (random.oneIn(4)) return;
+  addInput(0, lineOf(session, "refresh", ""), step);
+  const std::string words = "\"bg-focus-hold\"," + jsonText(session.address);
+  const std::size_t holds = random.below(3);
+  for (std::size_t i = 0; i < holds; ++i) {
+    addInput(0, lineOf(session, "command", ",\"args\":[" + words + "]"), step);
+  }
 }
 
 Step captureService(Random& random, const MacSketch& mac, Microseconds duration) {
   Step step{{"capture-service", "FOLDER/lock"}};
   // A service depends on none.
   if (mac.features.service && random.oneIn(4)) step.environment["CU_CAPTURE_PID"] = "7";
-  const ApplicationSketch& first = random.pick(mac.applications);
-  step.deliveries.push_back(
-      {Delivery::Kind::input, 0,
-       "{\"op\":\"open\",\"session\":\"one\",\"app\":\"" + applicationText(first) + "\"}\n", 0});
+  std::vector<Session> sessions = {someSession(random, mac, "one")};
+  if (random.oneIn(2)) sessions.push_back(someSession(random, mac, "two"));
+  for (const Session& session : sessions) addBeginning(random, mac, session, step);
   const std::size_t count = random.below(8);
   for (std::size_t i = 0; i < count; ++i) {
-    addInput(random, duration, request(random, mac) + "\n", step);
+    std::string line = request(random, mac, random.pick(sessions));
+    addInput(random.between(0, duration), std::move(line), step);
   }
   return step;
 }
@@ -116,7 +141,8 @@ Step guard(Random& random, const MacSketch& mac, Microseconds duration) {
                                                      "minding\noperating\nminding\noperating\n"};
   const std::size_t count = random.below(4);
   for (std::size_t i = 0; i < count; ++i) {
-    addInput(random, duration, std::string(random.pick(lines)), step);
+    std::string line(random.pick(lines));
+    addInput(random.between(0, duration), std::move(line), step);
   }
   return step;
 }
@@ -131,8 +157,27 @@ Step displayHold(Random& /*random*/, const MacSketch& /*mac*/, Microseconds /*du
   return {{"keep-awake"}};
 }
 
-constexpr std::array livingMakers = {captureService, captureService, captureService, guard,
-                                     guard,          watcher,        displayHold};
+struct LivingMaker {
+  std::string_view command;
+  Step (*make)(Random& random, const MacSketch& mac, Microseconds duration);
+};
+
+constexpr std::array livingMakers = {LivingMaker{"capture-service", captureService},
+                                     LivingMaker{"capture-service", captureService},
+                                     LivingMaker{"capture-service", captureService},
+                                     LivingMaker{"lock-guard", guard},
+                                     LivingMaker{"lock-guard", guard},
+                                     LivingMaker{"watch-input", watcher},
+                                     LivingMaker{"keep-awake", displayHold}};
+
+/// Of what the case is about, most often.
+const LivingMaker& someMaker(Random& random, const Aim* aim) {
+  const bool isAimed = !random.oneIn(4);
+  for (const LivingMaker& maker : livingMakers) {
+    if (isAimed && isAbout(aim, maker.command)) return maker;
+  }
+  return random.pick(livingMakers);
+}
 
 /// How somebody ends it: its input, a signal, at times SIGKILL.
 void addEnd(Random& random, Microseconds duration, Step& step) {
@@ -155,7 +200,7 @@ void addEnd(Random& random, Microseconds duration, Step& step) {
 }  // namespace
 
 Step someLivingRun(Random& random, const MacSketch& mac, Microseconds duration) {
-  Step step = random.pick(livingMakers)(random, mac, duration);
+  Step step = someMaker(random, mac.aim).make(random, mac, duration);
   if (mac.features.scope && random.oneIn(3)) {
     step.environment["CU_WINDOW"] = title(random, mac.features);
   }

@@ -106,12 +106,21 @@ void addRelease(Random& random, std::vector<WorldLine>& world) {
   if (random.oneIn(2)) world.push_back({"system " + std::string(random.pick(settings))});
 }
 
-void addPanel(Random& random, GeneratedMac& mac) {
+std::string panelLine(std::int64_t number, const WindowSketch& window) {
+  return "panel pid " + std::to_string(panelPid + number) + " window " +
+         std::to_string(panelWindow + number) + " over " + std::to_string(window.number);
+}
+
+/// A panel over a window, at times two, of which no run names either as its target.
+void addPanels(Random& random, GeneratedMac& mac) {
   const ApplicationSketch& below = random.pick(mac.sketch.applications);
   if (below.windows.empty()) return;
   const WindowSketch& window = below.windows.front();
-  mac.world.push_back({"panel pid " + std::to_string(panelPid) + " window " +
-                       std::to_string(panelWindow) + " over " + std::to_string(window.number)});
+  mac.world.push_back({panelLine(0, window)});
+  if (random.oneIn(3)) {
+    mac.world.push_back({panelLine(1, window)});
+    return;
+  }
   ApplicationSketch panel;
   panel.pid = panelPid;
   panel.bundle = "com.apple.appkit.xpc.openAndSavePanelService";
@@ -137,7 +146,7 @@ GeneratedMac someMac(Random random, const Features& features, const Aim* aim) {
   for (std::size_t i = 0; i < count; ++i) {
     addApplication(random, i, i == front, mac.sketch, mac.world);
   }
-  if (features.panel) addPanel(random, mac);
+  if (features.panel) addPanels(random, mac);
   if (features.templates) addTemplates(mac.world);
   if (features.marking) {
     mac.world.push_back(

@@ -39,6 +39,7 @@ struct ApplicationSketch {
   std::vector<WindowSketch> windows;
   std::vector<ControlSketch> controls;
   std::vector<std::vector<std::string>> menus;  // paths
+  bool hasOpenMenu = false;
 };
 
 struct MacSketch {

@@ -11,10 +11,11 @@ constexpr std::array<std::string_view, 14> plainLabels = {
     "Send", "Body", "Search", "OK",   "Cancel", "Size",  "Log",
     "send", "Name", "Delete", "Save", "Call",   "Row 1", "Sending"};
 
-constexpr std::array<std::string_view, 8> plainTitles = {
-    "Inbox", "Start", "Private", "Inbox — Mail", "draft", "Inbox", "News — Inbox", "INBOX"};
+constexpr std::array<std::string_view, 9> plainTitles = {"Inbox",        "Start", "Private",
+                                                         "Inbox — Mail", "draft", "Inbox",
+                                                         "News — Inbox", "INBOX", "Inbox 2"};
 
-constexpr std::array<std::string_view, 10> plainProses = {
+constexpr std::array<std::string_view, 11> plainProses = {
     "hello",
     "hello ",
     "Dear Ada,\nall is well.",
@@ -24,7 +25,8 @@ constexpr std::array<std::string_view, 10> plainProses = {
     "",
     "one, two and three and four, and five words more",
     "42",
-    "Body"};
+    "Body",
+    "a🌍🌍🌍🌍🌍🌍🌍🌍🌍🌍🌍"};
 
 constexpr std::array<std::string_view, 26> oddTexts = {
     "",
