@@ -19,7 +19,7 @@ sys.path[:0] = [str(ROOT / "tests/conformance"), str(ROOT / "tests/contract"), s
 import conformance  # noqa: E402
 import sides  # noqa: E402
 from driver_client.contract import COMMANDS  # noqa: E402
-from mac import DRIVER, SECONDS_MAX  # noqa: E402
+from mac import DRIVER, SECONDS_MAX, plain_environment  # noqa: E402
 from normalise import Layout  # noqa: E402
 
 CLIENTS = {"typescript": ["node", HERE / "typescript/test/conformance_client.mjs"],
@@ -67,11 +67,11 @@ def value_of(schema, word):
 
 
 class Client:
-    """A process that runs commands through a client."""
+    """A process that runs commands through a client, each in the environment that it is given."""
 
-    def __init__(self, program, environment):
-        paths = {"PATH": f"{Path(DRIVER).parent}:{environment['PATH']}", "PYTHONPATH": str(HERE / "python")}
-        self.process = subprocess.Popen([str(word) for word in program], env={**environment, **paths},
+    def __init__(self, program):
+        environment = {**plain_environment(), "PYTHONPATH": str(HERE / "python")}
+        self.process = subprocess.Popen([str(word) for word in program], env=environment,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
     def told(self, **deed):
@@ -100,9 +100,9 @@ class Reply:
 class Talk:
     """A conversation through a client."""
 
-    def __init__(self, client, words):
+    def __init__(self, client, words, environment):
         self._client = client
-        self._first = client.told(do="talk", command=words[0], words=words[1:])
+        self._first = client.told(do="talk", command=words[0], words=words[1:], environment=environment)
         self.process = mock.Mock(poll=lambda: 0, terminate=lambda: None)
 
     def line(self):
@@ -118,14 +118,11 @@ class Talk:
 class ClientDesk(sides.SimulatedDesk):
     """A simulated Mac that is operated through a client."""
 
-    def __init__(self, layout, options, program, without):
+    def __init__(self, layout, options, client, without):
         super().__init__(layout, options)
-        self._client = Client(program, self.environment)
+        self._client = client
+        self._client_environment = {**self.environment, "PATH": f"{Path(DRIVER).parent}:{os.environ['PATH']}"}
         self._without = without
-
-    def __exit__(self, *arguments):
-        self._client.end()
-        super().__exit__(*arguments)
 
     def driver(self, *words, **environment):
         given = arguments_of(words)
@@ -134,25 +131,26 @@ class ClientDesk(sides.SimulatedDesk):
             return super().driver(*words, **environment)
         options = {"scope": environment.get("CU_WINDOW"), "capturePid": environment.get("CU_CAPTURE_PID")}
         given_options = {name: value for name, value in options.items() if value is not None}
-        return Reply(self._client.told(do="run", command=words[0], given=given, **given_options))
+        return Reply(self._client.told(do="run", command=words[0], given=given,
+                                       environment=self._client_environment, **given_options))
 
     def talk(self, words, end):
         if end != "input":
             self._without.append(words[0])
             return super().talk(words, end)
-        return Talk(self._client, words)
+        return Talk(self._client, words, self._client_environment)
 
 
 class ThroughClient(sides.Simulated):
-    """A Mac of its own for each scenario, and a client's process."""
+    """A Mac of its own for each scenario, operated through one client."""
 
-    def __init__(self, layout, program):
+    def __init__(self, layout, client):
         super().__init__(layout)
-        self._program = program
+        self._client = client
         self.without = []
 
     def start(self, options):
-        return ClientDesk(self._layout, options, self._program, self.without)
+        return ClientDesk(self._layout, options, self._client, self.without)
 
 
 def compared(entries):
@@ -167,12 +165,14 @@ class Conformance(unittest.TestCase):
         scenarios = conformance.read(conformance.HERE / "scenarios.json")
         stored = conformance.Stored(conformance.HERE / "replies")
         for name, program in CLIENTS.items():
-            side = ThroughClient(layout, program)
+            client = Client(program)
+            side = ThroughClient(layout, client)
             for scenario in scenarios:
                 with self.subTest(client=name, scenario=scenario["name"]):
                     expected = stored.entries(scenario["name"])
                     entries, faults = conformance.play(side, layout, scenario, expected)
                     self.assertEqual((compared(expected), []), (compared(entries), faults))
+            client.end()
             self.assertEqual(sorted(WITHOUT), sorted(side.without), name)
 
 

@@ -49,21 +49,23 @@ void endUnlessPermitted() {
   if (!isPermitted) lockAndExit("loop");
 }
 
-void endUnlessEnabled() {
-  if (!isEnding() && !tap::isEnabled(*globals().guardTap)) lockAndExit("loop");
+// Without a further question: it might not come back, and nobody watches meanwhile.
+void endUnlessNoticed() {
+  if (!isEnding() && globals().guardAwaitsNotice) lockAndExit("loop");
 }
 
-/// Looks whether the tap works. The system's notice that it has disabled the tap may be on its way:
-/// then there is a second look.
+/// Looks whether the tap works. The system's notice that it has disabled the tap may be on its way.
 void makeRound() {
   if (isEnding()) return;
   endUnlessPermitted();
   if (!tap::isEnabled(*globals().guardTap)) {
-    loop::scheduleOnMain(noticePatience, 1, endUnlessEnabled);
+    globals().guardAwaitsNotice = true;
+    loop::scheduleOnMain(noticePatience, 1, endUnlessNoticed);
   }
 }
 
 void meetNotice() {
+  globals().guardAwaitsNotice = false;
   tap::enable(*globals().guardTap);
   makeRound();
 }

@@ -1,6 +1,7 @@
 #include "guard/screen_lock.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "main/ending.h"
 #include "main/globals.h"
@@ -16,8 +17,6 @@ namespace {
 constexpr const char* loginPath =
     "/System/Library/PrivateFrameworks/login.framework/Versions/Current/login";
 
-using LockEntry = std::int32_t (*)();
-
 // Not among the globals: a process that meets a fault of its own finds it whatever else is broken.
 LockEntry lockEntry = nullptr;
 
@@ -31,6 +30,8 @@ void prepareScreenLock() {
   if (library == nullptr) return;
   lockEntry = reinterpret_cast<LockEntry>(loader::findSymbol(library, "SACLockScreenImmediate"));
 }
+
+LockEntry exchangeLockEntry(LockEntry entry) { return std::exchange(lockEntry, entry); }
 
 bool lockScreenNow() { return lockEntry != nullptr && lockEntry() == platform::statusSuccess; }
 

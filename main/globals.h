@@ -106,8 +106,10 @@ struct Globals {
   double guardGraceStartAwake = 0;
 
   /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
+  /// `guardAwaitsNotice`: the tap was seen disabled, and no notice of that has come since.
   std::optional<tap::Tap> guardTap;
   std::atomic<bool> guardRelocking = false;
+  bool guardAwaitsNotice = false;
 
   /// Set by the first `lockAndExit`, or by the flow that ends a guard whose main flow is stuck.
   std::atomic<bool> guardExiting = false;

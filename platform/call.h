@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -34,6 +35,13 @@ class Channel {
 
   /// Starts a further flow of this process, which makes its calls through this channel too.
   virtual void startFlow(std::function<void()> body) = 0;
+
+  /// A number by which the calling flow differs from the others of this process. Flows are threads,
+  /// unless the channel plays them in another way.
+  virtual std::uintptr_t ownFlow() const {
+    thread_local const char own = 0;
+    return reinterpret_cast<std::uintptr_t>(&own);
+  }
 
   /// Passes these signals on to the main flow from now on, where the process gets any.
   virtual void watchSignals(const std::vector<int>& numbers) = 0;

@@ -101,11 +101,12 @@ void goOn(Mac& mac) {
   noticeClosedWindows(mac);
 }
 
-/// A fault's application may have quit since, and the elements it names may have gone.
-Fault faultOf(World world, const std::string& text) {
+/// The world in which a waiting fault is read again: its application may have quit since, and the
+/// elements it names may have gone.
+World worldOfFaults(World world) {
   world.resumption.emplace();
   for (Application& each : world.applications) each.running = true;
-  return parseFault(text, world);
+  return world;
 }
 
 std::string endOf(const Client& client) {
@@ -141,8 +142,10 @@ void Desktop::resume() {
   mac_.clients.resize(with.processes);  // all of them forgotten
   rules_.resize(with.processes);
   chance_ = with.chance;
+  if (with.faults.empty()) return;
+  const World world = worldOfFaults(mac_.world);
   for (const WaitingFault& each : with.faults) {
-    faults_.push_back({faultOf(mac_.world, each.text), each.counted});
+    faults_.push_back({parseFault(each.text, world), each.counted});
   }
 }
 
@@ -209,6 +212,9 @@ Answer Desktop::handle(std::size_t clientIndex, const Call& call, std::size_t fl
   Answer result = given ? std::move(*given) : answer(mac_, client, call, mac_.now);
   if (outcome != nullptr) result.delay += delayOf(*outcome);
   if (chance_) result.delay += chanceDelay(*chance_, call.function);
+  // The platform waits no longer, whatever the application has done by then.
+  auto none = result.delay >= messagingTimeout ? answerOfHanging(call) : std::nullopt;
+  if (none) result = std::move(*none);
   if (result.pending) return result;
   return conclude(clientIndex, call, std::move(result), outcome != nullptr, flow);
 }
@@ -230,10 +236,8 @@ Answer Desktop::conclude(std::size_t clientIndex, const Call& call, Answer resul
   tellOfViolations(mac_.clients[clientIndex]->pid);
   if (keepsTrace_) {
     // Half at a time: to drop them one by one would move all others each time.
-    if (trace_.size() == traceEntriesMax) {
-      trace_.erase(trace_.begin(), trace_.begin() + traceEntriesMax / 2);
-    }
-    trace_.push_back({mac_.now, clientIndex, call, result.value, faulty});
+    if (trace_.size() == traceEntriesMax) trace_.forget(traceEntriesMax / 2);
+    trace_.add(mac_.now, clientIndex, call, result.value, faulty);
   }
   if (mac_.clients[clientIndex]->exited) leave(clientIndex);
   return result;
@@ -291,7 +295,7 @@ void Desktop::letReactionTakePlace() {
   enter(mac_, {.kind = JournalEntry::Kind::landing,
                .target = settled.due.pid,
                .window = settled.element ? settled.element->window : 0,
-               .what = reactionText(settled.due.reaction),
+               .what = reactionText(settled.due.reaction, &mac_.world),
                .landed = settled.landed,
                .outcome = std::move(settled.outcome),
                .element = std::move(settled.element)});
@@ -314,7 +318,7 @@ void Desktop::happen(const Happening& happening) {
   for (const std::string& each : mac_.arrived) outcome += (outcome.empty() ? "" : "; ") + each;
   enter(mac_, {.kind = JournalEntry::Kind::happening,
                .target = happening.pid,
-               .what = happeningText(happening),
+               .what = happeningText(happening, &mac_.world),
                .outcome = std::move(outcome)});
 }
 

@@ -11,18 +11,10 @@
 #include "simulator/faults.h"
 #include "simulator/mac/mac.h"
 #include "simulator/rules/rules.h"
+#include "simulator/trace.h"
 #include "simulator/world/random.h"
 
 namespace simulator {
-
-/// One call as it was answered.
-struct TraceEntry {
-  Microseconds at = 0;
-  std::size_t client = 0;
-  platform::Call call;
-  driver::Datum answer;
-  bool faulty = false;
-};
 
 /// A fault that waits for its calls.
 struct ArmedFault {
@@ -95,8 +87,8 @@ class Desktop {
   /// The process id of a client, also when it was forgotten.
   static Pid pidOf(std::size_t client);
   /// The latest calls, 100,000 at least, unless they are not kept.
-  const std::vector<TraceEntry>& trace() const { return trace_; }
-  /// From now on calls are not kept: a copy of each costs as much as its answer.
+  const Trace& trace() const { return trace_; }
+  /// From now on calls are not kept.
   void keepNoTrace() { keepsTrace_ = false; }
 
   /// The invariants broken so far, one sentence each.
@@ -124,7 +116,7 @@ class Desktop {
   std::vector<std::unique_ptr<Rules>> rules_;  // by client
   std::vector<ArmedFault> faults_;
   std::size_t scripted_ = 0;  // how many have happened
-  std::vector<TraceEntry> trace_;
+  Trace trace_;
   bool keepsTrace_ = true;
   std::vector<std::string> violations_;
   std::size_t violationsTold_ = 0;  // how many the journal has

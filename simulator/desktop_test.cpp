@@ -128,6 +128,21 @@ TEST(Desktop, answers_a_sleep_as_late_as_it_lasts_without_waiting) {
   EXPECT_EQ(desktop.mac().now, 0);
 }
 
+TEST(Desktop, waits_for_no_message_longer_than_the_time_out) {
+  const World world = parseWorld("app Notes pid 41 answers after 5500ms\n");
+  Desktop desktop(world, {parseFault("ax.attribute 2 late", world)});
+  const std::size_t client = desktop.join({"driver", "ax-list"}, {});
+  const auto read = [&] {
+    return desktop.handle(client, {Function::axAttribute,
+                                   {pack(platform::ElementReference{41, 0}), pack("AXTitle")}});
+  };
+
+  EXPECT_EQ(read().delay, 5'500'000);
+  const Answer late = read();
+  EXPECT_EQ(late.delay, 6'000'000);
+  EXPECT_EQ(late.value, pack(platform::WireReadings{{}, {ax::Error::cannotComplete, true}}));
+}
+
 TEST(Desktop, refuses_calls_that_make_no_sense) {
   Desktop desktop(parseWorld(desktopDesk));
   const std::size_t client = desktop.join({"driver", "session"}, {});

@@ -183,4 +183,19 @@ Microseconds delayOf(const Outcome& outcome) {
   return outcome.kind == Outcome::Kind::late ? lateDelay : 0;
 }
 
+std::optional<Answer> answerOfHanging(const Call& call) {
+  Outcome hang;
+  hang.kind = Outcome::Kind::hang;
+  switch (platform::shapeOf(call.function)) {
+    case Shape::window:
+    case Shape::readings:
+    case Shape::actionNames:
+    case Shape::hit:
+    case Shape::outcome:
+      return faultyAnswer(call, hang);
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace simulator

@@ -114,4 +114,8 @@ std::optional<Answer> faultyAnswer(const platform::Call& call, const Outcome& ou
 /// What the outcome adds to the time the world takes.
 Microseconds delayOf(const Outcome& outcome);
 
+/// The answer of a message to an application, when none came before the messaging time-out; none
+/// for other calls.
+std::optional<Answer> answerOfHanging(const platform::Call& call);
+
 }  // namespace simulator

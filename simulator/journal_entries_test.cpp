@@ -122,7 +122,7 @@ TEST_F(journal_entries, says_of_a_lost_write_and_action_why) {
 
   EXPECT_EQ(
       lines(),
-      "    0 ms        -  happening 41/0 hang pid:41\n"
+      "    0 ms        -  happening 41/0 hang Notes\n"
       "    0 ms  5000000  write 41/0 AXValue \"one\" LOST: the application did not answer in "
       "time\n"
       "    0 ms  5000000  action 41/0 AXPress LOST: the application did not answer in time\n");

@@ -93,7 +93,7 @@ TEST_F(passing_time, says_what_is_missing_when_it_is_due) {
   press("Send");
   desktop_->advanceTo(2'000'000);
 
-  EXPECT_EQ(journal(), (Lines{" 1000 ms  happening 41/0 in pid:41 remove Log",
+  EXPECT_EQ(journal(), (Lines{" 1000 ms  happening 41/0 in Notes remove Log",
                               " 2000 ms  landing 41/7 set Log \"sent\": finds nothing labelled "
                               "\"Log\""}));
 }
@@ -121,11 +121,11 @@ TEST_F(passing_time, lets_applications_do_by_themselves_whatever_a_press_may_do)
   EXPECT_EQ(held("Log"), "one");
   EXPECT_EQ(
       journal(),
-      (Lines{" 1000 ms  happening 42/0 in pid:42 set Bell \"one\"; after 500ms append "
-             "\" two\" to Bell; in pid:41 set Log value of Bell",
+      (Lines{" 1000 ms  happening 42/0 in Other set Bell \"one\"; after 500ms append "
+             "\" two\" to Bell; in Notes set Log value of Bell",
              " 1500 ms  landing 42/0 append \" two\" to Bell",
-             " 2000 ms  happening 42/0 in pid:42 quit",
-             " 3000 ms  happening 42/0 in pid:42 set Bell \"late\": the application is gone"}));
+             " 2000 ms  happening 42/0 in Other quit",
+             " 3000 ms  happening 42/0 in Other set Bell \"late\": the application is gone"}));
 }
 
 TEST_F(passing_time, repeats_what_happens_as_often_as_it_is_told) {

@@ -4,11 +4,14 @@ import { mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { tasks } from "./agent.mjs";
-import { clientDesk, serverDesk } from "./desks.mjs";
 
 const [way, task, file] = process.argv.slice(2);
 const folder = mkdtempSync(join(tmpdir(), "agent-"));
-const desk = await (way === "client" ? clientDesk : serverDesk)({
+const start =
+  way === "client"
+    ? (await import("./client_desk.mjs")).clientDesk
+    : (await import("./server_desk.mjs")).serverDesk;
+const desk = await start({
   driver: process.env["DRIVER_EXECUTABLE"],
   simulatedMac: process.env["SIMULATED_MAC_EXECUTABLE"],
   lock: join(folder, "lock"),

@@ -6,7 +6,8 @@ import { createInterface } from "node:readline";
 import { fileURLToPath } from "node:url";
 import { SimulatedMac } from "driver-client/testing";
 import { environmentOf, executables, root } from "../macs.mjs";
-import { clientDesk, serverDesk } from "./desks.mjs";
+import { clientDesk } from "./client_desk.mjs";
+import { serverDesk } from "./server_desk.mjs";
 
 export const file = "/Users/ada/minutes.pdf";
 

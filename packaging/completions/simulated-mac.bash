@@ -3,7 +3,7 @@ _simulated_mac() {
   local word=${COMP_WORDS[COMP_CWORD]} files=
   local words=
   if [ "$COMP_CWORD" -eq 1 ]; then
-    words='run serve stop list view report check import screenshot snapshot state tree value journal trace violations fault wait advance clock help lock unlock leave return quit end front hang recover in user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
+    words='run serve stop list view report check import screenshot snapshot state tree value journal trace violations fault failed wait advance clock help lock unlock leave return quit end front hang recover in user remove connect disconnect replug request end-loop withdraw silence invalidate disable --help --version'
   else
     case "${COMP_WORDS[1]}" in
       run) words='--no-pictures --record --seed --sleep --snapshot --virtual'; files=yes ;;

@@ -17,6 +17,7 @@ complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a journal 
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a trace -d 'every call of every process, with its answer'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a violations -d 'the rules of safe input that were broken so far'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a fault -d 'let a call fail, for example windowserver.session 1 absent'
+complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a failed -d 'write into the journal that a test has failed, and why; a report begins with it'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a wait -d 'wait so long, or until something is so, 10s at most without within; in virtual time that moves it'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a advance -d 'let virtual time pass, for example 250us, 100ms or 2s'
 complete -c simulated-mac -n 'test (count (commandline -opc)) -eq 1' -a clock -d 'let virtual time stand, go to the next instant at which anything is due, or go on; as fast as processes do, or at most so many times as fast as real time'

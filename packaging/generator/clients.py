@@ -292,7 +292,8 @@ def py_commands():
     found = list(functions())
     lines = [f"# {HEADER}", "from __future__ import annotations", "",
              "from typing import Any, Awaitable, Callable, List, Literal, Optional, Sequence, Union", "",
-             "from . import contract", "", ""]
+             "from . import contract", "",
+             "# pytest shows a failure where the test calls this module, not in it.", "__tracebackhide__ = True", "", ""]
     for prefix, is_async, wait in (("", False, ""), ("Async", True, "await ")):
         lines += [f"class {prefix}Commands:",
                   '    """Every command as a function, which gives the reply or raises."""', "",

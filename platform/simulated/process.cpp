@@ -1,6 +1,8 @@
 #include "platform/process.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <mutex>
 #include <utility>
 
 #include "platform/loop.h"
@@ -19,9 +21,10 @@ namespace {
 
 /// True for the first flow that ends the process; an exit handler may do so again.
 bool claimTheEnd() {
+  const std::uintptr_t flow = simulated::channel().ownFlow();
   const std::lock_guard lock(state().mutex);
-  if (!state().ending) state().ending = std::this_thread::get_id();
-  return *state().ending == std::this_thread::get_id();
+  if (!state().ending) state().ending = flow;
+  return *state().ending == flow;
 }
 
 void (*lastActOfProcess)() = nullptr;

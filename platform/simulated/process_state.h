@@ -7,7 +7,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <vector>
 
 #include "platform/event_tap.h"
@@ -35,7 +34,7 @@ struct ProcessState {
   std::int64_t lastWork = 0;
   std::int64_t lastSemaphore = 0;
   std::map<std::int64_t, Work> works;
-  std::optional<std::thread::id> ending;  // the flow that ends the process
+  std::optional<std::uintptr_t> ending;  // the flow that ends the process
   std::vector<std::function<void()>> exitHandlers;
   std::function<void(process::Signal)> signalHandler;
   std::map<std::int64_t, tap::Handler> tapHandlers;

@@ -39,6 +39,9 @@ struct Packer {
     for (const ElementId id : ids) list.push_back(packElement(pid, id));
     return tagged(ValueKind::list, Datum(std::move(list)));
   }
+  Datum operator()(std::string&& value) const {
+    return tagged(ValueKind::text, pack(std::move(value)));
+  }
   template <class T>
   Datum operator()(const T& value) const {
     return platform::packPlain(value);
@@ -75,10 +78,10 @@ Message send(Mac& mac, Pid pid) {
 
 platform::WireSlot readSlot(const Mac& mac, Application& application, ElementId id,
                             const std::string& name) {
-  const AttributeResult result = readAttribute(mac.world, application, id, name, mac.now);
+  AttributeResult result = readAttribute(mac.world, application, id, name, mac.now);
   if (name == "AXChildren") afterChildrenWereRead(application, id);
   if (!result.value) return {Datum(), result.error};
-  return {std::visit(Packer{application.pid}, *result.value), ax::Error::success};
+  return {std::visit(Packer{application.pid}, *std::move(result.value)), ax::Error::success};
 }
 
 bool gone(const World& world, const Application& application, ElementId id) {

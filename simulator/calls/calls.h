@@ -19,8 +19,10 @@ using Function = Answer(Mac& mac, Client& client, const Arguments& arguments);
 SEAM_CALLS(DECLARATION)
 #undef DECLARATION
 
-/// The answer of a call that throws an error of that description.
+/// The answer of a call that throws an error of that description; and of one that might have, and
+/// gives this.
 Answer thrown(const char* description);
+Answer returned(driver::Datum value);
 
 }  // namespace calls
 

@@ -2,6 +2,7 @@
 
 #include "simulator/calls/calls.h"
 #include "simulator/drawing/digest.h"
+#include "simulator/drawing/drawn_pictures.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/mac/recording_question.h"
 
@@ -11,14 +12,6 @@ using driver::Datum;
 using driver::pack;
 
 namespace {
-
-template <class T>
-Answer result(const T& value) {
-  Datum::List parts;  // a platform::Thrown, put together without copies
-  parts.emplace_back();
-  parts.push_back(pack(value));
-  return {Datum(std::move(parts)), 0};
-}
 
 std::optional<share::Owner> ownerOf(const World& world, const Window& window) {
   const Application* application = findApplication(world, window.owner);
@@ -88,6 +81,9 @@ std::optional<Picture> displayPicture(const World& world, const platform::WireFi
 
 Answer thrown(const char* description) { return {pack(platform::Thrown{description, Datum()}), 0}; }
 
+// A platform::Thrown, put together without copies.
+Answer returned(Datum value) { return {driver::listOf(Datum(), std::move(value)), 0}; }
+
 Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   const bool onScreenOnly = arguments.get<share::Shown>(1) == share::Shown::onScreen;
   const World& world = mac.world;
@@ -101,7 +97,7 @@ Answer shareContent(Mac& mac, Client& /*client*/, const Arguments& arguments) {
   for (const Display& display : world.displays) {
     content.displays.push_back({display.id, display.frame});
   }
-  return result(content);
+  return returned(pack(std::move(content)));
 }
 
 Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
@@ -120,13 +116,13 @@ Answer screenshot(Mac& mac, Client& client, const Arguments& arguments) {
               .window = window,
               .what = filter.kind == 0 ? "window" : "display"});
   client.pictures.emplace(++mac.numbers, std::move(*picture));
-  return result(mac.numbers);
+  return returned(pack(mac.numbers));
 }
 
-Answer pngOfImage(Mac& mac, Client& client, const Arguments& arguments) {
+Answer pngOfImage(Mac& /*mac*/, Client& client, const Arguments& arguments) {
   const auto picture = client.pictures.find(arguments.get<std::int64_t>(0));
   if (picture == client.pictures.end()) return {};
-  const auto png = mac.drawn.png(picture->second);
+  const auto png = drawnPictures().png(picture->second);
   return {pack(png ? std::optional(*png) : std::nullopt), 0};
 }
 

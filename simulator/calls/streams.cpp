@@ -29,8 +29,6 @@ constexpr const char* invalidParameter =
 constexpr process::Version childWindowsSince{14, 2};
 constexpr std::int64_t queueDepthMax = 8;
 
-Answer result(const Datum& value) { return {pack(platform::Thrown{std::nullopt, value}), 0}; }
-
 /// The one window of the filter, if it can be shared.
 const Window* sourceOf(const World& world, const platform::WireFilter& filter) {
   if (filter.kind != 0 || filter.windows.size() != 1) return nullptr;
@@ -83,7 +81,7 @@ Answer startStream(Mac& mac, Client& client, const Arguments& arguments) {
   mac.world.sharings.push_back(
       {++mac.numbers, client.pid, window->number, window->owner, configuration, mac.now});
   note(mac, mac.world.sharings.back(), "start " + describe(configuration), "");
-  return result(pack(mac.numbers));
+  return returned(pack(mac.numbers));
 }
 
 Answer updateFilter(Mac& mac, Client& client, const Arguments& arguments) {
@@ -93,7 +91,7 @@ Answer updateFilter(Mac& mac, Client& client, const Arguments& arguments) {
   if (window == nullptr) return thrown(noSource);
   shareInPlace(*sharing, *window, mac.now);
   note(mac, *sharing, "move here", "");
-  return result(Datum());
+  return returned(Datum());
 }
 
 Answer updateConfiguration(Mac& mac, Client& client, const Arguments& arguments) {
@@ -103,7 +101,7 @@ Answer updateConfiguration(Mac& mac, Client& client, const Arguments& arguments)
   if (!isValid(mac.world, configuration)) return thrown(invalidParameter);
   sharing->configuration = configuration;
   note(mac, *sharing, "configure " + describe(configuration), "");
-  return result(Datum());
+  return returned(Datum());
 }
 
 Answer stopStream(Mac& mac, Client& client, const Arguments& arguments) {
@@ -111,7 +109,7 @@ Answer stopStream(Mac& mac, Client& client, const Arguments& arguments) {
   if (sharing == nullptr) return thrown(notStoppable);
   note(mac, *sharing, "stop", std::to_string(framesOf(*sharing, mac.now)) + " frames");
   mac.world.sharings.erase(mac.world.sharings.begin() + (sharing - mac.world.sharings.data()));
-  return result(Datum());
+  return returned(Datum());
 }
 
 Answer nextStop(Mac& /*mac*/, Client& client, const Arguments& /*arguments*/) {

@@ -5,11 +5,13 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 
 #include "simulator/companion/failure.h"
 #include "simulator/companion/state.h"
 #include "simulator/companion/trace_text.h"
 #include "simulator/companion/tree.h"
+#include "simulator/drawing/drawn_pictures.h"
 #include "simulator/drawing/pictures.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/rules/left_behind.h"
@@ -23,6 +25,7 @@ namespace companion {
 namespace {
 
 using nlohmann::json;
+using simulator::JournalEntry;
 using Words = std::vector<std::string>;
 
 /// A journal or a trace is given from its end, at most this much of it.
@@ -40,8 +43,8 @@ struct Request {
 ControlAnswer line(const json& object) { return {true, {simulator::jsonLine(object)}, 0}; }
 
 ControlAnswer screenshot(const Request& request) {
-  simulator::Mac& mac = request.desktop.mac();
-  const auto png = mac.drawn.png(simulator::screenPicture(mac.world));
+  const simulator::World& world = request.desktop.mac().world;
+  const auto png = simulator::drawnPictures().png(simulator::screenPicture(world));
   if (!png) throw Failure("no display can be seen, or they are larger than 16,384 pixels");
   return {true, {*png}, 0};
 }
@@ -129,7 +132,16 @@ ControlAnswer fault(const Request& request) {
   }
   const auto parsed = simulator::parseFault(text, request.desktop.mac().world);
   request.desktop.addFault(parsed);
+  simulator::enter(request.desktop.mac(), {.kind = JournalEntry::Kind::fault,
+                                           .what = "armed",
+                                           .outcome = simulator::faultText(parsed)});
   return line({{"fault", simulator::faultText(parsed)}, {"ok", true}});
+}
+
+ControlAnswer failed(const Request& request) {
+  if (request.words.size() != 2) throw Failure("\"failed\" needs a text");
+  tellOfFailure(request.desktop, request.words[1]);
+  return line({{"ok", true}});
 }
 
 ControlAnswer advance(const Request& request) {
@@ -177,7 +189,7 @@ struct ControlCommand {
 };
 
 /// Any other command is a happening.
-constexpr std::array<ControlCommand, 11> controlCommands = {{
+constexpr std::array<ControlCommand, 12> controlCommands = {{
     {"screenshot", screenshot},
     {"snapshot", snapshot},
     {"state", state},
@@ -187,6 +199,7 @@ constexpr std::array<ControlCommand, 11> controlCommands = {{
     {"trace", trace},
     {"violations", violations},
     {"fault", fault},
+    {"failed", failed},
     {"advance", advance},
     {"wait", wait},
 }};
@@ -209,14 +222,23 @@ std::string causeOf(const simulator::WorldError& error) {
 
 }  // namespace
 
-ControlAnswer answerTo(const Wait& wait, bool hasCome, Microseconds since, Microseconds now) {
+ControlAnswer answerTo(Desktop& desktop, const Wait& wait, bool hasCome, Microseconds since) {
   constexpr double millisecond = 1000;
+  const Microseconds now = desktop.mac().now;
   const double waited = static_cast<double>(now - since) / millisecond;
   if (hasCome || !wait.isMet) {
     return line(
         {{"now", static_cast<double>(now) / millisecond}, {"ok", true}, {"waited", waited}});
   }
-  return {false, {failureLine("waited " + json(waited).dump() + " ms in vain: " + wait.what)}, 0};
+  const std::string inVain = "waited " + json(waited).dump() + " ms in vain";
+  simulator::enter(
+      desktop.mac(),
+      {.kind = JournalEntry::Kind::wait, .what = "until " + wait.what, .outcome = inVain});
+  return {false, {failureLine(inVain + ": " + wait.what)}, 0};
+}
+
+void tellOfFailure(Desktop& desktop, std::string text) {
+  simulator::enter(desktop.mac(), {.kind = JournalEntry::Kind::failure, .text = std::move(text)});
 }
 
 ControlAnswer control(Desktop& desktop, Scheduler::Time time, const Words& words) {

@@ -27,8 +27,11 @@ struct ControlAnswer {
   std::optional<Wait> wait = {};  // in place of all that: what is to come before the answer
 };
 
-/// The answer to `wait`, which began at `since`.
-ControlAnswer answerTo(const Wait& wait, bool hasCome, Microseconds since, Microseconds now);
+/// The answer to `wait`, which began at `since` and ends now. A wait in vain is in the journal.
+ControlAnswer answerTo(Desktop& desktop, const Wait& wait, bool hasCome, Microseconds since);
+
+/// A test, or the command that a Mac was started for, has failed: the journal says so.
+void tellOfFailure(Desktop& desktop, std::string text);
 
 /// Carries out one command to the Mac, given as its words: "journal", "fault" and its text, a
 /// happening, and so on, as docs/SIMULATED_MAC.md lists them. What is wrong with a command is its

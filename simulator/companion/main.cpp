@@ -16,6 +16,7 @@
 #include "simulator/companion/report.h"
 #include "simulator/companion/serving.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/nearest.h"
 
 namespace companion {
 
@@ -91,6 +92,9 @@ constexpr std::array commands = {
             "let a call fail, for example windowserver.session 1 absent",
             "a world says what is there, a fault which answer a process gets", 1, unlimited,
             controlCommand},
+    Command{"failed", "TEXT",
+            "write into the journal that a test has failed, and why: a report begins with it",
+            "a world does not know what its test expects", 1, 1, controlCommand},
     Command{"wait",
             "TIME|until APP [shows TEXT|window TITLE|element LABEL|value LABEL TEXT] [gone] "
             "[within TIME]",
@@ -110,8 +114,8 @@ constexpr Command happeningCommand = {"", "", "", "", 0, unlimited, controlComma
 constexpr const char* introduction =
     "simulated-mac: a Mac for tests, as the driver sees one\n"
     "\n"
-    "  simulated-mac run world.txt -- driver session\n"
-    "  export SIMULATED_MAC=$(simulated-mac serve world.txt &)\n"
+    "  simulated-mac run desk.world -- driver session\n"
+    "  export SIMULATED_MAC=$(simulated-mac serve desk.world &)\n"
     "\n"
     "WORLD is a file that describes the Mac, or - for standard input. Time is real, or with\n"
     "--virtual passes only while every process waits. APP is an application's name or pid:N.\n"
@@ -156,6 +160,15 @@ std::string usage() {
     if (name != "stop") names += "|" + std::string(name);
   }
   return "usage: simulated-mac " + names + " ...; \"simulated-mac --help\" tells more";
+}
+
+/// For a word that is nearly one of the commands.
+std::string meantBy(const std::string& word) {
+  Words names = {"help", "--help", "--version"};
+  for (const Command& command : commands) names.emplace_back(command.name);
+  for (const std::string_view name : happeningNames(canBeTold)) names.emplace_back(name);
+  const std::string meant = simulator::nearest(word, names);
+  return meant.empty() ? "" : "; did you mean '" + meant + "'?";
 }
 
 int help(const Words& words);
@@ -224,7 +237,7 @@ int main(const Words& words) {
   }
   // What may follow, the Mac knows best: applications, for example, are its own.
   if (beginsHappening(words[0])) return carryOut(happeningCommand, words);
-  return fail("unknown command: " + words[0] + "; " + usage());
+  return fail("unknown command: " + words[0] + meantBy(words[0]) + "; " + usage());
 }
 
 }  // namespace

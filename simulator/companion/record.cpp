@@ -30,9 +30,10 @@ using simulator::Picture;
 using Kind = JournalEntry::Kind;
 
 /// Whether the screens are looked at when such an entry is kept: before a run and after it, with
-/// each reply, and when anything happened by itself.
+/// each reply, when anything happened by itself, and when a test has failed or waited in vain.
 bool isOccasion(Kind kind) {
-  return kind == Kind::process || kind == Kind::reply || kind == Kind::happening;
+  return kind == Kind::process || kind == Kind::reply || kind == Kind::happening ||
+         kind == Kind::wait || kind == Kind::failure;
 }
 
 /// What is told of a Mac before anything has happened in it.

@@ -294,7 +294,7 @@ void Server::await(Client& client, const Wait& wait) {
     const Microseconds present = desktop_.mac().now;
     const bool hasCome = wait.isMet && wait.isMet(desktop_.mac().world);
     if (!hasCome && present < since + wait.length) return std::nullopt;
-    return datumOf(answerTo(wait, hasCome, since, present));
+    return datumOf(answerTo(desktop_, wait, hasCome, since));
   });
 }
 

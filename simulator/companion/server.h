@@ -49,6 +49,9 @@ class Server {
 
   const simulator::Desktop& desktop() const { return desktop_; }
 
+  /// The command that the Mac was started for has failed.
+  void tellOfFailure(const std::string& text) { companion::tellOfFailure(desktop_, text); }
+
  private:
   enum class Kind { unknown, process, furtherFlow, control };
 

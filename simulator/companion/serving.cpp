@@ -22,6 +22,7 @@
 #include "simulator/companion/signals.h"
 #include "simulator/companion/socket.h"
 #include "simulator/companion/world_file.h"
+#include "simulator/mac/datum_text.h"
 #include "simulator/snapshot/snapshot.h"
 #include "simulator/snapshot/world_text.h"
 
@@ -122,6 +123,14 @@ std::optional<int> statusOf(pid_t child) {
   return WIFSIGNALED(status) ? signalledBase + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+/// Whoever looks back on a run sees at once that its command has failed.
+void tellHowItEnded(Server& server, const std::vector<std::string>& command, int status) {
+  if (status == 0) return;
+  std::string text = "the command ended with status " + std::to_string(status) + ":";
+  for (const std::string& word : command) text += " " + simulator::shellWord(word);
+  server.tellOfFailure(text);
+}
+
 /// What was sent to this process alone is meant for the command; what a terminal sends, the command
 /// gets by itself.
 void passOn(const signalfd_siginfo& signal, pid_t child) {
@@ -218,6 +227,7 @@ int runCommand(const std::vector<std::string>& words) {
       if (signal->ssi_signo != SIGCHLD) {
         passOn(*signal, child);
       } else if (const auto status = statusOf(child)) {
+        tellHowItEnded(mac.server(), options.command, *status);
         mac.end();
         return *status;
       }

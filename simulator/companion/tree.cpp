@@ -10,6 +10,7 @@
 #include "simulator/mac/datum_text.h"
 #include "simulator/mac/json_text.h"
 #include "simulator/world/elements.h"
+#include "simulator/world/roles.h"
 
 namespace companion {
 
@@ -222,6 +223,36 @@ std::vector<json> treeOf(const World& world, const Application& application) {
   return lines;
 }
 
+constexpr std::size_t choicesMax = 5;
+
+/// For who has to choose: "AXButton at 10,20 size 60x24".
+std::string choiceText(const Element& element) {
+  return element.role + (element.frame ? placeText(placeJson(*element.frame)) : "");
+}
+
+/// The one element with this label.
+const Element* labelled(const Application& application, const std::string& label) {
+  std::vector<const Element*> found;
+  const auto add = [&](bool windows) {
+    for (const Element& each : application.elements) {
+      const bool isMeant = !each.removed && simulator::isWindowRole(each.role) == windows &&
+                           simulator::labelOf(each) == label;
+      if (isMeant) found.push_back(&each);
+    }
+  };
+  add(false);
+  if (found.empty()) add(true);
+  if (found.empty()) throw Failure("no element is labelled \"" + label + "\"");
+  if (found.size() == 1) return found.front();
+  std::string choices;
+  for (std::size_t i = 0; i < std::min(found.size(), choicesMax); ++i) {
+    choices += (i == 0 ? "" : ", ") + choiceText(*found[i]);
+  }
+  throw Failure(std::to_string(found.size()) + " elements are labelled \"" + label +
+                "\": " + choices + (found.size() > choicesMax ? ", …" : "") +
+                "; \"simulated-mac tree\" shows their values");
+}
+
 }  // namespace
 
 std::vector<std::string> treeLines(const World& world, const Application& application) {
@@ -243,11 +274,7 @@ std::vector<std::string> treeText(const World& world, const Application& applica
 }
 
 std::string valueLine(const Application& application, const std::string& label) {
-  const auto& elements = application.elements;
-  const auto found = std::find_if(elements.begin(), elements.end(), [&](const Element& each) {
-    return !each.removed && simulator::labelOf(each) == label;
-  });
-  if (found == elements.end()) throw Failure("no element is labelled \"" + label + "\"");
+  const Element* found = labelled(application, label);
   const auto value = found->attributes.find("AXValue");
   return simulator::jsonLine(
       {{"element", found->id},

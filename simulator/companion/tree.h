@@ -17,8 +17,9 @@ std::vector<std::string> treeLines(const simulator::World& world,
 std::vector<std::string> treeText(const simulator::World& world,
                                   const simulator::Application& application);
 
-/// The AXValue of the first element with this label, with what the element is, as one line of JSON.
-/// Throws Failure when there is no such element.
+/// The AXValue of the element with this label, with what the element is, as one line of JSON. A
+/// window counts only when no other element has its title for a label. Throws Failure when there is
+/// no such element, or more than one.
 std::string valueLine(const simulator::Application& application, const std::string& label);
 
 /// The application with this name, or `pid:N`; also one that has quit. Throws Failure.

@@ -1,8 +1,12 @@
 #include "simulator/drawing/covers.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <map>
 #include <numbers>
 #include <string>
+#include <tuple>
 
 #include "simulator/drawing/canvas.h"
 #include "simulator/drawing/desktop.h"
@@ -182,10 +186,20 @@ void drawPortrait(Canvas& canvas, const Portrait& portrait, const Rect& frame) {
   }
 }
 
+// A text always measures the same, and to shape it takes longer than all else that a guard asks for
+// before it covers the screens.
 Size labelSize(const std::string& text, const cover::Font& font) {
+  constexpr std::size_t knownMax = 1000;
+  using Key = std::tuple<std::string, std::uint64_t, cover::Weight>;
+  static std::map<Key, Size> known;
+  const Key key(text, std::bit_cast<std::uint64_t>(font.size), font.weight);
+  if (const auto found = known.find(key); found != known.end()) return found->second;
   Canvas canvas(1, 1, {0, 0, 1, 1});
-  return {std::ceil(canvas.textWidth(text, styleOf(font))) + labelMargin,
-          std::ceil(lineHeight * font.size)};
+  const Size size{std::ceil(canvas.textWidth(text, styleOf(font))) + labelMargin,
+                  std::ceil(lineHeight * font.size)};
+  if (known.size() == knownMax) known.clear();
+  known[key] = size;
+  return size;
 }
 
 void drawCover(Canvas& canvas, const Cover& cover) {

@@ -168,6 +168,20 @@ TEST(changing_looks, follow_menus_that_open) {
   EXPECT_FALSE(looksAlike(open, hovered));
 }
 
+TEST(changing_looks, follow_rows_by_their_own_texts) {
+  const auto withRow = [](const std::string& label, const std::string& text) {
+    return notesWith("    AXRow \"" + label +
+                     "\" at 20,40 size 200x30\n      AXCell at 20,40 size " +
+                     "200x30\n        AXStaticText at 30,45 size 90x20 value \"" + text + "\"\n" +
+                     "      AXButton at 130,45 size 60x20\n        AXStaticText at 130,45 size " +
+                     "60x20 value \"Go\"");
+  };
+
+  EXPECT_TRUE(looksAlike(withRow("Ada, unread", "Ada"), withRow("Ada", "Ada")));
+  EXPECT_FALSE(looksAlike(withRow("Ada", "Ada"), withRow("Ada", "Grace")));
+  EXPECT_FALSE(looksAlike(withRow("Ada", ""), withRow("Grace", "")));
+}
+
 TEST(changing_looks, follow_rows_whose_controls_come_with_the_pointer) {
   const std::string row = "    AXGroup at 20,40 size 200x30\n";
   const World with = notesWith(row + "      AXButton \"X\" at 30,45 size 20x20 while hovered");

@@ -23,4 +23,9 @@ std::shared_ptr<const std::string> DrawnPictures::png(const Picture& picture) {
   return drawn_.back().png;
 }
 
+DrawnPictures& drawnPictures() {
+  static DrawnPictures drawn;
+  return drawn;
+}
+
 }  // namespace simulator

@@ -28,4 +28,7 @@ class DrawnPictures {
   std::deque<Drawn> drawn_;  // in the order in which they were last asked for
 };
 
+/// Those of this process. Its Macs, of which tests have thousands, show mostly the same.
+DrawnPictures& drawnPictures();
+
 }  // namespace simulator

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <set>
 
 #include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
@@ -180,6 +182,36 @@ ElementLook elementLook(const WindowPicture& picture, const Element& element, co
   return look;
 }
 
+/// It holds the parts of a row, and shows nothing of its own over them.
+bool holdsParts(std::string_view role) {
+  return role == "AXGroup" || role == "AXCell" || role == "AXRow";
+}
+
+bool hasText(const Element& element) {
+  const auto value = element.attributes.find("AXValue");
+  if (value == element.attributes.end()) return false;
+  const auto* text = std::get_if<std::string>(&value->second);
+  return text != nullptr && !text->empty();
+}
+
+/// The rows and cells whose texts are elements of their own. Such a row shows these, as a real list
+/// does, and its label is for accessibility alone.
+std::set<ElementId> rowsWithTexts(const WindowPicture& picture) {
+  std::set<ElementId> rows;
+  std::map<ElementId, const Element*> holders;
+  for (const Element& each : picture.elements) {
+    if (holdsParts(each.role)) holders.emplace(each.id, &each);
+  }
+  for (const Element& each : picture.elements) {
+    if (each.role != "AXStaticText" || !hasText(each)) continue;
+    for (auto holder = holders.find(each.parent); holder != holders.end();
+         holder = holders.find(holder->second->parent)) {
+      if (!rows.insert(holder->first).second) break;
+    }
+  }
+  return rows;
+}
+
 ElementId hoveredElement(const WindowPicture& picture) {
   if (!picture.window.hover) return 0;
   const auto found =
@@ -220,11 +252,17 @@ std::optional<WindowLook> lookOf(const Picture& picture, const WindowPicture& pi
   look.scrolledLines = {finiteOrNone(window.scrolledLines.x), finiteOrNone(window.scrolledLines.y)};
   look.sharedAs = std::string_view(picturedWindow.sharedAs).substr(0, mostBytes);
   const ElementId hovered = hoveredElement(picturedWindow);
+  const std::set<ElementId> withTexts = rowsWithTexts(picturedWindow);
   look.elements.reserve(picturedWindow.elements.size());
   for (const Element& element : picturedWindow.elements) {
     if (!isDrawn(element, look.frame)) continue;
     const auto elementFrame = clamped(*element.frame, look.frame);
     look.elements.push_back(elementLook(picturedWindow, element, *elementFrame, hovered));
+    ElementLook& added = look.elements.back();
+    if (added.control == Control::row && withTexts.contains(element.id)) {
+      added.label = {};
+      added.text = {};
+    }
   }
   return look;
 }

@@ -1,9 +1,7 @@
 #include "simulator/drawing/pictures.h"
 
 #include <cairo.h>
-#include <fontconfig/fontconfig.h>
 #include <gtest/gtest.h>
-#include <pango/pangocairo.h>
 
 #include <cmath>
 #include <cstring>
@@ -19,20 +17,6 @@ namespace {
 
 using testing_support::desk;
 using testing_support::windowOnGrey;
-
-/// Fonts that the libraries keep for the next picture are given back, so that what is still held at
-/// the end of the tests is a leak.
-class FontsGoneAtEnd : public testing::Environment {
- public:
-  void TearDown() override {
-    pango_cairo_font_map_set_default(nullptr);
-    cairo_debug_reset_static_data();
-    FcFini();
-  }
-};
-
-[[maybe_unused]] const testing::Environment* const fontsGoneAtEnd =
-    testing::AddGlobalTestEnvironment(new FontsGoneAtEnd);
 
 /// The pixel of a PNG as 0xRRGGBB.
 class Pixels {

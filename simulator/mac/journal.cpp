@@ -1,7 +1,7 @@
 #include "simulator/mac/journal.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -16,18 +16,19 @@ using Kind = JournalEntry::Kind;
 
 /// The kinds, in their order, as a journal's line calls them.
 constexpr const char* kindNames[] = {
-    "event",   "focus",     "key",        "input",   "action", "write",  "landing",
-    "capture", "sharing",   "pasteboard", "cover",   "awake",  "screen", "policy",
-    "file",    "happening", "process",    "request", "reply",  "fault",  "violation",
+    "event",   "focus",      "key",   "input", "action",    "write",  "landing", "capture",
+    "sharing", "pasteboard", "cover", "awake", "screen",    "policy", "file",    "happening",
+    "process", "request",    "reply", "fault", "violation", "wait",   "failure",
 };
-static_assert(std::size(kindNames) == static_cast<std::size_t>(Kind::violation) + 1);
+static_assert(std::size(kindNames) == static_cast<std::size_t>(Kind::failure) + 1);
 
 const char* nameOf(Kind kind) { return kindNames[static_cast<std::size_t>(kind)]; }
 
 std::string number(double value) {
   std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.15g", value);
-  return text.data();
+  char* const start = text.data();
+  const auto end = std::to_chars(start, start + text.size(), value, std::chars_format::general, 15);
+  return {start, end.ptr};
 }
 
 /// Of a text a line for people shows no more than this.
@@ -57,6 +58,7 @@ std::string objectOf(const JournalEntry& entry) {
     case Kind::pasteboard:
     case Kind::request:
     case Kind::reply:
+    case Kind::failure:
       return entry.text.empty() ? text : text + " " + textIn(entry);
     default:
       return text;
@@ -82,7 +84,8 @@ std::string deedOf(const JournalEntry& entry) {
   line += objectOf(entry) + commandLineOf(entry);
   if (entry.landed && !*entry.landed) return line + " LOST: " + entry.outcome;
   const bool tells = entry.landed.value_or(false) || entry.kind == Kind::happening ||
-                     entry.kind == Kind::process || entry.kind == Kind::fault;
+                     entry.kind == Kind::process || entry.kind == Kind::fault ||
+                     entry.kind == Kind::wait;
   return tells && !entry.outcome.empty() ? line + ": " + entry.outcome : line;
 }
 
@@ -138,6 +141,8 @@ std::string effectLine(const JournalEntry& entry, Microseconds start) {
     case Kind::reply:
     case Kind::fault:
     case Kind::violation:
+    case Kind::wait:
+    case Kind::failure:
       return "";
     default:
       return printable(timeOf(entry.at - start) + deedOf(entry));

@@ -34,8 +34,10 @@ struct JournalEntry {
     process,     // one that joins or ends
     request,     // what a process read from its standard input
     reply,       // a line that a process wrote to its standard output
-    fault,       // one that struck
+    fault,       // one that struck, or that a test has armed
     violation,   // a rule of safe input that was broken
+    wait,        // of a test, that was in vain
+    failure,     // of a test, or of the command that the Mac was started for
   };
 
   std::int64_t number = 0;  // from 1; no entry gets one twice

@@ -40,6 +40,11 @@ TEST(effectLine, says_what_was_done_and_what_came_of_it) {
   EXPECT_EQ(effectLine(file, 0), "    0 ms  file /tmp/a.png");
 }
 
+TEST(effectLine, leaves_out_what_is_told_of_tests) {
+  EXPECT_EQ(effectLine({.kind = Kind::wait, .what = "until Mail gone"}, 0), "");
+  EXPECT_EQ(effectLine({.kind = Kind::failure, .text = "no answer"}, 0), "");
+}
+
 TEST(effectLine, is_relative_to_a_start_and_leaves_captures_out) {
   EXPECT_EQ(effectLine(record, 30'000), "   10 ms  focus 41/7 give");
   EXPECT_EQ(effectLine(capture, 0), "");

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/call.h"
-#include "simulator/drawing/drawn_pictures.h"
+#include "simulator/drawing/picture.h"
 #include "simulator/mac/journal.h"
 #include "simulator/world/tap_line.h"
 #include "simulator/world/world.h"
@@ -87,8 +87,7 @@ struct Mac {
   TapLine tapLine = {};
   std::optional<ComingLock> comingLock = std::nullopt;
   std::optional<Microseconds> screensChanged = std::nullopt;  // when they last did
-  DrawnPictures drawn = {};
-  std::int64_t entries = 0;               // that the journal ever had
+  std::int64_t entries = 0;                                   // that the journal ever had
   Microseconds lastNews = 0;              // when the latest entry came that tells of something new
   std::set<Pid> killed = {};              // processes that were, and that held something then
   std::vector<std::string> arrived = {};  // what came of input during the present happening

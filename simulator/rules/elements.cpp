@@ -11,18 +11,6 @@ using platform::Function;
 
 namespace {
 
-bool isEnabling(const std::string& attribute) {
-  return attribute == "AXManualAccessibility" || attribute == "AXEnhancedUserInterface";
-}
-
-/// A write that names no attribute is none: the world refuses it.
-bool actsOnElement(const Call& call) {
-  if (call.function == Function::axPerform) return true;
-  const Arguments arguments(call);
-  return call.function == Function::axSetAttribute && arguments.count() > 1 &&
-         !isEnabling(arguments.text(1));
-}
-
 bool hasTreeOnDemand(const Application& application) {
   return application.kind == ApplicationKind::chromium || application.treeOnDemand;
 }
@@ -65,7 +53,7 @@ void ElementRules::checkTree(const Call& call, Violations& violations) const {
 /// The answers do not matter: an application may reject the attributes and enable its tree.
 void ElementRules::noteWrite(const Call& call) {
   const Arguments arguments(call);
-  if (arguments.count() < 2 || !isEnabling(arguments.text(1))) return;
+  if (arguments.count() < 2 || !isEnablingAttribute(arguments.text(1))) return;
   enabling_[arguments.get<ElementReference>(0).pid].insert(arguments.text(1));
 }
 

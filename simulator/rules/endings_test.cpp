@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/broken_run.h"
 
 /// Runs that end wrongly, or touch what they must not, and the rule that each of them breaks.
@@ -160,6 +162,36 @@ TEST_F(broken_run, that_captures_a_window_outside_the_scope) {
   capture({7, 8});
 
   EXPECT_EQ(end(done), Sentences{"I11: a window outside the scope is captured"});
+}
+
+TEST_F(broken_run, that_acts_on_an_element_outside_the_scope) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41
+        window 7 "Inbox" at 100,100 size 200x200
+            AXButton "Send"
+        window 8 "Outbox" at 100,100 size 200x200
+            AXButton "Send"
+        window 9 at 100,140 size 200x50 sheet of 7
+            AXButton "OK"
+        menu "File" > "Print"
+)");
+  client_.environment["CU_WINDOW"] = "inbox";
+  const auto elementIn = [&](WindowNumber window) {
+    const auto& elements = mac_.world.applications.front().elements;
+    const auto found = std::find_if(elements.begin(), elements.end(), [&](const Element& each) {
+      return each.window == window && each.role != "AXWindow" && each.role != "AXSheet";
+    });
+    return pack(platform::ElementReference{41, found->id});
+  };
+  checkSession();
+  for (const WindowNumber window : {7U, 9U, 0U}) {
+    call(Function::axPerform, {elementIn(window), pack("AXPress")}, pack(ax::Outcome{}));
+  }
+  call(Function::axAttribute, {elementIn(8), pack("AXRole")});
+  EXPECT_EQ(violations_, Sentences{});
+  call(Function::axPerform, {elementIn(8), pack("AXPress")}, pack(ax::Outcome{}));
+
+  EXPECT_EQ(violations_, Sentences{"I11: an act on an element outside the scope"});
 }
 
 TEST_F(broken_run, that_asks_a_hung_application_a_third_time) {

@@ -42,6 +42,7 @@ void GuardRules::takeItem(const WireItem& item) {
     reenableOwed_ = true;
   } else {
     event_ = item.event;
+    hasReturned_ = hasReturned_ || (isUsers(item.event) && endings_ == 0);
     lockAsked_ = false;
     waited_ = 0;
   }
@@ -125,7 +126,9 @@ void GuardRules::checkEndingLine(const std::string& by, Violations& violations) 
   const bool isUsers = by == "user" || by == "grace";
   ++endings_;
   usersEndings_ += isUsers ? 1 : 0;
-  if (endings_ - usersEndings_ > 1 || usersEndings_ > 1 || (isUsers && endings_ > 1)) {
+  // Whoever returned first may still wait for the lock while another reason is written.
+  const bool isLate = isUsers && endings_ > 1 && !hasReturned_;
+  if (endings_ - usersEndings_ > 1 || usersEndings_ > 1 || isLate) {
     violations.push_back("I16: the guard says more than once why it ends");
   }
 }
@@ -142,17 +145,23 @@ void GuardRules::checkLine(const std::string& line, Violations& violations) {
     if (!graceTaken_) violations.push_back("I16: grace when there is none");
     return;
   }
-  if (reply.value("relocked", false) != hasLockedSinceLine()) {
+  if (!tellsOfLock(reply.value("relocked", false))) {
     violations.push_back("I16: \"relocked\" is not what the lock before it gave");
   }
-  locksReported_ = locks_.size();
 }
 
-/// What the newest call of the lock has given, that no line has told of; one that has not come back
-/// yet has given nothing.
-bool GuardRules::hasLockedSinceLine() const {
-  if (locks_.size() == locksReported_) return false;
-  return locks_.back().due <= run_.mac.now && locks_.back().status == 0;
+/// A line tells of a call of the lock that has come back, and of which no line before it has told:
+/// another flow may have begun a further one, or two may come back at once. Where none has come
+/// back, the screen is not locked yet.
+bool GuardRules::tellsOfLock(bool relocked) {
+  bool isBack = false;
+  for (std::size_t i = locksReported_; i < locks_.size() && locks_[i].due <= run_.mac.now; ++i) {
+    isBack = true;
+    if ((locks_[i].status == 0) != relocked) continue;
+    locksReported_ = i + 1;
+    return true;
+  }
+  return !isBack && !relocked;
 }
 
 void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violations& /*violations*/) {
@@ -174,6 +183,10 @@ void GuardRules::after(const ObservedCall& seen, const Answer& answer, Violation
   if (call.function == Function::enableTap) {
     reenableOwed_ = false;
     if (!tapStarted_) tapStarted_ = run_.mac.now;
+  }
+  // Grace begins once the system has said that the tap works, for which it may take its time.
+  if (call.function == Function::tapIsEnabled && !watches_) {
+    tapStarted_ = run_.mac.now + answer.delay;
   }
 }
 

@@ -36,11 +36,11 @@ class GuardRules : public Rule {
   void checkVerdict(const platform::Call& call, Violations& violations);
   void checkLine(const std::string& line, Violations& violations);
   void checkEndingLine(const std::string& by, Violations& violations);
-  bool hasLockedSinceLine() const;
+  bool tellsOfLock(bool relocked);
   void takeItem(const platform::WireItem& item);
   void noteWait(const platform::Call& call);
 
-  std::optional<Microseconds> tapStarted_;  // when the tap was enabled first
+  std::optional<Microseconds> tapStarted_;  // when the tap was enabled first, and seen to work
   bool watches_ = false;                    // the first line has been tried to write
   bool reenableOwed_ = false;
   std::optional<tap::Event> event_;               // that the tap looks at, until its verdict
@@ -54,6 +54,7 @@ class GuardRules : public Rule {
   int locksBegun_ = 0;             // calls of it
   std::vector<LockCall> locks_;    // of these, answered now or later
   std::size_t locksReported_ = 0;  // of these, told by a line
+  bool hasReturned_ = false;       // the user, before any such line
   int endings_ = 0;                // lines that say why the guard ends
   int usersEndings_ = 0;           // of these, by the user's return
   bool graceTaken_ = false;        // the user came back while grace lasted

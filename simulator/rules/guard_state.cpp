@@ -25,6 +25,11 @@ constexpr Microseconds heldInputMax = 3'000'000;
 
 constexpr std::uint64_t keyDown = tap::maskOf(quartz::EventType::keyDown);
 
+bool isAboutTap(Function function) {
+  return function == Function::axTrusted || function == Function::tapCanBeMade ||
+         function == Function::tapIsEnabled;
+}
+
 /// Notes whether what should not be is so now. True once it has been so for longer than `until`.
 bool lastsTooLong(bool isSo, std::optional<Microseconds>& since, Microseconds now,
                   Microseconds until) {
@@ -74,9 +79,9 @@ bool GuardStateRules::isWatched() const {
 Microseconds GuardStateRules::coveredUntil() const {
   const Mac& mac = run_.mac;
   if (!mac.screensChanged) return 0;
-  // What comes once the lock has been asked for is covered by the login window.
-  if (mac.comingLock && *mac.screensChanged >= mac.comingLock->asked) return mac.comingLock->due;
-  return *mac.screensChanged + newScreenMax;
+  const Microseconds known = std::max(*mac.screensChanged + newScreenMax, answered_);
+  // A guard that has asked for the lock by then leaves the screen to the login window.
+  return lock_ && lock_->asked <= known ? std::max(known, lock_->due) : known;
 }
 
 void GuardStateRules::before(const ObservedCall& seen, Violations& violations) {
@@ -92,6 +97,10 @@ void GuardStateRules::before(const ObservedCall& seen, Violations& violations) {
 void GuardStateRules::after(const ObservedCall& seen, const Answer& answer,
                             Violations& /*violations*/) {
   if (seen.call.function == Function::screens) misled_ = seen.faulty;
+  // The main flow waits for what it has asked the system about its tap.
+  if (seen.flow == 0 && isAboutTap(seen.call.function)) {
+    answered_ = run_.mac.now + std::min(answer.delay, unwatchedMax);
+  }
   if (seen.call.function != Function::lockScreen) return;
   lockAsked_ = lockAsked_ || driver::unpack<std::int32_t>(answer.value) == 0;
   noteLock();
@@ -121,6 +130,7 @@ void GuardStateRules::checkHeldInput(Violations& violations) {
 }
 
 void GuardStateRules::checkExposure(Violations& violations) {
+  if (run_.mac.comingLock) lock_ = run_.mac.comingLock;
   const Microseconds now = run_.mac.now;
   const bool isExposed = isOwed() && isUnlocked();
   const Microseconds covered = std::max(bareSince_.value_or(0), coveredUntil());

@@ -29,9 +29,11 @@ class GuardStateRules : public Rule {
   void checkExposure(Violations& violations);
   void noteLock();
 
-  bool began_ = false;      // the first line has been tried to write
-  bool over_ = false;       // grace has ended it, it has locked, or said that it could not
-  bool lockAsked_ = false;  // and the system has accepted it
+  bool began_ = false;              // the first line has been tried to write
+  bool over_ = false;               // grace has ended it, it has locked, or said that it could not
+  bool lockAsked_ = false;          // and the system has accepted it
+  std::optional<ComingLock> lock_;  // the latest that was to show, by anybody
+  Microseconds answered_ = 0;       // when the system answers the latest question about the tap
   std::optional<Microseconds> bareSince_;
   std::optional<Microseconds> unwatchedSince_;
   bool misled_ = false;  // about the screens that there are

@@ -112,6 +112,38 @@ TEST_F(guard_state, excuses_a_screen_that_comes_once_the_lock_is_asked_for) {
   EXPECT_EQ(violations_, Sentences());
 }
 
+TEST_F(guard_state, leaves_a_new_screen_to_the_lock_that_is_asked_for_within_half_a_second) {
+  mac_.screensChanged = 0;
+  mac_.world.covers.clear();
+  pass(500'000);
+  asksForLock();
+  pass(400'000);
+  mac_.comingLock.reset();
+  mac_.world.session.locked = true;
+  pass(1);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_state, gives_a_new_screen_the_time_that_the_system_takes_to_answer) {
+  const platform::Call asks{Function::axTrusted, {}};
+  rules_.after({asks}, {driver::pack(true), 1'000'000}, violations_);
+  mac_.screensChanged = 1;
+  mac_.world.covers.clear();
+  pass(1'000'000);
+  EXPECT_EQ(violations_, Sentences());
+  pass(1);
+  EXPECT_EQ(violations_, bare);
+}
+
+TEST_F(guard_state, does_not_leave_a_new_screen_to_a_lock_that_is_asked_for_later) {
+  mac_.screensChanged = 0;
+  mac_.world.covers.clear();
+  pass(500'001);
+  asksForLock();
+  pass(400'000);
+  EXPECT_EQ(violations_, bare);
+}
+
 TEST_F(guard_state, forbids_a_tap_that_sees_nothing_for_longer_than_the_guard_can_know) {
   tap().enabled = false;
   pass(2'500'000);

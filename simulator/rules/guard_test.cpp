@@ -51,7 +51,11 @@ class guard_rules : public testing::Test {
     call(Function::tapVerdict, {driver::pack(1), driver::pack(1), driver::pack(pass)});
   }
 
-  void lock(std::int32_t status = 0) { call(Function::lockScreen, {}, driver::pack(status)); }
+  void lock(std::int32_t status = 0, Microseconds delay = 0) {
+    const platform::Call made{Function::lockScreen, {}};
+    rules_.before({made}, violations_);
+    rules_.after({made}, {driver::pack(status), delay}, violations_);
+  }
 
   void returnsAndLocks() {
     comes(key);
@@ -91,6 +95,18 @@ TEST_F(guard_rules, forbid_to_say_relocked_before_the_lock) {
   EXPECT_EQ(violations_, Sentences{"I16: \"relocked\" is not what the lock before it gave"});
 }
 
+TEST_F(guard_rules, take_the_latest_lock_that_has_come_back_for_what_a_line_tells) {
+  start();
+  lock(0, 1'000);
+  mac_.now += 1'000;
+  lock(0, 1'000);
+  write("{\"by\":\"user\",\"ok\":true,\"relocked\":true}");
+  EXPECT_EQ(violations_, Sentences{});
+
+  write("{\"by\":\"signal\",\"ok\":true,\"relocked\":true}");
+  EXPECT_EQ(violations_, Sentences{"I16: \"relocked\" is not what the lock before it gave"});
+}
+
 TEST_F(guard_rules, forbid_to_say_relocked_after_a_lock_that_failed) {
   start();
   lock(-600);
@@ -106,6 +122,49 @@ TEST_F(guard_rules, forbid_two_reasons_beside_the_users) {
     write(line);
   }
   EXPECT_EQ(violations_, Sentences{"I16: the guard says more than once why it ends"});
+}
+
+TEST_F(guard_rules, let_the_users_reason_come_late_when_the_user_came_first) {
+  constexpr const char* user = "{\"by\":\"user\",\"ok\":true,\"relocked\":true}";
+  constexpr const char* run = "{\"by\":\"run\",\"ok\":true,\"relocked\":true}";
+  start();
+  comes(key);
+  lock();
+  write(run);
+  lock();
+  write(user);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences());
+}
+
+TEST_F(guard_rules, forbid_the_users_reason_after_another_when_nobody_had_come) {
+  start();
+  lock();
+  write("{\"by\":\"run\",\"ok\":true,\"relocked\":true}");
+  comes(key);
+  lock();
+  write("{\"by\":\"user\",\"ok\":true,\"relocked\":true}");
+  EXPECT_EQ(violations_, Sentences{"I16: the guard says more than once why it ends"});
+}
+
+TEST_F(guard_rules, count_grace_from_when_the_tap_is_known_to_work) {
+  client_.environment["ZENTROVE_COVER_GRACE"] = "2";
+  call(Function::findSymbol, {driver::pack(3), driver::pack("SACLockScreenImmediate")},
+       driver::pack(true));
+  call(Function::enableTap);
+  const platform::Call asks{Function::tapIsEnabled, {}};
+  rules_.after({asks}, {driver::pack(true), 1'000'000}, violations_);
+  mac_.now = 1'000'000;
+  write("{\"covers\":1,\"keepAwake\":true,\"ok\":true}");
+  mac_.now = 2'999'999;
+  comes(key);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences());
+
+  mac_.now = 3'000'000;
+  comes(key);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences{"I16: the user is back and the screen is not locked"});
 }
 
 TEST_F(guard_rules, forbid_grace_where_there_is_none) {

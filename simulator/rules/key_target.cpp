@@ -39,17 +39,31 @@ WindowNumber keysOf(const World& world, const Application* application) {
   return key == 0 ? 0 : innermostSheet(world, key);
 }
 
+/// How many of the elements that are a window's children call themselves sheets, be they or not.
+std::size_t claimedSheets(const World& world, WindowNumber number) {
+  const Window* window = findWindow(world, number);
+  const Application* owner = window == nullptr ? nullptr : findApplication(world, window->owner);
+  const Element* element = owner == nullptr ? nullptr : findElement(*owner, window->element);
+  if (element == nullptr) return 0;
+  const auto& children = element->children;
+  const auto count = std::count_if(children.begin(), children.end(), [&](ElementId id) {
+    const Element* child = findElement(*owner, id);
+    return child != nullptr && child->role == "AXSheet";
+  });
+  return static_cast<std::size_t>(count);
+}
+
+/// The window by which a run knows where the keys of this one go: of several sheets it takes none,
+/// but the window below.
+const Window& knownBy(const World& world, const Window& window) {
+  const Window* below = findWindow(world, window.sheetOf);
+  return below != nullptr && claimedSheets(world, below->number) > 1 ? *below : window;
+}
+
 /// Whether a reading gives something.
 bool isTold(const Answer& answer) {
   const auto told = driver::unpack<platform::WireReadings>(answer.value);
   return !told.slots.empty() && !told.slots.front().value.isNothing();
-}
-
-bool reads(const Call& call, std::string_view name) {
-  if (call.function == Function::axAttribute) return Arguments(call).text(1) == name;
-  if (call.function != Function::axAttributes) return false;
-  const auto names = Arguments(call).get<std::vector<std::string>>(1);
-  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 }  // namespace
@@ -114,15 +128,15 @@ void KeyTargetRules::after(const ObservedCall& seen, const Answer& answer, Viola
 void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
                                  Violations& violations) {
   if (answer.delay >= messagingTimeout) ++timeOuts_;
-  const bool asks = reads(seen.call, "AXFocusedWindow");
+  const bool asks = readsAttribute(seen.call, "AXFocusedWindow");
   if (asks) {
     const auto told = driver::unpack<platform::WireReadings>(answer.value);
     toldKey_ = told.slots.empty() ? driver::Datum() : told.slots.front().value;
     hasAskedSince_ = true;
     if (!seen.faulty) noteFocusedWindow(seen.call);
   }
-  if (reads(seen.call, "AXChildren") && isTold(answer)) noteSheets(seen.call);
-  if (reads(seen.call, "AXMenuBar")) {
+  if (readsAttribute(seen.call, "AXChildren") && isTold(answer)) noteSheets(seen.call);
+  if (readsAttribute(seen.call, "AXMenuBar")) {
     if (!hasJustAsked_)
       violations.push_back("I14: menus are searched without a look at the key window");
     toldKeyBefore_ = toldKey_;
@@ -282,8 +296,9 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
   if (!isPanel && !inScope) {
     violations.push_back("I11: keys for a window outside the scope");
   }
-  if (toldNumbers_.count(number) > 0) return;
-  if (hasTwin(*window)) {
+  const Window& known = knownBy(run_.mac.world, *window);
+  if (toldNumbers_.count(known.number) > 0) return;
+  if (hasTwin(known)) {
     violations.push_back("I12: keys for one of two windows that cannot be told apart");
   }
 }

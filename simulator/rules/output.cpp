@@ -8,12 +8,12 @@ namespace simulator {
 namespace {
 
 /// Commands whose reply tells a failure by "ok" alone.
-bool isSilent(const std::string& command) {
+bool isSilent(std::string_view command) {
   return command == "ax-focus" || command == "ax-slider" || command == "lock-now";
 }
 
 bool isPointerCommand(const WatchedRun& run) {
-  return run.command().compare(0, 3, "bg-") == 0 && !run.pressesKeys();
+  return run.command().starts_with("bg-") && !run.pressesKeys();
 }
 
 /// Why the lines of a service do not belong to the way it has ended; one sentence each.

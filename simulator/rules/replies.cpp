@@ -98,7 +98,7 @@ bool isLivenessRefusal(const std::string& output) {
   return slashesEscaped(reply.dump()) + "\n" == livenessRefusal;
 }
 
-bool isLongLived(const std::string& command) {
+bool isLongLived(std::string_view command) {
   constexpr std::string_view commands[] = {"lock-guard", "keep-awake", "watch-input",
                                            "capture-service"};
   return std::find(std::begin(commands), std::end(commands), command) != std::end(commands);

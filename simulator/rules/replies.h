@@ -32,7 +32,7 @@ ReplyFacts readReply(const std::string& output);
 bool isLivenessRefusal(const std::string& output);
 
 /// True for commands that live on after their first line, and may write more.
-bool isLongLived(const std::string& command);
+bool isLongLived(std::string_view command);
 
 /// What is wrong with the output of such a command: every line is whole and is an object in that
 /// form, the first one has a Boolean "ok". One sentence each.

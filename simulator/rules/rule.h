@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/call.h"
@@ -46,7 +47,9 @@ struct WatchedRun {
   std::optional<ReplyFacts> reply;
 
   /// The command's name; empty for a run without one.
-  const std::string& command() const;
+  std::string_view command() const {
+    return client.arguments.size() > 1 ? std::string_view(client.arguments[1]) : "";
+  }
 
   /// A capture service: one request of it is what to others is a run, as far as pace and targets
   /// go.
@@ -101,5 +104,15 @@ inline constexpr std::int64_t ownEventTag = 0x5A545256;
 
 /// Whether the call posts an event, by either route.
 bool isPost(platform::Function function);
+
+/// Whether the call performs an action of an element, or writes one of its attributes: the two that
+/// enable an application's tree do not count.
+bool actsOnElement(const platform::Call& call);
+
+/// Whether the call reads this attribute of an element, by itself or with others.
+bool readsAttribute(const platform::Call& call, std::string_view name);
+
+/// Whether the attribute is one of the two that enable an application's tree.
+bool isEnablingAttribute(std::string_view name);
 
 }  // namespace simulator

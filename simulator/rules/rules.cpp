@@ -1,5 +1,8 @@
 #include "simulator/rules/rules.h"
 
+#include <type_traits>
+#include <utility>
+
 #include "simulator/mac/arguments.h"
 #include "simulator/rules/clipboard.h"
 #include "simulator/rules/elements.h"
@@ -24,25 +27,37 @@ using platform::Function;
 
 namespace {
 
+/// Whether `function` is that of a rule's own, in place of the one of all rules, which does
+/// nothing.
+template <class Common, class Own>
+constexpr bool isOwn(Common /*common*/, Own /*function*/) {
+  return !std::is_same_v<Common, Own>;
+}
+
+}  // namespace
+
 template <class... Kinds>
-std::vector<std::unique_ptr<Rule>> make(WatchedRun& run) {
-  std::vector<std::unique_ptr<Rule>> rules;
-  (rules.push_back(std::make_unique<Kinds>(run)), ...);
-  return rules;
+void Rules::add() {
+  const auto addOne = [this]<class Kind>(std::unique_ptr<Kind> rule) {
+    if (isOwn(&Rule::look, &Kind::look)) interested_.look.push_back(rule.get());
+    if (isOwn(&Rule::before, &Kind::before)) interested_.before.push_back(rule.get());
+    if (isOwn(&Rule::after, &Kind::after)) interested_.after.push_back(rule.get());
+    if (isOwn(&Rule::beforeTimePasses, &Kind::beforeTimePasses)) {
+      interested_.beforeTimePasses.push_back(rule.get());
+    }
+    rules_.push_back(std::move(rule));
+  };
+  (addOne(std::make_unique<Kinds>(run_)), ...);
 }
 
 /// All rules there are, in the order in which they see a call. The pace of what was posted before
 /// is judged before the present post owes waits of its own; and a key may owe more than a post.
 /// What a run may still do when it is told to end depends on the latest post before this one.
-std::vector<std::unique_ptr<Rule>> allRules(WatchedRun& run) {
-  return make<EndingRules, UserRules, PaceRules, ScopeRules, PostingRules, ElementRules,
-              InsertRules, GuardRules, GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules,
-              FocusRules, WatcherRules, OutputRules>(run);
+Rules::Rules(const Mac& mac, const Client& client) : run_(mac, client) {
+  add<EndingRules, UserRules, PaceRules, ScopeRules, PostingRules, ElementRules, InsertRules,
+      GuardRules, GuardStateRules, KeyRules, KeyTargetRules, ClipboardRules, FocusRules,
+      WatcherRules, OutputRules>();
 }
-
-}  // namespace
-
-Rules::Rules(const Mac& mac, const Client& client) : run_(mac, client), rules_(allRules(run_)) {}
 
 void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
   look();
@@ -50,21 +65,21 @@ void Rules::before(const Call& call, std::size_t flow, Violations& violations) {
   if (isPost(call.function)) {
     run_.latestEvent = Arguments(call).get<platform::EventImage>(1);
   }
-  for (const auto& rule : rules_) rule->before({call, flow}, violations);
+  for (Rule* rule : interested_.before) rule->before({call, flow}, violations);
 }
 
 void Rules::look() {
-  for (const auto& rule : rules_) rule->look();
+  for (Rule* rule : interested_.look) rule->look();
 }
 
 void Rules::beforeTimePasses(Violations& violations) {
   if (finished_) return;
-  for (const auto& rule : rules_) rule->beforeTimePasses(violations);
+  for (Rule* rule : interested_.beforeTimePasses) rule->beforeTimePasses(violations);
 }
 
 void Rules::after(const Call& call, const Answer& answer, bool faulty, std::size_t flow,
                   Violations& violations) {
-  for (const auto& rule : rules_) rule->after({call, flow, faulty}, answer, violations);
+  for (Rule* rule : interested_.after) rule->after({call, flow, faulty}, answer, violations);
   note(call, answer);
 }
 

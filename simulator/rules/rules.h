@@ -39,8 +39,17 @@ class Rules {
  private:
   void note(const platform::Call& call, const Answer& answer);
 
+  /// Those that have a use for each of the functions that come with every call: few have for all.
+  struct Interested {
+    std::vector<Rule*> look, before, after, beforeTimePasses;
+  };
+
+  template <class... Kinds>
+  void add();
+
   WatchedRun run_;
   std::vector<std::unique_ptr<Rule>> rules_;
+  Interested interested_;
   bool finished_ = false;
 };
 

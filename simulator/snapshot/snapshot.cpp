@@ -18,8 +18,8 @@ bool isAlive(const std::unique_ptr<Client>& client) { return client && !client->
 /// The Mac as it would be without its processes, and without what it tells of the past. The names
 /// are those of all its members: a new one belongs here, or is named as one that is of the past.
 Mac withoutProcesses(const Mac& mac) {
-  const auto& [world, now, journal, numbers, clients, tapLine, comingLock, screensChanged, drawn,
-               entries, lastNews, killed, arrived] = mac;
+  const auto& [world, now, journal, numbers, clients, tapLine, comingLock, screensChanged, entries,
+               lastNews, killed, arrived] = mac;
   Mac copy{world, now, {}, numbers, {}};
   copy.tapLine = tapLine;
   copy.comingLock = comingLock;

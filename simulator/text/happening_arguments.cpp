@@ -15,6 +15,7 @@ namespace simulator {
 namespace {
 
 using Reading = HappeningReading;
+using Writing = HappeningWriting;
 
 constexpr const char* aKey =
     "one character, or return, enter, tab, space, delete, backspace, forwarddelete, escape, home, "
@@ -25,8 +26,6 @@ Pid readPid(Words& words, const World& world, const char* owner) {
   const std::string name = words.name(owner, "an application's name or pid:N");
   return applicationNamed(words.spot(), world, name);
 }
-
-std::string pidText(Pid pid) { return std::string(pidPrefix) + std::to_string(pid); }
 
 const ModifierKey* takeModifier(Words& words) {
   for (const ModifierKey& key : modifierKeys) {
@@ -54,9 +53,9 @@ void readKey(const Reading& reading) {
   reading.happening.text = std::move(key);
 }
 
-std::string keyText(const Happening& happening) {
-  const std::string modifiers = modifiersText(happening.modifiers);
-  return modifiers + (modifiers.empty() ? "" : " ") + quotedWord(happening.text);
+std::string keyText(const Writing& with) {
+  const std::string modifiers = modifiersText(with.happening.modifiers);
+  return modifiers + (modifiers.empty() ? "" : " ") + quotedWord(with.happening.text);
 }
 
 void readModifier(const Reading& reading) {
@@ -75,7 +74,7 @@ void readPoint(const Reading& reading) {
   reading.happening.point = reading.words.finitePoint(reading.owner);
 }
 
-std::string ownPointText(const Happening& happening) { return pointText(happening.point); }
+std::string ownPointText(const Writing& with) { return pointText(with.happening.point); }
 
 void readButton(Words& words, Happening& happening) {
   if (words.take("right")) {
@@ -95,8 +94,8 @@ void readClick(const Reading& reading) {
   readButton(reading.words, reading.happening);
 }
 
-std::string clickText(const Happening& happening) {
-  return pointText(happening.point) + buttonText(happening);
+std::string clickText(const Writing& with) {
+  return pointText(with.happening.point) + buttonText(with.happening);
 }
 
 void readDrag(const Reading& reading) {
@@ -106,8 +105,9 @@ void readDrag(const Reading& reading) {
   readButton(reading.words, reading.happening);
 }
 
-std::string dragText(const Happening& happening) {
-  return pointText(happening.point) + " to " + pointText(happening.end) + buttonText(happening);
+std::string dragText(const Writing& with) {
+  return pointText(with.happening.point) + " to " + pointText(with.happening.end) +
+         buttonText(with.happening);
 }
 
 void readDisplayNumber(const Reading& reading) {
@@ -115,8 +115,8 @@ void readDisplayNumber(const Reading& reading) {
       reading.owner, "a number from 1 on", 1, std::numeric_limits<int>::max()));
 }
 
-std::string displayText(const Happening& happening) {
-  const Display& display = happening.display;
+std::string displayText(const Writing& with) {
+  const Display& display = with.happening.display;
   const Rect& frame = display.frame;
   std::array<char, 160> text{};
   std::snprintf(text.data(), text.size(), "%u %.15gx%.15g at %.15g,%.15g scale %.15g", display.id,
@@ -135,9 +135,9 @@ void readSharing(const Reading& reading) {
       reading.words.atEnd() ? userStopped : reading.words.name(reading.owner, "the reason");
 }
 
-std::string numberText(const Happening& happening) { return std::to_string(happening.number); }
+std::string numberText(const Writing& with) { return std::to_string(with.happening.number); }
 
-std::string quotedText(const Happening& happening) { return quotedWord(happening.text); }
+std::string quotedText(const Writing& with) { return quotedWord(with.happening.text); }
 
 constexpr std::array<Option<const Reading>, 2> postedOptions = {{
     {"tagged", [](Words&, const Reading& reading) { reading.happening.tagged = true; }},
@@ -151,23 +151,24 @@ constexpr std::array<Option<const Reading>, 2> postedOptions = {{
 
 void readPosted(const Reading& reading) { readOptions(reading.words, postedOptions, reading); }
 
-std::string postedText(const Happening& happening) {
-  std::string text = happening.tagged ? " tagged" : "";
-  if (happening.addressee != 0) text += " for " + pidText(happening.addressee);
+std::string postedText(const Writing& with) {
+  std::string text = with.happening.tagged ? " tagged" : "";
+  if (with.happening.addressee != 0)
+    text += " for " + writtenName(with.happening.addressee, with.world);
   return text;
 }
 
 namespace happening_arguments {
 
 constinit const HappeningArguments nothing = {"", [](const Reading&) {},
-                                              [](const Happening&) { return std::string(); }};
+                                              [](const Writing&) { return std::string(); }};
 
 constinit const HappeningArguments application = {
     "APP",
     [](const Reading& reading) {
       reading.happening.pid = readPid(reading.words, reading.world, reading.owner);
     },
-    [](const Happening& happening) { return pidText(happening.pid); }};
+    [](const Writing& with) { return writtenName(with.happening.pid, with.world); }};
 
 constinit const HappeningArguments reactions = {
     "APP REACTION; ...",
@@ -175,18 +176,19 @@ constinit const HappeningArguments reactions = {
       reading.happening.pid = readPid(reading.words, reading.world, reading.owner);
       reading.happening.reactions = readReactions(reading.words, reading.owner);
     },
-    [](const Happening& happening) {
-      return pidText(happening.pid) + " " + reactionsText(happening.reactions);
+    [](const Writing& with) {
+      return writtenName(with.happening.pid, with.world) + " " +
+             reactionsText(with.happening.reactions, with.world);
     }};
 
 constinit const HappeningArguments process = {
-    "PID", readProcess, [](const Happening& happening) { return std::to_string(happening.pid); }};
+    "PID", readProcess, [](const Writing& with) { return std::to_string(with.happening.pid); }};
 
 constinit const HappeningArguments key = {"[cmd] [shift] [option] [control] KEY", readKey, keyText};
 
-constinit const HappeningArguments modifier = {
-    "MODIFIER", readModifier,
-    [](const Happening& happening) { return modifiersText(happening.modifiers); }};
+constinit const HappeningArguments modifier = {"MODIFIER", readModifier, [](const Writing& with) {
+                                                 return modifiersText(with.happening.modifiers);
+                                               }};
 
 constinit const HappeningArguments click = {"X,Y [right|other]", readClick, clickText};
 constinit const HappeningArguments point = {"X,Y", readPoint, ownPointText};
@@ -222,17 +224,17 @@ constinit const HappeningArguments signal = {
     },
     numberText};
 
-constinit const HappeningArguments sharing = {
-    "APP [REASON]", readSharing, [](const Happening& happening) {
-      return pidText(happening.pid) + " " + quotedWord(happening.text);
-    }};
+constinit const HappeningArguments sharing = {"APP [REASON]", readSharing, [](const Writing& with) {
+                                                return writtenName(with.happening.pid, with.world) +
+                                                       " " + quotedWord(with.happening.text);
+                                              }};
 
 constinit const HappeningArguments timeout = {
     "[timeout]",
     [](const Reading& reading) {
       reading.happening.number = reading.words.take("timeout") ? 1 : 0;
     },
-    [](const Happening& happening) { return std::string(happening.number == 1 ? "timeout" : ""); }};
+    [](const Writing& with) { return std::string(with.happening.number == 1 ? "timeout" : ""); }};
 
 }  // namespace happening_arguments
 

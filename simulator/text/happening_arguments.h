@@ -16,17 +16,23 @@ struct HappeningReading {
   Happening& happening;
 };
 
+/// What is written, and how.
+struct HappeningWriting {
+  const Happening& happening;
+  const World* world;  // as for `writtenName`
+};
+
 struct HappeningArguments {
   const char* form;  // as help shows it; empty for nothing
   void (*read)(const HappeningReading& reading);
-  std::string (*text)(const Happening& happening);  // as `read` reads it back
+  std::string (*text)(const HappeningWriting& with);  // as `read` reads it back
 };
 
 /// What the user's input may have behind all else: that it was posted into the session, and not by
 /// the user's devices. Its text begins with a blank, or is empty.
 inline constexpr const char* postedForm = " [tagged] [for APP]";
 void readPosted(const HappeningReading& reading);
-std::string postedText(const Happening& happening);
+std::string postedText(const HappeningWriting& with);
 
 namespace happening_arguments {
 

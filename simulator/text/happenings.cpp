@@ -240,10 +240,10 @@ Happening readHappening(Words& words, const World& world) {
   return happening;
 }
 
-std::string happeningText(const Happening& happening) {
-  const std::string arguments = happening.kind->arguments.text(happening);
-  return happening.kind->phrase + (arguments.empty() ? "" : " " + arguments) +
-         postedText(happening);
+std::string happeningText(const Happening& happening, const World* world) {
+  const HappeningWriting writing{happening, world};
+  const std::string arguments = happening.kind->arguments.text(writing);
+  return happening.kind->phrase + (arguments.empty() ? "" : " " + arguments) + postedText(writing);
 }
 
 void happen(Mac& mac, const Happening& happening) {

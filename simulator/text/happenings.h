@@ -49,8 +49,8 @@ Scripted readTimes(Words& words, const World& world);
 /// application's reactions name is still to be settled, by `settleReactions`.
 Happening readHappening(Words& words, const World& world);
 
-/// The happening as such a line, for a journal too.
-std::string happeningText(const Happening& happening);
+/// The happening as such a line. Applications are written as `writtenName` writes them.
+std::string happeningText(const Happening& happening, const World* world = nullptr);
 
 /// Lets something happen that no client asked for; what the user does goes past the taps.
 void happen(Mac& mac, const Happening& happening);

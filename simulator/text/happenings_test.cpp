@@ -56,6 +56,22 @@ TEST(happening_text, input_is_read_back_with_all_its_words) {
   }
 }
 
+TEST(happening_text, names_applications_for_people) {
+  const World world = parseWorld(
+      "app \"My Notes\" pid 41\n"
+      "app Mail pid 42\n"
+      "app Mail pid 43\n"
+      "app \"pid:41\" pid 44\n");
+  const auto told = [&](const std::string& text) {
+    return happeningText(parseHappening(text, world), &world);
+  };
+
+  EXPECT_EQ(told("quit pid:41"), "quit \"My Notes\"");
+  EXPECT_EQ(told("user move 1,2 for pid:41"), "user move 1,2 for \"My Notes\"");
+  EXPECT_EQ(told("in pid:42 hang; in pid:41 hang"), "in pid:42 hang; in \"My Notes\" hang");
+  EXPECT_EQ(told("stop sharing pid:44 gone"), "stop sharing pid:44 gone");
+}
+
 TEST(happening_text, times_have_units) {
   EXPECT_EQ(parseTime("100ms", "at"), 100'000);
   EXPECT_EQ(parseTime("2s", "at"), 2'000'000);

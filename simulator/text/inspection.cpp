@@ -15,6 +15,10 @@ namespace simulator {
 
 namespace {
 
+bool isWord(const Token& token, std::string_view text) {
+  return token.kind == Token::Kind::word && token.text == text;
+}
+
 bool isRole(const Token& token) {
   return token.kind == Token::Kind::word && token.text.compare(0, 2, "AX") == 0;
 }
@@ -84,6 +88,24 @@ void Inspection::inspectNames(const Line& line) const {
   }
 }
 
+/// A condition is about one reaction. The next, behind a semicolon, takes place anyway, which a
+/// reader of "when … then …; …" may not expect; one with words of its own before it is no surprise.
+void Inspection::inspectConditions(const Line& line) const {
+  bool isConditional = false;
+  for (std::size_t i = 0; i + 1 < line.tokens.size(); ++i) {
+    const Token& next = line.tokens[i + 1];
+    if (isWord(line.tokens[i], "then")) isConditional = true;
+    if (line.tokens[i].kind != Token::Kind::semicolon) continue;
+    if (isConditional && !isWord(next, "when") && !isWord(next, "after")) {
+      warn({spotOf(line),
+            "this takes place anyway: 'when' is about the one reaction before ';'",
+            {},
+            next.extent});
+    }
+    isConditional = false;
+  }
+}
+
 void Inspection::inspectFrame(const Line& line, const WorldBuilder::Place& place) const {
   const Application& application = world_.applications[place.application];
   const Element* element = findElement(application, place.element);
@@ -101,10 +123,12 @@ void Inspection::inspect(const Line& line, const WorldBuilder::Place& place) {
   using Kind = WorldBuilder::Place::Kind;
   const bool isApplications =
       place.kind == Kind::application || place.kind == Kind::window || place.kind == Kind::element;
-  if (!isApplications || line.damage) return;
-  inspectNames(line);
+  if (line.damage) return;
+  if (isApplications) inspectNames(line);
   // What a Mac has come to is not a mistake of somebody who wrote it.
-  if (place.kind != Kind::element || hasRunBefore(world_)) return;
+  if (hasRunBefore(world_)) return;
+  inspectConditions(line);
+  if (place.kind != Kind::element) return;
   inspectFrame(line, place);
   reacting_.push_back({spotOf(line), place.application, place.element});
 }

@@ -10,7 +10,8 @@
 namespace simulator {
 
 /// Warns of what a world's text says and hardly means: names that macOS does not know, frames that
-/// reach out of their windows, reactions to a label that stands twice, and nothing in front.
+/// reach out of their windows, reactions to a label that stands twice, reactions that follow one
+/// with a condition and have none, and nothing in front.
 class Inspection {
  public:
   /// Borrows both.
@@ -32,6 +33,7 @@ class Inspection {
   void warn(Complaint complaint) const;
   void inspectName(const Line& line, const Token& token, NameKind kind) const;
   void inspectNames(const Line& line) const;
+  void inspectConditions(const Line& line) const;
   void inspectFrame(const Line& line, const WorldBuilder::Place& place) const;
 
   const World& world_;

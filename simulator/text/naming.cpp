@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "simulator/text/nearest.h"
+#include "simulator/text/words.h"
 #include "simulator/world/roles.h"
 
 namespace simulator {
@@ -16,6 +17,19 @@ std::string nameOf(const Application& application) {
 std::optional<Pid> pidWritten(std::string_view name) {
   if (!name.starts_with(pidPrefix)) return std::nullopt;
   return driver::parseInt32(name.substr(pidPrefix.size()));
+}
+
+std::string writtenName(Pid pid, const World* world) {
+  const std::string number = std::string(pidPrefix) + std::to_string(pid);
+  if (world == nullptr) return number;
+  // Also one that has quit just now.
+  const auto& all = world->applications;
+  const auto own = std::find_if(all.begin(), all.end(),
+                                [&](const Application& each) { return each.pid == pid; });
+  if (own == all.end() || !own->name || pidWritten(*own->name)) return number;
+  const auto namesakes = std::count_if(
+      all.begin(), all.end(), [&](const Application& each) { return each.name == own->name; });
+  return namesakes == 1 ? quotedWord(*own->name) : number;
 }
 
 Pid applicationNamed(const Spot& spot, const World& world, const std::string& name) {

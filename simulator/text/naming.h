@@ -23,6 +23,10 @@ std::optional<Pid> pidWritten(std::string_view name);
 /// or more than one.
 Pid applicationNamed(const Spot& spot, const World& world, const std::string& name);
 
+/// An application as a line may write it: by its process id, or for people, with a world, by its
+/// name there. A name that others have too, or that is no name, is not used.
+std::string writtenName(Pid pid, const World* world = nullptr);
+
 /// Throws that no element of the application has the label.
 [[noreturn]] void failUnlabelled(const Spot& spot, const Application& application,
                                  const std::string& label);

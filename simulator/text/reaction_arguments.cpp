@@ -176,6 +176,20 @@ constinit const ReactionArguments targetAndText = {
 
 constinit const ReactionArguments target = {"Label", readTarget, targetOf};
 
+constinit const ReactionArguments targetOrHeld = {
+    "Label|value of Label",
+    [](Words& words, const char* owner, Reaction& reaction) {
+      if (words.nextIs("value")) {
+        readText(words, owner, reaction);
+      } else {
+        readTarget(words, owner, reaction);
+      }
+    },
+    [](const Reaction& reaction) {
+      if (reaction.textOf) return textOf(reaction);
+      return reaction.target == "value" ? inQuotes(*reaction.target) : targetOf(reaction);
+    }};
+
 constinit const ReactionArguments ownOrTarget = {
     "[Label]",
     [](Words& words, const char* owner, Reaction& reaction) {

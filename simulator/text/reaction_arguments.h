@@ -28,6 +28,7 @@ extern const ReactionArguments text;           // `text`
 extern const ReactionArguments textAndTarget;  // `text` and `target`
 extern const ReactionArguments targetAndText;  // `target` and `text`
 extern const ReactionArguments target;         // `target`
+extern const ReactionArguments targetOrHeld;   // `target`, or `textOf`: whose value is the label
 extern const ReactionArguments ownOrTarget;    // `target`, or none for the element itself
 extern const ReactionArguments window;         // `window`
 extern const ReactionArguments ownOrWindow;    // `window`, or none for the element's

@@ -53,8 +53,11 @@ constexpr std::array knownReactions = {
     ReactionKind{"quit", behind::nothing, "the application quits", reactions::quit},
     ReactionKind{"hang", behind::nothing, "the application stops answering and reacting",
                  reactions::hang},
-    ReactionKind{"remove", behind::target,
-                 "the element with this label goes, with all that is in it", reactions::remove},
+    ReactionKind{
+        "remove", behind::targetOrHeld,
+        "the element with this label, or with the label that another one has for its `AXValue`, "
+        "goes, with all that is in it",
+        reactions::remove},
     ReactionKind{
         "choose", behind::ownOrTarget,
         "the element's own `AXValue`, or that of the one with this label, becomes 1, that of its "
@@ -123,7 +126,7 @@ void readPrefixes(Words& words, Reaction& reaction) {
   }
 }
 
-std::string prefixesText(const Reaction& reaction) {
+std::string prefixesText(const Reaction& reaction, const World* world) {
   std::string text;
   if (reaction.after) text += "after " + spanText(*reaction.after) + " ";
   if (const auto& when = reaction.when) {
@@ -131,7 +134,7 @@ std::string prefixesText(const Reaction& reaction) {
             inQuotes(when->text) + " then ";
   }
   if (reaction.elsewherePid != 0) {
-    text += "in pid:" + std::to_string(reaction.elsewherePid) + " ";
+    text += "in " + writtenName(reaction.elsewherePid, world) + " ";
   } else if (reaction.elsewhere) {
     text += "in " + quotedWord(*reaction.elsewhere) + " ";
   }
@@ -236,15 +239,17 @@ std::vector<Reaction> readReactions(Words& words, const char* owner) {
   return reactions;
 }
 
-std::string reactionText(const Reaction& reaction) {
+std::string reactionText(const Reaction& reaction, const World* world) {
   const ReactionKind& kind = kindOf(reaction);
   const std::string arguments = kind.arguments.text(reaction);
-  return prefixesText(reaction) + kind.phrase + (arguments.empty() ? "" : " ") + arguments;
+  return prefixesText(reaction, world) + kind.phrase + (arguments.empty() ? "" : " ") + arguments;
 }
 
-std::string reactionsText(const std::vector<Reaction>& reactions) {
+std::string reactionsText(const std::vector<Reaction>& reactions, const World* world) {
   std::string text;
-  for (const Reaction& each : reactions) text += (text.empty() ? "" : "; ") + reactionText(each);
+  for (const Reaction& each : reactions) {
+    text += (text.empty() ? "" : "; ") + reactionText(each, world);
+  }
   return text;
 }
 

@@ -33,8 +33,9 @@ std::string formOf(const ReactionKind& kind);
 std::vector<Reaction> readReactions(Words& words, const char* owner);
 
 /// The reaction as `readReactions` reads it back.
-std::string reactionText(const Reaction& reaction);
-std::string reactionsText(const std::vector<Reaction>& reactions);
+/// Applications are written as `writtenName` writes them.
+std::string reactionText(const Reaction& reaction, const World* world = nullptr);
+std::string reactionsText(const std::vector<Reaction>& reactions, const World* world = nullptr);
 
 /// The labels that reactions may name: those of a world's elements, which are looked up once for
 /// each application, and those that only reactions give.

@@ -199,8 +199,9 @@ void moveBeside(Application& application, ElementId id, ElementId other, bool be
 }  // namespace
 
 std::string remove(const Reacting& with) {
-  const Element* target = findLabelled(with.application, with.reaction.target.value_or(""));
-  if (target == nullptr) return unlabelled(with.reaction.target);
+  const std::string& label = with.reaction.target ? *with.reaction.target : with.reaction.text;
+  const Element* target = findLabelled(with.application, label);
+  if (target == nullptr) return unlabelled(label);
   takeOut(with.application, target->id);
   return "";
 }

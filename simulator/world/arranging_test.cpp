@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/drawing/pictures.h"
+#include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/world/attributes.h"
 #include "simulator/world/elements.h"
@@ -68,6 +69,22 @@ TEST_F(arranging, a_stack_closes_up_when_one_goes) {
   EXPECT_EQ(readAttribute(world_, mail(), 4, "AXValue", 0).error, ax::Error::invalidElement);
   act("remove Three");
   EXPECT_EQ(childrenOf("List"), "Two 10");
+}
+
+TEST_F(arranging, what_goes_may_be_named_by_a_value) {
+  labelled("Log").attributes["AXValue"] = std::string("Two");
+  const auto actLive = [&](const std::string& reaction) {
+    const Happening happening = parseHappening("in Mail " + reaction, world_);
+    EXPECT_EQ(happeningText(happening, &world_), "in Mail " + reaction);
+    return reactByItself(world_, 41, happening.reactions);
+  };
+
+  EXPECT_EQ(actLive("remove value of Log"), std::vector<std::string>());
+  EXPECT_EQ(childrenOf("List"), "One 10, Three 34");
+  EXPECT_EQ(actLive("remove value of Log"),
+            std::vector<std::string>{"finds nothing labelled \"Two\""});
+  actLive("relabel Log \"value\"; remove One");
+  EXPECT_EQ(actLive("remove \"value\""), std::vector<std::string>());
 }
 
 TEST_F(arranging, others_stay_where_they_are) {

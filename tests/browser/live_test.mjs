@@ -132,7 +132,7 @@ test("lets the user copy, switch, lock, unlock, plug and unplug", async () => {
   await button("Unlock").click();
 
   assert.deepEqual((await happened(6)).sort(), ["connect display 3 800x600 at 1440,0 scale 1", "disconnect display 3",
-    "front pid:41", "lock", "unlock", "user copy \"a \\\"quoted\\\" text\""]);
+    "front Notes", "lock", "unlock", "user copy \"a \\\"quoted\\\" text\""]);
 });
 
 test("lets the user stop a sharing", async () => {

@@ -38,6 +38,7 @@ const all = [
   "driver bg-click Notes 340 574 | ok",
   "user click 620,256",
   "driver ax-press-exact Chat Nowhere | not ok",
+  "fault armed: private.post 5 before lock | fault",
   "driver bg-click Notes 340 574 | not ok | status 1 | 1 lost | fault",
   "lock",
   "unlock",
@@ -54,7 +55,7 @@ test("opens from disk, and asks for nothing", async () => {
 test("says in a line why it failed, or what came of it", async () => {
   const reasons = await page.locator(".item > summary").evaluateAll((lines) =>
     lines.map((line) => line.querySelector(".reason")?.textContent ?? ""));
-  assert.deepEqual(reasons, ["", 'Browser: pressed AXCheckBox "Show wind"', 'no element labelled "Nowhere"',
+  assert.deepEqual(reasons, ["", 'Browser: pressed AXCheckBox "Show wind"', 'no element labelled "Nowhere"', "",
     "the screen locked; input was withheld from the lock screen", "", ""]);
 });
 
@@ -63,7 +64,7 @@ test("finds what is searched for", async () => {
   await page.keyboard.press("/");
   await page.keyboard.type("pressed axbutton");
   assert.deepEqual(await shown(), [all[0]]);
-  assert.equal(await page.locator("#count").textContent(), "1 of 6");
+  assert.equal(await page.locator("#count").textContent(), "1 of 7");
   await search.fill("nothing of this kind");
   assert.deepEqual(await shown(), []);
   await search.fill("");
@@ -73,11 +74,11 @@ test("finds what is searched for", async () => {
 test("shows what is chosen", async () => {
   const show = page.getByRole("combobox", { name: "Show" });
   await show.selectOption("what failed or was lost");
-  assert.deepEqual(await shown(), [all[2], all[3]]);
+  assert.deepEqual(await shown(), [all[2], all[4]]);
   await show.selectOption("faults");
-  assert.deepEqual(await shown(), [all[3]]);
+  assert.deepEqual(await shown(), [all[3], all[4]]);
   await show.selectOption("the user and the system");
-  assert.deepEqual(await shown(), [all[1], all[4], all[5]]);
+  assert.deepEqual(await shown(), [all[1], all[5], all[6]]);
   await show.selectOption("everything");
   const by = page.getByRole("combobox", { name: "By" });
   await by.selectOption({ label: "5000001 driver ax-press-exact Chat Nowhere" });
@@ -126,6 +127,6 @@ test("opens all that is shown for paper", async () => {
   await page.getByRole("button", { name: "Close all" }).click();
   await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
   await page.emulateMedia({ media: "print" });
-  assert.equal(await page.locator(".item[open]").count(), 6);
+  assert.equal(await page.locator(".item[open]").count(), 7);
   assert.equal(await page.locator("#filter").isVisible(), false);
 });

@@ -78,7 +78,7 @@ class Lines(unittest.TestCase):
             self.check("written", mac.tell("snapshot", mac.path("snapshot.world")))
             kinds = {entry["kind"] for entry in self.check("journal", mac.tell("journal"))}
             self.assertLessEqual({"event", "focus", "write", "landing", "action", "happening", "process", "reply",
-                                  "request", "fault", "capture", "sharing", "cover", "input", "awake"}, kinds)
+                                  "request", "fault", "capture", "sharing", "cover", "input", "awake", "wait", "failure"}, kinds)
             self.assertIn(mac.environment["SIMULATED_MAC"],
                           [line["socket"] for line in self.check("list", mac.tell("list"))])
             self.check("done", mac.tell("stop"))
@@ -95,6 +95,7 @@ class Lines(unittest.TestCase):
         mac.driver("ax-press-exact", "Notes", "Send")
         self.check("fault", mac.tell("fault", "windowserver.session", "1", "before", "user", "key", "a"))
         mac.driver("bg-type", "Notes", "text")
+        self.check("done", mac.tell("failed", "no answer\nexpected one"))
         self.check("done", mac.tell("user", "press", "shift"))
         service = Talk(mac, ["capture-service", mac.path("lock")])
         service.line()

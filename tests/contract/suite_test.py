@@ -34,11 +34,13 @@ if os.geteuid() != 0:
 
 
 def entries():
-    """(command, line) of each that was written."""
+    """(command, line) of each that was written; several suites write the same."""
+    written = {}
     for file in FILES:
-        for entry in file.read_bytes().decode().removesuffix("\n").split("\n"):
-            command, _, line = entry.partition("\t")
-            yield command, line
+        written.update(dict.fromkeys(file.read_bytes().decode().removesuffix("\n").split("\n")))
+    for entry in written:
+        command, _, line = entry.partition("\t")
+        yield command, line
 
 
 def failures():

@@ -9,6 +9,8 @@
 #include "base/utf8.h"
 #include "simulator/companion/control.h"
 #include "simulator/desktop.h"
+#include "simulator/snapshot/snapshot.h"
+#include "simulator/snapshot/world_text.h"
 #include "simulator/text/parse.h"
 
 namespace fuzz {
@@ -36,6 +38,18 @@ std::string complaintAboutAnswer(const companion::ControlAnswer& answer) {
   return answer.ok ? "" : "it is not told: " + answer.lines.at(0);
 }
 
+/// What became of a world that could be read can be written, and read again.
+std::string complaintAboutSnapshot(const simulator::Desktop& desktop) {
+  try {
+    simulator::Desktop(simulator::parseWorld(simulator::snapshotText(desktop)));
+    return "";
+  } catch (const simulator::UnwritableWorld& error) {
+    return std::string("no snapshot: ") + error.what();
+  } catch (const simulator::WorldError& error) {
+    return std::string("a snapshot that is not read: ") + error.what();
+  }
+}
+
 }  // namespace
 
 std::string complaintAboutWorld(const std::string& input) {
@@ -46,13 +60,13 @@ std::string complaintAboutWorld(const std::string& input) {
     return complaintAboutRefusal(input, error.what());
   }
   simulator::Desktop desktop(std::move(*world));
-  desktop.advanceTo(life);
+  desktop.advanceTo(desktop.mac().now + life);
   for (const char* question : {"state", "tree", "journal", "violations"}) {
     const auto time = companion::Scheduler::Time::virtualTime;
     auto complaint = complaintAboutAnswer(companion::control(desktop, time, {question}));
     if (!complaint.empty()) return question + (": " + complaint);
   }
-  return "";
+  return complaintAboutSnapshot(desktop);
 }
 
 }  // namespace fuzz

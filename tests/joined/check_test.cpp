@@ -127,6 +127,28 @@ TEST(check, warns_of_what_is_hardly_meant) {
       "1 world, 0 errors, 8 warnings\n");
 }
 
+TEST(check, warns_of_a_reaction_behind_one_with_a_condition) {
+  const std::string world =
+      "app A pid 1 frontmost\n"
+      "  window 7 at 0,0 size 100x100\n"
+      "    AXCheckBox \"On\" at 0,0 size 20x20 press: when On is 1 then quit; set Log \"x\"\n"
+      "    AXStaticText \"Log\" at 0,30 size 20x20 press: set Log \"y\"; when On is 1 then quit; "
+      "when On is not 1 then hang; after 1s set Log \"z\" right: hang; quit\n"
+      "at 1s in A when On is 1 then hang; quit\n";
+
+  EXPECT_EQ(
+      seen(check({"-"}, world)),
+      "0 standard input:3:70: warning: this takes place anyway: 'when' is about the one reaction "
+      "before ';'\n"
+      "    AXCheckBox \"On\" at 0,0 size 20x20 press: when On is 1 then quit; set Log \"x\"\n"
+      "                                                                     ^~~\n"
+      "standard input:5:36: warning: this takes place anyway: 'when' is about the one reaction "
+      "before ';'\n"
+      "at 1s in A when On is 1 then hang; quit\n"
+      "                                   ^~~~\n"
+      "1 world, 0 errors, 2 warnings\n");
+}
+
 TEST(check, tells_of_an_included_file_and_of_a_body_once) {
   const Folder folder;
   const std::string parts = folder.file("parts.world", "define Tool(label)\n  AXButton {lable}\n");

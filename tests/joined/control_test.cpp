@@ -84,10 +84,9 @@ TEST(control, an_application_acts_by_itself) {
             done);
   EXPECT_EQ(seen(mac.command({"in", "Notes", "set", "Bdy", "\"x\""})),
             failure("no element of Notes is labelled \\\"Bdy\\\"; did you mean 'Body'?"));
-  EXPECT_EQ(
-      seen(mac.command({"journal", "--text"})),
-      "0     0 ms        -  happening 41/0 in pid:41 set Body \"told; \"; append \"twice\" to "
-      "Body\n");
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            "0     0 ms        -  happening 41/0 in Notes set Body \"told; \"; append \"twice\" to "
+            "Body\n");
 }
 
 TEST(control, the_user_acts) {
@@ -252,6 +251,26 @@ TEST(control, the_value_is_what_the_element_holds) {
   EXPECT_EQ(seen(mac.command({"value", "Notes"})), failure("usage: simulated-mac value APP LABEL"));
 }
 
+TEST(control, the_value_of_one_of_several_is_not_guessed) {
+  const ServedMac mac(
+      "app Notes pid 41\n"
+      "    window 7 \"Draft\" at 0,0 size 600x500\n"
+      "        AXTextField \"To\" at 10,40 size 60x20 value \"Ada\"\n"
+      "        AXTextField \"To\" at 10,70 size 60x20 value \"Grace\"\n"
+      "        AXTextArea \"Draft\" at 10,100 size 60x20 value \"Dear\"\n"
+      "    window 8 \"Sent\" at 0,0 size 60x50\n");
+
+  EXPECT_EQ(seen(mac.command({"value", "Notes", "To"})),
+            failure("2 elements are labelled \\\"To\\\": AXTextField at 10,40 size 60x20, "
+                    "AXTextField at 10,70 size 60x20; \\\"simulated-mac tree\\\" shows their "
+                    "values"));
+  EXPECT_EQ(
+      seen(mac.command({"value", "Notes", "Draft"})),
+      "0 {\"element\":4,\"ok\":true,\"role\":\"AXTextArea\",\"value\":\"Dear\",\"window\":7}\n");
+  EXPECT_EQ(seen(mac.command({"value", "Notes", "Sent"})),
+            "0 {\"element\":5,\"ok\":true,\"role\":\"AXWindow\",\"value\":null,\"window\":8}\n");
+}
+
 TEST(control, the_state_shows_the_clipboard) {
   const ServedMac mac(
       "pasteboard item \"a\" \"one\" \"b\" \"\\xFF\" promises \"c\"\n"
@@ -293,10 +312,24 @@ TEST(control, a_fault_strikes_the_call_it_names) {
   EXPECT_EQ(seen(mac.command({"fault", "quartz.create-event", "2", "absent"})),
             "0 {\"fault\":\"quartz.create-event 2 absent\",\"ok\":true}\n");
 
+  EXPECT_EQ(seen(mac.command({"journal", "--text"})),
+            "0     0 ms        -  happening user move 10,20\n"
+            "    0 ms        -  fault armed: quartz.create-event 2 absent\n");
+
   const std::string front = "0 {\"bundleId\":\"com.example.browser\",\"ok\":true,\"pid\":40,";
   EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":10,\"y\":20}\n");
   EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":0,\"y\":0}\n");
   EXPECT_EQ(seen(mac.driver({"scene"})), front + "\"x\":10,\"y\":20}\n");
+}
+
+TEST(control, a_failure_of_a_test_is_in_the_journal) {
+  const ServedMac mac(notes);
+
+  EXPECT_EQ(seen(mac.command({"failed", "no answer (agent_test.py:12)\nexpected one"})), done);
+  EXPECT_EQ(seen(mac.command({"failed"})), failure("usage: simulated-mac failed TEXT"));
+  EXPECT_EQ(seen(mac.command({"journal"})),
+            "0 {\"at\":0.0,\"kind\":\"failure\",\"number\":1,"
+            "\"text\":\"no answer (agent_test.py:12)\\nexpected one\"}\n");
 }
 
 TEST(control, a_fault_is_one_text_or_several_words) {

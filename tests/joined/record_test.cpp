@@ -89,6 +89,16 @@ TEST_F(record, has_the_world_the_journal_the_screens_and_an_end) {
   EXPECT_EQ(filesIn(folder_ + "/pictures"), 2U);
 }
 
+TEST_F(record, has_the_failure_of_its_command) {
+  EXPECT_EQ(kept({"/bin/sh", "-c", "exit 3", "a word"}).status, 3);
+
+  const std::string text = lines();
+  EXPECT_EQ(text.substr(text.rfind("{\"at\"", text.rfind("{\"at\"") - 1)),
+            "{\"at\":0.0,\"kind\":\"failure\",\"number\":1,"
+            "\"text\":\"the command ended with status 3: /bin/sh -c 'exit 3' 'a word'\"}\n"
+            "{\"at\":0.0,\"kind\":\"end\",\"violations\":[]}\n");
+}
+
 TEST_F(record, has_a_world_that_goes_on_from_its_end) {
   EXPECT_EQ(kept({driverPath(), "bg-click", "Notes", "130", "95"}).status, 0);
   const ServedMac after(contentsOf(folder_ + "/end.world"));

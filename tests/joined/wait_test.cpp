@@ -71,6 +71,17 @@ TEST(wait, gives_up_in_time) {
             failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\""));
 }
 
+TEST(wait, in_vain_is_in_the_journal) {
+  const ServedMac mac(mail);
+  mac.command({"wait", "1s"});
+  mac.command({"wait", "until", "Mail", "window", "Inbox"});
+  mac.command({"wait", "until", "Mail", "shows", "sent at last", "within", "500ms"});
+
+  EXPECT_EQ(
+      seen(mac.command({"journal", "--text"})),
+      "0  1500 ms        -  wait until Mail shows \"sent at last\": waited 500.0 ms in vain\n");
+}
+
 TEST(wait, does_not_see_a_window_that_is_closed) {
   const ServedMac mac(mail);
 

@@ -211,7 +211,7 @@ std::optional<Match> bestMatch(Stage& stage, Pid pid, const std::string& label, 
 
 std::vector<Element> buttonsIn(Stage& stage, const Element& root) {
   std::vector<Element> buttons;
-  walk(stage, {root}, {static_cast<std::size_t>(-1), 29}, Siblings::lastFirst,
+  walk(stage, {root}, {searchBounds.elements, 29}, Siblings::lastFirst,
        [&](const Element& element, int /*depth*/) {
          if (roleOf(stage, element) == "AXButton" && !labelOf(stage, element).empty()) {
            buttons.push_back(element);

@@ -149,14 +149,26 @@ std::vector<std::string> chunksOf(const std::string& line) {
   return chunks;
 }
 
+/// The key window of an application in front; none for another.
+std::optional<Element> usersWindow(Stage& stage, Pid pid) {
+  if (foreground(stage) != pid) return std::nullopt;
+  return stage.link({pid, 0}, "AXFocusedWindow");
+}
+
 void typeText(Stage& stage, Pid pid, const std::string& text) {
+  const auto window = usersWindow(stage, pid);
+  const auto requireSame = [&] {
+    if (usersWindow(stage, pid) != window) throw NoOpinion{Silence::movedKeyboard};
+  };
   const auto lines = splitAt(joined(splitAt(text, "\r\n"), "\n"), "\n");
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (i > 0) {
+      requireSame();
       pressKey(stage, pid, "shift+return");
       stage.wait(50'000);
     }
     for (const std::string& chunk : chunksOf(lines[i])) {
+      requireSame();
       postKey(stage, pid, 0, true, 0, chunk);
       postKey(stage, pid, 0, false, 0, chunk);
     }

@@ -22,6 +22,8 @@ std::string nameOf(Silence silence) {
       return "children change when they are read";
     case Silence::slowTree:
       return "a tree that comes with time, slowly read";
+    case Silence::slowWrite:
+      return "a write that lands with time, slowly read";
     case Silence::livesOn:
       return "the command lives on";
     case Silence::outsideTheMac:
@@ -40,6 +42,8 @@ std::string nameOf(Silence silence) {
       return "a decoration shown as the value, and a selection refused";
     case Silence::splitCharacter:
       return "a selection inside a character";
+    case Silence::movedKeyboard:
+      return "a text that moves the user's keyboard";
   }
   return "";
 }

@@ -15,6 +15,7 @@ enum class Silence {
   hanging,       // the application asked does not answer; how long a run asks is a limit of its own
   restless,      // an element's children change whenever they are read
   slowTree,      // a tree that comes with time, of an application that answers slowly
+  slowWrite,     // a write that lands with time, in an application that answers slowly
 
   // The system asks the user, or lets nobody read: the reference says nothing of that.
   askedUser,        // whether the screen may be recorded
@@ -32,7 +33,9 @@ enum class Silence {
   onlyPromises,     // a clipboard whose items cannot be read
   shownDecoration,  // whether a second write follows in a field that shows its decoration as its
                     // value
-  splitCharacter    // a selection that begins or ends in the middle of a character
+  splitCharacter,   // a selection that begins or ends in the middle of a character
+  movedKeyboard     // the rest of a text that has itself made another window of an application in
+                    // front the key one
 };
 
 /// Thrown where the oracle says nothing.

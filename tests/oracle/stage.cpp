@@ -192,6 +192,8 @@ std::int32_t Stage::write(const Element& element, const std::string& name,
   const platform::Call call{platform::Function::axSetAttribute,
                             {reference(element), driver::pack(name), sent(value)}};
   const auto answer = simulator::calls::axSetAttribute(mac_, client_, simulator::Arguments(call));
+  // How long its answers take is not counted here, so that it may land before the next.
+  if (!exact_ && !mac_.world.pending.empty()) throw NoOpinion{Silence::slowWrite};
   return static_cast<std::int32_t>(driver::unpack<ax::Outcome>(answer.value).error);
 }
 

@@ -11,14 +11,14 @@ namespace {
 
 using namespace soak;
 
-constexpr const char* world = R"(app "Notes" pid 41
+constexpr const char* notesWorld = R"(app "Notes" pid 41
     window 7 "Inbox" at 0,0 size 9x9
         AXButton "Send" press: quit
     window 8 "Other" at 0,0 size 9x9
 at 100us lock
 )";
 
-constexpr const char* steps = R"(turns 7
+constexpr const char* notesSteps = R"(turns 7
 fault private.post 3+ refused
 fault any 7 before user copy "a b"
 run "windows" "Notes"
@@ -31,10 +31,10 @@ beside "capture-service" "FOLDER/lock"
 )";
 
 TEST(a_case, reads_back_as_it_was_written) {
-  const Case one = readCase(world, steps);
+  const Case one = readCase(notesWorld, notesSteps);
 
-  EXPECT_EQ(worldText(one), world);
-  EXPECT_EQ(stepsText(one), steps);
+  EXPECT_EQ(worldText(one), notesWorld);
+  EXPECT_EQ(stepsText(one), notesSteps);
   EXPECT_EQ(one.steps.at(0).environment.at("CU_WINDOW"), "in\xFF\n");
 }
 
@@ -59,7 +59,7 @@ TEST(shrunk, leaves_what_the_failure_needs_and_no_more) {
     const bool hasButton = worldText(one).find("AXButton") != std::string::npos;
     return hasButton && stepsText(one).find("signal 15") != std::string::npos;
   };
-  const Case smallest = shrunk(readCase(world, steps), fails);
+  const Case smallest = shrunk(readCase(notesWorld, notesSteps), fails);
 
   EXPECT_EQ(worldText(smallest),
             "app \"Notes\" pid 41\n    window 7 \"Inbox\" at 0,0 size 9x9\n"

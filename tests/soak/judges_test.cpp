@@ -48,6 +48,11 @@ TEST(judge, sees_what_is_wrong_with_what_happened) {
                   std::string("yours");
             }),
             "user");
+  EXPECT_EQ(judgeOf([&](Played& played) { world(played).session.locked = true; }), "user");
+  EXPECT_EQ(judgeOf([&](Played& played) { world(played).windows[0].onScreen = false; }), "user");
+  EXPECT_EQ(judgeOf([&](Played& played) { world(played).windows[0].frame.x += 1; }), "user");
+  EXPECT_EQ(judgeOf([&](Played& played) { world(played).applications[0].focusedElement = 0; }),
+            "user");
   EXPECT_EQ(judgeOf([](Played& played) { played.handlesLeft = 1; }), "handles");
   EXPECT_EQ(judgeOf([](Played& played) { played.steps[0].output = "{\"ok\":true}\n"; }),
             "contract");

@@ -159,6 +159,8 @@ class Player {
     desktop().leave(result.client);
     result.entriesAfter = desktop().mac().entries;
     noteEnd(result);
+    // With a process that is killed goes what it had still to undo.
+    if (desktop().client(result.client).diedBySignal) driver::renewGlobals();
     // The handles that the start-up values of a run hold until the next run.
     const driver::Globals& values = driver::globals();
     const long kept = (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0);

@@ -17,74 +17,65 @@ Process::Process(simulator::Desktop& desktop, Turns& turns, std::size_t client)
       client_(client),
       state_(std::make_unique<simulated::ProcessState>()) {}
 
-Process::~Process() {
-  for (auto& [flow, thread] : threads_) thread.thread.join();
-}
-
 void Process::begin(std::vector<std::string> commandLine) {
   const Flow flow = turns_.join(client_, Datum());
-  startThread(flow, [this, commandLine = std::move(commandLine)] {
+  startFiber(flow, [this, commandLine = std::move(commandLine)] {
     const int status = driver::run(commandLine);
     call({Function::exit, {driver::pack(status)}});
     end(status);
   });
 }
 
-/// The thread waits until it is given the turn.
-void Process::startThread(Flow flow, std::function<void()> body) {
-  Thread& own = threads_[flow];
-  own.thread = std::thread([this, flow, &own, body = std::move(body)] {
+/// The fiber begins when it is given the turn.
+void Process::startFiber(Flow flow, std::function<void()> body) {
+  flows_.try_emplace(flow, [this, flow, body = std::move(body)] {
+    if (status_) return;
     try {
-      own.turn.acquire();
-      if (!status_) body();
+      body();
       if (!status_) turns_.leave(flow);
     } catch (const Ended&) {
     }
-    own.over = true;
-    turnIsBack_.release();
   });
 }
 
 bool Process::has(Flow flow) const {
-  const auto thread = threads_.find(flow);
-  return thread != threads_.end() && !thread->second.over;
+  const auto found = flows_.find(flow);
+  return found != flows_.end() && !found->second.isOver();
 }
 
 void Process::addFlows(std::vector<Flow>& flows) const {
-  for (const auto& [flow, thread] : threads_) {
-    if (!thread.over) flows.push_back(flow);
+  for (const auto& [flow, fiber] : flows_) {
+    if (!fiber.isOver()) flows.push_back(flow);
   }
 }
 
 void Process::install() {
   driver::exchangeGlobals(std::move(globals_));
   simulated::exchangeState(std::move(state_));
+  driver::exchangeLockEntry(lockEntry_);
   simulated::setChannel(this);
 }
 
 void Process::remove() {
   simulated::setChannel(nullptr);
+  lockEntry_ = driver::exchangeLockEntry(nullptr);
   state_ = simulated::exchangeState(nullptr);
   globals_ = driver::exchangeGlobals(nullptr);
 }
 
 void Process::giveTurn(Flow flow, Datum answer) {
-  Thread& thread = threads_.at(flow);
   install();
   present_ = flow;
-  thread.answer = std::move(answer);
-  thread.turn.release();
-  turnIsBack_.acquire();
+  answer_ = std::move(answer);
+  flows_.at(flow).resume();
   remove();
 }
 
 /// Gives back the turn, and waits for the next.
 Datum Process::awaitTurn() {
-  Thread& own = threads_.at(present_);
-  turnIsBack_.release();
-  own.turn.acquire();
+  flows_.at(present_).suspend();
   if (status_) throw Ended{};
-  return std::move(own.answer);
+  return std::move(answer_);
 }
 
 bool Process::isToldToEnd() const {
@@ -96,7 +87,7 @@ Process::Flow Process::startEnding() {
   isEnding_ = true;
   const Flow flow = turns_.join(client_, Datum());
   const int number = desktop_.client(client_).told->signal;
-  startThread(flow, [this, number] { endingHandler_(number); });
+  startFiber(flow, [this, number] { endingHandler_(number); });
   return flow;
 }
 
@@ -106,8 +97,8 @@ bool Process::isKilled() const {
 
 void Process::endWith(int status) {
   if (!status_) status_ = status;
-  for (auto& [flow, thread] : threads_) {
-    if (!thread.over) giveTurn(flow, Datum());
+  for (auto& [flow, fiber] : flows_) {
+    if (!fiber.isOver()) giveTurn(flow, Datum());
   }
   turns_.leaveAll(client_);
   desktop_.leave(client_);
@@ -140,7 +131,7 @@ void Process::startFlow(std::function<void()> body) {
   // A flow that is being started arrives before anybody else can go on.
   const auto flow = driver::unpack<Flow>(*turns_.call(present_, {Function::startFlow, {}}));
   turns_.arrive(client_, flow);
-  startThread(flow, std::move(body));
+  startFiber(flow, std::move(body));
 }
 
 // Signals are happenings of the world.

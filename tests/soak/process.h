@@ -1,17 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
-#include <semaphore>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "guard/screen_lock.h"
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/process_state.h"
 #include "simulator/turns.h"
+#include "tests/support/fiber.h"
 
 namespace soak {
 
@@ -19,14 +21,13 @@ namespace soak {
 /// it.
 struct Ended {};
 
-/// One process of several in this one: the channel that its flows use, each a thread that goes on
-/// only when it is given the turn.
+/// One process of several in this one: the channel that its flows use, each of which goes on only
+/// when it is given the turn.
 class Process : public platform::Channel {
  public:
   using Flow = simulator::Turns::Flow;
 
   Process(simulator::Desktop& desktop, simulator::Turns& turns, std::size_t client);
-  ~Process() override;
 
   /// The first flow, which runs the driver, and waits for its turn.
   void begin(std::vector<std::string> commandLine);
@@ -60,6 +61,7 @@ class Process : public platform::Channel {
 
   driver::Datum call(platform::Call call) override;
   platform::Pid ownPid() const override;
+  std::uintptr_t ownFlow() const override { return present_; }
   void startFlow(std::function<void()> body) override;
   void watchSignals(const std::vector<int>& numbers) override;
   void awaitEndingSignal(const std::vector<int>& numbers,
@@ -69,15 +71,7 @@ class Process : public platform::Channel {
   [[noreturn]] void dieBySignal(int signal) override;
 
  private:
-  /// A thread, and what it is given with its turn.
-  struct Thread {
-    std::binary_semaphore turn{0};
-    driver::Datum answer;
-    bool over = false;
-    std::thread thread;
-  };
-
-  void startThread(Flow flow, std::function<void()> body);
+  void startFiber(Flow flow, std::function<void()> body);
   driver::Datum awaitTurn();
   [[noreturn]] void end(int status);
   void install();
@@ -86,9 +80,9 @@ class Process : public platform::Channel {
   simulator::Desktop& desktop_;
   simulator::Turns& turns_;
   std::size_t client_;
-  std::map<Flow, Thread> threads_;
-  Flow present_ = 0;  // whose turn it is
-  std::binary_semaphore turnIsBack_{0};
+  std::map<Flow, testing_support::Fiber> flows_;
+  Flow present_ = 0;      // whose turn it is
+  driver::Datum answer_;  // for that flow
   std::function<void(int)> endingHandler_;
   std::function<bool()> isPutAside_ = [] { return false; };
   bool isEnding_ = false;
@@ -97,6 +91,7 @@ class Process : public platform::Channel {
   // What the process has for itself, while it is not its turn.
   std::unique_ptr<driver::Globals> globals_;
   std::unique_ptr<simulated::ProcessState> state_;
+  driver::LockEntry lockEntry_ = nullptr;
 };
 
 }  // namespace soak

@@ -8,7 +8,6 @@
 #include "simulator/input/happenings.h"
 #include "tests/soak/process.h"
 #include "tests/support/channels.h"
-#include "tests/support/one_processor.h"
 
 namespace soak {
 
@@ -152,7 +151,6 @@ class Processes::Implementation {
   static constexpr std::size_t putAsideOneIn = 8;
 
   simulator::Desktop& desktop_;
-  testing_support::OneProcessor processor_;
   Turns turns_;
   std::map<Turns::Flow, std::function<void()>> acts_;
   Microseconds nextStop_ = -1;  // the latest such instant

@@ -146,6 +146,44 @@ std::string otherValue(const Case& one, const World& alone, const World& played)
   return "";
 }
 
+/// A Mac that nobody has locked, or unlocked, in place of the user.
+std::string otherSession(const World& alone, const World& played) {
+  return alone.session.locked == played.session.locked ? "" : "the screen is locked, or is not";
+}
+
+/// Windows of applications that no run was about, front to back.
+std::vector<const simulator::Window*> windowsOfOthers(const Case& one, const World& world) {
+  std::vector<const simulator::Window*> windows;
+  for (const simulator::Window& window : world.windows) {
+    const Application* owner = simulator::findApplication(world, window.owner);
+    if (owner != nullptr && !isMeant(one, *owner)) windows.push_back(&window);
+  }
+  return windows;
+}
+
+std::string otherWindows(const Case& one, const World& alone, const World& played) {
+  const auto isSame = [](const simulator::Window* a, const simulator::Window* b) {
+    return a->number == b->number && a->frame == b->frame && a->onScreen == b->onScreen;
+  };
+  const auto before = windowsOfOthers(one, alone);
+  const auto after = windowsOfOthers(one, played);
+  const bool same = std::equal(before.begin(), before.end(), after.begin(), after.end(), isSame);
+  return same ? "" : "windows of others lie otherwise";
+}
+
+/// The window and the element that have the keyboard in applications that no run was about.
+std::string otherKeyboard(const Case& one, const World& alone, const World& played) {
+  for (const Application& before : alone.applications) {
+    const Application* after = simulator::findApplication(played, before.pid);
+    if (after == nullptr || isMeant(one, before)) continue;
+    if (before.focusedWindow != after->focusedWindow ||
+        before.focusedElement != after->focusedElement) {
+      return "the keyboard is elsewhere in application " + std::to_string(before.pid);
+    }
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string disturbanceOfUser(const Case& one, const Played& played) {
@@ -156,6 +194,11 @@ std::string disturbanceOfUser(const Case& one, const Played& played) {
   const World& undisturbed = alone.mac().world;
   if (auto complaint = pointerMoved(undisturbed, world); !complaint.empty()) return complaint;
   if (auto complaint = otherFront(undisturbed, world); !complaint.empty()) return complaint;
+  if (auto complaint = otherSession(undisturbed, world); !complaint.empty()) return complaint;
+  if (auto complaint = otherWindows(one, undisturbed, world); !complaint.empty()) return complaint;
+  if (auto complaint = otherKeyboard(one, undisturbed, world); !complaint.empty()) {
+    return complaint;
+  }
   if (!holdsTheSame(undisturbed.pasteboard, world.pasteboard) && !tellsOfClipboard(played)) {
     return "the clipboard holds something else";
   }

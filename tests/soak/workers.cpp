@@ -1,6 +1,5 @@
 #include "tests/soak/workers.h"
 
-#include <malloc.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -125,11 +124,6 @@ class Workers {
 
   /// In the child.
   void work(std::size_t worker) {
-    // What one case has had of the free store the next one needs again.
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-    mallopt(M_ARENA_MAX, 1);
-    // What is freed is not gathered each time that something large comes.
-    mallopt(M_MXFAST, 0);
     const testing_support::TemporaryFolder folder;
     Progress& progress = progress_.of(worker);
     for (; goesOn(progress.next); progress.next += jobs_) {

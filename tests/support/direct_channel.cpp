@@ -1,15 +1,13 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <semaphore>
-#include <thread>
 
 #include "main/dispatcher.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/process_state.h"
 #include "simulator/turns.h"
 #include "tests/support/channels.h"
-#include "tests/support/one_processor.h"
+#include "tests/support/fiber.h"
 
 namespace testing_support {
 
@@ -24,8 +22,8 @@ namespace {
 /// it.
 struct Exited {};
 
-/// A process inside this one. Its flows are threads of which one runs at a time: each goes on only
-/// when it is its turn on the simulated Mac.
+/// A process inside this one. Its main flow is who made it, the others are fibers: each goes on
+/// only when it is its turn on the simulated Mac.
 class DirectChannel : public platform::Channel {
  public:
   DirectChannel(simulator::Desktop& desktop, std::size_t client, const Schedule& schedule)
@@ -45,12 +43,13 @@ class DirectChannel : public platform::Channel {
 
   platform::Pid ownPid() const override { return desktop_.client(client_).pid; }
 
+  std::uintptr_t ownFlow() const override { return turn_ - mainFlow_; }
+
   void startFlow(std::function<void()> body) override {
     if (!turns_) beginTurns();
     const auto flow = driver::unpack<Turns::Flow>(call({Function::startFlow, {}}));
     turns_->arrive(client_, flow);
-    threads_.emplace_back(
-        [this, &turn = turnOf(flow), flow, body = std::move(body)] { runFlow(turn, flow, body); });
+    flows_.try_emplace(flow, [this, flow, body = std::move(body)] { runFlow(flow, body); });
   }
 
   // Signals are happenings of the world.
@@ -75,10 +74,11 @@ class DirectChannel : public platform::Channel {
   }
 
   /// The main flow has ended: the others end with it.
-  void join() {
+  void endOthers() {
     finish(0);
-    for (std::thread& thread : threads_) thread.join();
-    processor_.reset();
+    for (auto& [flow, fiber] : flows_) {
+      if (!fiber.isOver()) fiber.resume();
+    }
   }
 
   int status() const { return *status_; }
@@ -86,7 +86,6 @@ class DirectChannel : public platform::Channel {
  private:
   /// From now on there may be several flows.
   void beginTurns() {
-    processor_.emplace();
     turns_ = std::make_unique<Turns>(desktop_, simulator::Scheduler::Time::virtualTime,
                                      Turns::Run::closed);
     turns_->stopWhen([this] { return killed(); });
@@ -101,15 +100,9 @@ class DirectChannel : public platform::Channel {
     throw Exited{};
   }
 
-  /// The process has ended, and learns so in each flow, unless it had ended before.
+  /// The process has ended, unless it had ended before. Each flow learns so when it goes on.
   void finish(int status) {
-    if (status_) return;
-    status_ = status;
-    for (auto& [flow, turn] : turnComes_) turn.release();
-  }
-
-  std::counting_semaphore<>& turnOf(Turns::Flow flow) {
-    return turnComes_.try_emplace(flow, 0).first->second;
+    if (!status_) status_ = status;
   }
 
   bool isToldToEnd() const {
@@ -133,14 +126,12 @@ class DirectChannel : public platform::Channel {
   Datum goOnBesideTheEnd(Call call, simulator::Answer answer, simulator::Microseconds since) {
     beginTurns();
     turns_->awaitAnswer(mainFlow_, std::move(call), std::move(answer), since);
-    std::counting_semaphore<>& own = turnOf(mainFlow_);
     const Turns::Flow flow = turns_->join(client_, Datum());
     const int number = desktop_.client(client_).told->signal;
-    threads_.emplace_back([this, &turn = turnOf(flow), flow, number] {
-      runFlow(turn, flow, [&] { endingHandler_(number); });
-    });
+    flows_.try_emplace(flow,
+                       [this, flow, number] { runFlow(flow, [&] { endingHandler_(number); }); });
     passTurn(flow);
-    return awaitTurn(own);
+    return awaitTurn(mainFlow_);
   }
 
   /// Waits for something to happen that the call wants, while nothing else of the process is there.
@@ -163,15 +154,12 @@ class DirectChannel : public platform::Channel {
     if (status_) throw Exited{};
     const bool isLast = call.function == Function::exit || call.function == Function::dieBySignal;
     const Turns::Flow self = turn_;
-    std::counting_semaphore<>& own = turnOf(self);
     // A flow that is being started arrives before anybody else can go on.
     const bool isStart = call.function == Function::startFlow;
     const auto preferred =
         isLast || isStart ? std::nullopt : schedule_.nextSwitch(self - mainFlow_);
     auto answer = turns_->call(self, std::move(call));
-    if (killed() && !isLast) {
-      endWith(statusOfDeath());
-    }
+    if (killed() && !isLast) endWith(statusOfDeath());
     if (answer && preferred && *preferred != self - mainFlow_) {
       // The flow is pre-empted: it goes on when it is next.
       turns_->wait(self, *std::exchange(answer, std::nullopt), desktop_.mac().now);
@@ -180,11 +168,16 @@ class DirectChannel : public platform::Channel {
       passTurn(std::nullopt);
     }
     if (answer) return std::move(*answer);
-    return awaitTurn(own);
+    return awaitTurn(self);
   }
 
-  Datum awaitTurn(std::counting_semaphore<>& turn) {
-    turn.acquire();
+  /// Until it is its turn, the main flow lets the others go on, and they go back to it.
+  Datum awaitTurn(Turns::Flow self) {
+    if (self == mainFlow_) {
+      while (turn_ != self && !status_) flows_.at(turn_).resume();
+    } else if (turn_ != self) {
+      flows_.at(self).suspend();
+    }
     if (status_) throw Exited{};
     return std::move(answer_);
   }
@@ -195,13 +188,12 @@ class DirectChannel : public platform::Channel {
     if (!woken) return finish(stillRunning);
     turn_ = woken->flow;
     answer_ = std::move(woken->answer);
-    turnOf(turn_).release();
   }
 
-  void runFlow(std::counting_semaphore<>& turn, Turns::Flow flow,
-               const std::function<void()>& body) {
+  /// What a fiber does. It is resumed when it is its turn, or the process has ended.
+  void runFlow(Turns::Flow flow, const std::function<void()>& body) {
+    if (status_) return;
     try {
-      awaitTurn(turn);
       body();
       if (status_) return;
       turns_->leave(flow);
@@ -215,15 +207,12 @@ class DirectChannel : public platform::Channel {
   Schedule schedule_;
   std::function<void(int)> endingHandler_;
 
-  // What follows is used by the flow whose turn it is, and by all once the process has ended.
-  std::map<Turns::Flow, std::counting_semaphore<>> turnComes_;
-  std::optional<OneProcessor> processor_;
-  std::unique_ptr<Turns> turns_;  // once there are several flows
+  std::unique_ptr<Turns> turns_;        // once there are several flows
+  std::map<Turns::Flow, Fiber> flows_;  // all but the main one
   Turns::Flow mainFlow_ = 0;
   Turns::Flow turn_ = 0;  // whose it is
   Datum answer_;          // for that flow
   std::optional<int> status_;
-  std::vector<std::thread> threads_;
 };
 
 /// The status `body` returns, or ends the process with.
@@ -233,9 +222,9 @@ int statusOf(DirectChannel& channel, const std::function<int()>& body) {
   int status = 0;
   try {
     status = body();
-    channel.join();
+    channel.endOthers();
   } catch (const Exited&) {
-    channel.join();
+    channel.endOthers();
     status = channel.status();
   }
   simulated::renewState();

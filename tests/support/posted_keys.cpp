@@ -15,13 +15,13 @@ using platform::EventImage;
 using platform::Function;
 using simulator::TraceEntry;
 
-std::vector<const TraceEntry*> keyPosts(const TestMac& mac) {
-  std::vector<const TraceEntry*> posts;
+std::vector<TraceEntry> keyPosts(const TestMac& mac) {
+  std::vector<TraceEntry> posts;
   for (const TraceEntry& entry : mac.desktop().trace()) {
     const Function function = entry.call.function;
     if (function != Function::publicPost && function != Function::privatePost) continue;
     const auto event = driver::unpack<EventImage>(entry.call.arguments.at(1));
-    if (simulator::isKeyEvent(event)) posts.push_back(&entry);
+    if (simulator::isKeyEvent(event)) posts.push_back(entry);
   }
   return posts;
 }
@@ -62,15 +62,15 @@ std::string lineOf(const TraceEntry& entry) {
 
 std::string postedKeys(TestMac& mac) {
   std::string lines;
-  for (const TraceEntry* entry : keyPosts(mac)) lines += lineOf(*entry);
+  for (const TraceEntry& entry : keyPosts(mac)) lines += lineOf(entry);
   return lines;
 }
 
 std::string keySteps(TestMac& mac) {
   std::string steps;
-  for (const TraceEntry* entry : keyPosts(mac)) {
+  for (const TraceEntry& entry : keyPosts(mac)) {
     steps += steps.empty() ? "" : ", ";
-    steps += stepOf(driver::unpack<EventImage>(entry->call.arguments.at(1)));
+    steps += stepOf(driver::unpack<EventImage>(entry.call.arguments.at(1)));
   }
   return steps;
 }

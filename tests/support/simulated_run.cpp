@@ -41,7 +41,7 @@ std::vector<simulator::Fault> parseFaults(const std::vector<std::string>& texts,
 std::vector<std::string> callNames(const Desktop& desktop, std::size_t firstCall) {
   std::vector<std::string> names;
   for (std::size_t i = firstCall; i < desktop.trace().size(); ++i) {
-    const auto function = desktop.trace()[i].call.function;
+    const auto function = desktop.trace().functionAt(i);
     if (function == platform::Function::writeOutput || function == platform::Function::exit) {
       continue;
     }

@@ -2,18 +2,22 @@
 from __future__ import annotations
 
 import asyncio
+import contextvars
 import threading
 from typing import Any, AsyncIterator, Awaitable, Callable, Dict, List, Optional, TypeVar
 
 from . import contract
 from .cancellation import Cancellation
 from .commands import AsyncApp, AsyncCommands
-from .errors import CancelledError, Reply, TimedOutError
+from .errors import CancelledError, Reply
 from .lines import Lines, next_or_cancelled
-from .mac import Mac
+from .mac import Asking, Mac
 from .service import CaptureService, CaptureSession
 
 Result = TypeVar("Result")
+
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
 
 
 async def in_thread(work: Callable[[Cancellation], Result]) -> Result:
@@ -36,7 +40,7 @@ async def in_thread(work: Callable[[Cancellation], Result]) -> Result:
             failure = raised
         loop.call_soon_threadsafe(settle, result, failure)
 
-    threading.Thread(target=perform, daemon=True).start()
+    threading.Thread(target=contextvars.copy_context().run, args=(perform,), daemon=True).start()
     try:
         return await asyncio.shield(done)
     except asyncio.CancelledError:
@@ -93,16 +97,18 @@ class AsyncMac(AsyncCommands):
             lambda cancellation: self.mac.run(command, given, cancellation=cancellation, **options))
 
     async def until(self, ask: Callable[[], Awaitable[Result]], *, timeout: float = 10,
-                    every: float = 0.2) -> Result:
-        """Waits until what is asked for is so, and gives what is told."""
+                    every: float = 0.2, what: Optional[str] = None) -> Result:
+        """Waits until what is asked for is so, and gives what is told; see Mac.until."""
         clock = self.mac.clock
         end = await in_thread(lambda _: clock.now()) + timeout
+        asking = Asking()
         while True:
-            told = await ask()
+            with asking.once():
+                told = await ask()
             if told:
                 return told
             if await in_thread(lambda _: clock.now()) + every > end:
-                raise TimedOutError("until", timeout)
+                raise asking.in_vain(what, timeout, told)
             await in_thread(lambda _: clock.sleep(every))
 
     async def start_capture_service(self, lock: str) -> "AsyncCaptureService":

@@ -5,6 +5,9 @@ from typing import Any, Awaitable, Callable, List, Literal, Optional, Sequence, 
 
 from . import contract
 
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
 
 class Commands:
     """Every command as a function, which gives the reply or raises."""

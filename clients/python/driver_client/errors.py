@@ -1,8 +1,10 @@
 """What this package raises of its own."""
 from __future__ import annotations
 
+import json
 import re
-from typing import Any, Dict, Optional
+import shlex
+from typing import Any, Dict, Optional, Sequence, Tuple
 
 from .contract import FAILURES, REMEDIES_WITHOUT_TEXT
 
@@ -44,6 +46,28 @@ class TimedOutError(DriverError):
     def __init__(self, command: str, seconds: float) -> None:
         super().__init__(f"{command}: told to end after {seconds:g} s; look at the target before doing it again")
         self.command = command
+        self.seconds = seconds
+
+
+SHOWN_MAX = 300  # characters of a reply
+
+
+class WaitedInVainError(TimedOutError):
+    """What `until` waited for did not come. Nothing was told to end."""
+
+    def __init__(self, what: Optional[str], seconds: float, times: int, told: Any,
+                 last_run: Optional[Tuple[Sequence[str], Reply]]) -> None:
+        often = "once" if times == 1 else f"{times} times"
+        asked = f"waited {seconds:g} s in vain{f' for {what}' if what else ''}, and asked {often}; "
+        if last_run is None:
+            found = f"the last answer was {told!r}"
+        else:
+            words, reply = last_run
+            shown = json.dumps(reply, ensure_ascii=False, sort_keys=True, separators=(",", ":"))
+            cut = f"{shown[:SHOWN_MAX]}…" if len(shown) > SHOWN_MAX else shown
+            found = f"at last {shlex.join(['driver', *words])} replied {cut}"
+        DriverError.__init__(self, asked + found)
+        self.command = "until"
         self.seconds = seconds
 
 

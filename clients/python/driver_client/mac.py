@@ -1,22 +1,28 @@
 """A Mac that is operated: every command as a function, and what keeps going."""
 from __future__ import annotations
 
+import contextlib
+import contextvars
 import dataclasses
 import os
 import threading
-from typing import TYPE_CHECKING, Any, Callable, Dict, List, Mapping, Optional, Sequence, Set, Type, TypeVar
+from typing import (TYPE_CHECKING, Any, Callable, Dict, Iterator, List, Mapping, Optional, Sequence, Set, Tuple, Type,
+                    TypeVar)
 
 from .cancellation import Cancellation
 from .clock import Clock
 from .commands import App, Commands
 from .contract import COMMANDS
-from .errors import HungError, Reply, TimedOutError, failure_of
+from .errors import HungError, Reply, WaitedInVainError, failure_of
 from .lines import ENDED_WITH_INPUT, InputWatch, KeepAwake, Lines, LockGuard, guard_environment
 from .run import command_line, run_once, seconds_max
 from .turns import Turns
 
 if TYPE_CHECKING:
     from .service import CaptureService
+
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
 
 # Two messages that a hung application does not answer: docs/WORST_CASE.md.
 HUNG_SECONDS = 12.0
@@ -28,6 +34,30 @@ CLIPBOARD = ""
 
 Result = TypeVar("Result")
 Kind = TypeVar("Kind", bound=Lines)
+
+
+class Asking:
+    """What an `until` has asked so far, and the last run of driver that this took."""
+
+    def __init__(self) -> None:
+        self.times = 0
+        self.last_run: Optional[Tuple[Sequence[str], Reply]] = None
+
+    @contextlib.contextmanager
+    def once(self) -> Iterator[None]:
+        self.times += 1
+        token = ASKING.set(self)
+        try:
+            yield
+        finally:
+            ASKING.reset(token)
+
+    def in_vain(self, what: Optional[str], timeout: float, told: Any) -> WaitedInVainError:
+        return WaitedInVainError(what, timeout, self.times, told, self.last_run)
+
+
+# The one that the present task asks for.
+ASKING: "contextvars.ContextVar[Optional[Asking]]" = contextvars.ContextVar("asking", default=None)
 
 
 class Runs:
@@ -124,16 +154,20 @@ class Mac(Commands):
             with self._turns.take(CLIPBOARD):
                 return work()
 
-    def until(self, ask: Callable[[], Result], *, timeout: float = 10, every: float = 0.2) -> Result:
-        """Waits until what is asked for is so: asks at once, then again and again, and gives what is told."""
+    def until(self, ask: Callable[[], Result], *, timeout: float = 10, every: float = 0.2,
+              what: Optional[str] = None) -> Result:
+        """Waits until what is asked for is so: asks at once, then again and again, and gives what is told.
+        When it waits in vain, the error says for `what`, and what the last run of driver replied."""
         clock = self._options.clock
         end = clock.now() + timeout
+        asking = Asking()
         while True:
-            told = ask()
+            with asking.once():
+                told = ask()
             if told:
                 return told
             if clock.now() + every > end:
-                raise TimedOutError("until", timeout)
+                raise asking.in_vain(what, timeout, told)
             clock.sleep(every)
 
     def start_capture_service(self, lock: str) -> "CaptureService":
@@ -178,6 +212,9 @@ class Mac(Commands):
         before = self._options.clock.now()
         with self._options.runs:
             reply = run_once(self._options.driver, words, environment, limit, cancellations)
+        asking = ASKING.get()
+        if asking is not None:
+            asking.last_run = (words, reply)
         is_silent = reply.get("ok") is not True or _is_empty(reply)
         if is_silent and _waits_for_application(command):
             if self._options.clock.now() - before >= HUNG_SECONDS:

@@ -4,19 +4,23 @@ from __future__ import annotations
 
 import contextlib
 from pathlib import Path
-from typing import Any, Callable, Iterator, List, Union
+from typing import Any, Callable, Iterator, List, Optional, Union
 
 import pytest
 
+from .errors import DriverError
 from .testing import SimulatedMac, simulated_mac
 
-HAS_FAILED = pytest.StashKey[bool]()
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
+FAILURE = pytest.StashKey[BaseException]()
 
 
-def pytest_exception_interact(node: Union[pytest.Item, pytest.Collector], report: Any) -> None:
-    """Lets the fixture know that the test has failed."""
-    if report.when == "call":
-        node.stash[HAS_FAILED] = True
+def pytest_exception_interact(node: Union[pytest.Item, pytest.Collector], call: Any, report: Any) -> None:
+    """Lets the fixture know that the test has failed, and why."""
+    if getattr(report, "when", None) == "call":
+        node.stash[FAILURE] = call.excinfo.value
 
 
 @pytest.fixture(name="simulated_mac")
@@ -25,13 +29,22 @@ def _simulated_mac(request: pytest.FixtureRequest, tmp_path: Path) -> Iterator[C
     user's state is another than before."""
     pages: List[Path] = []
     macs: List[SimulatedMac] = []
-    with contextlib.ExitStack() as stack:
-        def start(world: str, **options: Any) -> SimulatedMac:
-            pages.append(tmp_path / f"report-{len(pages) + 1}.html")
-            macs.append(stack.enter_context(simulated_mac(world, **{"report": pages[-1], **options})))
-            return macs[-1]
+    problem: Optional[str] = None
+    try:
+        with contextlib.ExitStack() as stack:
+            def start(world: str, **options: Any) -> SimulatedMac:
+                pages.append(tmp_path / f"report-{len(pages) + 1}.html")
+                macs.append(stack.enter_context(simulated_mac(world, **{"report": pages[-1], **options})))
+                return macs[-1]
 
-        yield start
-        if request.node.stash.get(HAS_FAILED, False):
-            for mac, page in zip(macs, pages):
-                print(f"what happened on the simulated Mac: {mac.report(page)}")
+            yield start
+            failure = request.node.stash.get(FAILURE, None)
+            if failure is not None:
+                for mac, page in zip(macs, pages):
+                    mac.note_failure(failure)
+                    print(f"what happened on the simulated Mac: {mac.report(page)}")
+    except DriverError as error:
+        problem = str(error)
+    if problem is not None:
+        # It is all there is to know: no line of the test is to blame.
+        pytest.fail(problem, pytrace=False)

@@ -13,6 +13,10 @@ from .contract import COMMANDS
 from .errors import NoReplyError, Reply, TimedOutError
 
 
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
+
 def _number(value: Any) -> str:
     return str(int(value)) if isinstance(value, float) and value.is_integer() else str(value)
 

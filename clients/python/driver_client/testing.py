@@ -6,13 +6,47 @@ import json
 import os
 import subprocess
 import tempfile
+import traceback
 from pathlib import Path
 from typing import Any, Iterator, List, Optional
 
 from .children import end_child, forget, start_child
 from .clock import Clock
-from .errors import DriverError, Reply
+from .errors import SHOWN_MAX, DriverError, Reply
 from .mac import Mac
+
+
+# pytest shows a failure where the test calls this module, not in it.
+__tracebackhide__ = True
+
+HERE = Path(__file__).parent
+
+
+def failure_text(error: BaseException) -> str:
+    """An error for people: what it is, and which line of whose code it comes from."""
+    frames = [frame for frame in traceback.extract_tb(error.__traceback__)
+              if Path(frame.filename).parent != HERE]
+    place = f" ({Path(frames[-1].filename).name}:{frames[-1].lineno})" if frames else ""
+    said = str(error) or (frames[-1].line if frames else "") or ""
+    first, *rest = f"{type(error).__name__}: {said}".removesuffix(": ").split("\n")
+    return "\n".join([first + place, *rest])
+
+
+def differences(before: Any, after: Any, name: str = "") -> Iterator[str]:
+    """Where two states differ, each with what was there and what is."""
+    if before == after:
+        return
+    if isinstance(before, dict) and isinstance(after, dict):
+        for key in sorted({*before, *after}):
+            inner = f"{name}.{key}" if name else key
+            yield from differences(before.get(key), after.get(key), inner)
+    else:
+        yield f"{name} was {_shown(before)} and is {_shown(after)}"
+
+
+def _shown(value: Any) -> str:
+    text = json.dumps(value, ensure_ascii=False, sort_keys=True)
+    return text if len(text) <= SHOWN_MAX else f"{text[:SHOWN_MAX]}…"
 
 
 class _VirtualClock(Clock):
@@ -79,10 +113,16 @@ class SimulatedMac:
         """Fails when a rule of safe input was broken, or the user's state is another than at the start."""
         violations = self.violations()
         if violations:
-            raise DriverError(f"violations: {violations}")
-        after = self.state()
-        if after != self._before:
-            raise DriverError(f"the user's state was {self._before} and is {after}")
+            raise DriverError(f"rules of safe input were broken: {'; '.join(violations)}")
+        changed = list(differences(self._before, self.state()))
+        if changed:
+            raise DriverError(f"the user's state is not as before: {'; '.join(changed)}")
+
+    def note_failure(self, error: BaseException) -> None:
+        """Writes into the journal that the test has failed, and why: a report begins with it."""
+        # A Mac that has gone is not what has failed.
+        with contextlib.suppress(DriverError, OSError):
+            self.tell("failed", failure_text(error))
 
     def report(self, path: "os.PathLike[str] | str") -> str:
         """Writes a page that shows all that has happened so far, for a browser. Gives its path."""
@@ -114,7 +154,8 @@ def simulated_mac(world: str, *, report: "os.PathLike[str] | str | None" = None,
     try:
         yield simulated
         simulated.check()
-    except BaseException:
+    except BaseException as error:
+        simulated.note_failure(error)
         if report is not None:
             print(f"what happened on the simulated Mac: {simulated.report(report)}")
         raise

@@ -7,7 +7,7 @@ import unittest
 
 from support import ROOT, on_mac
 
-from driver_client import App, AsyncApp, AsyncMac, CommandError, DriverError
+from driver_client import App, AsyncApp, AsyncMac, CommandError, DriverError, Mac
 from driver_client.contract import COMMANDS
 
 CASES = json.loads((ROOT / "clients/cases.json").read_text(encoding="utf-8"))
@@ -137,6 +137,18 @@ class Cases(unittest.TestCase):
         methods = {snake(step["method"]) for step in steps if "method" in step}
         for kind in (App, AsyncApp):
             self.assertEqual(methods, {name for name in vars(kind) if not name.startswith("_")})
+
+    def test_have_the_names_that_the_page_of_commands_says(self):
+        page = (ROOT / "docs/COMMANDS.md").read_text(encoding="utf-8")
+        rows = [[cell.strip("` ").split("`")[0] for cell in line.split("|")[1:-1]]
+                for line in page.split("begin: names in the clients")[1].split("<!-- end")[0].splitlines()[4:]]
+        rows = [row for row in rows if row]
+        self.assertLess(set(COMMANDS), {row[0] for row in rows})
+        for _, name, _, method, _ in rows:
+            for kind in (Mac, AsyncMac):
+                self.assertTrue(callable(getattr(kind, name)), name)
+        methods = {row[3] for row in rows if row[3]}
+        self.assertEqual(methods, {name for name in vars(App) if not name.startswith("_")})
 
 
 if __name__ == "__main__":

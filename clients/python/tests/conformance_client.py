@@ -19,11 +19,11 @@ class Client:
         self.talking = None
 
     def run(self, told):
-        mac = Mac(scope=told.get("scope"), capture_pid=told.get("capturePid"))
+        mac = Mac(environment=told["environment"], scope=told.get("scope"), capture_pid=told.get("capturePid"))
         return reply_of(lambda: mac.run(told["command"], told["given"]))
 
     def talk(self, told):
-        mac = Mac()
+        mac = Mac(environment=told["environment"])
         command = told["command"]
         if command == "capture-service":
             self.talking = mac.start_capture_service(*told["words"])

@@ -10,13 +10,14 @@ import sys
 import tempfile
 import threading
 import unittest
+from inspect import currentframe
 from pathlib import Path
 
 from support import DESK, DRIVER, HERE, ROOT, SIMULATED_MAC, on_mac, start_mac
 
 from driver_client import children
 from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, Mac, NoReplyError,
-                           ServiceEndedError, TimedOutError)
+                           ServiceEndedError, TimedOutError, WaitedInVainError)
 
 REAL = Mac()
 
@@ -212,8 +213,11 @@ class Services(unittest.TestCase):
 
 class Fixtures(unittest.TestCase):
     def test_fail_a_test_in_which_the_users_state_has_changed(self):
-        with self.assertRaisesRegex(DriverError, "the user's state was"), on_mac() as simulated:
+        with self.assertRaises(DriverError) as raised, on_mac() as simulated:
             simulated.tell("lock")
+            simulated.tell("user", "move", "10,20")
+        self.assertEqual("the user's state is not as before: locked was false and is true; pointer.x was 980.0 and is "
+                         "10.0; pointer.y was 420.0 and is 20.0", str(raised.exception))
         with self.assertRaises(DriverError):
             start_mac("nonsense")
         with self.assertRaises(DriverError), on_mac() as simulated:
@@ -243,10 +247,43 @@ def test_that_fails(simulated_mac):
             self.skipTest("there is no pytest here")
         self.assertRegex(done.stdout, r"1 failed, 2 passed, 1 error in")
         self.assertIn("ERROR some_test.py::test_that_leaves_a_locked_mac", done.stdout)
+        self.assertIn("\nthe user's state is not as before: locked was false and is true\n", done.stdout)
+        self.assertNotIn("/driver_client/", done.stdout)
         pages = re.findall(r"^what happened on the simulated Mac: (.*)$", done.stdout, re.M)
         self.assertEqual(2, len(pages), done.stdout)
-        for page, shown in zip(pages, ("lock", "no element labelled")):
-            self.assertIn(shown, Path(page).read_text(encoding="utf-8"))
+        shown = ["DriverError: the user's state is not as before: locked was false and is true",
+                 'CommandError: ax-press-exact: no element labelled \\"Nowhere\\" (some_test.py:12)']
+        for page, failure in zip(pages, shown):
+            self.assertTrue(f'"text":"{failure}"' in Path(page).read_text(encoding="utf-8"), failure)
+
+    def test_say_in_the_journal_why_a_block_failed(self):
+        with tempfile.TemporaryDirectory() as folder:
+            page = Path(folder) / "report.html"
+            with contextlib.redirect_stdout(io.StringIO()), self.assertRaises(AssertionError):
+                with on_mac(report=page):
+                    raise AssertionError("no answer\nexpected one")
+            line = currentframe().f_lineno - 1
+            text = f'"text":"AssertionError: no answer (processes_test.py:{line})\\nexpected one"'
+            self.assertTrue(text in page.read_text(encoding="utf-8"), text)
+
+    def test_wait_in_vain_and_say_for_what(self):
+        with on_mac() as simulated:
+            mac = simulated.mac
+            with self.assertRaises(WaitedInVainError) as raised:
+                mac.until(lambda: mac.app("Chat").find_text(["Never"])["counts"]["Never"], timeout=1, what="the answer")
+            self.assertEqual("waited 1 s in vain for the answer, and asked 6 times; at last driver ax-find-text Chat Never "
+                             'replied {"counts":{"Never":0},"frames":{},"ok":true}', str(raised.exception))
+            with self.assertRaises(WaitedInVainError) as raised:
+                mac.until(lambda: None, timeout=0.2)
+            self.assertEqual("waited 0.2 s in vain, and asked 2 times; the last answer was None", str(raised.exception))
+
+            async def ask():
+                await asyncio.gather(other.session(), other.scene())
+                return False
+
+            other = AsyncMac(mac)
+            with self.assertRaisesRegex(WaitedInVainError, "^waited 0 s in vain, and asked once; at last driver s"):
+                asyncio.run(other.until(ask, timeout=0))
 
     def test_write_a_report_when_a_block_fails(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -39,6 +39,34 @@ export class TimedOutError extends DriverError {
   }
 }
 
+/** A run of driver: its words, and what it replied. */
+export interface AskedRun { words: string[]; reply: Reply }
+
+const shownMax = 300;  // characters of a reply
+
+/** A text as a shell takes it. */
+function shellWord(word: string): string {
+  return /^[\w./:,+@%=-]+$/.test(word) ? word : `'${word.replaceAll("'", "'\\''")}'`;
+}
+
+function lastSeen(told: unknown, lastRun: AskedRun | undefined): string {
+  if (lastRun === undefined) return `the last answer was ${JSON.stringify(told)}`;
+  const shown = JSON.stringify(lastRun.reply);
+  const cut = shown.length > shownMax ? `${shown.slice(0, shownMax)}…` : shown;
+  return `at last ${["driver", ...lastRun.words].map(shellWord).join(" ")} replied ${cut}`;
+}
+
+/** What `until` waited for did not come. Nothing was told to end. */
+export class WaitedInVainError extends TimedOutError {
+  constructor(what: string | undefined, milliseconds: number, times: number, told: unknown,
+    lastRun: AskedRun | undefined) {
+    super("until", milliseconds);
+    const often = times === 1 ? "once" : `${times} times`;
+    const aim = what === undefined ? "" : ` for ${what}`;
+    this.message = `waited ${milliseconds} ms in vain${aim}, and asked ${often}; ${lastSeen(told, lastRun)}`;
+  }
+}
+
 /** The capture service has ended, and with it all that ran beside it. */
 export class ServiceEndedError extends DriverError {
   constructor() { super("the capture service has ended"); }

@@ -1,11 +1,15 @@
+import { AsyncLocalStorage } from "node:async_hooks";
 import { ordinaryClock, type Clock } from "./clock.js";
 import { App, Commands } from "./commands.js";
 import { commandRows } from "./contract.js";
-import { failureOf, HungError, TimedOutError, type Reply } from "./errors.js";
+import { failureOf, HungError, WaitedInVainError, type AskedRun, type Reply } from "./errors.js";
 import { endedWithInput, guardEnvironment, InputWatch, KeepAwake, LockGuard, type GuardOptions } from "./guard.js";
 import { argumentsIn, commandLine, millisecondsMax, runOnce, type RunOptions } from "./run.js";
 import { CaptureService } from "./service.js";
 import { Turns } from "./turns.js";
+
+/** The last run of driver that the present `until` has asked for. */
+const asking = new AsyncLocalStorage<{ lastRun?: AskedRun }>();
 
 /** What pastes go in turn under: no application has this name. */
 const clipboard = "";
@@ -78,17 +82,23 @@ export class Mac extends Commands {
     return this.#turns.take(await this.#identityOf(app), whole);
   }
 
-  /** Waits until what is asked for is so: asks at once, then again and again, and gives what is told. */
+  /**
+   * Waits until what is asked for is so: asks at once, then again and again, and gives what is told. When it
+   * waits in vain, the error says for `what`, and what the last run of driver replied.
+   */
   async until<Result>(ask: () => Promise<Result | undefined | null | false>,
-    options: { timeoutMs?: number; everyMs?: number; signal?: AbortSignal } = {}): Promise<Result> {
-    const { timeoutMs = 10_000, everyMs = 200, signal } = options;
+    options: { timeoutMs?: number; everyMs?: number; signal?: AbortSignal; what?: string } = {}): Promise<Result> {
+    const { timeoutMs = 10_000, everyMs = 200, signal, what } = options;
     const clock = this.#clock;
     const end = (await clock.now()) + timeoutMs;
-    for (;;) {
+    const asked: { lastRun?: AskedRun } = {};
+    for (let times = 1; ; times += 1) {
       signal?.throwIfAborted();
-      const told = await ask();
-      if (told !== undefined && told !== null && told !== false) return told;
-      if ((await clock.now()) + everyMs > end) throw new TimedOutError("until", timeoutMs);
+      const told = await asking.run(asked, ask);
+      if (![undefined, null, false, 0].includes(told as undefined)) return told as Result;
+      if ((await clock.now()) + everyMs > end) {
+        throw new WaitedInVainError(what, timeoutMs, times, told, asked.lastRun);
+      }
       await clock.sleep(everyMs, signal);
     }
   }
@@ -140,6 +150,8 @@ export class Mac extends Commands {
       options.timeoutMs ?? millisecondsMax(command, values), signals);
     this.#options.runs?.add(run);
     const reply = await run.finally(() => this.#options.runs?.delete(run));
+    const asked = asking.getStore();
+    if (asked !== undefined) asked.lastRun = { words, reply };
     const isSilent = reply.ok !== true || isEmpty(reply);
     const asks = command.startsWith("ax-") || command === "reveal" || /^bg-(key|type|paste-files)$/.test(command);
     if (isSilent && asks && (await this.#clock.now()) - before >= hungMilliseconds) throw new HungError(command, reply);

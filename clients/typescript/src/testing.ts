@@ -1,6 +1,7 @@
 import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
-import { join } from "node:path";
+import { basename, join } from "node:path";
+import { isDeepStrictEqual } from "node:util";
 import { endChild, startChild } from "./children.js";
 import type { Clock } from "./clock.js";
 import { DriverError, type Reply } from "./errors.js";
@@ -16,13 +17,43 @@ export interface SimulatedMacOptions {
   report?: string;
 }
 
+const shownMax = 300;  // characters of a value
+const here = new URL(".", import.meta.url).href;
+
+/** An error for people: what it is, and which line of whose code it comes from. */
+function failureText(error: unknown): string {
+  if (!(error instanceof Error)) return String(error);
+  const places = (error.stack ?? "").matchAll(/^\s+at .*?\(?((?:file:\/\/)?\/[^()]*?):(\d+):\d+\)?$/gm);
+  const own = [...places].find(([, file]) => !`file://${file}`.replace("file://file://", "file://").startsWith(here));
+  const place = own === undefined ? "" : ` (${basename(own[1]!)}:${own[2]})`;
+  const [first, ...rest] = `${error.name}: ${error.message}`.split("\n");
+  return [first + place, ...rest].join("\n");
+}
+
+/** Where two states differ, each with what was there and what is. */
+function differences(before: unknown, after: unknown, name = ""): string[] {
+  if (isDeepStrictEqual(before, after)) return [];
+  if (!isObject(before) || !isObject(after)) return [`${name} was ${shown(before)} and is ${shown(after)}`];
+  const keys = [...new Set([...Object.keys(before), ...Object.keys(after)])].sort();
+  return keys.flatMap((key) => differences(before[key], after[key], name === "" ? key : `${name}.${key}`));
+}
+
+function isObject(value: unknown): value is Record<string, unknown> {
+  return typeof value === "object" && value !== null && !Array.isArray(value);
+}
+
+function shown(value: unknown): string {
+  const text = value === undefined ? "null" : JSON.stringify(value);
+  return text.length > shownMax ? `${text.slice(0, shownMax)}…` : text;
+}
+
 /** A Mac of a test's own, made from a world. */
 export class SimulatedMac {
   readonly #server: ReturnType<typeof startChild>;
   readonly #folder: string;
   readonly #program: string;
   readonly #environment: NodeJS.ProcessEnv;
-  #before: string | undefined;
+  #before: Reply | undefined;
   readonly mac: Mac;
 
   private constructor(server: ReturnType<typeof startChild>, folder: string, program: string,
@@ -51,7 +82,7 @@ export class SimulatedMac {
       throw new DriverError(`no simulated Mac: ${(await outputOf(server, server.stderr!)).trim()}`);
     }
     const simulated = new SimulatedMac(server, folder, program, socket.trim(), options);
-    simulated.#before = JSON.stringify(await simulated.state());
+    simulated.#before = await simulated.state();
     return simulated;
   }
 
@@ -75,9 +106,18 @@ export class SimulatedMac {
   /** Fails when a rule of safe input was broken, or the user's state is another than at the start. */
   async check(): Promise<void> {
     const violations = await this.violations();
-    if (violations.length > 0) throw new DriverError(`violations: ${JSON.stringify(violations)}`);
-    const after = JSON.stringify(await this.state());
-    if (after !== this.#before) throw new DriverError(`the user's state was ${this.#before} and is ${after}`);
+    if (violations.length > 0) throw new DriverError(`rules of safe input were broken: ${violations.join("; ")}`);
+    const changed = differences(this.#before, await this.state());
+    if (changed.length > 0) throw new DriverError(`the user's state is not as before: ${changed.join("; ")}`);
+  }
+
+  /** Writes into the journal that the test has failed, and why: a report begins with it. */
+  async noteFailure(error: unknown): Promise<void> {
+    try {
+      await this.tell("failed", failureText(error));
+    } catch (trouble) {
+      if (!(trouble instanceof DriverError)) throw trouble;  // a Mac that has gone is not what has failed
+    }
   }
 
   /** Writes a page that shows all that has happened so far, for a browser. */
@@ -87,7 +127,7 @@ export class SimulatedMac {
   }
 
   /** Takes the user's present state for the one to be kept: after the user has acted. */
-  async settle(): Promise<void> { this.#before = JSON.stringify(await this.state()); }
+  async settle(): Promise<void> { this.#before = await this.state(); }
 
   async end(): Promise<void> {
     await endChild(this.#server);
@@ -120,6 +160,7 @@ export async function withSimulatedMac<Result>(world: string, test: (simulated: 
     await simulated.check();
     return result;
   } catch (error) {
+    await simulated.noteFailure(error);
     if (options.report !== undefined) await simulated.report(options.report);
     throw error;
   } finally {

@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { test } from "node:test";
-import { App, CommandError } from "driver-client";
+import { App, CommandError, Mac } from "driver-client";
 import { commandRows } from "../dist/contract.js";
 import { onMac, root } from "./support.mjs";
 
@@ -91,6 +91,17 @@ test("the table calls every function", () => {
   assert.deepEqual([...new Set(called)].sort(), Object.keys(commandRows).sort());
   const methods = Object.getOwnPropertyNames(App.prototype).filter((name) => name !== "constructor");
   assert.deepEqual([...new Set(steps.map((step) => step.method).filter(Boolean))].sort(), methods.sort());
+});
+
+test("the functions have the names that the page of commands says", () => {
+  const page = readFileSync(new URL("docs/COMMANDS.md", root), "utf8");
+  const rows = page.split("begin: names in the clients")[1].split("<!-- end")[0].split("\n")
+    .filter((line) => line.startsWith("| `")).map((line) => line.split("|").map((cell) => cell.replaceAll("`", "").trim()));
+  for (const [, command, , name, method] of rows) {
+    assert.equal(typeof Mac.prototype[name], "function", command);
+    if (method !== "") assert.equal(typeof App.prototype[method.split(" / ").at(-1)], "function", command);
+  }
+  assert.ok(rows.length > Object.keys(commandRows).length);
 });
 
 for (const one of cases) {

@@ -15,11 +15,11 @@ async function replyOf(work) {
 let talking;
 
 const deeds = {
-  run: ({ command, given, scope, capturePid }) =>
-    replyOf(() => new Mac({ scope, capturePid }).run(command, given)),
+  run: ({ command, given, environment, scope, capturePid }) =>
+    replyOf(() => new Mac({ environment, scope, capturePid }).run(command, given)),
 
-  async talk({ command, words }) {
-    const mac = new Mac();
+  async talk({ command, words, environment }) {
+    const mac = new Mac({ environment });
     if (command === "capture-service") {
       talking = await mac.startCaptureService(...words);
       return { ok: true, pid: talking.pid };

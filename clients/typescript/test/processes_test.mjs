@@ -166,10 +166,37 @@ test("arguments that a command does not have are refused", async () => {
 });
 
 test("the fixture fails a test in which the user's state has changed or a rule was broken", async () => {
-  await assert.rejects(onMac(desk, (simulated) => simulated.tell("lock")), DriverError);
+  await assert.rejects(onMac(desk, async (simulated) => {
+    await simulated.tell("lock");
+    await simulated.tell("user", "move", "10,20");
+  }), { message: "the user's state is not as before: locked was false and is true; pointer.x was 980 and is " +
+    "10; pointer.y was 420 and is 20" });
   await assert.rejects(startMac("nonsense"), DriverError);
   await assert.rejects(onMac(desk, (simulated) => simulated.tell("nonsense")), DriverError);
 });
+
+test("the fixture says in the journal why the test has failed", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "report-"));
+  const page = join(folder, "report.html");
+  let line;
+  await assert.rejects(onMac(desk, () => {
+    const error = new RangeError("no answer\nexpected one");
+    line = /processes_test\.mjs:(\d+)/.exec(error.stack)[1];
+    throw error;
+  }, { report: page }), RangeError);
+  const text = `"text":"RangeError: no answer (processes_test.mjs:${line})\\nexpected one"`;
+  assert.ok(readFileSync(page, "utf8").includes(text), text);
+  rmSync(folder, { recursive: true });
+});
+
+test("a wait in vain says for what, and what was there instead", () => onMac(desk, async ({ mac }) => {
+  const ask = async () => (await mac.app("Chat").findText(["Never"])).counts["Never"];
+  await assert.rejects(mac.until(ask, { timeoutMs: 1000, what: "the answer" }), { name: "WaitedInVainError",
+    message: "waited 1000 ms in vain for the answer, and asked 6 times; at last driver ax-find-text Chat Never " +
+      'replied {"counts":{"Never":0},"frames":{},"ok":true}' });
+  await assert.rejects(mac.until(async () => null, { timeoutMs: 0 }),
+    { message: "waited 0 ms in vain, and asked once; the last answer was null" });
+}));
 
 test("the fixture writes a report of what happened when the test fails", async () => {
   const folder = mkdtempSync(join(tmpdir(), "report-"));

@@ -1,7 +1,7 @@
 // The list of items: each a line that opens, with search, filters and keys.
 import { byId, element, milliseconds } from "dom";
-import { commandLineOf, deedOf, endedBadly, hasFailed, headingOf, isRefused, reasonOf, timesOf }
-  from "journal";
+import { commandLineOf, deedOf, endedBadly, hasFailed, headingOf, isFailure, isInVain, isRefused,
+  isSameLook, reasonOf, timesOf } from "journal";
 
 const wanted = {
   all: () => true, failed: hasFailed, broken: (item) => item.broken.length > 0,
@@ -14,6 +14,8 @@ export class ItemList {
   #screensOf;
   #shown = 0;
   #runs = new Set();
+  #heads = new Map();      // of items that are folded: the item that stands for them
+  #followers = new Map();  // of such an item: those below it
 
   /** `names` has the applications' by their pids; `screensOf` makes of an item what it shows of the
    *  screens, or null. */
@@ -39,12 +41,22 @@ export class ItemList {
       this.#items.push(item);
       this.#offer(item.run);
     }
-    details.dataset.state = item.broken.length > 0 ? "broken" : hasFailed(item) ? "failed" : "fine";
+    this.#fold(item);
+    const isRed = item.broken.length > 0 || isFailure(item);
+    details.dataset.state = isRed ? "broken" : hasFailed(item) ? "failed" : "fine";
     details.firstElementChild.replaceChildren(
       element("span", { className: "time", textContent: milliseconds(item.first.at) }),
-      titleOf(item), tagsOf(item));
+      titleOf(item), tagsOf(item, this.#followers.get(item)?.length ?? 0));
     details.dataset.filled = "";
     if (details.open) this.#fill(details, item);
+    this.#filterOne(item);
+  }
+
+  /** Opens an item, and what stands for it. */
+  reveal(item) {
+    const head = this.#heads.get(item) ?? item;
+    byId(`item-${head.number}`).open = true;
+    byId(`item-${item.number}`).open = true;
     this.#filterOne(item);
   }
 
@@ -52,6 +64,26 @@ export class ItemList {
     this.#shown = 0;
     for (const item of this.#items) this.#filterOne(item, true);
     this.#count();
+  }
+
+  /** An item that is the same look as the one before it stands below the first of these, which shows
+   *  how many there are. */
+  #fold(item) {
+    const before = this.#items[item.number - 1];
+    if (this.#heads.has(item) || this.#followers.has(item) || before === undefined) return;
+    if (!isSameLook(item, before)) return;
+    const head = this.#heads.get(before) ?? before;
+    this.#heads.set(item, head);
+    this.#followers.set(head, [...this.#followers.get(head) ?? [], item]);
+    this.show(head);
+  }
+
+  /** Whether it is out of sight below an item that stands for it. */
+  #isFolded(item) {
+    const head = this.#heads.get(item);
+    if (head === undefined) return false;
+    const details = byId(`item-${head.number}`);
+    return details.dataset.counted === "yes" && !details.open;
   }
 
   #count() { byId("count").value = `${this.#shown} of ${this.#items.length}`; }
@@ -66,7 +98,7 @@ export class ItemList {
     const counted = !isFirst && details.dataset.counted === "yes";
     this.#shown += Number(matches) - Number(counted);
     details.dataset.counted = matches ? "yes" : "no";
-    details.hidden = !matches;
+    details.hidden = !matches || this.#isFolded(item);
     if (!isFirst) this.#count();
   }
 
@@ -87,7 +119,10 @@ export class ItemList {
     const kind = item.kind === "request" ? "own" : item.kind;
     const details = element("details", { className: `item ${kind}`, id: `item-${item.number}` },
       element("summary"));
-    details.addEventListener("toggle", () => { if (details.open) this.#fill(details, item); });
+    details.addEventListener("toggle", () => {
+      if (details.open) this.#fill(details, item);
+      for (const each of this.#followers.get(item) ?? []) this.#filterOne(each);
+    });
     return details;
   }
 
@@ -133,14 +168,17 @@ function tag(text, kind) {
   return element("span", { className: `tag ${kind}`, textContent: text });
 }
 
-function tagsOf(item) {
+function tagsOf(item, followers) {
   const tags = element("span", { className: "tags" });
+  if (followers > 0) tags.append(tag(`${followers + 1} times`, ""));
+  if (isFailure(item)) tags.append(tag("failed", "bad"));
+  if (isInVain(item)) tags.append(tag("in vain", "bad"));
   if (item.broken.length > 0) tags.append(tag("rule broken", "bad"));
   if (isRefused(item)) tags.append(tag("not ok", "bad"));
   if (endedBadly(item)) tags.append(tag(item.end.outcome, "bad"));
   if (item.lost.length > 0) tags.append(tag(`${item.lost.length} lost`, "bad"));
   if (item.faults.length > 0) tags.append(tag("fault", "warn"));
-  if (item.kind !== "user" && !hasFailed(item)) tags.append(tag("ok", "good"));
+  if (item.run !== null && !hasFailed(item)) tags.append(tag("ok", "good"));
   return tags;
 }
 

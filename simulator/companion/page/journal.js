@@ -1,6 +1,9 @@
-// The entries of a journal as a page tells of them: a run, a request to a service, or what just
-// happened. Each of these is an item, with its entries.
+// The entries of a journal as a page tells of them: a run, a request to a service, what a test told,
+// or what just happened. Each of these is an item, with its entries.
 import { milliseconds, shellWord, textOf } from "dom";
+
+/** What a test tells a Mac, by the kinds of its entries. */
+const testKinds = ["wait", "failure", "fault"];
 
 export class Journal {
   items = [];
@@ -17,7 +20,9 @@ export class Journal {
   }
 
   #itemOf(entry) {
-    if (entry.pid === undefined) return this.#begin("user", entry, null);
+    if (entry.pid === undefined) {
+      return this.#begin(testKinds.includes(entry.kind) ? "test" : "user", entry, null);
+    }
     const isJoining = entry.kind === "process" && entry.what === "joined";
     if (!isJoining && entry.kind !== "request" && this.#current.has(entry.pid)) {
       return this.#current.get(entry.pid);
@@ -55,19 +60,62 @@ export function isRefused(item) {
   return item.replies.some((each) => each.value?.ok === false || each.value?.reply?.ok === false);
 }
 
+/** A test has failed, or the command that the Mac was started for. */
+export function isFailure(item) { return item.kind === "test" && item.first.kind === "failure"; }
+
+/** A test has waited in vain. */
+export function isInVain(item) { return item.kind === "test" && item.first.kind === "wait"; }
+
+/** By these a run asks an application to be accessible: nobody sees anything of that. */
+const askingAttributes = ["AXManualAccessibility", "AXEnhancedUserInterface"];
+
+/** A run that only looked: nothing came of it in the Mac. */
+export function isLook(item) {
+  const isOnlyLooking = (entry) => ["process", "reply", "capture"].includes(entry.kind) ||
+    (entry.kind === "write" && askingAttributes.includes(entry.what));
+  return item.kind === "run" && item.end !== null && !hasFailedOtherwise(item) &&
+    item.faults.length === 0 && item.entries.every(isOnlyLooking);
+}
+
+/** Whether a look is the same as another: by command line and reply. */
+export function isSameLook(item, other) {
+  return isLook(item) && isLook(other) && headingOf(item) === headingOf(other) &&
+    item.end.outcome === other.end.outcome && repliesOf(item) === repliesOf(other);
+}
+
+function repliesOf(item) { return item.replies.map((each) => each.text).join("\n"); }
+
 export function endedBadly(item) { return item.end !== null && item.end.outcome !== "status 0"; }
 
 export function hasFailed(item) {
-  return isRefused(item) || endedBadly(item) || item.lost.length > 0 || item.broken.length > 0;
+  return isRefused(item) || endedBadly(item) || hasFailedOtherwise(item);
 }
 
-/** Why an item failed, or what came of an act of the user; empty when there is nothing to say. */
+/** Not by its reply or its end. */
+function hasFailedOtherwise(item) {
+  return item.lost.length > 0 || item.broken.length > 0 || isFailure(item) || isInVain(item);
+}
+
+/** Why an item failed, what came of an act of the user, or what a look saw, in short; empty when
+ *  there is nothing to say. */
 export function reasonOf(item) {
   const errors = item.replies.map(({ value }) => value?.error ?? value?.reply?.error);
-  const acts = item.kind === "user" ? [item.first.outcome] : [];
+  const acts = item.kind === "user" || isInVain(item) ? [item.first.outcome] : [];
   const reasons = [...item.broken.map((each) => each.what), ...errors,
     ...item.lost.map((each) => `LOST: ${each.outcome}`), ...acts];
-  return reasons.find((each) => typeof each === "string") ?? "";
+  return reasons.find((each) => typeof each === "string") ?? (isLook(item) ? seenBy(item) : "");
+}
+
+const seenMax = 160;  // characters
+
+/** The beginning of what a look saw. */
+function seenBy(item) {
+  const value = item.replies.at(-1)?.value ?? null;
+  if (value === null || typeof value !== "object") return "";
+  const { ok, ...rest } = value;
+  const text = Object.entries(rest).map(([key, each]) => `${key}: ${JSON.stringify(each)}`)
+    .join(", ");
+  return text.length > seenMax ? `${text.slice(0, seenMax)}…` : text;
 }
 
 function replyOf(entry) {
@@ -81,6 +129,7 @@ function replyOf(entry) {
 
 /** What an item is called in its heading. */
 export function headingOf(item) {
+  if (item.kind === "test") return deedOf(item.first, new Map()).split("\n")[0];
   if (item.kind === "user") return item.first.what ?? item.first.kind;
   if (item.kind === "request") return textOf(item.first.text).trim();
   return commandLineOf(item.run);
@@ -105,7 +154,10 @@ export function deedOf(entry, names) {
   if (entry.kind === "reply") return `replies ${textOf(entry.text)}`;
   if (entry.kind === "request") return `is asked ${textOf(entry.text)}`;
   if (entry.kind === "violation") return `breaks ${entry.what}`;
+  if (entry.kind === "fault" && entry.what === "armed") return `fault armed: ${entry.outcome}`;
   if (entry.kind === "fault") return `fault: ${entry.outcome}`;
+  if (entry.kind === "wait") return `wait ${entry.what}`;
+  if (entry.kind === "failure") return `failed: ${textOf(entry.text)}`;
   const parts = [entry.kind === "event" ? "post" : entry.kind];
   if (entry.target !== undefined) parts.push(targetOf(entry, names));
   if (entry.what !== undefined) parts.push(entry.what);

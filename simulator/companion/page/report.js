@@ -1,7 +1,7 @@
 // The page of a report. What it shows stands in it: nothing is loaded.
 import { byId, element, milliseconds, textOf } from "dom";
 import { ItemList } from "items";
-import { Journal, hasFailed } from "journal";
+import { Journal, hasFailed, headingOf, isFailure } from "journal";
 import { screensOf, takePictures } from "screens";
 
 const record = JSON.parse(byId("record").textContent);
@@ -13,7 +13,7 @@ const list = new ItemList(names, screensOf);
 
 function summarise() {
   const runs = new Set(journal.items.filter((item) => item.run !== null).map((item) => item.run));
-  const failed = journal.items.filter(hasFailed).length;
+  const failed = journal.items.filter((item) => hasFailed(item) && !isFailure(item)).length;
   const end = record.end === null ? "The record ends before the Mac does: it still ran, or was cut off"
     : `${milliseconds(record.end.at)} of ${record.header.time} time`;
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
@@ -26,6 +26,18 @@ function summarise() {
 function wayToEnd() {
   const href = `data:text/plain;charset=utf-8,${encodeURIComponent(textOf(record.endWorld))}`;
   return element("a", { textContent: "Its end as a world", download: "end.world", href });
+}
+
+/** Each failure of a test, or of the command of the run, with the way there and to the step before. */
+function listFailures() {
+  for (const item of journal.items.filter(isFailure)) {
+    document.title = `Failed: ${document.title}`;
+    const step = journal.items.slice(0, item.number).findLast((each) => each.kind !== "test");
+    const line = element("li", {}, linkTo(item, headingOf(item)),
+      ` at ${milliseconds(item.first.at)}`);
+    if (step !== undefined) line.append(", after ", linkTo(step, headingOf(step)));
+    byId("broken").append(line);
+  }
 }
 
 /** Each broken rule, with the way to where it was broken. */
@@ -47,16 +59,17 @@ function listBroken() {
 
 /** A broken rule, with the way to the item that it is about, if there is one. */
 function listWithWay(text, item) {
-  if (item === undefined) {
-    byId("broken").append(element("li", { textContent: text }));
-    return;
-  }
+  byId("broken").append(element("li", {}, item === undefined ? text : linkTo(item, text)));
+}
+
+function linkTo(item, text) {
   const link = element("a", { href: `#item-${item.number}`, textContent: text });
-  link.addEventListener("click", () => { byId(`item-${item.number}`).open = true; });
-  byId("broken").append(element("li", {}, link));
+  link.addEventListener("click", () => list.reveal(item));
+  return link;
 }
 
 for (const item of journal.items) list.show(item);
 summarise();
+listFailures();
 listBroken();
 list.filter();

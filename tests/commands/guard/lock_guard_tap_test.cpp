@@ -97,6 +97,12 @@ TEST(guard_tap, ends_the_guard_when_one_question_does_not_come_back) {
   }
 }
 
+TEST(guard_tap, that_was_seen_disabled_is_given_up_without_a_further_question) {
+  const Result run = guard(deskForAMinute({"136ms silence taps"}), {}, {"tap.is-enabled 3 hang"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
+  EXPECT_EQ(run.elapsed, 1'600'000);
+}
+
 TEST(guard_tap, that_holds_all_input_while_a_question_hangs_lets_it_go_within_three_seconds) {
   const Result run = guard(deskForAMinute({"1100ms withdraw accessibility", "1100ms user key a"}),
                            {}, {"ax.trusted 2 hang"});

@@ -186,7 +186,7 @@ TEST(motion, does_not_take_focus_back_from_a_target_that_came_to_front) {
 
   EXPECT_EQ(run.effects, R"(    0 ms  focus 41/7 give
    40 ms  post 41/7 moved 130,95 private: pointer over the window
-   60 ms  happening 41/0 front pid:41
+   60 ms  happening 41/0 front Notes
 )");
   EXPECT_EQ(run.elapsed, 302'000);
 }

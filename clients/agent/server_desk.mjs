@@ -1,40 +1,11 @@
-// The two ways in which the agent gets at applications: the client, and the server for models.
-import { spawn } from "node:child_process";
-import { once } from "node:events";
+// The other way in which the agent gets at applications: the server for models. An agent that works
+// by the client does not load this file, nor the protocol, which takes three times as long as all else.
 import { Client } from "@modelcontextprotocol/sdk/client/index.js";
 import { StdioClientTransport } from "@modelcontextprotocol/sdk/client/stdio.js";
-import { App, Commands, Mac } from "driver-client";
+import { App, Commands } from "driver-client";
+import { untilOn } from "./client_desk.mjs";
 
 const server = new URL("../mcp/bin/driver-mcp.js", import.meta.url).pathname;
-const triesMax = 50;
-
-/** Waiting on a simulated Mac whose time stands still otherwise. */
-function untilOn(program, environment) {
-  return async (ask) => {
-    for (let tries = 0; tries < triesMax; ++tries) {
-      const told = await ask();
-      if (told !== undefined && told !== null && told !== false) return told;
-      await once(
-        spawn(program, ["advance", "200ms"], { env: environment, stdio: "ignore" }),
-        "exit"
-      );
-    }
-    throw new Error("it was waited for in vain");
-  };
-}
-
-/** Applications through the client, each marked by one capture service. */
-export async function clientDesk({ driver, simulatedMac, lock, environment }) {
-  const mac = new Mac({ driver, environment });
-  const service = await mac.startCaptureService(lock);
-  return {
-    pid: process.pid,
-    until: untilOn(simulatedMac, environment),
-    open: async (name, scope) =>
-      (await service.open(name, scope === undefined ? {} : { scope })).app,
-    end: () => service.end()
-  };
-}
 
 /** Every command as a call of its tool. */
 class Tools extends Commands {
