@@ -121,6 +121,15 @@ TEST_F(broken_run, is_not_a_service_that_leaves_held_focus_where_the_user_may_be
   EXPECT_EQ(end(refused, 1), Sentences{});
 }
 
+TEST_F(broken_run, is_not_a_service_that_held_focus_twice_of_a_process_which_has_gone) {
+  client_.arguments = {"driver", "capture-service"};
+  focusRecord(true);
+  focusRecord(true);
+  askForSerial(-600);
+
+  EXPECT_EQ(end(refused, 1), Sentences{});
+}
+
 TEST_F(broken_run, of_a_service_that_takes_held_focus_back_from_where_the_user_may_be) {
   client_.arguments = {"driver", "capture-service"};
   focusRecord(true);

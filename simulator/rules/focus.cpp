@@ -31,8 +31,7 @@ void FocusRules::noteRecord(const Call& call, const Answer& answer, Violations& 
   run_.owedWaits = {waitAfterFocusRecord};
   const bool accepted = driver::unpack<std::int32_t>(answer.value) == 0;
   if (kind == RecordKind::takesFocus) {
-    // A hold may have been given more than once, or not at all: it is taken back once.
-    given_[pid] = run_.isService() ? 0 : given_[pid] - 1;
+    noteTaken(pid);
     if (held_.erase(pid) > 0 && isUnknown_) {
       violations.push_back("I10: focus is taken back from whom the user may have in front");
     }
@@ -42,6 +41,9 @@ void FocusRules::noteRecord(const Call& call, const Answer& answer, Violations& 
     leftUnknown_.erase(pid);
   }
 }
+
+/// A hold may have been given more than once, or not at all: it is taken back once.
+void FocusRules::noteTaken(Pid pid) { given_[pid] = run_.isService() ? 0 : given_[pid] - 1; }
 
 /// Focus that was held stays then: by now its process may have come to front.
 void FocusRules::noteUnknown() {
@@ -81,7 +83,7 @@ void FocusRules::noteSerial(const Call& call, const Answer& answer) {
   const auto pid = Arguments(call).get<Pid>(0);
   const bool isAttempt = !run_.pressesKeys() || run_.lastSleep == waitAfterMotion ||
                          run_.livenessFailed || run_.interrupted;
-  if (told.at(0) != 0 && given_[pid] > 0 && isAttempt) --given_[pid];
+  if (told.at(0) != 0 && given_[pid] > 0 && isAttempt) noteTaken(pid);
 }
 
 void FocusRules::atEnd(Violations& violations) {

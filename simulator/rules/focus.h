@@ -22,6 +22,7 @@ class FocusRules : public Rule {
   void checkField(const platform::Call& call, Violations& violations);
   void noteFront(const Answer& answer);
   void noteSerial(const platform::Call& call, const Answer& answer);
+  void noteTaken(Pid pid);
 
   std::map<Pid, int> given_;   // gives less attempts to take back
   std::set<Pid> sawInFront_;   // since it was given focus

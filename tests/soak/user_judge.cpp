@@ -94,13 +94,27 @@ bool isNamed(const Application& application, const std::string& word) {
          word == application.bundleIdentifier;
 }
 
-/// Whether any word of any step may mean the application, or its windows.
+/// Whether a request to a service may mean the application: some text in it does.
+bool isNamedInRequest(const Application& application, const std::string& request) {
+  std::string_view rest = request;
+  for (std::size_t end = rest.find('"'); end != rest.npos; end = rest.find('"')) {
+    if (isNamed(application, std::string(rest.substr(0, end)))) return true;
+    rest.remove_prefix(end + 1);
+  }
+  return false;
+}
+
+/// Whether any word of any step, or any request, may mean the application, or its windows.
 bool isMeant(const Case& one, const Application& application) {
   const std::string pid = std::to_string(application.pid);
   return std::any_of(one.steps.begin(), one.steps.end(), [&](const Step& step) {
-    return std::any_of(step.words.begin(), step.words.end(), [&](const std::string& word) {
-      return isNamed(application, word) || word == pid;
-    });
+    const bool isWord = std::any_of(
+        step.words.begin(), step.words.end(),
+        [&](const std::string& word) { return isNamed(application, word) || word == pid; });
+    return isWord || std::any_of(step.deliveries.begin(), step.deliveries.end(),
+                                 [&](const Delivery& delivery) {
+                                   return isNamedInRequest(application, delivery.text);
+                                 });
   });
 }
 
