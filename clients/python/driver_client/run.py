@@ -22,6 +22,8 @@ def _number(value: Any) -> str:
 
 
 def _words(row: Dict[str, Any], value: Any) -> List[str]:
+    if (row["json"] or row["repeats"]) and isinstance(value, str):
+        raise TypeError(f"{row['name']} is a list of texts, not one text")  # and would be taken for its letters
     if row["json"]:
         return [json.dumps(list(value), ensure_ascii=False, separators=(",", ":"))]
     if row["repeats"]:

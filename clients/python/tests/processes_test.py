@@ -86,6 +86,12 @@ class Calls(unittest.TestCase):
         with self.assertRaises(TypeError):
             Mac().bg_click("Notes", 1, 2, buton="right")
 
+    def test_with_one_text_in_the_place_of_several_are_refused(self):
+        with self.assertRaisesRegex(TypeError, "^texts is a list of texts, not one text$"):
+            Mac().app("Notes").find_text("Order")
+        with self.assertRaisesRegex(TypeError, "^ownedTexts is a list of texts, not one text$"):
+            Mac().app("Notes").insert("Body", "replace", "text", owned_texts="before")
+
     def test_of_a_driver_that_is_not_there_or_says_nothing_are_told_apart(self):
         for driver in ("/nowhere/driver", "/bin/true"):
             mac = Mac(driver=driver)

@@ -21,6 +21,9 @@ export function argumentsIn(given: Record<string, unknown>): Record<string, unkn
 }
 
 function wordsOf(row: ArgumentRow, value: unknown): string[] {
+  if ((row.json || row.repeats) && typeof value === "string") {
+    throw new TypeError(`${row.name} is a list of texts, not one text`);
+  }
   if (row.json) return [JSON.stringify(value)];
   if (row.repeats) return (value as unknown[]).map(String);
   return [String(value)];

@@ -165,6 +165,13 @@ test("arguments that a command does not have are refused", async () => {
   await assert.rejects(new Mac().bgClick("Notes", 1, 2, { buton: "right" }), TypeError);
 });
 
+test("one text in the place of several is refused", async () => {
+  const notes = new Mac().app("Notes");
+  await assert.rejects(async () => notes.findText("Order"), new TypeError("texts is a list of texts, not one text"));
+  await assert.rejects(async () => notes.insert("Body", "replace", "text", { ownedTexts: "before" }),
+    new TypeError("ownedTexts is a list of texts, not one text"));
+});
+
 test("the fixture fails a test in which the user's state has changed or a rule was broken", async () => {
   await assert.rejects(onMac(desk, async (simulated) => {
     await simulated.tell("lock");

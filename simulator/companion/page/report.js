@@ -14,7 +14,7 @@ const list = new ItemList(names, screensOf);
 function summarise() {
   const runs = new Set(journal.items.filter((item) => item.run !== null).map((item) => item.run));
   const failed = journal.items.filter((item) => hasFailed(item) && !isFailure(item)).length;
-  const end = record.end === null ? "The record ends before the Mac does: it still ran, or was cut off"
+  const end = record.end === null ? "Made while the Mac still ran, or after it was killed"
     : `${milliseconds(record.end.at)} of ${record.header.time} time`;
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
   byId("summary").textContent = `Processes: ${runs.size}. Steps with failures: ${failed}. ` +
