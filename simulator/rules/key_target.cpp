@@ -297,7 +297,7 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
     violations.push_back("I11: keys for a window outside the scope");
   }
   const Window& known = knownBy(run_.mac.world, *window);
-  if (toldNumbers_.count(known.number) > 0) return;
+  if (toldNumbers_.count(number) > 0 || toldNumbers_.count(known.number) > 0) return;
   if (hasTwin(known)) {
     violations.push_back("I12: keys for one of two windows that cannot be told apart");
   }

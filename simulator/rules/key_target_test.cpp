@@ -309,14 +309,25 @@ TEST_F(broken_key_targets, are_not_those_for_a_window_that_has_told_its_number) 
   EXPECT_EQ(end(), Sentences{});
 }
 
-TEST_F(broken_key_targets, are_those_below_several_elements_that_claim_to_be_sheets) {
-  mac_.world = parseWorld(R"(
+constexpr const char* twoThatClaimToBeSheets = R"(
     app Notes pid 41 frontmost
         window 7 "Inbox" at 100,100 size 200x200
             AXSheet "Body"
         window 8 "Inbox" at 100,100 size 200x200 sheet of 7
-)");
+)";
+
+TEST_F(broken_key_targets, are_those_below_several_elements_that_claim_to_be_sheets) {
+  mac_.world = parseWorld(twoThatClaimToBeSheets);
   tellNumber(7);
+  readFocusedWindow();
+  postChord();
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, are_not_those_for_one_of_several_sheets_that_has_told_its_number) {
+  mac_.world = parseWorld(twoThatClaimToBeSheets);
+  tellNumber(8);
   readFocusedWindow();
   postChord();
 
