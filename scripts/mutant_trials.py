@@ -1,10 +1,11 @@
 """Gives a mistake to the tests that reach its place, the quickest first, until one fails."""
 import collections
 import os
-import re
 import resource
 import subprocess
 from pathlib import Path
+
+from scratch_project import failure_told_by
 
 # The kernel takes no longer word on a command line.
 FILTER_CHARACTERS_MAX = 100_000
@@ -39,11 +40,7 @@ def failure(executable, number, names, milliseconds):
                              errors="replace", timeout=10 * seconds, preexec_fn=limits(seconds), cwd=executable.parent)
     except subprocess.TimeoutExpired:
         return f"{executable.name} does not end"
-    if run.returncode == 0:
-        return None
-    failed = re.search(r"\[  FAILED  \] ([^\s,]+)", run.stdout)
-    rules = sorted(set(re.findall(r"\b([IP]\d+): ", run.stdout)))
-    return " ".join([failed[1] if failed else f"{executable.name} ended early: {run.returncode}", *rules])
+    return failure_told_by(run)
 
 
 def run(executable, path):

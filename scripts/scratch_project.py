@@ -4,6 +4,7 @@ import os
 import re
 import shutil
 import subprocess
+from pathlib import Path
 
 from source_files import ROOT
 from variants import Commands, Variant, ran
@@ -25,11 +26,17 @@ def failure_in(suite, tests="*", patience=PATIENCE_SECONDS):
                              capture_output=True, text=True, errors="replace", timeout=patience)
     except subprocess.TimeoutExpired:
         return f"{suite.name} does not end"
+    return failure_told_by(run)
+
+
+def failure_told_by(run):
+    """The test that failed first in a run of a suite, and the rules that were seen broken; None when all
+    passed."""
     if run.returncode == 0:
         return None
     failed = re.search(r"\[  FAILED  \] ([^\s,]+)", run.stdout)
     rules = sorted(set(re.findall(r"\b([IP]\d+): ", run.stdout)))
-    return " ".join([failed.group(1) if failed else "the run ended early", *rules])
+    return " ".join([failed[1] if failed else f"{Path(run.args[0]).name} ended early: {run.returncode}", *rules])
 
 
 def jobs_of_builds():

@@ -11,6 +11,7 @@
 #include "simulator/companion/tree.h"
 #include "simulator/text/parse.h"
 #include "simulator/text/words.h"
+#include "simulator/world/element_text.h"
 #include "simulator/world/elements.h"
 
 namespace companion {
@@ -45,9 +46,7 @@ bool anyShown(const World& world, const Application& application, Fits fits) {
 }
 
 bool contains(const Element& element, const char* attribute, const std::string& text) {
-  const auto found = element.attributes.find(attribute);
-  if (found == element.attributes.end()) return false;
-  const auto* value = std::get_if<std::string>(&found->second);
+  const std::string* value = simulator::textAttribute(element, attribute);
   return value != nullptr && value->find(text) != value->npos;
 }
 

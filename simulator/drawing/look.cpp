@@ -187,13 +187,6 @@ bool holdsParts(std::string_view role) {
   return role == "AXGroup" || role == "AXCell" || role == "AXRow";
 }
 
-bool hasText(const Element& element) {
-  const auto value = element.attributes.find("AXValue");
-  if (value == element.attributes.end()) return false;
-  const auto* text = std::get_if<std::string>(&value->second);
-  return text != nullptr && !text->empty();
-}
-
 /// The rows and cells whose texts are elements of their own. Such a row shows these, as a real list
 /// does, and its label is for accessibility alone.
 std::set<ElementId> rowsWithTexts(const WindowPicture& picture) {
@@ -203,7 +196,7 @@ std::set<ElementId> rowsWithTexts(const WindowPicture& picture) {
     if (holdsParts(each.role)) holders.emplace(each.id, &each);
   }
   for (const Element& each : picture.elements) {
-    if (each.role != "AXStaticText" || !hasText(each)) continue;
+    if (each.role != "AXStaticText" || textOf(each).empty()) continue;
     for (auto holder = holders.find(each.parent); holder != holders.end();
          holder = holders.find(holder->second->parent)) {
       if (!rows.insert(holder->first).second) break;

@@ -5,6 +5,7 @@
 
 #include "simulator/input/posted_event.h"
 #include "simulator/mac/arguments.h"
+#include "simulator/world/element_text.h"
 
 namespace simulator {
 
@@ -75,9 +76,7 @@ bool ScopeRules::namesScope(const Window& window) const {
   const Application* owner = findApplication(run_.mac.world, window.owner);
   const Element* element = owner == nullptr ? nullptr : findElement(*owner, window.element);
   if (element == nullptr) return false;
-  const auto told = element->attributes.find("AXTitle");
-  const auto* title =
-      told == element->attributes.end() ? nullptr : std::get_if<std::string>(&told->second);
+  const std::string* title = textAttribute(*element, "AXTitle");
   return title != nullptr && names(*title);
 }
 
