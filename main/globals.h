@@ -31,6 +31,9 @@ struct HeldFocus {
   platform::WindowNumber window = 0;
 };
 
+/// What has become of the guard's attempt to watch for the user's return.
+enum class GuardWatch { undecided, begun, failed };
+
 /// A label of a cover, as it is shown.
 struct CoverLabel {
   std::size_t panel = 0;
@@ -104,6 +107,10 @@ struct Globals {
   std::optional<double> guardGraceUntil;
   double guardGraceStart = 0;
   double guardGraceStartAwake = 0;
+
+  /// Whether the guard has come to watch for the user's return. Decided once, by the main flow or
+  /// by the one that does not wait for it any longer.
+  std::atomic<GuardWatch> guardWatch = GuardWatch::undecided;
 
   /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
   /// `guardAwaitsNotice`: the tap was seen disabled, and no notice of that has come since.
