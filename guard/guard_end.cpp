@@ -102,7 +102,7 @@ void lockAtAnyExit() {
 }
 
 void lockInLastAct() {
-  lockScreenNow();
+  lockScreenInLastAct();
   loop::sleepMicroseconds(lastMoments);
 }
 

@@ -31,6 +31,9 @@ struct HeldFocus {
   platform::WindowNumber window = 0;
 };
 
+/// The system's function that locks the screen; it returns a status.
+using ScreenLock = std::int32_t (*)();
+
 /// What has become of the guard's attempt to watch for the user's return.
 enum class GuardWatch { undecided, begun, failed };
 
@@ -127,6 +130,9 @@ struct Globals {
   /// With which wording the agent wants the covers next, until the main flow has seen to it.
   /// Shared.
   std::optional<bool> guardWantsOperating;
+
+  /// What locks the screen. Null: it has not been looked up, or is missing.
+  ScreenLock screenLock = nullptr;
 
   /// How the flow that stands by to lock is told to, how it answers, and what; absent: there is no
   /// such flow.
