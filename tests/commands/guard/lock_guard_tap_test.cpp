@@ -40,6 +40,32 @@ TEST(guard_tap, that_cannot_be_enabled_counts_as_none) {
   EXPECT_EQ(seen(guard(guardedDesk, {}, {"tap.is-enabled 1 refused"})), refusal);
 }
 
+TEST(guard_tap, that_is_not_answered_for_at_first_fails_the_guard) {
+  for (const char* question : {"tap.can-be-made 1", "tap.is-enabled 1"}) {
+    const Result run = guard(deskForAMinute({}), {}, {std::string(question) + " hang"});
+    EXPECT_EQ(seen(run), refusal) << question;
+    EXPECT_EQ(run.elapsed, 2'100'000) << question;
+  }
+}
+
+TEST(guard_tap, that_holds_all_input_from_the_start_lets_it_go_within_three_seconds) {
+  for (const auto& [reader, end] :
+       {std::pair("2s user key b", 2'100'000), std::pair("2s stall output", 2'350'000)}) {
+    TestMac mac(deskForAMinute({"100ms withdraw accessibility", "200ms user key a", reader}),
+                {"tap.is-enabled 1 hang"}, Mode::direct);
+    EXPECT_EQ(guard(mac).elapsed, end) << reader;
+    EXPECT_TRUE(mac.desktop().mac().tapLine.waiting.empty()) << reader;
+    EXPECT_FALSE(mac.world().session.locked.value_or(false)) << reader;
+  }
+}
+
+TEST(guard_tap, that_is_late_to_be_answered_for_watches_all_the_same) {
+  const Result run =
+      guard(deskWith({"3s user key a"}), {}, {"tap.can-be-made 1 late", "tap.is-enabled 1 late"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+  EXPECT_EQ(run.elapsed, 3'500'000);
+}
+
 TEST(guard_tap, that_fails_unheard_locks_at_the_next_look) {
   for (const auto& [happening, end] :
        {std::pair("silence taps", 2'600'000), std::pair("invalidate taps", 2'600'000),
@@ -121,6 +147,13 @@ TEST(guard_tap, ends_the_guard_in_time_when_neither_question_nor_lock_comes_back
 TEST(guard_tap, may_be_slow_to_answer_for) {
   const Result run = guard(deskWith({"3500ms user key a"}), {}, {"ax.trusted 2 late"});
   EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+}
+
+TEST(guard_lock, that_a_silent_tap_asks_for_and_that_does_not_come_back_is_reported_in_time) {
+  const Result run =
+      guard(deskForAMinute({"100ms silence taps"}), {}, {"private.lock-screen 1 hang"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("loop", false)}));
+  EXPECT_EQ(run.elapsed, 3'600'000);
 }
 
 struct TapEnding {
