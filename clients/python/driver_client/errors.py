@@ -19,9 +19,10 @@ class CommandError(DriverError):
     """A failure that driver told: id, parts and remedy are those of its catalogue. It is shown as its text, and
     below that what to do."""
 
-    def __init__(self, command: str, reply: Reply, name: str, parts: Dict[str, str], remedy: str) -> None:
+    def __init__(self, command: str, reply: Reply, name: str, parts: Dict[str, str], remedy: str,
+                 cause: str = "") -> None:
         other = f"axError {reply.get('axError')}" if name == "not-accepted" else name
-        text = f"{command}: {reply.get('error', other)}"
+        text = f"{command}: {cause or reply.get('error', other)}"
         super().__init__(f"{text}\nWhat to do: {remedy}")
         #: The command and its failure, without the remedy.
         self.text = text
@@ -39,7 +40,9 @@ class HungError(CommandError):
     """The application did not answer for twelve seconds: that nothing was found means nothing."""
 
     def __init__(self, command: str, reply: Reply) -> None:
-        super().__init__(command, reply, "application-hung", {}, REMEDIES["application-hung"])
+        seen = reply.get("error", "nothing was found")
+        super().__init__(command, reply, "application-hung", {}, REMEDIES["application-hung"],
+                         f"the application did not answer for twelve seconds: {seen}")
 
 
 class TimedOutError(DriverError):

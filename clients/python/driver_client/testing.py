@@ -4,6 +4,7 @@ from __future__ import annotations
 import contextlib
 import json
 import os
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -163,7 +164,7 @@ class SimulatedMac:
         done = subprocess.run([self._program, *words], env=self.environment, capture_output=True, check=False)
         replies: List[Reply] = [json.loads(line) for line in done.stdout.splitlines()]
         if replies and replies[0].get("ok") is False:
-            raise DriverError(f"simulated-mac {' '.join(words)}: {replies[0]['error']}")
+            raise DriverError(f"{shlex.join(['simulated-mac', *words])}: {replies[0]['error']}")
         return replies
 
     def state(self) -> Reply:
@@ -182,7 +183,8 @@ class SimulatedMac:
             raise DriverError(f"rules of safe input were broken: {'; '.join(violations)}")
         changed = list(differences(self._before, self.state()))
         if changed:
-            raise DriverError(f"the user's state is not as before: {'; '.join(changed)}")
+            raise DriverError(f"the user's state is not as before: {'; '.join(changed)}\n"
+                              "What to do: if the test itself has changed it, call settle() after that.")
 
     def note_failure(self, error: BaseException) -> None:
         """Writes into the journal that the test has failed, and why: a report begins with it."""

@@ -23,7 +23,8 @@ class Fixtures(unittest.TestCase):
             simulated.tell("lock")
             simulated.tell("user", "move", "10,20")
         self.assertEqual("the user's state is not as before: locked was false and is true; pointer.x was 980.0 and is "
-                         "10.0; pointer.y was 420.0 and is 20.0", str(raised.exception))
+                         "10.0; pointer.y was 420.0 and is 20.0\n"
+                         "What to do: if the test itself has changed it, call settle() after that.", str(raised.exception))
         with self.assertRaises(DriverError):
             start_mac("nonsense")
         with self.assertRaises(DriverError), on_mac() as simulated:
@@ -110,7 +111,8 @@ def test_that_fails(simulated_mac):
     simulated_mac(WORLD, **PROGRAMS).mac.app("Chat").press("Nowhere")
 """)
         self.assertRegex(told, r"\n2 failed, 1 passed in")
-        self.assertIn("_\nthe user's state is not as before: locked was false and is true\n-", told)
+        self.assertIn("_\nthe user's state is not as before: locked was false and is true\n"
+                      "What to do: if the test itself has changed it, call settle() after that.\n-", told)
         pages = re.findall(r"^what happened on the simulated Mac: (.*)$", told, re.M)
         self.assertEqual(2, len(pages), told)
         shown = ["DriverError: the user's state is not as before: locked was false and is true",
@@ -164,6 +166,13 @@ def test_that_fails(simulated_mac):
             line = currentframe().f_lineno - 1
             text = f'"text":"AssertionError: no answer (fixture_test.py:{line})\\nexpected one"'
             self.assertTrue(text in page.read_text(encoding="utf-8"), text)
+
+    def test_wait_in_vain_and_say_what_was_there(self):
+        with on_mac() as simulated, self.assertRaises(DriverError) as raised:
+            simulated.tell("wait", "until", "Chat", "window", "Ada", "gone")
+            simulated.tell("wait", "until", "Chat", "window", "Grace", "within", "1s")
+        self.assertEqual("simulated-mac wait until Chat window Grace within 1s: waited 1000.0 ms in vain: Chat window "
+                         'Grace; at last it had the windows "Ada — Chat"', str(raised.exception))
 
     def test_wait_in_vain_and_say_for_what(self):
         with on_mac() as simulated:

@@ -12,7 +12,7 @@ from pathlib import Path
 from support import DESK, DRIVER, HERE, ROOT, on_mac, start_mac
 
 from driver_client import children
-from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, Mac, NoReplyError,
+from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, HungError, Mac, NoReplyError,
                            ServiceEndedError, TimedOutError)
 
 REAL = Mac()
@@ -109,6 +109,13 @@ class Calls(unittest.TestCase):
         self.assertEqual('ax-press-exact: 2 elements labelled "Like"', raised.exception.text)
         self.assertEqual('ax-press-exact: 2 elements labelled "Like"\n'
                          "What to do: Name the container, or pass last for the lowest one.", str(raised.exception))
+
+    def test_of_an_application_that_hangs_say_so(self):
+        with on_mac() as simulated, self.assertRaises(HungError) as raised:
+            simulated.tell("hang", "Chat")
+            simulated.mac.app("Chat").press("Accept")
+        self.assertEqual("ax-press-exact: the application did not answer for twelve seconds: "
+                         'no element labelled "Accept"', raised.exception.text)
 
     def test_of_a_driver_that_is_not_there_or_says_nothing_are_told_apart(self):
         for driver in ("/nowhere/driver", "/bin/true"):

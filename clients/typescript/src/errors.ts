@@ -25,8 +25,10 @@ export class CommandError extends DriverError {
     readonly parts: Record<string, string>,
     /** What to do. */
     readonly remedy: string,
+    cause?: string,
   ) {
-    const text = `${command}: ${reply["error"] ?? (id === "not-accepted" ? `axError ${reply["axError"]}` : id)}`;
+    const other = id === "not-accepted" ? `axError ${reply["axError"]}` : id;
+    const text = `${command}: ${cause ?? reply["error"] ?? other}`;
     super(`${text}\nWhat to do: ${remedy}`);
     this.text = text;
   }
@@ -35,7 +37,8 @@ export class CommandError extends DriverError {
 /** The application did not answer for twelve seconds: that nothing was found means nothing. */
 export class HungError extends CommandError {
   constructor(command: string, reply: Reply) {
-    super(command, reply, "application-hung", {}, remedies["application-hung"]);
+    super(command, reply, "application-hung", {}, remedies["application-hung"],
+      `the application did not answer for twelve seconds: ${reply["error"] ?? "nothing was found"}`);
   }
 }
 
@@ -52,7 +55,7 @@ export interface AskedRun { words: string[]; reply: Reply }
 const shownMax = 300;  // characters of a reply
 
 /** A text as a shell takes it. */
-function shellWord(word: string): string {
+export function shellWord(word: string): string {
   return /^[\w./:,+@%=-]+$/.test(word) ? word : `'${word.replaceAll("'", "'\\''")}'`;
 }
 

@@ -5,7 +5,7 @@ import { fileURLToPath } from "node:url";
 import { isDeepStrictEqual } from "node:util";
 import { endChild, startChild } from "./children.js";
 import type { Clock } from "./clock.js";
-import { DriverError, type Reply } from "./errors.js";
+import { DriverError, shellWord, type Reply } from "./errors.js";
 import { Mac } from "./mac.js";
 
 export interface SimulatedMacOptions {
@@ -24,7 +24,7 @@ const here = new URL(".", import.meta.url).href;
 /** An error for people: what it is, and which line of whose code it comes from. */
 function failureText(error: unknown): string {
   if (!(error instanceof Error)) return String(error);
-  const places = (error.stack ?? "").matchAll(/^\s+at .*?\(?((?:file:\/\/)?\/[^()]*?):(\d+):\d+\)?$/gm);
+  const places = (error.stack ?? "").matchAll(/^\s+at (?:.*[ (])?((?:file:\/\/)?\/[^()]*?):(\d+):\d+\)?$/gm);
   const own = [...places].find(([, file]) => !`file://${file}`.replace("file://file://", "file://").startsWith(here));
   const place = own === undefined ? "" : ` (${basename(own[1]!)}:${own[2]})`;
   const [first, ...rest] = `${error.name}: ${error.message}`.split("\n");
@@ -151,7 +151,9 @@ export class SimulatedMac {
     const child = startChild(this.#program, words, this.#environment);
     const lines = (await outputOf(child)).split("\n").filter((line) => line !== "");
     const replies = lines.map((line) => JSON.parse(line) as Reply);
-    if (replies[0]?.ok === false) throw new DriverError(`simulated-mac ${words.join(" ")}: ${replies[0]["error"]}`);
+    if (replies[0]?.ok === false) {
+      throw new DriverError(`${["simulated-mac", ...words].map(shellWord).join(" ")}: ${replies[0]["error"]}`);
+    }
     return replies;
   }
 
@@ -165,7 +167,9 @@ export class SimulatedMac {
     const violations = await this.violations();
     if (violations.length > 0) throw new DriverError(`rules of safe input were broken: ${violations.join("; ")}`);
     const changed = differences(this.#before, await this.state());
-    if (changed.length > 0) throw new DriverError(`the user's state is not as before: ${changed.join("; ")}`);
+    if (changed.length === 0) return;
+    throw new DriverError(`the user's state is not as before: ${changed.join("; ")}\n` +
+      "What to do: if the test itself has changed it, call settle() after that.");
   }
 
   /** Writes into the journal that the test has failed, and why: a report begins with it. */

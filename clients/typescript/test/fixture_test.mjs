@@ -73,7 +73,7 @@ test("the fixture fails a test in which the user's state has changed or a rule w
     await simulated.tell("lock");
     await simulated.tell("user", "move", "10,20");
   }), { message: "the user's state is not as before: locked was false and is true; pointer.x was 980 and is " +
-    "10; pointer.y was 420 and is 20" });
+    "10; pointer.y was 420 and is 20\nWhat to do: if the test itself has changed it, call settle() after that." });
   await assert.rejects(startMac("nonsense"), DriverError);
   await assert.rejects(onMac(desk, (simulated) => simulated.tell("nonsense")), DriverError);
 });
@@ -92,7 +92,26 @@ test("the fixture says in the journal why the test has failed", async () => {
   rmSync(folder, { recursive: true });
 });
 
-test("a wait in vain says for what, and what was there instead", () => onMac(desk, async ({ mac }) => {
+test("the fixture says in the journal on which line a command has failed", async () => {
+  const page = join(folder, "failed.html");
+  const failed = onMac(desk, async ({ mac }) => {
+    await mac.app("Chat").list();
+    await mac.app("Chat").press("Nowhere");
+  }, { report: page });
+  const [, line] = /fixture_test\.mjs:(\d+)/.exec(new Error().stack);
+  await assert.rejects(failed, { name: "CommandError" });
+  const text = `no element labelled \\"Nowhere\\" (fixture_test.mjs:${line - 2})\\nWhat to do: `;
+  assert.ok(readFileSync(page, "utf8").includes(text), text);
+});
+
+test("a wait in vain says what was there instead", () => onMac(desk, async (simulated) => {
+  await simulated.tell("wait", "until", "Chat", "window", "Ada", "gone");
+  await assert.rejects(simulated.tell("wait", "until", "Chat", "window", "Grace", "within", "1s"), { message:
+    "simulated-mac wait until Chat window Grace within 1s: waited 1000.0 ms in vain: Chat window Grace; at last it " +
+    'had the windows "Ada — Chat"' });
+}));
+
+test("an until in vain says for what, and what was there instead", () => onMac(desk, async ({ mac }) => {
   const ask = async () => (await mac.app("Chat").findText(["Never"])).counts["Never"];
   await assert.rejects(mac.until(ask, { timeoutMs: 1000, what: "the answer" }), { name: "WaitedInVainError",
     message: "waited 1000 ms in vain for the answer, and asked 6 times; at last driver ax-find-text Chat Never " +

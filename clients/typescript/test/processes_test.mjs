@@ -170,6 +170,12 @@ test("one text in the place of several is refused", async () => {
     new TypeError("ownedTexts is a list of texts, not one text"));
 });
 
+test("a failure of an application that hangs says so", () => onMac(desk, async (simulated) => {
+  await simulated.tell("hang", "Chat");
+  await assert.rejects(simulated.mac.app("Chat").press("Accept"), { name: "HungError",
+    text: 'ax-press-exact: the application did not answer for twelve seconds: no element labelled "Accept"' });
+}));
+
 test("a word that is not in the list is refused", async () => {
   const mac = new Mac({ driver: "/nowhere/driver" });
   const notes = mac.app("Notes");
