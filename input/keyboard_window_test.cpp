@@ -108,6 +108,17 @@ TEST(hasSheet, looks_at_all_windows) {
   }
 }
 
+TEST(hasSheet, looks_at_20000_windows) {
+  const auto isSeenBehind = [](int others) {
+    TestMac mac("app Notes pid 41\n    repeat " + std::to_string(others) +
+                " as n\n        window {n} at 0,0 size 9x9\n"
+                "    window 30000 at 0,0 size 9x9\n        AXSheet \"Save\"\n");
+    return valueInside(mac, [&] { return hasSheet(applicationOf(mac, "Notes")); });
+  };
+  EXPECT_TRUE(isSeenBehind(19'999));
+  EXPECT_FALSE(isSeenBehind(20'000));
+}
+
 /// An entry for Inbox of process 41.
 windowserver::Window entry(std::int64_t number) {
   return {number, 41, 0, "Inbox", 100.0, 80.0, 800.0, 600.0};

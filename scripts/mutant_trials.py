@@ -5,7 +5,7 @@ import resource
 import subprocess
 from pathlib import Path
 
-from scratch_project import failure_told_by
+from scratch_project import FROM_OUTSIDE, failure_told_by
 
 # The kernel takes no longer word on a command line.
 FILTER_CHARACTERS_MAX = 100_000
@@ -46,10 +46,13 @@ def failure(executable, number, names, milliseconds):
 def run(executable, path):
     """Writes what its tests reach."""
     new = Path(str(path) + ".new")
+    marks = Path(str(new) + ".marks")
+    marks.unlink(missing_ok=True)
     done = subprocess.run([executable, "--gtest_brief=1"], capture_output=True, text=True, errors="replace",
                           env={**os.environ, "MUTANT": "-1", "REACHED": str(new)}, cwd=executable.parent)
     if done.returncode != 0:
         raise SystemExit(f"{executable.name} fails without any mistake:\n{done.stdout[-3000:]}")
+    marks.unlink()
     new.rename(path)
 
 
@@ -78,12 +81,16 @@ class Reached:
         for number in before.split(" ")[2:]:
             self.tests_of[int(number)] += self.all_of[suite]
 
-    def rounds(self, number):
-        """(suite, tests): of each suite its quickest tests, and then the others of each."""
+    def near(self, numbers):
+        """The tests that reach one of these mistakes."""
+        return set().union(*(self.tests_of[each] for each in numbers))
+
+    def rounds(self, reaching):
+        """(suite, tests): of each suite the quickest of these tests, and then the others of each."""
         first, later = [], []
         for suite in self.suites:
-            tests = sorted((each for each in self.tests_of[number] if each.suite == suite),
-                           key=lambda each: each.milliseconds)
+            tests = sorted((each for each in reaching if each.suite == suite),
+                           key=lambda each: (each.milliseconds, each.name))
             count, total = 0, 0
             while count < min(len(tests), FIRST_TESTS) and total <= FIRST_MILLISECONDS:
                 total += tests[count].milliseconds
@@ -108,21 +115,26 @@ def in_filters(tests):
 
 def killer_in_schema(reached, number):
     """The first test that fails with a mistake that is compiled in; None when none does."""
-    for suite, tests in reached.rounds(number):
-        found = failure(reached.folder / suite, number, [each.name for each in tests],
+    return first_killer(reached, reached.tests_of[number], number, lambda suite: reached.folder / suite)
+
+
+def killer_alone(alone, reached, neighbours):
+    """The same of one that is compiled by itself: of the tests that reach its neighbours, which are compiled in."""
+    linked = {}
+
+    def executable(suite):
+        if suite not in linked:
+            linked[suite] = alone.link(suite)
+        return linked[suite]
+
+    reaching = [each for each in reached.near(neighbours) if each.suite not in FROM_OUTSIDE]
+    return first_killer(reached, reaching, 0, executable)
+
+
+def first_killer(reached, reaching, number, executable_of):
+    for suite, tests in reached.rounds(reaching):
+        found = failure(executable_of(suite), number, [each.name for each in tests],
                         sum(each.milliseconds for each in tests))
-        if found is not None:
-            return found
-    return None
-
-
-def killer_alone(alone, reached):
-    """The same of one that is compiled by itself: nobody knows which tests reach it."""
-    replaced = alone.replaced()
-    for suite in reached.suites:
-        executable = alone.link(suite, replaced)
-        tests = sum(each.milliseconds for each in reached.all_of[suite])
-        found = failure(executable, 0, ["*"], tests)
         if found is not None:
             return found
     return None
