@@ -40,13 +40,18 @@ class AdapterGround:
     def is_quick(self, number):
         return True
 
-    def killer_of(self, number, mutant):
-        """(whether a suite has the source, the test that fails or None). Throws DoesNotBuild."""
-        text = mutant.mutation.applied((ROOT / mutant.file).read_text())
+    def stages(self):
+        return [SUITES]
+
+    def killer_of(self, number, mutant, suites):
+        """The test that fails; None when none does. Throws DoesNotBuild."""
+        source, text = ROOT / mutant.file, mutant.mutation.applied((ROOT / mutant.file).read_text())
         with Variant(self.project.commands, ROOT, mutant.file, text) as variant:
-            suites = self.suites_with(ROOT / mutant.file)
-            for suite in suites:
+            for suite in self.suites_with(source):
                 failure = failure_in(variant.build(suite), patience=PATIENCE_SECONDS)
                 if failure is not None:
-                    return True, failure
-        return bool(suites), None
+                    return failure
+        return None
+
+    def is_reached(self, number):
+        return True

@@ -16,10 +16,11 @@ FIRST_MILLISECONDS = 300
 
 # What is wrong may go on for ever, and take all memory.
 MEMORY_MAX_BYTES = 4 << 30
-PATIENCE_SECONDS = 10
+PATIENCE_SECONDS = 3
 PATIENCE_FACTOR = 10
 
-Test = collections.namedtuple("Test", "suite name milliseconds")
+# Of tests that take as long as each other the one that reaches fewer mistakes says more of each.
+Test = collections.namedtuple("Test", "suite name milliseconds reaches")
 
 
 def limits(seconds):
@@ -61,9 +62,9 @@ class Reached:
 
     def __init__(self, build):
         """Runs each suite without mistakes. It has to pass."""
-        self.folder, self.suites = build.folder, tuple(build.suites)
+        self.folder = build.folder
         self.tests_of, self.all_of = collections.defaultdict(list), collections.defaultdict(list)
-        for suite in self.suites:
+        for suite in build.suites:
             self.read(suite)
 
     def read(self, suite):
@@ -73,7 +74,7 @@ class Reached:
         before, *lines = path.read_text().splitlines()
         for line in lines:
             name, milliseconds, *numbers = line.split(" ")
-            test = Test(suite, name, int(milliseconds))
+            test = Test(suite, name, int(milliseconds), len(numbers))
             self.all_of[suite].append(test)
             for number in numbers:
                 self.tests_of[int(number)].append(test)
@@ -85,12 +86,12 @@ class Reached:
         """The tests that reach one of these mistakes."""
         return set().union(*(self.tests_of[each] for each in numbers))
 
-    def rounds(self, reaching):
-        """(suite, tests): of each suite the quickest of these tests, and then the others of each."""
+    def rounds(self, reaching, suites):
+        """(suite, tests): of each of these suites the quickest of these tests, and then the others of each."""
         first, later = [], []
-        for suite in self.suites:
+        for suite in suites:
             tests = sorted((each for each in reaching if each.suite == suite),
-                           key=lambda each: (each.milliseconds, each.name))
+                           key=lambda each: (each.milliseconds, each.reaches, each.name))
             count, total = 0, 0
             while count < min(len(tests), FIRST_TESTS) and total <= FIRST_MILLISECONDS:
                 total += tests[count].milliseconds
@@ -113,12 +114,12 @@ def in_filters(tests):
         yield part
 
 
-def killer_in_schema(reached, number):
-    """The first test that fails with a mistake that is compiled in; None when none does."""
-    return first_killer(reached, reached.tests_of[number], number, lambda suite: reached.folder / suite)
+def killer_in_schema(reached, number, suites):
+    """The first test of these suites that fails with a mistake that is compiled in; None when none does."""
+    return first_killer(reached.rounds(reached.tests_of[number], suites), number, lambda suite: reached.folder / suite)
 
 
-def killer_alone(alone, reached, neighbours):
+def killer_alone(alone, reached, neighbours, suites):
     """The same of one that is compiled by itself: of the tests that reach its neighbours, which are compiled in."""
     linked = {}
 
@@ -128,11 +129,11 @@ def killer_alone(alone, reached, neighbours):
         return linked[suite]
 
     reaching = [each for each in reached.near(neighbours) if each.suite not in FROM_OUTSIDE]
-    return first_killer(reached, reaching, 0, executable)
+    return first_killer(reached.rounds(reaching, suites), 0, executable)
 
 
-def first_killer(reached, reaching, number, executable_of):
-    for suite, tests in reached.rounds(reaching):
+def first_killer(rounds, number, executable_of):
+    for suite, tests in rounds:
         found = failure(executable_of(suite), number, [each.name for each in tests],
                         sum(each.milliseconds for each in tests))
         if found is not None:
