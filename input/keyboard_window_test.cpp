@@ -317,6 +317,30 @@ TEST(remoteOpenPanel, is_of_the_service_alone) {
             "none");
 }
 
+/// Whether the panel is found where the window server lists this alone.
+bool isPanel(const windowserver::Window& listed) {
+  TestMac mac(notes + service("60", ""));
+  return valueInside(mac, [&] {
+    const FixedAnswer server(Function::windows, driver::pack(std::optional(List{listed})));
+    return remoteOpenPanel(*workspace::application(41), {7, {100, 80, 800, 600}}).has_value();
+  });
+}
+
+TEST(remoteOpenPanel, has_a_number_a_frame_and_an_owner_that_can_be_a_process) {
+  windowserver::Window whole = entry(90);
+  whole.ownerPid = 60;
+  windowserver::Window numberless = whole;
+  numberless.number.reset();
+  windowserver::Window frameless = whole;
+  frameless.width.reset();
+  windowserver::Window impossible = whole;
+  impossible.ownerPid = (std::int64_t{1} << 32) + 60;
+  EXPECT_TRUE(isPanel(whole));
+  for (const windowserver::Window& listed : {numberless, frameless, impossible, entry(7)}) {
+    EXPECT_FALSE(isPanel(listed));
+  }
+}
+
 TEST(remoteOpenPanel, is_none_of_several) {
   EXPECT_EQ(panelIn(service("60",
                             "        window 90 at 100,80 size 400x300\n"

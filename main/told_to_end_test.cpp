@@ -22,5 +22,16 @@ TEST(endWhenTold, waits_100_milliseconds_for_an_act) {
   EXPECT_EQ(run.elapsed, 110'000);
 }
 
+TEST(endWhenTold, gives_its_line_50_milliseconds) {
+  TestMac mac("    app Notes pid 41 frontmost\n    at 5ms stall output\n    at 10ms signal 15\n",
+              {}, Mode::direct);
+  const Result run = runInside(mac, [] {
+    endWhenTold();
+    loop::sleepMicroseconds(500'000);
+  });
+  EXPECT_EQ(seen(run), "143 ");
+  EXPECT_EQ(run.elapsed, 60'000);
+}
+
 }  // namespace
 }  // namespace driver

@@ -49,6 +49,18 @@ TEST(capture_service_ending, a_stopped_sharing_counts_what_it_waited_for_an_act)
   EXPECT_EQ(run.elapsed, 270'000);
 }
 
+TEST(capture_service_ending, a_stopped_sharing_counts_what_it_waited_for_another_line) {
+  TestMac mac(
+      std::string(serviceDesk) + "    at 100ms stop sharing Notes\n    at 200ms resume output\n",
+      {"streams.acquire-output 2 before stall output",
+       "streams.write-output 5 before stall output"});
+
+  const Result run = serve(mac, {openLine("n", "Notes")}, {{}, {}, false, {}});
+
+  EXPECT_EQ(seen(run), served(1, {notesShared}));
+  EXPECT_EQ(run.elapsed, 350'000);
+}
+
 TEST(capture_service_ending, a_stopped_sharing_leaves_its_line_50_milliseconds_at_least) {
   // To give the focus of six applications back takes 240 ms of the 250 ms.
   std::string desk = serviceDesk;
