@@ -38,8 +38,7 @@ Snapshot Walk::take() {
   children.reserve(current_->element.children().size());
   for (const Snapshot& child : current_->element.children()) children.push_back(child.element());
   expand();
-  Snapshot taken = std::move(current_->element);
-  current_.reset();
+  Snapshot taken = std::move(std::exchange(current_, std::nullopt)->element);
   taken.giveChildren(std::move(children));
   return taken;
 }

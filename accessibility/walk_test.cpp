@@ -115,6 +115,22 @@ TEST(walk, visits_all_it_may_beside_a_branch_that_leaves_much_behind) {
   EXPECT_EQ(counted(elements, {110, 3}, {10, 20}), (std::pair{110, 10}));
 }
 
+TEST(walk, keeps_the_last_visit_of_a_branch_that_the_trunk_leaves_behind) {
+  // The trunk goes down to its end below the last sibling. The branch goes no deeper than the
+  // siblings: when the trunk has ended, one visit is left for the next of them.
+  const char* elements = R"(
+            AXGroup "Bar"
+                AXGroup repeat 2
+                AXGroup
+                    AXGroup repeat 20
+                    AXGroup
+                        AXGroup repeat 20
+                        AXGroup
+                            AXGroup repeat 20
+)";
+  EXPECT_EQ(counted(elements, {9, 10}, {3, 1}), (std::pair{9, 3}));
+}
+
 TEST(walk, keeps_what_is_left_to_visit_of_many_siblings_on_many_levels) {
   std::string elements;
   std::string indent = "            ";

@@ -14,10 +14,11 @@ struct Repair {
 
 TEST(utf8, leaves_well_formed_text_as_it_is) {
   for (const std::string text :
-       {"",           "plain",      "caf\u00E9",  "cafe\u0301", "\u4F60\u597D",
-        "\U0001F600", "\u0080",     "\u07FF",     "\u0800",     "\uD7FF",
-        "\uE000",     "\uFFFD",     "\uFFFF",     "\U00010000", "\U0003FFFF",
-        "\U00040000", "\U000FFFFF", "\U00100000", "\U0010FFFF", "\x7F"}) {
+       {"",           "plain",      "caf\u00E9",  "cafe\u0301", "\u4F60\u597D", "\U0001F600",
+        "\u0080",     "\u07FF",     "\u0800",     "\uD7FF",     "\uE000",       "\uFFFD",
+        "\uFFFF",     "\U00010000", "\U0003FFFF", "\U00040000", "\U000FFFFF",   "\U00100000",
+        "\U0010FFFF", "\x7F",       "\u0FFF",     "\u1000",     "\uCFFF",       "\uD000",
+        "\uEFFF",     "\uF000"}) {
     EXPECT_TRUE(isUtf8(text)) << text;
     EXPECT_EQ(repairedUtf8(text), text);
   }

@@ -84,8 +84,8 @@ bool givesFocus(platform::Pid pid, platform::WindowNumber window) {
 share::StreamConfiguration streamConfiguration(const platform::Rect& frame,
                                                process::Version version) {
   const platform::Rect known = isFinite(frame) ? frame : platform::Rect{};
-  const double longer = std::max(known.width, known.height);
-  const double scale = longer <= 1 ? 1 : std::min(longestMarkedSide / longer, 1.0);
+  const double longer = std::max({known.width, known.height, shortestSide});
+  const double scale = std::min(longestMarkedSide / longer, 1.0);
 
   share::StreamConfiguration configuration;
   configuration.width = scaledSide(known.width, scale);

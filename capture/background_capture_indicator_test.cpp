@@ -6,6 +6,7 @@
 
 #include "main/globals.h"
 #include "platform/json.h"
+#include "platform/loop.h"
 #include "tests/support/inside.h"
 #include "tests/support/service_desk.h"
 
@@ -108,6 +109,34 @@ TEST(indicator, counts_one_hold_however_often_it_is_asked) {
     EXPECT_TRUE(globals().heldInputFocus.empty());
     indicator.stop();
   });
+}
+
+/// How many records two holds of Notes post when its text has the keyboard first, and this happens
+/// between them. One that gives focus posts three.
+std::size_t recordsOfTwoHolds(const std::string& happenings) {
+  TestMac mac(R"(
+    app Browser pid 40 frontmost
+    app Notes pid 41
+        window 7 "Inbox" at 100,80 size 300x300
+            AXTextArea "Body" at 120,130 size 100x100 focused
+        window 8 "Outbox" at 500,80 size 300x300
+            AXTextArea "Draft" at 520,130 size 100x100
+)" + happenings);
+  runInside(mac, [] {
+    BackgroundCaptureIndicator indicator("pid:41");
+    indicator.refresh();
+    indicator.holdFocus();
+    loop::sleepMicroseconds(500'000);
+    indicator.holdFocus();
+    indicator.stop();
+  });
+  return postedRecords(mac).size();
+}
+
+TEST(indicator, gives_focus_again_when_another_window_has_become_key) {
+  const std::size_t once = recordsOfTwoHolds("");
+  EXPECT_EQ(recordsOfTwoHolds("    at 300ms user click 530,140\n    at 400ms front Browser\n"),
+            once + 3);
 }
 
 TEST(indicator, does_not_bring_back_a_hold_that_has_gone) {

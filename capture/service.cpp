@@ -39,8 +39,6 @@ void answer(const Reply& reply) {
 
 class CaptureService {
  public:
-  explicit CaptureService(std::string programPath) : programPath_(std::move(programPath)) {}
-
   [[noreturn]] void serve() {
     answer({{"ok", true}, {"pid", process::ownPid()}});
     while (const std::optional<platform::Bytes> line = streams::readLine()) {
@@ -105,14 +103,13 @@ class CaptureService {
     if (!shared) fail("invalid shared capture command");
     const CaptureCommand& row = *shared->command;
     Arguments& arguments = shared->words;
-    arguments.insert(arguments.begin(), programPath_);
+    arguments.insert(arguments.begin(), globals().args.front());
     arguments[2] = "pid:" + std::to_string(indicator.targetPID());
     checkInputContext(row.actsOnInput, arguments);
     if (row.inSession == InSession::holdsFocus) return indicator.holdFocus();
     return captureCommand(row, arguments);
   }
 
-  std::string programPath_;
   std::map<std::string, BackgroundCaptureIndicator> indicators_;  // by session
   std::map<std::string, SessionScope> sessionScopes_;             // by session
 };
@@ -137,7 +134,7 @@ void captureServiceCommand(const Arguments& arguments) {
   process::onExit(releaseAllInputFocus);
   process::handleSignals(endingSignals(), endBySignal);
   globals().sharesOutput = true;
-  loop::startTask([program = arguments[0]] { CaptureService(program).serve(); });
+  loop::startTask([] { CaptureService().serve(); });
   loop::park();
 }
 

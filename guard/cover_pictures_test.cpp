@@ -21,7 +21,7 @@ TEST(enclosing_bundle, lies_three_folders_above_the_tool) {
 }
 
 TEST(enclosing_bundle, is_none_elsewhere) {
-  for (const char* path : {"", "/", "driver", "/driver", "/usr/local/bin/driver",
+  for (const char* path : {"", "/", "driver", "/driver", "A.app", "/usr/local/bin/driver",
                            "/A.app/Contents/driver", "/A.app/Contents/MacOS/deeper/driver",
                            "/A.APP/Contents/MacOS/driver", "/.app/Contents/MacOS/driver",
                            "/Aapp/Contents/MacOS/driver", "/A.application/Contents/MacOS/driver"}) {

@@ -1,5 +1,6 @@
 #include "input/keyboard_window.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -109,13 +110,19 @@ std::optional<TargetWindow> onlyFitting(const Windows& list, const Likeness& lik
   return found;
 }
 
+/// As many of the application's windows as a walk may visit.
+std::vector<ax::Element> firstWindows(const ax::Element& application) {
+  std::vector<ax::Element> windows = elementsIn(axAttr(application, "AXWindows"));
+  const auto count = static_cast<std::ptrdiff_t>(std::min(windows.size(), visitsMax));
+  windows.erase(windows.begin() + count, windows.end());
+  return windows;
+}
+
 /// The numbers of the application's windows and of the sheets on them.
 std::set<Number> ownNumbers(const ax::Element& application) {
   std::set<Number> numbers;
   SheetSearch search;
-  std::size_t left = visitsMax;
-  for (const ax::Element& window : elementsIn(axAttr(application, "AXWindows"))) {
-    if (left-- == 0) break;
+  for (const ax::Element& window : firstWindows(application)) {
     if (const auto number = messages::windowNumber(window)) numbers.insert(*number);
     const std::optional<ax::Element> sheet = search.innermost(window);
     const auto number = sheet ? messages::windowNumber(*sheet) : std::nullopt;
@@ -158,9 +165,7 @@ ax::Element innermostSheet(const ax::Element& window) {
 
 bool hasSheet(const ax::Element& application) {
   SheetSearch search;
-  std::size_t left = visitsMax;
-  for (const ax::Element& element : elementsIn(axAttr(application, "AXWindows"))) {
-    if (left-- == 0) break;
+  for (const ax::Element& element : firstWindows(application)) {
     Snapshot window(element);
     if (search.count(window) > 0) return true;
   }

@@ -108,6 +108,17 @@ TEST(hasSheet, looks_at_all_windows) {
   }
 }
 
+TEST(hasSheet, looks_at_20000_windows) {
+  const auto isSeenBehind = [](int others) {
+    TestMac mac("app Notes pid 41\n    repeat " + std::to_string(others) +
+                " as n\n        window {n} at 0,0 size 9x9\n"
+                "    window 30000 at 0,0 size 9x9\n        AXSheet \"Save\"\n");
+    return valueInside(mac, [&] { return hasSheet(applicationOf(mac, "Notes")); });
+  };
+  EXPECT_TRUE(isSeenBehind(19'999));
+  EXPECT_FALSE(isSeenBehind(20'000));
+}
+
 /// An entry for Inbox of process 41.
 windowserver::Window entry(std::int64_t number) {
   return {number, 41, 0, "Inbox", 100.0, 80.0, 800.0, 600.0};
@@ -304,6 +315,30 @@ TEST(remoteOpenPanel, is_of_the_service_alone) {
   EXPECT_EQ(panelIn("    app Other pid 60 bundle com.example.other\n"
                     "        window 90 at 100,80 size 400x300\n"),
             "none");
+}
+
+/// Whether the panel is found where the window server lists this alone.
+bool isPanel(const windowserver::Window& listed) {
+  TestMac mac(notes + service("60", ""));
+  return valueInside(mac, [&] {
+    const FixedAnswer server(Function::windows, driver::pack(std::optional(List{listed})));
+    return remoteOpenPanel(*workspace::application(41), {7, {100, 80, 800, 600}}).has_value();
+  });
+}
+
+TEST(remoteOpenPanel, has_a_number_a_frame_and_an_owner_that_can_be_a_process) {
+  windowserver::Window whole = entry(90);
+  whole.ownerPid = 60;
+  windowserver::Window numberless = whole;
+  numberless.number.reset();
+  windowserver::Window frameless = whole;
+  frameless.width.reset();
+  windowserver::Window impossible = whole;
+  impossible.ownerPid = (std::int64_t{1} << 32) + 60;
+  EXPECT_TRUE(isPanel(whole));
+  for (const windowserver::Window& listed : {numberless, frameless, impossible, entry(7)}) {
+    EXPECT_FALSE(isPanel(listed));
+  }
 }
 
 TEST(remoteOpenPanel, is_none_of_several) {

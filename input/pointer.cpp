@@ -221,7 +221,7 @@ bool changesFrom(const Appearance& before, platform::Pid pid, platform::WindowNu
     loop::sleepMicroseconds(roundMicroseconds);
     const std::optional<platform::Bytes> image = windowImage(window);
     // Without two pictures to compare, nothing speaks against a change.
-    if (!before.image || !image || *before.image != *image) return true;
+    if (!image || before.image != image) return true;
     if (focusSignature(pid) != before.focusSignature) return true;
   }
   return false;

@@ -16,12 +16,11 @@ namespace {
 constexpr std::uint32_t eventPauseMicroseconds = 12'000;
 
 /// Both routes and the pause are part of one act of the caller's.
-bool postNow(const quartz::Event& event, platform::Pid pid, Sky::PostToPid postPrivately,
+void postNow(const quartz::Event& event, platform::Pid pid, Sky::PostToPid postPrivately,
              bool publicRoute) {
   if (postPrivately != nullptr) postPrivately(pid, event.get());
   if (publicRoute) quartz::postToPid(pid, event);
   loop::sleepMicroseconds(eventPauseMicroseconds);
-  return true;
 }
 
 Sky::PostToPid privatePost(const quartz::Event& event, Routes routes) {
@@ -38,14 +37,14 @@ bool mayActNow() {
   return false;
 }
 
-bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes) {
+void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes) {
   // Before every event, not once for all: a service may die and a screen lock in mid-sequence, and
   // what follows would go to a window without its mark, or to the lock screen.
-  if (!mayActNow() || !event) return false;
+  if (!mayActNow() || !event) return;
   const Sky::PostToPid postPrivately = privatePost(*event, routes);
   // With the pause: an application that is still taking an event must not lose its focus meanwhile.
   const Act act;
-  return postNow(*event, pid, postPrivately, routes.publicRoute);
+  postNow(*event, pid, postPrivately, routes.publicRoute);
 }
 
 void postRelease(const std::optional<quartz::Event>& event, platform::Pid pid) {
@@ -61,16 +60,18 @@ bool Press::down(const std::optional<quartz::Event>& event, Routes routes) {
     ++withheld_;
     return false;
   }
-  return may && event && postNow(*event, pid_, postPrivately, routes.publicRoute);
+  if (!may || !event) return false;
+  postNow(*event, pid_, postPrivately, routes.publicRoute);
+  return true;
 }
 
-bool Press::up(const std::optional<quartz::Event>& event, Routes routes) {
+void Press::up(const std::optional<quartz::Event>& event, Routes routes) {
   if (withheld_ > 0) {
     --withheld_;
-    return false;
+    return;
   }
-  if (!mayActNow() || !event) return false;
-  return postNow(*event, pid_, privatePost(*event, routes), routes.publicRoute);
+  if (!mayActNow() || !event) return;
+  postNow(*event, pid_, privatePost(*event, routes), routes.publicRoute);
 }
 
 }  // namespace driver

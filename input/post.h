@@ -19,11 +19,11 @@ struct Routes {
 bool mayActNow();
 
 /// Posts one event to one process, marked as the tool's own, and waits the 12 ms that receivers
-/// need. True when it was posted. Fails when the capture service has gone. When the session is not
+/// need. Fails when the capture service has gone. When the session is not
 /// usable the event is withheld, which `droppedWhileLocked` records, and nothing is waited for; nor
 /// for an absent event. A missing private route is skipped. When another flow is ending the
 /// process, the calling one is held back for good.
-bool postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
+void postTarget(const std::optional<quartz::Event>& event, platform::Pid pid, Routes routes = {});
 
 /// Posts an event that lets something go, on the public route, also in a process that is ending:
 /// withheld when the capture service has gone or the session is not usable, which nobody is told.
@@ -35,11 +35,12 @@ class Press {
  public:
   explicit Press(platform::Pid pid) : pid_(pid) {}
 
-  /// As `postTarget`, but once the process is ending nothing more goes down.
+  /// As `postTarget`, but once the process is ending nothing more goes down. True when the event
+  /// was posted.
   bool down(const std::optional<quartz::Event>& event, Routes routes = {});
 
   /// As `postTarget`, in an ending process too, unless its `down` came to nothing there.
-  bool up(const std::optional<quartz::Event>& event, Routes routes = {});
+  void up(const std::optional<quartz::Event>& event, Routes routes = {});
 
  private:
   platform::Pid pid_;

@@ -145,7 +145,7 @@ std::span<const Command> commands() { return allCommands; }
 int run(const std::vector<std::string>& commandLine) {
   renewGlobals();
   // Before anything is asked of the system: that may take its time.
-  const Command* const command = commandLine.size() < 2 ? nullptr : commandNamed(commandLine[1]);
+  const Command* const command = commandLine.size() < 2 ? nullptr : commandNamed(commandLine.at(1));
   if (command == nullptr || !command->livesOn) endWhenTold();
   initialise(commandLine);
   dispatch(globals().args);

@@ -10,8 +10,14 @@ import tempfile
 from pathlib import Path
 
 from schemata import Schema
+from scratch_project import FROM_OUTSIDE
 from source_files import ROOT
 from variants import Commands, DoesNotBuild, ran
+
+# What tests from outside run, and what of their own has the paths of these.
+PROGRAMS = ("driver", "simulated-mac")
+BESIDE_PROGRAMS = ("simulated-mac-view", "libvirtual_sleep.so")
+SUPPORT_FROM_OUTSIDE = "joined_support"
 
 FLAGS = "-w -Wno-narrowing -include tests/mutants/mutant.h"
 OWN_SOURCES = ("mutant", "listener")
@@ -35,6 +41,11 @@ OF_TYPES = re.compile("not convert|invalid initialization|different types|no mat
 Unit = collections.namedtuple("Unit", "file command target object")
 
 
+def flags(unit):
+    """Of a unit in another folder than its own."""
+    return f"{FLAGS} -iquote {(ROOT / unit.file).parent}"
+
+
 def units(folder, targets):
     """Those of the targets whose build folder this is."""
     for each in Commands(folder).compilations:
@@ -54,13 +65,29 @@ class Build:
     """The executables; mistakes are numbered from 1."""
 
     def __init__(self, folder, its_units, suites, numbered, jobs):
-        """The folder has built the suites, whose paths there are given."""
+        """The folder has built the suites, whose paths there are given, and the programs that they run. The units
+        are all of the targets that have mistakes."""
         self.preset, self.folder, self.numbered = folder, ROOT / "build/mutants" / folder.name, numbered
         self.suites = {Path(path).name: path for path in suites}
-        self.units = {unit.file: unit for unit in its_units}
+        self.programs = PROGRAMS if FROM_OUTSIDE & set(self.suites) else ()
+        if self.programs:
+            its_units = [*its_units, *map(self.running_ours, units(folder, [SUPPORT_FROM_OUTSIDE]))]
+        # What is built of sources without mistakes is taken as it is.
+        changed = {Path(each.file) for each in numbered.values()}
+        rebuilt = {unit.object for unit in its_units if unit.file in changed or unit.target == SUPPORT_FROM_OUTSIDE}
+        self.units = {unit.file: unit for unit in its_units if unit.object in rebuilt}
+        self.kept = sorted({(unit.target, unit.object) for unit in its_units} -
+                           {(unit.target, unit.object) for unit in self.units.values()})
         self.commands = Commands(folder)
         self.ninja = ["ninja", "-C", self.folder, "-j", str(jobs), "-k", "0"]
         self.schemata, self.left_out = {}, set()
+
+    def running_ours(self, unit):
+        """The unit with our programs' paths in the place of the project's."""
+        command = unit.command
+        for program in PROGRAMS:
+            command = command.replace(f'"{self.preset / program}\\"', f'"{self.folder / program}\\"')
+        return unit._replace(command=command)
 
     # --- the sources
 
@@ -75,6 +102,10 @@ class Build:
         write(self.folder / "source" / file, schema.text)
         left_out = [(each.start, each.end, each.text) for number, each in mutations.items() if number in self.left_out]
         write(self.left_out_file(file), json.dumps({"of": text, "left out": left_out}))
+
+    def may_be_constant(self, number, mutant):
+        """Whether the compiler may have evaluated its place, where it was not made."""
+        return self.schemata[Path(mutant.file)].tokens.is_in_constexpr(mutant.mutation.start)
 
     def left_out_file(self, file):
         return self.folder / "source" / (str(file) + ".json")
@@ -102,11 +133,11 @@ class Build:
     def is_library(self, unit):
         return Path(self.suites.get(unit.target, "")).name != unit.target
 
-    def link_of(self, suite, replaced, folder):
+    def link_of(self, name, replaced, folder):
         """The project's command for an executable, in another folder, with other archives and objects."""
-        path = self.suites[suite]
-        own = " ".join(map(str, self.own_objects()))
-        command = self.commands.link_of(path).replace(f" -o {path} ", f" {own} -o {folder / suite} ")
+        path = self.suites.get(name, name)
+        own = " ".join(map(str, self.own_objects() if name in self.suites else self.own_objects()[:1]))
+        command = self.commands.link_of(path).replace(f" -o {path} ", f" {own} -o {folder / name} ")
         for name, other in replaced.items():
             command = re.sub(rf" (\S*/)?{re.escape(name)}(?= )", f" {other}", command)
         return command.replace("-fuse-ld=gold", "-fuse-ld=lld") if shutil.which("ld.lld") else command
@@ -116,25 +147,37 @@ class Build:
                 self.archive_of(unit.target) if self.is_library(unit) else self.object_of(unit.file)
                 for unit in self.units.values()}
 
-    def in_library(self, target):
-        return [unit.file for unit in self.units.values() if unit.target == target]
+    def objects_in(self, target):
+        """Of a library: ours by their sources, and those of the project's that are kept."""
+        ours = {unit.file: self.object_of(unit.file) for unit in self.units.values() if unit.target == target}
+        return ours, [self.preset / path for its_target, path in self.kept if its_target == target]
+
+    def executables(self):
+        return {**self.suites, **{name: name for name in self.programs}}
 
     def write_rules(self):
         lines = [RULES.format(folder=self.preset)]
         for unit in self.units.values():
             lines.append(f"build {self.object_of(unit.file)}: compile {self.folder / 'source' / unit.file}\n"
-                         f"  compile = {unit.command} {FLAGS}")
+                         f"  compile = {unit.command} {flags(unit)}")
         for target in {unit.target for unit in self.units.values() if self.is_library(unit)}:
-            objects = " ".join(str(self.object_of(file)) for file in self.in_library(target))
+            ours, kept = self.objects_in(target)
+            objects = " ".join(map(str, [*ours.values(), *kept]))
             lines.append(f"build {self.archive_of(target)}: archive {objects}")
         for name, its_object in zip(OWN_SOURCES, self.own_objects()):
             lines.append(f"build {its_object}: compile {ROOT}/tests/mutants/{name}.cpp\n"
                          f"  compile = c++ -std=c++20 -O2 -I{ROOT}")
         needed = " ".join(map(str, [*self.replaced().values(), *self.own_objects()]))
-        for suite, path in self.suites.items():
-            lines.append(f"build {self.folder / suite}: link | {self.preset / path} {needed}\n"
-                         f"  link = {self.link_of(suite, self.replaced(), self.folder)}")
+        for name, path in self.executables().items():
+            programs = " ".join(str(self.folder / each) for each in self.programs if name in FROM_OUTSIDE)
+            lines.append(f"build {self.folder / name}: link | {self.preset / path} {needed} {programs}\n"
+                         f"  link = {self.link_of(name, self.replaced(), self.folder)}")
         write(self.folder / "build.ninja", "\n".join(lines) + "\n")
+
+    def link_beside_programs(self):
+        for name in BESIDE_PROGRAMS if self.programs else ():
+            (self.folder / name).unlink(missing_ok=True)
+            (self.folder / name).symlink_to(self.preset / name)
 
     def build(self):
         """Mistakes that do not compile beside the original are left out."""
@@ -142,6 +185,7 @@ class Build:
             self.remember_left_out(file)
             self.write_source(file)
         self.write_rules()
+        self.link_beside_programs()
         while True:
             done = subprocess.run([*self.ninja, *[str(self.folder / suite) for suite in self.suites]],
                                   capture_output=True, text=True, errors="replace")
@@ -173,26 +217,32 @@ class Alone:
 
     def __enter__(self):
         self.folder = Path(tempfile.mkdtemp(prefix="mutant-"))
+        try:
+            self.replaced = self.compile()
+        except DoesNotBuild:
+            self.__exit__()
+            raise
         return self
 
     def __exit__(self, *_):
         shutil.rmtree(self.folder)
 
-    def replaced(self):
+    def compile(self):
         """What is linked for what the project has built."""
         build, unit, own = self.build, self.unit, self.folder / "own.o"
         source = self.folder / unit.file
         write(source, self.text)
-        ran(f"{unit.command} {FLAGS} -o {own} -c {source}", build.preset)
+        ran(f"{unit.command} {flags(unit)} -o {own} -c {source}", build.preset)
         if not build.is_library(unit):
             return {**build.replaced(), unit.object: own}
         archive = self.folder / f"lib{unit.target}.a"
-        objects = [own if file == unit.file else build.object_of(file) for file in build.in_library(unit.target)]
-        ran(["ar", "rcsT", archive, *objects], self.folder)
+        ours, kept = build.objects_in(unit.target)
+        ran(["ar", "rcsT", archive, *{**ours, unit.file: own}.values(), *kept], self.folder)
         return {**build.replaced(), f"lib{unit.target}.a": archive}
 
-    def link(self, suite, replaced):
-        ran(self.build.link_of(suite, replaced, self.folder), self.build.preset)
+    def link(self, suite):
+        """The executable of a suite."""
+        ran(self.build.link_of(suite, self.replaced, self.folder), self.build.preset)
         return self.folder / suite
 
 

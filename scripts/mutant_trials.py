@@ -5,7 +5,7 @@ import resource
 import subprocess
 from pathlib import Path
 
-from scratch_project import failure_told_by
+from scratch_project import FROM_OUTSIDE, failure_told_by
 
 # The kernel takes no longer word on a command line.
 FILTER_CHARACTERS_MAX = 100_000
@@ -16,10 +16,11 @@ FIRST_MILLISECONDS = 300
 
 # What is wrong may go on for ever, and take all memory.
 MEMORY_MAX_BYTES = 4 << 30
-PATIENCE_SECONDS = 10
+PATIENCE_SECONDS = 3
 PATIENCE_FACTOR = 10
 
-Test = collections.namedtuple("Test", "suite name milliseconds")
+# Of tests that take as long as each other the one that reaches fewer mistakes says more of each.
+Test = collections.namedtuple("Test", "suite name milliseconds reaches")
 
 
 def limits(seconds):
@@ -46,10 +47,13 @@ def failure(executable, number, names, milliseconds):
 def run(executable, path):
     """Writes what its tests reach."""
     new = Path(str(path) + ".new")
+    marks = Path(str(new) + ".marks")
+    marks.unlink(missing_ok=True)
     done = subprocess.run([executable, "--gtest_brief=1"], capture_output=True, text=True, errors="replace",
                           env={**os.environ, "MUTANT": "-1", "REACHED": str(new)}, cwd=executable.parent)
     if done.returncode != 0:
         raise SystemExit(f"{executable.name} fails without any mistake:\n{done.stdout[-3000:]}")
+    marks.unlink()
     new.rename(path)
 
 
@@ -58,9 +62,9 @@ class Reached:
 
     def __init__(self, build):
         """Runs each suite without mistakes. It has to pass."""
-        self.folder, self.suites = build.folder, tuple(build.suites)
+        self.folder = build.folder
         self.tests_of, self.all_of = collections.defaultdict(list), collections.defaultdict(list)
-        for suite in self.suites:
+        for suite in build.suites:
             self.read(suite)
 
     def read(self, suite):
@@ -70,7 +74,7 @@ class Reached:
         before, *lines = path.read_text().splitlines()
         for line in lines:
             name, milliseconds, *numbers = line.split(" ")
-            test = Test(suite, name, int(milliseconds))
+            test = Test(suite, name, int(milliseconds), len(numbers))
             self.all_of[suite].append(test)
             for number in numbers:
                 self.tests_of[int(number)].append(test)
@@ -78,12 +82,16 @@ class Reached:
         for number in before.split(" ")[2:]:
             self.tests_of[int(number)] += self.all_of[suite]
 
-    def rounds(self, number):
-        """(suite, tests): of each suite its quickest tests, and then the others of each."""
+    def near(self, numbers):
+        """The tests that reach one of these mistakes."""
+        return set().union(*(self.tests_of[each] for each in numbers))
+
+    def rounds(self, reaching, suites):
+        """(suite, tests): of each of these suites the quickest of these tests, and then the others of each."""
         first, later = [], []
-        for suite in self.suites:
-            tests = sorted((each for each in self.tests_of[number] if each.suite == suite),
-                           key=lambda each: each.milliseconds)
+        for suite in suites:
+            tests = sorted((each for each in reaching if each.suite == suite),
+                           key=lambda each: (each.milliseconds, each.reaches, each.name))
             count, total = 0, 0
             while count < min(len(tests), FIRST_TESTS) and total <= FIRST_MILLISECONDS:
                 total += tests[count].milliseconds
@@ -106,23 +114,28 @@ def in_filters(tests):
         yield part
 
 
-def killer_in_schema(reached, number):
-    """The first test that fails with a mistake that is compiled in; None when none does."""
-    for suite, tests in reached.rounds(number):
-        found = failure(reached.folder / suite, number, [each.name for each in tests],
+def killer_in_schema(reached, number, suites):
+    """The first test of these suites that fails with a mistake that is compiled in; None when none does."""
+    return first_killer(reached.rounds(reached.tests_of[number], suites), number, lambda suite: reached.folder / suite)
+
+
+def killer_alone(alone, reached, neighbours, suites):
+    """The same of one that is compiled by itself: of the tests that reach its neighbours, which are compiled in."""
+    linked = {}
+
+    def executable(suite):
+        if suite not in linked:
+            linked[suite] = alone.link(suite)
+        return linked[suite]
+
+    reaching = [each for each in reached.near(neighbours) if each.suite not in FROM_OUTSIDE]
+    return first_killer(reached.rounds(reaching, suites), 0, executable)
+
+
+def first_killer(rounds, number, executable_of):
+    for suite, tests in rounds:
+        found = failure(executable_of(suite), number, [each.name for each in tests],
                         sum(each.milliseconds for each in tests))
-        if found is not None:
-            return found
-    return None
-
-
-def killer_alone(alone, reached):
-    """The same of one that is compiled by itself: nobody knows which tests reach it."""
-    replaced = alone.replaced()
-    for suite in reached.suites:
-        executable = alone.link(suite, replaced)
-        tests = sum(each.milliseconds for each in reached.all_of[suite])
-        found = failure(executable, 0, ["*"], tests)
         if found is not None:
             return found
     return None

@@ -151,7 +151,7 @@ TEST(ax_texts_at, skip_what_is_250000_square_points_large_but_not_what_is_in_it)
   EXPECT_EQ(textsAt(windowOf(R"(
         AXGroup "large" at 0,0 size 500x500
             AXGroup "long" at 0,0 size 250000x1
-                AXGroup "nearly" at 0,0 size 499.9x500
+                AXGroup "nearly" at 0,0 size 499.999x500
 )"),
                     "0 0"),
             texts(R"("nearly")"));

@@ -130,6 +130,18 @@ TEST(ax_press_child, takes_the_very_last_of_however_many) {
   EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.action-names"), 20'000);
 }
 
+TEST(ax_press_child, looks_for_a_text_at_20000_children) {
+  const std::string wanted = R"(
+                AXButton at 200,95 size 20x20
+                    AXStaticText value "Ok"
+)";
+  TestMac mac(rowOf("                AXImage repeat 19999\n" + wanted));
+  EXPECT_EQ(seen(press(mac, {"letter", "ok"})), done("Ok"));
+  TestMac beyond(rowOf("                AXImage repeat 20000\n" + wanted));
+  EXPECT_EQ(seen(press(beyond, {"letter", "ok"})),
+            success(R"({"controls":[],"error":"row has no control \"ok\"","ok":false})"));
+}
+
 TEST(ax_press_child, takes_whatever_can_be_pressed_for_a_control) {
   TestMac mac(rowOf(R"(
                 AXImage at 200,95 size 20x20 actions AXShowMenu,AXPress

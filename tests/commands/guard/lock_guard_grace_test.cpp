@@ -34,6 +34,7 @@ std::string hints(const std::string& world, const std::string& grace) {
     } else {
       continue;
     }
+    EXPECT_EQ(entry.at % 1000, 0) << text;
     lines += std::to_string(entry.at / 1000) + " " + text + "\n";
   }
   return lines;

@@ -4,7 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include "guard/guard_tap.h"
+#include "main/globals.h"
+#include "tests/support/channels.h"
 #include "tests/support/guarded.h"
+#include "tests/support/inside.h"
 
 // A guard whose tap does not work watches nobody, and one whose process has lost the permission
 // holds up all that the user does. Such a guard does not start, or locks and goes.
@@ -19,6 +23,7 @@ using testing_support::guardedDesk;
 using testing_support::guardSays;
 using testing_support::Mode;
 using testing_support::Result;
+using testing_support::runInside;
 using testing_support::seen;
 using testing_support::TestMac;
 
@@ -57,6 +62,18 @@ TEST(guard_tap, that_holds_all_input_from_the_start_lets_it_go_within_three_seco
     EXPECT_TRUE(mac.desktop().mac().tapLine.waiting.empty()) << reader;
     EXPECT_FALSE(mac.world().session.locked.value_or(false)) << reader;
   }
+}
+
+TEST(guard_tap, that_is_answered_for_once_the_guard_is_given_up_begins_nothing) {
+  TestMac mac(guardedDesk, {}, Mode::direct);
+  bool hasBegun = false;
+  const Result run = runInside(mac, [&] {
+    driver::globals().guardWatch = driver::GuardWatch::failed;
+    driver::watchForReturn();
+    hasBegun = true;
+  });
+  EXPECT_EQ(run.status, testing_support::stillRunning);
+  EXPECT_FALSE(hasBegun);
 }
 
 TEST(guard_tap, that_is_late_to_be_answered_for_watches_all_the_same) {

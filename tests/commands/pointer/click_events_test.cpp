@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/posted_events.h"
 #include "tests/support/simulated_run.h"
 
@@ -167,6 +169,15 @@ TEST(click_events, that_cannot_be_created_are_skipped_without_their_delay) {
   EXPECT_EQ(
       waits(mac),
       "40000 12000 15000 12000 1000 12000 15000 12000 1000 100000 40000 200000 200000 200000");
+}
+
+TEST(click_events, that_cannot_be_created_are_nothing_to_ask_for) {
+  const auto questions = [](const std::vector<std::string>& faults) {
+    TestMac mac(desk, faults);
+    const Result run = mac.driver("bg-click Notes 130 95");
+    return std::count(run.calls.begin(), run.calls.end(), "windowserver.session");
+  };
+  EXPECT_EQ(questions({"quartz.create-mouse-event 1 absent"}), questions({}) - 1);
 }
 
 TEST(click_events, are_posted_without_a_source_when_the_system_gives_none) {

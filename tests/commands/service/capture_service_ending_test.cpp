@@ -37,6 +37,49 @@ TEST(capture_service_ending, a_stopped_sharing_gives_held_focus_back_in_the_same
   EXPECT_NE(run.effects.find("focus 41/7 take"), std::string::npos);
 }
 
+TEST(capture_service_ending, a_stopped_sharing_counts_what_it_waited_for_an_act) {
+  // The stop comes while focus is being given.
+  TestMac mac(std::string(serviceDesk) +
+              "    at 20ms stall output\n    at 20ms stop sharing Notes\n");
+
+  const Result run = serve(mac, {openLine("n", "Notes"), commandLine("n", "bg-focus-hold Notes")},
+                           {{}, {}, false, {}});
+
+  EXPECT_EQ(seen(run), served(1, {notesShared}));
+  EXPECT_EQ(run.elapsed, 270'000);
+}
+
+TEST(capture_service_ending, a_stopped_sharing_counts_what_it_waited_for_another_line) {
+  TestMac mac(
+      std::string(serviceDesk) + "    at 100ms stop sharing Notes\n    at 200ms resume output\n",
+      {"streams.acquire-output 2 before stall output",
+       "streams.write-output 5 before stall output"});
+
+  const Result run = serve(mac, {openLine("n", "Notes")}, {{}, {}, false, {}});
+
+  EXPECT_EQ(seen(run), served(1, {notesShared}));
+  EXPECT_EQ(run.elapsed, 350'000);
+}
+
+TEST(capture_service_ending, a_stopped_sharing_leaves_its_line_50_milliseconds_at_least) {
+  // To give the focus of six applications back takes 240 ms of the 250 ms.
+  std::string desk = serviceDesk;
+  std::vector<std::string> lines;
+  for (const char* digit : {"0", "1", "2", "3", "4", "5"}) {
+    const std::string name = "App" + std::string(digit);
+    desk += "    app " + name + " pid 5" + digit + "\n        window 2" + digit +
+            " \"W\" at 300,300 size 200x200\n";
+    lines.push_back(openLine(digit, name));
+    lines.push_back(commandLine(digit, "bg-focus-hold " + name));
+  }
+  TestMac mac(desk + "    at 5s stall output\n    at 5s stop sharing App0\n");
+
+  const Result run = serve(mac, lines, {{}, {}, false, {}});
+
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.elapsed, 5'290'000);
+}
+
 TEST(capture_service_ending, a_stopped_sharing_ends_it_while_it_waits_for_a_request) {
   TestMac mac(std::string(serviceDesk) + "    at 5s stop sharing Mail \"gone \\\"for good\\\"\"\n");
 
