@@ -127,7 +127,8 @@ TEST(guard_tap, ends_the_guard_when_one_question_is_answered_no) {
 // The guard has looked, and the notice comes: the tap is enabled again, and all is well.
 TEST(guard_tap, that_is_disabled_at_the_instant_of_a_look_is_enabled_again) {
   for (const char* notice : {"disable taps", "disable taps timeout"}) {
-    const Result run = guard(deskForAMinute({std::string("1s ") + notice, "3s user key a"}));
+    const Result run = guard(deskForAMinute({"3s user key a"}), {},
+                             {std::string("tap.is-enabled 2 before ") + notice});
     EXPECT_EQ(seen(run), guardSays({endedBy("user")})) << notice;
   }
 }
