@@ -24,10 +24,10 @@ from normalise import Layout  # noqa: E402
 
 CLIENTS = {"typescript": ["node", HERE / "typescript/test/conformance_client.mjs"],
            "python": [sys.executable, HERE / "python/tests/conformance_client.py"]}
-# Steps that no client can be made to say: too few words, commands that are always refused, and a signal to what keeps
-# going.
-WITHOUT = ["ax-press", "bg-drag", "bg-focus-hold", "focus-release", "bg-wink", "", "watch-input",
-           "capture-service", "capture-service", "capture-service", "keep-awake"]
+# Steps that no client can be made to say: too few words, words that an argument does not have, commands that are
+# always refused, and a signal to what keeps going.
+WITHOUT = ["ax-press", "ax-slider", "bg-click", "bg-drag", "bg-focus-hold", "focus-release", "bg-wink", "",
+           "watch-input", "capture-service", "capture-service", "capture-service", "keep-awake"]
 
 
 def arguments_of(words):
@@ -47,7 +47,10 @@ def arguments_of(words):
         else:
             word = rest.pop(0)
             described = schema["properties"][row["name"]]
-            given[row["name"]] = json.loads(word) if row["json"] else value_of(described, word)
+            value = json.loads(word) if row["json"] else value_of(described, word)
+            if isinstance(value, str) and value not in row.get("words", [value]):
+                return None
+            given[row["name"]] = value
     return None if rest else given
 
 

@@ -30,7 +30,7 @@ constexpr std::uint32_t lockPatience = 2'000'000;
 constexpr std::uint32_t mainFlowPatience = 450'000;
 
 /// By when the main flow must be back from its next round: a second until then, and a little more
-/// than one for the questions that it asks there.
+/// than one for the questions that it asks there. So long it also has for its start.
 constexpr std::uint32_t roundPatience = 2'100'000;
 
 // A tap may be holding up all of the user's input since the round before.
@@ -102,19 +102,27 @@ void lockAtAnyExit() {
 }
 
 void lockInLastAct() {
-  lockScreenNow();
+  lockScreenInLastAct();
   loop::sleepMicroseconds(lastMoments);
 }
 
-void endWhenMainFlowIsStuck() {
+void awaitStuckMainFlow() {
   while (loop::awaitRound(roundPatience)) {
   }
+}
+
+void endInPlaceOfMainFlow() {
   if (globals().guardExiting.exchange(true)) return;
   beginLocking();
   const std::optional<bool> accepted = lockAcceptedWithin(stuckLockPatience);
   tellEnd("loop", accepted.value_or(false));
   if (accepted) loop::sleepMicroseconds(lastMoments);
   process::exit(0);
+}
+
+void failInPlaceOfMainFlow(const std::string& message) {
+  emitGuardLine(refusal(message));
+  process::exit(1);
 }
 
 }  // namespace driver

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// The ways in which a guard ends. Whoever ends it locks the screen first, but for a return while
@@ -24,8 +25,14 @@ void lockAtAnyExit();
 /// Locks as a process does that dies of a signal.
 void lockInLastAct();
 
-/// For a flow of its own: locks and ends the process when the main flow does not come back from one
-/// of its rounds. Comes back when somebody else is ending it.
-void endWhenMainFlowIsStuck();
+/// For a flow of its own: waits until the main flow does not come back from one of its rounds.
+void awaitStuckMainFlow();
+
+/// Locks and ends the process in the place of a main flow that is stuck. Comes back when somebody
+/// else is ending it.
+void endInPlaceOfMainFlow();
+
+/// Says that the guard fails, in the place of such a main flow, and ends the process with status 1.
+[[noreturn]] void failInPlaceOfMainFlow(const std::string& message);
 
 }  // namespace driver

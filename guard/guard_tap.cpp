@@ -42,6 +42,22 @@ bool makeTap() {
 
 bool isEnding() { return globals().guardRelocking || globals().guardExiting; }
 
+constexpr const char* cannotWatch =
+    "cannot watch for the user's return: accessibility permission is missing";
+
+/// False when the other flow has decided before.
+bool decide(GuardWatch watch) {
+  GuardWatch expected = GuardWatch::undecided;
+  return globals().guardWatch.compare_exchange_strong(expected, watch);
+}
+
+/// For a flow of its own. Before the first line nobody relies on the guard: it need not lock.
+void superviseMainFlow() {
+  awaitStuckMainFlow();
+  if (decide(GuardWatch::failed)) failInPlaceOfMainFlow(cannotWatch);
+  if (globals().guardWatch == GuardWatch::begun) endInPlaceOfMainFlow();
+}
+
 // The system may go on trusting a process to which it gives no taps any more. A tap without the
 // permission holds up all that the user does until its process has gone: nothing more is tried.
 void endUnlessPermitted() {
@@ -73,15 +89,13 @@ void meetNotice() {
 }  // namespace
 
 void watchForReturn() {
-  if (!makeTap()) {
-    fail("cannot watch for the user's return: accessibility permission is missing");
-  }
-}
-
-void lookAfterTap() {
   loop::goRounds(betweenLooks, makeRound);
-  // The questions themselves may never come back.
-  loop::startTask(endWhenMainFlowIsStuck);
+  // Before there is a tap: from then on it may hold up all that the user does, and the questions
+  // about it may never come back.
+  loop::startTask(superviseMainFlow);
+  const bool watches = makeTap();
+  if (!decide(watches ? GuardWatch::begun : GuardWatch::failed)) loop::suspend();
+  if (!watches) fail(cannotWatch);
 }
 
 Verdict guardVerdict(const tap::Event& event) {

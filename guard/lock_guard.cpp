@@ -127,7 +127,6 @@ void lockGuard() {
   tellStart(covers, isHeld);
   cover::onTerminationRequest([] { guardQuit.applicationShouldTerminate(); });
   followScreens();
-  lookAfterTap();
   loop::startTask(readGuardInput);
   cover::runApplication();
   lockAndExit("loop");

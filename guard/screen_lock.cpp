@@ -1,7 +1,6 @@
 #include "guard/screen_lock.h"
 
 #include <cstdint>
-#include <utility>
 
 #include "main/ending.h"
 #include "main/globals.h"
@@ -17,23 +16,29 @@ namespace {
 constexpr const char* loginPath =
     "/System/Library/PrivateFrameworks/login.framework/Versions/Current/login";
 
-// Not among the globals: a process that meets a fault of its own finds it whatever else is broken.
-LockEntry lockEntry = nullptr;
+// Not among the globals, which may be what is broken.
+ScreenLock lockOfLastAct = nullptr;
+
+ScreenLock foundLock() {
+  void* const library = loader::openLibrary(loginPath);
+  if (library == nullptr) return nullptr;
+  return reinterpret_cast<ScreenLock>(loader::findSymbol(library, "SACLockScreenImmediate"));
+}
 
 }  // namespace
 
 // Apart from the locking: loading a library takes its time and memory, and the guard locks where it
 // has neither, in its tap's callback and as it dies of a signal.
-void prepareScreenLock() {
-  lockEntry = nullptr;
-  void* const library = loader::openLibrary(loginPath);
-  if (library == nullptr) return;
-  lockEntry = reinterpret_cast<LockEntry>(loader::findSymbol(library, "SACLockScreenImmediate"));
+void prepareScreenLock() { globals().screenLock = lockOfLastAct = foundLock(); }
+
+bool lockScreenNow() {
+  const ScreenLock lock = globals().screenLock;
+  return lock != nullptr && lock() == platform::statusSuccess;
 }
 
-LockEntry exchangeLockEntry(LockEntry entry) { return std::exchange(lockEntry, entry); }
-
-bool lockScreenNow() { return lockEntry != nullptr && lockEntry() == platform::statusSuccess; }
+void lockScreenInLastAct() {
+  if (lockOfLastAct != nullptr) lockOfLastAct();
+}
 
 void standByToLock() {
   globals().lockAsked = loop::makeSemaphore();

@@ -11,15 +11,12 @@ namespace driver {
 /// what is missing now stays missing.
 void prepareScreenLock();
 
-/// What locks the screen, as the system calls it. Where several processes are played in one:
-/// `entry` is that of the process whose turn it is, from now on. Gives that of before; either may
-/// be null.
-using LockEntry = std::int32_t (*)();
-LockEntry exchangeLockEntry(LockEntry entry);
-
 /// Locks the screen at once, by one call of what `prepareScreenLock` found. True when the system
 /// accepted it; false when it did not, or when nothing was found. Allocates nothing.
 bool lockScreenNow();
+
+/// The same for a process that meets a fault of its own, whatever else in it is broken.
+void lockScreenInLastAct();
 
 /// From now on a flow of its own stands by to lock, since the system may take its time or never
 /// answer.

@@ -149,7 +149,7 @@ std::vector<RemoteOpenPanel> panelsAt(const TargetWindow& target,
   for (const windowserver::Window& entry : *list) {
     const std::optional<Rect> bounds = boundsOf(entry);
     const std::optional<Number> number = numberOf(entry);
-    if (!bounds || !number || *number == target.id) continue;
+    if (!bounds || !number) continue;
     // The place alone: a panel is as large as it likes.
     if (!haveSameOrigin(*bounds, target.bounds)) continue;
     if (auto service = serviceOf(entry, app)) panels.push_back({*service, {*number, *bounds}});

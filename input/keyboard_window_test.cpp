@@ -362,6 +362,21 @@ TEST(remoteOpenPanel, is_no_window_of_the_application_itself) {
   EXPECT_FALSE(panel);
 }
 
+TEST(remoteOpenPanel, is_another_one_than_the_target_which_is_known_by_its_number_alone) {
+  const std::string both = service("60", "        window 90 at 100,80 size 400x300\n") +
+                           service("61", "        window 91 at 100,80 size 400x300\n");
+  for (const auto& [missing, expected] : std::vector<std::pair<std::string, std::string>>{
+           {"", "61"}, {"    missing _AXUIElementGetWindow\n", "none"}}) {
+    TestMac mac(both + missing);
+    std::string found = "none";
+    runInside(mac, [&] {
+      const auto panel = remoteOpenPanel(*workspace::application(60), {90, {100, 80, 400, 300}});
+      if (panel) found = std::to_string(panel->service.pid);
+    });
+    EXPECT_EQ(found, expected) << missing;
+  }
+}
+
 TEST(remoteOpenPanel, costs_one_list_where_nothing_lies_over_the_window) {
   std::vector<std::string> calls;
   panelIn(service("60", "        window 90 at 300,80 size 400x300\n"), &calls);

@@ -31,6 +31,12 @@ struct HeldFocus {
   platform::WindowNumber window = 0;
 };
 
+/// The system's function that locks the screen; it returns a status.
+using ScreenLock = std::int32_t (*)();
+
+/// What has become of the guard's attempt to watch for the user's return.
+enum class GuardWatch { undecided, begun, failed };
+
 /// A label of a cover, as it is shown.
 struct CoverLabel {
   std::size_t panel = 0;
@@ -105,6 +111,10 @@ struct Globals {
   double guardGraceStart = 0;
   double guardGraceStartAwake = 0;
 
+  /// Whether the guard has come to watch for the user's return. Decided once, by the main flow or
+  /// by the one that does not wait for it any longer.
+  std::atomic<GuardWatch> guardWatch = GuardWatch::undecided;
+
   /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
   /// `guardAwaitsNotice`: the tap was seen disabled, and no notice of that has come since.
   std::optional<tap::Tap> guardTap;
@@ -120,6 +130,9 @@ struct Globals {
   /// With which wording the agent wants the covers next, until the main flow has seen to it.
   /// Shared.
   std::optional<bool> guardWantsOperating;
+
+  /// What locks the screen. Null: it has not been looked up, or is missing.
+  ScreenLock screenLock = nullptr;
 
   /// How the flow that stands by to lock is told to, how it answers, and what; absent: there is no
   /// such flow.

@@ -11,6 +11,7 @@
 #include "simulator/mac/datum_text.h"
 #include "simulator/mac/sharing_streams.h"
 #include "simulator/rules/left_behind.h"
+#include "simulator/script.h"
 #include "simulator/text/happenings.h"
 #include "simulator/text/parse.h"
 #include "simulator/text/reactions.h"
@@ -64,36 +65,6 @@ class Recurring {
   bool recurs_;
   Microseconds lastNews_;
 };
-
-bool comesBefore(const Scripted& one, const Scripted& other) {
-  return std::pair(one.at, one.place) < std::pair(other.at, other.place);
-}
-
-/// Each line of the script has a chance of its own, so that what runs do changes no time of what
-/// happens by itself.
-void giveChances(World& world) {
-  world.chance = Random(*world.seed).branch();
-  for (Scripted& each : world.script) each.chance = Random(*world.seed + each.place).branch();
-}
-
-/// What happens at times that are left to chance gets its times.
-void settleTimes(World& world) {
-  if (world.seed) giveChances(world);
-  for (Scripted& each : world.script) {
-    if (each.latest > each.at) each.at = timeWithin(each.chance, {each.at, each.latest});
-    each.latest = each.at;
-  }
-  std::stable_sort(world.script.begin(), world.script.end(), comesBefore);
-}
-
-/// What happens again takes its next place in the script.
-void putAgain(World& world, std::size_t index) {
-  const auto now = world.script.begin() + static_cast<std::ptrdiff_t>(index);
-  now->at += timeWithin(now->chance, *now->every);
-  if (now->times) --*now->times;
-  const auto next = std::upper_bound(now + 1, world.script.end(), *now, comesBefore);
-  std::rotate(now, now + 1, next);
-}
 
 /// What follows when something has been done to the Mac.
 void goOn(Mac& mac) {
@@ -393,13 +364,6 @@ std::optional<Microseconds> Desktop::nextLock() const {
 std::optional<Microseconds> Desktop::nextScripted() const {
   if (scripted_ >= mac_.world.script.size()) return std::nullopt;
   return mac_.world.script[scripted_].at;
-}
-
-void reseed(World& world, std::uint64_t seed) {
-  world.seed = seed;
-  if (!world.resumption) return;
-  world.resumption->chance.emplace(seed);
-  giveChances(world);
 }
 
 std::string traceLine(const TraceEntry& entry) {

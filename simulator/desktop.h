@@ -123,10 +123,6 @@ class Desktop {
   std::optional<Random> chance_;    // where the world has a seed
 };
 
-/// The world has this seed in place of its own, if it has any: what is left to chance is drawn
-/// anew, but for the next time of what happens by the script of a Mac that has run before.
-void reseed(World& world, std::uint64_t seed);
-
 /// One line of a trace: time, function, arguments and answer.
 std::string traceLine(const TraceEntry& entry);
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "simulator/text/happenings.h"
+#include "simulator/text/nearest.h"
 #include "simulator/text/parse.h"
 
 namespace simulator {
@@ -68,11 +69,31 @@ std::string alternatives(const std::vector<std::string_view>& names) {
   return text;
 }
 
+/// A line is only ever about one fault.
+[[noreturn]] void failUnknown(const std::string& cause, std::string_view written,
+                              const std::vector<std::string_view>& known) {
+  const Spot spot{1, nullptr};
+  throw WorldError({spot, cause, nearest(written, {known.begin(), known.end()})});
+}
+
+Function parseFunction(std::string_view name) {
+  const auto function = indexOf(platform::functionNames, name);
+  if (function) return static_cast<Function>(*function);
+  std::vector<std::string_view> known = {"any"};
+  known.insert(known.end(), platform::functionNames.begin(), platform::functionNames.end());
+  failUnknown("unknown call '" + std::string(name) + "'; \"simulated-mac help calls\" lists them",
+              name, known);
+}
+
 Outcome parseOutcome(std::string_view text, const World& world) {
   std::vector<std::string_view> names;
   for (const OutcomeRow& row : outcomeRows()) names.push_back(row.name);
-  const auto kind = indexOf(names, takeWord(text));
-  if (!kind) throw WorldError(1, "expected " + alternatives(names));
+  const std::string_view name = takeWord(text);
+  const auto kind = indexOf(names, name);
+  if (!kind) {
+    failUnknown("expected " + alternatives(names) + ", not '" + std::string(name) + "'", name,
+                names);
+  }
   Outcome outcome{static_cast<Kind>(*kind), 0, {}};
   if (outcome.kind == Kind::error) {
     outcome.code = std::atoi(std::string(takeWord(text)).c_str());
@@ -117,11 +138,7 @@ std::string faultText(const Fault& fault) {
 Fault parseFault(std::string_view text, const World& world) {
   Fault fault;
   const std::string_view name = takeWord(text);
-  if (name != "any") {
-    const auto function = indexOf(platform::functionNames, name);
-    if (!function) throw WorldError(1, "unknown function '" + std::string(name) + "'");
-    fault.function = static_cast<Function>(*function);
-  }
+  if (name != "any") fault.function = parseFunction(name);
   std::string_view count = takeWord(text);
   fault.onwards = !count.empty() && count.back() == '+';
   if (fault.onwards) count.remove_suffix(1);

@@ -55,16 +55,28 @@ TEST(faults, have_a_text_and_are_read_back) {
   EXPECT_EQ(roundTrip("  loop.sleep   2  before   quit Notes "), "loop.sleep 2 before quit pid:41");
 }
 
+TEST(faults, whose_words_are_slips_are_refused_with_what_was_meant) {
+  EXPECT_EQ(errorOf("private.pst 5 refused"),
+            "line 1: unknown call 'private.pst'; \"simulated-mac help calls\" lists them; did you "
+            "mean 'private.post'?");
+  EXPECT_EQ(errorOf("ayn 5 refused"),
+            "line 1: unknown call 'ayn'; \"simulated-mac help calls\" lists them; did you mean "
+            "'any'?");
+  EXPECT_EQ(errorOf("private.post 5 refsed"),
+            "line 1: expected absent, refused, empty, wrong, error, thrown, hang, late or before, "
+            "not 'refsed'; did you mean 'refused'?");
+}
+
 TEST(faults, that_cannot_be_read_are_refused_with_a_reason) {
   const std::pair<const char*, const char*> cases[] = {
-      {"", "unknown function ''"},
-      {"quartz.fly 1 absent", "unknown function 'quartz.fly'"},
+      {"", "unknown call ''; \"simulated-mac help calls\" lists them"},
+      {"quartz.fly 1 absent", "unknown call 'quartz.fly'"},
       {"loop.sleep", "expected which call, from 1"},
       {"loop.sleep 0 before lock", "expected which call, from 1"},
       {"loop.sleep x before lock", "expected which call, from 1"},
       {"loop.sleep +", "expected which call, from 1"},
       {"share.content 1 broken",
-       "expected absent, refused, empty, wrong, error, thrown, hang, late or before"},
+       "expected absent, refused, empty, wrong, error, thrown, hang, late or before, not 'broken'"},
       {"share.content 1",
        "expected absent, refused, empty, wrong, error, thrown, hang, late or before"},
       {"private.post-record 1 error", "expected an error code"},

@@ -2,6 +2,7 @@
 // by the client does not load this file, nor the protocol, which takes three times as long as all else.
 import { Client } from "@modelcontextprotocol/sdk/client/index.js";
 import { StdioClientTransport } from "@modelcontextprotocol/sdk/client/stdio.js";
+import { ListToolsResultSchema } from "@modelcontextprotocol/sdk/types.js";
 import { App, Commands } from "driver-client";
 import { untilOn } from "./client_desk.mjs";
 
@@ -37,8 +38,10 @@ export async function serverDesk({ driver, simulatedMac, environment }) {
   });
   const client = new Client({ name: "agent", version: "1" });
   await client.connect(transport);
+  // `listTools` would make a check of each tool's reply ready, which takes longer than a task.
+  const listed = await client.request({ method: "tools/list" }, ListToolsResultSchema);
   const tools = new Map();
-  for (const { name, _meta } of (await client.listTools()).tools) {
+  for (const { name, _meta } of listed.tools) {
     if (!tools.has(_meta.command)) tools.set(_meta.command, name);
   }
   return {

@@ -70,8 +70,21 @@ def failures():
                "remedy": entry["next"]}
 
 
-def without_text():
-    return {entry["id"]: entry["next"] for entry in table.load("errors.json")["without_text"]}
+def remedies():
+    """Of the failures that are not known by a text."""
+    return {entry["id"]: entry["next"] for entry in table.without_text()}
+
+
+def languages():
+    """Of the guard's texts."""
+    return table.load("tools.json")["tools"]["guard_cover"]["arguments"]["language"]["enum"]
+
+
+def words_of(schema):
+    """The words that a value may be, and whether it may be a number beside them."""
+    one_of = schema.get("anyOf", [schema])
+    words = [word for each in one_of for word in each.get("enum", [])]
+    return {"words": words, "number": len(one_of) > 1} if words else {}
 
 
 def command_rows():
@@ -81,6 +94,7 @@ def command_rows():
         yield one.command.name, {
             "arguments": [{"name": each.name, "required": each.is_required, "always": each.is_always_there,
                            "repeats": each.repeats, "json": each.is_json,
+                           **words_of(each.schema),
                            **({"default": each.schema["default"]} if each.has_default else {})}
                           for each in given],
             "secondsMax": one.seconds_max, "acts": one.command.acts_on_input != "no"}
@@ -143,8 +157,9 @@ def ts_contract():
         for key in schema["properties"]:
             lines.append(f"  {ts_member(schema, key)};")
         lines += ["}", ""]
-    lines += ["/** One argument: whether a caller must give it, and a command line must have it. */",
-              "export interface ArgumentRow { name: string; required: boolean; always: boolean; repeats: boolean; json: boolean; default?: unknown }",
+    lines += ["/** One argument: whether a caller must give it, and a command line must have it; the words, if there",
+              " * is a list of them, and whether it may be a number too. */",
+              "export interface ArgumentRow { name: string; required: boolean; always: boolean; repeats: boolean; json: boolean; words?: string[]; number?: boolean; default?: unknown }",
               "",
               "/** What is known of a command: its words, how long it may take, whether it acts. */",
               "export interface CommandRow { arguments: ArgumentRow[]; secondsMax: number; acts: boolean }",
@@ -155,8 +170,10 @@ def ts_contract():
               "export interface FailureRow { id: string; pattern: string; parts: string[]; commands: string[] | null; remedy: string }",
               "", "export const failureRows: FailureRow[] = ["]
     lines += [f"  {json.dumps(row, ensure_ascii=False)}," for row in failures()]
-    lines += ["];", "", "/** What to do about failures without a text, by their ids. */",
-              f"export const remediesWithoutText: Record<string, string> = {json.dumps(without_text())};", ""]
+    lines += ["];", "", "/** What to do about failures that are not known by a text, by their ids. */",
+              f"export const remedies = {json.dumps(remedies())};", "",
+              "/** What the guard's texts may be in. */",
+              f"export const guardLanguages = {json.dumps(languages())} as const;", ""]
     return "\n".join(lines)
 
 
@@ -254,8 +271,10 @@ def py_contract():
     lines += ["}", "", "# Failures: of several whose pattern matches, the first counts.",
               "FAILURES: List[Dict[str, Any]] = ["]
     lines += [f"    {row!r}," for row in failures()]
-    lines += ["]", "", "# What to do about failures without a text, by their ids.",
-              f"REMEDIES_WITHOUT_TEXT: Dict[str, str] = {without_text()!r}", ""]
+    lines += ["]", "", "# What to do about failures that are not known by a text, by their ids.",
+              f"REMEDIES: Dict[str, str] = {remedies()!r}", "",
+              "# What the guard's texts may be in.",
+              f"GuardLanguage = Literal[{', '.join(repr(one) for one in languages())}]", ""]
     return "\n".join(lines)
 
 

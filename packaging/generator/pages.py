@@ -56,9 +56,7 @@ def errors_page():
         "Status is the exit status of a run of its own. In the capture service a refusal with status",
         "0 stands under `reply`, and every failure with status 1 ends the service.",
         "`\"locked\":true` is part of the replies that are marked so.", "",
-        "Some failures come from the platform and have no text. A press or a write that the application",
-        "did not accept has `axError`, the platform's code. `ax-focus`, `ax-slider`, `lock-now` and",
-        "`keep-awake` say only `\"ok\":false`.", "",
+        "Some failures have no text: see [the end of this page](#failures-without-a-text).", "",
         "When an application seems to have no windows, elements, menus or titles, a",
         "[permission](ON_A_MAC.md#permissions) may be missing.", ""]
     lines += by_command()
@@ -74,7 +72,19 @@ def errors_page():
         marked = ", ".join(marks)
         lines += [*filled(f"Id `{entry['id']}`. {origin}. {marked[0].upper()}{marked[1:]}."), ""]
         lines += [*filled(f"{entry['cause']} *What to do:* {entry['next']}"), ""]
-    return "\n".join(lines).rstrip() + "\n"
+    return "\n".join(lines + without_text()).rstrip() + "\n"
+
+
+def without_text():
+    lines = ["## Failures without a text", "",
+             "A press or a write that the application did not accept has `axError`, the platform's code.",
+             "`ax-focus`, `ax-slider`, `lock-now` and `keep-awake` say only `\"ok\":false`. The clients give",
+             "these failures an id, and have ids of their own.", ""]
+    for entry in table.without_text():
+        who = ", ".join(f"`{name}`" for name in entry.get("commands", [])) or "the clients"
+        lines += [f'<a id="{entry["id"]}"></a>', "",
+                  *filled(f"Id `{entry['id']}`. From: {who}. {entry['cause']} *What to do:* {entry['next']}"), ""]
+    return lines
 
 
 def roff(text):

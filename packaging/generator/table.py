@@ -84,6 +84,12 @@ def errors():
     return load("errors.json")["errors"]
 
 
+def without_text():
+    """The failures that no text of driver names: the platform's, and those that clients tell by themselves."""
+    told = load("errors.json")
+    return told["without_text"] + told["clients"]
+
+
 @functools.cache
 def groups():
     """The catalogue's groups of commands. Some are what the table says, whatever the file has."""

@@ -18,6 +18,7 @@
 #include "simulator/snapshot/snapshot.h"
 #include "simulator/snapshot/world_text.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/nearest.h"
 #include "simulator/text/parse.h"
 
 namespace companion {
@@ -54,11 +55,16 @@ ControlAnswer snapshot(const Request& request) {
   return {true, {simulator::snapshotText(request.desktop)}, 0};
 }
 
+[[noreturn]] void failUnknownOption(const std::string& word, const std::string& option) {
+  throw Failure("unknown option: " + word +
+                simulator::suggestion(simulator::nearest(word, {option})));
+}
+
 /// Whether the one option that a command has is given.
-bool hasOption(const Words& words, std::string_view option) {
+bool hasOption(const Words& words, const std::string& option) {
   if (words.size() == 1) return false;
   if (words.size() == 2 && words[1] == option) return true;
-  throw Failure("unknown option: " + words[1]);
+  failUnknownOption(words[1], option);
 }
 
 /// The lines of the latest entries; empty ones are left out.
@@ -105,7 +111,7 @@ ControlAnswer tree(const Request& request) {
   Words words(request.words.begin() + 1, request.words.end());
   const bool isText = !words.empty() && words.back() == "--text";
   if (isText) words.pop_back();
-  if (words.size() > 1) throw Failure("unknown option: " + words[1]);
+  if (words.size() > 1) failUnknownOption(words[1], "--text");
   const simulator::World& world = request.desktop.mac().world;
   ControlAnswer answer;
   const auto add = [&](const simulator::Application& application) {
@@ -231,10 +237,11 @@ ControlAnswer answerTo(Desktop& desktop, const Wait& wait, bool hasCome, Microse
         {{"now", static_cast<double>(now) / millisecond}, {"ok", true}, {"waited", waited}});
   }
   const std::string inVain = "waited " + json(waited).dump() + " ms in vain";
-  simulator::enter(
-      desktop.mac(),
-      {.kind = JournalEntry::Kind::wait, .what = "until " + wait.what, .outcome = inVain});
-  return {false, {failureLine(inVain + ": " + wait.what)}, 0};
+  const std::string instead = "; at last " + wait.instead(desktop.mac().world);
+  simulator::enter(desktop.mac(), {.kind = JournalEntry::Kind::wait,
+                                   .what = "until " + wait.what,
+                                   .outcome = inVain + instead});
+  return {false, {failureLine(inVain + ": " + wait.what + instead)}, 0};
 }
 
 void tellOfFailure(Desktop& desktop, std::string text) {

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <vector>
 
 #include "platform/seam_calls.h"
 #include "simulator/companion/failure.h"
 #include "simulator/fault_outcomes.h"
 #include "simulator/text/habits.h"
 #include "simulator/text/happenings.h"
+#include "simulator/text/nearest.h"
 #include "simulator/text/reactions.h"
 #include "simulator/text/releases.h"
 
@@ -165,11 +168,14 @@ std::string topicLines() {
 
 std::string topicText(std::string_view name) {
   std::string names;
+  std::vector<std::string> known;
   for (const Topic& topic : topics) {
     if (topic.name == name) return aligned(topic.table());
-    names += (names.empty() ? "" : ", ") + std::string(topic.name);
+    known.emplace_back(topic.name);
+    names += (names.empty() ? "" : ", ") + known.back();
   }
-  throw Failure("unknown topic: " + std::string(name) + "; the topics are " + names);
+  throw Failure("unknown topic: " + std::string(name) + "; the topics are " + names +
+                simulator::suggestion(simulator::nearest(name, known)));
 }
 
 }  // namespace companion

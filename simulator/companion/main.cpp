@@ -167,8 +167,7 @@ std::string meantBy(const std::string& word) {
   Words names = {"help", "--help", "--version"};
   for (const Command& command : commands) names.emplace_back(command.name);
   for (const std::string_view name : happeningNames(canBeTold)) names.emplace_back(name);
-  const std::string meant = simulator::nearest(word, names);
-  return meant.empty() ? "" : "; did you mean '" + meant + "'?";
+  return simulator::suggestion(simulator::nearest(word, names));
 }
 
 int help(const Words& words);

@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "simulator/companion/failure.h"
+#include "simulator/text/nearest.h"
 
 namespace companion {
 
@@ -33,7 +34,10 @@ void Pace::tell(const std::vector<std::string>& words) {
   }
   const bool names = words.size() == 2 && words[0] == "run";
   const auto speed = names ? driver::parseDouble(words[1]) : std::nullopt;
-  if (!names) throw Failure("\"clock\" is followed by stop, step, run or nothing");
+  if (!names) {
+    throw Failure("\"clock\" is followed by stop, step, run or nothing" +
+                  simulator::suggestion(simulator::nearest(words[0], {"stop", "step", "run"})));
+  }
   if (!speed || !(*speed >= speedMin && *speed <= speedMax)) {
     throw Failure("a clock runs 0.001 to 1,000,000 times as fast as real time, not " + words[1]);
   }

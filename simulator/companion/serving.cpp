@@ -23,6 +23,7 @@
 #include "simulator/companion/socket.h"
 #include "simulator/companion/world_file.h"
 #include "simulator/mac/datum_text.h"
+#include "simulator/script.h"
 #include "simulator/snapshot/snapshot.h"
 #include "simulator/snapshot/world_text.h"
 

@@ -9,6 +9,7 @@
 #include "simulator/companion/failure.h"
 #include "simulator/mac/datum_text.h"
 #include "simulator/mac/json_text.h"
+#include "simulator/text/nearest.h"
 #include "simulator/world/elements.h"
 #include "simulator/world/roles.h"
 
@@ -230,6 +231,15 @@ std::string choiceText(const Element& element) {
   return element.role + (element.frame ? placeText(placeJson(*element.frame)) : "");
 }
 
+[[noreturn]] void failUnlabelled(const Application& application, const std::string& label) {
+  std::vector<std::string> labels;
+  for (const Element& each : application.elements) {
+    if (!each.removed) labels.push_back(simulator::labelOf(each));
+  }
+  throw Failure("no element is labelled \"" + label + "\"" +
+                simulator::suggestion(simulator::nearest(label, labels)));
+}
+
 /// The one element with this label.
 const Element* labelled(const Application& application, const std::string& label) {
   std::vector<const Element*> found;
@@ -242,7 +252,7 @@ const Element* labelled(const Application& application, const std::string& label
   };
   add(false);
   if (found.empty()) add(true);
-  if (found.empty()) throw Failure("no element is labelled \"" + label + "\"");
+  if (found.empty()) failUnlabelled(application, label);
   if (found.size() == 1) return found.front();
   std::string choices;
   for (std::size_t i = 0; i < std::min(found.size(), choicesMax); ++i) {
@@ -291,8 +301,11 @@ const Application& applicationCalled(const World& world, const std::string& name
       std::find_if(applications.begin(), applications.end(), [&](const Application& each) {
         return each.name == name || "pid:" + std::to_string(each.pid) == name;
       });
-  if (found == applications.end()) throw Failure("there is no application \"" + name + "\"");
-  return *found;
+  if (found != applications.end()) return *found;
+  std::vector<std::string> names;
+  for (const Application& each : applications) names.push_back(each.name.value_or(""));
+  throw Failure("there is no application \"" + name + "\"" +
+                simulator::suggestion(simulator::nearest(name, names)));
 }
 
 }  // namespace companion

@@ -14,6 +14,8 @@ struct Wait {
   /// Whether it has come; without it the whole length passes.
   std::function<bool(const simulator::World& world)> isMet = {};
   std::string what = {};  // for whoever waited in vain: "Mail shows \"Sent\""
+  /// And what is there instead: "Mail showed Send, \"Not yet sent\"".
+  std::function<std::string(const simulator::World& world)> instead = {};
 };
 
 /// Reads the words behind `wait`. Throws Failure for words that make no sense or an application

@@ -59,15 +59,15 @@ void ClipboardRules::checkClear(std::size_t flow, Violations& violations) {
   if (clears_ > 0 && lastSleep_[flow] != waitForReader) {
     violations.push_back("I5: the clipboard is restored without the wait before it");
   }
-  if (saved_ && !isOwner()) checkOverwriting(violations);
+  if (saved_ && !isOwner()) checkOverwriting(flow, violations);
 }
 
 /// Somebody else's contents may go when they were saved. Others may go unseen, when they came after
 /// a look than which none can be later.
-void ClipboardRules::checkOverwriting(Violations& violations) {
+void ClipboardRules::checkOverwriting(std::size_t flow, Violations& violations) {
   const std::int64_t expected = clears_ > 0 ? ownChange_ : savedChange_;
   if (run_.mac.world.pasteboard.changeCount == expected) return;
-  if (lookedJustNow_ && toldChange_ == expected) {
+  if (lookedJustNow_.contains(flow) && toldChange_ == expected) {
     copyLost_ = true;
   } else {
     violations.push_back("I9: a newer copy was overwritten");
@@ -88,7 +88,11 @@ void ClipboardRules::checkPaste(Violations& violations) const {
 void ClipboardRules::after(const ObservedCall& seen, const Answer& answer,
                            Violations& /*violations*/) {
   const Function function = seen.call.function;
-  lookedJustNow_ = function == Function::pasteboardChangeCount;
+  if (function == Function::pasteboardChangeCount) {
+    lookedJustNow_.insert(seen.flow);
+  } else {
+    lookedJustNow_.erase(seen.flow);
+  }
   if (seen.flow == 0 && takesTime(function)) knowsOwner_ = false;
   switch (function) {
     case Function::pasteboardItems:

@@ -24,11 +24,11 @@ class clipboard_rules : public testing::Test {
     client_.pid = 5'000'000;
   }
 
-  driver::Datum call(Function function, driver::Datum::List arguments = {}) {
+  driver::Datum call(Function function, driver::Datum::List arguments = {}, std::size_t flow = 0) {
     const platform::Call made{function, std::move(arguments)};
-    rules_.before({made}, violations_);
+    rules_.before({made, flow}, violations_);
     const Answer given = answer(mac_, client_, made, 0);
-    rules_.after({made}, given, violations_);
+    rules_.after({made, flow}, given, violations_);
     return given.value;
   }
 
@@ -153,6 +153,24 @@ TEST_F(clipboard_rules, must_not_lose_a_copy_that_a_later_look_would_have_shown)
 
 TEST_F(clipboard_rules, must_not_lose_a_copy_that_came_while_it_was_saved) {
   saved_ = driver::unpack<std::optional<Items>>(call(Function::pasteboardItems)).value();
+  userCopies();
+  call(Function::clearPasteboard);
+  EXPECT_EQ(violations_, Sentences{"I9: a newer copy was overwritten"});
+}
+
+TEST_F(clipboard_rules, may_lose_a_copy_that_came_while_another_flow_did_something) {
+  take();
+  count();
+  userCopies();
+  call(Function::uptime, {}, 1);
+  call(Function::clearPasteboard);
+  call(Function::writePasteboard, {pack(saved_)});
+  EXPECT_EQ(end({.copyLost = true}), Sentences{});
+}
+
+TEST_F(clipboard_rules, must_be_looked_at_by_the_flow_that_clears_it) {
+  take();
+  call(Function::pasteboardChangeCount, {}, 1);
   userCopies();
   call(Function::clearPasteboard);
   EXPECT_EQ(violations_, Sentences{"I9: a newer copy was overwritten"});

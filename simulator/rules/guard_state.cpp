@@ -21,6 +21,9 @@ constexpr Microseconds newScreenMax = 500'000;
 /// answer, and then the login window takes its time.
 constexpr Microseconds unwatchedMax = 2'500'000;
 
+/// How long the guard waits for the system's answer to a lock before it says that there was none.
+constexpr Microseconds lockPatience = 2'000'000;
+
 constexpr Microseconds heldInputMax = 3'000'000;
 
 constexpr std::uint64_t keyDown = tap::maskOf(quartz::EventType::keyDown);
@@ -102,6 +105,7 @@ void GuardStateRules::after(const ObservedCall& seen, const Answer& answer,
     answered_ = run_.mac.now + std::min(answer.delay, unwatchedMax);
   }
   if (seen.call.function != Function::lockScreen) return;
+  lockAnswered_ = run_.mac.now + std::min(answer.delay, lockPatience);
   lockAsked_ = lockAsked_ || driver::unpack<std::int32_t>(answer.value) == 0;
   noteLock();
 }
@@ -138,7 +142,9 @@ void GuardStateRules::checkExposure(Violations& violations) {
   if (lastsTooLong(isBare, bareSince_, now, covered) && !std::exchange(bareTold_, true)) {
     violations.push_back("I22: the Mac is unlocked and a screen has no cover");
   }
-  const Microseconds watched = unwatchedSince_.value_or(0) + unwatchedMax;
+  const Microseconds noticed = unwatchedSince_.value_or(0) + unwatchedMax;
+  // A lock that is asked for by then may have no answer.
+  const Microseconds watched = std::max(noticed, lockAnswered_);
   const bool isUnwatched = isExposed && !isWatched();
   if (lastsTooLong(isUnwatched, unwatchedSince_, now, watched) &&
       !std::exchange(unwatchedTold_, true)) {

@@ -33,6 +33,7 @@ class GuardStateRules : public Rule {
   bool over_ = false;               // grace has ended it, it has locked, or said that it could not
   bool lockAsked_ = false;          // and the system has accepted it
   std::optional<ComingLock> lock_;  // the latest that was to show, by anybody
+  Microseconds lockAnswered_ = 0;   // by when the latest lock is answered, or given up
   Microseconds answered_ = 0;       // when the system answers the latest question about the tap
   std::optional<Microseconds> bareSince_;
   std::optional<Microseconds> unwatchedSince_;

@@ -34,9 +34,9 @@ class guard_state : public testing::Test {
     rules_.before({call}, violations_);
   }
 
-  void asksForLock(std::int32_t status = 0) {
+  void asksForLock(std::int32_t status = 0, Microseconds delay = 0) {
     const platform::Call call{Function::lockScreen, {}};
-    rules_.after({call}, {driver::pack(status)}, violations_);
+    rules_.after({call}, {driver::pack(status), delay}, violations_);
     if (status == 0) mac_.comingLock = ComingLock{mac_.now, mac_.now + 400'000, client_.pid};
   }
 
@@ -148,6 +148,24 @@ TEST_F(guard_state, forbids_a_tap_that_sees_nothing_for_longer_than_the_guard_ca
   tap().enabled = false;
   pass(2'500'000);
   EXPECT_EQ(violations_, Sentences());
+  pass(1);
+  EXPECT_EQ(violations_, unwatched);
+}
+
+TEST_F(guard_state, gives_two_seconds_for_the_answer_to_a_lock_that_is_asked_for_by_then) {
+  tap().isValid = false;
+  pass(2'500'000);
+  asksForLock(-600, 3'600'000'000);
+  pass(2'000'000);
+  EXPECT_EQ(violations_, Sentences());
+  pass(1);
+  EXPECT_EQ(violations_, unwatched);
+}
+
+TEST_F(guard_state, gives_no_time_for_a_lock_that_was_refused_at_once) {
+  tap().isValid = false;
+  pass(2'500'000);
+  asksForLock(-600);
   pass(1);
   EXPECT_EQ(violations_, unwatched);
 }

@@ -154,12 +154,11 @@ void KeyTargetRules::checkSearch(Pid pid, Violations& violations) {
   if (!hasAskedSince_) {
     violations.push_back("I14: keys without a look at the key window since menus were searched");
   }
-  const auto meant = meant_.find(pid);
   const World& world = run_.mac.world;
-  const bool isMeant =
-      meant != meant_.end() && meant->second == keysOf(world, findApplication(world, pid));
+  const bool staysMeant =
+      meant_.count(pid) > 0 && isMeant(pid, keysOf(world, findApplication(world, pid)));
   const bool isTold = !toldKeyBefore_.isNothing() && !toldKey_.isNothing();
-  if (hasAskedSince_ && isTold && toldKeyBefore_ != toldKey_ && !isMeant) {
+  if (hasAskedSince_ && isTold && toldKeyBefore_ != toldKey_ && !staysMeant) {
     violations.push_back("I14: keys for another window than was key before menus were searched");
   }
 }
@@ -168,6 +167,7 @@ void KeyTargetRules::checkSearch(Pid pid, Violations& violations) {
 /// it is in its scope; unless records name another.
 void KeyTargetRules::noteFocusedWindow(const Call& call) {
   const Pid pid = Arguments(call).get<platform::ElementReference>(0).pid;
+  if (!target_) target_ = pid;
   const World& world = run_.mac.world;
   const WindowNumber key = keysOf(world, findApplication(world, pid));
   const Window* window = findWindow(world, key);
@@ -220,11 +220,19 @@ void KeyTargetRules::checkAct(Pid pid, bool needsLook, Violations& violations) {
     }
     return;
   }
-  const auto meant = meant_.find(pid);
-  if (meant != meant_.end() && meant->second != found_.window) {
+  if (meant_.count(pid) > 0 && !isMeant(pid, found_.window)) {
     violations.push_back("I14: keys for a window that the user has chosen instead");
   }
-  checkWindow(found_.window, violations);
+  checkWindow(found_.window, Known::byKeyboard, violations);
+}
+
+/// The window is the one that the keys for the process are to go to, which has been noted, as far
+/// as the run can tell.
+bool KeyTargetRules::isMeant(Pid pid, WindowNumber number) const {
+  const WindowNumber meant = meant_.at(pid);
+  const Window* window = findWindow(run_.mac.world, number);
+  const bool isKnownAs = window != nullptr && knownBy(run_.mac.world, *window).number == meant;
+  return number == meant || isKnownAs;
 }
 
 /// By this client, or by the service that holds it.
@@ -244,7 +252,7 @@ void KeyTargetRules::checkRecord(const Call& call, Violations& violations) {
   if (!isSecond) givenFocus_.insert(pid);
   meant_[pid] = recordWindow(record);
   if (isSecond) {
-    checkWindow(recordWindow(record), violations);
+    checkWindow(recordWindow(record), Known::byNumber, violations);
     checkSheet(recordWindow(record), violations);
   } else {
     checkPanel(recordWindow(record), violations);
@@ -266,7 +274,8 @@ void KeyTargetRules::checkSheet(WindowNumber number, Violations& violations) con
   }
 }
 
-/// I12: of several panels at one place none is chosen.
+/// I12: of several panels at one place none is chosen. Those of a run's own target are none of
+/// them: it looks for another process's panel there, unless they have not told their numbers.
 void KeyTargetRules::checkPanel(WindowNumber number, Violations& violations) const {
   const World& world = run_.mac.world;
   const Window* window = findWindow(world, number);
@@ -274,16 +283,20 @@ void KeyTargetRules::checkPanel(WindowNumber number, Violations& violations) con
     const Application* owner = findApplication(world, each.owner);
     return owner != nullptr && owner->bundleIdentifier == panelService;
   };
-  if (window == nullptr || !isPanel(*window)) return;
+  if (window == nullptr || !isPanel(*window) || window->owner == target_) return;
+  const auto isTargets = [&](const Window& each) {
+    return each.owner == target_ && toldNumbers_.count(each.number) > 0;
+  };
   const auto panels =
       std::count_if(world.windows.begin(), world.windows.end(), [&](const Window& each) {
-        return isPanel(each) && std::fabs(each.frame.x - window->frame.x) < tolerance &&
+        return isPanel(each) && !isTargets(each) &&
+               std::fabs(each.frame.x - window->frame.x) < tolerance &&
                std::fabs(each.frame.y - window->frame.y) < tolerance;
       });
   if (panels > 1) violations.push_back("I12: keys for one of several panels");
 }
 
-void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
+void KeyTargetRules::checkWindow(WindowNumber number, Known how, Violations& violations) {
   const Window* window = findWindow(run_.mac.world, number);
   if (window == nullptr || !checkedWindows_.insert(number).second) return;
   const Application* own = findApplication(run_.mac.world, window->owner);
@@ -298,23 +311,28 @@ void KeyTargetRules::checkWindow(WindowNumber number, Violations& violations) {
   }
   const Window& known = knownBy(run_.mac.world, *window);
   if (toldNumbers_.count(number) > 0 || toldNumbers_.count(known.number) > 0) return;
-  if (hasTwin(known)) {
+  if (hasTwin(known, how)) {
     violations.push_back("I12: keys for one of two windows that cannot be told apart");
   }
 }
 
-/// A list that says an impossible number of one of the application's windows counts up to there.
-bool KeyTargetRules::hasTwin(const Window& window) const {
+/// Whether a run finds another window in the list that may be this one. A list that says an
+/// impossible number of one of the application's windows counts up to there: who has the keyboard
+/// beyond that is known by the only one that is like it, and cannot have been named.
+bool KeyTargetRules::hasTwin(const Window& window, Known how) const {
   const bool untold = !run_.mac.world.screenRecordingAllowed;
   const auto& windows = run_.mac.world.windows;
   const auto end = std::find_if(windows.begin(), windows.end(), [&](const Window& each) {
     return each.owner == window.owner && isListedImpossibly(each);
   });
-  return std::any_of(windows.begin(), end, [&](const Window& each) {
-    return each.number != window.number && each.owner == window.owner &&
+  const auto alike = std::count_if(windows.begin(), end, [&](const Window& each) {
+    return each.owner == window.owner &&
            (untold || each.title.value_or("") == window.title.value_or("")) &&
            isNear(each.frame, window.frame);
   });
+  const bool isListed = std::any_of(
+      windows.begin(), end, [&](const Window& each) { return each.number == window.number; });
+  return alike > (isListed || how == Known::byKeyboard ? 1 : 0);
 }
 
 }  // namespace simulator

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "simulator/rules/rule.h"
@@ -27,6 +28,9 @@ class KeyTargetRules : public Rule {
     friend bool operator==(const Owner&, const Owner&) = default;
   };
 
+  /// By what a run means a window: by its number in a record, or by the keyboard that it has.
+  enum class Known { byNumber, byKeyboard };
+
   Owner owner() const;
   void noteReading(const ObservedCall& seen, const Answer& answer, Violations& violations);
   void noteFocusedWindow(const platform::Call& call);
@@ -35,12 +39,14 @@ class KeyTargetRules : public Rule {
   void checkPost(const platform::Call& call, Violations& violations);
   void checkAct(Pid pid, bool needsLook, Violations& violations);
   void checkRecord(const platform::Call& call, Violations& violations);
-  void checkWindow(WindowNumber number, Violations& violations);
-  bool hasTwin(const Window& window) const;
+  void checkWindow(WindowNumber number, Known how, Violations& violations);
+  bool hasTwin(const Window& window, Known how) const;
   void checkSheet(WindowNumber number, Violations& violations) const;
   void checkPanel(WindowNumber number, Violations& violations) const;
   bool hasFocus(Pid pid) const;
+  bool isMeant(Pid pid, WindowNumber number) const;
 
+  std::optional<Pid> target_;           // the process that the run was told to operate
   std::map<Pid, WindowNumber> meant_;   // where the keys for a process are to go
   std::set<Pid> chosen_;                // processes whose sheets have been read then
   std::set<Pid> toldInFront_;           // processes

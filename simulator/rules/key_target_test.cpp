@@ -274,6 +274,31 @@ TEST_F(broken_key_targets, that_are_one_of_several_sheets_or_panels) {
                                     "I12: keys for one of several panels"}));
 }
 
+TEST_F(broken_key_targets, that_are_a_panel_beside_that_of_a_target_which_is_not_told_apart) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41 bundle com.apple.appkit.xpc.openAndSavePanelService
+        window 7 "Save" at 100,100 size 200x200 focused
+    app Other pid 51 bundle com.apple.appkit.xpc.openAndSavePanelService
+        window 61 "Save" at 100,100 size 300x200
+)");
+  readFocusedWindow();
+  std::string record(248, '\0');
+  record[0x08] = 0x0D;
+  record[0x8A] = 1;
+  const auto giveFocus = [&](Pid pid, char window) {
+    record[0x3C] = window;
+    before(Function::postRecord, {pack(0), pack(pid), pack(record)});
+  };
+  giveFocus(41, 7);
+  EXPECT_EQ(violations_, Sentences{});
+  giveFocus(51, 61);
+  EXPECT_EQ(violations_, Sentences{"I12: keys for one of several panels"});
+  tellNumber(7);
+  giveFocus(51, 61);
+
+  EXPECT_EQ(violations_, Sentences{"I12: keys for one of several panels"});
+}
+
 TEST_F(broken_key_targets, for_one_of_two_windows_that_look_alike) {
   for (Window& window : mac_.world.windows) {
     if (window.number == 8) window.title = "Inbox";
@@ -294,6 +319,31 @@ TEST_F(broken_key_targets, are_told_apart_by_a_list_as_far_as_its_numbers_can_be
   EXPECT_EQ(violations_, Sentences{});
   keyRecord(1, 8);
   keyRecord(2, 8);
+
+  EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
+}
+
+TEST_F(broken_key_targets, are_not_those_that_have_the_keyboard_beyond_the_end_of_the_list) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41 frontmost
+        window 7 "Inbox" at 100,100 size 200x200
+        window 8 "Inbox" at 100,100 size 200x200 focused listed as 4294967296
+)");
+  readFocusedWindow();
+  postChord();
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, that_have_the_keyboard_and_two_like_them_in_the_list) {
+  mac_.world = parseWorld(R"(
+    app Notes pid 41 frontmost
+        window 6 "Inbox" at 100,100 size 200x200
+        window 7 "Inbox" at 100,100 size 200x200
+        window 8 "Inbox" at 100,100 size 200x200 focused listed as 4294967296
+)");
+  readFocusedWindow();
+  postChord();
 
   EXPECT_EQ(end(), Sentences{"I12: keys for one of two windows that cannot be told apart"});
 }
@@ -329,6 +379,18 @@ TEST_F(broken_key_targets, are_not_those_for_one_of_several_sheets_that_has_told
   mac_.world = parseWorld(twoThatClaimToBeSheets);
   tellNumber(8);
   readFocusedWindow();
+  postChord();
+
+  EXPECT_EQ(end(), Sentences{});
+}
+
+TEST_F(broken_key_targets, are_those_below_several_sheets_also_where_the_user_has_come) {
+  mac_.world = parseWorld(twoThatClaimToBeSheets);
+  mac_.world.frontmost = 0;
+  tellNumber(7);
+  keyRecord(1);
+  keyRecord(2);
+  mac_.world.frontmost = 41;
   postChord();
 
   EXPECT_EQ(end(), Sentences{});

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "simulator/text/nearest.h"
+
 namespace simulator {
 
 namespace {
@@ -26,9 +28,7 @@ const std::string& fileOf(const Spot& spot) {
 }
 
 std::string messageOf(const Complaint& complaint) {
-  std::string text = complaint.cause;
-  if (!complaint.meant.empty()) text += "; did you mean '" + complaint.meant + "'?";
-  return text + trailText(complaint.spot);
+  return complaint.cause + suggestion(complaint.meant) + trailText(complaint.spot);
 }
 
 WorldError::WorldError(Complaint complaint)

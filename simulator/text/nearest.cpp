@@ -48,4 +48,8 @@ std::string nearest(std::string_view written, const std::vector<std::string>& ca
   return found;
 }
 
+std::string suggestion(const std::string& meant) {
+  return meant.empty() ? "" : "; did you mean '" + meant + "'?";
+}
+
 }  // namespace simulator

@@ -10,4 +10,7 @@ namespace simulator {
 /// added, left out, changed or swapped, when that is at most a third of them. Empty when none does.
 std::string nearest(std::string_view written, const std::vector<std::string>& candidates);
 
+/// What a message says of it, behind all else: "; did you mean 'size'?". Empty for an empty one.
+std::string suggestion(const std::string& meant);
+
 }  // namespace simulator

@@ -71,9 +71,9 @@ export class Needs {
     if (failures.length > 1) throw new Error(failures.map((each) => each.message).join("\n"));
   }
 
-  /** Chromium. Its sandbox is not for root, as whom containers run. */
+  /** Chromium without its own windows. Its sandbox is not for root, as whom containers run. */
   async browser() {
-    const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
+    const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium-headless-shell";
     const args = process.getuid() === 0 ? ["--no-sandbox"] : [];
     // It is killed when it is not there after this time, or does not go, and when this process ends.
     const browser = await chromium.launch({ executablePath, args, timeout: patience });

@@ -120,15 +120,14 @@ class Messages(unittest.TestCase):
 
     def test_have_an_id_for_good(self):
         """An id that was ever given keeps its line in ids.txt; one that is no more is marked there."""
-        told = table.load("errors.json")
         given = {}
         for line in (table.CONTRACT / "ids.txt").read_text().splitlines():
             name, _, message = line.partition("\t")
             self.assertRegex(name, r"^[a-z0-9]+(-[a-z0-9]+)*$")
             self.assertNotIn(name, given, "an id is given once")
             given[name] = message
-        listed = [(entry["id"], table.whole_message(entry)) for entry in told["errors"]]
-        listed += [(entry["id"], "") for entry in told["without_text"]]
+        listed = [(entry["id"], table.whole_message(entry)) for entry in table.errors()]
+        listed += [(entry["id"], "") for entry in table.without_text()]
         self.assertEqual(len(listed), len({name for name, _ in listed}))
         retired = [(name, "retired") for name, message in given.items() if message == "retired"]
         self.assertEqual(sorted(given.items()), sorted(listed + retired))

@@ -29,7 +29,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr const char* world = R"(
+constexpr const char* servedWorld = R"(
 user "Ada" login ada
 app Notes pid 41
     window 7 "Inbox" at 60,80 size 300x200
@@ -92,7 +92,7 @@ class Served {
   Served()
       : wakes_(eventfd(1, EFD_CLOEXEC | EFD_NONBLOCK)),
         listens_(companion::privateSocketName()),
-        server_(simulator::parseWorld(world),
+        server_(simulator::parseWorld(servedWorld),
                 {companion::Scheduler::Time::virtualTime, listens_.descriptor(), "world"}) {}
 
   /// A line of the input.

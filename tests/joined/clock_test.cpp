@@ -101,6 +101,9 @@ TEST(clock, is_told_only_what_it_can_do) {
 
   EXPECT_EQ(seen(mac.command({"clock", "sideways"})),
             failure("\\\"clock\\\" is followed by stop, step, run or nothing"));
+  EXPECT_EQ(
+      seen(mac.command({"clock", "stpo"})),
+      failure("\\\"clock\\\" is followed by stop, step, run or nothing; did you mean 'stop'?"));
   for (const char* speed : {"0", "-1", "nan", "inf", "much"}) {
     EXPECT_EQ(seen(mac.command({"clock", "run", speed})),
               failure(std::string("a clock runs 0.001 to 1,000,000 times as fast as real time, "

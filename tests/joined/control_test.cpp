@@ -55,6 +55,10 @@ TEST(control, help_on_a_topic_prints_its_table_without_a_mac) {
       failure(
           "unknown topic: weather; the topics are calls, outcomes, happenings, reactions, habits, "
           "releases"));
+  EXPECT_EQ(
+      seen(run({path, "help", "outcomse"})),
+      failure("unknown topic: outcomse; the topics are calls, outcomes, happenings, reactions, "
+              "habits, releases; did you mean 'outcomes'?"));
   EXPECT_EQ(seen(run({path, "help", "calls", "outcomes"})),
             failure("usage: simulated-mac help [TOPIC]"));
 }
@@ -168,6 +172,8 @@ TEST(control, the_state_shows_what_there_is_besides) {
             R"("pressed":[],"processes":[],"sharing":[],"taps":[]})"
             "\n");
   EXPECT_EQ(seen(mac.command({"state", "--frob"})), failure("unknown option: --frob"));
+  EXPECT_EQ(seen(mac.command({"state", "--usr"})),
+            failure("unknown option: --usr; did you mean '--user'?"));
 }
 
 constexpr const char* hiddenNotes = R"(
@@ -248,6 +254,8 @@ TEST(control, the_value_is_what_the_element_holds) {
             "0 {\"element\":3,\"ok\":true,\"role\":\"AXButton\",\"value\":null,\"window\":7}\n");
   EXPECT_EQ(seen(mac.command({"value", "Notes", "From"})),
             failure("no element is labelled \\\"From\\\""));
+  EXPECT_EQ(seen(mac.command({"value", "Notes", "Sned"})),
+            failure("no element is labelled \\\"Sned\\\"; did you mean 'Send'?"));
   EXPECT_EQ(seen(mac.command({"value", "Notes"})), failure("usage: simulated-mac value APP LABEL"));
 }
 
@@ -338,7 +346,10 @@ TEST(control, a_fault_is_one_text_or_several_words) {
   EXPECT_EQ(seen(mac.command({"fault", "any 1 before lock"})),
             "0 {\"fault\":\"any 1 before lock\",\"ok\":true}\n");
   EXPECT_EQ(seen(mac.driver({"session"})), session(true, true));
-  EXPECT_EQ(seen(mac.command({"fault", "frob", "1"})), failure("unknown function 'frob'"));
+  EXPECT_EQ(
+      seen(mac.command({"fault", "private.pst", "1"})),
+      failure("unknown call 'private.pst'; \\\"simulated-mac help calls\\\" lists them; did you "
+              "mean 'private.post'?"));
 }
 
 TEST(control, virtual_time_passes_when_it_is_advanced) {

@@ -66,9 +66,53 @@ TEST(wait, gives_up_in_time) {
   const ServedMac mac(mail);
 
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "2s"})),
-            failed("waited 2000.0 ms in vain: Mail shows sent"));
+            failed("waited 2000.0 ms in vain: Mail shows sent; at last it showed \\\"Inbox\\\", "
+                   "\\\"Send\\\", \\\"Search\\\", \\\"Status\\\""));
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "a \"word\""})),
-            failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\""));
+            failed("waited 10000.0 ms in vain: Mail shows \\\"a \\\\\\\"word\\\\\\\"\\\"; at last "
+                   "it had quit"));
+}
+
+/// Of a wait in vain: what there was instead.
+std::string insteadOf(const ServedMac& mac, std::vector<std::string> words) {
+  words.insert(words.begin(), {"wait", "until"});
+  words.insert(words.end(), {"within", "1us"});
+  const std::string line = seen(mac.command(words));
+  const std::size_t begin = line.find("; at last ");
+  return begin == line.npos ? line : line.substr(begin + 2, line.find("\",\"ok\"") - begin - 2);
+}
+
+TEST(wait, in_vain_says_what_was_there_instead) {
+  const ServedMac mac(mail);
+
+  EXPECT_EQ(
+      insteadOf(mac, {"Mail", "element", "Staus"}),
+      "at last it had the elements \\\"Status\\\", \\\"Inbox\\\", \\\"Send\\\", \\\"Search\\\"");
+  EXPECT_EQ(insteadOf(mac, {"Mail", "value", "Status", "sent"}),
+            "at last \\\"Status\\\" had \\\"\\\"");
+  EXPECT_EQ(insteadOf(mac, {"Mail", "value", "Send", "sent"}), "at last \\\"Send\\\" had no value");
+  EXPECT_EQ(
+      insteadOf(mac, {"Mail", "value", "Staus", "sent"}),
+      "at last it had the elements \\\"Status\\\", \\\"Inbox\\\", \\\"Send\\\", \\\"Search\\\"");
+  EXPECT_EQ(insteadOf(mac, {"Mail", "window", "Inbox", "gone"}), "at last it was still so");
+  EXPECT_EQ(insteadOf(mac, {"Mail", "gone"}), "at last it was still so");
+  EXPECT_EQ(insteadOf(mac, {"Other", "shows", "x"}), "at last it showed no text");
+  EXPECT_EQ(insteadOf(mac, {"Other", "window", "x"}), "at last it had no window with a title");
+  EXPECT_EQ(insteadOf(mac, {"Other", "element", "x"}), "at last it had no element with a label");
+}
+
+TEST(wait, in_vain_lists_no_more_than_anybody_reads) {
+  std::string rows = "app Mail pid 41 frontmost\n    window 7 \"Inbox\" at 0,30 size 600x500\n";
+  rows += "        AXStaticText \"" + std::string(200, 'a') + "\" at 0,30 size 9x9\n";
+  for (int row = 10; row < 60; ++row) {
+    rows += "        AXRow \"row " + std::to_string(row) + "\" at 0,30 size 9x9\n";
+  }
+  const ServedMac mac(rows);
+
+  const std::string line = insteadOf(mac, {"Mail", "element", "Send"});
+  EXPECT_EQ(line.substr(0, line.find("row")), "at last it had the elements \\\"Inbox\\\", \\\"" +
+                                                  std::string(100, 'a') + "…\\\", \\\"");
+  EXPECT_EQ(line.substr(line.rfind(',')), ", \\\"row 28\\\" and 31 more");
 }
 
 TEST(wait, in_vain_is_in_the_journal) {
@@ -79,14 +123,16 @@ TEST(wait, in_vain_is_in_the_journal) {
 
   EXPECT_EQ(
       seen(mac.command({"journal", "--text"})),
-      "0  1500 ms        -  wait until Mail shows \"sent at last\": waited 500.0 ms in vain\n");
+      "0  1500 ms        -  wait until Mail shows \"sent at last\": waited 500.0 ms in vain; at "
+      "last it showed \"Inbox\", \"Send\", \"Search\", \"Status\"\n");
 }
 
 TEST(wait, does_not_see_a_window_that_is_closed) {
   const ServedMac mac(mail);
 
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "within", "1s"})),
-            failed("waited 1000.0 ms in vain: Mail window Done"));
+            failed("waited 1000.0 ms in vain: Mail window Done; at last it had the windows "
+                   "\\\"Inbox\\\""));
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "window", "Done", "gone"})),
             came("1000.0", "0.0"));
 }
@@ -95,7 +141,8 @@ TEST(wait, sees_what_comes_at_the_last_instant) {
   const ServedMac mac(mail);
 
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "2499999us"})),
-            failed("waited 2499.999 ms in vain: Mail shows sent"));
+            failed("waited 2499.999 ms in vain: Mail shows sent; at last it showed \\\"Inbox\\\", "
+                   "\\\"Send\\\", \\\"Search\\\", \\\"Status\\\""));
   EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shows", "sent", "within", "1us"})),
             came("2500.0", "0.001"));
 }
@@ -113,6 +160,10 @@ TEST(wait, says_what_it_can_wait_for) {
   EXPECT_EQ(seen(mac.command({"wait", "500ms", "more"})), failed(form));
   EXPECT_EQ(seen(mac.command({"wait", "until", "Nobody", "gone"})),
             failed("there is no application \\\"Nobody\\\""));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mial", "gone"})),
+            failed("there is no application \\\"Mial\\\"; did you mean 'Mail'?"));
+  EXPECT_EQ(seen(mac.command({"wait", "until", "Mail", "shws", "hello"})),
+            failed(form + "; did you mean 'shows'?"));
 }
 
 TEST(wait, takes_its_time_on_a_mac_in_real_time) {

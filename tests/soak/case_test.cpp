@@ -67,4 +67,30 @@ TEST(shrunk, leaves_what_the_failure_needs_and_no_more) {
   EXPECT_EQ(stepsText(smallest), "run \"capture-service\"\n    at 20us signal 15\n");
 }
 
+int timesIn(const std::string& text, const std::string& part) {
+  int times = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++times;
+  return times;
+}
+
+TEST(shrunk, leaves_of_long_texts_what_the_failure_needs) {
+  const std::string filler = "\\xEF\\xBC\\xB3 \\n\\\"and so on and on and on and on and on ";
+  const std::string text = "\"" + filler + "key" + filler + "\"";
+  const Case whole =
+      readCase("app " + text + " pid 41\n    window 7 \"short\" at 0,0 size 9x9\n",
+               "fault any 7 before user copy " + text + "\nrun \"bg-type\" " + text +
+                   "\n    with CU_WINDOW " + text + "\n    at 10us input " + text + "\n");
+  const auto fails = [](const Case& one) {
+    const std::string world = worldText(one);
+    return timesIn(world, "key") == 1 && timesIn(world, "short") == 1 &&
+           timesIn(stepsText(one), "key") == 4;
+  };
+  const Case smallest = shrunk(whole, fails);
+
+  EXPECT_EQ(worldText(smallest), "app \"key\" pid 41\n    window 7 \"short\" at 0,0 size 9x9\n");
+  EXPECT_EQ(stepsText(smallest),
+            "fault any 7 before user copy \"key\"\nrun \"bg-type\" \"key\"\n"
+            "    with CU_WINDOW \"key\"\n    at 10us input \"key\"\n");
+}
+
 }  // namespace

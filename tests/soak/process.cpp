@@ -52,13 +52,11 @@ void Process::addFlows(std::vector<Flow>& flows) const {
 void Process::install() {
   driver::exchangeGlobals(std::move(globals_));
   simulated::exchangeState(std::move(state_));
-  driver::exchangeLockEntry(lockEntry_);
   simulated::setChannel(this);
 }
 
 void Process::remove() {
   simulated::setChannel(nullptr);
-  lockEntry_ = driver::exchangeLockEntry(nullptr);
   state_ = simulated::exchangeState(nullptr);
   globals_ = driver::exchangeGlobals(nullptr);
 }

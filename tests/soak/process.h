@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "guard/screen_lock.h"
 #include "main/globals.h"
 #include "platform/simulated/channel.h"
 #include "platform/simulated/process_state.h"
@@ -91,7 +90,6 @@ class Process : public platform::Channel {
   // What the process has for itself, while it is not its turn.
   std::unique_ptr<driver::Globals> globals_;
   std::unique_ptr<simulated::ProcessState> state_;
-  driver::LockEntry lockEntry_ = nullptr;
 };
 
 }  // namespace soak

@@ -115,9 +115,11 @@ export class Calls {
     const texts = given["texts"] as string[];
     const scope = given["scope"] as string | undefined;
     const seconds = Number(given["secondsMax"] ?? 10);
+    let missing = texts;
     const shown = async () => {
       const told = await mac.axFindText(String(given["app"]), texts, { signal, scope });
-      return texts.every((text) => (told.counts[text] ?? 0) > 0) ? told : undefined;
+      missing = texts.filter((text) => (told.counts[text] ?? 0) === 0);
+      return missing.length === 0 ? told : undefined;
     };
     try {
       return { ...(await mac.until(shown, { timeoutMs: seconds * 1000, signal })) };
@@ -127,7 +129,7 @@ export class Calls {
         "not-shown",
         `not all of the texts were shown within ${seconds} seconds`,
         "Look at what is shown, and decide anew.",
-        { seconds: String(seconds) }
+        { seconds: String(seconds), missing: missing.map((text) => JSON.stringify(text)).join(", ") }
       );
     }
   }

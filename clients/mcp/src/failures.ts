@@ -58,7 +58,7 @@ function failure(
 /** The failure that an error tells; throws what is none, a mistake in this program. */
 export function failureOf(error: unknown): Failure {
   if (error instanceof CommandError) {
-    return { ...failure(error.id, error.message, error.remedy, error.parts), reply: error.reply };
+    return { ...failure(error.id, error.text, error.remedy, error.parts), reply: error.reply };
   }
   if (error instanceof Refusal) return failure(error.id, error.message, error.remedy, error.parts);
   if (error instanceof TimedOutError) {

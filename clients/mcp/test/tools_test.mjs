@@ -125,8 +125,9 @@ test("a failure is an error with its remedy", async () => {
       'ax-press-exact: 2 elements labelled "Like"\nWhat to do: Name the container, or pass last for the lowest one.'
     );
     assert.deepEqual(JSON.parse(told.content[1].text), failure);
-    const unseen = await call("find_wait", { app: "Chat", texts: ["nowhere"], secondsMax: 0 });
+    const unseen = await call("find_wait", { app: "Chat", texts: ["invitation", "nowhere"], secondsMax: 0 });
     assert.equal(unseen.structuredContent.id, "not-shown");
+    assert.deepEqual(unseen.structuredContent.parts, { seconds: "0", missing: '"nowhere"' });
     for (const [name, given] of [
       ["guard_lock", {}],
       ["guard_say", { operating: true }]

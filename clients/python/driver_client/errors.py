@@ -6,7 +6,7 @@ import re
 import shlex
 from typing import Any, Dict, Optional, Sequence, Tuple
 
-from .contract import FAILURES, REMEDIES_WITHOUT_TEXT
+from .contract import FAILURES, REMEDIES
 
 Reply = Dict[str, Any]
 
@@ -16,11 +16,16 @@ class DriverError(Exception):
 
 
 class CommandError(DriverError):
-    """A failure that driver told: id, parts and remedy are those of its catalogue."""
+    """A failure that driver told: id, parts and remedy are those of its catalogue. It is shown as its text, and
+    below that what to do."""
 
-    def __init__(self, command: str, reply: Reply, name: str, parts: Dict[str, str], remedy: str) -> None:
-        text = f"axError {reply.get('axError')}" if name == "not-accepted" else name
-        super().__init__(f"{command}: {reply.get('error', text)}")
+    def __init__(self, command: str, reply: Reply, name: str, parts: Dict[str, str], remedy: str,
+                 cause: str = "") -> None:
+        other = f"axError {reply.get('axError')}" if name == "not-accepted" else name
+        text = f"{command}: {cause or reply.get('error', other)}"
+        super().__init__(f"{text}\nWhat to do: {remedy}")
+        #: The command and its failure, without the remedy.
+        self.text = text
         self.command = command
         self.reply = reply
         #: The failure's stable name; "unknown-failure" for one that this client does not know.
@@ -35,9 +40,9 @@ class HungError(CommandError):
     """The application did not answer for twelve seconds: that nothing was found means nothing."""
 
     def __init__(self, command: str, reply: Reply) -> None:
-        super().__init__(command, reply, "application-hung", {},
-                         "Wait until the application answers again; what the command had to do may "
-                         "be done in part.")
+        seen = reply.get("error", "nothing was found")
+        super().__init__(command, reply, "application-hung", {}, REMEDIES["application-hung"],
+                         f"the application did not answer for twelve seconds: {seen}")
 
 
 class TimedOutError(DriverError):
@@ -98,9 +103,9 @@ def failure_of(command: str, reply: Reply) -> CommandError:
     text = reply.get("error")
     if not isinstance(text, str):
         name = "not-accepted" if "axError" in reply else "not-done"
-        return CommandError(command, reply, name, {}, REMEDIES_WITHOUT_TEXT[name])
+        return CommandError(command, reply, name, {}, REMEDIES[name])
     for row in FAILURES:
         parts = _parts_in(row, command, text)
         if parts is not None:
             return CommandError(command, reply, row["id"], parts, row["remedy"])
-    return CommandError(command, reply, "unknown-failure", {}, "See docs/ERRORS.md of the driver that runs.")
+    return CommandError(command, reply, "unknown-failure", {}, REMEDIES["unknown-failure"])

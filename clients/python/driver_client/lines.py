@@ -5,12 +5,13 @@ import contextlib
 import queue
 import subprocess
 import threading
-from typing import Any, Dict, Iterator, List, Optional, Sequence
+from typing import Any, Dict, Iterator, List, Optional, Sequence, get_args
 
 from .cancellation import Cancellation
 from .children import end_child, forget, start_child
+from .contract import GuardLanguage
 from .errors import NoReplyError, Reply, failure_of
-from .run import reply_in
+from .run import check_word, reply_in
 
 # Runs its words until they end, or standard input does, and with it whoever holds the other end of that.
 ENDED_WITH_INPUT = """
@@ -145,8 +146,10 @@ class InputWatch(Lines):
 
 
 def guard_environment(grace_seconds: Optional[float], operating: bool, face: Optional[str],
-                      name: Optional[str], language: Optional[str]) -> Dict[str, str]:
+                      name: Optional[str], language: Optional[GuardLanguage]) -> Dict[str, str]:
     """What the cover says and how long the user may come back without a lock."""
+    if language is not None:
+        check_word("language", get_args(GuardLanguage), language)
     told = {"ZENTROVE_COVER_GRACE": None if grace_seconds is None else str(grace_seconds),
             "ZENTROVE_COVER_OPERATING": "1" if operating else None, "ZENTROVE_COVER_FACE": face,
             "ZENTROVE_COVER_NAME": name, "ZENTROVE_DESK_LANG": language}

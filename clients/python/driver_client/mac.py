@@ -12,7 +12,7 @@ from typing import (TYPE_CHECKING, Any, Callable, Dict, Iterator, List, Mapping,
 from .cancellation import Cancellation
 from .clock import Clock
 from .commands import App, Commands
-from .contract import COMMANDS
+from .contract import COMMANDS, GuardLanguage
 from .errors import HungError, Reply, WaitedInVainError, failure_of
 from .lines import ENDED_WITH_INPUT, InputWatch, KeepAwake, Lines, LockGuard, guard_environment
 from .run import command_line, run_once, seconds_max
@@ -177,7 +177,7 @@ class Mac(Commands):
 
     def lock_guard(self, *, grace_seconds: Optional[float] = None, operating: bool = False,
                    face: Optional[str] = None, name: Optional[str] = None,
-                   language: Optional[str] = None) -> LockGuard:
+                   language: Optional[GuardLanguage] = None) -> LockGuard:
         """Covers the unlocked Mac until somebody comes back; the first line says on how many displays."""
         return self.talk(LockGuard, "lock-guard", [],
                          guard_environment(grace_seconds, operating, face, name, language))

@@ -21,7 +21,21 @@ def _number(value: Any) -> str:
     return str(int(value)) if isinstance(value, float) and value.is_integer() else str(value)
 
 
+def _is_number(value: Any) -> bool:
+    return isinstance(value, (int, float)) and not isinstance(value, bool)
+
+
+def check_word(name: str, words: Sequence[str], value: Any, or_number: bool = False) -> None:
+    """Refuses a value that is none of the words."""
+    if value in words or (or_number and _is_number(value)):
+        return
+    listed = ", ".join([*(["a number"] if or_number else []), *words])
+    raise TypeError(f"{name} is one of {listed}, not {value!r}")
+
+
 def _words(row: Dict[str, Any], value: Any) -> List[str]:
+    if "words" in row:
+        check_word(row["name"], row["words"], value, row["number"])
     if (row["json"] or row["repeats"]) and isinstance(value, str):
         raise TypeError(f"{row['name']} is a list of texts, not one text")  # and would be taken for its letters
     if row["json"]:

@@ -1,23 +1,19 @@
-"""What becomes of runs that are cut off, of two acts on one application, and of what a test leaves."""
+"""What becomes of runs that are cut off or wrong, and of two acts on one application."""
 import asyncio
-import contextlib
-import io
 import os
 import re
 import signal
 import subprocess
 import sys
-import tempfile
 import threading
 import unittest
-from inspect import currentframe
 from pathlib import Path
 
-from support import DESK, DRIVER, HERE, ROOT, SIMULATED_MAC, on_mac, start_mac
+from support import DESK, DRIVER, HERE, ROOT, on_mac, start_mac
 
 from driver_client import children
-from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, Mac, NoReplyError,
-                           ServiceEndedError, TimedOutError, WaitedInVainError)
+from driver_client import (AsyncMac, Cancellation, CommandError, DriverError, HungError, Mac, NoReplyError,
+                           ServiceEndedError, TimedOutError)
 
 REAL = Mac()
 
@@ -91,6 +87,35 @@ class Calls(unittest.TestCase):
             Mac().app("Notes").find_text("Order")
         with self.assertRaisesRegex(TypeError, "^ownedTexts is a list of texts, not one text$"):
             Mac().app("Notes").insert("Body", "replace", "text", owned_texts="before")
+
+    def test_with_a_word_that_is_not_in_the_list_are_refused(self):
+        notes = Mac(driver="/nowhere/driver").app("Notes")
+        for call, text in (
+                (lambda: notes.insert("Body", "append", "text"),
+                 "mode is one of replace, message, end, new_line, caret, not 'append'"),
+                (lambda: notes.press("Send", which="first"), "which is one of only, last, not 'first'"),
+                (lambda: notes.click(1, 2, button="middle"), "button is one of left, right, not 'middle'"),
+                (lambda: notes.slider("Size", value="80"),
+                 "value is one of a number, increment, decrement, not '80'"),
+                (lambda: Mac().lock_guard(language="de"), "language is one of zh, en, not 'de'")):
+            with self.assertRaisesRegex(TypeError, f"^{text}$"):
+                call()
+        with self.assertRaises(NoReplyError):
+            notes.slider("Size", value=80.5)
+
+    def test_that_fail_say_what_to_do(self):
+        with on_mac() as simulated, self.assertRaises(CommandError) as raised:
+            simulated.mac.app("Chat").press("Like")
+        self.assertEqual('ax-press-exact: 2 elements labelled "Like"', raised.exception.text)
+        self.assertEqual('ax-press-exact: 2 elements labelled "Like"\n'
+                         "What to do: Name the container, or pass last for the lowest one.", str(raised.exception))
+
+    def test_of_an_application_that_hangs_say_so(self):
+        with on_mac() as simulated, self.assertRaises(HungError) as raised:
+            simulated.tell("hang", "Chat")
+            simulated.mac.app("Chat").press("Accept")
+        self.assertEqual("ax-press-exact: the application did not answer for twelve seconds: "
+                         'no element labelled "Accept"', raised.exception.text)
 
     def test_of_a_driver_that_is_not_there_or_says_nothing_are_told_apart(self):
         for driver in ("/nowhere/driver", "/bin/true"):
@@ -215,92 +240,6 @@ class Services(unittest.TestCase):
             service.wait()
             with self.assertRaises(ServiceEndedError):
                 session.app.list()
-
-
-class Fixtures(unittest.TestCase):
-    def test_fail_a_test_in_which_the_users_state_has_changed(self):
-        with self.assertRaises(DriverError) as raised, on_mac() as simulated:
-            simulated.tell("lock")
-            simulated.tell("user", "move", "10,20")
-        self.assertEqual("the user's state is not as before: locked was false and is true; pointer.x was 980.0 and is "
-                         "10.0; pointer.y was 420.0 and is 20.0", str(raised.exception))
-        with self.assertRaises(DriverError):
-            start_mac("nonsense")
-        with self.assertRaises(DriverError), on_mac() as simulated:
-            simulated.tell("nonsense")
-
-    def test_of_pytest_give_macs_and_check_them(self):
-        tests = f"""
-WORLD = open({str(ROOT / "demo/desk.world")!r}, encoding="utf-8").read()
-PROGRAMS = {{"driver": {DRIVER!r}, "simulated_mac": {SIMULATED_MAC!r}}}
-
-def test_that_passes(simulated_mac):
-    assert simulated_mac(WORLD, **PROGRAMS).mac.session()["ok"]
-
-def test_that_leaves_a_locked_mac(simulated_mac):
-    simulated_mac(WORLD, **PROGRAMS).tell("lock")
-
-def test_that_fails(simulated_mac):
-    simulated_mac(WORLD, **PROGRAMS).mac.app("Chat").press("Nowhere")
-"""
-        with tempfile.TemporaryDirectory() as folder:
-            (Path(folder) / "some_test.py").write_text(tests, encoding="utf-8")
-            done = subprocess.run(
-                [sys.executable, "-m", "pytest", "-q", "-p", "driver_client.pytest_plugin", "-p",
-                 "no:cacheprovider", "some_test.py"], cwd=folder, capture_output=True, text=True,
-                env={**os.environ, "PYTHONPATH": str(HERE.parent)}, check=False)
-        if "No module named pytest" in done.stderr:
-            self.skipTest("there is no pytest here")
-        self.assertRegex(done.stdout, r"1 failed, 2 passed, 1 error in")
-        self.assertIn("ERROR some_test.py::test_that_leaves_a_locked_mac", done.stdout)
-        self.assertIn("\nthe user's state is not as before: locked was false and is true\n", done.stdout)
-        self.assertNotIn("/driver_client/", done.stdout)
-        pages = re.findall(r"^what happened on the simulated Mac: (.*)$", done.stdout, re.M)
-        self.assertEqual(2, len(pages), done.stdout)
-        shown = ["DriverError: the user's state is not as before: locked was false and is true",
-                 'CommandError: ax-press-exact: no element labelled \\"Nowhere\\" (some_test.py:12)']
-        for page, failure in zip(pages, shown):
-            self.assertTrue(f'"text":"{failure}"' in Path(page).read_text(encoding="utf-8"), failure)
-
-    def test_say_in_the_journal_why_a_block_failed(self):
-        with tempfile.TemporaryDirectory() as folder:
-            page = Path(folder) / "report.html"
-            with contextlib.redirect_stdout(io.StringIO()), self.assertRaises(AssertionError):
-                with on_mac(report=page):
-                    raise AssertionError("no answer\nexpected one")
-            line = currentframe().f_lineno - 1
-            text = f'"text":"AssertionError: no answer (processes_test.py:{line})\\nexpected one"'
-            self.assertTrue(text in page.read_text(encoding="utf-8"), text)
-
-    def test_wait_in_vain_and_say_for_what(self):
-        with on_mac() as simulated:
-            mac = simulated.mac
-            with self.assertRaises(WaitedInVainError) as raised:
-                mac.until(lambda: mac.app("Chat").find_text(["Never"])["counts"]["Never"], timeout=1, what="the answer")
-            self.assertEqual("waited 1 s in vain for the answer, and asked 6 times; at last driver ax-find-text Chat Never "
-                             'replied {"counts":{"Never":0},"frames":{},"ok":true}', str(raised.exception))
-            with self.assertRaises(WaitedInVainError) as raised:
-                mac.until(lambda: None, timeout=0.2)
-            self.assertEqual("waited 0.2 s in vain, and asked 2 times; the last answer was None", str(raised.exception))
-
-            async def ask():
-                await asyncio.gather(other.session(), other.scene())
-                return False
-
-            other = AsyncMac(mac)
-            with self.assertRaisesRegex(WaitedInVainError, "^waited 0 s in vain, and asked once; at last driver s"):
-                asyncio.run(other.until(ask, timeout=0))
-
-    def test_write_a_report_when_a_block_fails(self):
-        with tempfile.TemporaryDirectory() as folder:
-            page = Path(folder) / "report.html"
-            with contextlib.redirect_stdout(io.StringIO()) as told, self.assertRaises(CommandError):
-                with on_mac(report=page) as simulated:
-                    simulated.mac.app("Chat").press("Nowhere")
-            self.assertEqual(f"what happened on the simulated Mac: {page}\n", told.getvalue())
-            self.assertIn("no element labelled", page.read_text(encoding="utf-8"))
-            with on_mac() as simulated, self.assertRaisesRegex(DriverError, "no report: "):
-                simulated.report(Path(folder) / "nowhere" / "report.html")
 
 
 class Examples(unittest.TestCase):

@@ -55,8 +55,9 @@ function stopListening(): void {
 }
 
 /** Starts a child that ends with this process, however that ends but by SIGKILL. */
-export function startChild(file: string, words: string[], environment: NodeJS.ProcessEnv): ChildProcess {
-  const child = spawn(file, words, { env: environment, stdio: ["pipe", "pipe", "pipe"] });
+export function startChild(file: string, words: string[], environment: NodeJS.ProcessEnv,
+  cwd?: string): ChildProcess {
+  const child = spawn(file, words, { cwd, env: environment, stdio: ["pipe", "pipe", "pipe"] });
   if (children.size === 0) listen();
   children.add(child);
   const forget = () => {

@@ -1,4 +1,4 @@
-import { failureRows, remediesWithoutText, type FailureRow } from "./contract.js";
+import { failureRows, remedies, type FailureRow } from "./contract.js";
 
 /** A reply, or a line, as driver wrote it. */
 export type Reply = Record<string, unknown> & { ok?: boolean };
@@ -8,8 +8,14 @@ export class DriverError extends Error {
   override name = this.constructor.name;
 }
 
-/** A failure that driver told: `id`, `parts` and `remedy` are those of its catalogue. */
+/**
+ * A failure that driver told: `id`, `parts` and `remedy` are those of its catalogue. Its message is its text,
+ * and below that what to do.
+ */
 export class CommandError extends DriverError {
+  /** The command and its failure, without the remedy. */
+  readonly text: string;
+
   constructor(
     readonly command: string,
     readonly reply: Reply,
@@ -19,16 +25,20 @@ export class CommandError extends DriverError {
     readonly parts: Record<string, string>,
     /** What to do. */
     readonly remedy: string,
+    cause?: string,
   ) {
-    super(`${command}: ${reply["error"] ?? (id === "not-accepted" ? `axError ${reply["axError"]}` : id)}`);
+    const other = id === "not-accepted" ? `axError ${reply["axError"]}` : id;
+    const text = `${command}: ${cause ?? reply["error"] ?? other}`;
+    super(`${text}\nWhat to do: ${remedy}`);
+    this.text = text;
   }
 }
 
 /** The application did not answer for twelve seconds: that nothing was found means nothing. */
 export class HungError extends CommandError {
   constructor(command: string, reply: Reply) {
-    super(command, reply, "application-hung", {},
-      "Wait until the application answers again; what the command had to do may be done in part.");
+    super(command, reply, "application-hung", {}, remedies["application-hung"],
+      `the application did not answer for twelve seconds: ${reply["error"] ?? "nothing was found"}`);
   }
 }
 
@@ -45,7 +55,7 @@ export interface AskedRun { words: string[]; reply: Reply }
 const shownMax = 300;  // characters of a reply
 
 /** A text as a shell takes it. */
-function shellWord(word: string): string {
+export function shellWord(word: string): string {
   return /^[\w./:,+@%=-]+$/.test(word) ? word : `'${word.replaceAll("'", "'\\''")}'`;
 }
 
@@ -85,7 +95,7 @@ export function failureOf(command: string, reply: Reply): CommandError {
   const text = reply["error"];
   if (typeof text !== "string") {
     const id = "axError" in reply ? "not-accepted" : "not-done";
-    return new CommandError(command, reply, id, {}, remediesWithoutText[id] ?? "");
+    return new CommandError(command, reply, id, {}, remedies[id]);
   }
   for (const row of failureRows) {
     const found = matchOf(row, command, text);
@@ -93,5 +103,5 @@ export function failureOf(command: string, reply: Reply): CommandError {
     const parts = Object.fromEntries(row.parts.map((name, place) => [name, found[place + 1] ?? ""]));
     return new CommandError(command, reply, row.id, parts, row.remedy);
   }
-  return new CommandError(command, reply, "unknown-failure", {}, "See docs/ERRORS.md of the driver that runs.");
+  return new CommandError(command, reply, "unknown-failure", {}, remedies["unknown-failure"]);
 }

@@ -1,5 +1,6 @@
-import type * as contract from "./contract.js";
+import * as contract from "./contract.js";
 import { Lines } from "./lines.js";
+import { checkWord } from "./run.js";
 
 /** What the cover says and how long the user may come back without a lock. */
 export interface GuardOptions {
@@ -8,10 +9,11 @@ export interface GuardOptions {
   /** The persona's picture, a file, and the name by which the cover calls the user. */
   face?: string;
   name?: string;
-  language?: "zh" | "en";
+  language?: (typeof contract.guardLanguages)[number];
 }
 
 export function guardEnvironment(options: GuardOptions): NodeJS.ProcessEnv {
+  if (options.language !== undefined) checkWord("language", contract.guardLanguages, options.language);
   return {
     ...(options.graceSeconds === undefined ? {} : { ZENTROVE_COVER_GRACE: String(options.graceSeconds) }),
     ...(options.operating === true ? { ZENTROVE_COVER_OPERATING: "1" } : {}),

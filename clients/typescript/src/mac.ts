@@ -76,10 +76,10 @@ export class Mac extends Commands {
 
   /** Does what acts on an application when nothing else acts on it, and pastes when nothing else does. */
   async inTurn<Result>(command: string, app: string | undefined, work: () => Promise<Result>): Promise<Result> {
-    if (app === undefined || commandRows[command]?.acts === false) return work();
+    if (app === undefined || commandRows[command]?.acts === false) return await work();
     // All pastes share the user's clipboard, which each of two at once would take for the other's files.
     const whole = command === "bg-paste-files" ? () => this.#turns.take(clipboard, work) : work;
-    return this.#turns.take(await this.#identityOf(app), whole);
+    return await this.#turns.take(await this.#identityOf(app), whole);
   }
 
   /**

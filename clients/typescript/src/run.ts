@@ -20,7 +20,15 @@ export function argumentsIn(given: Record<string, unknown>): Record<string, unkn
   return Object.fromEntries(Object.entries(given).filter(([name]) => !optionNames.has(name)));
 }
 
+/** Refuses a value that is none of the words. */
+export function checkWord(name: string, words: readonly string[], value: unknown, orNumber = false): void {
+  if (words.includes(value as string) || (orNumber && typeof value === "number")) return;
+  const listed = [...(orNumber ? ["a number"] : []), ...words].join(", ");
+  throw new TypeError(`${name} is one of ${listed}, not ${JSON.stringify(value)}`);
+}
+
 function wordsOf(row: ArgumentRow, value: unknown): string[] {
+  if (row.words !== undefined) checkWord(row.name, row.words, value, row.number);
   if ((row.json || row.repeats) && typeof value === "string") {
     throw new TypeError(`${row.name} is a list of texts, not one text`);
   }

@@ -1,10 +1,11 @@
-import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
+import { mkdtempSync, rmSync, statSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { basename, join } from "node:path";
+import { fileURLToPath } from "node:url";
 import { isDeepStrictEqual } from "node:util";
 import { endChild, startChild } from "./children.js";
 import type { Clock } from "./clock.js";
-import { DriverError, type Reply } from "./errors.js";
+import { DriverError, shellWord, type Reply } from "./errors.js";
 import { Mac } from "./mac.js";
 
 export interface SimulatedMacOptions {
@@ -23,7 +24,7 @@ const here = new URL(".", import.meta.url).href;
 /** An error for people: what it is, and which line of whose code it comes from. */
 function failureText(error: unknown): string {
   if (!(error instanceof Error)) return String(error);
-  const places = (error.stack ?? "").matchAll(/^\s+at .*?\(?((?:file:\/\/)?\/[^()]*?):(\d+):\d+\)?$/gm);
+  const places = (error.stack ?? "").matchAll(/^\s+at (?:.*[ (])?((?:file:\/\/)?\/[^()]*?):(\d+):\d+\)?$/gm);
   const own = [...places].find(([, file]) => !`file://${file}`.replace("file://file://", "file://").startsWith(here));
   const place = own === undefined ? "" : ` (${basename(own[1]!)}:${own[2]})`;
   const [first, ...rest] = `${error.name}: ${error.message}`.split("\n");
@@ -47,12 +48,61 @@ function shown(value: unknown): string {
   return text.length > shownMax ? `${text.slice(0, shownMax)}…` : text;
 }
 
+function isFile(path: string): boolean {
+  return statSync(path, { throwIfNoEntry: false })?.isFile() === true;
+}
+
+/** The folder and the name of a world's file, which is made for a text. */
+function written(world: string | URL, folder: string): { cwd: string | undefined; name: string } {
+  if (world instanceof URL) return { cwd: undefined, name: fileURLToPath(world) };
+  if (typeof world !== "string") {
+    throw new TypeError(`a world is its text, or the URL of its file, not ${world === null ? "null" : typeof world}`);
+  }
+  if (!world.includes("\n") && isFile(world)) {
+    const path = JSON.stringify(world);
+    throw new TypeError(`${path} is taken for the text of a world; for the file say pathToFileURL(${path})`);
+  }
+  writeFileSync(join(folder, "world"), world);
+  return { cwd: folder, name: "world" };
+}
+
+/** The error in a line of simulated-mac; what is no such line as it is. */
+function errorIn(line: string): string {
+  try {
+    return String((JSON.parse(line) as Reply)["error"]);
+  } catch {
+    return line.trim();
+  }
+}
+
+/** Tells whoever runs the test, by the means of Node, of what is hardly meant. */
+function warn(text: string): void {
+  if (text !== "") process.emitWarning(text, "SimulatedMacWarning");
+}
+
+/** The path of the world's file. Throws for one that cannot be read, and warns of what is hardly meant. */
+async function checked(program: string, world: string | URL, folder: string): Promise<string> {
+  const { cwd, name } = written(world, folder);
+  const check = startChild(program, ["check", name], process.env, cwd);
+  const over = new Promise<number | null>((resolve) => check.once("close", (status) => resolve(status)));
+  // Its last line counts the problems; when there is no world to look at, it is all there is.
+  const output = await outputOf(check).catch((error: Error) => {
+    throw new DriverError(`no simulated Mac: ${error.message}`);
+  });
+  const lines = output.trimEnd().split("\n");
+  const problems = lines.slice(0, -1).join("\n");
+  if ((await over) !== 0) throw new DriverError(`no simulated Mac: ${problems || errorIn(lines.at(-1) ?? "")}`);
+  warn(problems);
+  return cwd === undefined ? name : join(cwd, name);
+}
+
 /** A Mac of a test's own, made from a world. */
 export class SimulatedMac {
   readonly #server: ReturnType<typeof startChild>;
   readonly #folder: string;
   readonly #program: string;
   readonly #environment: NodeJS.ProcessEnv;
+  #hints = Promise.resolve("");
   #before: Reply | undefined;
   readonly mac: Mac;
 
@@ -67,21 +117,28 @@ export class SimulatedMac {
       ...(options.realTime === true ? {} : { clock: this.#clock() }) });
   }
 
-  /** Starts a Mac from the text of a world. */
-  static async start(world: string, options: SimulatedMacOptions = {}): Promise<SimulatedMac> {
+  /** Starts a Mac from the text of a world, or from the URL of its file. */
+  static async start(world: string | URL, options: SimulatedMacOptions = {}): Promise<SimulatedMac> {
     const folder = mkdtempSync(join(tmpdir(), "simulated-mac-"));
-    const file = join(folder, "world");
-    writeFileSync(file, world);
+    try {
+      return await SimulatedMac.#startIn(folder, world, options);
+    } catch (error) {
+      rmSync(folder, { recursive: true });
+      throw error;
+    }
+  }
+
+  static async #startIn(folder: string, world: string | URL, options: SimulatedMacOptions): Promise<SimulatedMac> {
     const program = options.simulatedMac ?? "simulated-mac";
+    const file = await checked(program, world, folder);
     const time = options.realTime === true ? [] : ["--virtual"];
     const record = ["--record", join(folder, "record")];
     const server = startChild(program, ["serve", ...time, ...record, "--until-closed", file], process.env);
+    const hints = outputOf(server, server.stderr!);
     const socket = await outputOf(server);
-    if (!socket.startsWith("@")) {
-      rmSync(folder, { recursive: true });
-      throw new DriverError(`no simulated Mac: ${(await outputOf(server, server.stderr!)).trim()}`);
-    }
+    if (!socket.startsWith("@")) throw new DriverError(`no simulated Mac: ${errorIn(await hints)}`);
     const simulated = new SimulatedMac(server, folder, program, socket.trim(), options);
+    simulated.#hints = hints;
     simulated.#before = await simulated.state();
     return simulated;
   }
@@ -94,7 +151,9 @@ export class SimulatedMac {
     const child = startChild(this.#program, words, this.#environment);
     const lines = (await outputOf(child)).split("\n").filter((line) => line !== "");
     const replies = lines.map((line) => JSON.parse(line) as Reply);
-    if (replies[0]?.ok === false) throw new DriverError(`simulated-mac ${words.join(" ")}: ${replies[0]["error"]}`);
+    if (replies[0]?.ok === false) {
+      throw new DriverError(`${["simulated-mac", ...words].map(shellWord).join(" ")}: ${replies[0]["error"]}`);
+    }
     return replies;
   }
 
@@ -108,7 +167,9 @@ export class SimulatedMac {
     const violations = await this.violations();
     if (violations.length > 0) throw new DriverError(`rules of safe input were broken: ${violations.join("; ")}`);
     const changed = differences(this.#before, await this.state());
-    if (changed.length > 0) throw new DriverError(`the user's state is not as before: ${changed.join("; ")}`);
+    if (changed.length === 0) return;
+    throw new DriverError(`the user's state is not as before: ${changed.join("; ")}\n` +
+      "What to do: if the test itself has changed it, call settle() after that.");
   }
 
   /** Writes into the journal that the test has failed, and why: a report begins with it. */
@@ -132,6 +193,7 @@ export class SimulatedMac {
   async end(): Promise<void> {
     await endChild(this.#server);
     rmSync(this.#folder, { recursive: true });
+    warn((await this.#hints).trim());
   }
 
   #clock(): Clock {
@@ -152,7 +214,7 @@ async function outputOf(child: ReturnType<typeof startChild>, stream = child.std
 }
 
 /** Runs a test on a Mac of its own, and checks afterwards that the user has noticed nothing. */
-export async function withSimulatedMac<Result>(world: string, test: (simulated: SimulatedMac) => Promise<Result>,
+export async function withSimulatedMac<Result>(world: string | URL, test: (simulated: SimulatedMac) => Promise<Result>,
   options: SimulatedMacOptions = {}): Promise<Result> {
   const simulated = await SimulatedMac.start(world, options);
   try {

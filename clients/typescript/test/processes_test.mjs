@@ -1,13 +1,11 @@
-// What becomes of runs that are cut off, of two acts on one application, and of what a test leaves.
+// What becomes of runs that are cut off or wrong, and of two acts on one application.
 import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
-import { mkdtempSync, readdirSync, readFileSync, rmSync } from "node:fs";
-import { tmpdir } from "node:os";
-import { join } from "node:path";
+import { readdirSync, readFileSync } from "node:fs";
 import { test } from "node:test";
 import { createInterface } from "node:readline";
 import { fileURLToPath } from "node:url";
-import { DriverError, Mac, NoReplyError, ordinaryClock, TimedOutError } from "driver-client";
+import { Mac, NoReplyError, ordinaryClock, TimedOutError } from "driver-client";
 import { endChild, startChild } from "../dist/children.js";
 import { desk, executables, onMac, root, startMac } from "./support.mjs";
 
@@ -172,48 +170,30 @@ test("one text in the place of several is refused", async () => {
     new TypeError("ownedTexts is a list of texts, not one text"));
 });
 
-test("the fixture fails a test in which the user's state has changed or a rule was broken", async () => {
-  await assert.rejects(onMac(desk, async (simulated) => {
-    await simulated.tell("lock");
-    await simulated.tell("user", "move", "10,20");
-  }), { message: "the user's state is not as before: locked was false and is true; pointer.x was 980 and is " +
-    "10; pointer.y was 420 and is 20" });
-  await assert.rejects(startMac("nonsense"), DriverError);
-  await assert.rejects(onMac(desk, (simulated) => simulated.tell("nonsense")), DriverError);
-});
-
-test("the fixture says in the journal why the test has failed", async () => {
-  const folder = mkdtempSync(join(tmpdir(), "report-"));
-  const page = join(folder, "report.html");
-  let line;
-  await assert.rejects(onMac(desk, () => {
-    const error = new RangeError("no answer\nexpected one");
-    line = /processes_test\.mjs:(\d+)/.exec(error.stack)[1];
-    throw error;
-  }, { report: page }), RangeError);
-  const text = `"text":"RangeError: no answer (processes_test.mjs:${line})\\nexpected one"`;
-  assert.ok(readFileSync(page, "utf8").includes(text), text);
-  rmSync(folder, { recursive: true });
-});
-
-test("a wait in vain says for what, and what was there instead", () => onMac(desk, async ({ mac }) => {
-  const ask = async () => (await mac.app("Chat").findText(["Never"])).counts["Never"];
-  await assert.rejects(mac.until(ask, { timeoutMs: 1000, what: "the answer" }), { name: "WaitedInVainError",
-    message: "waited 1000 ms in vain for the answer, and asked 6 times; at last driver ax-find-text Chat Never " +
-      'replied {"counts":{"Never":0},"frames":{},"ok":true}' });
-  await assert.rejects(mac.until(async () => null, { timeoutMs: 0 }),
-    { message: "waited 0 ms in vain, and asked once; the last answer was null" });
+test("a failure of an application that hangs says so", () => onMac(desk, async (simulated) => {
+  await simulated.tell("hang", "Chat");
+  await assert.rejects(simulated.mac.app("Chat").press("Accept"), { name: "HungError",
+    text: 'ax-press-exact: the application did not answer for twelve seconds: no element labelled "Accept"' });
 }));
 
-test("the fixture writes a report of what happened when the test fails", async () => {
-  const folder = mkdtempSync(join(tmpdir(), "report-"));
-  const page = join(folder, "report.html");
-  await assert.rejects(onMac(desk, ({ mac }) => mac.app("Chat").press("Nowhere"), { report: page }), DriverError);
-  assert.match(readFileSync(page, "utf8"), /no element labelled/);
-  await onMac(desk, (simulated) =>
-    assert.rejects(simulated.report(join(folder, "nowhere", "report.html")), /no report: /));
-  rmSync(folder, { recursive: true });
+test("a word that is not in the list is refused", async () => {
+  const mac = new Mac({ driver: "/nowhere/driver" });
+  const notes = mac.app("Notes");
+  for (const [call, text] of [
+    [() => notes.insert("Body", "append", "text"),
+      'mode is one of replace, message, end, new_line, caret, not "append"'],
+    [() => notes.press("Send", { which: "first" }), 'which is one of only, last, not "first"'],
+    [() => notes.click(1, 2, { button: "middle" }), 'button is one of left, right, not "middle"'],
+    [() => notes.slider("Size", { value: "80" }), 'value is one of a number, increment, decrement, not "80"'],
+    [async () => mac.lockGuard({ language: "de" }), 'language is one of zh, en, not "de"'],
+  ]) await assert.rejects(call, new TypeError(text));
+  await assert.rejects(notes.slider("Size", { value: 80.5 }), NoReplyError);
 });
+
+test("a failure says what to do", () => onMac(desk, ({ mac }) => assert.rejects(mac.app("Chat").press("Like"), {
+  text: 'ax-press-exact: 2 elements labelled "Like"',
+  message: 'ax-press-exact: 2 elements labelled "Like"\nWhat to do: Name the container, or pass last for the lowest one.',
+})));
 
 test("the example of the page does what the page says", () => {
   const page = readFileSync(new URL("clients/typescript/README.md", root), "utf8");

@@ -13,11 +13,14 @@ const list = new ItemList(names, screensOf);
 
 function summarise() {
   const runs = new Set(journal.items.filter((item) => item.run !== null).map((item) => item.run));
-  const failed = journal.items.filter((item) => hasFailed(item) && !isFailure(item)).length;
+  const failures = journal.items.filter(isFailure).length;
+  const steps = journal.items.filter((item) => hasFailed(item) && !isFailure(item)).length;
+  const failed = failures === 0 ? `Steps with failures: ${steps}`
+    : `Failures: ${failures}. Other steps with failures: ${steps}`;
   const end = record.end === null ? "Made while the Mac still ran, or after it was killed"
     : `${milliseconds(record.end.at)} of ${record.header.time} time`;
   const seed = record.header.seed === undefined ? "" : ` Seed ${record.header.seed}.`;
-  byId("summary").textContent = `Processes: ${runs.size}. Steps with failures: ${failed}. ` +
+  byId("summary").textContent = `Processes: ${runs.size}. ${failed}. ` +
     `${end}.${seed} ${record.header.program}.`;
   if (record.endWorld !== null) byId("summary").append(" ", wayToEnd());
 }

@@ -4,7 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include "guard/guard_tap.h"
+#include "main/globals.h"
+#include "tests/support/channels.h"
 #include "tests/support/guarded.h"
+#include "tests/support/inside.h"
 
 // A guard whose tap does not work watches nobody, and one whose process has lost the permission
 // holds up all that the user does. Such a guard does not start, or locks and goes.
@@ -19,6 +23,7 @@ using testing_support::guardedDesk;
 using testing_support::guardSays;
 using testing_support::Mode;
 using testing_support::Result;
+using testing_support::runInside;
 using testing_support::seen;
 using testing_support::TestMac;
 
@@ -38,6 +43,44 @@ TEST(guard_tap, that_would_see_no_keys_counts_as_none) {
 TEST(guard_tap, that_cannot_be_enabled_counts_as_none) {
   EXPECT_EQ(seen(guard(guardedDesk, {}, {"tap.enable 1 refused"})), refusal);
   EXPECT_EQ(seen(guard(guardedDesk, {}, {"tap.is-enabled 1 refused"})), refusal);
+}
+
+TEST(guard_tap, that_is_not_answered_for_at_first_fails_the_guard) {
+  for (const char* question : {"tap.can-be-made 1", "tap.is-enabled 1"}) {
+    const Result run = guard(deskForAMinute({}), {}, {std::string(question) + " hang"});
+    EXPECT_EQ(seen(run), refusal) << question;
+    EXPECT_EQ(run.elapsed, 2'100'000) << question;
+  }
+}
+
+TEST(guard_tap, that_holds_all_input_from_the_start_lets_it_go_within_three_seconds) {
+  for (const auto& [reader, end] :
+       {std::pair("2s user key b", 2'100'000), std::pair("2s stall output", 2'350'000)}) {
+    TestMac mac(deskForAMinute({"100ms withdraw accessibility", "200ms user key a", reader}),
+                {"tap.is-enabled 1 hang"}, Mode::direct);
+    EXPECT_EQ(guard(mac).elapsed, end) << reader;
+    EXPECT_TRUE(mac.desktop().mac().tapLine.waiting.empty()) << reader;
+    EXPECT_FALSE(mac.world().session.locked.value_or(false)) << reader;
+  }
+}
+
+TEST(guard_tap, that_is_answered_for_once_the_guard_is_given_up_begins_nothing) {
+  TestMac mac(guardedDesk, {}, Mode::direct);
+  bool hasBegun = false;
+  const Result run = runInside(mac, [&] {
+    driver::globals().guardWatch = driver::GuardWatch::failed;
+    driver::watchForReturn();
+    hasBegun = true;
+  });
+  EXPECT_EQ(run.status, testing_support::stillRunning);
+  EXPECT_FALSE(hasBegun);
+}
+
+TEST(guard_tap, that_is_late_to_be_answered_for_watches_all_the_same) {
+  const Result run =
+      guard(deskWith({"3s user key a"}), {}, {"tap.can-be-made 1 late", "tap.is-enabled 1 late"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+  EXPECT_EQ(run.elapsed, 3'500'000);
 }
 
 TEST(guard_tap, that_fails_unheard_locks_at_the_next_look) {
@@ -84,7 +127,8 @@ TEST(guard_tap, ends_the_guard_when_one_question_is_answered_no) {
 // The guard has looked, and the notice comes: the tap is enabled again, and all is well.
 TEST(guard_tap, that_is_disabled_at_the_instant_of_a_look_is_enabled_again) {
   for (const char* notice : {"disable taps", "disable taps timeout"}) {
-    const Result run = guard(deskForAMinute({std::string("1s ") + notice, "3s user key a"}));
+    const Result run = guard(deskForAMinute({"3s user key a"}), {},
+                             {std::string("tap.is-enabled 2 before ") + notice});
     EXPECT_EQ(seen(run), guardSays({endedBy("user")})) << notice;
   }
 }
@@ -129,6 +173,13 @@ TEST(guard_tap, ends_the_guard_in_time_when_neither_question_nor_lock_comes_back
 TEST(guard_tap, may_be_slow_to_answer_for) {
   const Result run = guard(deskWith({"3500ms user key a"}), {}, {"ax.trusted 2 late"});
   EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+}
+
+TEST(guard_lock, that_a_silent_tap_asks_for_and_that_does_not_come_back_is_reported_in_time) {
+  const Result run =
+      guard(deskForAMinute({"100ms silence taps"}), {}, {"private.lock-screen 1 hang"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("loop", false)}));
+  EXPECT_EQ(run.elapsed, 3'600'000);
 }
 
 struct TapEnding {

@@ -100,6 +100,17 @@ TEST(save_panel, is_typed_into_when_its_service_is_the_target) {
             success(R"({"ok":true,"pid":51,"via":"background","window":61})"));
 }
 
+TEST(save_panel, beside_one_that_is_the_target_gets_the_keys_unless_they_cannot_be_told_apart) {
+  const std::string both = deskWith(panel + service("51", "61 at 70,100 size 20x20"));
+  TestMac known(both);
+  EXPECT_EQ(seen(known.driver("bg-type Service51 x")), intoPanel);
+
+  TestMac unknown(both + "    missing _AXUIElementGetWindow\n");
+  EXPECT_EQ(seen(unknown.driver("bg-type Service51 x")),
+            success(R"({"ok":true,"pid":51,"via":"background","window":61})"));
+  EXPECT_EQ(unknown.valueOf("Service51", "Name51"), "x");
+}
+
 TEST(save_panel, over_a_sheet_is_looked_for_at_the_sheets_corner) {
   const std::string sheet =
       "        window 13 at 80,120 size 100x50 sheet of 12\n"
