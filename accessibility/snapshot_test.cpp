@@ -24,6 +24,15 @@ constexpr const char* send = R"(
             AXButton "Send" at 120,90 size 60x20
 )";
 
+TEST(snapshot, reads_children_that_were_taken_away_again) {
+  TestMac mac(send);
+  runInside(mac, [&] {
+    Snapshot window(elementOf(mac, "Notes", "Inbox"));
+    EXPECT_EQ(window.takeChildren().size(), 1U);
+    EXPECT_EQ(window.children().size(), 1U);
+  });
+}
+
 TEST(axLabel, is_the_first_text_that_is_not_empty) {
   EXPECT_EQ(labelOfElement(R"(AXButton "T" description "D" placeholder "P" help "H")"), "T");
   EXPECT_EQ(labelOfElement(R"(AXButton "" description "Close" placeholder "P")"), "Close");

@@ -150,8 +150,9 @@ TEST(walk, gives_an_element_away_with_its_children_and_goes_on_below_it) {
     EXPECT_EQ(window.children().size(), 2U);
     EXPECT_EQ(axLabel(*walk.next()), "A");
   });
-  // The window and two elements.
+  // The window and two elements. The application's windows alone are asked for by themselves.
   EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.attributes"), 3);
+  EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "ax.attribute"), 1);
 }
 
 }  // namespace

@@ -30,6 +30,17 @@ bool focusOn(TestMac& mac, platform::Pid pid, platform::WindowNumber window, boo
   return valueInside(mac, [&] { return Sky::focus(pid, window, give); });
 }
 
+TEST(keyboardFocus, is_a_window_and_whether_an_element_of_it_has_the_keyboard) {
+  TestMac mac(std::string(skyFocusDesk) +
+              "            AXTextArea \"Body\" at 120,130 size 100x100 focused\n");
+  runInside(mac, [&] {
+    const Sky::KeyboardFocus found = Sky::keyboardFocus(41);
+    ASSERT_TRUE(found.window);
+    EXPECT_EQ(ax::hash(*found.window), ax::hash(elementOf(mac, "Notes", "Inbox")));
+    EXPECT_TRUE(found.hasElement);
+  });
+}
+
 TEST(sky_focus, gives_focus_by_one_record_and_waits) {
   TestMac mac(skyFocusDesk);
   const Result run = runInside(mac, [] { EXPECT_TRUE(Sky::focus(41, 7, true)); });

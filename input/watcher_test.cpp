@@ -149,5 +149,15 @@ TEST(reportInput, says_nothing_of_the_tools_own_input_and_of_a_trembling_pointer
   EXPECT_EQ(reported({own, move(1)}, 41), "");
 }
 
+TEST(reportInput, of_a_notice_waits_for_the_tap_that_it_is_about) {
+  TestMac mac(watcherDesk);
+  const Result run = runInside(mac, [] {
+    tap::Event notice;
+    notice.type = tap::disabledByTimeout;
+    reportInput(notice);
+  });
+  EXPECT_EQ(run.calls, std::vector<std::string>{});
+}
+
 }  // namespace
 }  // namespace driver

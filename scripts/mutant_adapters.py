@@ -23,25 +23,26 @@ def adapter_files():
 class AdapterGround:
     """The tests without mistakes, built below build/mutants, which have to pass."""
 
-    def __init__(self):
+    def __init__(self, suites):
+        self.suites = suites
         self.project = Project(
-            ROOT, ADAPTERS + "standins", ROOT / "build/mutants/adapters", "", SUITES, (),
+            ROOT, ADAPTERS + "standins", ROOT / "build/mutants/adapters", "", suites, (),
             ["-DCMAKE_CXX_COMPILER=" + (shutil.which("clang++-14") or "clang++"), *launcher()])
         self.project.configure()
-        for suite in SUITES:
+        for suite in suites:
             failure = failure_in(self.project.build(suite))
             if failure is not None:
                 raise SystemExit(f"the tests fail without any mistake: {failure}")
 
     def suites_with(self, source):
-        return [suite for suite in SUITES if any(each["file"] == str(source) and f"/{suite}.dir/" in each["command"]
+        return [suite for suite in self.suites if any(each["file"] == str(source) and f"/{suite}.dir/" in each["command"]
                                                  for each in self.project.commands.compilations)]
 
     def is_quick(self, number):
         return True
 
     def stages(self):
-        return [SUITES]
+        return [self.suites]
 
     def killer_of(self, number, mutant, suites):
         """The test that fails; None when none does. Throws DoesNotBuild."""

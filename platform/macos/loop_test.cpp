@@ -59,8 +59,11 @@ uint64_t clock_gettime_nsec_np(clockid_t clock) { return clock == CLOCK_UPTIME_R
 
 int nanosleep(const timespec* asked, timespec* left) {
   played().sleeps.emplace_back(asked->tv_sec, asked->tv_nsec);
-  errno = std::exchange(played().failure, 0);
-  if (errno != 0) return -1;
+  // One that comes to its end leaves `errno` as it was.
+  if (const int failure = std::exchange(played().failure, 0); failure != 0) {
+    errno = failure;
+    return -1;
+  }
   if (played().interruptions == 0) return 0;
   --played().interruptions;
   *left = {0, 7};

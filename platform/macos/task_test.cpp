@@ -1,5 +1,6 @@
 #include <pthread.h>
 
+#include <cstddef>
 #include <future>
 
 #include "platform/loop.h"
@@ -41,4 +42,17 @@ TEST_F(startTask, is_another_thread_and_frees_what_was_set_aside) {
   });
   EXPECT_FALSE(pthread_equal(ended.get_future().get(), pthread_self()));
   EXPECT_TRUE(isGone);
+}
+
+TEST_F(startTask, has_the_stack_of_a_main_thread) {
+  std::promise<std::size_t> told;
+  loop::startTask([&] {
+    pthread_attr_t attributes;
+    std::size_t bytes = 0;
+    pthread_getattr_np(pthread_self(), &attributes);
+    pthread_attr_getstacksize(&attributes, &bytes);
+    pthread_attr_destroy(&attributes);
+    told.set_value(bytes);
+  });
+  EXPECT_EQ(told.get_future().get(), 8'388'608U);
 }

@@ -150,6 +150,30 @@ TEST(ax_popup_items, are_found_60_levels_deep) {
   }
 }
 
+TEST(ax_popup_items, have_the_texts_of_60_levels) {
+  std::string lines = "            AXMenuItem \"One\"\n";
+  std::string indent = "                ";
+  for (int level = 1; level < 60; ++level, indent += " ") lines += indent + "AXGroup\n";
+  lines += indent + "AXStaticText value \"in\"\n" + indent + "AXGroup\n" + indent +
+           " AXStaticText value \"beyond\"\n";
+  TestMac mac(inWindow(lines));
+  EXPECT_EQ(seen(mac.driver("ax-popup-items Notes")),
+            success(R"({"items":[)" + item("One", R"("in")") + R"(],"ok":true})"));
+}
+
+TEST(ax_popup_items, have_the_texts_of_20000_elements_together) {
+  const auto textBehind = [](int others) {
+    TestMac mac(inWindow("            AXMenuItem \"One\"\n                AXGroup repeat " +
+                         std::to_string(others) +
+                         "\n                AXGroup\n"
+                         "                    AXStaticText value \"text\"\n"));
+    return seen(mac.driver("ax-popup-items Notes"));
+  };
+  EXPECT_EQ(textBehind(19'998),
+            success(R"({"items":[)" + item("One", R"("text")") + R"(],"ok":true})"));
+  EXPECT_EQ(textBehind(19'999), success(R"({"items":[)" + item("One", "") + R"(],"ok":true})"));
+}
+
 TEST(ax_popup_items, need_an_application) {
   TestMac mac(inWindow(""));
   EXPECT_EQ(seen(mac.driver("ax-popup-items Notes")), success(R"({"items":[],"ok":true})"));

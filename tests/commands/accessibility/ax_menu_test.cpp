@@ -190,4 +190,21 @@ TEST(ax_menubar, lists_the_titles_in_order_empty_ones_included) {
             success(R"({"menus":["File","","Edit"],"ok":true})"));
 }
 
+TEST(ax_menu, looks_into_20000_menus_of_an_item) {
+  const auto pressedBehind = [](int emptyMenus) {
+    TestMac mac(R"(
+    app Notes pid 41
+        AXMenuBar
+            AXMenuBarItem "File"
+                AXMenu repeat )" +
+                std::to_string(emptyMenus) + R"(
+                AXMenu
+                    AXMenuItem "New"
+)");
+    return seen(mac.driverWith(menu({"File", "New"})));
+  };
+  EXPECT_EQ(pressedBehind(19'999), pressed("File > New"));
+  EXPECT_EQ(pressedBehind(20'000), refused(R"(no menu item \"New\" under File; available: )"));
+}
+
 }  // namespace ax_menu_test

@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "guard/guard_end.h"
@@ -161,11 +162,11 @@ TEST(guard_exits, that_somebody_else_makes_lock_unless_the_guard_has_decided_its
   EXPECT_FALSE(locksAtForeignExit(false, true));
 }
 
-// What the rules ask of every guard they ask here of one that does not end by itself.
-TEST(guard_exits, that_somebody_else_makes_in_a_guard_at_work_wait_for_the_login_window) {
-  TestMac mac(testing_support::guardedDesk, {}, Mode::direct);
+/// A guard at work that does not end by itself.
+Result guardWithForeignExit(const std::vector<std::string>& faults) {
+  TestMac mac(testing_support::guardedDesk, faults, Mode::direct);
   const std::vector<std::string> commandLine = {"driver", "lock-guard"};
-  const Result run = mac.record(commandLine, {}, [&](std::size_t client) {
+  return mac.record(commandLine, {}, [&](std::size_t client) {
     return testing_support::runBodyDirect(mac.desktop(), client, [&] {
       driver::renewGlobals();
       driver::initialise(commandLine);
@@ -173,7 +174,27 @@ TEST(guard_exits, that_somebody_else_makes_in_a_guard_at_work_wait_for_the_login
       driver::lockGuard();
     });
   });
-  EXPECT_EQ(seen(run), "3 " + std::string(testing_support::guardStarts));
+}
+
+// What the rules ask of every guard they ask here too.
+TEST(guard_exits, that_somebody_else_makes_in_a_guard_at_work_wait_for_the_login_window) {
+  for (const auto& [faults, elapsed] :
+       {std::pair(std::vector<std::string>{}, 500'000),
+        std::pair(std::vector<std::string>{"private.lock-screen 1 late"}, 1'500'000)}) {
+    const Result run = guardWithForeignExit(faults);
+    EXPECT_EQ(seen(run), "3 " + std::string(testing_support::guardStarts));
+    EXPECT_EQ(run.elapsed, elapsed);
+  }
+}
+
+// The covers stay until the login window shows.
+TEST(guard_exits, by_a_fault_of_its_own_lock_and_wait_half_a_second) {
+  TestMac mac("display 1 1440x900", {}, Mode::direct);
+  const Result run = testing_support::runInside(mac, [] {
+    driver::prepareScreenLock();
+    driver::lockInLastAct();
+  });
+  EXPECT_TRUE(mac.world().session.locked.value_or(false));
   EXPECT_EQ(run.elapsed, 500'000);
 }
 

@@ -133,6 +133,14 @@ TEST(guard_tap, that_is_disabled_at_the_instant_of_a_look_is_enabled_again) {
   }
 }
 
+// Seen disabled twice, each time with the notice on its way, for which there are 100 ms.
+TEST(guard_tap, that_is_seen_disabled_again_has_its_own_time_for_the_notice) {
+  const Result run = guard(deskForAMinute({"1050ms disable taps", "1150ms disable taps",
+                                           "1220ms disable taps", "3s user key a"}),
+                           {}, {"tap.is-enabled 2 refused", "tap.is-enabled 4 refused"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+}
+
 TEST(guard_tap, ends_the_guard_when_one_question_does_not_come_back) {
   for (const char* question : {"ax.trusted 2", "tap.is-enabled 3", "tap.can-be-made 3"}) {
     const Result run = guard(deskForAMinute({}), {}, {std::string(question) + " hang"});

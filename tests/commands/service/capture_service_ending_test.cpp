@@ -130,6 +130,18 @@ TEST(capture_service_ending, closing_the_input_stops_every_stream_and_gives_focu
       "  760 ms  sharing 41/7 stop\n");
 }
 
+TEST(capture_service_ending, of_a_session_alone_gives_its_focus_back) {
+  TestMac mac(std::string(serviceDesk) + "    at 5s signal 15\n");
+
+  const Result run = serve(
+      mac,
+      {openLine("n", "Notes"), commandLine("n", "bg-focus-hold Notes"), sessionLine("close", "n")},
+      {{}, {}, false, {}});
+
+  EXPECT_EQ(seen(run), served(143, {notesShared, notesHeld, closed}));
+  EXPECT_LT(run.effects.find("focus 41/7 take"), run.effects.find("signal 15"));
+}
+
 TEST(capture_service_ending, a_failure_gives_held_focus_back) {
   TestMac mac(serviceDesk);
 

@@ -89,6 +89,14 @@ TEST(footprint_of_searches_for_controls, is_a_handle_for_each_child_that_lies_to
   }
 }
 
+TEST(footprint_of_stairs, is_bounded_by_what_may_still_be_visited) {
+  // Each step leaves ten thousand elements behind, of which all but a few are out of reach.
+  for (const char* line : {"ax-match Notes Nothing -1 -1", "ax-find-text Notes Nothing"}) {
+    SCOPED_TRACE(line);
+    EXPECT_LE(measured(line, Shape::stairs, 400'000).peakBytes, 6'000'000);
+  }
+}
+
 TEST(footprint_of_find_text, does_not_grow_with_what_it_finds) {
   // All the texts together in one reply would be some 500 kB.
   const Measure few = measured("ax-find-text Notes tttt bbbb", Shape::bushy, small);

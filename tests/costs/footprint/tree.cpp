@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t chainLength = 50;
 constexpr std::size_t branches = 8;
+constexpr std::size_t stepLength = 10'000;
 constexpr std::size_t controlDepth = 60;
 constexpr platform::Pid applicationPid = 41;
 
@@ -46,6 +47,8 @@ std::size_t parentOf(std::size_t node, Shape shape) {
       return (node - 1) / branches;
     case Shape::fringe:
       return std::min(node - 1, controlDepth);
+    case Shape::stairs:
+      return (node - 1) / stepLength * stepLength;
   }
   return 0;
 }

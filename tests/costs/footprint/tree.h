@@ -11,6 +11,7 @@ enum class Shape {
   deep,    // chains of 50 elements
   bushy,   // eight under each
   fringe,  // all under the last of a chain of as many as searches for controls go down
+  stairs,  // ten thousand under the window, as many under the last of these, and so on
 };
 
 /// The tree of the only application: so many elements, the window among them. A quarter are buttons
