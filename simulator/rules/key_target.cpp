@@ -188,7 +188,8 @@ void KeyTargetRules::noteSheets(const Call& call) {
   const auto meant = meant_.find(read.pid);
   const Window* window = meant == meant_.end() ? nullptr : findWindow(world, meant->second);
   if (window == nullptr || rootOf(world, *window).number != element->window) return;
-  if (chosen_.insert(read.pid).second) meant->second = keysOf(world, application);
+  // The user may have gone to another window since the run was told of this one.
+  if (chosen_.insert(read.pid).second) meant->second = innermostSheet(world, element->window);
 }
 
 void KeyTargetRules::checkPost(const Call& call, Violations& violations) {
