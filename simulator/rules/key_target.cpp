@@ -133,7 +133,8 @@ void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
     const auto told = driver::unpack<platform::WireReadings>(answer.value);
     toldKey_ = told.slots.empty() ? driver::Datum() : told.slots.front().value;
     hasAskedSince_ = true;
-    if (!seen.faulty) noteFocusedWindow(seen.call);
+    // Whoever has had no answer means the first window, whichever has the keyboard.
+    if (!seen.faulty && answer.delay < messagingTimeout) noteFocusedWindow(seen.call);
   }
   if (readsAttribute(seen.call, "AXChildren") && isTold(answer)) noteSheets(seen.call);
   if (readsAttribute(seen.call, "AXMenuBar")) {
