@@ -53,7 +53,8 @@ void GuardRules::takeItem(const WireItem& item) {
 void GuardRules::checkCallback(const Call& call, Violations& violations) {
   const bool isClock = call.function == Function::uptime || call.function == Function::calendar;
   const bool isAllowed = call.function == Function::tapVerdict || (isClock && graceSeconds() > 0);
-  if (isAllowed || lockAsked_ || locksBegun_ > 0 || !canLock_) return;
+  // Grace that ended the guard may run out while its line is written.
+  if (isAllowed || lockAsked_ || locksBegun_ > 0 || !canLock_ || graceTaken_) return;
   const bool asksForLock =
       call.function == Function::lockScreen || call.function == Function::signalSemaphore;
   if (!isUsers(*event_)) {

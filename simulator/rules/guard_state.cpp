@@ -82,7 +82,9 @@ bool GuardStateRules::isWatched() const {
 Microseconds GuardStateRules::coveredUntil() const {
   const Mac& mac = run_.mac;
   if (!mac.screensChanged) return 0;
-  const Microseconds known = std::max(*mac.screensChanged + newScreenMax, answered_);
+  // Of a change before its first line the guard hears after that.
+  const Microseconds heard = std::max(*mac.screensChanged, began_.value_or(0));
+  const Microseconds known = std::max(heard + newScreenMax, answered_);
   // A guard that has asked for the lock by then leaves the screen to the login window.
   return lock_ && lock_->asked <= known ? std::max(known, lock_->due) : known;
 }
@@ -93,7 +95,7 @@ void GuardStateRules::before(const ObservedCall& seen, Violations& violations) {
   if (run_.command() != "lock-guard" || seen.call.function != Function::writeOutput) return;
   const auto line = nlohmann::json::parse(Arguments(seen.call).text(0), nullptr, false);
   if (!line.is_object()) return;  // another rule's
-  began_ = began_ || line.contains("covers");
+  if (line.contains("covers") && !began_) began_ = run_.mac.now;
   over_ = over_ || line.value("by", "") == "grace" || !line.value("relocked", true);
 }
 

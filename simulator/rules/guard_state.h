@@ -29,7 +29,7 @@ class GuardStateRules : public Rule {
   void checkExposure(Violations& violations);
   void noteLock();
 
-  bool began_ = false;              // the first line has been tried to write
+  std::optional<Microseconds> began_;  // when the first line was tried to write
   bool over_ = false;               // grace has ended it, it has locked, or said that it could not
   bool lockAsked_ = false;          // and the system has accepted it
   std::optional<ComingLock> lock_;  // the latest that was to show, by anybody

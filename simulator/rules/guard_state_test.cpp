@@ -81,6 +81,24 @@ TEST_F(guard_state, gives_half_a_second_for_a_screen_that_changes) {
   EXPECT_EQ(violations_, bare);
 }
 
+TEST_F(guard_state, gives_half_a_second_since_the_first_line_for_a_screen_that_changed_before_it) {
+  mac_.now = 5'000'000;
+  mac_.screensChanged = 4'000'000;
+  mac_.world.covers.clear();
+  GuardStateRules late(run_);
+  const platform::Call call{
+      Function::writeOutput,
+      {driver::pack("{\"covers\":1,\"keepAwake\":true,\"ok\":true}"), driver::pack(true)}};
+  late.before({call}, violations_);
+  late.beforeTimePasses(violations_);
+  mac_.now += 500'000;
+  late.beforeTimePasses(violations_);
+  EXPECT_EQ(violations_, Sentences());
+  ++mac_.now;
+  late.beforeTimePasses(violations_);
+  EXPECT_EQ(violations_, bare);
+}
+
 TEST_F(guard_state, forbids_a_cover_to_go_before_a_screen_that_the_guard_knows_has_its_new_one) {
   const platform::Call close{Function::closePanel, {driver::pack(0)}};
   mac_.world.displays[0].frame.width = 1680;

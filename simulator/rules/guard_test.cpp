@@ -207,6 +207,17 @@ TEST_F(guard_rules, forbid_to_call_anything_before_the_lock) {
   EXPECT_EQ(violations_, Sentences{"P14: the guard calls something before it locks"});
 }
 
+TEST_F(guard_rules, let_grace_run_out_while_its_line_is_written) {
+  start("3");
+  mac_.now = 2'900'000;
+  comes(key);
+  write("{\"by\":\"grace\",\"ok\":true}");
+  mac_.now = 3'100'000;
+  call(Function::postToMain);
+  verdict(false);
+  EXPECT_EQ(violations_, Sentences());
+}
+
 TEST_F(guard_rules, forbid_to_ask_a_clock_where_there_is_no_grace) {
   start();
   comes(key);

@@ -41,6 +41,7 @@ class InsertRules : public Rule {
   std::string expected() const;
   std::optional<std::string> staticTexts(const Key& field) const;
   bool holdsExpected() const;
+  bool isMisledAbout(const Key& field) const;
 
   std::map<Key, std::string> told_;       // the AXValue that was answered last; empty for no text
   std::map<Key, std::string> toldSince_;  // the same, after a text was written

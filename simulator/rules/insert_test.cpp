@@ -65,6 +65,23 @@ const std::vector<std::string> replaced = {"I13: a text was replaced that the ru
 const std::vector<std::string> unseen = {
     "I13: a success, and the field was not seen to hold the text"};
 
+TEST_F(insertion_rules, ask_nothing_of_a_write_that_the_system_refuses) {
+  begin("\n    AXTextArea \"F\" value \"theirs\"", "replace", "ours");
+  desktop_->mac().world.accessibilityAllowed = false;
+  read("AXValue");
+  write("AXValue", "ours");
+  EXPECT_EQ(end(false), noViolations);
+}
+
+TEST_F(insertion_rules, forbid_to_replace_what_could_be_read_again) {
+  begin("\n    AXTextArea \"F\" value \"theirs\"", "replace", "ours");
+  desktop_->mac().world.accessibilityAllowed = false;
+  read("AXValue");
+  desktop_->mac().world.accessibilityAllowed = true;
+  write("AXValue", "ours");
+  EXPECT_EQ(end(false), replaced);
+}
+
 TEST_F(insertion_rules, see_an_empty_text_in_a_field_that_takes_none) {
   begin("\n    AXTextArea \"F\" disabled", "end", "");
   read("AXValue");

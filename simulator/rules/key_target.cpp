@@ -133,7 +133,8 @@ void KeyTargetRules::noteReading(const ObservedCall& seen, const Answer& answer,
     const auto told = driver::unpack<platform::WireReadings>(answer.value);
     toldKey_ = told.slots.empty() ? driver::Datum() : told.slots.front().value;
     hasAskedSince_ = true;
-    if (!seen.faulty) noteFocusedWindow(seen.call);
+    // Whoever has had no answer means the first window, whichever has the keyboard.
+    if (!seen.faulty && answer.delay < messagingTimeout) noteFocusedWindow(seen.call);
   }
   if (readsAttribute(seen.call, "AXChildren") && isTold(answer)) noteSheets(seen.call);
   if (readsAttribute(seen.call, "AXMenuBar")) {
@@ -188,7 +189,8 @@ void KeyTargetRules::noteSheets(const Call& call) {
   const auto meant = meant_.find(read.pid);
   const Window* window = meant == meant_.end() ? nullptr : findWindow(world, meant->second);
   if (window == nullptr || rootOf(world, *window).number != element->window) return;
-  if (chosen_.insert(read.pid).second) meant->second = keysOf(world, application);
+  // The user may have gone to another window since the run was told of this one.
+  if (chosen_.insert(read.pid).second) meant->second = innermostSheet(world, element->window);
 }
 
 void KeyTargetRules::checkPost(const Call& call, Violations& violations) {

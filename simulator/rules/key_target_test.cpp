@@ -176,6 +176,24 @@ TEST_F(broken_key_targets, that_a_menu_item_is_pressed_for_all_the_same) {
   EXPECT_EQ(end(), Sentences{chosen});
 }
 
+TEST_F(broken_key_targets, stay_those_whose_sheets_are_read_while_the_user_is_elsewhere) {
+  userGoesTo(7);
+  readFocusedWindow();
+  userGoesTo(8);
+  const Window* inbox = findWindow(mac_.world, 7);
+  platform::WireReadings children;
+  children.slots.push_back({pack(platform::ElementReference{41, 0})});
+  call(Function::axAttribute,
+       {pack(platform::ElementReference{41, inbox->element}), pack("AXChildren")}, pack(children));
+  userGoesTo(7);
+  postChord();
+  EXPECT_EQ(violations_, Sentences{});
+  userGoesTo(8);
+  postChord();
+
+  EXPECT_EQ(end(), (Sentences{chosen, chosen}));
+}
+
 TEST_F(broken_key_targets, in_front_are_those_that_had_the_keyboard_at_first) {
   userGoesTo(7);
   readFocusedWindow();
