@@ -29,10 +29,6 @@ constexpr std::uint32_t lockPatience = 2'000'000;
 // one beside this.
 constexpr std::uint32_t mainFlowPatience = 450'000;
 
-/// By when the main flow must be back from its next round: a second until then, and a little more
-/// than one for the questions that it asks there. So long it also has for its start.
-constexpr std::uint32_t roundPatience = 2'100'000;
-
 // A tap may be holding up all of the user's input since the round before.
 constexpr std::uint32_t stuckLockPatience = 750'000;
 
@@ -106,8 +102,9 @@ void lockInLastAct() {
   loop::sleepMicroseconds(lastMoments);
 }
 
-void awaitStuckMainFlow() {
-  while (loop::awaitRound(roundPatience)) {
+void awaitStuckMainFlow(std::uint32_t firstMicroseconds) {
+  for (std::uint32_t patience = firstMicroseconds; loop::awaitRound(patience);) {
+    patience = roundMicroseconds;
   }
 }
 

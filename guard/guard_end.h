@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,8 +26,16 @@ void lockAtAnyExit();
 /// Locks as a process does that dies of a signal.
 void lockInLastAct();
 
-/// For a flow of its own: waits until the main flow does not come back from one of its rounds.
-void awaitStuckMainFlow();
+/// How long the main flow has for the questions that it asks in a round.
+inline constexpr std::uint32_t questionsMicroseconds = 1'100'000;
+
+/// By when it must be back from its next round: it begins one each second. So long it also has for
+/// its start.
+inline constexpr std::uint32_t roundMicroseconds = 1'000'000 + questionsMicroseconds;
+
+/// For a flow of its own: waits until the main flow does not come back from one of its rounds, the
+/// first of which has a time limit of its own.
+void awaitStuckMainFlow(std::uint32_t firstMicroseconds);
 
 /// Locks and ends the process in the place of a main flow that is stuck. Comes back when somebody
 /// else is ending it.

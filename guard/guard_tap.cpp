@@ -1,5 +1,6 @@
 #include "guard/guard_tap.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "guard/grace.h"
@@ -51,11 +52,24 @@ bool decide(GuardWatch watch) {
   return globals().guardWatch.compare_exchange_strong(expected, watch);
 }
 
-/// For a flow of its own. Before the first line nobody relies on the guard: it need not lock.
+/// Waits until the main flow has come to watch, and gives what is left of the time for its first
+/// round. After a long start a round is due at once, and has the time that every round has.
+std::uint32_t timeAfterStart() {
+  const std::uint64_t start = loop::uptimeNanoseconds();
+  const bool hasBegun = loop::waitWithin(*globals().guardBegun, roundMicroseconds);
+  // Before the first line nobody relies on the guard: it need not lock.
+  if (!hasBegun && decide(GuardWatch::failed)) failInPlaceOfMainFlow(cannotWatch);
+  const std::uint64_t passed = (loop::uptimeNanoseconds() - start) / 1'000;
+  if (passed >= roundMicroseconds) return questionsMicroseconds;
+  return std::max(roundMicroseconds - static_cast<std::uint32_t>(passed), questionsMicroseconds);
+}
+
+/// For a flow of its own.
 void superviseMainFlow() {
-  awaitStuckMainFlow();
-  if (decide(GuardWatch::failed)) failInPlaceOfMainFlow(cannotWatch);
-  if (globals().guardWatch == GuardWatch::begun) endInPlaceOfMainFlow();
+  const std::uint32_t first = timeAfterStart();
+  if (globals().guardWatch == GuardWatch::failed) return;
+  awaitStuckMainFlow(first);
+  endInPlaceOfMainFlow();
 }
 
 // The system may go on trusting a process to which it gives no taps any more. A tap without the
@@ -89,6 +103,7 @@ void meetNotice() {
 }  // namespace
 
 void watchForReturn() {
+  globals().guardBegun = loop::makeSemaphore();
   loop::goRounds(betweenLooks, makeRound);
   // Before there is a tap: from then on it may hold up all that the user does, and the questions
   // about it may never come back.
@@ -96,6 +111,7 @@ void watchForReturn() {
   const bool watches = makeTap();
   if (!decide(watches ? GuardWatch::begun : GuardWatch::failed)) loop::suspend();
   if (!watches) fail(cannotWatch);
+  loop::signal(*globals().guardBegun);
 }
 
 Verdict guardVerdict(const tap::Event& event) {

@@ -115,6 +115,9 @@ struct Globals {
   /// by the one that does not wait for it any longer.
   std::atomic<GuardWatch> guardWatch = GuardWatch::undecided;
 
+  /// How the main flow says that it has.
+  std::optional<loop::Semaphore> guardBegun;
+
   /// The guard's tap. `guardRelocking`: it has decided that the guard ends, and swallows all input.
   /// `guardAwaitsNotice`: the tap was seen disabled, and no notice of that has come since.
   std::optional<tap::Tap> guardTap;

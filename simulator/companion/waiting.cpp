@@ -48,38 +48,48 @@ bool anyShown(const World& world, const Application& application, Fits fits) {
   return false;
 }
 
+constexpr std::size_t shownListBytesMax = 300;
+constexpr std::size_t shownTextBytesMax = 100;
+
+/// As much of a list as anybody reads.
+std::string beginningOfList(const Words& items, const char* between) {
+  std::string list;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (list.size() > shownListBytesMax) {
+      return list + " and " + std::to_string(items.size() - i) + " more";
+    }
+    if (i > 0) list += between;
+    list += items[i];
+  }
+  return list;
+}
+
+/// As much of a text as anybody reads, as it is written on a command line.
+std::string beginningInQuotes(const std::string& text) {
+  return simulator::inQuotes(simulator::beginningOf(text, shownTextBytesMax));
+}
+
 /// Texts in the order in which they are seen, each once, and none that is empty.
 class SeenTexts {
  public:
   void add(const std::string& text) {
-    if (!text.empty() && std::find(all_.begin(), all_.end(), text) == all_.end())
-      all_.push_back(text);
+    if (!text.empty() && known_.insert(text).second) all_.push_back(text);
   }
 
   bool isEmpty() const { return all_.empty(); }
 
-  /// As they are written on a command line; what is nearest to `wanted` stands first, as there may
-  /// be more than anybody reads.
+  /// What is nearest to `wanted` stands first, as there may be more than anybody reads.
   std::string listed(const std::string& wanted) const {
-    std::vector<std::string> texts = all_;
+    Words texts = all_;
     const auto first = std::find(texts.begin(), texts.end(), simulator::nearest(wanted, texts));
     if (first != texts.end()) std::rotate(texts.begin(), first, first + 1);
-    std::string list;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      if (list.size() > listBytesMax) {
-        return list + " and " + std::to_string(texts.size() - i) + " more";
-      }
-      if (i > 0) list += ", ";
-      list += simulator::inQuotes(simulator::beginningOf(texts[i], textBytesMax));
-    }
-    return list;
+    std::transform(texts.begin(), texts.end(), texts.begin(), beginningInQuotes);
+    return beginningOfList(texts, ", ");
   }
 
  private:
-  static constexpr std::size_t listBytesMax = 300;
-  static constexpr std::size_t textBytesMax = 100;
-
-  std::vector<std::string> all_;
+  Words all_;
+  std::set<std::string> known_;  // the same: an application may show very many
 };
 
 /// What there was, or that there was nothing.
@@ -162,17 +172,16 @@ bool hasValue(const World& world, const Application& application, const Words& w
 
 /// Of the elements with the label; of all elements when there is none.
 std::string valuesOf(const World& world, const Application& application, const Words& words) {
-  std::string values;
+  Words values;
   anyShown(world, application, [&](const Element& element) {
     if (simulator::labelOf(element) != words[0]) return false;
     const auto value = element.attributes.find("AXValue");
     const bool hasOne = value != element.attributes.end();
-    values += values.empty() ? "" : " and ";
-    values += hasOne ? simulator::inQuotes(textOf(value->second)) : "no value";
+    values.push_back(hasOne ? beginningInQuotes(textOf(value->second)) : "no value");
     return false;
   });
   if (values.empty()) return elementLabels(world, application, words);
-  return simulator::inQuotes(words[0]) + " had " + values;
+  return simulator::inQuotes(words[0]) + " had " + beginningOfList(values, " and ");
 }
 
 struct ConditionKind {

@@ -115,6 +115,21 @@ TEST(wait, in_vain_lists_no_more_than_anybody_reads) {
   EXPECT_EQ(line.substr(line.rfind(',')), ", \\\"row 28\\\" and 31 more");
 }
 
+TEST(wait, in_vain_shows_no_more_of_values_than_anybody_reads) {
+  std::string fields = "app Mail pid 41 frontmost\n    window 7 \"Inbox\" at 0,30 size 600x500\n";
+  fields +=
+      "        AXTextArea \"Body\" at 0,30 size 9x9 value \"" + std::string(200, 'a') + "\"\n";
+  for (int row = 0; row < 300; ++row) {
+    fields += "        AXTextField \"Row\" at 0,30 size 9x9 value \"x\"\n";
+  }
+  const ServedMac mac(fields);
+
+  EXPECT_EQ(insteadOf(mac, {"Mail", "value", "Body", "b"}),
+            "at last \\\"Body\\\" had \\\"" + std::string(100, 'a') + "…\\\"");
+  const std::string line = insteadOf(mac, {"Mail", "value", "Row", "y"});
+  EXPECT_EQ(line.substr(line.rfind("x\\\"")), "x\\\" and 261 more");
+}
+
 TEST(wait, in_vain_is_in_the_journal) {
   const ServedMac mac(mail);
   mac.command({"wait", "1s"});

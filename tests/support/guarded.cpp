@@ -37,7 +37,7 @@ Result guard(TestMac& mac, const Environment& environment, const Schedule& sched
   const long kept = (values.src ? 1 : 0) + (values.guardOruFace ? 1 : 0) +
                     (values.guardTap ? 1 : 0) + (values.guardUserPicture ? 1 : 0) +
                     (values.guardAppIcon ? 1 : 0) + (values.lockAsked ? 1 : 0) +
-                    (values.lockAnswered ? 1 : 0);
+                    (values.lockAnswered ? 1 : 0) + (values.guardBegun ? 1 : 0);
   EXPECT_EQ(simulated::liveHandles(), kept) << "I20: handles are alive";
   return result;
 }

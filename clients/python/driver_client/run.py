@@ -61,6 +61,8 @@ def command_line(command: str, given: Dict[str, Any]) -> List[str]:
     words = [command]
     for row in rows[:last]:
         value = given.get(row["name"])
+        if value is None and "default" not in row:
+            raise TypeError(f"{command} needs {row['name']}")
         words += _words(row, row["default"] if value is None else value)
     return words
 

@@ -65,6 +65,13 @@ def _place_of_caller() -> Tuple[str, int]:
     return frame.f_code.co_filename, frame.f_lineno
 
 
+def _is_file(text: str) -> bool:
+    try:
+        return Path(text).is_file()
+    except (OSError, ValueError):  # it cannot be a file's name
+        return False
+
+
 def _written(world: "os.PathLike[str] | str", folder: str) -> Tuple[str, str]:
     """The folder and the name of a world's file, which is made for a text."""
     if isinstance(world, os.PathLike):
@@ -72,7 +79,7 @@ def _written(world: "os.PathLike[str] | str", folder: str) -> Tuple[str, str]:
     if not isinstance(world, str):
         raise TypeError("a world is its text, or the path of its file as a pathlib.Path, not "
                         f"{type(world).__name__}")
-    if "\n" not in world and Path(world).is_file():
+    if _is_file(world):
         raise TypeError(f"{world!r} is taken for the text of a world; for the file say pathlib.Path({world!r})")
     (Path(folder) / "world").write_text(world, encoding="utf-8")
     return folder, "world"

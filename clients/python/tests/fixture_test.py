@@ -56,6 +56,12 @@ class Fixtures(unittest.TestCase):
                 start_mac(world)
             self.assertEqual(text, str(raised.exception))
 
+    def test_take_a_text_that_cannot_be_a_files_name(self):
+        with on_mac(f'app "{"N" * 5000}" pid 41 frontmost') as simulated:
+            self.assertTrue(simulated.mac.windows("N" * 5000)["running"])
+        with self.assertRaisesRegex(DriverError, "^no simulated Mac: world:1:1: error: unknown word '\0'"):
+            start_mac("\0")
+
     def test_warn_of_what_is_hardly_meant_where_they_are_called(self):
         world = 'app A pid 41 frontmost\n    window 7 "A" at 0,0 size 9x9\n        AXButon "B"\n'
         warning = ("world:3:9: warning: macOS knows no role 'AXButon'; did you mean 'AXButton'?\n"

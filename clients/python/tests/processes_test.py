@@ -82,6 +82,13 @@ class Calls(unittest.TestCase):
         with self.assertRaises(TypeError):
             Mac().bg_click("Notes", 1, 2, buton="right")
 
+    def test_without_an_argument_that_a_command_needs_are_refused(self):
+        notes = Mac(driver="/nowhere/driver").app("Notes")
+        with self.assertRaisesRegex(TypeError, "^bg-type needs text$"):
+            notes.type(None)
+        with self.assertRaisesRegex(TypeError, "^ax-insert needs mode$"):
+            notes.insert("Body", None, "text")
+
     def test_with_one_text_in_the_place_of_several_are_refused(self):
         with self.assertRaisesRegex(TypeError, "^texts is a list of texts, not one text$"):
             Mac().app("Notes").find_text("Order")

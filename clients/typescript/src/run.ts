@@ -45,7 +45,11 @@ export function commandLine(command: string, given: Record<string, unknown>): st
   if (unknown.length > 0) throw new TypeError(`${command} has no argument ${unknown.join(", ")}`);
   const isGiven = rows.map((row) => row.always || given[row.name] !== undefined);
   const words = rows.slice(0, isGiven.lastIndexOf(true) + 1)
-    .flatMap((row) => wordsOf(row, given[row.name] ?? row.default));
+    .flatMap((row) => {
+      const value = given[row.name] ?? row.default;
+      if (value === undefined) throw new TypeError(`${command} needs ${row.name}`);
+      return wordsOf(row, value);
+    });
   return [command, ...words];
 }
 

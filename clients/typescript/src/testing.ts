@@ -49,7 +49,11 @@ function shown(value: unknown): string {
 }
 
 function isFile(path: string): boolean {
-  return statSync(path, { throwIfNoEntry: false })?.isFile() === true;
+  try {
+    return statSync(path).isFile();
+  } catch {
+    return false;  // perhaps it cannot be a file's name
+  }
 }
 
 /** The folder and the name of a world's file, which is made for a text. */
@@ -58,7 +62,7 @@ function written(world: string | URL, folder: string): { cwd: string | undefined
   if (typeof world !== "string") {
     throw new TypeError(`a world is its text, or the URL of its file, not ${world === null ? "null" : typeof world}`);
   }
-  if (!world.includes("\n") && isFile(world)) {
+  if (isFile(world)) {
     const path = JSON.stringify(world);
     throw new TypeError(`${path} is taken for the text of a world; for the file say pathToFileURL(${path})`);
   }

@@ -42,6 +42,13 @@ test("the fixture says what a world is", async () => {
   await assert.rejects(startMac(1), new TypeError("a world is its text, or the URL of its file, not number"));
 });
 
+test("the fixture takes a text that cannot be a file's name", async () => {
+  await onMac(`app "${"N".repeat(5000)}" pid 41 frontmost`, async ({ mac }) =>
+    assert.equal((await mac.windows("N".repeat(5000))).running, true));
+  await assert.rejects(startMac("\0"),
+    { name: "DriverError", message: /^no simulated Mac: world:1:1: error: unknown word '\0'/ });
+});
+
 /** The warnings of Node during some work. */
 async function warningsOf(work) {
   const warnings = [];

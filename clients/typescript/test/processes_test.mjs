@@ -163,6 +163,12 @@ test("arguments that a command does not have are refused", async () => {
   await assert.rejects(new Mac().bgClick("Notes", 1, 2, { buton: "right" }), TypeError);
 });
 
+test("a run without an argument that its command needs is refused", async () => {
+  const notes = new Mac({ driver: "/nowhere/driver" }).app("Notes");
+  await assert.rejects(async () => notes.type(undefined), new TypeError("bg-type needs text"));
+  await assert.rejects(async () => notes.insert("Body", undefined, "text"), new TypeError("ax-insert needs mode"));
+});
+
 test("one text in the place of several is refused", async () => {
   const notes = new Mac().app("Notes");
   await assert.rejects(async () => notes.findText("Order"), new TypeError("texts is a list of texts, not one text"));

@@ -83,6 +83,22 @@ TEST(guard_tap, that_is_late_to_be_answered_for_watches_all_the_same) {
   EXPECT_EQ(run.elapsed, 3'500'000);
 }
 
+TEST(guard_tap, that_is_late_to_be_answered_for_may_be_slow_to_answer_for) {
+  const Result run =
+      guard(deskWith({"5s user key a"}), {},
+            {"tap.can-be-made 1 late", "tap.is-enabled 1 late", "ax.trusted 1 late"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("user")}));
+  EXPECT_EQ(run.elapsed, 5'500'000);
+}
+
+TEST(guard_tap, that_is_late_to_be_answered_for_is_looked_after_at_once) {
+  const Result run =
+      guard(deskForAMinute({}), {},
+            {"tap.can-be-made 1 late", "tap.is-enabled 1 late", "ax.trusted 1 hang"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
+  EXPECT_EQ(run.elapsed, 3'600'000);
+}
+
 TEST(guard_tap, that_fails_unheard_locks_at_the_next_look) {
   for (const auto& [happening, end] :
        {std::pair("silence taps", 2'600'000), std::pair("invalidate taps", 2'600'000),
