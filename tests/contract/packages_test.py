@@ -259,7 +259,7 @@ class Scripts(unittest.TestCase):
                     ("codesign", f'echo codesign >>"{log}"'),
                     ("security", f"""echo "$1" >>"{log}"
                         case "$*" in
-                          *-v*) echo '{valid}' ;;
+                          'find-identity -v'*) echo '{valid}' ;;
                           find-identity*) echo '{listed}' ;;
                           import*) exit {importing} ;;
                         esac""")):
