@@ -34,12 +34,12 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
   return result;
 }
 
-// What scripts/mutants says to programs that it has made a mistake in.
-constexpr std::array aboutMutants = {"MUTANT", "REACHED"};
+// What scripts/mutants says to programs that it has made a mistake in, and the fonts of a suite.
+constexpr std::array passedOn = {"MUTANT", "REACHED", "FONTCONFIG_FILE"};
 
 std::vector<std::string> settings(const Environment& environment) {
   std::vector<std::string> result = {std::string("PATH=") + std::getenv("PATH")};
-  for (const std::string name : aboutMutants) {
+  for (const std::string name : passedOn) {
     if (const char* value = std::getenv(name.c_str())) result.push_back(name + "=" + value);
   }
   for (const auto& [name, value] : environment) result.push_back(name + "=" + value);
