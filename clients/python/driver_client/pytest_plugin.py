@@ -3,6 +3,7 @@ on them is written to pages beside its temporary files."""
 from __future__ import annotations
 
 import os
+from contextlib import ExitStack
 from pathlib import Path
 from typing import Any, Callable, Iterator, List, NamedTuple, Optional, TypeVar, Union, cast
 
@@ -62,16 +63,17 @@ def _simulated_mac(request: pytest.FixtureRequest, tmp_path: Path) -> Iterator[C
     """Starts a Mac from the text of a world, or from the path of its file. The test fails when a rule of safe
     input was broken, or the user's state is another than before."""
     started = request.node.stash.setdefault(STARTED, [])
+    # One that ends with an error does not keep the others from their ends.
+    ends = ExitStack()
+    ends.callback(started.clear)
 
     def start(world: "os.PathLike[str] | str", *, report: "os.PathLike[str] | str | None" = None,
               **options: Any) -> SimulatedMac:
         page = tmp_path / f"report-{len(started) + 1}.html" if report is None else report
         mac = SimulatedMac(world, **options)
+        ends.callback(mac.end)
         started.append(Started(mac, page))
         return mac
 
-    try:
+    with ends:
         yield start
-    finally:
-        while started:
-            started.pop().mac.end()

@@ -152,6 +152,26 @@ def test_that_is_not_reached(chat):
         self.assertRegex(told, r"\n1 error in")
         self.assertEqual(1, told.count("what happened on the simulated Mac: "), told)
 
+    def test_of_pytest_end_all_macs_although_one_ends_with_an_error(self):
+        told = self.of_pytest("""
+import pytest
+from driver_client import DriverError
+
+macs = []
+
+@pytest.mark.filterwarnings("error")
+def test_that_asks_and_asks(simulated_mac):
+    macs.extend(simulated_mac(WORLD, **PROGRAMS) for _ in range(3))
+    for _ in range(50):
+        macs[1].mac.session()
+
+def test_that_comes_after():
+    for mac in macs:
+        with pytest.raises(DriverError):
+            mac.tell("state")
+""")
+        self.assertRegex(told, r"\n2 passed, 1 error in", told)
+
     def test_of_pytest_show_the_warnings_of_a_world(self):
         told = self.of_pytest("""
 def test_that_fails(simulated_mac):
