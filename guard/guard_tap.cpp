@@ -84,9 +84,10 @@ void endUnlessNoticed() {
   if (!isEnding() && globals().guardAwaitsNotice) lockAndExit("loop");
 }
 
-/// Looks whether the tap works. The system's notice that it has disabled the tap may be on its way.
+/// Looks whether the tap works. The system's notice that it has disabled the tap may be on its way:
+/// until it comes, or its time is over, nothing more is asked. The answer might take longer.
 void makeRound() {
-  if (isEnding()) return;
+  if (isEnding() || globals().guardAwaitsNotice) return;
   endUnlessPermitted();
   if (!tap::isEnabled(*globals().guardTap)) {
     globals().guardAwaitsNotice = true;

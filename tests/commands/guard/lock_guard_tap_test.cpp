@@ -171,6 +171,15 @@ TEST(guard_tap, that_was_seen_disabled_is_given_up_without_a_further_question) {
   EXPECT_EQ(run.elapsed, 1'600'000);
 }
 
+// A round is due within the time for the notice: its answers would take a second more.
+TEST(guard_tap, whose_notice_is_awaited_is_not_asked_about) {
+  const Result run =
+      guard(deskForAMinute({"2047814us invalidate taps"}), {},
+            {"ax.trusted 4+ late", "tap.is-enabled 3 before disable taps timeout"});
+  EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
+  EXPECT_EQ(run.elapsed, 4'600'000);
+}
+
 TEST(guard_tap, that_holds_all_input_while_a_question_hangs_lets_it_go_within_three_seconds) {
   const Result run = guard(deskForAMinute({"1100ms withdraw accessibility", "1100ms user key a"}),
                            {}, {"ax.trusted 2 hang"});
