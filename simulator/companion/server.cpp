@@ -270,6 +270,7 @@ void Server::handleControl(Client& client, const Datum::List& parts) {
   }
   const ControlAnswer given = carryOut(words);
   if (given.wait) {
+    polling_.startAgain();
     await(client, *given.wait);
     return;
   }

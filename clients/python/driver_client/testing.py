@@ -191,7 +191,7 @@ class SimulatedMac:
         changed = list(differences(self._before, self.state()))
         if changed:
             raise DriverError(f"the user's state is not as before: {'; '.join(changed)}\n"
-                              "What to do: if the test itself has changed it, call settle() after that.")
+                              "What to do: if the test or its world changes it, call settle() after that.")
 
     def note_failure(self, error: BaseException) -> None:
         """Writes into the journal that the test has failed, and why: a report begins with it."""

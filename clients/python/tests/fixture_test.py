@@ -24,7 +24,7 @@ class Fixtures(unittest.TestCase):
             simulated.tell("user", "move", "10,20")
         self.assertEqual("the user's state is not as before: locked was false and is true; pointer.x was 980.0 and is "
                          "10.0; pointer.y was 420.0 and is 20.0\n"
-                         "What to do: if the test itself has changed it, call settle() after that.", str(raised.exception))
+                         "What to do: if the test or its world changes it, call settle() after that.", str(raised.exception))
         with self.assertRaises(DriverError):
             start_mac("nonsense")
         with self.assertRaises(DriverError), on_mac() as simulated:
@@ -75,7 +75,7 @@ class Fixtures(unittest.TestCase):
         self.assertEqual(f"{warning}\n", told.getvalue())
 
     def test_hand_on_what_the_mac_hints_at(self):
-        with self.assertWarnsRegex(SimulatedMacWarning, "virtual time stood still while the same was asked 50 times"):
+        with self.assertWarnsRegex(SimulatedMacWarning, "virtual time hardly passed while the same was asked 25 times"):
             with on_mac() as simulated:
                 for _ in range(50):
                     simulated.state()
@@ -118,7 +118,7 @@ def test_that_fails(simulated_mac):
 """)
         self.assertRegex(told, r"\n2 failed, 1 passed in")
         self.assertIn("_\nthe user's state is not as before: locked was false and is true\n"
-                      "What to do: if the test itself has changed it, call settle() after that.\n-", told)
+                      "What to do: if the test or its world changes it, call settle() after that.\n-", told)
         pages = re.findall(r"^what happened on the simulated Mac: (.*)$", told, re.M)
         self.assertEqual(2, len(pages), told)
         shown = ["DriverError: the user's state is not as before: locked was false and is true",

@@ -173,7 +173,7 @@ export class SimulatedMac {
     const changed = differences(this.#before, await this.state());
     if (changed.length === 0) return;
     throw new DriverError(`the user's state is not as before: ${changed.join("; ")}\n` +
-      "What to do: if the test itself has changed it, call settle() after that.");
+      "What to do: if the test or its world changes it, call settle() after that.");
   }
 
   /** Writes into the journal that the test has failed, and why: a report begins with it. */

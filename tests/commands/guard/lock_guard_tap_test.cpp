@@ -173,9 +173,8 @@ TEST(guard_tap, that_was_seen_disabled_is_given_up_without_a_further_question) {
 
 // A round is due within the time for the notice: its answers would take a second more.
 TEST(guard_tap, whose_notice_is_awaited_is_not_asked_about) {
-  const Result run =
-      guard(deskForAMinute({"2047814us invalidate taps"}), {},
-            {"ax.trusted 4+ late", "tap.is-enabled 3 before disable taps timeout"});
+  const Result run = guard(deskForAMinute({"2047814us invalidate taps"}), {},
+                           {"ax.trusted 4+ late", "tap.is-enabled 3 before disable taps timeout"});
   EXPECT_EQ(seen(run), guardSays({endedBy("loop")}));
   EXPECT_EQ(run.elapsed, 4'600'000);
 }
