@@ -12,7 +12,7 @@ import { file, startAgent, startMac, ways } from "./support.mjs";
 const worlds = Object.keys(tasks);
 
 // Of each kind of run. A server with a host takes longest to start.
-const moments = Number(process.env["KILL_MOMENTS"] ?? "25");
+const moments = Number(process.env["KILL_MOMENTS"] ?? "20");
 const momentsOfHosts = Math.ceil(moments / 2);
 
 const python = [
