@@ -66,7 +66,7 @@ ax::Value listOf(const std::vector<std::size_t>& nodes) {
 }
 
 ax::Slot slotOf(const ax::Element& element, std::string_view name) {
-  const ax::Slot unsupported = {std::nullopt, ax::Error::attributeUnsupported};
+  ax::Slot unsupported = {std::nullopt, ax::Error::attributeUnsupported};
   if (element.get() == &tree().application) {
     return name == "AXWindows" ? ax::Slot{listOf({0})} : unsupported;
   }
